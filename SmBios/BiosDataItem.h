@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+//
+// One SMBIOS structure with its string set, copied out of the structure table (SMBIOS 6.1).
+#ifndef TALVANE_SMBIOS_BIOSDATAITEM_H
+#define TALVANE_SMBIOS_BIOSDATAITEM_H
+
+#include "../Export.h"
+
+// The four bytes that every structure starts with (SMBIOS 6.1.2).
+struct HEADER {
+    unsigned char type;
+    unsigned char length;  // of the formatted area, these four bytes included
+    unsigned short handle;
+};
+
+class TALVANE_EXPORT BiosDataItem {
+public:
+    // Copies the structure at `structure`.
+    // REQUIRES: its formatted area lies there, followed by a string set that two zero bytes end.
+    // A copy that finds no memory is left out: GetFormatedData or GetString then answer null.
+    explicit BiosDataItem(unsigned char* structure);
+    ~BiosDataItem();
+
+    unsigned char GetType();
+    unsigned char GetFormatedDataLength();
+    unsigned short GetHandle();
+
+    // The formatted area, header included, with one zero byte behind it. Owned by the item.
+    unsigned char* GetFormatedData();
+
+    // The second of the two zero bytes that end the structure, in the table it was copied from.
+    unsigned char* GetEndAddress();
+
+    // String `index` of the set, counted from 1, as a terminated text owned by the item.
+    // Null for 0, for indexes above 20 and from the third index past the last string on; the first
+    // and the second index past the last string are empty texts.
+    char* GetString(int index) const;
+
+private:
+    BiosDataItem(const BiosDataItem&);             // not copyable
+    BiosDataItem& operator=(const BiosDataItem&);  // not assignable
+
+    HEADER header;
+    unsigned char* FormatedData;
+    unsigned char* StringBuffer;
+    unsigned char* EndAddress;
+    unsigned int StringBufferLength;  // up to and including the second ending zero byte
+};
+
+#endif

@@ -1,0 +1,31 @@
+# SPDX-License-Identifier: MIT
+#
+# What every target of this project is compiled with. `talvane_flags` carries the warnings;
+# the machine flags (-m32 -march=i686) come from cmake/i686-linux.cmake so that they also reach
+# CMake's own checks and GoogleTest.
+
+set(CMAKE_C_STANDARD 99)
+set(CMAKE_C_STANDARD_REQUIRED ON)
+set(CMAKE_C_EXTENSIONS OFF)
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+
+add_library(talvane_flags INTERFACE)
+target_compile_options(talvane_flags INTERFACE
+  -Wall -Wextra -Wshadow -Wconversion -Wpedantic
+  $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor>
+  -Werror)
+
+option(TALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+if(TALVANE_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+
+option(TALVANE_COVERAGE "Build with gcov counters" OFF)
+if(TALVANE_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+//
+// A server that exists only in this process. While one lives, the libc calls and port instructions
+// by which libTalvane touches the machine are answered by it instead: physical memory behind
+// /dev/mem, I/O privilege, virtual time. It needs no root, and nothing it is asked for reaches the
+// real machine.
+//
+// Hermetic: a path, request or port that the server does not have is reported on standard error
+// with what was asked, and the process is aborted. A device that a server could have but this one
+// has not (no /dev/ipmi, say) is answered with the errno that the kernel would give.
+//
+// Calls of other modules of the process (GoogleTest, the C library itself) for other paths go to
+// the real machine. One server at a time.
+#ifndef TALVANE_SIMULATOR_SIMULATEDSERVER_H
+#define TALVANE_SIMULATOR_SIMULATEDSERVER_H
+
+#include <cerrno>
+#include <chrono>
+#include <cstddef>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <string_view>
+
+#include "AccessLog.h"
+#include "PhysicalMemory.h"
+
+namespace sim {
+
+class SimulatedServer {
+public:
+    // A server with 64 MiB of zeroed memory and no device but /dev/mem.
+    SimulatedServer();
+
+    // The server described in a machine folder (docs/machine-format.md). Throws MachineError, whose
+    // text names file and line, when the description cannot be used.
+    explicit SimulatedServer(const std::filesystem::path& machineFolder);
+
+    ~SimulatedServer();
+    SimulatedServer(const SimulatedServer&) = delete;
+    SimulatedServer& operator=(const SimulatedServer&) = delete;
+
+    PhysicalMemory& memory();
+
+    // Every access so far, in order.
+    AccessLog& log();
+
+    // Faults. `nth` counts from 1, from the moment of this call on.
+    void fail(std::string_view call, int nth, int error = EIO);  // "open", "lseek", "read", "iopl" ...
+    void shortRead(int nth, std::size_t bytes);  // the read delivers at most so many bytes
+    void failAllocation(int nth);                // an allocation made by the library
+
+    // Opening `path` fails with `error` from now on.
+    void refuse(const std::string& path, int error = EACCES);
+
+    // Seconds that the program has slept so far.
+    std::chrono::seconds clock() const;
+
+    // Called inside the next simulated call named `call`, before it is answered: a place from
+    // which a test enters the library again.
+    void during(std::string_view call, void (*action)());
+
+private:
+    class State;
+    std::unique_ptr<State> state_;
+};
+
+}  // namespace sim
+
+#endif
