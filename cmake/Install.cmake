@@ -1,0 +1,37 @@
+# SPDX-License-Identifier: MIT
+#
+# What `cmake --install` puts in place: the library with its links, the headers, and the two ways
+# for a consumer to find them, pkg-config and find_package(Talvane). Both compute their paths from
+# where they lie, so the installed tree may be moved.
+include(CMakePackageConfigHelpers)
+
+set(talvane_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/talvane)
+set(talvane_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Talvane)
+set(talvane_pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
+
+install(TARGETS Talvane EXPORT TalvaneTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
+install(FILES Talvane.h InformationRecords.h Export.h DESTINATION ${talvane_include_dir})
+install(FILES
+  SmBios/BiosDataItem.h
+  SmBios/EntryPoint.h
+  SmBios/LocalMemInfo.h
+  SmBios/SmBios.h
+  DESTINATION ${talvane_include_dir}/SmBios)
+
+install(EXPORT TalvaneTargets NAMESPACE Talvane:: DESTINATION ${talvane_package_dir})
+configure_package_config_file(cmake/TalvaneConfig.cmake.in TalvaneConfig.cmake
+  INSTALL_DESTINATION ${talvane_package_dir}
+  NO_SET_AND_CHECK_MACRO)
+# The word size is checked by TalvaneConfig.cmake, whose message tells what to do.
+write_basic_package_version_file(TalvaneConfigVersion.cmake
+  COMPATIBILITY SameMajorVersion
+  ARCH_INDEPENDENT)
+install(FILES
+  ${CMAKE_CURRENT_BINARY_DIR}/TalvaneConfig.cmake
+  ${CMAKE_CURRENT_BINARY_DIR}/TalvaneConfigVersion.cmake
+  DESTINATION ${talvane_package_dir})
+
+file(RELATIVE_PATH talvane_pc_to_prefix
+  ${CMAKE_INSTALL_PREFIX}/${talvane_pkgconfig_dir} ${CMAKE_INSTALL_PREFIX})
+configure_file(cmake/talvane.pc.in talvane.pc @ONLY)
+install(FILES ${CMAKE_CURRENT_BINARY_DIR}/talvane.pc DESTINATION ${talvane_pkgconfig_dir})
