@@ -1,0 +1,75 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+#
+# Rules of the sources that a compiler does not know. Prints each violation and fails if there was
+# one. Usage: check-sources.sh [FOLDER]; FOLDER is a source tree, by default this one.
+set -u
+cd "${1:-$(dirname "$0")/..}" || exit 2
+
+# The only library files that touch the machine; all others take bytes and return values.
+machine_files='SmBios/PhysicalMemory.cpp'
+# The only library files with port instructions; none so far.
+port_files=''
+
+violations=$(mktemp)
+trap 'rm -f "$violations"' EXIT
+
+# Every file of the tree: what git tracks, or, where there is no repository, all but build output.
+tree() {
+    git -c safe.directory='*' ls-files 2>/dev/null ||
+        find . -path ./build -prune -o -path ./.git -prune -o -type f -print | sed 's|^\./||'
+}
+files=$(tree | while read -r file; do [ -f "$file" ] && echo "$file"; done)
+if [ -z "$files" ]; then
+    echo "$PWD: no source files here" >&2
+    exit 2
+fi
+select_files() { echo "$files" | grep -E "$1"; }
+lines_of() { printf '%s\n' "$@" | grep .; }  # of lists that may be empty
+
+cpp_files=$(select_files '\.(cpp|h|c)$')
+build_files=$(select_files '(\.sh|\.cmake|\.cmake\.in|CMakeLists\.txt|Makefile|^\.ci/run)$')
+library_files=$(lines_of "$cpp_files" | grep -E '^(SmBios/|IPMI/|PCI/|storage/)?[^/]+$')
+
+report() { sed "s|\$|: $1|" >>"$violations"; }      # of lines naming a place
+without() { grep -vxF -e "$1" || true; }
+search() { xargs -r grep -nE -e "$1" /dev/null; }    # names come on standard input
+
+# Decoding and touching the machine are kept apart. A header of the system ends in .h, a header of
+# the language does not; <stddef.h> serves the C interface.
+lines_of "$library_files" | without "$machine_files" |
+    search '^ *# *include *<([^>]*\.h|fstream|iostream|filesystem|thread)>' |
+    grep -v '<stddef\.h>' | report 'only the files that touch the machine include a system header'
+lines_of "$library_files" | without "$port_files" |
+    search '\basm\b|\b__asm__\b|sys/io\.h|\b(in|out)[bwl](_p)? *\(' |
+    report 'port instructions are not allowed here'
+
+# What is left to do is not noted in the sources.
+lines_of "$cpp_files" "$build_files" | without scripts/check-sources.sh |
+    search '\b(TODO|FIXME|XXX|HACK)\b' | report 'unfinished work'
+
+lines_of "$cpp_files" "$build_files" | while read -r file; do
+    lines=$(wc -l <"$file")
+    [ "$lines" -le 500 ] || echo "$file ($lines lines)" | report 'at most 500 lines'
+done
+
+# First line of a source file; scripts have their interpreter before it.
+lines_of "$cpp_files" | while read -r file; do
+    [ "$(head -n 1 "$file")" = '// SPDX-License-Identifier: MIT' ] || echo "$file"
+done | report 'first line is not // SPDX-License-Identifier: MIT'
+lines_of "$build_files" | while read -r file; do
+    head -n 2 "$file" | grep -qxF '# SPDX-License-Identifier: MIT' || echo "$file"
+done | report 'does not start with # SPDX-License-Identifier: MIT'
+
+if command -v clang-format >/dev/null; then
+    for file in $cpp_files; do
+        clang-format --dry-run -Werror "$file" 2>/dev/null || echo "$file"
+    done | report 'not as clang-format writes it'
+else
+    echo 'clang-format is not installed' | report 'scripts/install-packages.sh test brings it'
+fi
+
+if [ -s "$violations" ]; then
+    cat "$violations" >&2
+    exit 1
+fi

@@ -1,0 +1,49 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+#
+# Installs the Debian packages that a task needs and that are missing; does nothing when none is.
+# A bare Debian 12 is enough to start from. Usage: install-packages.sh build|test|bench|lint...
+set -eu
+
+build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
+# make and pkg-config build the example agent; jq reads the tool's JSON.
+test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq"
+bench="$build valgrind dmidecode"
+lint="$build clang-tidy"
+
+wanted=
+for task in "$@"; do
+    case $task in
+        build) wanted="$wanted $build" ;;
+        test) wanted="$wanted $test" ;;
+        bench) wanted="$wanted $bench" ;;
+        lint) wanted="$wanted $lint" ;;
+        *) echo "install-packages.sh: unknown task '$task' (build, test, bench or lint)" >&2; exit 2 ;;
+    esac
+done
+
+installed() { [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
+missing=
+for package in $wanted; do
+    case " $missing " in *" $package "*) continue ;; esac
+    installed "$package" || missing="$missing $package"
+done
+[ -n "$missing" ] || exit 0
+
+echo "Installing:$missing"
+as_root=
+if [ "$(id -u)" != 0 ]; then
+    if ! command -v sudo >/dev/null; then
+        echo "These packages are missing and installing them takes root:$missing" >&2
+        exit 1
+    fi
+    echo 'sudo may ask for your password.'
+    as_root=sudo
+fi
+
+# One package source that does not answer need not matter: installing tells.
+$as_root apt-get update -q ||
+    echo 'warning: apt-get update failed in part; going on with what is known' >&2
+# shellcheck disable=SC2086  # several words
+$as_root env DEBIAN_FRONTEND=noninteractive \
+    apt-get install -q -y --no-install-recommends $missing

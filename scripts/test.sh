@@ -1,0 +1,54 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+#
+# Installs what is missing, then builds and runs all tests, optimised and under the sanitizers.
+# Ends with one line per build and the sum; fails when anything failed.
+# Usage: test.sh [PRESET...]; by default release and asan.
+set -u
+cd "$(dirname "$0")/.." || exit 2
+
+[ $# -gt 0 ] || set -- release asan
+scripts/install-packages.sh test || exit 1
+
+logs=$(mktemp -d)
+trap 'rm -rf "$logs"' EXIT
+passed=0
+failed=0
+broken=0
+summary=
+
+for preset in "$@"; do
+    echo "== $preset: build"
+    if ! { cmake --preset "$preset" && cmake --build --preset "$preset"; } >"$logs/build" 2>&1; then
+        cat "$logs/build"
+        summary="$summary$preset: does not build
+"
+        broken=1
+        continue
+    fi
+    echo "== $preset: test"
+    ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error 2>&1 | tee "$logs/test"
+
+    # ctest closes with "98% tests passed, 2 tests failed out of 100".
+    counts=$(sed -n 's/.*% tests passed, \([0-9]*\) tests failed out of \([0-9]*\)$/\1 \2/p' \
+        "$logs/test")
+    if [ -z "$counts" ]; then
+        summary="$summary$preset: the tests did not run to their end
+"
+        broken=1
+        continue
+    fi
+    run_failed=${counts% *}
+    skipped=$(grep -c '\*\*\*Skipped' "$logs/test")  # ctest counts them as passed
+    run_passed=$((${counts#* } - run_failed - skipped))
+    summary="$summary$preset: $run_passed passed, $run_failed failed, $skipped skipped
+"
+    passed=$((passed + run_passed))
+    failed=$((failed + run_failed))
+done
+
+echo
+printf '%s' "$summary"
+[ $broken = 0 ] || exit 1
+echo "$passed passed, $failed failed"
+[ $failed = 0 ]

@@ -1,0 +1,50 @@
+#!/bin/sh
+# SPDX-License-Identifier: MIT
+#
+# scripts/check-sources.sh finds each kind of violation, and nothing in a clean tree.
+# Usage: check_sources_test.sh SOURCE_DIR
+set -u
+check=$1/scripts/check-sources.sh
+tree=$(mktemp -d)
+trap 'rm -rf "$tree"' EXIT
+cp "$1/.clang-format" "$tree"
+mkdir "$tree/SmBios"
+failed=0
+
+source_file() { { echo '// SPDX-License-Identifier: MIT'; cat; } >"$tree/$1"; }
+
+# finds MESSAGE FILE: the tree with FILE in it is refused with that message
+finds() {
+    if output=$("$check" "$tree" 2>&1) || ! echo "$output" | grep -q "^$2.*: $1"; then
+        echo "$2: expected '$1', got '$output'" >&2
+        failed=1
+    fi
+    rm "$tree/$2"
+}
+
+printf '#include <string>\nint Decode();\n' | source_file SmBios/Decoder.cpp
+printf '#include <fcntl.h>\n' | source_file SmBios/PhysicalMemory.cpp
+if ! output=$("$check" "$tree" 2>&1); then
+    echo "a clean tree is refused: $output" >&2
+    failed=1
+fi
+
+printf '#include <fcntl.h>\n' | source_file SmBios/Touching.cpp
+finds 'only the files that touch the machine' SmBios/Touching.cpp
+printf '#include <fstream>\n' | source_file Touching.cpp
+finds 'only the files that touch the machine' Touching.cpp
+printf 'void Probe() {\n    asm volatile("hlt");\n}\n' | source_file SmBios/Port.cpp
+finds 'port instructions' SmBios/Port.cpp
+printf 'int value = inb(0x70);\n' | source_file SmBios/Port.cpp
+finds 'port instructions' SmBios/Port.cpp
+printf '// %s: later\n' 'TODO' | source_file SmBios/Later.cpp
+finds 'unfinished work' SmBios/Later.cpp
+yes '// filler' | head -n 500 | source_file Long.cpp
+finds 'at most 500 lines' Long.cpp
+printf 'int value;\n' >"$tree/Bare.h"
+finds 'first line' Bare.h
+printf '#!/bin/sh\necho\n' >"$tree/bare.sh"
+finds 'does not start' bare.sh
+printf 'int  value ;\n' | source_file Untidy.cpp
+finds 'not as clang-format' Untidy.cpp
+exit $failed

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+//
+// An agent, or a library preloaded to it, may define a function that the library exports: the
+// library then calls that one. This program defines two.
+#include <dlfcn.h>
+#include <gtest/gtest.h>
+
+#include <cstring>
+
+#include "SmBios/SmBios.h"
+#include "Talvane.h"
+#include "simulator/SimulatedServer.h"
+#include "simulator/SmbiosTable.h"
+
+// Stands for SmBios::GetItem, which is private: a method takes its object as first argument.
+extern "C" BiosDataItem* AgentsGetItem(SmBios* bios, unsigned char type,
+                                       unsigned char index) asm("_ZN6SmBios7GetItemEhh");
+
+// Gives the system structure a manufacturer and leaves all others to the library.
+extern "C" BiosDataItem* AgentsGetItem(SmBios* bios, unsigned char type, unsigned char index) {
+    if (type == SmBios::TYPE_SYSTEM_INFO) {
+        static unsigned char structure[] = "\1\5\0\1\1Agent Inc.\0";
+        return new BiosDataItem(structure);
+    }
+    const auto getItemOfTheLibrary =
+        reinterpret_cast<decltype(&AgentsGetItem)>(dlsym(RTLD_NEXT, "_ZN6SmBios7GetItemEhh"));
+    return getItemOfTheLibrary(bios, type, index);
+}
+
+void itoa(int, char* out, int) {
+    std::strcpy(out, "forty-two");
+}
+
+namespace {
+
+TEST(Interposition, TheGettersWriteNumbersWithTheAgentsItoa) {
+    sim::SimulatedServer server;
+    sim::SmbiosTable table;
+    table.add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).byte(24, 0x41).word(20, 3600);
+    server.memory().placeSmbios(table.bytes());
+
+    ProcessorInformation processors{};
+    ASSERT_EQ(GetInfo(TALVANE_PROCESSORS, &processors), 0);
+    EXPECT_EQ(processors.quantity, 1);
+    EXPECT_STREQ(processors.cpu[0].MaxSpeed, "forty-two MHZ");
+}
+
+TEST(Interposition, TheGettersFindStructuresWithTheAgentsGetItem) {
+    sim::SimulatedServer server;
+    sim::SmbiosTable table;
+    table.add(SmBios::TYPE_SYSTEM_INFO, 0x0100, 8).string(4, "Acme");
+    server.memory().placeSmbios(table.bytes());
+
+    SysInformation system{};
+    ASSERT_EQ(GetInfo(TALVANE_SYSTEM, &system), 0);
+    EXPECT_STREQ(system.manufacturer, "Agent Inc.");
+}
+
+}  // namespace
