@@ -7,7 +7,7 @@
 
 #if defined(__GNUC__)
 #define TALVANE_EXPORT __attribute__((visibility("default")))
-#define TALVANE_LOCAL __attribute__((visibility("hidden")))
+#define TALVANE_LOCAL  __attribute__((visibility("hidden")))
 #else
 #define TALVANE_EXPORT
 #define TALVANE_LOCAL

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The records that cross the library's boundary. The caller allocates one whole record, zero-filled,
-// and passes its address; the library writes the fields that the command answers and leaves every
-// other byte alone.
+// The records that cross the library's boundary. The caller allocates one whole record,
+// zero-filled, and passes its address; the library writes the fields that the command answers and
+// leaves every other byte alone.
 //
 // The layout is that of 32-bit x86 (int and long 4 bytes, double aligned on 4) and is part of the
 // binary interface: sizes and offsets are checked below each record, so a build for another layout
@@ -263,7 +263,8 @@ TALVANE_AT(TEMPERATURE_PROBE, sti, 140);
 /* quantity is the count that the source reports, before any bound of the array. */
 
 typedef struct FanInformation {
-    int quantity; /* up to 63 from SMBIOS: a caller that expects more than 16 passes a longer record */
+    int quantity; /* up to 63 from SMBIOS: a caller that expects more than 16 passes a longer record
+                   */
     FAN_DEVICE fan[16];
 } FanInformation;
 TALVANE_SIZE(FanInformation, 3460);
@@ -323,16 +324,16 @@ TALVANE_AT(SysInformation, version, 64);
 /* PCI functions: GetInfo 0x100000. */
 
 typedef struct DEV {
-    int BiosEnable;  /* not written */
-    char model[64];  /* class name */
-    char type[64];   /* sub-class name */
-    char desc[32];   /* bus, device and function */
-    int IRQ;         /* interrupt line, 0 when there is none */
-    long MemBase;    /* not written */
-    long IOBase;     /* first base address register, flag bits included */
-    int DMAChannel;  /* not written */
-    int Duplex;      /* not written */
-    int revision;    /* revision identifier */
+    int BiosEnable;   /* not written */
+    char model[64];   /* class name */
+    char type[64];    /* sub-class name */
+    char desc[32];    /* bus, device and function */
+    int IRQ;          /* interrupt line, 0 when there is none */
+    long MemBase;     /* not written */
+    long IOBase;      /* first base address register, flag bits included */
+    int DMAChannel;   /* not written */
+    int Duplex;       /* not written */
+    int revision;     /* revision identifier */
     char status[256]; /* texts of the status register, each ended by a semicolon */
 } DEV;
 TALVANE_SIZE(DEV, 444);

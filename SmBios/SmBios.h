@@ -13,6 +13,8 @@
 #ifndef TALVANE_SMBIOS_SMBIOS_H
 #define TALVANE_SMBIOS_SMBIOS_H
 
+#include <memory>
+
 #include "../Export.h"
 #include "BiosDataItem.h"
 #include "EntryPoint.h"
@@ -147,7 +149,7 @@ public:
     int GetCacheSpeed(int cpu, int level, char* buf);  // a speed of 0 is "Unknown" and answers -1
 
     // Memory (7.6, 7.7, 7.18, 7.21).
-    int GetMemoryTotalSize();                     // megabytes, modulo 65536
+    int GetMemoryTotalSize();                      // megabytes, modulo 65536
     int GetMemoryInformation(LocalMemInfo* info);  // -1 when nothing describes the memory
 
     // Port connectors (7.9). A designator of `size` characters or more is shortened with "...".
@@ -230,8 +232,19 @@ private:
     int GetMemDevTypeDetail(int dev, char* buf);  // appends to `buf`
     int GetMemDevLocator(int dev, char* buf, unsigned size);
 
-    // All structures of a type, in table order.
-    TALVANE_LOCAL StructureWalk Structures(unsigned char type) const;
+    // The getters' own helpers, not exported. Items are null when the structure is missing.
+    typedef std::unique_ptr<BiosDataItem> ItemPtr;
+    typedef int (SmBios::*CacheGetter)(unsigned handle, char* buf);
+    TALVANE_LOCAL StructureWalk Structures(unsigned char structureType) const;
+    TALVANE_LOCAL ItemPtr ItemAt(unsigned char structureType, int index);
+    TALVANE_LOCAL ItemPtr Board();
+    TALVANE_LOCAL ItemPtr Module(int handle) const;
+    TALVANE_LOCAL ItemPtr Probe(unsigned char structureType, int location);
+    TALVANE_LOCAL int FindCache(int cpu, int level, unsigned& handle);
+    TALVANE_LOCAL int GetCacheText(int cpu, int level, char* buf, CacheGetter getter);
+    TALVANE_LOCAL void SummariseModules(LocalMemInfo& info);
+    TALVANE_LOCAL void SummariseDevices(LocalMemInfo& info);
+    TALVANE_LOCAL void WriteTypeDetail(int device, BankInfo& bank);
 
     int InitOK;
     unsigned char* BiosData;  // copy of the table; zero bytes follow it

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+//
+// Reading of little-endian values out of bytes that came from hardware or firmware. Bytes past the
+// end of what is at hand read as zero, so no length has to be checked first.
+#ifndef TALVANE_BYTES_H
+#define TALVANE_BYTES_H
+
+#include <cstddef>
+#include <cstdint>
+#include <span>
+
+// Borrowed; never outlives the buffer it was made from.
+using ByteView = std::span<const unsigned char>;
+
+constexpr std::uint8_t ByteAt(ByteView bytes, std::size_t offset) {
+    return offset < bytes.size() ? bytes[offset] : std::uint8_t{0};
+}
+
+constexpr std::uint16_t Le16(ByteView bytes, std::size_t offset) {
+    return static_cast<std::uint16_t>(ByteAt(bytes, offset) | (ByteAt(bytes, offset + 1) << 8));
+}
+
+constexpr std::uint32_t Le32(ByteView bytes, std::size_t offset) {
+    return Le16(bytes, offset) | (std::uint32_t{Le16(bytes, offset + 2)} << 16);
+}
+
+#endif

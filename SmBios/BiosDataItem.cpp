@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+
+#include "SmBios/BiosDataItem.h"
+
+#include <cstring>
+#include <new>
+
+#include "SmBios/StructureWalk.h"
+
+static_assert(sizeof(HEADER) == 4);
+static_assert(sizeof(BiosDataItem) == 20, "header, three pointers, one length");
+
+namespace {
+
+constexpr int kHighestStringNumber = 20;
+
+// A zero-filled copy of `size` bytes with room for `extra` more, or null.
+unsigned char* Copy(const unsigned char* from, std::size_t size, std::size_t extra) {
+    unsigned char* copy = new (std::nothrow) unsigned char[size + extra]();
+    if (copy != nullptr) std::memcpy(copy, from, size);
+    return copy;
+}
+
+}  // namespace
+
+BiosDataItem::BiosDataItem(unsigned char* structure)
+    : header(HeaderOf(structure)),
+      FormatedData(Copy(structure, header.length, 1)),
+      StringBuffer(nullptr),
+      EndAddress(nullptr),
+      StringBufferLength(0) {
+    if (FormatedData == nullptr) return;
+    const unsigned char* strings = structure + header.length;
+    const std::size_t textLength = static_cast<std::size_t>(EndOfStringSet(structure) - strings);
+    EndAddress = structure + header.length + textLength + 1;
+    StringBufferLength = static_cast<unsigned>(textLength + 2);
+    // One byte more than the set: the second index past the last string points there.
+    StringBuffer = Copy(strings, textLength, 3);
+}
+
+BiosDataItem::~BiosDataItem() {
+    delete[] FormatedData;
+    delete[] StringBuffer;
+    FormatedData = nullptr;
+    StringBuffer = nullptr;
+}
+
+unsigned char BiosDataItem::GetType() {
+    return header.type;
+}
+
+unsigned char BiosDataItem::GetFormatedDataLength() {
+    return header.length;
+}
+
+unsigned short BiosDataItem::GetHandle() {
+    return header.handle;
+}
+
+unsigned char* BiosDataItem::GetFormatedData() {
+    return FormatedData;
+}
+
+unsigned char* BiosDataItem::GetEndAddress() {
+    return EndAddress;
+}
+
+char* BiosDataItem::GetString(int index) const {
+    if (index <= 0 || index > kHighestStringNumber || StringBuffer == nullptr) return nullptr;
+    char* text = reinterpret_cast<char*>(StringBuffer);
+    const char* end = text + StringBufferLength;
+    for (int skipped = 1; skipped < index; ++skipped) {
+        // Kept: the bound is tested before a string is skipped and not after the last one, so the
+        // first two indexes past the last string are empty texts.
+        if (text >= end) return nullptr;
+        text += std::strlen(text) + 1;
+    }
+    return text;
+}

@@ -1,0 +1,148 @@
+// SPDX-License-Identifier: MIT
+//
+// Finding and copying the structure table, and access to its structures.
+
+#include "SmBios/SmBios.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+#include <new>
+
+#include "SmBios/EntryPointScan.h"
+#include "SmBios/PhysicalMemory.h"
+#include "SmBios/StructureWalk.h"
+
+namespace {
+
+using Buffer = std::unique_ptr<unsigned char[]>;
+
+// The part of the BIOS segment that is searched for an entry point.
+constexpr std::uint32_t kSegmentAddress = 0xF0000;
+constexpr std::size_t kSegmentSize = 0xFFF0;
+
+constexpr std::uint32_t kPageSize = 0x10000;
+
+// Copies `length` bytes of the table at physical `address` into `table`. A short read leaves the
+// rest of `table` as it is. Returns false when nothing could be read.
+bool ReadTable(PhysicalMemory& memory, std::uint32_t address, unsigned char* table,
+               std::size_t length) {
+    const std::uint32_t base = address & ~(kPageSize - 1);
+    // Kept: what is read is as long as its own address and 64 KiB on top, one mebibyte for a table
+    // in the BIOS segment.
+    const std::uint64_t size = std::uint64_t{base} + kPageSize;
+    if (base + size > std::uint64_t{1} << 32) return false;
+
+    const Buffer pages(new (std::nothrow) unsigned char[static_cast<std::size_t>(size)]);
+    if (pages == nullptr || !memory.Seek(base)) return false;
+    const long delivered = memory.Read(pages.get(), static_cast<std::size_t>(size));
+    if (delivered <= 0) return false;
+
+    const std::size_t offset = address - base;
+    const std::size_t readable = static_cast<std::size_t>(delivered);
+    if (offset < readable) std::memcpy(table, &pages[offset], std::min(length, readable - offset));
+    return true;
+}
+
+}  // namespace
+
+SmBios::SmBios()
+    : InitOK(0),
+      BiosData(nullptr),
+      BiosDataLength(0),
+      MatchSMBIOS(0),
+      MatchDMI(0),
+      SmBiosEntry(),
+      DmiEntry() {
+    const Buffer segment(new (std::nothrow) unsigned char[kSegmentSize]());
+    if (segment == nullptr) return;
+
+    PhysicalMemory memory;
+    if (!memory.IsOpen()) {
+        std::perror("open /dev/mem\n");
+        return;
+    }
+    if (!memory.Seek(kSegmentAddress)) {
+        std::perror("lseek /dev/mem\n");
+        return;
+    }
+    (void)memory.Read(segment.get(), kSegmentSize);  // result not used: unread bytes hold no anchor
+
+    std::uint32_t address = 0;
+    const ByteView searched(segment.get(), kSegmentSize);
+    if (const auto smbios = FindSmBiosEntryPoint(searched)) {
+        MatchSMBIOS = 1;
+        SmBiosEntry = *smbios;
+        address = SmBiosEntry.StructureTableAddress;
+        BiosDataLength = SmBiosEntry.StructureTableLength;
+    } else if (const auto dmi = FindDmiEntryPoint(searched)) {
+        MatchDMI = 1;
+        DmiEntry = *dmi;
+        address = DmiEntry.biosStructureTableAddress;
+        BiosDataLength = DmiEntry.StructureTableLength;
+    } else {
+        return;
+    }
+
+    Buffer table(new (std::nothrow) unsigned char[BiosDataLength + kZeroBytesBehindTable]());
+    if (table == nullptr || !ReadTable(memory, address, table.get(), BiosDataLength)) return;
+    BiosData = table.release();
+    InitOK = 1;
+}
+
+SmBios::SmBios(char*)
+    : InitOK(1),
+      BiosData(nullptr),
+      BiosDataLength(0),
+      MatchSMBIOS(0),
+      MatchDMI(0),
+      SmBiosEntry(),
+      DmiEntry() {}
+
+SmBios::~SmBios() {
+    delete[] BiosData;
+    BiosData = nullptr;
+}
+
+int SmBios::IsInitOK() {
+    return InitOK;
+}
+
+unsigned char SmBios::IsMatchSmBios() {
+    return MatchSMBIOS;
+}
+
+unsigned char SmBios::IsMatchDMI() {
+    return MatchDMI;
+}
+
+StructureWalk SmBios::Structures(unsigned char structureType) const {
+    const unsigned count = MatchSMBIOS != 0 ? SmBiosEntry.HowManyStructures
+                           : MatchDMI != 0  ? DmiEntry.HowManyStructures
+                                            : 0;
+    return StructureWalk(BiosData, BiosData == nullptr ? 0u : BiosDataLength, count, structureType);
+}
+
+BiosDataItem* SmBios::GetItem(unsigned char structureType, unsigned char index) {
+    if (BiosData == nullptr) return nullptr;
+    // Kept: the BIOS information is taken to come first; no walk, whatever the index.
+    if (structureType == TYPE_BIOS_INFO) return new (std::nothrow) BiosDataItem(BiosData);
+
+    StructureWalk walk = Structures(structureType);
+    for (unsigned seen = 1; unsigned char* structure = walk.Next(); ++seen)
+        if (seen == index) return new (std::nothrow) BiosDataItem(structure);
+    return nullptr;
+}
+
+SmBios::ItemPtr SmBios::ItemAt(unsigned char structureType, int index) {
+    return ItemPtr(GetItem(structureType, static_cast<unsigned char>(index)));
+}
+
+// A locator keeps its blanks and punctuation: agents match it as the firmware wrote it.
+void SmBios::trim(char*) {}
+
+void itoa(int value, char* out, int) {
+    std::sprintf(out, "%d", value);
+}

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+
+#include "SmBios/SmBiosText.h"
+
+#include <algorithm>
+#include <cstring>
+
+#include "SmBios/SmBios.h"
+
+ByteView FormattedArea(const std::unique_ptr<BiosDataItem>& item) {
+    if (item == nullptr || item->GetFormatedData() == nullptr) return {};
+    return ByteView(item->GetFormatedData(), item->GetFormatedDataLength());
+}
+
+char* StringAt(const std::unique_ptr<BiosDataItem>& item, std::size_t offset) {
+    return item == nullptr ? nullptr : item->GetString(ByteAt(FormattedArea(item), offset));
+}
+
+int CopyText(const char* text, char* buf, unsigned size) {
+    if (text == nullptr) return -1;
+    if (size != 0) std::memcpy(buf, text, std::min<std::size_t>(std::strlen(text), size - 1));
+    return 0;
+}
+
+int CopyStringAt(const std::unique_ptr<BiosDataItem>& item, std::size_t offset, char* buf,
+                 unsigned size) {
+    return CopyText(StringAt(item, offset), buf, size);
+}
+
+void WriteNumber(char* buf, int value, const char* unit) {
+    itoa(value, buf, 10);
+    std::strcat(buf, unit);
+}
