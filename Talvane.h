@@ -25,16 +25,16 @@
 #endif
 
 /* Commands of GetInfo, each with the record that it fills. */
-#define TALVANE_BOARD 0x10000UL        /* BaseBoardInformation */
-#define TALVANE_PROCESSORS 0x20000UL   /* ProcessorInformation */
-#define TALVANE_MEMORY 0x40000UL       /* MemoryInformation */
-#define TALVANE_PORTS 0x80000UL        /* IOInformation */
-#define TALVANE_POWER 0x800000UL       /* SystemPowerInformation */
-#define TALVANE_UPS 0x1000000UL        /* SystemPowerInformation */
-#define TALVANE_FANS 0x2000000UL       /* FanInformation */
-#define TALVANE_VOLTAGES 0x4000000UL   /* VoltageInformation */
-#define TALVANE_TEMPERATURES 0x8000000UL /* TemperatureInformation */
-#define TALVANE_SYSTEM 0x10000000UL    /* SysInformation */
+#define TALVANE_BOARD        0x10000UL    /* BaseBoardInformation */
+#define TALVANE_PROCESSORS   0x20000UL    /* ProcessorInformation */
+#define TALVANE_MEMORY       0x40000UL    /* MemoryInformation */
+#define TALVANE_PORTS        0x80000UL    /* IOInformation */
+#define TALVANE_POWER        0x800000UL   /* SystemPowerInformation */
+#define TALVANE_UPS          0x1000000UL  /* SystemPowerInformation */
+#define TALVANE_FANS         0x2000000UL  /* FanInformation */
+#define TALVANE_VOLTAGES     0x4000000UL  /* VoltageInformation */
+#define TALVANE_TEMPERATURES 0x8000000UL  /* TemperatureInformation */
+#define TALVANE_SYSTEM       0x10000000UL /* SysInformation */
 
 #ifdef __cplusplus
 extern "C" {

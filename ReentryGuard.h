@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+//
+// A flag that says "this function is in progress", so that a nested call (from a signal handler, a
+// callback) can be refused. A plain integer on purpose: it guards one thread against itself and is
+// no lock.
+#ifndef TALVANE_REENTRYGUARD_H
+#define TALVANE_REENTRYGUARD_H
+
+// Sets the flag and clears it again on every way out, exceptions included.
+class ReentryGuard {
+public:
+    explicit ReentryGuard(int& inProgress) : flag(inProgress) { flag = 1; }
+    ~ReentryGuard() { flag = 0; }
+    ReentryGuard(const ReentryGuard&) = delete;
+    ReentryGuard& operator=(const ReentryGuard&) = delete;
+
+private:
+    int& flag;
+};
+
+#endif
