@@ -1,0 +1,118 @@
+// SPDX-License-Identifier: MIT
+//
+// What is written for commands that answer and for commands whose source cannot be read.
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "tools/Report.h"
+
+namespace tool {
+namespace {
+
+int reasonsAsked = 0;
+
+std::string WhyDrawer() {
+    ++reasonsAsked;
+    return "the drawer is locked";
+}
+
+std::string WhyShelf() {
+    return "the shelf is \xFC"
+           "ber";
+}
+
+const Source kDrawer{"drawer", WhyDrawer};
+const Source kShelf{"shelf", WhyShelf};
+
+std::optional<Answer> Spoons() {
+    return Answer{"Spoons\n", {{"quantity", 3}}};
+}
+std::optional<Answer> Forks() {
+    return Answer{"Forks\n", {{"quantity", 4}}};
+}
+std::optional<Answer> Unread() {
+    return std::nullopt;
+}
+
+struct Written {
+    bool allRead;
+    std::string out;
+    std::string err;
+};
+
+Written Write(std::span<const Command> commands, Format format) {
+    std::ostringstream out;
+    std::ostringstream err;
+    const bool allRead = Report(commands, format, out, err);
+    return {allRead, out.str(), err.str()};
+}
+
+TEST(Report, WritesEachAnswerInOrder) {
+    const Command commands[] = {{"spoons", "", &kDrawer, Spoons}, {"forks", "", &kDrawer, Forks}};
+    const Written text = Write(commands, Format::text);
+    EXPECT_TRUE(text.allRead);
+    EXPECT_EQ(text.out, "Spoons\n\nForks\n");
+    EXPECT_EQ(text.err, "");
+    EXPECT_EQ(Write(commands, Format::json).out,
+              "{\n"
+              "  \"spoons\": {\n"
+              "    \"quantity\": 3\n"
+              "  },\n"
+              "  \"forks\": {\n"
+              "    \"quantity\": 4\n"
+              "  },\n"
+              "  \"errors\": []\n"
+              "}\n");
+}
+
+TEST(Report, NamesWhatCouldNotBeReadAndWhyOncePerSource) {
+    const Command commands[] = {{"knives", "", &kDrawer, Unread},
+                                {"forks", "", &kDrawer, Forks},
+                                {"plates", "", &kShelf, Unread},
+                                {"spoons", "", &kDrawer, Unread}};
+    reasonsAsked = 0;
+    const Written text = Write(commands, Format::text);
+    EXPECT_FALSE(text.allRead);
+    EXPECT_EQ(text.out,
+              "Forks\n"
+              "\n"
+              "Not read\n"
+              "--------\n"
+              "  drawer  knives, spoons\n"
+              "  shelf   plates\n");
+    EXPECT_EQ(text.err,
+              "talvane: the drawer is locked\n"
+              "talvane: the shelf is \xFC"
+              "ber\n");
+    EXPECT_EQ(reasonsAsked, 1);
+}
+
+TEST(Report, GivesNullInJsonForWhatCouldNotBeRead) {
+    const Command commands[] = {{"knives", "", &kDrawer, Unread}, {"plates", "", &kShelf, Unread}};
+    const Written json = Write(commands, Format::json);
+    EXPECT_FALSE(json.allRead);
+    EXPECT_EQ(Json::parse(json.out), Json::parse(R"({
+        "knives": null,
+        "plates": null,
+        "errors": [
+            {"source": "drawer", "message": "the drawer is locked"},
+            {"source": "shelf", "message": "the shelf is über"}
+        ]
+    })"));
+    EXPECT_EQ(json.err,
+              "talvane: the drawer is locked\n"
+              "talvane: the shelf is \xFC"
+              "ber\n");
+}
+
+TEST(Report, AsksForNoReasonWhenAllIsRead) {
+    const Command commands[] = {{"forks", "", &kDrawer, Forks}};
+    reasonsAsked = 0;
+    Write(commands, Format::text);
+    EXPECT_EQ(reasonsAsked, 0);
+}
+
+}  // namespace
+}  // namespace tool

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+//
+// The look of the text output: titled sections of indented blocks, with a blank line between
+// blocks. No line ends in a blank.
+//
+// Cells hold texts as the firmware gave them; the functions here make them printable. An empty one
+// is shown as "-".
+#ifndef TALVANE_TOOLS_LAYOUT_H
+#define TALVANE_TOOLS_LAYOUT_H
+
+#include <string>
+#include <vector>
+
+namespace tool {
+
+struct Fact {
+    std::string name;
+    std::string value;
+};
+
+struct Column {
+    std::string title;
+    enum class Align { left, right } align = Align::left;
+};
+
+using Row = std::vector<std::string>;  // one cell per column
+
+// One line per fact, the values below each other.
+std::string FactBlock(const std::vector<Fact>& facts);
+
+// A line of titles and one line per row; the word "none" when there is no row.
+std::string TableBlock(const std::vector<Column>& columns, const std::vector<Row>& rows);
+
+// One line of prose.
+std::string NoteBlock(const std::string& note);
+
+// A title, underlined, and its blocks.
+std::string Section(const std::string& title, const std::vector<std::string>& blocks);
+
+// Sections below each other.
+std::string Page(const std::vector<std::string>& sections);
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/Report.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "tools/Layout.h"
+#include "tools/Text.h"
+
+namespace tool {
+namespace {
+
+// A source that could not be read, and the commands that miss it.
+struct Missing {
+    const Source* source;
+    std::string message;
+    std::string commands;  // names, separated by commas
+};
+
+struct Outcome {
+    std::vector<std::string> sections;
+    Json json = Json::object();
+    std::vector<Missing> missing;
+};
+
+void Miss(std::vector<Missing>& missing, const Command& command) {
+    const auto known = std::find_if(missing.begin(), missing.end(), [&](const Missing& entry) {
+        return entry.source == command.source;
+    });
+    if (known == missing.end())
+        missing.push_back({command.source, command.source->whyNotRead(), command.name});
+    else
+        known->commands += std::string(", ") + command.name;
+}
+
+Outcome RunAll(std::span<const Command> commands) {
+    Outcome outcome;
+    for (const Command& command : commands) {
+        const auto answer = command.ask();
+        outcome.json[command.name] = answer ? answer->json : Json();
+        if (answer)
+            outcome.sections.push_back(answer->text);
+        else
+            Miss(outcome.missing, command);
+    }
+    return outcome;
+}
+
+void WriteText(const Outcome& outcome, std::ostream& out) {
+    std::vector<std::string> sections = outcome.sections;
+    std::vector<Fact> notRead;
+    for (const Missing& missing : outcome.missing)
+        notRead.push_back({missing.source->name, missing.commands});
+    if (!notRead.empty()) sections.push_back(Section("Not read", {FactBlock(notRead)}));
+    out << Page(sections);
+}
+
+void WriteJson(const Outcome& outcome, std::ostream& out) {
+    Json json = outcome.json;
+    json["errors"] = Json::array();
+    for (const Missing& missing : outcome.missing)
+        json["errors"].push_back(
+            {{"source", missing.source->name}, {"message", Utf8(missing.message)}});
+    constexpr int kIndent = 2;
+    constexpr bool kAsciiOnly = true;  // control characters of firmware texts reach no terminal
+    out << json.dump(kIndent, ' ', kAsciiOnly) << '\n';
+}
+
+}  // namespace
+
+bool Report(std::span<const Command> commands, Format format, std::ostream& out,
+            std::ostream& err) {
+    const Outcome outcome = RunAll(commands);
+    if (format == Format::json)
+        WriteJson(outcome, out);
+    else
+        WriteText(outcome, out);
+    for (const Missing& missing : outcome.missing) err << "talvane: " << missing.message << '\n';
+    return outcome.missing.empty();
+}
+
+}  // namespace tool

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+//
+// Runs commands and writes what they answer.
+#ifndef TALVANE_TOOLS_REPORT_H
+#define TALVANE_TOOLS_REPORT_H
+
+#include <ostream>
+#include <span>
+
+#include "tools/Commands.h"
+
+namespace tool {
+
+enum class Format { text, json };
+
+// Writes the answers to `out`, and to `err` one line for each source that could not be read.
+//
+// Text ends in a section "Not read" when something is missing. JSON is one object with a member
+// for each command, null where it could not be read, and the array "errors" of {source, message}.
+//
+// Returns whether everything could be read.
+bool Report(std::span<const Command> commands, Format format, std::ostream& out, std::ostream& err);
+
+}  // namespace tool
+
+#endif

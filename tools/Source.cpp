@@ -1,0 +1,107 @@
+// SPDX-License-Identifier: MIT
+//
+// Follows the library's way through physical memory and reports the first step that fails: open
+// the device, read the segment that holds the entry point, find the entry point, read the table.
+
+#include "tools/Source.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <optional>
+
+#include "Bytes.h"
+
+namespace tool {
+namespace {
+
+constexpr std::uint32_t kSegment = 0xF0000;
+constexpr std::size_t kSegmentSize = 0xFFF0;
+constexpr std::size_t kParagraph = 16;        // entry points lie on its multiples (SMBIOS 5.2.1)
+constexpr std::size_t kSmbiosAddressAt = 24;  // of the table, in an entry point (SMBIOS 5.2.1)
+constexpr std::size_t kDmiAddressAt = 8;
+constexpr std::uint32_t kFirstUnreachable = 0x80000000;  // 32-bit file offsets are signed
+
+class Device {
+public:
+    explicit Device(const char* path) : descriptor_(open(path, O_RDONLY | O_CLOEXEC)) {}
+    ~Device() {
+        if (IsOpen()) (void)close(descriptor_);  // result not used: nothing was written
+    }
+    Device(const Device&) = delete;
+    Device& operator=(const Device&) = delete;
+
+    bool IsOpen() const { return descriptor_ >= 0; }
+
+    // Bytes delivered, -1 with errno set when refused.
+    long ReadAt(std::uint32_t address, unsigned char* out, std::size_t size) const {
+        if (lseek(descriptor_, static_cast<off_t>(address), SEEK_SET) == -1) return -1;
+        return read(descriptor_, out, size);
+    }
+
+private:
+    int descriptor_;
+};
+
+std::string Hex(std::uint32_t address) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%X", static_cast<unsigned>(address));
+    return text;
+}
+
+// What an errno of /dev/mem means to the one who runs the tool.
+std::string Explained(int error) {
+    std::string text = std::strerror(error);
+    if (error == EACCES) text += " (run as root)";
+    if (error == EPERM) text += " (it takes root with CAP_SYS_RAWIO and a kernel that allows it)";
+    if (error == ENOENT) text += " (the kernel or container offers no such device)";
+    return text;
+}
+
+std::optional<std::size_t> FindAnchor(ByteView segment, const char* anchor) {
+    for (std::size_t at = 0; at + kParagraph <= segment.size(); at += kParagraph)
+        if (std::memcmp(segment.data() + at, anchor, std::strlen(anchor)) == 0) return at;
+    return std::nullopt;
+}
+
+std::optional<std::uint32_t> TableAddress(ByteView segment) {
+    if (const auto smbios = FindAnchor(segment, "_SM_"))
+        return Le32(segment, *smbios + kSmbiosAddressAt);
+    if (const auto dmi = FindAnchor(segment, "_DMI")) return Le32(segment, *dmi + kDmiAddressAt);
+    return std::nullopt;
+}
+
+std::string WhyTableNotRead(const Device& memory, std::uint32_t table) {
+    const std::string what = "cannot read the SMBIOS table at " + Hex(table) + " of /dev/mem: ";
+    if (table >= kFirstUnreachable) return what + "it lies above 2 GiB";
+    unsigned char first = 0;
+    const long got = memory.ReadAt(table, &first, 1);
+    if (got < 0) return what + std::strerror(errno) + " (a kernel with STRICT_DEVMEM refuses it)";
+    if (got == 0) return what + "memory ends before it";
+    const std::uint32_t base = table & 0xFFFF0000;
+    return what + "it takes one read of " + std::to_string((base >> 10) + 64) + " KiB from " +
+           Hex(base) + ", which failed";
+}
+
+std::string WhyPhysicalMemoryNotRead() {
+    const Device memory("/dev/mem");
+    if (!memory.IsOpen()) return "cannot open /dev/mem: " + Explained(errno);
+    std::array<unsigned char, kSegmentSize> segment{};
+    const long got = memory.ReadAt(kSegment, segment.data(), segment.size());
+    if (got < 0) return "cannot read /dev/mem at " + Hex(kSegment) + ": " + Explained(errno);
+    const auto table = TableAddress(segment);
+    if (!table)
+        return "no SMBIOS or DMI table in /dev/mem: no entry point between 0xF0000 and 0xFFFEF "
+               "(firmware that boots by UEFI keeps it elsewhere)";
+    return WhyTableNotRead(memory, *table);
+}
+
+}  // namespace
+
+const Source kPhysicalMemory{"/dev/mem", WhyPhysicalMemoryNotRead};
+
+}  // namespace tool

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+//
+// Texts that came from firmware. Their bytes can be anything: a field filled to its last byte has
+// no terminator, old tables hold Latin-1 or noise, and a bounded copy can end inside a UTF-8
+// sequence.
+#ifndef TALVANE_TOOLS_TEXT_H
+#define TALVANE_TOOLS_TEXT_H
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+namespace tool {
+
+// The text of bytes [from, to) of a record, up to its terminator where it has one.
+template <class Record>
+std::string TextWithin(const Record& record, std::size_t from, std::size_t to) {
+    const std::string_view bytes(reinterpret_cast<const char*>(&record) + from, to - from);
+    return std::string(bytes.substr(0, bytes.find('\0')));
+}
+
+// The text of one field; never reads past it.
+template <std::size_t N>
+std::string FieldText(const char (&field)[N]) {
+    return TextWithin(field, 0, N);
+}
+
+// For a terminal: without surrounding blanks, letters and signs that take one column as they are,
+// every other byte (controls, broken UTF-8, characters of unclear width) as \xHH.
+std::string Printable(std::string_view text);
+
+// Columns that a printable text takes.
+std::size_t Columns(std::string_view printable);
+
+// For JSON: valid UTF-8. A byte that is no part of a UTF-8 sequence is taken for Latin-1, so no
+// two texts become one.
+std::string Utf8(std::string_view text);
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Board.h"
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+
+namespace tool {
+
+std::optional<Board> ReadBoard() {
+    BaseBoardInformation record{};
+    if (GetInfo(TALVANE_BOARD, &record) != 0) return std::nullopt;
+    return Board{.manufacturer = FieldText(record.Manufacturer),
+                 .product = FieldText(record.ProductName),
+                 .serialNumber = FieldText(record.SerialNo),
+                 .biosVendor = FieldText(record.RomVendor),
+                 .biosVersion = FieldText(record.RomVersion),
+                 .biosReleaseDate = FieldText(record.RomReleaseDate)};
+}
+
+std::string ToText(const Board& board) {
+    return Section("Board", {FactBlock({{"Manufacturer", board.manufacturer},
+                                        {"Product", board.product},
+                                        {"Serial number", board.serialNumber},
+                                        {"BIOS vendor", board.biosVendor},
+                                        {"BIOS version", board.biosVersion},
+                                        {"BIOS date", board.biosReleaseDate}})});
+}
+
+Json ToJson(const Board& board) {
+    return {{"manufacturer", Utf8(board.manufacturer)},
+            {"product", Utf8(board.product)},
+            {"serialNumber", Utf8(board.serialNumber)},
+            {"bios",
+             {{"vendor", Utf8(board.biosVendor)},
+              {"version", Utf8(board.biosVersion)},
+              {"releaseDate", Utf8(board.biosReleaseDate)}}}};
+}
+
+}  // namespace tool

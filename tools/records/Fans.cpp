@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Fans.h"
+
+#include <cstddef>
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+#include "tools/WideRecord.h"
+
+namespace tool {
+namespace {
+
+constexpr std::size_t kMostFans = 63;
+
+}  // namespace
+
+std::optional<Fans> ReadFans() {
+    WideRecord<FanInformation, FAN_DEVICE> record(offsetof(FanInformation, fan), kMostFans);
+    if (GetInfo(TALVANE_FANS, record.Data()) != 0) return std::nullopt;
+    Fans fans;
+    for (const FAN_DEVICE& fan : record.Elements(record.Head().quantity))
+        // The long texts run on into min and max.
+        fans.push_back({.speed = TextWithin(fan, offsetof(FAN_DEVICE, speed),
+                                            offsetof(FAN_DEVICE, IdString))});
+    return fans;
+}
+
+std::string ToText(const Fans& fans) {
+    std::vector<Row> rows;
+    for (const Fan& fan : fans) rows.push_back({std::to_string(rows.size() + 1), fan.speed});
+    return Section("Fans", {TableBlock({{"No.", Column::Align::right}, {"Nominal speed"}}, rows)});
+}
+
+Json ToJson(const Fans& fans) {
+    Json list = Json::array();
+    for (const Fan& fan : fans) list.push_back({{"speed", Utf8(fan.speed)}});
+    return list;
+}
+
+}  // namespace tool

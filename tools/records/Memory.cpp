@@ -1,0 +1,94 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Memory.h"
+
+#include <charconv>
+#include <cstdint>
+#include <cstdio>
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+
+namespace tool {
+namespace {
+
+constexpr std::uint64_t kTotalWrapsAt = 65536;  // megabytes
+
+std::string InGigabytes(int megabytes) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.4g GB", megabytes / 1024.0);
+    return text;
+}
+
+// The banks whose size is in megabytes; smaller ones do not make a total wrap.
+std::uint64_t SumOfBanks(const std::vector<Bank>& banks) {
+    std::uint64_t sum = 0;
+    for (const Bank& bank : banks) {
+        std::uint64_t size = 0;
+        const char* end = bank.size.data() + bank.size.size();
+        const char* unit = std::from_chars(bank.size.data(), end, size).ptr;
+        if (std::string_view(unit, end) == " MB") sum += size;
+    }
+    return sum;
+}
+
+std::string TotalText(const Memory& memory) {
+    std::string text = std::to_string(memory.totalMegabytes) + " MB";
+    if (memory.totalMegabytes >= 1024) text += " (" + InGigabytes(memory.totalMegabytes) + ")";
+    return text;
+}
+
+}  // namespace
+
+std::optional<Memory> ReadMemory() {
+    MemoryInformation record{};
+    if (GetInfo(TALVANE_MEMORY, &record) != 0) return std::nullopt;
+    Memory memory{.totalMegabytes = record.TotalSize, .banks = {}};
+    for (int i = 0; i < record.quantity; ++i) {
+        const BANK& bank = record.bank[i];
+        memory.banks.push_back({.slot = bank.SlotNumber,
+                                .size = FieldText(bank.size),
+                                .type = FieldText(bank.type),
+                                .typeDetail = FieldText(bank.TypeDetail),
+                                .speed = FieldText(bank.speed),
+                                .manufacturer = FieldText(bank.manufacturer)});
+    }
+    return memory;
+}
+
+std::string ToText(const Memory& memory) {
+    std::vector<std::string> blocks{FactBlock({{"Total", TotalText(memory)}})};
+    const std::uint64_t sum = SumOfBanks(memory.banks);
+    if (sum >= kTotalWrapsAt)
+        blocks.push_back(NoteBlock("The total counts modulo " + std::to_string(kTotalWrapsAt) +
+                                   " MB; the banks below add up to " + std::to_string(sum) +
+                                   " MB."));
+    std::vector<Row> rows;
+    for (const Bank& bank : memory.banks)
+        rows.push_back({std::to_string(bank.slot), bank.size, bank.type, bank.typeDetail,
+                        bank.speed, bank.manufacturer});
+    constexpr auto kRight = Column::Align::right;
+    blocks.push_back(TableBlock({{"Slot", kRight},
+                                 {"Size", kRight},
+                                 {"Type"},
+                                 {"Detail"},
+                                 {"Speed", kRight},
+                                 {"Manufacturer"}},
+                                rows));
+    return Section("Memory", blocks);
+}
+
+Json ToJson(const Memory& memory) {
+    Json banks = Json::array();
+    for (const Bank& bank : memory.banks)
+        banks.push_back({{"slot", bank.slot},
+                         {"size", Utf8(bank.size)},
+                         {"type", Utf8(bank.type)},
+                         {"typeDetail", Utf8(bank.typeDetail)},
+                         {"speed", Utf8(bank.speed)},
+                         {"manufacturer", Utf8(bank.manufacturer)}});
+    return {{"totalMegabytes", memory.totalMegabytes}, {"banks", banks}};
+}
+
+}  // namespace tool

@@ -1,0 +1,43 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Ports.h"
+
+#include <cstddef>
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+#include "tools/WideRecord.h"
+
+namespace tool {
+namespace {
+
+constexpr std::size_t kMostPorts = 128;
+
+}  // namespace
+
+std::optional<Ports> ReadPorts() {
+    WideRecord<IOInformation, PORT> record(offsetof(IOInformation, port), kMostPorts);
+    if (GetInfo(TALVANE_PORTS, record.Data()) != 0) return std::nullopt;
+    Ports ports;
+    for (const PORT& port : record.Elements(record.Head().quantity))
+        ports.push_back({.designation = FieldText(port.description), .type = FieldText(port.type)});
+    return ports;
+}
+
+std::string ToText(const Ports& ports) {
+    std::vector<Row> rows;
+    for (const Port& port : ports)
+        rows.push_back({std::to_string(rows.size() + 1), port.designation, port.type});
+    return Section("Ports",
+                   {TableBlock({{"No.", Column::Align::right}, {"Designation"}, {"Type"}}, rows)});
+}
+
+Json ToJson(const Ports& ports) {
+    Json list = Json::array();
+    for (const Port& port : ports)
+        list.push_back({{"designation", Utf8(port.designation)}, {"type", Utf8(port.type)}});
+    return list;
+}
+
+}  // namespace tool

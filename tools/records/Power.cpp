@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Power.h"
+
+#include <cstddef>
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+#include "tools/WideRecord.h"
+
+namespace tool {
+namespace {
+
+constexpr std::size_t kMostSupplies = 32;
+
+using PowerRecord = WideRecord<SystemPowerInformation, SYS_POWER>;
+
+PowerRecord EmptyRecord() {
+    return PowerRecord(offsetof(SystemPowerInformation, PowerSupply), kMostSupplies);
+}
+
+std::vector<PowerSupply> SuppliesOf(const PowerRecord& record) {
+    std::vector<PowerSupply> supplies;
+    for (const SYS_POWER& supply : record.Elements(record.Head().TotalNumber))
+        supplies.push_back(
+            {.name = FieldText(supply.DeviceName),
+             .manufacturer = FieldText(supply.manufacturer),
+             .serialNumber = FieldText(supply.SerialNo),
+             // The longest status runs on into the field behind it, the element's last.
+             .status = TextWithin(supply, offsetof(SYS_POWER, status), sizeof(SYS_POWER))});
+    return supplies;
+}
+
+std::string SupplyTable(const std::vector<PowerSupply>& supplies) {
+    std::vector<Row> rows;
+    for (const PowerSupply& supply : supplies)
+        rows.push_back({std::to_string(rows.size() + 1), supply.name, supply.manufacturer,
+                        supply.serialNumber, supply.status});
+    return TableBlock(
+        {{"No.", Column::Align::right}, {"Name"}, {"Manufacturer"}, {"Serial number"}, {"Status"}},
+        rows);
+}
+
+Json SupplyList(const std::vector<PowerSupply>& supplies) {
+    Json list = Json::array();
+    for (const PowerSupply& supply : supplies)
+        list.push_back({{"name", Utf8(supply.name)},
+                        {"manufacturer", Utf8(supply.manufacturer)},
+                        {"serialNumber", Utf8(supply.serialNumber)},
+                        {"status", Utf8(supply.status)}});
+    return list;
+}
+
+}  // namespace
+
+std::optional<Power> ReadPower() {
+    PowerRecord all = EmptyRecord();
+    PowerRecord ups = EmptyRecord();
+    if (GetInfo(TALVANE_POWER, all.Data()) != 0 || GetInfo(TALVANE_UPS, ups.Data()) != 0)
+        return std::nullopt;
+    return Power{.redundant = all.Head().RedundantNumber,
+                 .supplies = SuppliesOf(all),
+                 .ups = SuppliesOf(ups)};
+}
+
+std::string ToText(const Power& power) {
+    // The test for a UPS compares type bits by subset, which most other types pass too.
+    return Section("Power supplies", {FactBlock({{"Redundant", std::to_string(power.redundant)}}),
+                                      SupplyTable(power.supplies)}) +
+           '\n' + Section("Power supplies that pass for a UPS", {SupplyTable(power.ups)});
+}
+
+Json ToJson(const Power& power) {
+    return {{"redundant", power.redundant},
+            {"supplies", SupplyList(power.supplies)},
+            {"ups", SupplyList(power.ups)}};
+}
+
+}  // namespace tool

@@ -1,0 +1,114 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Processors.h"
+
+#include <cstddef>
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+#include "tools/WideRecord.h"
+
+namespace tool {
+namespace {
+
+constexpr std::size_t kMostProcessors = 16;
+
+std::vector<Cache> CachesOf(const CPU& cpu) {
+    std::vector<Cache> caches;
+    int level = 0;
+    for (const CACHE& cache : cpu.cache) {
+        Cache known{.level = ++level,
+                    .designation = FieldText(cache.designation),
+                    .installedSize = FieldText(cache.InstalledSize),
+                    .maximumSize = FieldText(cache.MaxSize),
+                    .speed = FieldText(cache.speed)};
+        const std::string all =
+            known.designation + known.installedSize + known.maximumSize + known.speed;
+        if (!all.empty()) caches.push_back(known);
+    }
+    return caches;
+}
+
+const char* DisabledText(const Processor& processor) {
+    if (processor.disabled) return "yes";
+    return processor.statusUnknown ? "unknown" : "no";
+}
+
+Json ToJson(const Cache& cache) {
+    return {{"level", cache.level},
+            {"designation", Utf8(cache.designation)},
+            {"installedSize", Utf8(cache.installedSize)},
+            {"maximumSize", Utf8(cache.maximumSize)},
+            {"speed", Utf8(cache.speed)}};
+}
+
+}  // namespace
+
+std::optional<Processors> ReadProcessors() {
+    WideRecord<ProcessorInformation, CPU> record(offsetof(ProcessorInformation, cpu),
+                                                 kMostProcessors);
+    if (GetInfo(TALVANE_PROCESSORS, record.Data()) != 0) return std::nullopt;
+    Processors processors;
+    for (const CPU& cpu : record.Elements(record.Head().quantity))
+        processors.push_back(
+            {// The longest family name runs on into the field behind it.
+             .family = TextWithin(cpu, offsetof(CPU, family), offsetof(CPU, MaxSpeed)),
+             .manufacturer = FieldText(cpu.manufacturer),
+             .currentSpeed = FieldText(cpu.CurrentSpeed),
+             .maximumSpeed = FieldText(cpu.MaxSpeed),
+             .externalClock = FieldText(cpu.ExternalClock),
+             .disabled = cpu.IsDisabled != 0,
+             .statusUnknown = cpu.IsUHT != 0,
+             .caches = CachesOf(cpu)});
+    return processors;
+}
+
+std::string ToText(const Processors& processors) {
+    std::vector<Row> rows;
+    std::vector<Row> cacheRows;
+    for (const Processor& processor : processors) {
+        const std::string number = std::to_string(rows.size() + 1);
+        rows.push_back({number, processor.family, processor.manufacturer, processor.currentSpeed,
+                        processor.maximumSpeed, processor.externalClock, DisabledText(processor)});
+        for (const Cache& cache : processor.caches)
+            cacheRows.push_back({number, "L" + std::to_string(cache.level), cache.designation,
+                                 cache.installedSize, cache.maximumSize, cache.speed});
+    }
+    constexpr auto kRight = Column::Align::right;
+    return Section("Processors", {TableBlock({{"No.", kRight},
+                                              {"Family"},
+                                              {"Manufacturer"},
+                                              {"Speed", kRight},
+                                              {"Maximum", kRight},
+                                              {"Ext. clock", kRight},
+                                              {"Disabled"}},
+                                             rows)}) +
+           '\n' +
+           Section("Caches", {TableBlock({{"CPU", kRight},
+                                          {"Level"},
+                                          {"Designation"},
+                                          {"Installed", kRight},
+                                          {"Maximum", kRight},
+                                          {"Speed", kRight}},
+                                         cacheRows)});
+}
+
+Json ToJson(const Processors& processors) {
+    Json list = Json::array();
+    for (const Processor& processor : processors) {
+        Json caches = Json::array();
+        for (const Cache& cache : processor.caches) caches.push_back(ToJson(cache));
+        list.push_back({{"family", Utf8(processor.family)},
+                        {"manufacturer", Utf8(processor.manufacturer)},
+                        {"currentSpeed", Utf8(processor.currentSpeed)},
+                        {"maximumSpeed", Utf8(processor.maximumSpeed)},
+                        {"externalClock", Utf8(processor.externalClock)},
+                        {"disabled", processor.disabled},
+                        {"statusUnknown", processor.statusUnknown},
+                        {"caches", caches}});
+    }
+    return list;
+}
+
+}  // namespace tool

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/System.h"
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+
+namespace tool {
+
+std::optional<System> ReadSystem() {
+    SysInformation record{};
+    if (GetInfo(TALVANE_SYSTEM, &record) != 0) return std::nullopt;
+    return System{.manufacturer = FieldText(record.manufacturer),
+                  .product = FieldText(record.SysProductName),
+                  .version = FieldText(record.version)};
+}
+
+std::string ToText(const System& system) {
+    return Section("System", {FactBlock({{"Manufacturer", system.manufacturer},
+                                         {"Product", system.product},
+                                         {"Version", system.version}})});
+}
+
+Json ToJson(const System& system) {
+    return {{"manufacturer", Utf8(system.manufacturer)},
+            {"product", Utf8(system.product)},
+            {"version", Utf8(system.version)}};
+}
+
+}  // namespace tool
