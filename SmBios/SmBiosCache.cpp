@@ -26,8 +26,10 @@ void WriteCacheSize(char* buf, unsigned size) {
 }
 
 unsigned CacheHandle(ByteView processor, int level) {
+    // Levels are not checked; those that lie outside the structure read as handle 0.
     const long long offset = kProcessorL1Handle + 2LL * level;
-    return offset < 0 ? 0u : Le16(processor, static_cast<std::size_t>(offset));
+    if (offset < 0 || offset >= static_cast<long long>(processor.size())) return 0;
+    return Le16(processor, static_cast<std::size_t>(offset));
 }
 
 // The text for a cache that a processor has not: before SMBIOS 2.3 the handle 0xFFFF says that
