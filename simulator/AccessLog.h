@@ -4,15 +4,25 @@
 #ifndef TALVANE_SIMULATOR_ACCESSLOG_H
 #define TALVANE_SIMULATOR_ACCESSLOG_H
 
+#include <iosfwd>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace sim {
 
-// One access: the call and, readable, its arguments and its answer, such as
-//   {"read", "/dev/mem 0xF0000 65520", "65520"}
-//   {"open", "/dev/mem O_RDONLY", "-1 EACCES"}     (descriptor numbers are not shown)
+// One access: the call and, readable, its arguments and its answer. Addresses and ports are
+// hexadecimal, counts and widths (in bytes) decimal; a failure is "-1" and the errno's name.
+// Descriptor numbers are not shown: the call names what was opened, with its position.
+//   open   /dev/mem O_RDONLY      -> ok            (a failure: -1 EACCES)
+//   lseek  /dev/mem 0xF0000       -> 0xF0000       (SEEK_CUR: /dev/mem +16)
+//   read   /dev/mem 0xF0000 65520 -> 65520         (position, bytes asked for -> delivered)
+//   close  /dev/mem               -> 0
+//   ioctl  /dev/mem 0xC0045301    -> 0
+//   iopl   3                      -> 0
+//   in     0xCA3 1                -> 0xFF
+//   out    0xCF8 4 0x80000000     -> ok
+//   sleep  5                      -> 0
 struct Access {
     std::string call;
     std::string what;
@@ -23,15 +33,19 @@ struct Access {
 
 class AccessLog {
 public:
-    void add(Access access) { accesses_.push_back(std::move(access)); }
+    void add(Access access);
     void clear() { accesses_.clear(); }
 
     const std::vector<Access>& accesses() const { return accesses_; }
     std::size_t count(std::string_view call) const;
     std::vector<std::string> lines() const;  // text() of each
 
+    // From now on each access is also written there at once, a line each; null ends that.
+    void copyTo(std::ostream* stream) { copy_ = stream; }
+
 private:
     std::vector<Access> accesses_;
+    std::ostream* copy_ = nullptr;
 };
 
 }  // namespace sim

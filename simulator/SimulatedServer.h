@@ -27,6 +27,8 @@
 
 namespace sim {
 
+class Machine;
+
 class SimulatedServer {
 public:
     // A server with 64 MiB of zeroed memory and no device but /dev/mem.
@@ -46,9 +48,14 @@ public:
     AccessLog& log();
 
     // Faults. `nth` counts from 1, from the moment of this call on.
-    void fail(std::string_view call, int nth, int error = EIO);  // "open", "lseek", "read", "iopl" ...
+    void fail(std::string_view call, int nth,
+              int error = EIO);                  // "open", "lseek", "read", "iopl" ...
     void shortRead(int nth, std::size_t bytes);  // the read delivers at most so many bytes
     void failAllocation(int nth);                // an allocation made by the library
+
+    // Allocations (operator new) made by the library's own code so far; what the C++ runtime
+    // allocates on its behalf is not counted.
+    std::size_t allocations() const;
 
     // Opening `path` fails with `error` from now on.
     void refuse(const std::string& path, int error = EACCES);
@@ -59,6 +66,13 @@ public:
     // Called inside the next simulated call named `call`, before it is answered: a place from
     // which a test enters the library again.
     void during(std::string_view call, void (*action)());
+
+    // Also treats modules whose file name begins with `library` as the library under observation,
+    // as it does those of libTalvane.so: they have nothing but this server.
+    void observe(const std::string& library);
+
+    // The machine itself, for installing devices.
+    Machine& machine();
 
 private:
     class State;

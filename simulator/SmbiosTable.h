@@ -10,8 +10,10 @@
 
 #include <cstdint>
 #include <deque>
+#include <span>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 #include "PhysicalMemory.h"
@@ -27,8 +29,9 @@ public:
     SmbiosStructure& byte(std::size_t offset, std::uint8_t value);
     SmbiosStructure& word(std::size_t offset, std::uint16_t value);
     SmbiosStructure& dword(std::size_t offset, std::uint32_t value);
-    SmbiosStructure& string(std::size_t offset, std::string_view text);  // adds it, stores its number
-    SmbiosStructure& string(std::string_view text);                      // adds it only
+    SmbiosStructure& string(std::size_t offset,
+                            std::string_view text);  // adds it, stores its number
+    SmbiosStructure& string(std::string_view text);  // adds it only
 
     Bytes bytes() const;
 
@@ -42,14 +45,16 @@ public:
     // The reference stays valid while structures are added.
     SmbiosStructure& add(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
 
-    // Appends bytes as they are, for tables that no firmware should have.
+    // Appends bytes as they are, for tables that no firmware should have. Not counted as a
+    // structure.
     SmbiosTable& raw(std::span<const std::uint8_t> bytes);
 
-    std::size_t structures() const { return parts_.size(); }
+    std::size_t structures() const;
     Bytes bytes() const;
 
 private:
-    std::deque<SmbiosStructure> parts_;
+    using Part = std::variant<SmbiosStructure, Bytes>;
+    std::deque<Part> parts_;
 };
 
 }  // namespace sim

@@ -1,0 +1,98 @@
+// SPDX-License-Identifier: MIT
+//
+// The simulated server itself, apart from how calls get here: devices by path, open files by
+// descriptor, I/O ports, privilege, time, faults and the log. Each call answers what libc is to
+// return, or nothing when the call is not this machine's business and the real function is to
+// have it.
+#ifndef TALVANE_SIMULATOR_MACHINE_H
+#define TALVANE_SIMULATOR_MACHINE_H
+
+#include <chrono>
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "AccessLog.h"
+#include "Device.h"
+#include "Faults.h"
+#include "PhysicalMemory.h"
+#include "PortMap.h"
+
+namespace sim {
+
+// Who made a call: the file name of the library under observation, or empty for any other module.
+// The former has nothing but this machine; the latter keeps the real one beside it.
+using Caller = std::string_view;
+
+class Machine {
+public:
+    // 64 MiB of memory behind /dev/mem, nothing else.
+    Machine();
+
+    PhysicalMemory& memory() { return memory_; }
+    AccessLog& log() { return log_; }
+    Faults& faults() { return faults_; }
+    PortMap& ports() { return ports_; }
+    std::chrono::seconds clock() const { return clock_; }
+
+    // Whether a server could have something at this path.
+    static bool isMachinePath(std::string_view path);
+
+    // A path that can be opened from now on. std::invalid_argument when isMachinePath is false.
+    void install(const std::string& path, std::unique_ptr<Device> device);
+
+    // Opening the path fails with this errno from now on.
+    void refuse(const std::string& path, int error);
+
+    std::optional<Answer> open(Caller caller, const char* path, int flags);
+    std::optional<Answer> seek(Caller caller, int descriptor, std::int64_t offset, int whence);
+    std::optional<Answer> read(Caller caller, int descriptor, void* out, std::size_t size);
+    std::optional<Answer> ioctl(Caller caller, int descriptor, unsigned long request,
+                                void* argument);
+    std::optional<Answer> close(Caller caller, int descriptor);
+
+    std::optional<Answer> openDirectory(Caller caller, const char* path);
+    std::optional<Answer> closeDirectory(Caller caller);
+    std::optional<Answer> system(Caller caller, const char* command);
+
+    Answer setPrivilege(int level);
+    Answer sleep(unsigned seconds);
+    std::uint32_t portIn(std::uint16_t port, unsigned width);
+    void portOut(std::uint16_t port, unsigned width, std::uint32_t value);
+
+    // An allocation of the observed library; whether it is to fail.
+    bool allocate();
+    std::size_t allocations() const { return allocations_; }
+
+private:
+    struct Open {
+        std::string path;
+        std::unique_ptr<OpenFile> file;
+        std::uint64_t device;  // identity of the real file behind the descriptor, which tells
+        std::uint64_t inode;   // a descriptor that was closed and given out again elsewhere
+    };
+
+    Open* find(int descriptor);
+    std::optional<Answer> notOpen(Caller caller, const std::string& call);
+    Answer openFile(const std::string& path, int flags);
+    Answer logged(std::string call, std::string what, Answer answer, std::string shown);
+    void requirePrivilege(const std::string& instruction) const;
+
+    PhysicalMemory memory_;
+    AccessLog log_;
+    Faults faults_;
+    PortMap ports_;
+    std::map<std::string, std::unique_ptr<Device>, std::less<>> devices_;
+    std::map<std::string, int, std::less<>> refused_;
+    std::map<int, Open> opened_;
+    std::chrono::seconds clock_{0};
+    int privilege_ = 0;
+    std::size_t allocations_ = 0;
+};
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+//
+// A machine, put in front of the real one for as long as the object lives.
+
+#include "SimulatedServer.h"
+
+#include "Callers.h"
+#include "Interpose.h"
+#include "Machine.h"
+#include "PortFault.h"
+
+namespace sim {
+
+class SimulatedServer::State {
+public:
+    Machine machine;
+    PortFaultHandler ports;
+    Interposition interposition{machine};  // last: the machine answers once it is complete
+};
+
+SimulatedServer::SimulatedServer() : state_(std::make_unique<State>()) {}
+
+SimulatedServer::~SimulatedServer() = default;
+
+PhysicalMemory& SimulatedServer::memory() {
+    return state_->machine.memory();
+}
+
+AccessLog& SimulatedServer::log() {
+    return state_->machine.log();
+}
+
+Machine& SimulatedServer::machine() {
+    return state_->machine;
+}
+
+void SimulatedServer::fail(std::string_view call, int nth, int error) {
+    state_->machine.faults().fail(call, nth, error);
+}
+
+void SimulatedServer::shortRead(int nth, std::size_t bytes) {
+    state_->machine.faults().shortRead(nth, bytes);
+}
+
+void SimulatedServer::failAllocation(int nth) {
+    state_->machine.faults().failAllocation(nth);
+}
+
+std::size_t SimulatedServer::allocations() const {
+    return state_->machine.allocations();
+}
+
+void SimulatedServer::refuse(const std::string& path, int error) {
+    state_->machine.refuse(path, error);
+}
+
+void SimulatedServer::observe(const std::string& library) {
+    observeLibrary(library);
+}
+
+std::chrono::seconds SimulatedServer::clock() const {
+    return state_->machine.clock();
+}
+
+void SimulatedServer::during(std::string_view call, void (*action)()) {
+    state_->machine.faults().during(call, action);
+}
+
+}  // namespace sim
