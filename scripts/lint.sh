@@ -10,7 +10,11 @@ if [ ! -f "$build/compile_commands.json" ]; then
     echo "$build/compile_commands.json is missing: cmake --preset release" >&2
     exit 2
 fi
-library_sources() {
-    for source in *.cpp SmBios/*.cpp; do echo "$source"; done
-}
-library_sources | xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet
+messages=$(mktemp)
+trap 'rm -f "$messages"' EXIT
+# Findings come on standard output; standard error counts what was found in system headers.
+if ! printf '%s\n' ./*.cpp SmBios/*.cpp |
+    xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet 2>"$messages"; then
+    cat "$messages" >&2
+    exit 1
+fi

@@ -8,6 +8,5 @@ root=$(cd "$(dirname "$0")/.." && pwd)
 library=$(realpath "${1:-$root/build/release/libTalvane.so}")
 "$root/scripts/exported-symbols.sh" "$library" >"$root/tests/symbols.expected"
 mkdir -p "$root/tests/abi"
-: >"$root/tests/abi/libTalvane.abi"
 "$root/scripts/abi-dump.sh" "$library" "$root/tests/abi/libTalvane.abi"
 echo "recorded in tests/symbols.expected and tests/abi/libTalvane.abi; see git diff"
