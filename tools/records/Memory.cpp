@@ -33,7 +33,13 @@ std::uint64_t SumOfBanks(const std::vector<Bank>& banks) {
     return sum;
 }
 
+// Nothing at all is what the library leaves when it finds no description of memory.
+bool IsDescribed(const Memory& memory) {
+    return memory.totalMegabytes != 0 || !memory.banks.empty();
+}
+
 std::string TotalText(const Memory& memory) {
+    if (!IsDescribed(memory)) return {};
     std::string text = std::to_string(memory.totalMegabytes) + " MB";
     if (memory.totalMegabytes >= 1024) text += " (" + InGigabytes(memory.totalMegabytes) + ")";
     return text;
@@ -59,6 +65,8 @@ std::optional<Memory> ReadMemory() {
 
 std::string ToText(const Memory& memory) {
     std::vector<std::string> blocks{FactBlock({{"Total", TotalText(memory)}})};
+    if (!IsDescribed(memory))
+        blocks.push_back(NoteBlock("The firmware describes no memory in a way that can be read."));
     const std::uint64_t sum = SumOfBanks(memory.banks);
     if (sum >= kTotalWrapsAt)
         blocks.push_back(NoteBlock("The total counts modulo " + std::to_string(kTotalWrapsAt) +

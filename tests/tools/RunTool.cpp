@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/RunTool.h"
+
+#include <fcntl.h>
+#include <spawn.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iterator>
+#include <stdexcept>
+#include <system_error>
+
+namespace {
+
+std::string FileText(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    if (!in) throw std::runtime_error("cannot read " + file.string());
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void WriteFile(const std::filesystem::path& file, const std::string& text) {
+    std::ofstream out(file, std::ios::binary);
+    if (!(out << text).flush()) throw std::runtime_error("cannot write " + file.string());
+}
+
+class FileActions {
+public:
+    FileActions() { posix_spawn_file_actions_init(&actions_); }
+    ~FileActions() { posix_spawn_file_actions_destroy(&actions_); }
+    FileActions(const FileActions&) = delete;
+    FileActions& operator=(const FileActions&) = delete;
+
+    void SendTo(int descriptor, const std::string& file) {
+        posix_spawn_file_actions_addopen(&actions_, descriptor, file.c_str(),
+                                         O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    }
+    const posix_spawn_file_actions_t* get() const { return &actions_; }
+
+private:
+    posix_spawn_file_actions_t actions_;
+};
+
+}  // namespace
+
+ToolRun RunTool(const std::vector<std::string>& arguments) {
+    const TemporaryFolder folder;
+    FileActions actions;
+    actions.SendTo(STDOUT_FILENO, folder.path() / "out");
+    actions.SendTo(STDERR_FILENO, folder.path() / "err");
+
+    std::vector<std::string> words{TALVANE_TOOL};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words) argv.push_back(word.data());
+    argv.push_back(nullptr);
+
+    pid_t child = 0;
+    const int error =
+        posix_spawn(&child, TALVANE_TOOL, actions.get(), nullptr, argv.data(), environ);
+    if (error != 0) throw std::system_error(error, std::generic_category(), TALVANE_TOOL);
+    int status = 0;
+    if (waitpid(child, &status, 0) != child)
+        throw std::system_error(errno, std::generic_category(), "waitpid");
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, folder.Read("out"), folder.Read("err")};
+}
+
+TemporaryFolder::TemporaryFolder() {
+    std::string name = std::filesystem::temp_directory_path() / "talvane-tool-XXXXXX";
+    if (mkdtemp(name.data()) == nullptr)
+        throw std::system_error(errno, std::generic_category(), name);
+    path_ = name;
+}
+
+TemporaryFolder::~TemporaryFolder() {
+    std::error_code ignored;
+    std::filesystem::remove_all(path_, ignored);
+}
+
+void TemporaryFolder::Write(const std::string& file, const std::string& text) const {
+    WriteFile(path_ / file, text);
+}
+
+std::string TemporaryFolder::Read(const std::string& file) const {
+    return FileText(path_ / file);
+}
+
+ToolRun MachineFolder::Run(std::vector<std::string> arguments) const {
+    arguments.insert(arguments.begin(), {"--machine", path().string()});
+    return RunTool(arguments);
+}
+
+std::string Golden(const std::string& name, const std::string& actual) {
+    const std::filesystem::path file = std::filesystem::path(TALVANE_GOLDEN) / name;
+    const char* record = std::getenv("TALVANE_RECORD");
+    if (record != nullptr && std::strcmp(record, "1") == 0) WriteFile(file, actual);
+    return FileText(file);
+}
