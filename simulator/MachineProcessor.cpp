@@ -13,6 +13,10 @@ namespace {
 
 constexpr int kPortPrivilege = 3;
 
+std::string bytes(unsigned width) {
+    return std::to_string(width) + (width == 1 ? " byte" : " bytes");
+}
+
 }  // namespace
 
 Answer Machine::setPrivilege(int level) {
@@ -43,8 +47,7 @@ void Machine::requirePrivilege(const std::string& instruction) const {
 
 std::uint32_t Machine::portIn(std::uint16_t port, unsigned width) {
     const std::string what = hex(port) + " " + std::to_string(width);
-    const std::string instruction =
-        "in from port " + hex(port) + ", " + std::to_string(width) + " bytes";
+    const std::string instruction = "in of " + bytes(width) + " from port " + hex(port);
     (void)faults_.enter("in");  // runs the action that waits for it; instructions do not fail
     requirePrivilege(instruction);
     PortDevice* const device = ports_.find(port, width);
@@ -57,7 +60,7 @@ std::uint32_t Machine::portIn(std::uint16_t port, unsigned width) {
 void Machine::portOut(std::uint16_t port, unsigned width, std::uint32_t value) {
     const std::string what = hex(port) + " " + std::to_string(width) + " " + hex(value);
     const std::string instruction =
-        "out of " + hex(value) + " to port " + hex(port) + ", " + std::to_string(width) + " bytes";
+        "out of " + hex(value) + ", " + bytes(width) + ", to port " + hex(port);
     (void)faults_.enter("out");
     requirePrivilege(instruction);
     PortDevice* const device = ports_.find(port, width);

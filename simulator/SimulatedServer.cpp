@@ -4,9 +4,12 @@
 
 #include "SimulatedServer.h"
 
+#include <optional>
+
 #include "Callers.h"
 #include "Interpose.h"
 #include "Machine.h"
+#include "MachineFile.h"
 #include "PortFault.h"
 
 namespace sim {
@@ -14,11 +17,27 @@ namespace sim {
 class SimulatedServer::State {
 public:
     Machine machine;
-    PortFaultHandler ports;
-    Interposition interposition{machine};  // last: the machine answers once it is complete
+
+    // From now on the machine answers.
+    void start() {
+        interposition_.emplace(machine);
+        ports_.emplace();
+    }
+
+private:
+    std::optional<Interposition> interposition_;
+    std::optional<PortFaultHandler> ports_;
 };
 
-SimulatedServer::SimulatedServer() : state_(std::make_unique<State>()) {}
+SimulatedServer::SimulatedServer() : state_(std::make_unique<State>()) {
+    state_->start();
+}
+
+SimulatedServer::SimulatedServer(const std::filesystem::path& machineFolder)
+    : state_(std::make_unique<State>()) {
+    loadMachine(machineFolder, state_->machine);
+    state_->start();
+}
 
 SimulatedServer::~SimulatedServer() = default;
 

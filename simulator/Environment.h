@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+//
+// How the launcher tells the preload library, in the program it starts, what to do.
+#ifndef TALVANE_SIMULATOR_ENVIRONMENT_H
+#define TALVANE_SIMULATOR_ENVIRONMENT_H
+
+namespace sim {
+
+inline constexpr const char* kMachineVariable = "TALVANE_MACHINE";  // the machine's folder
+inline constexpr const char* kLogVariable = "TALVANE_MACHINE_LOG";  // file, when wanted
+inline constexpr const char* kPreloadVariable = "LD_PRELOAD";       // ours comes first
+inline constexpr const char* kPreloadLibrary = "libtalvane-sim.so";
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+//
+// Checks everything that can be checked before the process is replaced, since afterwards only the
+// program could tell.
+
+#include "Launcher.h"
+
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdlib>
+#include <fstream>
+#include <stdexcept>
+#include <system_error>
+
+#include "Environment.h"
+#include "Machine.h"
+#include "MachineFile.h"
+#include "ProgramFile.h"
+
+namespace sim {
+namespace {
+
+namespace fs = std::filesystem;
+
+// Relative to the folder of the running program: as installed, beside it, and as built.
+constexpr std::array kPreloadFolders = {TALVANE_PRELOAD_FOLDER, ".", "../simulator"};
+
+fs::path findPreloadLibrary() {
+    const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
+    for (const char* const folder : kPreloadFolders) {
+        const fs::path candidate = (here / folder / kPreloadLibrary).lexically_normal();
+        if (fs::exists(candidate)) return candidate;
+    }
+    throw std::runtime_error(std::string(kPreloadLibrary) + " is not where " + here.string() +
+                             " expects it");
+}
+
+void setVariable(const char* name, const std::string& value) {
+    if (setenv(name, value.c_str(), 1) != 0)
+        throw std::system_error(errno, std::generic_category(), name);
+}
+
+// The dynamic linker takes a list, parted by blanks or colons and without any escape.
+void preload(const std::string& library) {
+    if (library.find_first_of(": \t\n") != std::string::npos)
+        throw std::runtime_error(library +
+                                 ": cannot be preloaded from a path with blanks or colons");
+    const char* const others = std::getenv(kPreloadVariable);
+    setVariable(kPreloadVariable, others != nullptr ? library + ":" + others : library);
+#ifdef __SANITIZE_ADDRESS__
+    // AddressSanitizer insists on coming first in the list; here it need not, as every function
+    // that the preload library interposes hands on to it.
+    const char* const options = std::getenv("ASAN_OPTIONS");
+    setVariable("ASAN_OPTIONS",
+                std::string(options != nullptr ? options : "") + ":verify_asan_link_order=0");
+#endif
+}
+
+void requireWritable(const std::string& file) {
+    if (!std::ofstream(file)) throw std::system_error(errno, std::generic_category(), file);
+}
+
+}  // namespace
+
+int RunOnMachine(const fs::path& machine, char* const argv[], const std::string& logFile) {
+    Machine trial;
+    loadMachine(machine, trial);
+    const fs::path program = findProgram(argv[0]);
+    requirePreloadable(program);
+    const fs::path library = findPreloadLibrary();
+    if (!logFile.empty()) requireWritable(logFile);
+
+    preload(library.string());
+    setVariable(kMachineVariable, fs::absolute(machine).string());
+    if (!logFile.empty()) setVariable(kLogVariable, fs::absolute(logFile).string());
+    execv(program.c_str(), argv);
+    throw std::system_error(errno, std::generic_category(), program.string());
+}
+
+}  // namespace sim

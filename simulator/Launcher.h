@@ -1,0 +1,25 @@
+// SPDX-License-Identifier: MIT
+//
+// Runs a program on a simulated server: with the preload library that answers its calls. Links no
+// interposed function, so a program that uses this stays on the real machine itself.
+#ifndef TALVANE_SIMULATOR_LAUNCHER_H
+#define TALVANE_SIMULATOR_LAUNCHER_H
+
+#include <filesystem>
+#include <string>
+
+#include "MachineError.h"
+
+namespace sim {
+
+// Replaces this process by argv[0] (looked up in PATH) on the machine described in a folder, every
+// access being written to `logFile` unless that is empty. Returns only by an exception, before
+// anything was replaced: MachineError when the description cannot be used, std::system_error when
+// the program cannot be run, std::runtime_error when it cannot run simulated (it is no dynamically
+// linked 32-bit x86 program, or the preload library is missing).
+[[noreturn]] int RunOnMachine(const std::filesystem::path& machine, char* const argv[],
+                              const std::string& logFile);
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,70 @@
+// SPDX-License-Identifier: MIT
+//
+// A machine while its description is being read. Statements, grouped by topic, fill it in any
+// order; build() then checks what only the whole tells and makes the machine.
+#ifndef TALVANE_SIMULATOR_MACHINEDRAFT_H
+#define TALVANE_SIMULATOR_MACHINEDRAFT_H
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "MachineLine.h"
+#include "PhysicalMemory.h"
+#include "SmbiosTable.h"
+
+namespace sim {
+
+class Machine;
+
+// Bytes at a place in memory.
+struct MemoryPiece {
+    std::uint32_t address;
+    Bytes bytes;
+    MachineLine line;
+};
+
+// Where a machine's SMBIOS comes from: one of the three, said in `line`.
+struct SmbiosDraft {
+    enum class Source { dump, segment, text };
+    Source source;
+    MachineLine line;
+    Bytes bytes;                        // dump or segment
+    SmbiosPlacement placement;          // text
+    SmbiosTable table;                  // text
+    SmbiosStructure* last = nullptr;    // the structure that field statements belong to
+    std::map<std::size_t, int> fields;  // its bytes that were set, and the line that did it
+};
+
+struct MachineDraft {
+    std::filesystem::path folder;
+    std::optional<std::pair<std::uint64_t, int>> memorySize;  // and its line
+    std::vector<MemoryPiece> pieces;
+    std::optional<SmbiosDraft> smbios;
+    std::map<std::string, int> without;  // device, errno
+
+    // A capture: the file that the line names, from the machine's folder.
+    Bytes capture(MachineLine& line) const;
+
+    void build(Machine& machine) const;
+};
+
+// A statement: its first word, and what reads the rest of its line.
+struct MachineStatement {
+    std::string_view word;
+    void (*read)(MachineLine& line, MachineDraft& draft);
+};
+
+// The statements by topic.
+std::span<const MachineStatement> memoryStatements();
+std::span<const MachineStatement> smbiosStatements();
+std::span<const MachineStatement> deviceStatements();
+
+}  // namespace sim
+
+#endif

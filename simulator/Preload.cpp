@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+//
+// Puts the process that preloads this library on a simulated server before its main runs.
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <iostream>
+#include <string>
+
+#include "Environment.h"
+#include "SimulatedServer.h"
+
+namespace {
+
+[[noreturn]] void giveUp(const std::string& why) {
+    std::cerr << "simulated server: " << why << std::endl;
+    _exit(2);
+}
+
+// Children of the program run on the real machine: takes this library out of their environment.
+// It stands first in the list.
+void leaveEnvironment() {
+    const char* const list = std::getenv(sim::kPreloadVariable);
+    const std::string preloaded = list != nullptr ? list : "";
+    const std::size_t rest = preloaded.find_first_of(": ");
+    if (rest == std::string::npos)
+        (void)unsetenv(sim::kPreloadVariable);
+    else
+        (void)setenv(sim::kPreloadVariable, preloaded.c_str() + rest + 1, 1);
+    (void)unsetenv(sim::kMachineVariable);
+    (void)unsetenv(sim::kLogVariable);
+}
+
+// The server and its log last as long as the process, through its last destructor.
+void start(const std::string& machine, const std::string& logFile) {
+    auto* const server = new sim::SimulatedServer(machine);
+    if (logFile.empty()) return;
+    auto* const log = new std::ofstream(logFile);
+    if (!*log) giveUp(logFile + ": " + std::strerror(errno));
+    server->log().copyTo(log);
+}
+
+[[gnu::constructor]] void onLoad() {
+    const char* const machine = std::getenv(sim::kMachineVariable);
+    if (machine == nullptr) return;
+    const char* const log = std::getenv(sim::kLogVariable);
+    try {
+        start(machine, log != nullptr ? log : "");
+    } catch (const std::exception& error) {
+        giveUp(error.what());
+    }
+    leaveEnvironment();
+}
+
+}  // namespace
