@@ -7,25 +7,14 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdlib>
-#include <cstring>
 #include <fstream>
 #include <iterator>
 #include <stdexcept>
 #include <system_error>
 
 namespace {
-
-std::string FileText(const std::filesystem::path& file) {
-    std::ifstream in(file, std::ios::binary);
-    if (!in) throw std::runtime_error("cannot read " + file.string());
-    return {std::istreambuf_iterator<char>(in), {}};
-}
-
-void WriteFile(const std::filesystem::path& file, const std::string& text) {
-    std::ofstream out(file, std::ios::binary);
-    if (!(out << text).flush()) throw std::runtime_error("cannot write " + file.string());
-}
 
 class FileActions {
 public:
@@ -65,7 +54,19 @@ ToolRun RunTool(const std::vector<std::string>& arguments) {
     int status = 0;
     if (waitpid(child, &status, 0) != child)
         throw std::system_error(errno, std::generic_category(), "waitpid");
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, folder.Read("out"), folder.Read("err")};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder.path() / "out"),
+            ReadFile(folder.path() / "err")};
+}
+
+std::string ReadFile(const std::filesystem::path& file) {
+    std::ifstream in(file, std::ios::binary);
+    if (!in) throw std::runtime_error("cannot read " + file.string());
+    return {std::istreambuf_iterator<char>(in), {}};
+}
+
+void WriteFile(const std::filesystem::path& file, const std::string& text) {
+    std::ofstream out(file, std::ios::binary);
+    if (!(out << text).flush()) throw std::runtime_error("cannot write " + file.string());
 }
 
 TemporaryFolder::TemporaryFolder() {
@@ -80,22 +81,7 @@ TemporaryFolder::~TemporaryFolder() {
     std::filesystem::remove_all(path_, ignored);
 }
 
-void TemporaryFolder::Write(const std::string& file, const std::string& text) const {
-    WriteFile(path_ / file, text);
-}
-
-std::string TemporaryFolder::Read(const std::string& file) const {
-    return FileText(path_ / file);
-}
-
 ToolRun MachineFolder::Run(std::vector<std::string> arguments) const {
     arguments.insert(arguments.begin(), {"--machine", path().string()});
     return RunTool(arguments);
-}
-
-std::string Golden(const std::string& name, const std::string& actual) {
-    const std::filesystem::path file = std::filesystem::path(TALVANE_GOLDEN) / name;
-    const char* record = std::getenv("TALVANE_RECORD");
-    if (record != nullptr && std::strcmp(record, "1") == 0) WriteFile(file, actual);
-    return FileText(file);
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Runs the built talvane and compares what it writes with recorded files.
+// Runs the built talvane on machines described in folders.
 #ifndef TALVANE_TESTS_TOOLS_RUNTOOL_H
 #define TALVANE_TESTS_TOOLS_RUNTOOL_H
 
@@ -16,6 +16,10 @@ struct ToolRun {
 
 ToolRun RunTool(const std::vector<std::string>& arguments);
 
+// Whole files; std::runtime_error names the file that cannot be read or written.
+std::string ReadFile(const std::filesystem::path& file);
+void WriteFile(const std::filesystem::path& file, const std::string& text);
+
 // A folder that lives as long as this object.
 class TemporaryFolder {
 public:
@@ -26,9 +30,6 @@ public:
 
     const std::filesystem::path& path() const { return path_; }
 
-    void Write(const std::string& file, const std::string& text) const;
-    std::string Read(const std::string& file) const;
-
 private:
     std::filesystem::path path_;
 };
@@ -36,14 +37,12 @@ private:
 // A folder with the description of a machine.
 class MachineFolder : public TemporaryFolder {
 public:
-    explicit MachineFolder(const std::string& description) { Write("machine.txt", description); }
+    explicit MachineFolder(const std::string& description) {
+        WriteFile(path() / "machine.txt", description);
+    }
 
     // Runs a command on this machine.
     ToolRun Run(std::vector<std::string> arguments) const;
 };
-
-// The recorded text golden/NAME. With TALVANE_RECORD=1 in the environment `actual` is recorded
-// first.
-std::string Golden(const std::string& name, const std::string& actual);
 
 #endif

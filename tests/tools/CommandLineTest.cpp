@@ -1,0 +1,116 @@
+// SPDX-License-Identifier: MIT
+//
+// The command line: what is accepted, what is refused, and the exit status.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tools/RunTool.h"
+
+namespace {
+
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kPlainMachine =
+    "smbios version 2.3\n"
+    "structure 0 handle 0x0000 length 20\n"
+    "    string 4 \"Maker\"\n";
+
+TEST(CommandLine, HelpNamesEveryCommandAndSucceeds) {
+    const ToolRun run = RunTool({"--help"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.err, "");
+    for (const char* word : {"report", "board", "system", "cpu", "memory", "ports", "power", "fans",
+                             "voltages", "temperatures", "--machine DIR", "--json", "--version"})
+        EXPECT_THAT(run.out, HasSubstr(word));
+}
+
+TEST(CommandLine, HelpOfACommandNamesItsOptions) {
+    const ToolRun run = RunTool({"cpu", "--help"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, HasSubstr("talvane cpu"));
+    EXPECT_THAT(run.out, HasSubstr("--json"));
+    EXPECT_THAT(run.out, HasSubstr("--machine DIR"));
+}
+
+TEST(CommandLine, VersionIsOneLine) {
+    const ToolRun run = RunTool({"--version"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_EQ(run.out, "talvane " TALVANE_VERSION "\n");
+    EXPECT_EQ(run.err, "");
+}
+
+struct Refused {
+    std::vector<std::string> arguments;
+    const char* message;
+};
+
+class UsageError : public testing::TestWithParam<Refused> {};
+
+TEST_P(UsageError, IsExplainedAndAnsweredWithStatus2) {
+    const ToolRun run = RunTool(GetParam().arguments);
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_EQ(run.err, std::string("talvane: ") + GetParam().message +
+                           "\nRun talvane --help for the commands.\n");
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    CommandLine, UsageError,
+    testing::Values(Refused{{}, "A command is required"},
+                    Refused{{"--json"}, "A command is required"},
+                    Refused{{"spoons"}, "The following argument was not expected: spoons"},
+                    Refused{{"board", "--spoons"},
+                            "The following argument was not expected: --spoons"},
+                    Refused{{"board", "fans"}, "The following argument was not expected: fans"},
+                    Refused{{"board", "--machine"}, "--machine: 1 required DIR missing"}));
+
+TEST(CommandLine, TakesTheMachineBeforeAndBehindTheCommand) {
+    const MachineFolder machine(kPlainMachine);
+    const std::string folder = machine.path().string();
+    const std::vector<std::vector<std::string>> lines{{"--machine", folder, "board"},
+                                                      {"board", "--machine", folder},
+                                                      {"board", "--machine=" + folder}};
+    for (const auto& line : lines) {
+        const ToolRun run = RunTool(line);
+        EXPECT_EQ(run.status, 0) << run.err;
+        EXPECT_EQ(run.err, "");
+        EXPECT_THAT(run.out, HasSubstr("  BIOS vendor    Maker\n"));
+    }
+}
+
+TEST(CommandLine, TakesJsonBeforeAndBehindTheCommand) {
+    const MachineFolder machine(kPlainMachine);
+    const ToolRun behind = machine.Run({"voltages", "--json"});
+    EXPECT_EQ(behind.out,
+              "{\n"
+              "  \"voltages\": {\n"
+              "    \"quantity\": 0\n"
+              "  },\n"
+              "  \"errors\": []\n"
+              "}\n");
+    EXPECT_EQ(machine.Run({"--json", "voltages"}).out, behind.out);
+}
+
+TEST(CommandLine, RefusesAFolderThatIsNoMachine) {
+    const TemporaryFolder empty;
+    for (const std::string& folder : {empty.path().string(), empty.path().string() + "/absent"}) {
+        const ToolRun run = RunTool({"report", "--machine", folder});
+        EXPECT_EQ(run.status, 2);
+        EXPECT_EQ(run.out, "");
+        EXPECT_THAT(run.err, StartsWith("talvane: "));
+        EXPECT_THAT(run.err, HasSubstr(folder));
+    }
+}
+
+TEST(CommandLine, NamesFileAndLineOfABadMachineDescription) {
+    const MachineFolder machine("smbios version 2.3\nspoons 3\n");
+    const ToolRun run = machine.Run({"report"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, StartsWith("talvane: "));
+    EXPECT_THAT(run.err, HasSubstr("machine.txt:2: "));
+}
+
+}  // namespace
