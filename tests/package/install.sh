@@ -2,7 +2,8 @@
 # SPDX-License-Identifier: MIT
 #
 # A fresh prefix holds all that an agent needs: the example agent builds on it with CMake and with
-# pkg-config and nothing else. Usage: install.sh SOURCE_DIR BUILD_DIR CMAKE
+# pkg-config and nothing else, and runs with what was installed beside the library.
+# Usage: install.sh SOURCE_DIR BUILD_DIR CMAKE
 set -u
 source=$1 build=$2 cmake=$3
 work=$(mktemp -d)
@@ -33,6 +34,7 @@ builds() {
     shift
     "$@" >"$work/log" 2>&1 || { cat "$work/log" >&2; fail "the agent does not build with $what"; }
 }
+# shellcheck disable=SC2317  # called by builds
 with_cmake() {
     env CFLAGS=-m32 "$cmake" -S "$work/agent" -B "$work/cmake-build" \
         -DCMAKE_PREFIX_PATH="$prefix" && "$cmake" --build "$work/cmake-build"
@@ -42,6 +44,16 @@ builds pkg-config env PKG_CONFIG_PATH="$prefix/lib/pkgconfig" make -C "$work/age
 
 [ "$(PKG_CONFIG_PATH="$prefix/lib/pkgconfig" pkg-config --modversion talvane)" = "$version" ] ||
     fail 'pkg-config knows another version'
+
+# prints_the_machine PROGRAM [LIBRARY_PATH]
+prints_the_machine() {
+    LD_LIBRARY_PATH=${2-} "$prefix/bin/talvane-sim" "$source/tests/package/agent-machine" -- "$1" \
+        >"$work/output" 2>&1 || fail "$1 fails: $(cat "$work/output")"
+    diff -u "$source/tests/package/agent.expected" "$work/output" >&2 ||
+        fail "$1 does not print what is expected"
+}
+prints_the_machine "$work/cmake-build/agent"
+prints_the_machine "$work/agent/agent" "$prefix/lib"
 
 # The library cannot serve a 64-bit agent, which is to learn that before it links.
 if "$cmake" -S "$work/agent" -B "$work/wide" -DCMAKE_C_FLAGS=-m64 \
