@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+//
+// Each captured machine: every field of every SMBIOS command against dmidecode.
+
+#include <gtest/gtest.h>
+
+#include "Capture.h"
+
+namespace captures {
+namespace {
+
+constexpr char kAbsent[] = "no captures: set TALVANE_SHARED_DATA to the folder that holds them";
+
+class CapturedMachine : public testing::TestWithParam<Capture> {};
+
+TEST_P(CapturedMachine, AnswersWhatDmidecodePrints) {
+    const Comparison result = Examine(GetParam());
+    EXPECT_GT(result.fields, 0u);
+    for (const std::string& difference : result.unexplained) ADD_FAILURE() << difference;
+}
+
+// gtest takes letters, digits and underscores only.
+std::string TestName(const testing::TestParamInfo<Capture>& info) {
+    std::string name = info.param.name;
+    for (char& c : name)
+        if (c == '-' || c == '.') c = '_';
+    return name;
+}
+
+GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CapturedMachine);
+INSTANTIATE_TEST_SUITE_P(Smbios, CapturedMachine, testing::ValuesIn(AllCaptures()), TestName);
+
+TEST(CapturedMachines, UseEveryRule) {
+    const std::vector<Capture> all = AllCaptures();
+    if (all.empty()) GTEST_SKIP() << kAbsent;
+    std::map<Rule, unsigned> used;
+    for (const Capture& capture : all)
+        for (const auto& [rule, count] : Examine(capture).byRule) used[rule] += count;
+    for (const RuleText& rule : AllRules())
+        EXPECT_TRUE(used.contains(rule.rule)) << rule.name << " explains nothing any more";
+}
+
+}  // namespace
+}  // namespace captures

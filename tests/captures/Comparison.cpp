@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+
+#include "Comparison.h"
+
+#include <set>
+
+namespace captures {
+
+namespace {
+
+std::string Quoted(const std::string& text) {
+    return "\"" + text + "\"";
+}
+
+bool IsUnwritten(const std::string& answer) {
+    return answer.empty() || answer == "0";
+}
+
+std::string Explain(const ExpectedField& field, const std::string& answer) {
+    std::string text = field.name() + " is " + Quoted(answer) + ", must be " +
+                       Quoted(field.exact()) + "; dmidecode says " + Quoted(field.meaning());
+    for (const Rule rule : field.rules()) text += ", " + std::string(TextOf(rule).name);
+    return text;
+}
+
+}  // namespace
+
+Comparison Compare(const ExpectedFields& expected, const Answers& answers) {
+    Comparison result;
+    std::set<std::string> compared;
+    for (const ExpectedField& field : expected) {
+        const auto answer = answers.find(field.name());
+        compared.insert(field.name());
+        ++result.fields;
+        if (answer == answers.end() || answer->second != field.exact()) {
+            result.unexplained.push_back(
+                Explain(field, answer == answers.end() ? "(not asked)" : answer->second));
+        } else if (field.exact() == field.meaning()) {
+            ++result.equal;
+        } else {
+            for (const Rule rule : field.rules()) ++result.byRule[rule];
+        }
+    }
+    for (const auto& [name, answer] : answers) {
+        if (compared.contains(name) || IsUnwritten(answer)) continue;
+        ++result.fields;
+        if (expected.openBy())
+            ++result.byRule[*expected.openBy()];
+        else
+            result.unexplained.push_back(name + " is " + Quoted(answer) +
+                                         ", must be unwritten; dmidecode says nothing");
+    }
+    return result;
+}
+
+}  // namespace captures

@@ -1,0 +1,31 @@
+// SPDX-License-Identifier: MIT
+//
+// Answers against expectations: what is equal, what differs by which rule, what nothing explains.
+#ifndef TALVANE_TESTS_COMPARISON_H
+#define TALVANE_TESTS_COMPARISON_H
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Answers.h"
+#include "ExpectedField.h"
+
+namespace captures {
+
+struct Comparison {
+    unsigned fields = 0;
+    unsigned equal = 0;                    // to dmidecode's meaning
+    std::map<Rule, unsigned> byRule;       // a field that took two rules counts under both
+    std::vector<std::string> unexplained;  // one sentence each
+
+    unsigned ruled() const { return fields - equal - static_cast<unsigned>(unexplained.size()); }
+};
+
+// Answers without an expectation must be unwritten ("" or "0") and then are not counted, or else
+// have the rule that leaves them open.
+Comparison Compare(const ExpectedFields& expected, const Answers& answers);
+
+}  // namespace captures
+
+#endif

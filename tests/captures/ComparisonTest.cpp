@@ -1,0 +1,82 @@
+// SPDX-License-Identifier: MIT
+//
+// The comparison itself: that it can tell.
+
+#include <gmock/gmock.h>
+
+#include "Comparison.h"
+
+namespace captures {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using testing::Pair;
+
+TEST(Comparison, CountsAnAnswerWithDmidecodesMeaningAsEqual) {
+    ExpectedFields expected;
+    expected.add("system.version", "A");
+    const Comparison result = Compare(expected, {{"system.version", "A"}});
+    EXPECT_EQ(result.equal, 1u);
+    EXPECT_EQ(result.ruled(), 0u);
+    EXPECT_THAT(result.unexplained, IsEmpty());
+}
+
+TEST(Comparison, CountsARuledAnswerUnderItsRule) {
+    ExpectedFields expected;
+    expected.add("system.version", "ABCD").cutTo(3);
+    const Comparison result = Compare(expected, {{"system.version", "AB"}});
+    EXPECT_EQ(result.equal, 0u);
+    EXPECT_EQ(result.ruled(), 1u);
+    EXPECT_THAT(result.byRule, ElementsAre(Pair(Rule::cutToField, 1u)));
+    EXPECT_THAT(result.unexplained, IsEmpty());
+}
+
+TEST(Comparison, LeavesAnAnswerUnexplainedThatIgnoresItsRule) {
+    ExpectedFields expected;
+    expected.add("system.version", "ABCD").cutTo(3);
+    EXPECT_THAT(Compare(expected, {{"system.version", "ABCD"}}).unexplained,
+                ElementsAre(HasSubstr("must be \"AB\"")));
+}
+
+TEST(Comparison, LeavesAMissingAnswerUnexplained) {
+    ExpectedFields expected;
+    expected.add("system.version", "A");
+    EXPECT_THAT(Compare(expected, {}).unexplained, ElementsAre(HasSubstr("system.version")));
+}
+
+TEST(Comparison, LeavesAnAnswerUnexplainedThatNothingSaysAnythingAbout) {
+    EXPECT_THAT(Compare({}, {{"board.AssetTag", "x"}}).unexplained,
+                ElementsAre(HasSubstr("board.AssetTag")));
+}
+
+TEST(Comparison, AcceptsUnwrittenFieldsWithoutAnExpectation) {
+    EXPECT_THAT(Compare({}, {{"board.AssetTag", ""}, {"cpu[1].IsUHT", "0"}}).unexplained,
+                IsEmpty());
+}
+
+TEST(Comparison, CountsAnAnswerThatIsLeftOpenUnderItsRule) {
+    ExpectedFields expected;
+    expected.openBy(Rule::walksPastDamage);
+    const Comparison result = Compare(expected, {{"board.AssetTag", "x"}});
+    EXPECT_THAT(result.byRule, ElementsAre(Pair(Rule::walksPastDamage, 1u)));
+    EXPECT_THAT(result.unexplained, IsEmpty());
+}
+
+TEST(ExpectedField, DoesNotCountARuleThatChangesNothing) {
+    ExpectedFields expected;
+    const ExpectedField& field = expected.add("system.version", "AB").cutTo(3);
+    EXPECT_THAT(field.rules(), IsEmpty());
+}
+
+TEST(Rules, HaveOneNameEach) {
+    std::set<std::string_view> names;
+    for (const RuleText& rule : AllRules()) {
+        EXPECT_TRUE(names.insert(rule.name).second) << rule.name;
+        EXPECT_EQ(&TextOf(rule.rule), &rule) << rule.name;
+    }
+}
+
+}  // namespace
+}  // namespace captures

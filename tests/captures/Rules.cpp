@@ -1,0 +1,76 @@
+// SPDX-License-Identifier: MIT
+
+#include "Rules.h"
+
+#include <algorithm>
+
+namespace captures {
+
+namespace {
+
+constexpr RuleText kRules[] = {
+    {Rule::cutToField, "cut-to-field", "a text keeps the bytes that its field has room for"},
+    {Rule::firstStructureIsBios, "first-structure-is-bios",
+     "BIOS texts come from the first structure of the table, whatever its type"},
+    {Rule::boardSelection, "board-selection",
+     "of several boards the first that contains no objects is reported"},
+    {Rule::sixteenProcessors, "sixteen-processors", "processors are counted up to 16"},
+    {Rule::unpopulatedStatus, "unpopulated-status",
+     "the status bits of an empty socket are reported like those of a processor"},
+    {Rule::zeroClock, "zero-clock", "an unknown external clock is a clock of 0 MHZ"},
+    {Rule::familyName, "family-name", "processor families carry the names of this library"},
+    {Rule::familyNewer, "family-newer", "processor families without a name here are Unknown"},
+    {Rule::cacheSize16Bit, "cache-size-16-bit",
+     "a cache size is read from its 16-bit field, also where a 32-bit one follows"},
+    {Rule::cacheNotProvided, "cache-not-provided",
+     "a cache that SMBIOS 2.3 or later does not provide reads Bios Not Provide"},
+    {Rule::cacheTextOverruns, "cache-text-overruns",
+     "Bios Not Provide fills its field, so its terminator empties the next one"},
+    {Rule::cacheTextVersion3, "cache-text-version-3",
+     "a missing cache leaves its texts unwritten under SMBIOS 3"},
+    {Rule::cacheTextLegacy, "cache-text-legacy",
+     "a missing cache leaves its texts unwritten under a legacy DMI entry point"},
+    {Rule::bankLocatorNeeded, "bank-locator-needed",
+     "memory devices count only when a locator names a Bank or a DIMM"},
+    {Rule::sixteenBanks, "sixteen-banks", "memory banks are listed up to 16"},
+    {Rule::memoryTypeNewer, "memory-type-newer", "memory types after DDR are Unknown"},
+    {Rule::typeDetailName, "type-detail-name",
+     "type details carry the names of this library and are run together"},
+    {Rule::typeDetailNewer, "type-detail-newer", "type details after Non-volatile are left out"},
+    {Rule::unknownSpeedEmpty, "unknown-speed-empty", "an unknown memory speed is left unwritten"},
+    {Rule::sizeBeyond32GiB, "size-beyond-32-gib",
+     "a memory device of 32 GiB or more counts as 32767 MB"},
+    {Rule::moduleTypeHighestBit, "module-type-highest-bit",
+     "of a memory module's types the highest bit is named"},
+    {Rule::moduleTypeName, "module-type-name", "module types carry the names of this library"},
+    {Rule::slotDigit, "slot-digit",
+     "a slot number comes from the last digit, or from a digit with A or B behind it"},
+    {Rule::totalFromModules, "total-from-modules",
+     "the total is that of the memory modules where there are any"},
+    {Rule::totalModulo65536, "total-modulo-65536", "the total is counted modulo 65536 MB"},
+    {Rule::portTypeName, "port-type-name", "port types carry the names of this library"},
+    {Rule::portTypeNewer, "port-type-newer", "port types without a name here are Unknown"},
+    {Rule::ellipsis, "ellipsis", "a port designator too long for its field ends in ..."},
+    {Rule::powerStatusCombination, "power-status-combination",
+     "a supply in more than one state, or in none, is Other"},
+    {Rule::upsMask, "ups-mask", "supplies whose type bits are a subset of UPS count as UPS"},
+    {Rule::fanSpeedText, "fan-speed-text", "a fan without a known speed says so in a sentence"},
+    {Rule::probeNeverFound, "probe-never-found", "probes are counted and their values unwritten"},
+    {Rule::noSmbios3Entry, "no-smbios-3-entry", "a 64-bit SMBIOS 3 entry point alone is not read"},
+    {Rule::tableNearMemoryEnd, "table-near-memory-end",
+     "a table is read only where its 64 KiB page's address, twice, and 64 KiB lie inside memory"},
+    {Rule::walksPastDamage, "walks-past-damage",
+     "the walk goes on behind a structure with an impossible length, where dmidecode stops"},
+};
+
+}  // namespace
+
+std::span<const RuleText> AllRules() {
+    return kRules;
+}
+
+const RuleText& TextOf(Rule rule) {
+    return *std::ranges::find(kRules, rule, &RuleText::rule);
+}
+
+}  // namespace captures
