@@ -3,9 +3,12 @@
 // talvane-sim: runs a program on a simulated server.
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "Launcher.h"
@@ -13,6 +16,14 @@
 namespace {
 
 constexpr int kUsageError = 2;  // also a machine or a program that cannot be used
+
+// CLI11 sees only what stands before the separator.
+class Help : public CLI::Formatter {
+public:
+    std::string make_usage(const CLI::App*, std::string) const override {
+        return "Usage: talvane-sim MACHINE [--log FILE] -- PROGRAM [ARGUMENT...]\n";
+    }
+};
 
 int run(const std::filesystem::path& machine, std::vector<std::string>& command,
         const std::string& logFile) {
@@ -30,16 +41,20 @@ int run(const std::filesystem::path& machine, std::vector<std::string>& command,
 }  // namespace
 
 int main(int argc, char** argv) {
+    // What follows -- is the program's, options included.
+    char** const end = argv + argc;
+    char** const separator = std::find(argv, end, std::string_view("--"));
+    std::vector<std::string> command(separator != end ? separator + 1 : end, end);
+
     CLI::App app("Runs a 32-bit program on a simulated server.", "talvane-sim");
+    app.formatter(std::make_shared<Help>());
     std::filesystem::path machine;
     std::string logFile;
-    std::vector<std::string> command;
     app.add_option("MACHINE", machine, "folder that describes the server")->required();
     app.add_option("--log", logFile, "file to write every access to");
-    app.add_option("PROGRAM", command, "program and its arguments, behind --")->required();
-    app.positionals_at_end();
     try {
-        app.parse(argc, argv);
+        app.parse(static_cast<int>(separator - argv), argv);
+        if (command.empty()) throw CLI::RequiredError("-- PROGRAM");
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
