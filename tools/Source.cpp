@@ -80,7 +80,11 @@ std::string WhyTableNotRead(const Device& memory, std::uint32_t table) {
     if (table >= kFirstUnreachable) return what + "it lies above 2 GiB";
     unsigned char first = 0;
     const long got = memory.ReadAt(table, &first, 1);
-    if (got < 0) return what + std::strerror(errno) + " (a kernel with STRICT_DEVMEM refuses it)";
+    if (got < 0) {
+        const int error = errno;
+        return what + std::strerror(error) +
+               (error == EPERM ? " (the kernel is built with STRICT_DEVMEM)" : "");
+    }
     if (got == 0) return what + "memory ends before it";
     const std::uint32_t base = table & 0xFFFF0000;
     return what + "it takes one read of " + std::to_string((base >> 10) + 64) + " KiB from " +

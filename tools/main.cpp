@@ -2,6 +2,7 @@
 //
 // talvane: shows what libTalvane reads, as an agent that uses nothing but its C interface.
 
+#include <filesystem>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -14,13 +15,14 @@
 namespace {
 
 // Starts the tool anew with the same command, inside the simulated server.
-int RunOnSimulatedServer(const char* program, const tool::Options& options) {
-    std::vector<std::string> arguments{program, options.command};
+[[noreturn]] void RunOnSimulatedServer(const tool::Options& options) {
+    const std::string self = std::filesystem::read_symlink("/proc/self/exe");
+    std::vector<std::string> arguments{self, options.command};
     if (options.format == tool::Format::json) arguments.push_back("--json");
     std::vector<char*> argv;
     for (std::string& argument : arguments) argv.push_back(argument.data());
     argv.push_back(nullptr);
-    return sim::RunOnMachine(options.machine, argv.data(), "");
+    sim::RunOnMachine(options.machine, argv.data(), "");
 }
 
 int RunHere(const tool::Options& options) {
@@ -42,7 +44,8 @@ int main(int argc, char* argv[]) {
         const auto parsed = tool::ParseCommandLine(argc, argv);
         if (const int* status = std::get_if<int>(&parsed)) return *status;
         const auto& options = std::get<tool::Options>(parsed);
-        return options.machine.empty() ? RunHere(options) : RunOnSimulatedServer(argv[0], options);
+        if (!options.machine.empty()) RunOnSimulatedServer(options);
+        return RunHere(options);
     } catch (const std::exception& error) {
         std::cerr << "talvane: " << error.what() << '\n';
         return tool::kUsageError;

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cstdint>
 #include <nlohmann/json.hpp>
 
 #include "tools/RunTool.h"
@@ -14,10 +15,9 @@ namespace {
 using testing::EndsWith;
 using testing::HasSubstr;
 
-// The reason given on a machine; it has to be the last line of the diagnostics, the library's own
-// may come before it.
-void ExpectReason(const std::string& description, const std::string& reason) {
-    const MachineFolder machine(description);
+// The reason given on a machine is the last line of the diagnostics; the library's own may come
+// before it.
+void ExpectReason(const MachineFolder& machine, const std::string& reason) {
     const ToolRun run = machine.Run({"board"});
     EXPECT_EQ(run.status, 1) << run.err;
     EXPECT_EQ(run.out,
@@ -26,6 +26,24 @@ void ExpectReason(const std::string& description, const std::string& reason) {
               "  /dev/mem  board\n");
     EXPECT_THAT(run.err, EndsWith("talvane: " + reason + "\n"));
 }
+
+void ExpectReason(const std::string& description, const std::string& reason) {
+    ExpectReason(MachineFolder(description), reason);
+}
+
+// 16 MiB of memory and an entry point that tells where a table of 256 bytes lies.
+class MachineWithTableAt : public MachineFolder {
+public:
+    explicit MachineWithTableAt(std::uint32_t address)
+        : MachineFolder("memory 16M\nsegment segment.bin\n") {
+        std::string segment(0x10000, '\0');
+        segment.replace(0x20, 4, "_SM_");
+        segment[0x20 + 23] = 1;
+        for (std::size_t i = 0; i < 4; ++i)
+            segment[0x20 + 24 + i] = static_cast<char>(address >> 8 * i);
+        WriteFile(path() / "segment.bin", segment);
+    }
+};
 
 TEST(MissingSource, IsExplainedByPermission) {
     ExpectReason("without /dev/mem EACCES\n",
@@ -46,9 +64,22 @@ TEST(MissingSource, IsExplainedByAnotherErrorOfTheDevice) {
 }
 
 TEST(MissingSource, IsExplainedByAMissingEntryPoint) {
-    ExpectReason("memory 16 MiB\n",
+    ExpectReason("memory 16M\n",
                  "no SMBIOS or DMI table in /dev/mem: no entry point between 0xF0000 and 0xFFFEF "
                  "(firmware that boots by UEFI keeps it elsewhere)");
+}
+
+TEST(MissingSource, IsExplainedByATableOutOfReach) {
+    ExpectReason(MachineWithTableAt(0x3001000),
+                 "cannot read the SMBIOS table at 0x3001000 of /dev/mem: Bad address");
+    ExpectReason(MachineWithTableAt(0xBF7E0000),
+                 "cannot read the SMBIOS table at 0xBF7E0000 of /dev/mem: it lies above 2 GiB");
+}
+
+TEST(MissingSource, IsExplainedByATableWhoseReadLeavesMemory) {
+    ExpectReason(MachineWithTableAt(0xA00100),
+                 "cannot read the SMBIOS table at 0xA00100 of /dev/mem: it takes one read of 10304 "
+                 "KiB from 0xA00000, which failed");
 }
 
 TEST(MissingSource, IsNamedOncePerReport) {
