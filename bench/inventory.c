@@ -1,0 +1,85 @@
+// SPDX-License-Identifier: MIT
+//
+// An agent for measuring: runs the SMBIOS commands of GetInfo that its arguments name, or every one
+// for "all", and prints each text that they answer. Without arguments it only starts and ends.
+#include <stddef.h>
+#include <stdio.h>
+#include <string.h>
+
+#include "Talvane.h"
+
+// A record is a head and, for `stride` other than 0, elements as many as the int at `count` says.
+typedef struct {
+    const char* name;
+    unsigned long code;
+    size_t head;
+    size_t stride;
+    size_t count;
+} Command;
+
+#define ELEMENTS(record, count, array) \
+    offsetof(record, array), sizeof(((record*)0)->array[0]), offsetof(record, count)
+
+static const Command kCommands[] = {
+    {"board", TALVANE_BOARD, sizeof(BaseBoardInformation), 0, 0},
+    {"processors", TALVANE_PROCESSORS, ELEMENTS(ProcessorInformation, quantity, cpu)},
+    {"memory", TALVANE_MEMORY, ELEMENTS(MemoryInformation, quantity, bank)},
+    {"ports", TALVANE_PORTS, ELEMENTS(IOInformation, quantity, port)},
+    {"power", TALVANE_POWER, ELEMENTS(SystemPowerInformation, TotalNumber, PowerSupply)},
+    {"ups", TALVANE_UPS, ELEMENTS(SystemPowerInformation, TotalNumber, PowerSupply)},
+    {"fans", TALVANE_FANS, ELEMENTS(FanInformation, quantity, fan)},
+    {"voltages", TALVANE_VOLTAGES, ELEMENTS(VoltageInformation, quantity, voltage)},
+    {"temperatures", TALVANE_TEMPERATURES, ELEMENTS(TemperatureInformation, quantity, temperature)},
+    {"system", TALVANE_SYSTEM, sizeof(SysInformation), 0, 0},
+};
+enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
+
+// More than any command writes: 63 fans, 128 ports.
+static char record[0x10000];
+
+// Prints each run of bytes of the record that is a text.
+static void PrintTexts(size_t size) {
+    size_t start = 0;
+    for (size_t end = 0; end <= size; ++end) {
+        if (end < size && record[end] >= ' ') continue;
+        if (end - start > 1) printf("\t%.*s\n", (int)(end - start), record + start);
+        start = end + 1;
+    }
+}
+
+static int Run(const Command* command) {
+    memset(record, 0, sizeof record);
+    if (GetInfo(command->code, record) != 0) return -1;
+
+    size_t size = command->head;
+    if (command->stride != 0) {
+        int count = 0;
+        memcpy(&count, record + command->count, sizeof count);
+        printf("%s: %d\n", command->name, count);
+        size += command->stride * (size_t)count;
+        if (size > sizeof record) size = sizeof record;
+    } else {
+        printf("%s\n", command->name);
+    }
+    PrintTexts(size);
+    return 0;
+}
+
+int main(int argc, char** argv) {
+    for (int i = 1; i < argc; ++i) {
+        int found = 0;
+        for (size_t k = 0; k < kCommandCount; ++k) {
+            if (strcmp(argv[i], "all") != 0 && strcmp(argv[i], kCommands[k].name) != 0) continue;
+            found = 1;
+            if (Run(&kCommands[k]) != 0) {
+                fprintf(stderr, "inventory: %s failed\n", kCommands[k].name);
+                return 1;
+            }
+        }
+        if (!found) {
+            fprintf(stderr, "inventory: no command is named '%s'\n", argv[i]);
+            return 2;
+        }
+    }
+    return argc > 1 ? release() : 0;
+}

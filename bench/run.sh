@@ -1,0 +1,158 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+#
+# Measures the library and prints what it found; nothing is passed or failed. dmidecode and the
+# agent are compared as whole processes that read one capture from a file and print its texts to
+# /dev/null. Everything else runs on the simulated server.
+# Usage: run.sh [CAPTURE]; a file of dmidecode --dump-bin, by default the largest of the captures.
+set -euo pipefail
+cd "$(dirname "$0")/.."
+data=${TALVANE_SHARED_DATA:-$PWD/../shared/data}
+capture=$(realpath "${1:-$data/smbios/vmware-vm-128cpu.bin}")
+if [ ! -r "$capture" ]; then
+    echo "run.sh: cannot read $capture" >&2
+    exit 2
+fi
+runs=200
+commands='board processors memory ports power ups fans voltages temperatures system'
+
+scripts/install-packages.sh bench >&2
+build=build/bench
+{
+    cmake --preset release -B "$build" -DTALVANE_BUILD_TESTS=OFF -DTALVANE_BUILD_TOOLS=OFF
+    cmake --build "$build"
+    # shellcheck disable=SC2016  # $ORIGIN is for the dynamic linker
+    build_agent() {
+        gcc -m32 -march=i686 -O2 -std=gnu99 -I. "${@:2}" -o "$build/$1" \
+            -L"$build" -lTalvane -Wl,-rpath,'$ORIGIN'
+    }
+    build_agent inventory bench/inventory.c
+    build_agent inventory-file bench/inventory.c bench/memory_file.c
+} >"$build.log" 2>&1 || { cat "$build.log" >&2; exit 1; }
+inventory=$PWD/$build/inventory
+file_agent=$PWD/$build/inventory-file
+launcher=$PWD/$build/simulator/talvane-sim
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+mkdir "$work/capture"
+ln -s "$capture" "$work/capture/capture.bin"
+echo "smbios dump capture.bin" >"$work/capture/machine.txt"
+
+# The first two mebibytes of memory with the capture at 0xF0000: the entry point's table address,
+# 0x20 in the file, becomes 0xF0020, and its checksum makes up for it.
+export BENCH_MEMORY=$work/memory
+truncate -s 2M "$BENCH_MEMORY"
+poke() { dd of="$BENCH_MEMORY" bs=64K seek="$1" oflag=seek_bytes conv=notrunc status=none; }
+poke $((0xF0000)) <"$capture"
+checksum=$(od -An -tu1 -j 21 -N 1 "$capture")
+# shellcheck disable=SC2059  # the format is the byte
+printf "\\x$(printf %02x $(((checksum - 0x0F) & 0xFF)))" | poke $((0xF0000 + 21))
+printf '\x20\x00\x0f\x00' | poke $((0xF0000 + 24))
+
+# Milliseconds of processor time, user and system, of one run of a command.
+cpu_time() {
+    local TIMEFORMAT='%U %S'
+    { time for ((i = 0; i < runs; ++i)); do "$@" >/dev/null; done; } 2>&1 |
+        awk -v runs=$runs '{ printf "%.3f\n", ($1 + $2) * 1000 / runs }'
+}
+
+# Instructions within GetInfo when the agent runs COMMANDS on a machine. Calls into the simulated
+# server and what they cause are not counted: a kernel would do that work.
+instructions() {
+    local machine=$1
+    shift
+    rm -f "$work"/callgrind.*
+    valgrind --tool=callgrind --trace-children=yes --toggle-collect=GetInfo --compress-strings=no \
+        --callgrind-out-file="$work/callgrind.%p" \
+        "$launcher" "$machine" -- "$inventory" "$@" >/dev/null 2>"$work/valgrind" ||
+        { cat "$work/valgrind" >&2; return 1; }
+    awk '
+        /^ob=/ { object = substr($0, 4) }
+        /^cob=/ { callee = substr($0, 5) }
+        /^fn=/ { callee = object }
+        /^calls=/ {
+            getline
+            if (object ~ /libTalvane/ && callee ~ /libtalvane-sim/) simulated += $2
+            callee = object
+        }
+        /^totals:/ { total += $2 }
+        END { print total - simulated }' "$work"/callgrind.*
+}
+
+# Accesses to the machine while the agent runs COMMANDS.
+accesses() {
+    "$launcher" --log "$work/log" "$work/capture" -- "$inventory" "$@" >/dev/null
+    awk '{ ++calls[$1] } END { for (call in calls) printf " %s %d", call, calls[call] }' "$work/log"
+}
+
+echo "Capture: $(basename "$capture"), $(stat -c %s "$capture") bytes"
+echo
+echo "Processor time of a process, milliseconds (mean of $runs runs)"
+peer=$(cpu_time dmidecode --from-dump "$capture")
+peer_start=$(cpu_time dmidecode --version)
+agent=$(cpu_time "$file_agent" all)
+agent_start=$(cpu_time "$file_agent")
+awk -v peer="$peer" -v peer_start="$peer_start" -v agent="$agent" -v agent_start="$agent_start" '
+    function row(what, a, b) { printf "  %-28s %10.3f %10.3f %10.2f\n", what, a, b, b / a }
+    BEGIN {
+        printf "  %-28s %10s %10s %10s\n", "", "dmidecode", "agent", "ratio"
+        row("whole process", peer, agent)
+        row("starting and ending alone", peer_start, agent_start)
+        row("the rest", peer - peer_start, agent - agent_start)
+    }'
+
+echo
+echo 'Instructions on this capture'
+whole_process() {
+    valgrind --tool=callgrind --callgrind-out-file=/dev/null "$@" 2>&1 >/dev/null |
+        sed -n 's/.*Collected : //p'
+}
+printf '  %-14s %12s  whole process\n' dmidecode "$(whole_process dmidecode --from-dump "$capture")"
+printf '  %-14s %12s  whole process\n' agent "$(whole_process "$file_agent" all)"
+printf '  %-14s %12s  whole process\n' 'no command' "$(whole_process "$file_agent")"
+echo '  within GetInfo, accesses to the machine not included:'
+for command in all $commands; do
+    printf '  %-14s %12s\n' "$command" "$(instructions "$work/capture" "$command")"
+done
+
+echo
+echo 'Full tables of small structures: instructions by table size'
+sizes=(16384 32768 65535)
+for size in "${sizes[@]}"; do
+    mkdir "$work/$size"
+    bench/big-table.sh "$size" >"$work/$size/machine.txt"
+done
+printf '  %-14s %12s %12s %12s\n' command "${sizes[@]}"
+printf '  %-14s' structures
+for size in "${sizes[@]}"; do printf ' %12s' "$(grep -c '^structure' "$work/$size/machine.txt")"; done
+echo
+slowest=0
+for command in $commands; do
+    printf '  %-14s' "$command"
+    for size in "${sizes[@]}"; do
+        cost=$(instructions "$work/$size" "$command")
+        printf ' %12s' "$cost"
+    done
+    echo
+    if [ "$cost" -gt "$slowest" ]; then slowest=$cost slowest_command=$command; fi
+done
+echo "  slowest: $slowest_command"
+
+# Three getters look for the system structure, which these tables do not have: each passes every
+# structure once. The difference of two tables leaves finding and copying out.
+few=$(grep -c '^structure' "$work/32768/machine.txt")
+many=$(grep -c '^structure' "$work/65535/machine.txt")
+awk -v few="$few" -v many="$many" -v a="$(instructions "$work/32768" system)" \
+    -v b="$(instructions "$work/65535" system)" 'BEGIN {
+    printf "  instructions for each structure passed: %.1f\n", (b - a) / (3 * (many - few))
+}'
+
+echo
+echo 'Accesses to the machine, first command of a process and then all'
+for command in $commands all; do
+    printf '  %-14s%s\n' "$command" "$(accesses "$command")"
+done
+
+echo
+strip -o "$work/stripped" "$build/libTalvane.so"
+echo "Library: $(stat -c %s "$work/stripped") bytes stripped (goal: below 153600)"
