@@ -1,0 +1,249 @@
+// SPDX-License-Identifier: MIT
+//
+// Finding the SMBIOS or DMI entry point in the last segment below 1 MiB.
+#include <cstring>
+#include <span>
+
+#include "support/EntryPointImage.h"
+#include "support/SmBiosTest.h"
+
+namespace {
+
+constexpr std::uint32_t kSegment = 0xF0000;
+constexpr std::uint32_t kTableAddress = 0xF8000;
+
+class EntryPointScan : public SmBiosTest {
+protected:
+    EntryPointScan() {
+        table.add(0, 0x0000, 9).string(4, "First Vendor");
+        table.add(1, 0x0001, 8).string(4, "First Maker");
+        server.memory().write(kTableAddress, table.bytes());
+        NewTable().add(0, 0x0000, 9).string(4, "Second Vendor");
+        server.memory().write(kTableAddress + 0x1000, table.bytes());
+    }
+
+    static TableLocation First() { return {kTableAddress, 44, 2}; }
+    static TableLocation Second() { return {kTableAddress + 0x1000, 24, 1}; }
+
+    template <class Image>
+    void WriteAt(std::uint32_t address, const Image& image) {
+        server.memory().write(address, image);
+    }
+
+    Answer Vendor() { return Ask(&SmBios::GetBiosVendor, 32); }
+
+    void ExpectUninitialised() {
+        EXPECT_EQ(reader->InitOK, 0);
+        EXPECT_EQ(reader->MatchSMBIOS, 0);
+        EXPECT_EQ(reader->MatchDMI, 0);
+        EXPECT_EQ(reader->BiosData, nullptr);
+    }
+};
+
+TEST_F(EntryPointScan, SmbiosAnchorIsFound) {
+    WriteAt(kSegment, SmbiosEntryImage(First()));
+    Read();
+    EXPECT_EQ(reader->IsInitOK(), 1);
+    EXPECT_EQ(reader->IsMatchSmBios(), 1);
+    EXPECT_EQ(reader->IsMatchDMI(), 0);
+    EXPECT_EQ(Vendor(), Copied("First Vendor"));
+}
+
+TEST_F(EntryPointScan, DmiAnchorAloneIsFound) {
+    WriteAt(kSegment, DmiEntryImage(First()));
+    Read();
+    EXPECT_EQ(reader->IsInitOK(), 1);
+    EXPECT_EQ(reader->IsMatchSmBios(), 0);
+    EXPECT_EQ(reader->IsMatchDMI(), 1);
+    EXPECT_EQ(Vendor(), Copied("First Vendor"));
+    EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("First Maker"));
+}
+
+TEST_F(EntryPointScan, BothAnchorsUseTheSmbiosEntryPoint) {
+    WriteAt(kSegment + 0x100, DmiEntryImage(Second()));
+    WriteAt(kSegment + 0x200, SmbiosEntryImage(First()));
+    Read();
+    EXPECT_EQ(reader->MatchSMBIOS, 1);
+    EXPECT_EQ(reader->MatchDMI, 0);
+    EXPECT_EQ(Vendor(), Copied("First Vendor"));
+}
+
+TEST_F(EntryPointScan, FirstOfTwoSmbiosAnchorsWins) {
+    WriteAt(kSegment + 0x100, SmbiosEntryImage(Second()));
+    WriteAt(kSegment + 0x200, SmbiosEntryImage(First()));
+    Read();
+    EXPECT_EQ(Vendor(), Copied("Second Vendor"));
+}
+
+TEST_F(EntryPointScan, FirstOfTwoDmiAnchorsWins) {
+    WriteAt(kSegment + 0x100, DmiEntryImage(Second()));
+    WriteAt(kSegment + 0x200, DmiEntryImage(First()));
+    Read();
+    EXPECT_EQ(Vendor(), Copied("Second Vendor"));
+}
+
+TEST_F(EntryPointScan, EverySixteenByteBoundaryIsLookedAt) {
+    for (const std::uint32_t address : {0xF0000u, 0xF0010u, 0xF7FF0u, 0xFFFC0u}) {
+        sim::SmbiosPlacement placement;
+        placement.entry = address;
+        placement.table = 0xE0000;
+        sim::PhysicalMemory fresh;
+        server.memory() = fresh;
+        Open(placement);
+        EXPECT_EQ(reader->InitOK, 1) << address;
+        EXPECT_EQ(Vendor(), Copied("Second Vendor")) << address;
+    }
+}
+
+TEST_F(EntryPointScan, UnalignedSmbiosAnchorIsNotFound) {
+    for (std::uint32_t offset = 1; offset < 16; ++offset) {
+        server.memory().write(kSegment, std::vector<std::uint8_t>(64));
+        WriteAt(kSegment + offset, SmbiosEntryImage(First()));
+        Read();
+        ExpectUninitialised();
+    }
+}
+
+TEST_F(EntryPointScan, UnalignedDmiAnchorIsNotFound) {
+    WriteAt(kSegment + 8, DmiEntryImage(First()));
+    Read();
+    ExpectUninitialised();
+}
+
+TEST_F(EntryPointScan, NoAnchorLeavesTheReaderUninitialisedInSilence) {
+    testing::internal::CaptureStderr();
+    testing::internal::CaptureStdout();
+    Read();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    ExpectUninitialised();
+    for (int type = 0; type < 256; ++type) EXPECT_EQ(Item(type, 1), nullptr) << type;
+    EXPECT_EQ(Vendor(), Missing());
+    EXPECT_EQ(reader->GetProcessorQuantity(), 0);
+}
+
+TEST_F(EntryPointScan, AnchorsOutsideTheScannedRangeAreNotFound) {
+    WriteAt(kSegment - 16, SmbiosEntryImage(First()));  // its intermediate anchor is in the range
+    server.memory().write(kSegment, std::vector<std::uint8_t>(16));
+    WriteAt(0xFFFF0, DmiEntryImage(First()));
+    WriteAt(0x100000, SmbiosEntryImage(First()));
+    Read();
+    ExpectUninitialised();
+}
+
+TEST_F(EntryPointScan, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
+    WriteAt(0xFFFE0, SmbiosEntryImage(First()));
+    Read();
+    EXPECT_EQ(reader->MatchSMBIOS, 1);
+    EXPECT_EQ(reader->InitOK, 1);
+    EXPECT_EQ(reader->SmBiosEntry.MajorVersion, 2);
+    EXPECT_EQ(reader->SmBiosEntry.IntermediateAnchorString[0], 0);
+    EXPECT_EQ(reader->SmBiosEntry.StructureTableAddress, 0u);
+    EXPECT_EQ(reader->BiosDataLength, 0);
+    EXPECT_EQ(Item(1, 1), nullptr);
+}
+
+TEST_F(EntryPointScan, DmiAnchorInTheLastSixteenBytesIsWhole) {
+    WriteAt(0xFFFE0, DmiEntryImage(First()));
+    Read();
+    EXPECT_EQ(reader->MatchDMI, 1);
+    EXPECT_EQ(Vendor(), Copied("First Vendor"));
+}
+
+TEST_F(EntryPointScan, CorruptEntryPointWithAWrongChecksumIsStillUsed) {
+    auto image = SmbiosEntryImage(First());
+    image[4] = 0x00;
+    image[21] = 0x00;
+    WriteAt(kSegment, image);
+    Read();
+    EXPECT_EQ(reader->InitOK, 1);
+    image[4] = 0x77;
+    image[21] = 0x77;
+    WriteAt(kSegment, image);
+    Read();
+    EXPECT_EQ(reader->InitOK, 1);
+    EXPECT_EQ(reader->SmBiosEntry.checksum, 0x77);
+    EXPECT_EQ(reader->SmBiosEntry.IntermediateCheckSum, 0x77);
+    EXPECT_EQ(Vendor(), Copied("First Vendor"));
+}
+
+TEST_F(EntryPointScan, WrongDmiChecksumIsStillUsed) {
+    auto image = DmiEntryImage(First());
+    image[5] = 0;
+    WriteAt(kSegment, image);
+    Read();
+    EXPECT_EQ(Vendor(), Copied("First Vendor"));
+}
+
+TEST_F(EntryPointScan, IntermediateAnchorIsNotCompared) {
+    auto image = SmbiosEntryImage(First());
+    PutText(&image[16], "xxxxx");
+    WriteAt(kSegment, image);
+    Read();
+    EXPECT_EQ(reader->MatchSMBIOS, 1);
+    EXPECT_EQ(Vendor(), Copied("First Vendor"));
+}
+
+TEST_F(EntryPointScan, EveryByteOfTheSmbiosAnchorCounts) {
+    for (std::size_t i = 0; i < 4; ++i) {
+        auto image = SmbiosEntryImage(First());
+        PutText(&image[16], "xxxxx");
+        image[i] ^= 0x20;
+        WriteAt(kSegment, image);
+        Read();
+        ExpectUninitialised();
+    }
+}
+
+TEST_F(EntryPointScan, FourBytesOfTheDmiAnchorCountAndTheFifthDoesNot) {
+    for (std::size_t i = 0; i < 5; ++i) {
+        auto image = DmiEntryImage(First());
+        image[i] ^= 0x20;
+        WriteAt(kSegment, image);
+        Read();
+        EXPECT_EQ(reader->MatchDMI, i == 4 ? 1 : 0) << i;
+        EXPECT_EQ(reader->InitOK, i == 4 ? 1 : 0) << i;
+    }
+}
+
+TEST_F(EntryPointScan, IntermediateAnchorOfADamagedSmbiosEntryPointServesAsDmi) {
+    auto image = SmbiosEntryImage(First());
+    image[0] = 'X';
+    WriteAt(kSegment, image);
+    Read();
+    EXPECT_EQ(reader->MatchSMBIOS, 0);
+    EXPECT_EQ(reader->MatchDMI, 1);
+    EXPECT_EQ(Vendor(), Copied("First Vendor"));
+}
+
+TEST_F(EntryPointScan, ThirtyOneBytesOfTheSmbiosEntryPointAreCopied) {
+    const auto image = SmbiosEntryImage(First());
+    WriteAt(kSegment, image);
+    Read();
+    EXPECT_EQ(std::memcmp(&reader->SmBiosEntry, image.data(), 31), 0);
+    EXPECT_EQ(reader->SmBiosEntry.length, 31);
+    EXPECT_EQ(reader->SmBiosEntry.MajorVersion, 2);
+    EXPECT_EQ(reader->SmBiosEntry.MinorVersion, 3);
+    EXPECT_EQ(reader->SmBiosEntry.MaxStructureSize, 0xC9C8);
+    EXPECT_EQ(reader->SmBiosEntry.revission, 0xCA);
+    EXPECT_EQ(reader->SmBiosEntry.StructureTableLength, 44);
+    EXPECT_EQ(reader->SmBiosEntry.StructureTableAddress, kTableAddress);
+    EXPECT_EQ(reader->SmBiosEntry.HowManyStructures, 2);
+    EXPECT_EQ(reader->SmBiosEntry.BCD, 0xC0 + 30);
+    EXPECT_EQ(reader->BiosDataLength, 44);
+}
+
+TEST_F(EntryPointScan, FifteenBytesOfTheDmiEntryPointAreCopied) {
+    const auto image = DmiEntryImage(First());
+    WriteAt(kSegment, image);
+    Read();
+    EXPECT_EQ(std::memcmp(&reader->DmiEntry, image.data(), 15), 0);
+    EXPECT_EQ(reader->DmiEntry.checksum, 0xD5);
+    EXPECT_EQ(reader->DmiEntry.StructureTableLength, 44);
+    EXPECT_EQ(reader->DmiEntry.biosStructureTableAddress, kTableAddress);
+    EXPECT_EQ(reader->DmiEntry.HowManyStructures, 2);
+    EXPECT_EQ(reader->DmiEntry.dmiBiosRevision, 0x20);
+    EXPECT_EQ(reader->BiosDataLength, 44);
+}
+
+}  // namespace

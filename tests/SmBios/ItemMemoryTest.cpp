@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+//
+// The items that GetItem hands back: whose memory they are, and what happens when there is none.
+#include "support/SmBiosTest.h"
+
+namespace {
+
+class ItemMemory : public SmBiosTest {
+protected:
+    std::size_t AllocationsSince(std::size_t before) { return server.allocations() - before; }
+};
+
+TEST_F(ItemMemory, ItemEndsInsideTheTableCopy) {
+    table.add(4, 1, 4);
+    table.add(4, 2, 4);
+    Open();
+    const auto item = Item(4, 2);
+    EXPECT_EQ(item->GetEndAddress(), reader->BiosData + 11);
+}
+
+TEST_F(ItemMemory, EveryCallHandsBackAFreshItem) {
+    table.add(4, 1, 4).string("text");
+    Open();
+    const auto first = Item(4, 1);
+    const auto second = Item(4, 1);
+    EXPECT_NE(first.get(), second.get());
+    EXPECT_NE(first->GetFormatedData(), second->GetFormatedData());
+    EXPECT_NE(first->GetString(1), second->GetString(1));
+    first->GetString(1)[0] = 'n';
+    EXPECT_STREQ(second->GetString(1), "text");
+}
+
+TEST_F(ItemMemory, ItemThatFindsNoMemoryIsNull) {
+    table.add(4, 1, 4).string("text");
+    Open();
+    server.failAllocation(1);
+    EXPECT_EQ(Item(4, 1), nullptr);
+    EXPECT_NE(Item(4, 1), nullptr);
+}
+
+TEST_F(ItemMemory, ItemWhoseFormattedAreaFindsNoMemoryIsPartlyBuilt) {
+    table.add(4, 7, 4).string("text");
+    Open();
+    server.failAllocation(2);
+    const auto item = Item(4, 1);
+    ASSERT_NE(item, nullptr);
+    EXPECT_EQ(item->GetType(), 4);
+    EXPECT_EQ(item->GetHandle(), 7);
+    EXPECT_EQ(item->GetFormatedData(), nullptr);
+    EXPECT_EQ(item->GetString(1), nullptr);
+}
+
+TEST_F(ItemMemory, ItemWhoseStringsFindNoMemoryHasNone) {
+    table.add(4, 7, 4).string("text");
+    Open();
+    server.failAllocation(3);
+    const auto item = Item(4, 1);
+    ASSERT_NE(item, nullptr);
+    EXPECT_NE(item->GetFormatedData(), nullptr);
+    EXPECT_EQ(item->GetString(1), nullptr);
+}
+
+TEST_F(ItemMemory, GettersSurviveEveryFailedAllocation) {
+    table.add(0, 0, 9).string(4, "Vendor");
+    table.add(1, 1, 8).string(4, "Maker");
+    Open();
+    const std::size_t before = server.allocations();
+    EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("Maker"));
+    const int needed = static_cast<int>(AllocationsSince(before));
+    for (int nth = 1; nth <= needed; ++nth) {
+        server.failAllocation(nth);
+        EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Missing()) << nth;
+    }
+    EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));
+}
+
+TEST_F(ItemMemory, StructuresPassedOverCostNoMemory) {
+    for (int i = 0; i < 200; ++i) table.add(9, 0, 4);
+    for (int i = 0; i < 200; ++i) table.add(4, static_cast<std::uint16_t>(1000 + i), 4);
+    Open();
+    const std::size_t before = server.allocations();
+    const auto item = Item(4, 100);
+    EXPECT_EQ(AllocationsSince(before), 3u);  // the item, its formatted area, its strings
+    ASSERT_NE(item, nullptr);
+    EXPECT_EQ(item->GetHandle(), 1099);
+    EXPECT_EQ(Item(5, 1), nullptr);
+    EXPECT_EQ(AllocationsSince(before), 3u);
+}
+
+}  // namespace

@@ -1,0 +1,88 @@
+// SPDX-License-Identifier: MIT
+//
+// Voltage and temperature probes: counted, and never found by their location.
+#include "support/SmBiosTest.h"
+
+namespace {
+
+class ProbeTest : public SmBiosTest {
+protected:
+    void AddProbes(int count, std::uint8_t type) {
+        for (int i = 0; i < count; ++i)
+            table.add(type, handle++, 22)
+                .string(4, "probe")
+                .byte(5, 0x7F)
+                .word(6, 12600)
+                .word(8, 11400)
+                .word(20, 12000);
+    }
+
+    std::uint16_t handle = 0x1A00;
+};
+
+TEST_F(ProbeTest, AnyVoltageProbeQueryAnswersMinusOne) {
+    AddProbes(3, 26);
+    Open();
+    for (int location = -1; location < 257; ++location) {
+        EXPECT_EQ(Ask(&SmBios::GetVoltageDescription, location, 32), Missing()) << location;
+        EXPECT_EQ(Ask(&SmBios::GetVoltageStatus, location), Missing()) << location;
+        EXPECT_EQ(Ask(&SmBios::GetVoltageCurrent, location), Missing()) << location;
+        EXPECT_EQ(Ask(&SmBios::GetVoltageMax, location), Missing()) << location;
+        EXPECT_EQ(Ask(&SmBios::GetVoltageMin, location), Missing()) << location;
+    }
+}
+
+TEST_F(ProbeTest, AnyTemperatureProbeQueryAnswersMinusOne) {
+    AddProbes(3, 28);
+    Open();
+    for (int location = -1; location < 257; ++location) {
+        EXPECT_EQ(Ask(&SmBios::GetTemperatureDescription, location, 32), Missing()) << location;
+        EXPECT_EQ(Ask(&SmBios::GetTemperatureStatus, location), Missing()) << location;
+        EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, location), Missing()) << location;
+    }
+}
+
+TEST_F(ProbeTest, QuantitiesCountTheStructuresOfEachKind) {
+    Open();
+    EXPECT_EQ(reader->GetVoltageProbeQuantity(), 0);
+    EXPECT_EQ(reader->GetTemperatureProbeQuantity(), 0);
+    AddProbes(2, 26);
+    AddProbes(5, 28);
+    AddProbes(1, 29);
+    Open();
+    EXPECT_EQ(reader->GetVoltageProbeQuantity(), 2);
+    EXPECT_EQ(reader->GetTemperatureProbeQuantity(), 5);
+}
+
+TEST_F(ProbeTest, QuantitiesStopAt127) {
+    AddProbes(127, 26);
+    AddProbes(127, 28);
+    Open();
+    EXPECT_EQ(reader->GetVoltageProbeQuantity(), 127);
+    EXPECT_EQ(reader->GetTemperatureProbeQuantity(), 127);
+    AddProbes(10, 26);
+    AddProbes(10, 28);
+    Open();
+    EXPECT_EQ(reader->GetVoltageProbeQuantity(), 127);
+    EXPECT_EQ(reader->GetTemperatureProbeQuantity(), 127);
+}
+
+TEST(LocationCodes, AreThoseOfTheStandard) {
+    EXPECT_EQ(SmBios::TnV_OTHER, 1);
+    EXPECT_EQ(SmBios::TnV_UNKNOWN, 2);
+    EXPECT_EQ(SmBios::TnV_PROCESSOR, 3);
+    EXPECT_EQ(SmBios::TnV_DISK, 4);
+    EXPECT_EQ(SmBios::TnV_PERIPHERAL_BAY, 5);
+    EXPECT_EQ(SmBios::TnV_SYSTEM_MANAGEMENT_MODULE, 6);
+    EXPECT_EQ(SmBios::TnV_MOTHER_BOARD, 7);
+    EXPECT_EQ(SmBios::TnV_MEMORY, 8);
+    EXPECT_EQ(SmBios::TnV_PROCESSOR_MODULE, 9);
+    EXPECT_EQ(SmBios::TnV_POWER_UNIT, 10);
+    EXPECT_EQ(SmBios::TnV_ADDIN_CARD, 11);
+    EXPECT_EQ(SmBios::TnV_FRONT_PANEL_BOARD, 12);
+    EXPECT_EQ(SmBios::TnV_BACK_PANEL_BOARD, 13);
+    EXPECT_EQ(SmBios::TnV_POWER_SYSTEM_BOARD, 14);
+    EXPECT_EQ(SmBios::TnV_DRIVE_BACK_PLANE, 15);
+}
+
+}  // namespace
