@@ -5,6 +5,7 @@
 
 #include "Talvane.h"
 
+#include "GetPciInfo.h"
 #include "InventoryRecords.h"
 #include "ReentryGuard.h"
 #include "SmBios/SmBios.h"
@@ -23,22 +24,30 @@ SmBios& Bios() {
     return *bios;
 }
 
+// Either of the two functions fills the record: from the SMBIOS table, or without one.
 struct InventoryCommand {
     unsigned long code;
-    void (*fill)(SmBios& reader, void* record);
+    void (*fromTable)(SmBios& reader, void* record) = nullptr;
+    void (*fromMachine)(void* record) = nullptr;
 };
 
+// What the report could not find out, its record tells.
+void FillPciFunctions(void* record) {
+    (void)GetPciInfo(static_cast<DeviceInformation*>(record));
+}
+
 constexpr InventoryCommand kInventoryCommands[] = {
-    {TALVANE_BOARD, FillBoard},
-    {TALVANE_PROCESSORS, FillProcessors},
-    {TALVANE_MEMORY, FillMemory},
-    {TALVANE_PORTS, FillPorts},
-    {TALVANE_POWER, FillPowerSupplies},
-    {TALVANE_UPS, FillUps},
-    {TALVANE_FANS, FillFans},
-    {TALVANE_VOLTAGES, FillVoltages},
-    {TALVANE_TEMPERATURES, FillTemperatures},
-    {TALVANE_SYSTEM, FillSystem},
+    {.code = TALVANE_BOARD, .fromTable = FillBoard},
+    {.code = TALVANE_PROCESSORS, .fromTable = FillProcessors},
+    {.code = TALVANE_MEMORY, .fromTable = FillMemory},
+    {.code = TALVANE_PORTS, .fromTable = FillPorts},
+    {.code = TALVANE_PCI, .fromMachine = FillPciFunctions},
+    {.code = TALVANE_POWER, .fromTable = FillPowerSupplies},
+    {.code = TALVANE_UPS, .fromTable = FillUps},
+    {.code = TALVANE_FANS, .fromTable = FillFans},
+    {.code = TALVANE_VOLTAGES, .fromTable = FillVoltages},
+    {.code = TALVANE_TEMPERATURES, .fromTable = FillTemperatures},
+    {.code = TALVANE_SYSTEM, .fromTable = FillSystem},
 };
 
 }  // namespace
@@ -50,9 +59,13 @@ int GetInfo(unsigned long command, void* buffer) {
     const ReentryGuard guard(NoEntersmBIOS);
     for (const InventoryCommand& row : kInventoryCommands) {
         if (row.code != command) continue;
+        if (row.fromMachine != nullptr) {
+            row.fromMachine(buffer);
+            continue;
+        }
         SmBios& reader = Bios();
         if (reader.IsInitOK() == 0) return kFailure;
-        row.fill(reader, buffer);
+        row.fromTable(reader, buffer);
     }
     return kSuccess;
 }

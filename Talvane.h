@@ -29,6 +29,7 @@
 #define TALVANE_PROCESSORS   0x20000UL    /* ProcessorInformation */
 #define TALVANE_MEMORY       0x40000UL    /* MemoryInformation */
 #define TALVANE_PORTS        0x80000UL    /* IOInformation */
+#define TALVANE_PCI          0x100000UL   /* DeviceInformation */
 #define TALVANE_POWER        0x800000UL   /* SystemPowerInformation */
 #define TALVANE_UPS          0x1000000UL  /* SystemPowerInformation */
 #define TALVANE_FANS         0x2000000UL  /* FanInformation */
@@ -48,6 +49,9 @@ extern "C" {
    The counts of processors, ports, power supplies and fans are the firmware's, and as many elements
    are written as they say. A machine can state more than the record has room for (up to 16
    processors, 128 ports, 32 power supplies, 63 fans): a careful caller allocates for those.
+
+   TALVANE_PCI needs no SMBIOS table. With more PCI functions than the record holds it tries three
+   times, pauses 5000 seconds after each, and leaves the record untouched.
 
    Returns 0, -1 when the machine has no readable SMBIOS or DMI table, or 1 when busy. */
 TALVANE_API int GetInfo(unsigned long command, void* buffer);

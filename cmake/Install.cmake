@@ -10,7 +10,12 @@ set(talvane_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Talvane)
 set(talvane_pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(TARGETS Talvane EXPORT TalvaneTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES Talvane.h InformationRecords.h Export.h DESTINATION ${talvane_include_dir})
+install(FILES Talvane.h InformationRecords.h Export.h GetPciInfo.h
+  DESTINATION ${talvane_include_dir})
+install(FILES
+  PCI/PCIdevice.h
+  PCI/PCIscan.h
+  DESTINATION ${talvane_include_dir}/PCI)
 install(FILES
   SmBios/BiosDataItem.h
   SmBios/EntryPoint.h

@@ -44,6 +44,7 @@ bool identify(int descriptor, std::uint64_t& device, std::uint64_t& inode) {
 
 Machine::Machine() {
     install("/dev/mem", std::make_unique<MemoryDevice>(memory_));
+    ports_.install(PciBus::kFirstPort, PciBus::kPorts, pci_);
 }
 
 bool Machine::isMachinePath(std::string_view given) {

@@ -18,6 +18,7 @@
 #include "AccessLog.h"
 #include "Device.h"
 #include "Faults.h"
+#include "PciBus.h"
 #include "PhysicalMemory.h"
 #include "PortMap.h"
 
@@ -29,13 +30,14 @@ using Caller = std::string_view;
 
 class Machine {
 public:
-    // 64 MiB of memory behind /dev/mem, nothing else.
+    // 64 MiB of memory behind /dev/mem and a PCI bus without functions, nothing else.
     Machine();
 
     PhysicalMemory& memory() { return memory_; }
     AccessLog& log() { return log_; }
     Faults& faults() { return faults_; }
     PortMap& ports() { return ports_; }
+    PciBus& pci() { return *pci_; }
     std::chrono::seconds clock() const { return clock_; }
 
     // Whether a server could have something at this path.
@@ -85,6 +87,7 @@ private:
     AccessLog log_;
     Faults faults_;
     PortMap ports_;
+    std::shared_ptr<PciBus> pci_ = std::make_shared<PciBus>();
     std::map<std::string, std::unique_ptr<Device>, std::less<>> devices_;
     std::map<std::string, int, std::less<>> refused_;
     std::map<int, Open> opened_;

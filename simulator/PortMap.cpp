@@ -18,9 +18,8 @@ public:
     void out(std::uint16_t, unsigned, std::uint32_t) override {}
 };
 
-constexpr std::uint16_t kKcsStatus = 0xCA3;          // IPMI 2.0, 9.5
-constexpr std::uint16_t kSmicFlags = 0xCAA;          // IPMI 2.0, 10.2
-constexpr std::uint16_t kConfigurationBase = 0xCF8;  // PCI 3.0, 3.2.2.3.2: address, then data
+constexpr std::uint16_t kKcsStatus = 0xCA3;  // IPMI 2.0, 9.5
+constexpr std::uint16_t kSmicFlags = 0xCAA;  // IPMI 2.0, 10.2
 
 }  // namespace
 
@@ -28,7 +27,6 @@ PortMap::PortMap() {
     const auto nobody = std::make_shared<EmptyBus>();
     install(kKcsStatus, 1, nobody);
     install(kSmicFlags, 1, nobody);
-    install(kConfigurationBase, 8, nobody);
 }
 
 void PortMap::install(std::uint16_t first, std::uint16_t count,

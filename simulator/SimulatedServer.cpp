@@ -45,6 +45,10 @@ PhysicalMemory& SimulatedServer::memory() {
     return state_->machine.memory();
 }
 
+PciBus& SimulatedServer::pci() {
+    return state_->machine.pci();
+}
+
 AccessLog& SimulatedServer::log() {
     return state_->machine.log();
 }

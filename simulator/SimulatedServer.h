@@ -23,6 +23,7 @@
 #include <string_view>
 
 #include "AccessLog.h"
+#include "PciBus.h"
 #include "PhysicalMemory.h"
 
 namespace sim {
@@ -43,6 +44,7 @@ public:
     SimulatedServer& operator=(const SimulatedServer&) = delete;
 
     PhysicalMemory& memory();
+    PciBus& pci();
 
     // Every access so far, in order.
     AccessLog& log();

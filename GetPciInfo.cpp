@@ -1,0 +1,102 @@
+// SPDX-License-Identifier: MIT
+
+#include "GetPciInfo.h"
+
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstring>
+#include <list>
+
+#include "PCI/IoPrivilege.h"
+#include "PCI/PCIscan.h"
+#include "PCI/StatusText.h"
+#include "PCI/SubClassName.h"
+
+// Class codes (PCI 3.0, appendix D).
+const char MainDev[20][64] = {
+    "Old devices",                                         // 00
+    "Mass storage controller",                             // 01
+    "Network controller",                                  // 02
+    "Display controller",                                  // 03
+    "Multimedia device",                                   // 04
+    "Memory controller",                                   // 05
+    "Bridge device",                                       // 06
+    "Simple communication controllers",                    // 07
+    "Base system peripherals",                             // 08
+    "Input devices",                                       // 09
+    "Docking stations",                                    // 0A
+    "Processors",                                          // 0B
+    "Serial bus controllers",                              // 0C
+    "Wireless controller",                                 // 0D
+    "Intelligent I/O controllers",                         // 0E
+    "Satellite communication controllers",                 // 0F
+    "Encryption/Decryption controllers",                   // 10
+    "Data acquisition and signal processing controllers",  // 11
+    "Unknown",                                             // 12
+    "",                                                    // 13
+};
+
+namespace {
+
+constexpr unsigned kNamedClasses = sizeof MainDev / sizeof MainDev[0];
+constexpr unsigned char kOtherSubClass = 0x80;
+constexpr unsigned kOtherLimit = 32;
+constexpr unsigned char kNoInterruptLine = 0xFF;
+
+constexpr int kAttempts = 3;
+constexpr unsigned kPauseSeconds = 5000;
+
+static_assert(sizeof(DEV::status) == kStatusTextSize);
+
+template <unsigned N>
+void SetText(char (&field)[N], const char* text, unsigned limit = N) {
+    std::memset(field, 0, N);
+    CopyString(field, text, limit);
+}
+
+void DescribeFunction(PCIdevice& function, DEV& entry) {
+    (void)std::sprintf(entry.desc, "bus:%d, dev:%d, func:%d", function.getBusNo(),
+                       function.getDevNo(), function.getFuncNo());
+    entry.revision = function.getRevisionID();
+    std::memset(entry.status, 0, sizeof entry.status);
+    AppendStatusTexts(function.getStatus(), entry.status);
+    entry.IRQ = function.getIntLine() == kNoInterruptLine ? 0 : function.getIntLine();
+    entry.IOBase = static_cast<long>(function.header.BaseAddress[0]);
+
+    const PciClass code = {function.getClassCode(), function.getSubClassCode(),
+                           function.getProgIF()};
+    if (code.classCode < kNamedClasses) SetText(entry.model, MainDev[code.classCode]);
+    if (code.subClass == kOtherSubClass) SetText(entry.type, "other", kOtherLimit);
+    if (const char* name = SubClassName(code)) SetText(entry.type, name);
+}
+
+// Whether one of the attempts found no more functions than the list may hold.
+bool Scan(PCIscan& scan, std::list<PCIdevice>& functions) {
+    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+        if (scan.getAllDevice(functions) == 0) return true;
+        // Kept: the pause follows the last failure, too.
+        (void)sleep(kPauseSeconds);  // result not used: an interrupted pause is not resumed
+    }
+    return false;
+}
+
+}  // namespace
+
+int GetPciInfo(DeviceInformation* info) {
+    const IoPrivilege privilege;
+    PCIscan scan;
+    scan.m_InitOK = privilege.IsRaised();
+    std::list<PCIdevice> functions;
+    if (!Scan(scan, functions)) return -1;
+    info->quantity = static_cast<int>(functions.size());
+    DEV* entry = info->dev;
+    for (PCIdevice& function : functions) DescribeFunction(function, *entry++);
+    return 0;
+}
+
+void CopyString(char* target, const char* source, unsigned int TargetBufLen) {
+    if (TargetBufLen == 0) return;
+    std::memcpy(target, source, std::min<std::size_t>(std::strlen(source), TargetBufLen - 1));
+}

@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+
+#include "PCI/PCIscan.h"
+
+#include <cstring>
+
+#include "PortIo.h"
+
+namespace {
+
+constexpr unsigned long kConfigAddressPort = 0xCF8;
+constexpr unsigned long kConfigDataPort = 0xCFC;
+
+// The address word (PCI 3.0, 3.2.2.3.2).
+constexpr unsigned long kEnable = 0x80000000;
+constexpr int kBusShift = 16;
+constexpr int kDeviceShift = 11;
+constexpr int kFunctionShift = 8;
+
+constexpr unsigned long kNobodyAnswers = 0xFFFFFFFF;
+constexpr unsigned kNoVendor = 0xFFFF;
+
+constexpr int kLastBus = 10;  // Kept: buses above are not looked at.
+constexpr int kLastDevice = 31;
+constexpr int kLastFunction = 7;
+constexpr unsigned kMostDevices = 64;
+
+// Calls visit(bus, device, function) for every function there can be until it returns true. Kept:
+// all eight numbers are tried, whether or not the device says that it has several functions.
+template <class Visit>
+bool AnyFunction(Visit visit) {
+    for (int bus = 0; bus <= kLastBus; ++bus)
+        for (int device = 0; device <= kLastDevice; ++device)
+            for (int function = 0; function <= kLastFunction; ++function)
+                if (visit(static_cast<unsigned char>(bus), static_cast<unsigned char>(device),
+                          static_cast<unsigned char>(function)))
+                    return true;
+    return false;
+}
+
+}  // namespace
+
+PCIscan::PCIscan()
+    : m_InitOK(0),
+      m_RetrieveFunction(0),
+      m_ConfigAddress(kConfigAddressPort),
+      m_DataAddress(kConfigDataPort) {}
+
+int PCIscan::isInitOK() {
+    return m_InitOK;
+}
+
+int PCIscan::searchDevice(short classCode, short subClassCode) {
+    return AnyFunction([&](unsigned char bus, unsigned char dev, unsigned char func) {
+        (void)readPCIheader(bus, dev, func);  // result not used: absent functions are compared, too
+        return m_dev.getClassCode() == classCode && m_dev.getSubClassCode() == subClassCode;
+    });
+}
+
+int PCIscan::getAllDevice(std::list<PCIdevice>& devices) {
+    devices.clear();
+    const bool tooMany = AnyFunction([&](unsigned char bus, unsigned char dev, unsigned char func) {
+        if (readPCIheader(bus, dev, func) != 0) return false;
+        if (devices.size() == kMostDevices) return true;
+        devices.push_back(m_dev);
+        return false;
+    });
+    return tooMany ? -1 : 0;
+}
+
+int PCIscan::readPCIheader(unsigned char bus, unsigned char dev, unsigned char func) {
+    char image[sizeof(_HEADER)] = {};
+    for (unsigned char reg = 0; reg < sizeof image; reg += 4) {
+        const unsigned long value = readPCIDeviceRegister(bus, dev, func, reg);
+        std::memcpy(image + reg, &value, sizeof value);
+    }
+    m_dev = image;
+    if (m_dev.getVendorID() == kNoVendor || m_dev.getVendorID() == 0) return -1;
+    m_dev.setBusNo(bus);
+    m_dev.setDevNo(dev);
+    m_dev.setFuncNo(func);
+    return 0;
+}
+
+unsigned long PCIscan::readPCIDeviceRegister(unsigned char bus, unsigned char dev,
+                                             unsigned char func, unsigned char reg) {
+    if (m_InitOK == 0) return kNobodyAnswers;
+    out(static_cast<unsigned short>(m_ConfigAddress), makeAddress(bus, dev, func, reg));
+    return in(static_cast<unsigned short>(m_DataAddress));
+}
+
+unsigned long PCIscan::makeAddress(unsigned char bus, unsigned char dev, unsigned char func,
+                                   unsigned char reg) {
+    return kEnable | (static_cast<unsigned long>(bus) << kBusShift) |
+           (static_cast<unsigned long>(dev) << kDeviceShift) |
+           (static_cast<unsigned long>(func) << kFunctionShift) | reg;
+}
+
+void PCIscan::out(unsigned short port, unsigned long value) {
+    WritePort32(port, value);
+}
+
+unsigned long PCIscan::in(unsigned short port) {
+    return ReadPort32(port);
+}

@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+//
+// The scan's two port primitives, put in front of the library's own: they hand each access to the
+// simulated server without executing an instruction, whose fault costs more than all the rest. A
+// full scan makes 90,112 accesses.
+#include "PCI/PCIscan.h"
+#include "simulator/Interpose.h"
+#include "simulator/Machine.h"
+
+void PCIscan::out(unsigned short port, unsigned long value) {
+    sim::Interposition::machine()->portOut(port, 4, value);
+}
+
+unsigned long PCIscan::in(unsigned short port) {
+    return sim::Interposition::machine()->portIn(port, 4);
+}

@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+//
+// The record of one function: the accessors and the two ways to fill it.
+#include <gtest/gtest.h>
+
+#include <array>
+#include <cstring>
+
+#include "PCI/PCIdevice.h"
+
+namespace {
+
+// Every byte tells its offset.
+std::array<char, 64> Image() {
+    std::array<char, 64> image;
+    for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<char>(0x80 + i);
+    return image;
+}
+
+void ExpectFieldsOfImage(PCIdevice& device) {
+    EXPECT_EQ(device.getVendorID(), 0x8180);
+    EXPECT_EQ(device.header.DeviceID, 0x8382);
+    EXPECT_EQ(device.header.Command, 0x8584);
+    EXPECT_EQ(device.getStatus(), 0x8786);
+    EXPECT_EQ(device.getRevisionID(), 0x88);
+    EXPECT_EQ(device.getProgIF(), 0x89);
+    EXPECT_EQ(device.getSubClassCode(), 0x8A);
+    EXPECT_EQ(device.getClassCode(), 0x8B);
+    EXPECT_EQ(device.header.CLS, 0x8C);
+    EXPECT_EQ(device.header.latency, 0x8D);
+    EXPECT_EQ(device.header.HeaderType, 0x8E);
+    EXPECT_EQ(device.header.BIST, 0x8F);
+    EXPECT_EQ(device.header.BaseAddress[0], 0x93929190u);
+    EXPECT_EQ(device.header.BaseAddress[5], 0xA7A6A5A4u);
+    EXPECT_EQ(device.header.Reserved1[0], 0xABAAA9A8u);
+    EXPECT_EQ(device.header.ROMBase, 0xB3B2B1B0u);
+    EXPECT_EQ(device.header.Reserved2[1], 0xBBBAB9B8u);
+    EXPECT_EQ(device.getIntLine(), 0xBC);
+    EXPECT_EQ(device.header.INTPin, 0xBD);
+    EXPECT_EQ(device.header.Minlat, 0xBE);
+    EXPECT_EQ(device.header.MaxLat, 0xBF);
+}
+
+TEST(PciDevice, AssignmentCopiesSixtyFourBytesAndKeepsTheLocation) {
+    PCIdevice device;
+    device.setBusNo(1);
+    device.setDevNo(2);
+    device.setFuncNo(3);
+    device = Image().data();
+    ExpectFieldsOfImage(device);
+    EXPECT_EQ(device.getBusNo(), 1);
+    EXPECT_EQ(device.getDevNo(), 2);
+    EXPECT_EQ(device.getFuncNo(), 3);
+}
+
+TEST(PciDevice, IsMadeFromAHeader) {
+    _HEADER header;
+    std::memcpy(&header, Image().data(), sizeof header);
+    PCIdevice device(&header);
+    ExpectFieldsOfImage(device);
+    EXPECT_EQ(device.getBusNo(), 0);
+    EXPECT_EQ(device.getDevNo(), 0);
+    EXPECT_EQ(device.getFuncNo(), 0);
+}
+
+TEST(PciDevice, NewOneIsAllZero) {
+    PCIdevice device;
+    const PCIdevice zero = {};
+    EXPECT_EQ(device.getVendorID(), 0);
+    EXPECT_EQ(device.getBusNo(), 0);
+    EXPECT_EQ(std::memcmp(&device, &zero, sizeof device), 0);
+}
+
+TEST(PciDevice, LocationIsSetAndReadField) {
+    PCIdevice device;
+    device.setBusNo(10);
+    device.setDevNo(31);
+    device.setFuncNo(7);
+    EXPECT_EQ(device.bus, 10);
+    EXPECT_EQ(device.dev, 31);
+    EXPECT_EQ(device.func, 7);
+}
+
+}  // namespace
