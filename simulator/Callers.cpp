@@ -7,6 +7,7 @@
 
 #include <link.h>
 
+#include <algorithm>
 #include <array>
 #include <cstddef>
 #include <cstdint>
@@ -84,6 +85,8 @@ int visit(dl_phdr_info* module, std::size_t, void* first) {
 
 void observeLibrary(const std::string& name) {
     Table& known = table();
+    const auto end = known.names.begin() + known.nameCount;
+    if (std::find(known.names.begin(), end, name) != end) return;
     if (known.nameCount == kMaxNames) throw std::length_error("too many observed libraries");
     known.names[known.nameCount++] = name;
     known.known = false;

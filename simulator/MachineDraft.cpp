@@ -62,8 +62,9 @@ Bytes MachineDraft::capture(MachineLine& line) const {
     const std::string path = (folder / name).string();
     std::ifstream stream(path, std::ios::binary);
     if (!stream) line.fail(path + ": " + std::strerror(errno));
+    if (!std::filesystem::is_regular_file(path)) line.fail(path + ": is no file");
     Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (bytes.empty()) line.fail(path + ": holds nothing, or is no file");
+    if (bytes.empty()) line.fail(path + ": is empty");
     return bytes;
 }
 

@@ -5,10 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
-#include <iostream>
 #include <string>
 
 #include "Environment.h"
@@ -16,8 +16,9 @@
 
 namespace {
 
+// By C means: std::cerr need not be there yet.
 [[noreturn]] void giveUp(const std::string& why) {
-    std::cerr << "simulated server: " << why << std::endl;
+    (void)std::fprintf(stderr, "simulated server: %s\n", why.c_str());
     _exit(2);
 }
 

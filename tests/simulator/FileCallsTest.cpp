@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+//
+// open, lseek, read, close and their variants on /dev/mem.
+
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <string>
+
+#include "ProbedServer.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+class FileCalls : public ProbedServer {
+protected:
+    FileCalls() {
+        const std::array<std::uint8_t, 4> bytes{0x11, 0x22, 0x33, 0x44};
+        server.memory().write(0xF0000, bytes);
+    }
+    int memory = probe::open("/dev/mem", O_RDONLY);
+    std::array<std::uint8_t, 4> buffer{};
+};
+
+TEST_F(FileCalls, MemoryReadsWhatWasWritten) {
+    EXPECT_EQ(probe::lseek(memory, 0xF0000, SEEK_SET), 0xF0000);
+    EXPECT_EQ(probe::read(memory, buffer.data(), 4), 4);
+    EXPECT_THAT(buffer, ElementsAre(0x11, 0x22, 0x33, 0x44));
+    EXPECT_EQ(probe::close(memory), 0);
+}
+
+TEST_F(FileCalls, AReadMovesThePosition) {
+    probe::lseek(memory, 0xF0000, SEEK_SET);
+    probe::read(memory, buffer.data(), 2);
+    EXPECT_EQ(probe::lseek(memory, 0, SEEK_CUR), 0xF0002);
+    probe::read(memory, buffer.data(), 1);
+    EXPECT_EQ(buffer[0], 0x33);
+}
+
+TEST_F(FileCalls, EachOpenHasItsOwnPosition) {
+    const int other = probe::open("/dev/mem", O_RDONLY);
+    probe::lseek(memory, 0xF0000, SEEK_SET);
+    EXPECT_EQ(probe::lseek(other, 0, SEEK_CUR), 0);
+    EXPECT_NE(other, memory);
+}
+
+TEST_F(FileCalls, EveryVariantOfOpenReachesTheServer) {
+    server.log().clear();
+    for (const auto open : {probe::open, probe::open64, probe::openChecked, probe::open64Checked,
+                            probe::openat, probe::openat64})
+        EXPECT_GE(open("/dev/mem", O_RDONLY), 0);
+    EXPECT_EQ(server.log().count("open"), 6u);
+}
+
+TEST_F(FileCalls, TheOtherVariantsReachTheServerToo) {
+    EXPECT_EQ(probe::lseek64(memory, 0xF0001, SEEK_SET), 0xF0001);
+    EXPECT_EQ(probe::readChecked(memory, buffer.data(), 1), 1);
+    EXPECT_EQ(buffer[0], 0x22);
+}
+
+TEST_F(FileCalls, ReadingToTheLastByteIsFineAndOneMoreIsAFault) {
+    server.memory().resize(0x100000);
+    probe::lseek(memory, 0xFFFFC, SEEK_SET);
+    EXPECT_EQ(probe::read(memory, buffer.data(), 4), 4);
+    probe::lseek(memory, 0xFFFFD, SEEK_SET);
+    errno = 0;
+    EXPECT_EQ(probe::read(memory, buffer.data(), 4), -1);
+    EXPECT_EQ(errno, EFAULT);
+    EXPECT_EQ(probe::lseek(memory, 0, SEEK_CUR), 0xFFFFD);
+}
+
+TEST_F(FileCalls, AnOffsetPastTwoGibibytesMeansTheUpperHalf) {
+    server.memory().resize(std::uint64_t{4} << 30);
+    const std::array<std::uint8_t, 1> byte{0x5A};
+    server.memory().write(0xDAA90000, byte);
+    EXPECT_EQ(probe::lseek(memory, static_cast<long>(0xDAA90000), SEEK_SET),
+              static_cast<long>(0xDAA90000));
+    EXPECT_EQ(probe::read(memory, buffer.data(), 1), 1);
+    EXPECT_EQ(buffer[0], 0x5A);
+}
+
+TEST_F(FileCalls, TheEndOfMemoryIsNoPlaceToSeekFrom) {
+    EXPECT_EQ(probe::lseek(memory, 0, SEEK_END), -1);
+    EXPECT_EQ(errno, EINVAL);
+    EXPECT_EQ(probe::lseek(memory, -1, SEEK_SET), -1);
+    EXPECT_EQ(errno, EOVERFLOW);
+}
+
+TEST_F(FileCalls, MemoryCannotBeOpenedForWriting) {
+    EXPECT_EQ(probe::open("/dev/mem", O_RDWR), -1);
+    EXPECT_EQ(errno, EACCES);
+}
+
+TEST_F(FileCalls, ADeviceThatTheServerLacksIsMissing) {
+    for (const char* path : {"/dev/ipmi", "/dev/hda", "/proc/ide/ide0/hda/media", "/proc/stat"}) {
+        errno = 0;
+        EXPECT_EQ(probe::open(path, O_RDONLY), -1) << path;
+        EXPECT_EQ(errno, ENOENT) << path;
+    }
+    EXPECT_FALSE(probe::opendir("/proc/ide"));
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_FALSE(probe::opendir("/dev/mem/"));
+    EXPECT_EQ(errno, ENOTDIR);
+}
+
+TEST_F(FileCalls, SuccessLeavesErrnoAlone) {
+    errno = ERANGE;
+    probe::close(probe::open("/dev/mem", O_RDONLY));
+    EXPECT_EQ(errno, ERANGE);
+}
+
+TEST_F(FileCalls, ADescriptorIsARealOne) {
+    EXPECT_EQ(fcntl(memory, F_GETFD), FD_CLOEXEC);
+    probe::close(memory);
+    EXPECT_EQ(fcntl(memory, F_GETFD), -1);
+    EXPECT_EQ(errno, EBADF);
+}
+
+TEST_F(FileCalls, ADescriptorClosedBehindLibcsBackIsForgotten) {
+    (void)syscall(SYS_close, memory);
+    const int file = open("/proc/self/status", O_RDONLY);
+    ASSERT_EQ(file, memory);
+    char text[5] = "";
+    EXPECT_EQ(read(file, text, 4), 4);
+    EXPECT_STREQ(text, "Name");
+    EXPECT_EQ(close(file), 0);
+}
+
+TEST_F(FileCalls, TheLibraryCannotReachDescriptorsOfOthers) {
+    const int file = open("/proc/self/status", O_RDONLY);
+    EXPECT_EQ(probe::read(file, buffer.data(), 4), -1);
+    EXPECT_EQ(errno, EBADF);
+    EXPECT_EQ(probe::close(file), -1);
+    EXPECT_EQ(errno, EBADF);
+    EXPECT_EQ(close(file), 0);
+    EXPECT_EQ(probe::lseek(-1, 0, SEEK_SET), -1);
+    EXPECT_EQ(errno, EBADF);
+    EXPECT_EQ(probe::ioctl(-1, 1, nullptr), -1);
+    EXPECT_EQ(errno, EBADF);
+}
+
+TEST_F(FileCalls, OthersReachTheServersDevicesToo) {
+    const int mine = open("/dev/mem", O_RDONLY);
+    EXPECT_EQ(lseek(mine, 0xF0000, SEEK_SET), 0xF0000);
+    EXPECT_EQ(read(mine, buffer.data(), 1), 1);
+    EXPECT_EQ(buffer[0], 0x11);
+}
+
+TEST_F(FileCalls, TheLogTellsEachAccess) {
+    probe::lseek(memory, 0xF0000, SEEK_SET);
+    probe::lseek(memory, 2, SEEK_CUR);
+    probe::read(memory, buffer.data(), 2);
+    probe::close(memory);
+    probe::open("/dev/ipmi", O_RDWR | O_NONBLOCK);
+    EXPECT_THAT(
+        server.log().lines(),
+        ElementsAre("open /dev/mem O_RDONLY -> ok", "lseek /dev/mem 0xF0000 -> 0xF0000",
+                    "lseek /dev/mem +2 -> 0xF0002", "read /dev/mem 0xF0002 2 -> 2",
+                    "close /dev/mem -> 0", "open /dev/ipmi O_RDWR|O_NONBLOCK -> -1 ENOENT"));
+}
+
+TEST_F(FileCalls, ARefusedDeviceFailsWithTheGivenError) {
+    server.refuse("/dev/mem");
+    EXPECT_EQ(probe::open("/dev/mem", O_RDONLY), -1);
+    EXPECT_EQ(errno, EACCES);
+    EXPECT_EQ(probe::read(memory, buffer.data(), 1), 1) << "what is open stays open";
+    EXPECT_THROW(server.refuse("/etc/passwd"), std::invalid_argument);
+}
+
+TEST(NoServer, CallsPassThrough) {
+    const int file = probe::open("/proc/self/status", O_RDONLY);
+    char text[5] = "";
+    EXPECT_EQ(probe::read(file, text, 4), 4);
+    EXPECT_STREQ(text, "Name");
+    EXPECT_EQ(probe::close(file), 0);
+}
+
+TEST(NoServer, ASecondServerIsRefused) {
+    sim::SimulatedServer first;
+    EXPECT_THROW(sim::SimulatedServer(), std::logic_error);
+    EXPECT_GE(probe::open("/dev/mem", O_RDONLY), 0) << "the first one goes on";
+}
+
+TEST(NoServer, AfterOneServerComesTheNext) {
+    { const sim::SimulatedServer first; }
+    sim::SimulatedServer second;
+    probe::open("/dev/mem", O_RDONLY);
+    EXPECT_EQ(second.log().count("open"), 1u);
+}
+
+}  // namespace

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+//
+// Programs on a simulated server, started by talvane-sim.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <array>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "MachineFolder.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+constexpr const char* kTable = "smbios version 2.3\nstructure 1 handle 1 length 8\n";
+
+struct Result {
+    int status;
+    std::string output;  // and errors
+};
+
+Result shell(const std::string& command) {
+    FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
+    if (pipe == nullptr) return {-1, "cannot start a shell"};
+    std::string output;
+    std::array<char, 256> part;
+    while (std::fgets(part.data(), part.size(), pipe) != nullptr) output += part.data();
+    return {WEXITSTATUS(pclose(pipe)), output};
+}
+
+Result launch(const std::string& arguments) {
+    return shell(TALVANE_SIM " " + arguments);
+}
+
+TEST(Launcher, AProgramSeesTheMachineAndItsChildrenDoNot) {
+    const MachineFolder folder(kTable);
+    const Result result = launch(folder.path.string() + " -- " VISITOR " --help you");
+    EXPECT_EQ(result.output, "anchor _SM_, port 0xFF, 2 arguments\n--help, a day later\n0\n");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(Launcher, TheProgramsExitStatusIsHandedOn) {
+    const MachineFolder folder("without /dev/mem EACCES");
+    const Result result = launch(folder.path.string() + " -- " VISITOR);
+    EXPECT_EQ(result.output, "open: Permission denied\n");
+    EXPECT_EQ(result.status, 1);
+}
+
+TEST(Launcher, TheLogTellsWhatTheProgramAsked) {
+    const MachineFolder folder(kTable);
+    const std::string log = (folder.path / "log").string();
+    EXPECT_EQ(launch(folder.path.string() + " --log " + log + " -- " VISITOR).status, 0);
+    std::ostringstream text;
+    text << std::ifstream(log).rdbuf();
+    EXPECT_EQ(text.str(),
+              "open /dev/mem O_RDONLY -> ok\n"
+              "lseek /dev/mem 0xF0010 -> 0xF0010\n"
+              "read /dev/mem 0xF0010 4 -> 4\n"
+              "close /dev/mem -> 0\n"
+              "iopl 3 -> 0\n"
+              "in 0xCA3 1 -> 0xFF\n"
+              "sleep 86400 -> 0\n");
+}
+
+TEST(Launcher, RelativeNamesAndThePathWork) {
+    const MachineFolder folder(kTable);
+    const Result result =
+        shell("cd " + folder.path.string() +
+              " && PATH=" VISITOR_FOLDER ":$PATH " TALVANE_SIM " . --log log -- visitor");
+    EXPECT_THAT(result.output, StartsWith("anchor _SM_"));
+    EXPECT_TRUE(std::filesystem::exists(folder.path / "log"));
+}
+
+TEST(Launcher, OtherPreloadedLibrariesStay) {
+    const MachineFolder folder(kTable);
+    const Result result = shell("LD_PRELOAD=" PROBE_LIBRARY " " TALVANE_SIM " " +
+                                folder.path.string() + " -- " VISITOR);
+    EXPECT_THAT(result.output, EndsWith("\n1\n")) << "one of the variables is left";
+}
+
+TEST(Launcher, ABadMachineIsReportedBeforeTheProgramStarts) {
+    const MachineFolder folder("# one\nmemroy 1M\n");
+    const Result result = launch(folder.path.string() + " -- " VISITOR);
+    EXPECT_EQ(result.output, "talvane-sim: " + folder.path.string() +
+                                 "/machine.txt:2: unknown statement \"memroy\"\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(Launcher, ProgramsThatCannotBeSimulatedAreRefused) {
+    const MachineFolder folder(kTable);
+    const std::string machine = folder.path.string();
+    folder.write("script", "#!/bin/sh\n");
+    std::filesystem::permissions(folder.path / "script", std::filesystem::perms::owner_all);
+
+    Result result = launch(machine + " -- " + machine + "/script");
+    EXPECT_EQ(result.output, "talvane-sim: " + machine + "/script: not a 32-bit x86 program\n");
+    EXPECT_EQ(result.status, 2);
+    result = launch(machine + " -- " STATIC_VISITOR);
+    EXPECT_EQ(result.output, "talvane-sim: " STATIC_VISITOR
+                             ": statically linked, so it cannot run on a simulated server\n");
+    EXPECT_EQ(result.status, 2);
+    result = launch(machine + " -- no-such-program");
+    EXPECT_EQ(result.output, "talvane-sim: no-such-program: No such file or directory\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(Launcher, AnUnwritableLogIsReported) {
+    const MachineFolder folder(kTable);
+    const Result result = launch(folder.path.string() + " --log /nowhere/log -- " VISITOR);
+    EXPECT_EQ(result.output, "talvane-sim: /nowhere/log: No such file or directory\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(Launcher, UsageErrorsExitWithTwo) {
+    EXPECT_EQ(launch("").status, 2);
+    EXPECT_THAT(launch("machine").output, HasSubstr("-- PROGRAM is required"));
+    EXPECT_EQ(launch("machine").status, 2);
+    EXPECT_EQ(launch("machine --").status, 2);
+    EXPECT_EQ(launch("machine " VISITOR).status, 2);
+    EXPECT_EQ(launch("--help").status, 0);
+}
+
+TEST(Preload, WithoutAMachineNothingIsSimulated) {
+    const Result result = shell("LD_PRELOAD=" PRELOAD_LIBRARY " " VISITOR_FOLDER "/emptiness");
+    EXPECT_EQ(result.output, "no machine path was touched\n");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(Preload, AMachineThatCannotBeUsedEndsTheProgram) {
+    const Result result = shell("TALVANE_MACHINE=/nowhere LD_PRELOAD=" PRELOAD_LIBRARY " " VISITOR);
+    EXPECT_EQ(result.output, "simulated server: /nowhere/machine.txt: No such file or directory\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+}  // namespace
