@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "Capture.h"
+#include "TestName.h"
 
 namespace captures {
 namespace {
@@ -19,16 +20,12 @@ TEST_P(CapturedMachine, AnswersWhatDmidecodePrints) {
     for (const std::string& difference : result.unexplained) ADD_FAILURE() << difference;
 }
 
-// gtest takes letters, digits and underscores only.
-std::string TestName(const testing::TestParamInfo<Capture>& info) {
-    std::string name = info.param.name;
-    for (char& c : name)
-        if (c == '-' || c == '.') c = '_';
-    return name;
+std::string NameOf(const testing::TestParamInfo<Capture>& capture) {
+    return TestName(capture.param.name);
 }
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CapturedMachine);
-INSTANTIATE_TEST_SUITE_P(Smbios, CapturedMachine, testing::ValuesIn(AllCaptures()), TestName);
+INSTANTIATE_TEST_SUITE_P(Smbios, CapturedMachine, testing::ValuesIn(AllCaptures()), NameOf);
 
 TEST(CapturedMachines, UseEveryRule) {
     const std::vector<Capture> all = AllCaptures();

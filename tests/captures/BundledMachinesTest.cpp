@@ -1,0 +1,81 @@
+// SPDX-License-Identifier: MIT
+//
+// The bundled machines: that each can be loaded, and what it is there to show.
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+#include "Answers.h"
+#include "simulator/SimulatedServer.h"
+
+namespace captures {
+namespace {
+
+Answers AnswersOf(const char* machine) {
+    const sim::SimulatedServer server(std::filesystem::path(TALVANE_MACHINES) / machine);
+    return AskEverything();
+}
+
+TEST(BundledMachines, FullServerHasSomethingToSayToEveryCommand) {
+    Answers answers = AnswersOf("full-server");
+    EXPECT_EQ(answers["board.ProductName"], "KB-27 Mainboard");
+    EXPECT_EQ(answers["board.RomVersion"], "NL7500-A12");
+    EXPECT_EQ(answers["system.SysProductName"], "Ketch 2700 R");
+    EXPECT_EQ(answers["processors.quantity"], "2");
+    EXPECT_EQ(answers["cpu[1].cache[3].InstalledSize"], "1024 KB");
+    EXPECT_EQ(answers["memory.TotalSize"], "2048");
+    EXPECT_EQ(answers["bank[4].SlotNumber"], "4");
+    EXPECT_EQ(answers["bank[4].manufacturer"], "Fell & Daughters");
+    EXPECT_EQ(answers["ports.quantity"], "10");
+    EXPECT_EQ(answers["power.TotalNumber"], "3");
+    EXPECT_EQ(answers["power.RedundantNumber"], "2");
+    EXPECT_EQ(answers["ups.TotalNumber"], "1");
+    EXPECT_EQ(answers["fans.quantity"], "5");
+    EXPECT_EQ(answers["voltages.quantity"], "3");
+    EXPECT_EQ(answers["temperatures.quantity"], "2");
+}
+
+TEST(BundledMachines, LegacyDmiIsReadWithoutCountingAsSmbios) {
+    Answers answers = AnswersOf("legacy-dmi");
+    EXPECT_EQ(answers["IsSmBiosSupport"], "0");
+    EXPECT_EQ(answers["system.SysProductName"], "Dinghy 133");
+    EXPECT_EQ(answers["bank[2].size"], "32 MB");
+    EXPECT_EQ(answers["cpu[1].cache[3].MaxSize"], "");
+}
+
+TEST(BundledMachines, NoSmbiosAnswersMinusOne) {
+    Answers answers = AnswersOf("no-smbios");
+    EXPECT_EQ(answers["IsSmBiosSupport"], "0");
+    for (const char* command : kCommandNames)
+        EXPECT_EQ(answers[std::string(command) + ".result"], "-1") << command;
+}
+
+TEST(BundledMachines, QemuSmallIsReadOutOfTheSegment) {
+    Answers answers = AnswersOf("qemu-small");
+    EXPECT_EQ(answers["board.RomVendor"], "SeaBIOS");
+    EXPECT_EQ(answers["processors.quantity"], "1");
+}
+
+TEST(BundledMachines, QemuFourSocketsIsReadOutOfItsDump) {
+    Answers answers = AnswersOf("qemu-4-sockets");
+    EXPECT_EQ(answers["system.SysProductName"], "Quad 800");
+    EXPECT_EQ(answers["processors.quantity"], "4");
+    EXPECT_EQ(answers["bank[1].manufacturer"], "Harrow Memory");
+}
+
+TEST(BundledMachines, QemuHighTableIsFoundAndOutOfReach) {
+    Answers answers = AnswersOf("qemu-high-table");
+    EXPECT_EQ(answers["IsSmBiosSupport"], "1");
+    for (const char* command : kCommandNames)
+        EXPECT_EQ(answers[std::string(command) + ".result"], "-1") << command;
+}
+
+TEST(BundledMachines, QemuLegacyHasTheFirmwaresOwnTable) {
+    Answers answers = AnswersOf("qemu-legacy");
+    EXPECT_EQ(answers["board.RomVendor"], "Old Harrow BIOS");
+    EXPECT_EQ(answers["cpu[1].manufacturer"], "Bochs");
+}
+
+}  // namespace
+}  // namespace captures
