@@ -1,0 +1,67 @@
+// SPDX-License-Identifier: MIT
+//
+// The command codes of GetInfo: matched exactly, and what each answers without a table.
+#include "support/InterfaceTest.h"
+
+namespace {
+
+constexpr unsigned long kTableCommands[] = {0x10000,   0x20000,   0x40000,   0x80000,   0x800000,
+                                            0x1000000, 0x2000000, 0x4000000, 0x8000000, 0x10000000};
+
+class Command : public InterfaceTest {};
+
+TEST_F(Command, TwoBitsOrNoneWriteNothingAndReturnZero) {
+    table.add(4, 1, 35);
+    Place();
+    ExpectRecord(0x30000, RecordImage(8192), RecordImage(8192));
+    ExpectRecord(0, RecordImage(8192), RecordImage(8192));
+}
+
+TEST_F(Command, EveryOtherCodeWritesNothingReturnsZeroAndTouchesNothing) {
+    table.add(4, 1, 35);
+    Place();
+    const auto expectNothing = [](unsigned long code) {
+        ExpectRecord(code, RecordImage(8192), RecordImage(8192));
+    };
+    for (int bit = 0; bit < 32; ++bit)
+        if (bit < 16 || bit > 28) expectNothing(1UL << bit);
+    for (const unsigned long command : kTableCommands) {
+        expectNothing(command | 1);
+        expectNothing(command + 0x8000);
+        expectNothing(command | 0x80000000UL);
+    }
+    expectNothing(0xFFFFFFFFUL);
+    expectNothing(0x1FFF0000UL);
+    EXPECT_TRUE(server.log().accesses().empty());
+}
+
+TEST_F(Command, WithoutASmbiosTableEveryTableCommandReturnsMinusOneAndWritesNothing) {
+    for (const unsigned long command : kTableCommands) {
+        RecordImage record(8192);
+        EXPECT_EQ(Get(command, record), -1) << command;
+        EXPECT_TRUE(SameBytes(RecordImage(8192), record)) << command;
+    }
+    EXPECT_EQ(server.log().count("open"), 1u);
+}
+
+TEST_F(Command, PciReportRunsWithoutASmbiosTable) {
+    DeviceInformation record{};
+    EXPECT_EQ(GetInfo(0x100000, &record), 0);
+    EXPECT_EQ(record.quantity, 0);
+    EXPECT_EQ(server.log().count("open"), 0u);
+}
+
+TEST_F(Command, EveryTableCommandMakesTheReaderItself) {
+    table.add(4, 1, 35);
+    Place();
+    for (const unsigned long command : kTableCommands) {
+        release();
+        server.log().clear();
+        RecordImage record(8192);
+        EXPECT_EQ(Get(command, record), 0) << command;
+        EXPECT_EQ(server.log().count("open"), 1u) << command;
+        EXPECT_EQ(server.log().accesses().size(), 6u) << command;
+    }
+}
+
+}  // namespace

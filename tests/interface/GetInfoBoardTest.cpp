@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+//
+// GetInfo for the board and BIOS record (0x10000) and the system record (0x10000000).
+#include "support/InterfaceTest.h"
+
+namespace {
+
+constexpr unsigned long kBoard = 0x10000;
+constexpr unsigned long kSystem = 0x10000000;
+constexpr std::size_t kBoardSize = 208;
+constexpr std::size_t kSystemSize = 80;
+
+class GetInfoBoard : public InterfaceTest {
+protected:
+    void AddBios(const std::string& text) {
+        table.add(0, 0, 20).string(4, "V" + text).string(5, "R" + text).string(8, "D" + text);
+    }
+    void AddSystem(const std::string& text) {
+        table.add(1, 1, 8).string(4, "M" + text).string(5, "P" + text).string(6, "V" + text);
+    }
+    void AddBoard(const std::string& text) {
+        table.add(2, 2, 9)
+            .string(4, "M" + text)
+            .string(5, "P" + text)
+            .string(6, "unused version")
+            .string(7, "S" + text)
+            .string(8, "unused tag");
+    }
+};
+
+TEST_F(GetInfoBoard, SixTextsAreFilledAndTheRestIsLeftAlone) {
+    AddBios("endor");
+    AddBoard("board");
+    Place();
+    ExpectRecord(kBoard, RecordImage(kBoardSize),
+                 RecordImage(kBoardSize)
+                     .copied(0, "Pboard")      // ProductName
+                     .copied(32, "Rendor")     // RomVersion
+                     .copied(64, "Dendor")     // RomReleaseDate
+                     .copied(80, "Vendor")     // RomVendor
+                     .copied(112, "Sboard")    // SerialNo
+                     .copied(160, "Mboard"));  // Manufacturer; no AssetTag, no RevisionLevel
+}
+
+TEST_F(GetInfoBoard, LongTextsAreCutToTheirFields) {
+    const std::string text = "0123456789abcdefghijklmnopqrstuvwxyz";
+    AddBios(text);
+    AddBoard(text);
+    Place();
+    ExpectRecord(kBoard, RecordImage(kBoardSize),
+                 RecordImage(kBoardSize)
+                     .copied(0, ("P" + text).substr(0, 31))
+                     .copied(32, ("R" + text).substr(0, 31))
+                     .copied(64, ("D" + text).substr(0, 15))
+                     .copied(80, ("V" + text).substr(0, 31))
+                     .copied(112, ("S" + text).substr(0, 15))
+                     .copied(160, ("M" + text).substr(0, 31)));
+}
+
+TEST_F(GetInfoBoard, ZeroFilledRecordHoldsTerminatedTexts) {
+    AddBios("endor");
+    AddBoard("0123456789abcdefghijklmnopqrstuvwxyz");
+    Place();
+    BaseBoardInformation record{};
+    EXPECT_EQ(GetInfo(kBoard, &record), 0);
+    EXPECT_STREQ(record.ProductName, "P0123456789abcdefghijklmnopqrst");
+    EXPECT_STREQ(record.RomVersion, "Rendor");
+    EXPECT_STREQ(record.RomReleaseDate, "Dendor");
+    EXPECT_STREQ(record.RomVendor, "Vendor");
+    EXPECT_STREQ(record.SerialNo, "S0123456789abcd");
+    EXPECT_STREQ(record.AssetTag, "");
+    EXPECT_STREQ(record.Manufacturer, "M0123456789abcdefghijklmnopqrst");
+    EXPECT_STREQ(record.RevisionLevel, "");
+}
+
+TEST_F(GetInfoBoard, MissingBoardLeavesItsFieldsAlone) {
+    AddBios("endor");
+    Place();
+    ExpectRecord(
+        kBoard, RecordImage(kBoardSize),
+        RecordImage(kBoardSize).copied(32, "Rendor").copied(64, "Dendor").copied(80, "Vendor"));
+}
+
+TEST_F(GetInfoBoard, SystemTextsAreFilled) {
+    AddSystem("system");
+    Place();
+    ExpectRecord(kSystem, RecordImage(kSystemSize),
+                 RecordImage(kSystemSize)
+                     .copied(0, "Psystem")     // SysProductName
+                     .copied(32, "Msystem")    // manufacturer
+                     .copied(64, "Vsystem"));  // version
+}
+
+TEST_F(GetInfoBoard, LongSystemTextsAreCutToTheirFields) {
+    const std::string text = "0123456789abcdefghijklmnopqrstuvwxyz";
+    AddSystem(text);
+    Place();
+    ExpectRecord(kSystem, RecordImage(kSystemSize),
+                 RecordImage(kSystemSize)
+                     .copied(0, ("P" + text).substr(0, 31))
+                     .copied(32, ("M" + text).substr(0, 31))
+                     .copied(64, ("V" + text).substr(0, 15)));
+}
+
+TEST_F(GetInfoBoard, MissingSystemStructureIsASuccessThatWritesNothing) {
+    table.add(3, 1, 13);
+    Place();
+    ExpectRecord(kSystem, RecordImage(kSystemSize), RecordImage(kSystemSize));
+}
+
+TEST_F(GetInfoBoard, LegacyDmiTableIsAnsweredFromToo) {
+    AddBios("endor");
+    AddSystem("system");
+    sim::SmbiosPlacement placement;
+    placement.anchor = sim::SmbiosPlacement::Anchor::dmi;
+    Place(placement);
+    ExpectRecord(
+        kBoard, RecordImage(kBoardSize),
+        RecordImage(kBoardSize).copied(32, "Rendor").copied(64, "Dendor").copied(80, "Vendor"));
+}
+
+}  // namespace

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+//
+// GetInfo for the processors (0x20000) and their caches.
+#include "support/InterfaceTest.h"
+
+namespace {
+
+constexpr unsigned long kProcessors = 0x20000;
+constexpr std::size_t kRecordSize = 3396;
+constexpr std::size_t kElementSize = 424;
+
+constexpr std::size_t RecordOf(std::size_t processors) {
+    return 4 + kElementSize * processors;
+}
+
+// Offsets within one element.
+constexpr std::size_t kFamily = 0;
+constexpr std::size_t kMaxSpeed = 64;
+constexpr std::size_t kCurrentSpeed = 80;
+constexpr std::size_t kExternalClock = 96;
+constexpr std::size_t kManufacturer = 112;
+constexpr std::size_t kCaches = 176;
+constexpr std::size_t kIsUht = 416;
+constexpr std::size_t kIsDisabled = 420;
+
+class GetInfoProcessors : public InterfaceTest {
+protected:
+    sim::SmbiosStructure& AddProcessor(int status = 0x41) {
+        return table.add(4, handle++, 35)
+            .byte(24, static_cast<std::uint8_t>(status))
+            .word(26, 0xFFFF)
+            .word(28, 0xFFFF)
+            .word(30, 0xFFFF);
+    }
+
+    static std::size_t Element(std::size_t i) { return 4 + kElementSize * i; }
+
+    // What a processor that says nothing but its status leaves, without caches.
+    static void Plain(RecordImage& record, std::size_t i) {
+        record.text(Element(i) + kMaxSpeed, "Unknown")
+            .text(Element(i) + kCurrentSpeed, "Unknown")
+            .text(Element(i) + kExternalClock, "0 MHZ")
+            .text(Element(i) + kFamily, "Unknown");
+    }
+
+    static void AbsentCaches(RecordImage& record, std::size_t i, const std::string& text) {
+        for (std::size_t level = 0; level < 3; ++level) {
+            const std::size_t cache = Element(i) + kCaches + 80 * level;
+            record.copied(cache + 48, text);
+            record.text(cache + 16, text);
+            record.text(cache, text);
+            record.text(cache + 32, text);
+        }
+    }
+
+    std::uint16_t handle = 0x400;
+};
+
+TEST_F(GetInfoProcessors, EveryFieldOfAProcessorIsFilled) {
+    table.add(7, 0x701, 19).string(4, "L1").word(7, 32).word(9, 16).byte(15, 2);
+    table.add(7, 0x702, 19).string(4, "L2").word(7, 0x8010).word(9, 512).byte(15, 5);
+    table.add(7, 0x703, 19).word(7, 1).word(9, 0).byte(15, 0);
+    AddProcessor()
+        .byte(6, 178)
+        .string(7, "Maker")
+        .string(16, "unused version")
+        .string(32, "unused serial")
+        .word(18, 133)
+        .word(20, 3600)
+        .word(22, 2800)
+        .word(26, 0x701)
+        .word(28, 0x702)
+        .word(30, 0x703);
+    Place();
+    RecordImage expected(kRecordSize);
+    expected.number(0, 1)
+        .text(4 + kFamily, "Pentium 4 Processor")
+        .text(4 + kMaxSpeed, "3600 MHZ")
+        .text(4 + kCurrentSpeed, "2800 MHZ")
+        .text(4 + kExternalClock, "133 MHZ")
+        .copied(4 + kManufacturer, "Maker");
+    const std::size_t l1 = 4 + kCaches;
+    expected.text(l1, "32 KB").text(l1 + 16, "16 KB").text(l1 + 32, "2ns").copied(l1 + 48, "L1");
+    const std::size_t l2 = l1 + 80;
+    expected.text(l2, "1024 KB").text(l2 + 16, "512 KB").text(l2 + 32, "5ns").copied(l2 + 48, "L2");
+    const std::size_t l3 = l2 + 80;
+    expected.text(l3, "1 KB").text(l3 + 16, "0 KB").text(l3 + 32, "Unknown");
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+}
+
+TEST_F(GetInfoProcessors, LowStatusBitsDecideTheTwoFlags) {
+    for (int status = 0; status < 256; ++status) {
+        table = sim::SmbiosTable();
+        AddProcessor(status);
+        PlaceVersion(1, 0);
+        release();
+        RecordImage expected(kRecordSize);
+        expected.number(0, 1);
+        Plain(expected, 0);
+        const int low = status & 7;
+        if (low == 2 || low == 3) expected.number(4 + kIsDisabled, 1);
+        if (low == 0) expected.number(4 + kIsUht, 1);
+        ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    }
+}
+
+TEST_F(GetInfoProcessors, EveryProcessorCountsWhateverItsStatus) {
+    AddProcessor(0x00);
+    AddProcessor(0x44);
+    PlaceVersion(1, 0);
+    RecordImage expected(kRecordSize);
+    expected.number(0, 2).number(Element(0) + kIsUht, 1);
+    Plain(expected, 0);
+    Plain(expected, 1);
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+}
+
+TEST_F(GetInfoProcessors, LongestFamilyNameRunsIntoTheStepping) {
+    AddProcessor().byte(6, 177);
+    PlaceVersion(1, 0);
+    RecordImage expected(kRecordSize);
+    expected.number(0, 1);
+    Plain(expected, 0);
+    expected.text(4 + kFamily, "Pentium III Processor with Intel SpeedStep Technology");
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    ProcessorInformation record{};
+    EXPECT_EQ(GetInfo(kProcessors, &record), 0);
+    EXPECT_STREQ(record.cpu[0].stepping, "ology");
+    EXPECT_STREQ(record.cpu[0].MaxSpeed, "Unknown");
+}
+
+TEST_F(GetInfoProcessors, LongManufacturerIsCutToItsField) {
+    AddProcessor().string(7, std::string(60, 'm'));
+    PlaceVersion(1, 0);
+    RecordImage expected(kRecordSize);
+    expected.number(0, 1);
+    Plain(expected, 0);
+    expected.copied(4 + kManufacturer, std::string(47, 'm'));
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+}
+
+TEST_F(GetInfoProcessors, AbsentCachesUnder22AreNone) {
+    AddProcessor();
+    PlaceVersion(2, 2);
+    RecordImage expected(kRecordSize);
+    expected.number(0, 1);
+    Plain(expected, 0);
+    AbsentCaches(expected, 0, "None");
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+}
+
+TEST_F(GetInfoProcessors, AbsentCachesUnder23RunFromFieldToField) {
+    AddProcessor();
+    PlaceVersion(2, 3);
+    RecordImage expected(kRecordSize);
+    expected.number(0, 1);
+    Plain(expected, 0);
+    AbsentCaches(expected, 0, "Bios Not Provide");
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+
+    // Sixteen characters fill a field; the terminator empties the text behind it.
+    ProcessorInformation record{};
+    EXPECT_EQ(GetInfo(kProcessors, &record), 0);
+    for (const CACHE& cache : record.cpu[0].cache) {
+        EXPECT_EQ(std::string(cache.MaxSize, 16), "Bios Not Provide");
+        EXPECT_STREQ(cache.InstalledSize, "");
+        EXPECT_EQ(std::string(cache.speed, 16), "Bios Not Provide");
+        EXPECT_STREQ(cache.designation, "");
+    }
+    EXPECT_EQ(record.cpu[0].IsUHT, 0);
+}
+
+TEST_F(GetInfoProcessors, CachesThatDoNotExistAreLeftAlone) {
+    AddProcessor().word(26, 0x701).word(28, 0x702).word(30, 0);
+    PlaceVersion(2, 3);
+    RecordImage expected(kRecordSize);
+    expected.number(0, 1);
+    Plain(expected, 0);
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+}
+
+TEST_F(GetInfoProcessors, WithoutProcessorsOnlyTheQuantityIsWritten) {
+    table.add(0, 0, 20);
+    Place();
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), RecordImage(kRecordSize).number(0, 0));
+}
+
+TEST_F(GetInfoProcessors, SixteenProcessorsAreWrittenPastTheRecordsEight) {
+    for (int i = 0; i < 20; ++i) AddProcessor().word(18, static_cast<std::uint16_t>(i));
+    PlaceVersion(1, 0);
+    RecordImage expected(RecordOf(16));
+    expected.number(0, 16);
+    for (std::size_t i = 0; i < 16; ++i) {
+        Plain(expected, i);
+        expected.text(Element(i) + kExternalClock, std::to_string(i) + " MHZ");
+    }
+    ExpectRecord(kProcessors, RecordImage(RecordOf(16)), expected);
+}
+
+}  // namespace

@@ -1,0 +1,113 @@
+// SPDX-License-Identifier: MIT
+//
+// Nested calls of GetInfo: refused while one is in progress, served again afterwards.
+#include <new>
+
+#include "support/InterfaceTest.h"
+
+namespace {
+
+constexpr unsigned long kSystem = 0x10000000;
+
+// What a call from inside a simulated call answered. The server's hook takes no argument.
+int nested = 0;
+RecordImage nestedRecord(64);
+
+void AskAgain() {
+    nested = GetInfo(kSystem, nestedRecord.data());
+}
+void AskForNothing() {
+    nested = GetInfo(0, nestedRecord.data());
+}
+void AskForPorts() {
+    nested = GetInfo(0x80000, nestedRecord.data());
+}
+
+class Guard : public InterfaceTest {
+protected:
+    Guard() {
+        nested = -99;
+        nestedRecord = RecordImage(4096);
+        table.add(0, 0, 20);
+        table.add(1, 1, 8).string(4, "Maker");
+    }
+
+    void ExpectServed() {
+        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).copied(32, "Maker"));
+    }
+};
+
+TEST_F(Guard, SecondGetInfoWhileOneIsInProgressReturnsOneAndLaterItWorksAgain) {
+    Place();
+    server.during("read", AskAgain);
+    ExpectServed();
+    EXPECT_EQ(nested, 1);
+    EXPECT_TRUE(SameBytes(RecordImage(4096), nestedRecord));
+    ExpectServed();
+}
+
+TEST_F(Guard, NestedCallIsRefusedInsideEveryAccess) {
+    Place();
+    for (const char* call : {"open", "lseek", "read", "close"}) {
+        release();
+        nested = -99;
+        server.during(call, AskAgain);
+        ExpectServed();
+        EXPECT_EQ(nested, 1) << call;
+    }
+}
+
+TEST_F(Guard, EveryCommandIsRefused) {
+    Place();
+    for (void (*const action)() : {AskForNothing, AskForPorts}) {
+        release();
+        nested = -99;
+        server.during("read", action);
+        ExpectServed();
+        EXPECT_EQ(nested, 1);
+    }
+    EXPECT_TRUE(SameBytes(RecordImage(4096), nestedRecord));
+}
+
+TEST_F(Guard, NestedCallMakesNoReaderOfItsOwn) {
+    Place();
+    server.during("read", AskAgain);
+    ExpectServed();
+    EXPECT_EQ(server.log().count("open"), 1u);
+}
+
+TEST_F(Guard, RefusedReaderFreesTheGuard) {
+    server.refuse("/dev/mem");
+    testing::internal::CaptureStderr();
+    RecordImage record(80);
+    EXPECT_EQ(Get(kSystem, record), -1);
+    testing::internal::GetCapturedStderr();
+    EXPECT_EQ(Get(kSystem, record), -1);
+    EXPECT_EQ(Get(0, record), 0);
+}
+
+TEST_F(Guard, UnknownCommandFreesTheGuard) {
+    Place();
+    RecordImage record(80);
+    EXPECT_EQ(Get(0x30000, record), 0);
+    ExpectServed();
+}
+
+TEST_F(Guard, FailedMemorySummaryFreesTheGuard) {
+    Place();
+    RecordImage record(1992);
+    EXPECT_EQ(Get(0x40000, record), 0);
+    ExpectServed();
+}
+
+TEST_F(Guard, ExceptionPassesToTheCallerAndFreesTheGuard) {
+    Place();
+    RecordImage record(80);
+    server.failAllocation(1);  // the reader itself
+    EXPECT_THROW(Get(kSystem, record), std::bad_alloc);
+    EXPECT_TRUE(SameBytes(RecordImage(80), record));
+    EXPECT_TRUE(server.log().accesses().empty());
+    ExpectServed();
+}
+
+}  // namespace
