@@ -32,7 +32,7 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
     app.set_version_flag("--version", "talvane " TALVANE_VERSION);
     app.footer(
         "Reading the machine takes root.\n"
-        "Exit status: 0 all read, 1 a source could not be read, 2 usage error.");
+        "Exit status: 0 all read, 1 a source could not be read, 2 usage or output error.");
     AddOptions(app, options);
     AddCommand(app, options, kReport, "Everything below");
     for (const Command& command : Commands()) AddCommand(app, options, command.name, command.help);
@@ -47,7 +47,7 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
         app.parse(argc, argv);
         if (options.command.empty()) throw CLI::RequiredError("A command");
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kAllRead : kUsageError;
+        return app.exit(error) == 0 ? kAllRead : kFailure;
     }
     return options;
 }

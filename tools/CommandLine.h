@@ -14,7 +14,7 @@ namespace tool {
 
 inline constexpr int kAllRead = 0;
 inline constexpr int kSourceMissing = 1;
-inline constexpr int kUsageError = 2;
+inline constexpr int kFailure = 2;  // usage error, unusable machine, output lost
 
 inline constexpr const char* kReport = "report";  // the command that runs all others
 

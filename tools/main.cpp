@@ -4,6 +4,7 @@
 
 #include <filesystem>
 #include <iostream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -34,6 +35,7 @@ int RunHere(const tool::Options& options) {
             if (options.command == command.name)
                 allRead = tool::Report({&command, 1}, options.format, std::cout, std::cerr);
     }
+    if (!std::cout.flush()) throw std::runtime_error("cannot write to standard output");
     return allRead ? tool::kAllRead : tool::kSourceMissing;
 }
 
@@ -48,6 +50,6 @@ int main(int argc, char* argv[]) {
         return RunHere(options);
     } catch (const std::exception& error) {
         std::cerr << "talvane: " << error.what() << '\n';
-        return tool::kUsageError;
+        return tool::kFailure;
     }
 }

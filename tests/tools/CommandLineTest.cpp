@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+
+#include <cstdlib>
 
 #include "tools/RunTool.h"
 
@@ -111,6 +114,16 @@ TEST(CommandLine, NamesFileAndLineOfABadMachineDescription) {
     EXPECT_EQ(run.out, "");
     EXPECT_THAT(run.err, StartsWith("talvane: "));
     EXPECT_THAT(run.err, HasSubstr("machine.txt:2: "));
+}
+
+TEST(CommandLine, ReportsLostOutput) {
+    const MachineFolder machine(kPlainMachine);
+    const std::string errors = machine.path() / "errors";
+    const int status = std::system(
+        (TALVANE_TOOL " report --machine " + machine.path().string() + " >/dev/full 2>" + errors)
+            .c_str());
+    EXPECT_EQ(WEXITSTATUS(status), 2);
+    EXPECT_EQ(ReadFile(errors), "talvane: cannot write to standard output\n");
 }
 
 }  // namespace
