@@ -27,7 +27,8 @@ for preset in "$@"; do
         continue
     fi
     echo "== $preset: test"
-    ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error 2>&1 | tee "$logs/test"
+    ctest --preset "$preset" --parallel "$(nproc)" --no-tests=error 2>&1 |
+        tee "$logs/test" | grep -v '^ *Start '
 
     # ctest closes with "98% tests passed, 2 tests failed out of 100".
     counts=$(sed -n 's/.*% tests passed, \([0-9]*\) tests failed out of \([0-9]*\)$/\1 \2/p' \
