@@ -24,4 +24,13 @@ constexpr std::uint32_t Le32(ByteView bytes, std::size_t offset) {
     return Le16(bytes, offset) | (std::uint32_t{Le16(bytes, offset + 2)} << 16);
 }
 
+// The two bytes of a 16-bit value on its way out; what lies above them is dropped.
+constexpr unsigned char LowByte(int value) {
+    return static_cast<unsigned char>(value & 0xFF);
+}
+
+constexpr unsigned char HighByte(int value) {
+    return static_cast<unsigned char>((value >> 8) & 0xFF);
+}
+
 #endif

@@ -9,13 +9,18 @@
 // Sets the flag and clears it again on every way out, exceptions included.
 class ReentryGuard {
 public:
-    explicit ReentryGuard(int& inProgress) : flag(inProgress) { flag = 1; }
-    ~ReentryGuard() { flag = 0; }
+    explicit ReentryGuard(int& inProgress) : flag(&inProgress) { *flag = 1; }
+    ~ReentryGuard() {
+        if (flag != nullptr) *flag = 0;
+    }
     ReentryGuard(const ReentryGuard&) = delete;
     ReentryGuard& operator=(const ReentryGuard&) = delete;
 
+    // For the ways out that are meant to leave the flag set.
+    void LeaveSet() { flag = nullptr; }
+
 private:
-    int& flag;
+    int* flag;
 };
 
 #endif

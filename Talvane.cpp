@@ -5,16 +5,14 @@
 
 #include "Talvane.h"
 
+#include "CallResult.h"
 #include "GetPciInfo.h"
 #include "InventoryRecords.h"
+#include "IpmiState.h"
 #include "ReentryGuard.h"
 #include "SmBios/SmBios.h"
 
 namespace {
-
-constexpr int kSuccess = 0;
-constexpr int kFailure = -1;
-constexpr int kBusy = 1;
 
 SmBios* bios = nullptr;
 int NoEntersmBIOS = 0;
@@ -77,6 +75,7 @@ int IsSmBiosSupport(void) {
 int release(void) {
     delete bios;
     bios = nullptr;
+    ReleaseIpmi();
     return kSuccess;
 }
 

@@ -37,6 +37,16 @@
 #define TALVANE_TEMPERATURES 0x8000000UL  /* TemperatureInformation */
 #define TALVANE_SYSTEM       0x10000000UL /* SysInformation */
 
+/* The thresholds of a sensor, as SetThresholdInfo names them. */
+enum ThresholdFlag {
+    THRESHOLD_LOWER_WARNING = 0,
+    THRESHOLD_LOWER_CRITICAL = 1,
+    THRESHOLD_LOWER_NON_RECOVERABLE = 2,
+    THRESHOLD_UPPER_WARNING = 3,
+    THRESHOLD_UPPER_CRITICAL = 4,
+    THRESHOLD_UPPER_NON_RECOVERABLE = 5
+};
+
 #ifdef __cplusplus
 extern "C" {
 #endif
@@ -60,7 +70,55 @@ TALVANE_API int GetInfo(unsigned long command, void* buffer);
    whether or not its table could be read. */
 TALVANE_API int IsSmBiosSupport(void);
 
-/* Frees what the library keeps between calls; the next call reads the machine anew. Returns 0. */
+/* Non-zero when the machine has a baseboard management controller (BMC) behind /dev/ipmi. */
+TALVANE_API int IsIpmiSupport(void);
+
+/* Fills the record of TALVANE_FANS, TALVANE_VOLTAGES or TALVANE_TEMPERATURES from the BMC's
+   sensors. The first call reads the BMC's whole sensor repository. `quantity` is the count of all
+   sensors of the kind, of which the first 16 fans or 32 others are written. Texts are terminated; a
+   sensor that cannot be read reads "Unknown". The thresholds of every voltage and temperature are
+   those of the first one of its kind.
+
+   Returns 0, also for any other command, which writes nothing; -1 when there is no sensor of the
+   kind, or none can be read, or there is no BMC; 1 when busy. After the first call without a BMC
+   every later one is answered 1. */
+TALVANE_API int GetIpmiInfo(unsigned long command, void* buffer);
+
+/* Lists the thresholds of the first 64 records of the sensor repository in a record that is cleared
+   first. Returns 0, or -1 without a BMC or with a null pointer. Never busy. */
+TALVANE_API int GetAllThresholdInfo(SensorThresholdInformation* buffer);
+
+/* The same for the sensors of one entity (`deviceID`) and sensor type. Returns -1 in any case:
+   `quantity` tells what was found. */
+TALVANE_API int GetThresholdInfo(int deviceID, int sensorType, SensorThresholdInformation* buffer);
+
+/* Sets one threshold, a ThresholdFlag, of all sensors of one entity and sensor type, in the
+   sensors' unit. Thresholds that would be out of order are moved along; a threshold that a sensor
+   does not let be set is left out. Returns 0, also when no sensor matches, -1 on failure, 1 when
+   busy. */
+TALVANE_API int SetThresholdInfo(int deviceID, int sensorType, int thresholdFlag,
+                                 double thresholdValue);
+
+/* The BMC's watchdog timer, which is to be reset before it has counted down. Times are in
+   milliseconds, from 10000 to 999000, counted by the BMC in tenths of a second. Actions: 0 none,
+   1 hard reset, 2 power down, 3 power cycle.
+   Set: sets the timer and starts it. Reset: starts it over. Stop: stops it. Get: the settings and
+   what is left; a null pointer skips an answer. All return 0, -1 or 1.
+
+   A Set or Get that answers 1 leaves GetIpmiInfo busy until a later one of them is done. */
+TALVANE_API int SetWatchDogTimer(int timerAction, int timeOutValue);
+TALVANE_API int ResetWatchDogTimer(void);
+TALVANE_API int StopWatchDogTimer(void);
+TALVANE_API int GetWatchDogTimer(unsigned char* timerAcion, int* timeOutValue,
+                                 int* presentTimerOutValue);
+
+/* The revision of the BMC's firmware; the minor one from 0 to 99. Returns 0, -1 or 1. */
+TALVANE_API int GetBMCVersion(unsigned char* majorFirmwareRevision,
+                              unsigned char* minorFirmwareRevision);
+
+/* Frees what the library keeps between calls; the next call reads the machine anew. Kept: the
+   sensor repository is read once in a process, and the BMC is not found again: after a release no
+   sensor is known. Returns 0. */
 TALVANE_API int release(void);
 
 #ifdef __cplusplus

@@ -13,6 +13,16 @@ install(TARGETS Talvane EXPORT TalvaneTargets LIBRARY DESTINATION ${CMAKE_INSTAL
 install(FILES Talvane.h InformationRecords.h Export.h GetPciInfo.h
   DESTINATION ${talvane_include_dir})
 install(FILES
+  IPMI/EventCodeTable.h
+  IPMI/FRU.h
+  IPMI/IPMIbase.h
+  IPMI/IPMIsupport.h
+  IPMI/SDR.h
+  IPMI/Sensor.h
+  IPMI/SensorNames.h
+  IPMI/SensorRecords.h
+  DESTINATION ${talvane_include_dir}/IPMI)
+install(FILES
   PCI/PCIdevice.h
   PCI/PCIscan.h
   DESTINATION ${talvane_include_dir}/PCI)

@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+//
+// The decoders of the field encodings ("FRU Information Storage Definition", 13) and the getters of
+// the decoded texts.
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "IPMI/FRU.h"
+
+namespace {
+
+// English, in the two ways to say it (ibid., 15).
+constexpr unsigned char kEnglish = 25;
+constexpr unsigned char kEnglishByDefault = 0;
+
+}  // namespace
+
+int FRU::CopyBinaryByte(unsigned char* source, int sourceLength, char* destination,
+                        int destinationLength) {
+    if (source == nullptr || destination == nullptr) return -1;
+    const int length = std::max(std::min(sourceLength, destinationLength), 0);
+    std::memcpy(destination, source, static_cast<std::size_t>(length));
+    return 0;
+}
+
+// Kept: no digits are unpacked. A byte below 10 stands for itself, as do those from 0x0F on.
+int FRU::DecodeBCDPLUS(unsigned char* source, int sourceLength, char* destination,
+                       int destinationLength) {
+    if (source == nullptr || destination == nullptr) return -1;
+    const int length = std::min(sourceLength, destinationLength);
+    for (int i = 0; i < length; ++i) {
+        const bool isLetter = source[i] > 9 && source[i] < 0x0F;
+        destination[i] = isLetter ? '\0' : static_cast<char>(source[i]);
+    }
+    return 0;
+}
+
+// Kept: sources of three bytes or more, which all real texts have, decode to nothing; the second
+// character mixes the first byte in.
+int FRU::Decode6BitASC(unsigned char* source, int sourceLength, char* destination,
+                       int destinationLength) {
+    if (source == nullptr || destination == nullptr) return -1;
+    if (destinationLength < sourceLength / 3 * 4 + 1) return -1;
+    if (sourceLength > 2) return 0;
+
+    std::array<int, 3> group{};
+    for (int i = 0; i < sourceLength; ++i) group[static_cast<std::size_t>(i)] = source[i];
+    const auto [b0, b1, b2] = group;
+    constexpr int kFirstCharacter = 0x20;
+    const std::array<int, 4> text{b0 & 0x3F, ((b1 * 4) & 0x3C) | (b0 & 0x3F),
+                                  ((b2 * 16) & 0x30) | (b1 >> 4), b2 >> 2};
+    const int length = std::min(static_cast<int>(text.size()), destinationLength);
+    for (int i = 0; i < length; ++i)
+        destination[i] = static_cast<char>(text[static_cast<std::size_t>(i)] + kFirstCharacter);
+    return 0;
+}
+
+int FRU::DecodeASCLatin(unsigned char languageCode, unsigned char* source, int sourceLength,
+                        char* destination, int destinationLength) {
+    if (source == nullptr || destination == nullptr) return -1;
+    int length = std::max(std::min(sourceLength, destinationLength), 0);
+    if (languageCode != kEnglishByDefault && languageCode != kEnglish) length -= length % 2;
+    std::memcpy(destination, source, static_cast<std::size_t>(length));
+    return 0;
+}
+
+int FRU::DecodeByte(unsigned char languageCode, unsigned char typeCode, unsigned char* source,
+                    int sourceLength, char* destination, int destinationLength) {
+    switch (typeCode) {
+        case 0:
+            return CopyBinaryByte(source, sourceLength, destination, destinationLength);
+        case 1:
+            return DecodeBCDPLUS(source, sourceLength, destination, destinationLength);
+        case 2:
+            return Decode6BitASC(source, sourceLength, destination, destinationLength);
+        case 3:
+            return DecodeASCLatin(languageCode, source, sourceLength, destination,
+                                  destinationLength);
+        default:
+            return 0;
+    }
+}
+
+int FRU::CopyField(char (&text)[64], char* out) {
+    if (out == nullptr) return -1;
+    const char* const end = std::find(text, text + sizeof text, '\0');
+    return IpmiSrtringCopy(out, text, sizeof text, static_cast<int>(end - text)) == 0 ? 0 : -1;
+}
+
+int FRU::GetBoardManufacturer(char* out) {
+    return CopyField(BoardInfo.ManufacturerInfo.manufacturer, out);
+}
+
+int FRU::GetBoardProductName(char* out) {
+    return CopyField(BoardInfo.ProductNameInfo.productName, out);
+}
+
+int FRU::GetBoardSerialNumber(char* out) {
+    return CopyField(BoardInfo.SerialNumberInfo.serialNumber, out);
+}
+
+int FRU::GetBoardPartNumber(char* out) {
+    return CopyField(BoardInfo.PartNumberInfo.PartNumber, out);
+}
+
+int FRU::GetChassisPartNumber(char* out) {
+    return CopyField(ChassisInfo.PartNumberInfo.PartNumber, out);
+}
+
+int FRU::GetChassisSerialNumber(char* out) {
+    return CopyField(ChassisInfo.SerialNumberInfo.serialNumber, out);
+}
+
+int FRU::GetProductManufacturerName(char* out) {
+    return CopyField(ProductInfo.ManufacturerNameInfo.manufacturer, out);
+}
+
+int FRU::GetProductName(char* out) {
+    return CopyField(ProductInfo.ProductNameInfo.productName, out);
+}
+
+int FRU::GetProductPartName(char* out) {
+    return CopyField(ProductInfo.PartModuleInfo.PartNumber, out);
+}
+
+int FRU::GetProductSerialNumber(char* out) {
+    return CopyField(ProductInfo.SerialNumberInfo.serialNumber, out);
+}
+
+int FRU::GetProductVersion(char* out) {
+    return CopyField(ProductInfo.ProductVersionInfo.ProductVersion, out);
+}
+
+int FRU::GetProductAssetTag(char* out) {
+    return CopyField(ProductInfo.AssetTagInfo.AssetTag, out);
+}

@@ -1,0 +1,200 @@
+// SPDX-License-Identifier: MIT
+//
+// A machine's BMC: its sensors, its inventory, and the controller itself (watchdog, firmware
+// revision, channels, users, LAN). Sensor and FRU operations are those of Sensor.h and FRU.h, with
+// the same arguments and results.
+//
+// Rules of the operations declared here, unless one says otherwise: they return 0, or -1 when no
+// system interface has been found, an output pointer is null or the controller refuses the command;
+// outputs are written on success alone. Section numbers are those of IPMI 2.0.
+#ifndef TALVANE_IPMI_IPMISUPPORT_H
+#define TALVANE_IPMI_IPMISUPPORT_H
+
+#include "../Export.h"
+#include "FRU.h"
+#include "IPMIbase.h"
+#include "Sensor.h"
+
+struct ChannelInfo {
+    unsigned char channelNumber;
+    unsigned char channelProtocoltype;
+    unsigned char channelMediatype;
+};
+static_assert(sizeof(ChannelInfo) == 3, "bytes only");
+
+struct LANParameter {
+    unsigned char channelNumber;
+    unsigned char IPAddress[4];  // most significant byte first
+    unsigned char MACAddress[6];
+    unsigned char SubnetMask[4];
+};
+static_assert(sizeof(LANParameter) == 15, "bytes only");
+
+struct WatchdogTimerInfo {
+    unsigned char timerAction;
+    unsigned short countDown;
+};
+static_assert(sizeof(WatchdogTimerInfo) == 4, "one byte of padding");
+
+#if defined(__GNUC__)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wnon-virtual-dtor"  // see IPMIbase
+#endif
+
+class TALVANE_EXPORT IPMIsupport : public IPMIbase {
+public:
+    enum command {
+        Set_LAN_parameter = 1,
+        Get_SDR_RepositoryInfo = 32,
+        Get_SDR = 35,
+        Get_sensor_reading = 45,
+        Get_channel_auth_capability = 56,
+        Get_session_challenge = 57,
+        Activate_session = 58,
+        Set_session_priviledge_level = 59,
+        close_session = 60,
+        Get_session_info = 61,
+        Get_auth_code = 63,
+        Set_channel_access = 64,
+        Get_channel_access = 65,
+        Get_channel_info = 66,
+        Set_user_access = 67,
+        Get_user_access = 68,
+        Set_user_name = 69,
+        Get_user_name = 70,
+        Set_user_passwd = 71
+    };
+
+    enum NetFunCode {
+        CHASSIS_CMD = 0,
+        CHASSIS_REP = 1,
+        BRIDGE_CMD = 2,
+        BRIDGE_REP = 3,
+        SENSER_EVENT_CMD = 4,
+        SENSER_EVENT_REP = 5,
+        APP_CMD = 6,
+        APP_REP = 7,
+        FIRMWARE_CMD = 8,
+        FIRMWARE_REP = 9,
+        STORAGE_CMD = 10,
+        STORAGE_REP = 11,
+        TRASPORT_CMD = 12,
+        TRANPORT_REP = 13,
+        OEM_CMD = 48
+    };
+
+    enum LUNs { BMC_LUN = 0, OEM_LUN1 = 1, SMS_LUN = 2, OEM_LUN2 = 3 };
+    enum BusTypeCode { PUBLIC_BUS = 0 };
+
+    // Opens the IPMI device unless it is open.
+    IPMIsupport();
+    ~IPMIsupport();
+
+    // Reads the repository and fills the four sensor tables. Returns -1 at the first step that
+    // fails.
+    int GetSensorInfo();
+
+    // The sensors in a table, without any bound; 0 while there is no system interface.
+    int GetFanSensorsNum();
+    int GetVoltSensorsNum();
+    int GetTemSensorsNum();
+
+    // Puts `value` into the threshold `which` (0 lower non-critical, 1 lower critical, 2 lower
+    // non-recoverable, 3 upper non-critical, 4 upper critical, 5 upper non-recoverable) and moves
+    // the settable thresholds beyond it out of its way, to MinThreshold and MaxThreshold at most.
+    // Thresholds that are not settable, and a value for one of them, are left out. Always 0.
+    int SetThresholdOrder(SensorThresholdInfoRaw& raw, int which, unsigned char value);
+
+    // Watchdog timer (27.5 to 27.7). Setting it stops a running countdown, resetting starts it.
+    // Times are in milliseconds and counted in tenths of a second; only 10000 to 999000 are
+    // accepted. Of the action (0 none, 1 hard reset, 2 power down, 3 power cycle) the low three
+    // bits count.
+    int SetWatchDogTimer(unsigned char timerAction, int timeOutValue);
+    int GetWatchDogTimer(int& timerAcion, int& timeOutValue, int& presentTimeOutValue);
+    int ResetWatchDogTimer();
+
+    // Channels (22.24). The LAN channel is looked for from 1 to 7; where none is a LAN channel,
+    // the answer is 0 and `pCI` describes channel 7: check its medium.
+    int GetChannelInfo(unsigned char channelNum, ChannelInfo* pCI);
+    int GetLANChannelInfo(ChannelInfo* pCI);
+
+    // Kept: only for a user without a password, that is, with `passward` null; any other call
+    // answers -1. Names are cut to 16 characters.
+    int SetUserInfo(unsigned char userID, const char* userName, const char* passward);
+
+    // Address, mask and the fixed settings of a LAN channel (23.1), between "set in progress" and
+    // "commit". A refused step ends it where it is.
+    int SetLANParameter(LANParameter lp);
+
+    // Of Sensor.
+    int GetDeviceID(unsigned char* majorFirmwareRevision, unsigned char* minorFirmwareRevision);
+    int GetSDRRepositoryInfo(int& recordCount, int& sdrVersion);
+    int GetSensorNumbers(int n);
+    int GetSensorNumberInfo(unsigned char entityID, unsigned char sensorType, int n,
+                            SensorNumberInfo& info);
+    int GetSensorFormulaParameter(unsigned char index, SensorFormulaParameter& out);
+    int GetThreshold(int index, SensorThresholdInfoRaw& raw,
+                     SensorThresholdInfoConverted& converted);
+    int GetValueConversion(SensorFormulaParameter p, unsigned char& raw, double value);
+    int SetSensorThreshold(unsigned char sensorNumber, SensorThresholdInfoRaw raw);
+    int GetFanEntityID(int i, unsigned char& entityID);
+    int GetVoltageEntityID(int i, unsigned char& entityID);
+    int GetTemperatureEntityID(int i, unsigned char& entityID);
+    int GetFanSensorNumber(int i, unsigned char& number);
+    int GetVoltageSensorNumber(int i, unsigned char& number);
+    int GetTemperatureSensorNumber(int i, unsigned char& number);
+    int GetFanSensorType(int i, unsigned char& type);
+    int GetVoltageSensorType(int i, unsigned char& type);
+    int GetTemperatureSensorType(int i, unsigned char& type);
+    int GetFanIDString(int i, char* out);
+    int GetVoltageIDString(int i, char* out);
+    int GetTemperatureIDString(int i, char* out);
+    int GetVoltageMax(int i, char* out);
+    int GetVoltageMin(int i, char* out);
+    int GetFanSensorThreshold(int i, SensorThresholdInfoRaw& raw,
+                              SensorThresholdInfoConverted& converted);
+    int GetVoltageSensorThreshold(int i, SensorThresholdInfoRaw& raw,
+                                  SensorThresholdInfoConverted& converted);
+    int GetTemperatureSensorThreshold(int i, SensorThresholdInfoRaw& raw,
+                                      SensorThresholdInfoConverted& converted);
+    int GetFanSpeed(int i, char* out);
+    int GetVoltageCurrent(int i, char* out);
+    int GetTemperatureCurrent(int i, char* out);
+    int GetFanStatus(int i, char& status);
+    int GetFanStatusDescription(int i, char* out);
+    int GetVoltageStatusDescription(int i, char* out);
+    int GetTemperatureStatusDescription(int i, char* out);
+
+    // Of FRU.
+    int GetFRUInfo();
+    int GetBoardManufacturer(char* out);
+    int GetBoardProductName(char* out);
+    int GetBoardSerialNumber(char* out);
+    int GetBoardPartNumber(char* out);
+    int GetChassisPartNumber(char* out);
+    int GetChassisSerialNumber(char* out);
+    int GetProductManufacturerName(char* out);
+    int GetProductName(char* out);
+    int GetProductPartName(char* out);
+    int GetProductSerialNumber(char* out);
+    int GetProductVersion(char* out);
+    int GetProductAssetTag(char* out);
+
+private:
+    IPMIsupport(const IPMIsupport&);             // not copyable
+    IPMIsupport& operator=(const IPMIsupport&);  // not assignable
+
+    // The operations' own helpers, not exported.
+    TALVANE_LOCAL int Request(int netFn, int code, std::initializer_list<unsigned char> data);
+
+    Sensor sensor;
+    FRU fru;
+};
+static_assert(sizeof(IPMIsupport) == sizeof(IPMIbase) + sizeof(Sensor) + sizeof(FRU),
+              "the members above, in this order, without holes");
+
+#if defined(__GNUC__)
+#pragma GCC diagnostic pop
+#endif
+
+#endif

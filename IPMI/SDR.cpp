@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: MIT
+//
+// Loading a sensor data record and reading its fields.
+
+#include "IPMI/SDR.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace {
+
+// Field separations within bytes (IPMI 2.0, 43.1).
+constexpr unsigned kFormat = 0xC0;  // of unit1
+constexpr unsigned kNoAnalogReading = 0xC0;
+constexpr unsigned kLength = 0x1F;  // of the ID string's type/length byte
+
+// What the last byte of the caller's ID string is; the record's own field is not terminated.
+constexpr int kLongestId = 15;
+
+// Ten bits: the low eight in `low`, the others on top of `high`, whose lower six bits belong to
+// another field.
+short TenBits(int low, int high) {
+    constexpr int kSign = 0x80;
+    if ((high & kSign) == 0) return static_cast<short>((high >> 6) * 256 + low);
+    // Kept: the two halves are negated apart, with the other field's bits in the upper half. A
+    // plain sign extension gives other values.
+    const int lowHalf = (256 - low) % 256;
+    const int highHalf = (-high >> 6) & 0x03;
+    return static_cast<short>(-(highHalf * 256 + lowHalf));
+}
+
+char FourBits(int bits) {
+    constexpr int kSign = 0x08;
+    return static_cast<char>((bits & kSign) != 0 ? bits - 16 : bits);
+}
+
+}  // namespace
+
+SDR::SDR() {}
+
+SDR::SDR(unsigned char* record) : InitOK(0) {
+    *this = record;
+}
+
+SDR& SDR::operator=(unsigned char* record) {
+    if (record == nullptr) {
+        InitOK = 0;
+        return *this;
+    }
+    std::memcpy(&header, record, sizeof header);
+    std::memcpy(&key, record + sizeof header, sizeof key);
+    std::memcpy(&body, record + sizeof header + sizeof key, sizeof body);
+    InitOK = 1;
+    return *this;
+}
+
+unsigned char SDR::IsInitOK() {
+    return InitOK;
+}
+
+unsigned char SDR::GetSensorRecordType() {
+    return InitOK == 0 ? 0xFF : header.type;
+}
+
+unsigned char SDR::GetSensorOwnerID() {
+    return InitOK == 0 ? 0xFF : key.OwnerID;
+}
+
+unsigned char SDR::GetSensorOwnerLUN() {
+    return InitOK == 0 ? 0xFF : key.OwnerLUN;
+}
+
+unsigned char SDR::GetSensorNumber() {
+    return InitOK == 0 ? 0xFF : key.SensorNumber;
+}
+
+unsigned char SDR::GetSensorType() {
+    return InitOK == 0 ? 0xFF : body.SensorType;
+}
+
+unsigned char SDR::GetEventType() {
+    return InitOK == 0 ? 0xFF : body.EventType;
+}
+
+unsigned char SDR::GetEntityID() {
+    return InitOK == 0 ? 0xFF : body.EntityID;
+}
+
+unsigned char SDR::GetEntityInstance() {
+    return InitOK == 0 ? 0xFF : body.EntityInstance;
+}
+
+unsigned short SDR::GetThresholdInfo() {
+    return InitOK == 0 ? 0xFFFF : body.DiscreteReadingMask;
+}
+
+unsigned char SDR::GetUnit1() {
+    return InitOK == 0 ? 0xFF : body.unit1;
+}
+
+unsigned char SDR::GetBaseUnit() {
+    return InitOK == 0 ? 0xFF : body.BaseUnit;
+}
+
+unsigned char SDR::GetModifierUnit() {
+    return InitOK == 0 ? 0xFF : body.ModifierUnit;
+}
+
+unsigned char SDR::GetLinearization() {
+    return InitOK == 0 ? 0xFF : body.linearization;
+}
+
+unsigned char SDR::GetM() {
+    return InitOK == 0 ? 0xFF : body.M;
+}
+
+unsigned char SDR::GetB() {
+    return InitOK == 0 ? 0xFF : body.B;
+}
+
+unsigned char SDR::GetRExp() {
+    return InitOK == 0 ? 0xFF : body.RExp;
+}
+
+unsigned char SDR::Gettolerance() {
+    return InitOK == 0 ? 0xFF : body.tolerance;
+}
+
+unsigned char SDR::Getaccuracy() {
+    return InitOK == 0 ? 0xFF : body.accuracy;
+}
+
+unsigned char SDR::GetSensorReadingMax() {
+    return InitOK == 0 ? 0xFF : body.SensorMaximumReading;
+}
+
+unsigned char SDR::GetSensorReadingMin() {
+    return InitOK == 0 ? 0xFF : body.SensorMinimumReading;
+}
+
+char SDR::IsAnalog() {
+    return (body.unit1 & kFormat) != kNoAnalogReading ? 1 : 0;
+}
+
+short SDR::GetValueM() {
+    return TenBits(GetM(), Gettolerance());
+}
+
+short SDR::GetValueB() {
+    return TenBits(GetB(), Getaccuracy());
+}
+
+char SDR::GetBExpValue() {
+    return FourBits(GetRExp() & 0x0F);
+}
+
+char SDR::GetRExpValue() {
+    return FourBits(GetRExp() >> 4);
+}
+
+int SDR::GetIDstringLen() {
+    // Kept: the type bits are compared with a value that lies outside them, so that every length
+    // reads 0.
+    constexpr unsigned kOtherType = 0x10;
+    const unsigned type = body.IDStringTypeLength & 0xC0u;
+    return type == kOtherType ? static_cast<int>(body.IDStringTypeLength & kLength) : 0;
+}
+
+int SDR::GetIDstring(char* out) {
+    if (out == nullptr) return -1;
+    const int length = std::min(static_cast<int>(body.IDStringTypeLength & kLength), kLongestId);
+    std::memcpy(out, body.IDString, static_cast<std::size_t>(length));
+    out[kLongestId] = '\0';
+    return 0;
+}

@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+//
+// The four sensor tables: building them from the walk's entries, and what they say of a sensor
+// without asking the controller.
+
+#include <cstring>
+
+#include "IPMI/Sensor.h"
+#include "IPMI/SensorTable.h"
+
+namespace {
+
+int CopyByte(const SensorDescription* sensor, unsigned char SensorDescription::*field,
+             unsigned char& out) {
+    if (sensor == nullptr) return -1;
+    out = sensor->*field;
+    return 0;
+}
+
+int CopyText(const SensorDescription* sensor, char (SensorDescription::*field)[64], char* out) {
+    if (sensor == nullptr || out == nullptr) return -1;
+    std::strcpy(out, sensor->*field);
+    return 0;
+}
+
+int CopyThresholds(const SensorDescription* sensor, SensorThresholdInfoRaw& raw,
+                   SensorThresholdInfoConverted& converted) {
+    if (sensor == nullptr) return -1;
+    raw = sensor->stir;
+    converted = sensor->stic;
+    return 0;
+}
+
+}  // namespace
+
+// Copies the walk's entries of one type among the first n into the table, from its start on.
+template <class Table>
+int Sensor::Collect(Table& table, int n, int type, bool analogOnly) {
+    if (n < 1) return -1;
+    constexpr std::size_t kEntries = std::size(Table().sd);
+    std::size_t copied = 0;
+    for (int j = 0; j < n && copied < kEntries; ++j) {
+        const SensorDescription* const entry = WalkEntry(j);
+        if (entry == nullptr) break;
+        if (entry->SensorType != type || (analogOnly && entry->isAnalogReading != 0)) continue;
+        table.sd[copied] = *entry;
+        ++copied;
+        ++table.quantity;
+    }
+    return 0;
+}
+
+int Sensor::GetTemSensorsInfo(int n) {
+    return Collect(TSInfo, n, SENSOR_TYPE_TEMPERATURE, true);
+}
+
+int Sensor::GetVoltSensorsInfo(int n) {
+    return Collect(VSInfo, n, SENSOR_TYPE_VOLTAGE, false);
+}
+
+int Sensor::GetFanSensorsInfo(int n) {
+    return Collect(FSInfo, n, SENSOR_TYPE_FAN, false);
+}
+
+int Sensor::GetProcessorSensorInfo(int n) {
+    return Collect(PSInfo, n, SENSOR_TYPE_PROCESSOR, false);
+}
+
+// Processor sensors are kept for the presence of the processors alone.
+int Sensor::GetProcessorTemperature(char*) {
+    return 0;
+}
+
+int Sensor::GetProcessorVoltage(char*) {
+    return 0;
+}
+
+int Sensor::GetFanEntityID(int i, unsigned char& entityID) {
+    return CopyByte(EntryOf(FSInfo, i), &SensorDescription::SensorEntityID, entityID);
+}
+
+int Sensor::GetVoltageEntityID(int i, unsigned char& entityID) {
+    return CopyByte(EntryOf(VSInfo, i), &SensorDescription::SensorEntityID, entityID);
+}
+
+int Sensor::GetTemperatureEntityID(int i, unsigned char& entityID) {
+    return CopyByte(EntryOf(TSInfo, i), &SensorDescription::SensorEntityID, entityID);
+}
+
+int Sensor::GetFanSensorNumber(int i, unsigned char& number) {
+    return CopyByte(EntryOf(FSInfo, i), &SensorDescription::SensorNumbers, number);
+}
+
+int Sensor::GetVoltageSensorNumber(int i, unsigned char& number) {
+    return CopyByte(EntryOf(VSInfo, i), &SensorDescription::SensorNumbers, number);
+}
+
+int Sensor::GetTemperatureSensorNumber(int i, unsigned char& number) {
+    return CopyByte(EntryOf(TSInfo, i), &SensorDescription::SensorNumbers, number);
+}
+
+int Sensor::GetFanSensorType(int i, unsigned char& type) {
+    return CopyByte(EntryOf(FSInfo, i), &SensorDescription::SensorType, type);
+}
+
+int Sensor::GetVoltageSensorType(int i, unsigned char& type) {
+    return CopyByte(EntryOf(VSInfo, i), &SensorDescription::SensorType, type);
+}
+
+int Sensor::GetTemperatureSensorType(int i, unsigned char& type) {
+    return CopyByte(EntryOf(TSInfo, i), &SensorDescription::SensorType, type);
+}
+
+int Sensor::GetFanIDString(int i, char* out) {
+    return CopyText(EntryOf(FSInfo, i), &SensorDescription::IDString, out);
+}
+
+int Sensor::GetVoltageIDString(int i, char* out) {
+    return CopyText(EntryOf(VSInfo, i), &SensorDescription::IDString, out);
+}
+
+int Sensor::GetTemperatureIDString(int i, char* out) {
+    return CopyText(EntryOf(TSInfo, i), &SensorDescription::IDString, out);
+}
+
+int Sensor::GetVoltageMax(int i, char* out) {
+    return CopyText(EntryOf(VSInfo, i), &SensorDescription::SensorReadingMax, out);
+}
+
+int Sensor::GetVoltageMin(int i, char* out) {
+    return CopyText(EntryOf(VSInfo, i), &SensorDescription::SensorReadingMin, out);
+}
+
+int Sensor::GetFanSensorThreshold(int i, SensorThresholdInfoRaw& raw,
+                                  SensorThresholdInfoConverted& converted) {
+    return CopyThresholds(EntryOf(FSInfo, i), raw, converted);
+}
+
+int Sensor::GetVoltageSensorThreshold(int i, SensorThresholdInfoRaw& raw,
+                                      SensorThresholdInfoConverted& converted) {
+    return CopyThresholds(EntryOf(VSInfo, i), raw, converted);
+}
+
+int Sensor::GetTemperatureSensorThreshold(int i, SensorThresholdInfoRaw& raw,
+                                          SensorThresholdInfoConverted& converted) {
+    return CopyThresholds(EntryOf(TSInfo, i), raw, converted);
+}

@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+
+#include "IpmiState.h"
+
+#include <memory>
+
+#include "IPMI/IPMIsupport.h"
+#include "Talvane.h"
+
+int NoEnterIPMI = 0;
+int NoEnterWatchDogTimer = 0;
+int IPMIGetSensorInfoOK = 0;
+
+namespace {
+
+IPMIsupport* pIPMI = nullptr;
+
+}  // namespace
+
+IPMIsupport& Ipmi() {
+    if (pIPMI == nullptr) pIPMI = new IPMIsupport;
+    return *pIPMI;
+}
+
+void ReleaseIpmi() {
+    const std::unique_ptr<IPMIsupport> last(pIPMI);
+    pIPMI = nullptr;
+}
+
+int IsIpmiSupport(void) {
+    return Ipmi().IsInitOK() != 0 ? 1 : 0;
+}

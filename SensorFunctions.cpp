@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+//
+// The exported sensor query: the guard, the reading of the repository on first use, and the
+// dispatch of a command to the function that fills its record.
+
+#include "CallResult.h"
+#include "IPMI/IPMIsupport.h"
+#include "IpmiRecords.h"
+#include "IpmiState.h"
+#include "ReentryGuard.h"
+#include "Talvane.h"
+
+namespace {
+
+struct SensorCommand {
+    unsigned long code;
+    int (*fill)(IPMIsupport& ipmi, void* record);
+};
+
+constexpr SensorCommand kSensorCommands[] = {
+    {TALVANE_FANS, FillIpmiFans},
+    {TALVANE_VOLTAGES, FillIpmiVoltages},
+    {TALVANE_TEMPERATURES, FillIpmiTemperatures},
+};
+
+}  // namespace
+
+int GetIpmiInfo(unsigned long command, void* buffer) {
+    if (NoEnterIPMI != 0 || NoEnterWatchDogTimer != 0) return kBusy;
+    ReentryGuard guard(NoEnterIPMI);
+    if (IsIpmiSupport() == 0) {
+        guard.LeaveSet();  // Kept: without IPMI, every later call is answered busy.
+        return kFailure;
+    }
+    IPMIsupport& ipmi = Ipmi();
+    if (ipmi.IsInitOK() == 0) return kFailure;
+    if (IPMIGetSensorInfoOK == 0) {
+        if (ipmi.GetSensorInfo() != 0) return kFailure;
+        IPMIGetSensorInfoOK = 1;
+    }
+    for (const SensorCommand& row : kSensorCommands)
+        if (row.code == command) return row.fill(ipmi, buffer) == 0 ? kFailure : kSuccess;
+    return kSuccess;
+}
