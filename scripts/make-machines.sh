@@ -76,7 +76,7 @@ keep_dump() {
     # The table now starts at 32; the second checksum takes up the difference to the old address.
     sum=$(number "$1/smbios.bin" 21 1)
     for offset in 24 25 26 27; do sum=$((sum + $(number "$1/smbios.bin" $offset 1))); done
-    printf "$(printf '\\%03o' $(((sum - 32) & 255)))" >"$work/byte"
+    printf '%b' "\\0$(printf '%o' $(((sum - 32) & 255)))" >"$work/byte"
     copy "$work/byte" 0 1 "$1/smbios.bin" 21
     printf '\040\000\000\000' >"$work/address"
     copy "$work/address" 0 4 "$1/smbios.bin" 24

@@ -5,6 +5,7 @@
 #define TALVANE_TESTS_CAPTURE_H
 
 #include <filesystem>
+#include <ostream>
 #include <string>
 #include <vector>
 
@@ -29,6 +30,11 @@ struct Capture {
     // What the library must answer.
     ExpectedFields expected(const sim::PhysicalMemory& memory) const;
 };
+
+// How gtest shows one.
+inline void PrintTo(const Capture& capture, std::ostream* out) {
+    *out << capture.name;
+}
 
 // TALVANE_SHARED_DATA (from the environment, else as built) and its "smbios" folder.
 std::filesystem::path CaptureFolder();

@@ -28,6 +28,10 @@ struct Source {
     bool bundled;  // a machine of this repository, else a capture
 };
 
+void PrintTo(const Source& source, std::ostream* out) {
+    *out << source.name;
+}
+
 // Small and with many types, of each kind.
 constexpr Source kSources[] = {{"full-server", true},
                                {"legacy-dmi", true},
