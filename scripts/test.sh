@@ -48,6 +48,10 @@ for preset in "$@"; do
     failed=$((failed + run_failed))
 done
 
+# How the answers about captured machines compare with dmidecode's, where the captures are.
+table=build/$1/tests/captures/captures_table
+[ ! -x "$table" ] || { echo && "$table" 2>&1; } || true  # a difference has failed its test already
+
 echo
 printf '%s' "$summary"
 [ $broken = 0 ] || exit 1

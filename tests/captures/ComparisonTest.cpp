@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 
+#include <fstream>
+#include <iterator>
+
 #include "Comparison.h"
 
 namespace captures {
@@ -76,6 +79,13 @@ TEST(Rules, HaveOneNameEach) {
         EXPECT_TRUE(names.insert(rule.name).second) << rule.name;
         EXPECT_EQ(&TextOf(rule.rule), &rule) << rule.name;
     }
+}
+
+TEST(Comparison, HasEveryRuleInTheDocumentation) {
+    std::ifstream file(TALVANE_BEHAVIOUR);
+    const std::string documentation((std::istreambuf_iterator<char>(file)), {});
+    for (const RuleText& rule : AllRules())
+        EXPECT_THAT(documentation, HasSubstr("`" + std::string(rule.name) + "`"));
 }
 
 }  // namespace

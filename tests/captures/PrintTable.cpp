@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Prints how the library's answers about the captured machines compare with dmidecode's: fields
-// compared, equal, and different by which rule. Run by hand; exits with 1 when a difference has no
+// compared, equal, and different by which rule. Exits with 1 when a difference has no
 // rule, 2 without captures.
 
 #include <cstdio>
