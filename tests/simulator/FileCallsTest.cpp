@@ -3,6 +3,7 @@
 // open, lseek, read, close and their variants on /dev/mem.
 
 #include <fcntl.h>
+#include <sys/mman.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
@@ -128,6 +129,14 @@ TEST_F(FileCalls, ADescriptorClosedBehindLibcsBackIsForgotten) {
     char text[5] = "";
     EXPECT_EQ(read(file, text, 4), 4);
     EXPECT_STREQ(text, "Name");
+    EXPECT_EQ(close(file), 0);
+}
+
+TEST_F(FileCalls, AnotherFileOfTheSameKindIsNotMistakenForOurs) {
+    (void)syscall(SYS_close, memory);
+    const int file = memfd_create("of the test", 0);
+    ASSERT_EQ(file, memory);
+    EXPECT_EQ(read(file, buffer.data(), 4), 0) << "an empty file, not memory";
     EXPECT_EQ(close(file), 0);
 }
 

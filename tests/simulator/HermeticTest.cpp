@@ -28,6 +28,12 @@ TEST_F(Hermetic, AnUnknownPathEndsTheProcess) {
     EXPECT_VIOLATION(probe::opendir("/proc"), "libprobe.so asked for opendir\\(\"/proc\"\\)");
 }
 
+TEST_F(Hermetic, NoVariantOfOpenIsAWayOut) {
+    for (const auto open : {probe::open, probe::open64, probe::openChecked, probe::open64Checked,
+                            probe::openat, probe::openat64})
+        EXPECT_VIOLATION(open("/etc/passwd", O_RDONLY), "libprobe.so asked for open");
+}
+
 TEST_F(Hermetic, AnUnknownRequestEndsTheProcessWhoeverAsks) {
     const int memory = probe::open("/dev/mem", O_RDONLY);
     EXPECT_VIOLATION(probe::ioctl(memory, 0x30D, nullptr),
