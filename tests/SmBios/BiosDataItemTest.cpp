@@ -117,6 +117,16 @@ TEST_F(BiosDataItemTest, StringsAreCountedFromOneAndEndPastTheSet) {
     EXPECT_EQ(item->GetString(6), nullptr);
 }
 
+TEST_F(BiosDataItemTest, ByteJustPastTheSetIsZeroWhateverItsLength) {
+    for (std::size_t length = 1; length < 200; ++length) {
+        MakeWithStrings({std::string(length, 's')});
+        EXPECT_EQ(item->StringBufferLength, length + 2);
+        EXPECT_STREQ(item->GetString(2), "") << length;
+        EXPECT_STREQ(item->GetString(3), "") << length;
+        EXPECT_EQ(item->GetString(4), nullptr) << length;
+    }
+}
+
 TEST_F(BiosDataItemTest, GetStringOfZeroAndTwentyOneGiveNull) {
     MakeWithStrings(std::vector<std::string>(25, "s"));
     EXPECT_EQ(item->GetString(0), nullptr);

@@ -137,7 +137,9 @@ TEST_F(EntryPointScan, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
     EXPECT_EQ(reader->MatchSMBIOS, 1);
     EXPECT_EQ(reader->InitOK, 1);
     EXPECT_EQ(reader->SmBiosEntry.MajorVersion, 2);
-    EXPECT_EQ(reader->SmBiosEntry.IntermediateAnchorString[0], 0);
+    EXPECT_EQ(std::memcmp(&reader->SmBiosEntry, SmbiosEntryImage(First()).data(), 16), 0);
+    const unsigned char zeroes[31 - 16] = {};
+    EXPECT_EQ(std::memcmp(&reader->SmBiosEntry.IntermediateAnchorString, zeroes, sizeof zeroes), 0);
     EXPECT_EQ(reader->SmBiosEntry.StructureTableAddress, 0u);
     EXPECT_EQ(reader->BiosDataLength, 0);
     EXPECT_EQ(Item(1, 1), nullptr);

@@ -7,6 +7,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <malloc.h>
 
 #include <memory>
 
@@ -17,6 +18,9 @@
 
 class SmBiosTest : public ::testing::Test {
 protected:
+    // Memory comes filled with a pattern, so that bytes nobody has set do not pass for zeroes.
+    SmBiosTest() { mallopt(M_PERTURB, 0x5A); }
+
     // Places the table and has a new reader find it.
     SmBios& Open(const sim::SmbiosPlacement& placement = {}) {
         server.memory().placeSmbios(table.bytes(), placement);
