@@ -11,6 +11,8 @@
 #include "IpmiState.h"
 #include "ReentryGuard.h"
 #include "SmBios/SmBios.h"
+#include "storage/GetAllPartitionInfo.h"
+#include "storage/GetStorageInfo.h"
 
 namespace {
 
@@ -29,9 +31,17 @@ struct InventoryCommand {
     void (*fromMachine)(void* record) = nullptr;
 };
 
-// What the report could not find out, its record tells.
 void FillPciFunctions(void* record) {
+    // Result not used: a failed scan leaves the record as it was.
     (void)GetPciInfo(static_cast<DeviceInformation*>(record));
+}
+
+void FillDrives(void* record) {
+    GetStorageInfo(static_cast<StorageInformation*>(record));
+}
+
+void FillPartitions(void* record) {
+    GetAllPartitionInfo(static_cast<PartitionInformation*>(record));
 }
 
 constexpr InventoryCommand kInventoryCommands[] = {
@@ -40,6 +50,8 @@ constexpr InventoryCommand kInventoryCommands[] = {
     {.code = TALVANE_MEMORY, .fromTable = FillMemory},
     {.code = TALVANE_PORTS, .fromTable = FillPorts},
     {.code = TALVANE_PCI, .fromMachine = FillPciFunctions},
+    {.code = TALVANE_DRIVES, .fromMachine = FillDrives},
+    {.code = TALVANE_PARTITIONS, .fromMachine = FillPartitions},
     {.code = TALVANE_POWER, .fromTable = FillPowerSupplies},
     {.code = TALVANE_UPS, .fromTable = FillUps},
     {.code = TALVANE_FANS, .fromTable = FillFans},

@@ -11,8 +11,8 @@
 // busy answer stops a nested call (from a signal handler, say), not a second thread.
 //
 // Reading the machine takes root; what cannot be read is answered with -1 or left unwritten. The
-// library sends nothing to a log. Two diagnostics go to standard error: "open /dev/mem" and
-// "lseek /dev/mem", each with the reason.
+// library sends nothing to a log. Diagnostics are few: on standard error "open /dev/mem" and
+// "lseek /dev/mem", each with the reason; on standard output "No ide devices.".
 #ifndef TALVANE_H
 #define TALVANE_H
 
@@ -30,6 +30,8 @@
 #define TALVANE_MEMORY       0x40000UL    /* MemoryInformation */
 #define TALVANE_PORTS        0x80000UL    /* IOInformation */
 #define TALVANE_PCI          0x100000UL   /* DeviceInformation */
+#define TALVANE_DRIVES       0x200000UL   /* StorageInformation */
+#define TALVANE_PARTITIONS   0x400000UL   /* PartitionInformation */
 #define TALVANE_POWER        0x800000UL   /* SystemPowerInformation */
 #define TALVANE_UPS          0x1000000UL  /* SystemPowerInformation */
 #define TALVANE_FANS         0x2000000UL  /* FanInformation */
@@ -60,8 +62,9 @@ extern "C" {
    are written as they say. A machine can state more than the record has room for (up to 16
    processors, 128 ports, 32 power supplies, 63 fans): a careful caller allocates for those.
 
-   TALVANE_PCI needs no SMBIOS table. With more PCI functions than the record holds it tries three
-   times, pauses 5000 seconds after each, and leaves the record untouched.
+   TALVANE_PCI, TALVANE_DRIVES and TALVANE_PARTITIONS need no SMBIOS table. With more PCI functions
+   than the record holds it tries three times, pauses 5000 seconds after each, and leaves the record
+   untouched. The entry behind the last drive may have its `type` overwritten.
 
    Returns 0, -1 when the machine has no readable SMBIOS or DMI table, or 1 when busy. */
 TALVANE_API int GetInfo(unsigned long command, void* buffer);

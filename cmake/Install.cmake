@@ -27,6 +27,11 @@ install(FILES
   PCI/PCIscan.h
   DESTINATION ${talvane_include_dir}/PCI)
 install(FILES
+  storage/GetAllPartitionInfo.h
+  storage/GetStorageInfo.h
+  storage/lltostr.h
+  DESTINATION ${talvane_include_dir}/storage)
+install(FILES
   SmBios/BiosDataItem.h
   SmBios/EntryPoint.h
   SmBios/LocalMemInfo.h

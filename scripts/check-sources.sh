@@ -10,7 +10,9 @@ cd "${1:-$(dirname "$0")/..}" || exit 2
 machine_files='GetPciInfo.cpp
 IPMI/IPMIbase.cpp
 PCI/IoPrivilege.cpp
-SmBios/PhysicalMemory.cpp'
+SmBios/PhysicalMemory.cpp
+storage/DriveAccess.cpp
+storage/Llseek.cpp'
 # The only library files with port instructions.
 port_files='PortIo.h'
 

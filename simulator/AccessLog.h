@@ -19,6 +19,8 @@ namespace sim {
 //   read   /dev/mem 0xF0000 65520 -> 65520         (position, bytes asked for -> delivered)
 //   close  /dev/mem               -> 0
 //   ioctl  /dev/mem 0xC0045301    -> 0
+//   opendir /proc/ide             -> ok
+//   closedir /proc/ide            -> 0
 //   iopl   3                      -> 0
 //   in     0xCA3 1                -> 0xFF
 //   out    0xCF8 4 0x80000000     -> ok

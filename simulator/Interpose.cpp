@@ -111,6 +111,16 @@ int ioctlAs(const char* name, const void* caller, int descriptor, unsigned long 
         });
 }
 
+// A handle without entries: of a directory that is no longer there. Names below a simulated
+// directory are known to those who open them only.
+DIR* emptyDirectory() {
+    char name[] = "/tmp/talvane-directory-XXXXXX";
+    if (mkdtemp(name) == nullptr) return nullptr;
+    DIR* const handle = sim::realFunction<DIR*(const char*)>("opendir")(name);
+    (void)rmdir(name);
+    return handle;
+}
+
 }  // namespace
 
 namespace sim {
@@ -237,9 +247,17 @@ DIR* opendir(const char* path) {
         ErrnoGuard guard;
         const std::optional<Answer> answer =
             active->openDirectory(sim::observedCaller(caller), path);
-        if (answer) {
+        if (answer && !answer->ok()) {
             (void)guard.finish<int>(*answer);
             return nullptr;
+        }
+        if (answer) {
+            DIR* const handle = emptyDirectory();
+            if (handle == nullptr)
+                (void)guard.finish<int>(Answer::failed(errno));
+            else
+                active->directoryOpened(handle, path);
+            return handle;
         }
     }
     return sim::realFunction<DIR*(const char*)>("opendir")(path);
@@ -248,7 +266,12 @@ DIR* opendir(const char* path) {
 int closedir(DIR* directory) {
     const void* const caller = CALLER;
     return answerOr<int>(
-        [&](Machine& machine) { return machine.closeDirectory(sim::observedCaller(caller)); },
+        [&](Machine& machine) {
+            const std::optional<Answer> answer =
+                machine.closeDirectory(sim::observedCaller(caller), directory);
+            if (answer) (void)sim::realFunction<int(DIR*)>("closedir")(directory);
+            return answer;
+        },
         [&] { return sim::realFunction<int(DIR*)>("closedir")(directory); });
 }
 

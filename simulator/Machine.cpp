@@ -61,6 +61,11 @@ void Machine::install(const std::string& path, std::unique_ptr<Device> device) {
     devices_.insert_or_assign(normal(path), std::move(device));
 }
 
+void Machine::installDirectory(const std::string& path) {
+    if (!isMachinePath(path)) throw std::invalid_argument("no server has a directory " + path);
+    directories_.insert(normal(path));
+}
+
 void Machine::refuse(const std::string& path, int error) {
     if (!isMachinePath(path)) throw std::invalid_argument("no server has a device " + path);
     refused_.insert_or_assign(normal(path), error);
@@ -176,13 +181,37 @@ std::optional<Answer> Machine::openDirectory(Caller caller, const char* path) {
                   "), which this machine does not have");
     }
     const std::optional<int> fault = faults_.enter("opendir");
-    const int missing = devices_.contains(normal(path)) ? ENOTDIR : ENOENT;
-    return logged("opendir", path, Answer::failed(fault.value_or(missing)), "");
+    return logged("opendir", path, fault ? Answer::failed(*fault) : findDirectory(normal(path)),
+                  "ok");
 }
 
-std::optional<Answer> Machine::closeDirectory(Caller caller) {
-    if (caller.empty()) return std::nullopt;
-    violation(std::string(caller) + " asked for closedir of a directory that it was not given");
+Answer Machine::findDirectory(const std::string& path) const {
+    if (const auto refused = refused_.find(path); refused != refused_.end())
+        return Answer::failed(refused->second);
+    if (devices_.contains(path)) return Answer::failed(ENOTDIR);
+    const auto isBelow = [&](const std::string& other) { return other.starts_with(path + "/"); };
+    const auto device = devices_.upper_bound(path + "/");
+    const auto directory = directories_.lower_bound(path);
+    const bool exists =
+        (device != devices_.end() && isBelow(device->first)) ||
+        (directory != directories_.end() && (*directory == path || isBelow(*directory)));
+    return exists ? Answer{} : Answer::failed(ENOENT);
+}
+
+void Machine::directoryOpened(const void* handle, const char* path) {
+    openedDirectories_.insert_or_assign(handle, path);
+}
+
+std::optional<Answer> Machine::closeDirectory(Caller caller, const void* handle) {
+    const auto opened = openedDirectories_.find(handle);
+    if (opened == openedDirectories_.end()) {
+        if (caller.empty()) return std::nullopt;
+        violation(std::string(caller) + " asked for closedir of a directory that it was not given");
+    }
+    const std::string path = opened->second;
+    openedDirectories_.erase(opened);
+    const std::optional<int> fault = faults_.enter("closedir");
+    return logged("closedir", path, fault ? Answer::failed(*fault) : Answer{}, "0");
 }
 
 std::optional<Answer> Machine::system(Caller caller, const char* command) {

@@ -12,6 +12,7 @@
 #include <map>
 #include <memory>
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -46,6 +47,9 @@ public:
     // A path that can be opened from now on. std::invalid_argument when isMachinePath is false.
     void install(const std::string& path, std::unique_ptr<Device> device);
 
+    // A directory below /proc/ide; those above it are there, too, and so are those of devices.
+    void installDirectory(const std::string& path);
+
     // Opening the path fails with this errno from now on.
     void refuse(const std::string& path, int error);
 
@@ -56,8 +60,10 @@ public:
                                 void* argument);
     std::optional<Answer> close(Caller caller, int descriptor);
 
+    // A directory that can be opened gets its handle from the caller, who says which it became.
     std::optional<Answer> openDirectory(Caller caller, const char* path);
-    std::optional<Answer> closeDirectory(Caller caller);
+    void directoryOpened(const void* handle, const char* path);
+    std::optional<Answer> closeDirectory(Caller caller, const void* handle);
     std::optional<Answer> system(Caller caller, const char* command);
 
     Answer setPrivilege(int level);
@@ -77,6 +83,7 @@ private:
         std::uint64_t inode;   // a descriptor that was closed and given out again elsewhere
     };
 
+    Answer findDirectory(const std::string& path) const;
     Open* find(int descriptor);
     std::optional<Answer> notOpen(Caller caller, const std::string& call);
     Answer openFile(const std::string& path, int flags);
@@ -91,6 +98,8 @@ private:
     std::map<std::string, std::unique_ptr<Device>, std::less<>> devices_;
     std::map<std::string, int, std::less<>> refused_;
     std::map<int, Open> opened_;
+    std::set<std::string, std::less<>> directories_;
+    std::map<const void*, std::string> openedDirectories_;
     std::chrono::seconds clock_{0};
     int privilege_ = 0;
     std::size_t allocations_ = 0;
