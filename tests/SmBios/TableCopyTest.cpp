@@ -135,6 +135,17 @@ TEST_F(TableCopy, FailedFirstReadFindsNoAnchorInSilence) {
     ExpectNoTable(0);
 }
 
+TEST_F(TableCopy, EntryPointThatAnEarlierReaderLeftInFreedMemoryIsNotFound) {
+    mallopt(M_PERTURB, 0);
+    sim::SmbiosPlacement placement;
+    placement.entry = 0xF8000;
+    Open(placement);
+    reader.reset();
+    server.fail("read", 1, EPERM);
+    Read();
+    ExpectNoTable(0);
+}
+
 TEST_F(TableCopy, ShortFirstReadThatHoldsTheEntryPointCounts) {
     server.memory().placeSmbios(table.bytes());  // entry point at 0xF0010
     server.shortRead(1, 0x10 + 31);
