@@ -2,7 +2,6 @@
 
 #include "SmBios/StructureWalk.h"
 
-#include <cstring>
 #include <new>
 
 namespace {
@@ -27,9 +26,14 @@ ByteView FormattedAreaOf(const unsigned char* structure) {
 
 unsigned char* EndOfStringSet(unsigned char* structure) {
     unsigned char* at = structure + structure[kLength];
-    for (;; ++at) {
-        at += std::strlen(reinterpret_cast<const char*>(at));
-        if (at[1] == 0) return at;
+    // A byte that is not zero ends no pair, so most of a text is passed in steps of two.
+    for (;;) {
+        if (at[1] != 0)
+            at += 2;
+        else if (at[0] != 0)
+            ++at;
+        else
+            return at;
     }
 }
 
