@@ -12,6 +12,8 @@ namespace {
 constexpr std::uint32_t kSegment = 0xF0000;
 constexpr std::uint32_t kTableAddress = 0xF8000;
 
+// Fields of the packed entry points are compared as copies (unary plus): a reference to one would
+// be misaligned.
 class EntryPointScan : public SmBiosTest {
 protected:
     EntryPointScan() {
@@ -136,11 +138,11 @@ TEST_F(EntryPointScan, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
     Read();
     EXPECT_EQ(reader->MatchSMBIOS, 1);
     EXPECT_EQ(reader->InitOK, 1);
-    EXPECT_EQ(reader->SmBiosEntry.MajorVersion, 2);
+    EXPECT_EQ(+reader->SmBiosEntry.MajorVersion, 2);
     EXPECT_EQ(std::memcmp(&reader->SmBiosEntry, SmbiosEntryImage(First()).data(), 16), 0);
     const unsigned char zeroes[31 - 16] = {};
     EXPECT_EQ(std::memcmp(&reader->SmBiosEntry.IntermediateAnchorString, zeroes, sizeof zeroes), 0);
-    EXPECT_EQ(reader->SmBiosEntry.StructureTableAddress, 0u);
+    EXPECT_EQ(+reader->SmBiosEntry.StructureTableAddress, 0u);
     EXPECT_EQ(reader->BiosDataLength, 0);
     EXPECT_EQ(Item(1, 1), nullptr);
 }
@@ -164,8 +166,8 @@ TEST_F(EntryPointScan, CorruptEntryPointWithAWrongChecksumIsStillUsed) {
     WriteAt(kSegment, image);
     Read();
     EXPECT_EQ(reader->InitOK, 1);
-    EXPECT_EQ(reader->SmBiosEntry.checksum, 0x77);
-    EXPECT_EQ(reader->SmBiosEntry.IntermediateCheckSum, 0x77);
+    EXPECT_EQ(+reader->SmBiosEntry.checksum, 0x77);
+    EXPECT_EQ(+reader->SmBiosEntry.IntermediateCheckSum, 0x77);
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
@@ -223,15 +225,15 @@ TEST_F(EntryPointScan, ThirtyOneBytesOfTheSmbiosEntryPointAreCopied) {
     WriteAt(kSegment, image);
     Read();
     EXPECT_EQ(std::memcmp(&reader->SmBiosEntry, image.data(), 31), 0);
-    EXPECT_EQ(reader->SmBiosEntry.length, 31);
-    EXPECT_EQ(reader->SmBiosEntry.MajorVersion, 2);
-    EXPECT_EQ(reader->SmBiosEntry.MinorVersion, 3);
-    EXPECT_EQ(reader->SmBiosEntry.MaxStructureSize, 0xC9C8);
-    EXPECT_EQ(reader->SmBiosEntry.revission, 0xCA);
-    EXPECT_EQ(reader->SmBiosEntry.StructureTableLength, 44);
-    EXPECT_EQ(reader->SmBiosEntry.StructureTableAddress, kTableAddress);
-    EXPECT_EQ(reader->SmBiosEntry.HowManyStructures, 2);
-    EXPECT_EQ(reader->SmBiosEntry.BCD, 0xC0 + 30);
+    EXPECT_EQ(+reader->SmBiosEntry.length, 31);
+    EXPECT_EQ(+reader->SmBiosEntry.MajorVersion, 2);
+    EXPECT_EQ(+reader->SmBiosEntry.MinorVersion, 3);
+    EXPECT_EQ(+reader->SmBiosEntry.MaxStructureSize, 0xC9C8);
+    EXPECT_EQ(+reader->SmBiosEntry.revission, 0xCA);
+    EXPECT_EQ(+reader->SmBiosEntry.StructureTableLength, 44);
+    EXPECT_EQ(+reader->SmBiosEntry.StructureTableAddress, kTableAddress);
+    EXPECT_EQ(+reader->SmBiosEntry.HowManyStructures, 2);
+    EXPECT_EQ(+reader->SmBiosEntry.BCD, 0xC0 + 30);
     EXPECT_EQ(reader->BiosDataLength, 44);
 }
 
@@ -240,11 +242,11 @@ TEST_F(EntryPointScan, FifteenBytesOfTheDmiEntryPointAreCopied) {
     WriteAt(kSegment, image);
     Read();
     EXPECT_EQ(std::memcmp(&reader->DmiEntry, image.data(), 15), 0);
-    EXPECT_EQ(reader->DmiEntry.checksum, 0xD5);
-    EXPECT_EQ(reader->DmiEntry.StructureTableLength, 44);
-    EXPECT_EQ(reader->DmiEntry.biosStructureTableAddress, kTableAddress);
-    EXPECT_EQ(reader->DmiEntry.HowManyStructures, 2);
-    EXPECT_EQ(reader->DmiEntry.dmiBiosRevision, 0x20);
+    EXPECT_EQ(+reader->DmiEntry.checksum, 0xD5);
+    EXPECT_EQ(+reader->DmiEntry.StructureTableLength, 44);
+    EXPECT_EQ(+reader->DmiEntry.biosStructureTableAddress, kTableAddress);
+    EXPECT_EQ(+reader->DmiEntry.HowManyStructures, 2);
+    EXPECT_EQ(+reader->DmiEntry.dmiBiosRevision, 0x20);
     EXPECT_EQ(reader->BiosDataLength, 44);
 }
 
