@@ -12,7 +12,8 @@
 //
 // Reading the machine takes root; what cannot be read is answered with -1 or left unwritten. The
 // library sends nothing to a log. Diagnostics are few: on standard error "open /dev/mem" and
-// "lseek /dev/mem", each with the reason; on standard output "No ide devices.".
+// "lseek /dev/mem" and "/proc/stat", each with the reason; on standard output "No ide devices.",
+// "File open failed!" and "File is not exist!".
 #ifndef TALVANE_H
 #define TALVANE_H
 
@@ -118,6 +119,19 @@ TALVANE_API int GetWatchDogTimer(unsigned char* timerAcion, int* timeOutValue,
 /* The revision of the BMC's firmware; the minor one from 0 to 99. Returns 0, -1 or 1. */
 TALVANE_API int GetBMCVersion(unsigned char* majorFirmwareRevision,
                               unsigned char* minorFirmwareRevision);
+
+/* Measures how busy the processors are during a sleep of `interval` seconds, which must be
+   positive: a processor without a tick in that time ends the program by a division by zero. Clears
+   the record first, then fills in the busy share of each processor in percent, rounded up. The
+   processors are counted in the first call of the process, up to 8, out of the first 1024 bytes of
+   /proc/stat. Returns 0, or -1 with a cleared record when a counted processor is no longer there.
+ */
+TALVANE_API int GetCpuUsageRate(int interval, CpuUsageRageInformation* buffer);
+
+/* The share of the memory in use, buffers and page cache included, in whole percent. Runs free and
+   awk in a shell and lets them write the file Memusage_dat in the working directory, which is
+   removed again: one call at a time in one folder. Returns 0 when the file cannot be made. */
+TALVANE_API int GetMemUsageRate(void);
 
 /* Frees what the library keeps between calls; the next call reads the machine anew. Kept: the
    sensor repository is read once in a process, and the BMC is not found again: after a release no

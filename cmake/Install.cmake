@@ -10,7 +10,7 @@ set(talvane_package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Talvane)
 set(talvane_pkgconfig_dir ${CMAKE_INSTALL_LIBDIR}/pkgconfig)
 
 install(TARGETS Talvane EXPORT TalvaneTargets LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR})
-install(FILES Talvane.h InformationRecords.h Export.h GetPciInfo.h
+install(FILES Talvane.h InformationRecords.h Export.h GetPciInfo.h LoadMonitor.h
   DESTINATION ${talvane_include_dir})
 install(FILES
   IPMI/EventCodeTable.h

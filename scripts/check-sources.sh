@@ -9,6 +9,7 @@ cd "${1:-$(dirname "$0")/..}" || exit 2
 # The only library files that touch the machine; all others take bytes and return values.
 machine_files='GetPciInfo.cpp
 IPMI/IPMIbase.cpp
+LoadMonitor.cpp
 PCI/IoPrivilege.cpp
 SmBios/PhysicalMemory.cpp
 storage/DriveAccess.cpp

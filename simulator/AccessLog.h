@@ -25,6 +25,7 @@ namespace sim {
 //   in     0xCA3 1                -> 0xFF
 //   out    0xCF8 4 0x80000000     -> ok
 //   sleep  5                      -> 0
+//   system free | ...            -> 0
 struct Access {
     std::string call;
     std::string what;

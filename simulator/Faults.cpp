@@ -12,8 +12,8 @@ namespace sim {
 namespace {
 
 // Calls that can fail, then the port instructions, which cannot.
-constexpr std::array<std::string_view, 9> kCalls = {
-    "open", "lseek", "read", "close", "ioctl", "opendir", "closedir", "sleep", "iopl"};
+constexpr std::array<std::string_view, 10> kCalls = {
+    "open", "lseek", "read", "close", "ioctl", "opendir", "closedir", "sleep", "iopl", "system"};
 constexpr std::array<std::string_view, 2> kInstructions = {"in", "out"};
 
 bool contains(const auto& names, std::string_view name) {

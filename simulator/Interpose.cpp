@@ -290,7 +290,10 @@ unsigned sleep(unsigned seconds) {
 int system(const char* command) {
     const void* const caller = CALLER;
     return answerOr<int>(
-        [&](Machine& machine) { return machine.system(sim::observedCaller(caller), command); },
+        [&](Machine& machine) {
+            return machine.system(sim::observedCaller(caller), command,
+                                  sim::realFunction<int(const char*)>("system"));
+        },
         [&] { return sim::realFunction<int(const char*)>("system")(command); });
 }
 

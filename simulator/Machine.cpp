@@ -15,6 +15,7 @@
 
 #include "CallText.h"
 #include "MemoryDevice.h"
+#include "TextDevice.h"
 #include "Violation.h"
 
 namespace sim {
@@ -214,10 +215,24 @@ std::optional<Answer> Machine::closeDirectory(Caller caller, const void* handle)
     return logged("closedir", path, fault ? Answer::failed(*fault) : Answer{}, "0");
 }
 
-std::optional<Answer> Machine::system(Caller caller, const char* command) {
+std::optional<Answer> Machine::system(Caller caller, const char* command, int (*run)(const char*)) {
     if (caller.empty()) return std::nullopt;
-    violation(std::string(caller) + " asked for system(" + quoted(command) +
-              "), which this machine does not have");
+    if (!free_.isRunBy(command))
+        violation(std::string(caller) + " asked for system(" + quoted(command) +
+                  "), which this machine does not have");
+    const std::optional<int> fault = faults_.enter("system");
+    const Answer answer =
+        fault ? Answer::failed(*fault) : Answer{run(free_.before(command).c_str())};
+    return logged("system", command, answer, std::to_string(answer.value));
+}
+
+ProcStat& Machine::stat() {
+    if (stat_ == nullptr) {
+        stat_ = std::make_shared<ProcStat>();
+        install("/proc/stat",
+                std::make_unique<TextDevice>([this, stat = stat_] { return stat->text(clock_); }));
+    }
+    return *stat_;
 }
 
 bool Machine::allocate() {

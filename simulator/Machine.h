@@ -19,9 +19,11 @@
 #include "AccessLog.h"
 #include "Device.h"
 #include "Faults.h"
+#include "FreeProgram.h"
 #include "PciBus.h"
 #include "PhysicalMemory.h"
 #include "PortMap.h"
+#include "ProcStat.h"
 
 namespace sim {
 
@@ -39,6 +41,8 @@ public:
     Faults& faults() { return faults_; }
     PortMap& ports() { return ports_; }
     PciBus& pci() { return *pci_; }
+    FreeProgram& freeProgram() { return free_; }
+    ProcStat& stat();
     std::chrono::seconds clock() const { return clock_; }
 
     // Whether a server could have something at this path.
@@ -64,7 +68,10 @@ public:
     std::optional<Answer> openDirectory(Caller caller, const char* path);
     void directoryOpened(const void* handle, const char* path);
     std::optional<Answer> closeDirectory(Caller caller, const void* handle);
-    std::optional<Answer> system(Caller caller, const char* command);
+
+    // Runs a command of the shell with this machine's programs in front of the real ones, by the
+    // real function.
+    std::optional<Answer> system(Caller caller, const char* command, int (*run)(const char*));
 
     Answer setPrivilege(int level);
     Answer sleep(unsigned seconds);
@@ -95,6 +102,8 @@ private:
     Faults faults_;
     PortMap ports_;
     std::shared_ptr<PciBus> pci_ = std::make_shared<PciBus>();
+    std::shared_ptr<ProcStat> stat_;
+    FreeProgram free_;
     std::map<std::string, std::unique_ptr<Device>, std::less<>> devices_;
     std::map<std::string, int, std::less<>> refused_;
     std::map<int, Open> opened_;

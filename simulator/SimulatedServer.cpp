@@ -49,6 +49,14 @@ PciBus& SimulatedServer::pci() {
     return state_->machine.pci();
 }
 
+ProcStat& SimulatedServer::stat() {
+    return state_->machine.stat();
+}
+
+FreeProgram& SimulatedServer::freeProgram() {
+    return state_->machine.freeProgram();
+}
+
 AccessLog& SimulatedServer::log() {
     return state_->machine.log();
 }

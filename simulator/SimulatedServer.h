@@ -23,8 +23,10 @@
 #include <string_view>
 
 #include "AccessLog.h"
+#include "FreeProgram.h"
 #include "PciBus.h"
 #include "PhysicalMemory.h"
+#include "ProcStat.h"
 
 namespace sim {
 
@@ -45,6 +47,8 @@ public:
 
     PhysicalMemory& memory();
     PciBus& pci();
+    ProcStat& stat();            // the first call gives the server a /proc/stat
+    FreeProgram& freeProgram();  // what `free` prints in a shell of the library
 
     // Every access so far, in order.
     AccessLog& log();

@@ -26,7 +26,7 @@ for header in Talvane.h InformationRecords.h Export.h; do
 done
 for header in SmBios/BiosDataItem.h SmBios/EntryPoint.h SmBios/LocalMemInfo.h SmBios/SmBios.h \
     IPMI/EventCodeTable.h IPMI/FRU.h IPMI/IPMIbase.h IPMI/IPMIsupport.h IPMI/SDR.h IPMI/Sensor.h \
-    IPMI/SensorNames.h IPMI/SensorRecords.h GetPciInfo.h PCI/PCIdevice.h PCI/PCIscan.h \
+    IPMI/SensorNames.h IPMI/SensorRecords.h GetPciInfo.h LoadMonitor.h PCI/PCIdevice.h PCI/PCIscan.h \
     storage/GetAllPartitionInfo.h storage/GetStorageInfo.h storage/lltostr.h; do
     for standard in c++11 c++17 c++20; do compiles g++ c++ $standard $header; done
 done

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+//
+// The program `free` of a simulated server, for commands that the library gives to a shell.
+#ifndef TALVANE_SIMULATOR_FREEPROGRAM_H
+#define TALVANE_SIMULATOR_FREEPROGRAM_H
+
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+namespace sim {
+
+class FreeProgram {
+public:
+    FreeProgram() = default;
+    ~FreeProgram();
+    FreeProgram(const FreeProgram&) = delete;
+    FreeProgram& operator=(const FreeProgram&) = delete;
+
+    // What it prints from now on. std::system_error when it cannot be made.
+    void setText(const std::string& text);
+
+    // The same in its own layout, numbers in KiB.
+    void setMemory(std::uint64_t total, std::uint64_t used);
+
+    // Whether the command starts with this program; never before it was given a text.
+    bool isRunBy(const char* command) const;
+
+    // The command for a shell that finds this program before the real one.
+    std::string before(const char* command) const;
+
+private:
+    std::filesystem::path folder_;  // holds the program alone; empty before there is one
+};
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,254 @@
+// SPDX-License-Identifier: MIT
+//
+// The processor load over a simulated server's virtual time. Each test has a process of its own:
+// the sampler keeps its state, and counts the processors, once in a process.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cerrno>
+
+#include "LoadMonitor.h"
+#include "Talvane.h"
+#include "simulator/SimulatedServer.h"
+#include "support/RecordImage.h"
+
+namespace {
+
+using std::chrono::seconds;
+using ::testing::ElementsAre;
+using ::testing::Not;
+
+class CpuUsage : public ::testing::Test {
+protected:
+    // The answer for an interval, as the busy shares of the processors.
+    std::vector<int> Measure(int interval = 5) {
+        record.quantity = 99;
+        for (int& rate : record.UsageRate) rate = 99;
+        EXPECT_EQ(GetCpuUsageRate(interval, &record), 0);
+        for (int i = record.quantity; i < 8; ++i) EXPECT_EQ(record.UsageRate[i], 0) << i;
+        return std::vector<int>(record.UsageRate, record.UsageRate + record.quantity);
+    }
+
+    // The text from the start on and the one after the first sleep of `interval` seconds.
+    void Course(const std::string& before, const std::string& after, int interval = 5) {
+        server.stat().setText(seconds(0), before);
+        server.stat().setText(seconds(interval), after);
+    }
+
+    // One processor with so many ticks of each kind between the samples.
+    int ShareOf(long user, long nice, long system, long idle) {
+        Course("cpu0 1000 2000 3000 4000\n",
+               "cpu0 " + std::to_string(1000 + user) + " " + std::to_string(2000 + nice) + " " +
+                   std::to_string(3000 + system) + " " + std::to_string(4000 + idle) + "\n");
+        return Measure().at(0);
+    }
+
+    sim::SimulatedServer server;
+    CpuUsageRageInformation record{};
+};
+
+TEST_F(CpuUsage, OneProcessorHasOneShareAndTheOthersAreZero) {
+    server.stat().setRates(0, {.user = 20, .nice = 5, .system = 10, .idle = 65});
+    EXPECT_THAT(Measure(), ElementsAre(35));
+    EXPECT_EQ(server.clock(), seconds(5));
+}
+
+TEST_F(CpuUsage, EachProcessorHasItsOwnShare) {
+    server.stat().setRates(0, {.user = 100, .nice = 0, .system = 0, .idle = 0});
+    server.stat().setRates(1, {.user = 0, .nice = 0, .system = 0, .idle = 100});
+    server.stat().setRates(2, {.user = 0, .nice = 50, .system = 0, .idle = 50});
+    server.stat().setRates(3, {.user = 0, .nice = 0, .system = 1, .idle = 3});
+    EXPECT_THAT(Measure(), ElementsAre(100, 0, 50, 25));
+}
+
+TEST_F(CpuUsage, OnlyIdleTicksAreNotBusy) {
+    EXPECT_EQ(ShareOf(0, 0, 0, 500), 0);
+}
+
+TEST_F(CpuUsage, NoIdleTicksAreAHundredPercent) {
+    EXPECT_EQ(ShareOf(1, 1, 1, 0), 100);
+}
+
+TEST_F(CpuUsage, ShareIsRoundedUp) {
+    EXPECT_EQ(ShareOf(2, 0, 0, 1), 67);
+}
+
+TEST_F(CpuUsage, SmallestShareIsOnePercent) {
+    EXPECT_EQ(ShareOf(0, 0, 1, 9999), 1);
+}
+
+TEST_F(CpuUsage, NiceAndSystemTicksAreBusy) {
+    EXPECT_EQ(ShareOf(0, 10, 20, 70), 30);
+}
+
+TEST_F(CpuUsage, CountersBehindTheFourthAreNotRead) {
+    Course("cpu0 0 0 0 0 0 0 0\n", "cpu0 10 0 0 90 5000 5000 5000\n");
+    EXPECT_THAT(Measure(), ElementsAre(10));
+}
+
+TEST_F(CpuUsage, CountersThatWrapAroundAreComparedAcross) {
+    Course("cpu0 4294967290 0 0 4294967200\n", "cpu0 4 0 0 4294967290\n");
+    EXPECT_THAT(Measure(), ElementsAre(10));
+}
+
+TEST_F(CpuUsage, IdleTicksAHundredTimesOverWrapAround) {
+    // 30,000,000 x 100 is -1,294,967,296 in 32 bits.
+    EXPECT_EQ(ShareOf(10000000, 0, 0, 30000000), 100 + 1294967296 / 40000000);
+}
+
+TEST_F(CpuUsage, NoTicksAtAllDivideByZero) {
+    Course("cpu0 1 2 3 4\n", "cpu0 1 2 3 4\n");
+    EXPECT_DEATH((void)GetCpuUsageRate(5, &record), "");
+}
+
+TEST_F(CpuUsage, OfNineProcessorsEightAreReported) {
+    for (unsigned cpu = 0; cpu < 9; ++cpu)
+        server.stat().setRates(cpu, {.user = cpu * 10, .idle = 100 - cpu * 10});
+    EXPECT_THAT(Measure(), ElementsAre(0, 10, 20, 30, 40, 50, 60, 70));
+}
+
+TEST_F(CpuUsage, ServerWithoutALineForAProcessorHasNone) {
+    server.stat().setText(seconds(0), "cpu  1 2 3 4\nintr 5\n");
+    EXPECT_THAT(Measure(), ElementsAre());
+    EXPECT_EQ(server.clock(), seconds(5));
+}
+
+TEST_F(CpuUsage, ProcessorBehindAMissingOneIsNotFound) {
+    server.stat().setText(seconds(0), "cpu0 1 2 3 4\ncpu2 1 2 3 4\n");
+    server.stat().setText(seconds(5), "cpu0 2 2 3 4\ncpu2 1 2 3 5\n");
+    EXPECT_THAT(Measure(), ElementsAre(100));
+}
+
+TEST_F(CpuUsage, ProcessorWithOneNumberIsNotThere) {
+    server.stat().setText(seconds(0), "cpu0 1\n");
+    EXPECT_THAT(Measure(), ElementsAre());
+}
+
+TEST_F(CpuUsage, LineBehindTheFirstKibibyteIsNotThere) {
+    const std::string filler(1024 - 13, '.');
+    Course(filler + "cpu0 1 2 3 4\ncpu1 1 2 3 4\n", filler + "cpu0 2 2 3 5\ncpu1 9 2 3 4\n");
+    EXPECT_THAT(Measure(), ElementsAre(50));
+}
+
+TEST_F(CpuUsage, LineThatTheFirstKibibyteCutsIsReadAsFarAsItGoes) {
+    const std::string filler(1024 - 13, '.');
+    Course(filler + "cpu0 1 2 3 4567\n", filler + "cpu0 2 2 3 5678\n");
+    EXPECT_THAT(Measure(), ElementsAre(9));  // idle ticks from 45 to 56
+}
+
+TEST_F(CpuUsage, EachCallMeasuresItsOwnInterval) {
+    server.stat().setRates(0, {});
+    server.stat().setText(seconds(0), "cpu0 0 0 0 0\n");
+    server.stat().setText(seconds(5), "cpu0 90 0 0 10\n");
+    server.stat().setText(seconds(7), "cpu0 100 0 0 100\n");
+    EXPECT_THAT(Measure(5), ElementsAre(90));
+    EXPECT_THAT(Measure(2), ElementsAre(10));
+}
+
+TEST_F(CpuUsage, TicksBetweenTwoCallsCountInNeither) {
+    server.stat().setText(seconds(0), "cpu0 0 0 0 0\n");
+    server.stat().setText(seconds(5), "cpu0 5 0 0 5\n");
+    EXPECT_THAT(Measure(5), ElementsAre(50));
+    server.stat().setText(seconds(5), "cpu0 1000 0 0 1000\n");
+    server.stat().setText(seconds(6), "cpu0 1000 0 0 1001\n");
+    EXPECT_THAT(Measure(1), ElementsAre(0));
+}
+
+TEST_F(CpuUsage, ProcessorsAreCountedOnce) {
+    server.stat().setRates(0, {.user = 50, .idle = 50});
+    EXPECT_THAT(Measure(), ElementsAre(50));
+    server.stat().setRates(1, {});
+    EXPECT_THAT(Measure(), ElementsAre(50));
+}
+
+TEST_F(CpuUsage, ReleaseDoesNotCountThemAgain) {
+    server.stat().setRates(0, {.user = 50, .idle = 50});
+    EXPECT_THAT(Measure(), ElementsAre(50));
+    server.stat().setRates(1, {});
+    EXPECT_EQ(release(), 0);
+    EXPECT_THAT(Measure(), ElementsAre(50));
+}
+
+TEST_F(CpuUsage, CountedProcessorThatIsGoneBeforeTheSleepIsAFailure) {
+    server.stat().setRates(0, {.user = 50, .idle = 50});
+    server.stat().setRates(1, {});
+    EXPECT_EQ(Measure().size(), 2u);
+    server.stat().setText(seconds(5), "cpu0 1 2 3 4\n");
+    RecordImage expected(sizeof record, 0);
+    RecordImage actual(sizeof record);
+    EXPECT_EQ(GetCpuUsageRate(5, static_cast<CpuUsageRageInformation*>(actual.data())), -1);
+    EXPECT_TRUE(SameBytes(expected, actual));
+    EXPECT_EQ(server.clock(), seconds(5));
+}
+
+TEST_F(CpuUsage, CountedProcessorThatIsGoneAfterTheSleepIsAFailure) {
+    Course("cpu0 1 2 3 4\ncpu1 1 2 3 4\n", "cpu0 5 6 7 8\n");
+    RecordImage expected(sizeof record, 0);
+    RecordImage actual(sizeof record);
+    EXPECT_EQ(GetCpuUsageRate(5, static_cast<CpuUsageRageInformation*>(actual.data())), -1);
+    EXPECT_TRUE(SameBytes(expected, actual));
+    EXPECT_EQ(server.clock(), seconds(5));
+}
+
+TEST_F(CpuUsage, EveryFileIsReadOnceAndClosed) {
+    Course("cpu0 1 2 3 4\n", "cpu0 2 3 4 5\n");
+    Measure();
+    const char* const opened = "open /proc/stat O_RDONLY -> ok";
+    const char* const sought = "lseek /proc/stat 0x0 -> 0x0";
+    const char* const readAll = "read /proc/stat 0x0 1024 -> 13";
+    const char* const closed = "close /proc/stat -> 0";
+    EXPECT_THAT(server.log().lines(),
+                ElementsAre(opened, sought, readAll, closed,  // counting: processor 0
+                            opened, sought, readAll, closed,  // and no processor 1
+                            opened, sought, readAll, closed, "sleep 5 -> 0", opened, sought,
+                            readAll, closed));
+}
+
+sim::SimulatedServer* serverOfTheAction = nullptr;
+
+TEST_F(CpuUsage, InterruptedSleepIsNotResumed) {
+    server.stat().setText(seconds(0), "cpu0 1 2 3 4\n");
+    serverOfTheAction = &server;
+    server.during("sleep", [] { serverOfTheAction->stat().setText(seconds(0), "cpu0 2 2 3 7\n"); });
+    server.fail("sleep", 1, EINTR);
+    EXPECT_THAT(Measure(), ElementsAre(25));
+    EXPECT_EQ(server.log().count("sleep"), 1u);
+    EXPECT_EQ(server.clock(), seconds(0));
+}
+
+TEST_F(CpuUsage, FirstSampleOfTheProcessSetsTheFlagAndItStays) {
+    EXPECT_EQ(ExecuteFirstTime, 0);
+    server.stat().setRates(0, {});
+    Measure();
+    EXPECT_EQ(ExecuteFirstTime, 1);
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(ExecuteFirstTime, 1);
+}
+
+TEST_F(CpuUsage, FileThatCannotBeOpenedIsSaidAndCountsForEveryProcessor) {
+    Course("cpu0 1 2 3 4\n", "cpu0 2 3 4 5\n");
+    testing::internal::CaptureStdout();
+    server.fail("open", 2);  // counting: processor 1 stands for a second one
+    EXPECT_EQ(GetCpuUsageRate(5, &record), -1);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "File open failed!\n");
+}
+
+TEST_F(CpuUsage, FileThatCannotBeReadIsSaidAndLeavesTheDifferences) {
+    server.stat().setText(seconds(0), "cpu0 0 0 0 0\n");
+    server.stat().setText(seconds(5), "cpu0 90 0 0 10\n");
+    EXPECT_THAT(Measure(5), ElementsAre(90));
+    testing::internal::CaptureStderr();
+    server.fail("read", 1);  // before the sleep
+    server.fail("read", 2);  // after it
+    EXPECT_THAT(Measure(5), ElementsAre(90));
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "/proc/stat: Input/output error\n/proc/stat: Input/output error\n");
+    std::size_t opened = server.log().count("open");
+    EXPECT_EQ(server.log().count("close"), opened);
+}
+
+TEST_F(CpuUsage, ServerWithoutTheFileCountsEightProcessorsAndDividesByZero) {
+    EXPECT_DEATH((void)GetCpuUsageRate(5, &record), "");
+}
+
+}  // namespace
