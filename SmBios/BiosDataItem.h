@@ -31,9 +31,9 @@ public:
     // The second of the two zero bytes that end the structure, in the table it was copied from.
     unsigned char* GetEndAddress();
 
-    // String `index` of the set, counted from 1, as a terminated text owned by the item.
-    // Null for 0, for indexes above 20 and from the third index past the last string on; the first
-    // and the second index past the last string are empty texts.
+    // String `index` of the set, counted from 1, as a terminated text owned by the item. The first
+    // two indexes past the last string (three in an empty set) are empty texts; null for those
+    // behind, for 0 and for indexes above 20.
     char* GetString(int index) const;
 
 private:
