@@ -17,6 +17,7 @@
 #include <string_view>
 
 #include "AccessLog.h"
+#include "Bmc.h"
 #include "Device.h"
 #include "Faults.h"
 #include "FreeProgram.h"
@@ -43,6 +44,11 @@ public:
     PciBus& pci() { return *pci_; }
     FreeProgram& freeProgram() { return free_; }
     ProcStat& stat();
+    // The management controller. The first call gives the machine one, behind /dev/ipmi, with a KCS
+    // interface; giveBmc before it says which interfaces answer.
+    Bmc& bmc();
+    void giveBmc(bool kcs, bool smic);
+
     std::chrono::seconds clock() const { return clock_; }
 
     // Whether a server could have something at this path.
@@ -104,6 +110,7 @@ private:
     std::shared_ptr<PciBus> pci_ = std::make_shared<PciBus>();
     std::shared_ptr<ProcStat> stat_;
     FreeProgram free_;
+    std::shared_ptr<Bmc> bmc_;
     std::map<std::string, std::unique_ptr<Device>, std::less<>> devices_;
     std::map<std::string, int, std::less<>> refused_;
     std::map<int, Open> opened_;

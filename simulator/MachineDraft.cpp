@@ -84,6 +84,7 @@ void MachineDraft::build(Machine& machine) const {
         requireMemory(piece.line, memory, piece.address, piece.bytes.size());
         memory.write(piece.address, piece.bytes);
     }
+    if (bmc) buildBmc(*bmc, machine);
     for (const auto& [path, error] : without) machine.refuse(path, error);
 }
 

@@ -14,6 +14,7 @@
 #include <utility>
 #include <vector>
 
+#include "BmcDraft.h"
 #include "MachineLine.h"
 #include "PhysicalMemory.h"
 #include "SmbiosTable.h"
@@ -46,6 +47,7 @@ struct MachineDraft {
     std::optional<std::pair<std::uint64_t, int>> memorySize;  // and its line
     std::vector<MemoryPiece> pieces;
     std::optional<SmbiosDraft> smbios;
+    std::optional<BmcDraft> bmc;
     std::map<std::string, int> without;  // device, errno
 
     // A capture: the file that the line names, from the machine's folder.
@@ -64,6 +66,7 @@ struct MachineStatement {
 std::span<const MachineStatement> memoryStatements();
 std::span<const MachineStatement> smbiosStatements();
 std::span<const MachineStatement> deviceStatements();
+std::span<const MachineStatement> bmcStatements();
 
 }  // namespace sim
 

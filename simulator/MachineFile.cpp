@@ -17,7 +17,8 @@ namespace sim {
 namespace {
 
 const MachineStatement* find(std::string_view word) {
-    for (const auto topic : {memoryStatements(), smbiosStatements(), deviceStatements()}) {
+    for (const auto topic :
+         {memoryStatements(), smbiosStatements(), deviceStatements(), bmcStatements()}) {
         const auto row =
             std::find_if(topic.begin(), topic.end(),
                          [&](const MachineStatement& next) { return next.word == word; });

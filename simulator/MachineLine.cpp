@@ -114,6 +114,19 @@ std::uint32_t MachineLine::number(const char* what, std::uint32_t max) {
     return static_cast<std::uint32_t>(value);
 }
 
+int MachineLine::integer(const char* what, int min, int max) {
+    const std::string text = word(what);
+    int value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value);
+    if (error != std::errc() || stop != end)
+        fail(std::string(what) + " \"" + text + "\" is no decimal number");
+    if (value < min || value > max)
+        fail(std::string(what) + " " + text + " is not between " + std::to_string(min) + " and " +
+             std::to_string(max));
+    return value;
+}
+
 std::uint64_t MachineLine::size(const char* what, std::uint64_t max) {
     std::string digits = word(what);
     const std::string given = digits;

@@ -25,6 +25,7 @@ public:
     std::string word(const char* what);
     std::string text(const char* what);                         // in quotes, not empty
     std::uint32_t number(const char* what, std::uint32_t max);  // decimal, or hexadecimal with 0x
+    int integer(const char* what, int min, int max);            // decimal, may be negative
     std::uint64_t size(const char* what, std::uint64_t max);    // a number with K, M or G behind it
     std::uint8_t hexByte(const char* what);                     // one or two hexadecimal digits
 

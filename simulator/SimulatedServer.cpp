@@ -57,6 +57,10 @@ FreeProgram& SimulatedServer::freeProgram() {
     return state_->machine.freeProgram();
 }
 
+Bmc& SimulatedServer::bmc() {
+    return state_->machine.bmc();
+}
+
 AccessLog& SimulatedServer::log() {
     return state_->machine.log();
 }

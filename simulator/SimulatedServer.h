@@ -23,6 +23,7 @@
 #include <string_view>
 
 #include "AccessLog.h"
+#include "Bmc.h"
 #include "FreeProgram.h"
 #include "PciBus.h"
 #include "PhysicalMemory.h"
@@ -47,6 +48,9 @@ public:
 
     PhysicalMemory& memory();
     PciBus& pci();
+
+    // The management controller; the first call gives the server one, with a KCS interface.
+    Bmc& bmc();
     ProcStat& stat();            // the first call gives the server a /proc/stat
     FreeProgram& freeProgram();  // what `free` prints in a shell of the library
 

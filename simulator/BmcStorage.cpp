@@ -1,0 +1,109 @@
+// SPDX-License-Identifier: MIT
+//
+// The sensor data record repository (IPMI 2.0, 33) and the inventory device (34).
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "Bmc.h"
+
+namespace sim {
+namespace {
+
+constexpr std::uint8_t kNotPresent = 0xCB;
+constexpr std::uint8_t kOutOfRange = 0xC9;
+constexpr std::uint8_t kWholeRecord = 0xFF;
+
+std::uint8_t low(std::size_t value) {
+    return static_cast<std::uint8_t>(value & 0xFF);
+}
+
+std::uint8_t high(std::size_t value) {
+    return static_cast<std::uint8_t>((value >> 8) & 0xFF);
+}
+
+unsigned idOf(const Bytes& record) {
+    return record[0] | (unsigned{record[1]} << 8);
+}
+
+}  // namespace
+
+void Bmc::addRecord(Bytes record, bool keepId) {
+    if (record.size() < SdrRecord::kHeaderSize)
+        throw std::invalid_argument("a sensor data record has a header of 5 bytes");
+    if (!keepId) {
+        const std::size_t id = records_.empty() ? 0 : idOf(records_.back()) + 1;
+        record[0] = low(id);
+        record[1] = high(id);
+    }
+    constexpr std::size_t kNumber = 7;
+    constexpr std::uint8_t kFullSensor = 1;
+    constexpr std::uint8_t kCompactSensor = 2;
+    const bool isSensor = record[3] == kFullSensor || record[3] == kCompactSensor;
+    if (isSensor && record.size() > kNumber) sensors_.try_emplace(record[kNumber]);
+    records_.push_back(std::move(record));
+}
+
+void Bmc::loadRepository(std::span<const std::uint8_t> dump) {
+    while (!dump.empty()) {
+        const std::size_t size =
+            dump.size() < SdrRecord::kHeaderSize ? 0 : SdrRecord::kHeaderSize + dump[4];
+        if (size == 0 || size > dump.size())
+            throw std::runtime_error("no dump of a sensor data record repository");
+        addRecord(Bytes(dump.begin(), dump.begin() + static_cast<std::ptrdiff_t>(size)), true);
+        dump = dump.subspan(size);
+    }
+}
+
+Bmc::Reply Bmc::getRepositoryInfo(const Bytes&) {
+    constexpr std::uint8_t kVersion = 0x51;
+    Bytes info(14);
+    info[0] = kVersion;
+    info[1] = low(records_.size());
+    info[2] = high(records_.size());
+    return {0, info};
+}
+
+Bmc::Reply Bmc::reserveRepository(const Bytes&) {
+    reservation_ = static_cast<std::uint16_t>(reservation_ + 1);
+    return {0, {low(reservation_), high(reservation_)}};
+}
+
+Bmc::Reply Bmc::getRecord(const Bytes& data) {
+    constexpr unsigned kFirst = 0x0000;
+    const unsigned wanted = data[2] | (unsigned{data[3]} << 8);
+    const auto record = std::find_if(records_.begin(), records_.end(), [=](const Bytes& candidate) {
+        return wanted == kFirst || idOf(candidate) == wanted;
+    });
+    if (record == records_.end()) return {kNotPresent, {}};
+    const std::size_t offset = data[4];
+    if (offset > record->size()) return {kOutOfRange, {}};
+
+    const std::size_t left = record->size() - offset;
+    const std::size_t count = data[5] == kWholeRecord ? left : std::min<std::size_t>(data[5], left);
+    const auto next = record + 1;
+    const unsigned nextId = next == records_.end() ? 0xFFFF : idOf(*next);
+    Bytes reply{low(nextId), high(nextId)};
+    reply.insert(reply.end(), record->begin() + static_cast<std::ptrdiff_t>(offset),
+                 record->begin() + static_cast<std::ptrdiff_t>(offset + count));
+    return {0, reply};
+}
+
+Bmc::Reply Bmc::getInventoryArea(const Bytes& data) {
+    if (data[0] != 0 || inventory_.empty()) return {kNotPresent, {}};
+    constexpr std::uint8_t kByBytes = 0;
+    return {0, {low(inventory_.size()), high(inventory_.size()), kByBytes}};
+}
+
+Bmc::Reply Bmc::readInventory(const Bytes& data) {
+    if (data[0] != 0 || inventory_.empty()) return {kNotPresent, {}};
+    const std::size_t offset = data[1] | (std::size_t{data[2]} << 8);
+    if (offset >= inventory_.size()) return {kOutOfRange, {}};
+    const std::size_t count = std::min<std::size_t>(data[3], inventory_.size() - offset);
+    Bytes reply{low(count)};
+    reply.insert(reply.end(), inventory_.begin() + static_cast<std::ptrdiff_t>(offset),
+                 inventory_.begin() + static_cast<std::ptrdiff_t>(offset + count));
+    return {0, reply};
+}
+
+}  // namespace sim

@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+//
+// The statements about the management controller, and descriptions of one that cannot be used.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "MachineFolder.h"
+#include "simulator/Machine.h"
+#include "simulator/MachineFile.h"
+
+namespace {
+
+using sim::Bytes;
+
+class BmcStatements : public testing::Test {
+protected:
+    Bytes ask(std::uint8_t netFn, std::uint8_t command, Bytes data) {
+        sim::BmcRequest request;
+        request.netFn = netFn;
+        request.command = command;
+        request.data = std::move(data);
+        machine.bmc().answer(request);
+        return request.response;
+    }
+    bool answers(std::uint16_t port) { return machine.ports().find(port, 1)->in(port, 1) != 0xFF; }
+
+    sim::Machine machine;
+};
+
+TEST_F(BmcStatements, InterfacesShowAtTheirPorts) {
+    for (const auto& [name, kcs, smic] : {std::tuple<std::string, bool, bool>{"kcs", true, false},
+                                          {"smic", false, true},
+                                          {"both", true, true},
+                                          {"none", false, false}}) {
+        sim::Machine described;
+        loadMachine(MachineFolder("bmc " + name).path, described);
+        EXPECT_EQ(described.ports().find(0xCA3, 1)->in(0xCA3, 1) != 0xFF, kcs) << name;
+        EXPECT_EQ(described.ports().find(0xCAA, 1)->in(0xCAA, 1) != 0xFF, smic) << name;
+    }
+    EXPECT_FALSE(answers(0xCA3));
+}
+
+TEST_F(BmcStatements, ASensorIsARecordWithItsFields) {
+    loadMachine(MachineFolder("reading 0x30 70\n"
+                              "bmc kcs firmware 2 34\n"
+                              "sensor 0x10 \"CPU Temp\"\n"
+                              "sensor 0x30 \"FAN 1\"\n"
+                              "  type 4\n  entity 29 2\n  event 0x6F\n  unit 18 22\n  format 0x42\n"
+                              "  factors -2 3 -4 5\n  linearization 7\n  limits 200 10\n"
+                              "  masks 0x3F 0x1B\n"
+                              "states 0x30 1 2\n"
+                              "thresholds 0x30 0x3F 1 2 3 4 5 6\n")
+                    .path,
+                machine);
+    Bytes expected = sim::SdrRecord("FAN 1", 0x30)
+                         .kind(4)
+                         .entity(29, 2)
+                         .event(0x6F)
+                         .unit(18, 22)
+                         .unit1(0x42)
+                         .factors(-2, 3, -4, 5)
+                         .linearization(7)
+                         .limits(200, 10)
+                         .thresholdMasks(0x3F, 0x1B)
+                         .byte(0, 1)
+                         .bytes();
+    expected.insert(expected.begin(), {0xFF, 0xFF});
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 1, 0, 0, 0xFF}), expected);
+    EXPECT_EQ(ask(4, 0x2D, {0x30}), (Bytes{70, 0xC0, 1, 2}));
+    EXPECT_EQ(ask(4, 0x27, {0x30}), (Bytes{0x3F, 1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(ask(6, 0x01, {})[2], 2);
+    EXPECT_EQ(ask(6, 0x01, {})[3], 0x34);
+}
+
+TEST_F(BmcStatements, CapturesAndChannels) {
+    const MachineFolder folder("bmc smic\nsdr records.bin\ninventory fru.bin\nchannel 1 4 1\n");
+    const Bytes record = sim::SdrRecord("A", 1).byte(0, 0x42).bytes();
+    folder.write("records.bin", std::string(record.begin(), record.end()));
+    folder.write("fru.bin", "inventory");
+    loadMachine(folder.path, machine);
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0x42, 0, 0, 0}), (Bytes{0xFF, 0xFF}));
+    EXPECT_EQ(ask(0x0A, 0x11, {0, 2, 0, 3}), (Bytes{3, 'v', 'e', 'n'}));
+    EXPECT_EQ(ask(6, 0x42, {1})[1], 4);
+}
+
+struct BadController {
+    const char* text;
+    const char* complaint;
+};
+
+void PrintTo(const BadController& bad, std::ostream* out) {
+    *out << bad.text;
+}
+
+class BadBmc : public testing::TestWithParam<BadController> {};
+
+TEST_P(BadBmc, IsReportedWithItsLine) {
+    const MachineFolder folder(GetParam().text);
+    folder.write("short.bin", "short");
+    sim::Machine machine;
+    try {
+        loadMachine(folder.path, machine);
+        FAIL() << "nothing to complain about";
+    } catch (const sim::MachineError& error) {
+        EXPECT_EQ(error.what(),
+                  (folder.path / "machine.txt").string() + ":" + GetParam().complaint);
+    }
+}
+
+#define FAN "bmc kcs\nsensor 1 \"FAN\"\n"
+INSTANTIATE_TEST_SUITE_P(
+    BmcStatements, BadBmc,
+    testing::Values(
+        BadController{"bmc", "1: the interface is missing"},
+        BadController{"bmc ssif", "1: the interface \"ssif\" is none of kcs, smic, both, none"},
+        BadController{"bmc kcs\nbmc kcs", "2: the controller was given in line 1"},
+        BadController{"bmc kcs 1 20", "1: the word \"firmware\" was expected, not \"1\""},
+        BadController{"bmc kcs firmware 128 0", "1: the major firmware revision 128 is above 127"},
+        BadController{"bmc kcs firmware 1 100", "1: the minor firmware revision 100 is above 99"},
+        BadController{"\nreading 1 2",
+                      "2: this belongs to a controller, and no line begins with bmc"},
+        BadController{"bmc kcs\ntype 4", "2: type belongs to a sensor, and there is none"},
+        BadController{FAN "type 4\ntype 4", "4: type was given in line 3"},
+        BadController{FAN "factors 512 0 0 0", "3: M 512 is not between -512 and 511"},
+        BadController{FAN "factors 1 0 0 8", "3: the result exponent 8 is not between -8 and 7"},
+        BadController{FAN "factors 0x1 0 0 0", "3: M \"0x1\" is no decimal number"},
+        BadController{"bmc kcs\nsensor 1 \"seventeen letters\"",
+                      "2: the sensor name \"seventeen letters\" is longer than 16 characters"},
+        BadController{"bmc kcs\nsensor 256 \"FAN\"", "2: the sensor number 256 is above 255"},
+        BadController{FAN "reading 1 2\nreading 1 2", "4: the sensor has a reading already"},
+        BadController{FAN "states 1 2\nstates 1 2", "4: the sensor has states already"},
+        BadController{FAN "thresholds 1 0x40 1 2 3 4 5 6",
+                      "3: the readable thresholds 0x40 is above 63"},
+        BadController{"bmc kcs\nsdr short.bin", "2: no dump of a sensor data record repository"},
+        BadController{"bmc kcs\ninventory short.bin\ninventory short.bin",
+                      "3: the controller has an inventory already"},
+        BadController{"bmc kcs\nchannel 1 4 1\nchannel 1 4 1",
+                      "3: the controller has this channel already"},
+        BadController{"bmc kcs\nchannel 16 4 1", "2: the channel 16 is above 15"}));
+
+}  // namespace

@@ -1,0 +1,164 @@
+// SPDX-License-Identifier: MIT
+//
+// The simulated controller: its answers to commands, right and wrong.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "simulator/AccessLog.h"
+#include "simulator/Bmc.h"
+
+namespace {
+
+using sim::Bytes;
+using testing::ElementsAre;
+
+class BmcModel : public testing::Test {
+protected:
+    // Completion code, then the response.
+    Bytes ask(std::uint8_t netFn, std::uint8_t command, Bytes data) {
+        sim::BmcRequest request;
+        request.netFn = netFn;
+        request.command = command;
+        request.data = std::move(data);
+        bmc.answer(request);
+        request.response.insert(request.response.begin(), request.completion);
+        return request.response;
+    }
+
+    std::chrono::seconds now{0};
+    sim::AccessLog log;
+    sim::Bmc bmc{[this] { return now; }, log};
+};
+
+TEST_F(BmcModel, UnknownCommandsAndShortRequestsAreRefused) {
+    EXPECT_EQ(ask(6, 0x99, {}), Bytes{0xC1});
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 0}), Bytes{0xC7});
+    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Command 06 99 with", "Get SDR 00 00 00 00 00"));
+    EXPECT_THAT(log.lines(),
+                ElementsAre("ipmi Command 06 99 with -> C1", "ipmi Get SDR 00 00 00 00 00 -> C7"));
+}
+
+TEST_F(BmcModel, RecordsAreNumberedAndLinked) {
+    bmc.add(sim::SdrRecord("A", 1));
+    bmc.add(sim::SdrRecord("B", 2));
+    EXPECT_EQ(ask(0x0A, 0x20, {})[2], 2) << "the count";
+    const Bytes first = ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0xFF});
+    ASSERT_EQ(first.size(), 3u + 64);
+    EXPECT_EQ(first[0], 0);
+    EXPECT_EQ(first[1], 1) << "the next one's ID";
+    EXPECT_EQ(first[3 + 48], 'A');
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 1, 0, 0, 3}), (Bytes{0, 0xFF, 0xFF, 1, 0, 0x51}));
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 1, 0, 48, 1}), (Bytes{0, 0xFF, 0xFF, 'B'}));
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 2, 0, 0, 0xFF}), Bytes{0xCB});
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 1, 0, 65, 1}), Bytes{0xC9});
+}
+
+TEST_F(BmcModel, ADumpKeepsItsRecordIds) {
+    Bytes dump = sim::SdrRecord("A", 1).byte(0, 0x34).byte(1, 0x12).bytes();
+    const Bytes second = sim::SdrRecord("B", 2).byte(0, 0x99).bytes();
+    dump.insert(dump.end(), second.begin(), second.end());
+    bmc.loadRepository(dump);
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0}), (Bytes{0, 0x99, 0x00}));
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0x34, 0x12, 0, 0}), (Bytes{0, 0x99, 0x00}));
+    dump.pop_back();
+    EXPECT_THROW(bmc.loadRepository(dump), std::runtime_error);
+    EXPECT_THROW(bmc.loadRepository(Bytes{1, 2, 3}), std::runtime_error);
+}
+
+TEST_F(BmcModel, SensorsAreThoseOfTheRecordsAndTheGivenOnes) {
+    EXPECT_EQ(ask(4, 0x2D, {7}), Bytes{0xCB});
+    bmc.add(sim::SdrRecord("A", 7));
+    EXPECT_EQ(ask(4, 0x2D, {7}), (Bytes{0, 0, 0xC0, 0, 0}));
+    bmc.setReading(9, 42);
+    bmc.setStates(9, 1, 2);
+    EXPECT_EQ(ask(4, 0x2D, {9}), (Bytes{0, 42, 0xC0, 1, 2}));
+}
+
+TEST_F(BmcModel, ThresholdsAreStoredByMask) {
+    EXPECT_EQ(ask(4, 0x27, {7}), Bytes{0xCB});
+    EXPECT_EQ(ask(4, 0x26, {7, 0x3F, 1, 2, 3, 4, 5, 6}), Bytes{0xCB});
+    bmc.setThresholds(7, {0x1F, {1, 1, 1, 1, 1, 1}});
+    EXPECT_EQ(ask(4, 0x26, {7, 0x21, 9, 9, 9, 9, 9, 9}), Bytes{0});
+    EXPECT_EQ(ask(4, 0x27, {7}), (Bytes{0, 0x1F, 9, 1, 1, 1, 1, 9}));
+}
+
+TEST_F(BmcModel, TheWatchdogCountsDownInItsTime) {
+    EXPECT_EQ(ask(6, 0x22, {}), Bytes{0x80}) << "not set yet";
+    EXPECT_EQ(ask(6, 0x24, {4, 1, 0, 0, 100, 0}), Bytes{0});
+    now = std::chrono::seconds(50);
+    EXPECT_EQ(bmc.watchdogExpirations(), 0) << "not started";
+    EXPECT_EQ(ask(6, 0x22, {}), Bytes{0});
+    now = std::chrono::seconds(57);
+    EXPECT_EQ(ask(6, 0x25, {}), (Bytes{0, 0x44, 1, 0, 0, 100, 0, 30, 0}));
+    now = std::chrono::seconds(60);
+    EXPECT_EQ(bmc.watchdogExpirations(), 1);
+    EXPECT_EQ(ask(6, 0x25, {}), (Bytes{0, 0x04, 1, 0, 0, 100, 0, 0, 0}));
+    now = std::chrono::seconds(90);
+    EXPECT_EQ(bmc.watchdogExpirations(), 1) << "once";
+}
+
+TEST_F(BmcModel, SettingTheWatchdogKeepsItRunningWhenAskedTo) {
+    (void)ask(6, 0x24, {4, 1, 0, 0, 100, 0});
+    (void)ask(6, 0x22, {});
+    (void)ask(6, 0x24, {0x44, 1, 0, 0, 100, 0});
+    EXPECT_TRUE(bmc.watchdog().running);
+    (void)ask(6, 0x24, {0x04, 1, 0, 0, 100, 0});
+    EXPECT_FALSE(bmc.watchdog().running);
+}
+
+TEST_F(BmcModel, TheInventoryIsReadInPieces) {
+    EXPECT_EQ(ask(0x0A, 0x10, {0}), Bytes{0xCB});
+    bmc.setInventory({10, 11, 12, 13});
+    EXPECT_EQ(ask(0x0A, 0x10, {0}), (Bytes{0, 4, 0, 0}));
+    EXPECT_EQ(ask(0x0A, 0x10, {1}), Bytes{0xCB}) << "another device";
+    EXPECT_EQ(ask(0x0A, 0x11, {0, 1, 0, 2}), (Bytes{0, 2, 11, 12}));
+    EXPECT_EQ(ask(0x0A, 0x11, {0, 2, 0, 9}), (Bytes{0, 2, 12, 13})) << "no more than there is";
+    EXPECT_EQ(ask(0x0A, 0x11, {0, 4, 0, 1}), Bytes{0xC9});
+}
+
+TEST_F(BmcModel, ChannelsUsersAndLanSettings) {
+    EXPECT_EQ(ask(6, 0x42, {3}), Bytes{0xCC});
+    bmc.setChannel(3, {4, 1});
+    EXPECT_THAT(ask(6, 0x42, {3}), ElementsAre(0, 3, 4, 1, 0, 0xF2, 0x1B, 0, 0, 0));
+    EXPECT_EQ(ask(6, 0x42, {3, 1}), Bytes{0xC7});
+    EXPECT_EQ(ask(6, 0x47, {2, 0}), Bytes{0});
+    EXPECT_EQ(bmc.users().at(2), Bytes{0});
+    EXPECT_EQ(ask(0x0C, 0x01, {1, 0, 1}), Bytes{0});
+    EXPECT_EQ(ask(0x0C, 0x01, {1, 0, 1}), Bytes{0x81}) << "in progress already";
+    EXPECT_EQ(ask(0x0C, 0x01, {1, 3, 10, 0, 0, 1}), Bytes{0});
+    EXPECT_EQ(bmc.lan().at({1, 3}), (Bytes{10, 0, 0, 1}));
+}
+
+TEST_F(BmcModel, AnInterceptorAnswersInItsPlace) {
+    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<Bytes> {
+        if (request.command == 0x2D) return Bytes{1, 2};
+        return std::nullopt;
+    });
+    EXPECT_EQ(ask(4, 0x2D, {7}), (Bytes{0, 1, 2}));
+    EXPECT_EQ(ask(6, 0x01, {})[3], 1) << "the controller's own firmware revision";
+    EXPECT_EQ(bmc.count(4, 0x2D), 1u);
+    bmc.forgetRequests();
+    EXPECT_EQ(bmc.count(4, 0x2D), 0u);
+}
+
+TEST(SdrRecord, RefusesWhatDoesNotFit) {
+    EXPECT_THROW(sim::SdrRecord("seventeen letters", 1), std::invalid_argument);
+    EXPECT_THROW(sim::SdrRecord("A", 1).factors(512, 0, 0, 0), std::invalid_argument);
+    EXPECT_THROW(sim::SdrRecord("A", 1).factors(0, -513, 0, 0), std::invalid_argument);
+    EXPECT_THROW(sim::SdrRecord("A", 1).factors(0, 0, 8, 0), std::invalid_argument);
+    EXPECT_THROW(sim::SdrRecord("A", 1).byte(64, 0), std::out_of_range);
+}
+
+TEST(SdrRecord, PacksTheFactors) {
+    const Bytes record = sim::SdrRecord("A", 1).factors(-1, 511, -7, -2).bytes();
+    EXPECT_EQ(record[24], 0xFF);
+    EXPECT_EQ(record[25], 0xC0);
+    EXPECT_EQ(record[26], 0xFF);
+    EXPECT_EQ(record[27], 0x40);
+    EXPECT_EQ(record[29], 0xE9);
+}
+
+}  // namespace
