@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+//
+// An agent may put its own transport in front of the library's, and unlike that one it may tell the
+// completion code. This program's transport refuses the requests from a given one on.
+
+#include <gtest/gtest.h>
+
+#include <cstring>
+#include <memory>
+
+#include "simulator/SimulatedServer.h"
+#include "support/OpenIpmi.h"
+
+namespace {
+
+int sent = 0;
+int refuseFrom = 1;
+
+}  // namespace
+
+int IPMIbase::SendTimedImbpRequest(IMBPREQUESTDATA*, int, unsigned char* response, int*,
+                                   unsigned char* completionCode) {
+    ++sent;
+    if (sent >= refuseFrom) *completionCode = 0xC1;
+    std::memset(response, 0x11, 16);
+    return 0;
+}
+
+namespace {
+
+class Completion : public ::testing::Test {
+protected:
+    Completion() {
+        server.bmc();
+        support = std::make_unique<IPMIsupport>();
+    }
+    sim::SimulatedServer server;
+    std::unique_ptr<IPMIsupport> support;
+};
+
+TEST_F(Completion, ARefusedQueryFailsAndLeavesItsAnswers) {
+    int count = 7;
+    int version = 7;
+    unsigned short reservation = 7;
+    unsigned char byte = 7;
+    unsigned char record[4] = {7};
+    Sensor& sensor = support->sensor;
+    EXPECT_EQ(sensor.GetSDRRepositoryInfo(count, version), -1);
+    EXPECT_EQ(sensor.ReserveSDRRepository(reservation), -1);
+    EXPECT_EQ(sensor.GetSDR(0, 0, record, 4), -1);
+    EXPECT_EQ(sensor.ReadSensor(1, byte), -1);
+    EXPECT_EQ(sensor.GetSensorStatus(1, 10, byte), -1);
+    EXPECT_EQ(sensor.GetDeviceID(&byte, &byte), -1);
+    EXPECT_EQ(support->GetWatchDogTimer(count, count, version), -1);
+    EXPECT_EQ(support->ResetWatchDogTimer(), -1);
+    EXPECT_EQ(count, 7);
+    EXPECT_EQ(version, 7);
+    EXPECT_EQ(reservation, 7);
+    EXPECT_EQ(byte, 7);
+    EXPECT_EQ(record[0], 7);
+    EXPECT_EQ(sent, 8);
+    EXPECT_EQ(sensor.request.data, nullptr);
+}
+
+TEST_F(Completion, RefusedThresholdsAreCleared) {
+    SensorThresholdInfoRaw raw{};
+    SensorThresholdInfoConverted converted{};
+    raw.deviceID = 7;
+    EXPECT_EQ(support->sensor.GetSensorThreshold(1, {}, raw, converted), -1);
+    EXPECT_EQ(raw.deviceID, 0);
+    EXPECT_EQ(support->SetSensorThreshold(1, raw), -1);
+}
+
+TEST_F(Completion, ARefusedChannelReleasesItsRequest) {
+    ChannelInfo channel{7, 7, 7};
+    EXPECT_EQ(support->GetChannelInfo(3, &channel), -1);
+    EXPECT_EQ(channel.channelNumber, 7);
+    EXPECT_EQ(support->request.data, nullptr);
+    EXPECT_EQ(support->GetLANChannelInfo(&channel), -1);
+    EXPECT_EQ(channel.channelNumber, 7);
+    EXPECT_EQ(sent, 2) << "the search ends with the first failure";
+}
+
+TEST_F(Completion, ARefusedSettingKeepsItsRequest) {
+    EXPECT_EQ(support->SetWatchDogTimer(1, 10000), -1);
+    ASSERT_NE(support->request.data, nullptr);
+    EXPECT_EQ(support->request.data[4], 100);
+    delete[] support->request.data;
+}
+
+TEST_F(Completion, ALanSettingRefusedAtTheSubnetMaskHasSentFiveRequests) {
+    refuseFrom = 5;
+    const LANParameter lan{1, {192, 168, 0, 7}, {0, 1, 2, 3, 4, 5}, {255, 255, 255, 0}};
+    EXPECT_EQ(support->SetLANParameter(lan), -1);
+    EXPECT_EQ(sent, 5);
+    ASSERT_NE(support->request.data, nullptr);
+    EXPECT_EQ(support->request.data[1], 6);
+    delete[] support->request.data;
+}
+
+TEST_F(Completion, ARefusedUserNameSendsNoPassword) {
+    EXPECT_EQ(support->SetUserInfo(2, "admin", nullptr), -1);
+    EXPECT_EQ(sent, 1);
+    delete[] support->request.data;
+}
+
+TEST_F(Completion, ARefusedPasswordFails) {
+    refuseFrom = 2;
+    EXPECT_EQ(support->SetUserInfo(2, "admin", nullptr), -1);
+    EXPECT_EQ(sent, 2);
+    delete[] support->request.data;
+}
+
+TEST_F(Completion, ARefusedInventoryClearsItsRequest) {
+    EXPECT_EQ(support->fru.GetFRU(), -1);
+    EXPECT_EQ(support->fru.GetCommonHeaderInfo(), -1);
+    EXPECT_EQ(support->fru.GetBoardInfo(), -1);
+    EXPECT_EQ(sent, 3);
+    refuseFrom = 5;
+    EXPECT_EQ(support->fru.GetProductInfo(), -1);
+    EXPECT_EQ(sent, 5);
+    EXPECT_EQ(support->fru.request.data, nullptr);
+    EXPECT_EQ(support->fru.request.dataLength, 0);
+    EXPECT_EQ(support->GetFRUInfo(), -1);
+}
+
+}  // namespace

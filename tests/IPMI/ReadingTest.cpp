@@ -1,0 +1,222 @@
+// SPDX-License-Identifier: MIT
+//
+// Current readings as texts.
+
+#include <cmath>
+#include <cstdio>
+
+#include "support/IpmiTest.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::SizeIs;
+
+class Reading : public IpmiTest {
+protected:
+    // Text of the first voltage, temperature, fan.
+    Answer VoltageText() { return Ask(&Sensor::GetVoltageCurrent, 0); }
+    Answer TemperatureText() { return Ask(&Sensor::GetTemperatureCurrent, 0); }
+    Answer FanText() { return Ask(&Sensor::GetFanSpeed, 0); }
+
+    const Answer unknown = Terminated("Unknown");
+};
+
+TEST_F(Reading, HasTwoDecimalsAndTheUnit) {
+    Add(Voltage("V", 0x20), 165);
+    Add(Temperature("T", 0x21), 42);
+    Loaded();
+    bmc.forgetRequests();
+    EXPECT_EQ(VoltageText(), Terminated("3.30V"));
+    EXPECT_EQ(TemperatureText(), Terminated("42.00degree C"));
+    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 21"));
+}
+
+TEST_F(Reading, OfAllOnesIsUnknown) {
+    Add(Voltage("V", 0x20), 0xFF);
+    Add(Temperature("T", 0x21), 0xFE);
+    Loaded();
+    EXPECT_EQ(VoltageText(), unknown);
+    EXPECT_EQ(TemperatureText(), Terminated("254.00degree C"));
+}
+
+TEST_F(Reading, WithoutAControllerIsUnknown) {
+    Add(Voltage("V", 0x20), 165);
+    Add(Fan("F", 0x30), 70);
+    Loaded();
+    InitOK = 0;
+    EXPECT_EQ(VoltageText(), unknown);
+    EXPECT_EQ(FanText(), unknown);
+}
+
+TEST_F(Reading, OfASensorWithoutNumberIsUnknownWithoutARequest) {
+    Add(Voltage("V", 0x20), 165);
+    Loaded();
+    Sensors().VSInfo.sd[0].SensorNumbers = 0xFF;
+    bmc.forgetRequests();
+    EXPECT_EQ(VoltageText(), unknown);
+    EXPECT_THAT(bmc.requests(), SizeIs(0));
+}
+
+TEST_F(Reading, LongerThanItsFieldIsCut) {
+    Add(Voltage("V", 0x20).factors(1, 0, 0, 0).linearization(5), 100);
+    Loaded();
+    char whole[200];
+    std::snprintf(whole, sizeof whole, "%.2f", std::pow(10.0, 100.0));
+    EXPECT_EQ(VoltageText(), Terminated(std::string(whole, 63))) << "of 101 digits";
+}
+
+// Processors that are not there.
+
+class ProcessorPresence : public Reading {
+protected:
+    // A processor's temperature and the sensor of its presence.
+    void AddProcessor(int states, int presenceInstance = 1, int event = 0x6F) {
+        Add(Temperature("CPU", 0x10).entity(3, 1), 42);
+        const std::uint8_t instance = static_cast<std::uint8_t>(presenceInstance);
+        bmc.setStates(0x40, static_cast<std::uint8_t>(states));
+        Add(sim::SdrRecord("P", 0x40)
+                .kind(kProcessor)
+                .entity(3, instance)
+                .event(static_cast<std::uint8_t>(event)),
+            0);
+        Loaded();
+    }
+    const Answer known = Terminated("42.00degree C");
+};
+
+TEST_F(ProcessorPresence, APresentOneIsRead) {
+    AddProcessor(0x80);
+    EXPECT_EQ(TemperatureText(), known);
+}
+
+TEST_F(ProcessorPresence, AnAbsentOneIsUnknown) {
+    AddProcessor(0x7F);
+    EXPECT_EQ(TemperatureText(), unknown);
+}
+
+TEST_F(ProcessorPresence, AnotherProcessorsAbsenceDoesNotMatter) {
+    AddProcessor(0x00, 2);
+    EXPECT_EQ(TemperatureText(), known);
+}
+
+TEST_F(ProcessorPresence, OnlySensorSpecificStatesTell) {
+    AddProcessor(0x00, 1, 0x03);
+    EXPECT_EQ(TemperatureText(), known);
+}
+
+TEST_F(ProcessorPresence, OnlyProcessorsAreLookedAt) {
+    AddProcessor(0x00);
+    Sensors().TSInfo.sd[0].SensorEntityID = 7;
+    EXPECT_EQ(TemperatureText(), known);
+}
+
+TEST_F(ProcessorPresence, OnlyTheTablesOwnEntriesAreLookedAt) {
+    AddProcessor(0x00);
+    Sensors().PSInfo.quantity = 0;
+    EXPECT_EQ(TemperatureText(), known);
+    Sensors().PSInfo.quantity = 1000;
+    EXPECT_EQ(TemperatureText(), unknown);
+}
+
+// Sensors that tell their availability.
+
+class Availability : public Reading {};
+
+TEST_F(Availability, RunningOrOnLineIsRead) {
+    Add(Voltage("V", 0x20).event(10), 165);
+    Loaded();
+    for (const int states : {0x01, 0x08, 0x09, 0xFF}) {
+        bmc.setStates(0x20, static_cast<std::uint8_t>(states));
+        EXPECT_EQ(VoltageText(), Terminated("3.30V")) << states;
+    }
+}
+
+TEST_F(Availability, AnyOtherStateIsUnknown) {
+    Add(Voltage("V", 0x20).event(10), 165);
+    Add(Fan("F", 0x30).event(10), 70);
+    Loaded();
+    for (const int states : {0x00, 0x02, 0xF6}) {
+        bmc.setStates(0x20, static_cast<std::uint8_t>(states));
+        bmc.setStates(0x30, static_cast<std::uint8_t>(states));
+        EXPECT_EQ(VoltageText(), unknown) << states;
+        EXPECT_EQ(FanText(), unknown) << states;
+    }
+}
+
+// Fans.
+
+class FanSpeed : public Reading {};
+
+TEST_F(FanSpeed, IsAWholeNumberWithTheUnit) {
+    Add(Fan("F", 0x30), 70);
+    Loaded();
+    bmc.forgetRequests();
+    EXPECT_EQ(FanText(), Terminated("3500RPM"));
+    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
+}
+
+TEST_F(FanSpeed, IsTruncated) {
+    Add(Fan("F", 0x30).factors(199, 0, 0, -2), 1);
+    Loaded();
+    EXPECT_EQ(FanText(), Terminated("1RPM"));
+}
+
+TEST_F(FanSpeed, OfAllOnesIsUnknownAfterTheAvailability) {
+    Add(Fan("F", 0x30).event(10), 0xFF);
+    bmc.setStates(0x30, 0x01);
+    Loaded();
+    bmc.forgetRequests();
+    EXPECT_EQ(FanText(), unknown);
+    EXPECT_THAT(bmc.requests(), SizeIs(2)) << "reading and state";
+    Sensors().FSInfo.sd[0].SensorEventReadingCode = 1;
+    EXPECT_EQ(FanText(), unknown) << "whatever the type";
+}
+
+TEST_F(FanSpeed, WithoutAUnitIsInPercentOfTheHighestReading) {
+    Add(Fan("F", 0x30).unit(0).limits(200, 0), 100);
+    Loaded();
+    bmc.forgetRequests();
+    EXPECT_EQ(FanText(), Terminated("50%"));
+    EXPECT_THAT(bmc.requests(), SizeIs(1)) << "the device ID is not asked for";
+}
+
+TEST_F(FanSpeed, WithoutAUnitAndAHighestReadingIsUnknown) {
+    Add(Fan("F", 0x30).unit(0).limits(0, 0), 100);
+    Loaded();
+    EXPECT_EQ(FanText(), unknown);
+}
+
+TEST_F(FanSpeed, InPercentIsOfTheHighestReading) {
+    Add(Fan("F", 0x30).unit1(0x01).limits(150, 0), 50);
+    Loaded();
+    EXPECT_EQ(FanText(), Terminated("33%"));
+}
+
+TEST_F(FanSpeed, InPercentWithoutAHighestReadingIsTheLowestNumber) {
+    Add(Fan("F", 0x30).unit1(0x01).limits(0, 0), 50);
+    Loaded();
+    EXPECT_EQ(FanText(), Terminated("-2147483648%"));
+}
+
+TEST_F(FanSpeed, PastThirtyTwoBitsIsTheLowestNumber) {
+    Add(Fan("F", 0x30).factors(511, 0, 0, 7), 200);
+    Loaded();
+    EXPECT_EQ(FanText(), Terminated("-2147483648RPM"));
+}
+
+TEST_F(FanSpeed, AReadingOfZeroIsAnErrorStatus) {
+    Add(Fan("F", 0x30), 0);
+    Loaded();
+    char status = 0;
+    EXPECT_EQ(Support().GetFanStatus(0, status), 0);
+    EXPECT_EQ(status, IPMIbase::STATUS_ERROR);
+    bmc.setReading(0x30, 1);
+    EXPECT_EQ(Support().GetFanStatus(0, status), 0);
+    EXPECT_EQ(status, IPMIbase::STATUS_NORMAL);
+    InitOK = 0;
+    EXPECT_EQ(Support().GetFanStatus(0, status), 0);
+    EXPECT_EQ(status, IPMIbase::STATUS_ERROR);
+}
+
+}  // namespace

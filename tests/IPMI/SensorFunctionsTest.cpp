@@ -1,0 +1,290 @@
+// SPDX-License-Identifier: MIT
+//
+// GetIpmiInfo: its guards, the reading of the repository and the records.
+
+#include <cstring>
+
+#include "Talvane.h"
+#include "support/IpmiTest.h"
+
+namespace {
+
+using ::testing::SizeIs;
+
+// A record, and bytes behind it that no call may touch.
+template <class Record>
+struct Guarded {
+    Record record;
+    unsigned char behind[16];
+
+    Guarded() {
+        std::memset(&record, 0, sizeof record);
+        std::memset(behind, 0xA5, sizeof behind);
+    }
+    bool IsIntact() const {
+        for (const unsigned char byte : behind)
+            if (byte != 0xA5) return false;
+        return true;
+    }
+};
+
+class SensorQuery : public IpmiTest {
+protected:
+    std::size_t Walks() const { return bmc.count(0x0A, 0x20); }
+    Guarded<FanInformation> fans;
+    Guarded<VoltageInformation> voltages;
+    Guarded<TemperatureInformation> temperatures;
+};
+
+TEST_F(SensorQuery, IpmiIsSupportedWhereAnInterfaceAnswers) {
+    EXPECT_EQ(IsIpmiSupport(), 1);
+}
+
+TEST_F(SensorQuery, AFanFillsItsElement) {
+    Add(Fan("FAN 1", 0x30).entity(29, 1), 70);
+    bmc.setThresholds(0, {0x3F, {10, 8, 6, 100, 110, 120}});
+    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    EXPECT_EQ(fans.record.quantity, 1);
+    const FAN_DEVICE& fan = fans.record.fan[0];
+    EXPECT_STREQ(fan.speed, "3500RPM");
+    EXPECT_EQ(fan.sensorNumber, 0x30);
+    EXPECT_EQ(fan.DeviceID, 29);
+    EXPECT_EQ(fan.SensorType, kFan);
+    EXPECT_STREQ(fan.desc, "");
+    EXPECT_STREQ(fan.IdString, "FAN 1");
+    EXPECT_STREQ(fan.min, "");
+    EXPECT_STREQ(fan.max, "");
+    EXPECT_EQ(fan.status, 0);
+    EXPECT_EQ(fan.sti.DeviceID, 29);
+    EXPECT_EQ(fan.sti.SensorType, kFan);
+    EXPECT_EQ(fan.sti.LowerNonCriticalThreshold, 500.0);
+    EXPECT_EQ(fan.sti.LowerCriticalThreshold, 400.0);
+    EXPECT_EQ(fan.sti.LowerNonRecoverThreshold, 300.0);
+    EXPECT_EQ(fan.sti.UpperNonCriticalThresholdValue, 5000.0);
+    EXPECT_EQ(fan.sti.UpperCriticalThresholdValue, 5500.0);
+    EXPECT_EQ(fan.sti.UpperNonRecoverThresholdValue, 6000.0);
+    EXPECT_EQ(fan.sti.MaxThreshold, 0.0);
+    EXPECT_EQ(fan.sti.readableFlag, 0) << "not written";
+    EXPECT_TRUE(fans.IsIntact());
+}
+
+TEST_F(SensorQuery, AVoltageFillsItsElementWithLimits) {
+    Add(Voltage("3.3V", 0x20).entity(10, 1).limits(250, 10), 165);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
+    EXPECT_EQ(voltages.record.quantity, 1);
+    const VOLTAGE_PROBE& voltage = voltages.record.voltage[0];
+    EXPECT_STREQ(voltage.CurrentVoltage, "3.30V");
+    EXPECT_STREQ(voltage.max, "5.00");
+    EXPECT_STREQ(voltage.min, "0.20");
+    EXPECT_EQ(voltage.sensorNumber, 0x20);
+    EXPECT_EQ(voltage.DeviceID, 10);
+    EXPECT_EQ(voltage.SensorType, kVoltage);
+    EXPECT_STREQ(voltage.IdString, "3.3V");
+}
+
+TEST_F(SensorQuery, ATemperatureFillsItsElementWithItsState) {
+    Add(Temperature("CPU", 0x10).entity(3, 1).event(7), 42);
+    bmc.setStates(0x10, 0x04);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
+    EXPECT_EQ(temperatures.record.quantity, 1);
+    const TEMPERATURE_PROBE& temperature = temperatures.record.temperature[0];
+    EXPECT_STREQ(temperature.CurrentTemperature, "42.00degree C");
+    EXPECT_STREQ(temperature.desc, "transition to Critical from less servere");
+    EXPECT_EQ(temperature.sensorNumber, 0x10);
+    EXPECT_EQ(temperature.DeviceID, 3);
+    EXPECT_EQ(temperature.SensorType, kTemperature);
+    EXPECT_STREQ(temperature.IdString, "CPU");
+}
+
+TEST_F(SensorQuery, TwentyFansAreCountedAndSixteenFilled) {
+    for (int i = 1; i <= 20; ++i)
+        Add(Fan("FAN" + std::to_string(i), static_cast<std::uint8_t>(i)), 70);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    EXPECT_EQ(fans.record.quantity, 20);
+    EXPECT_STREQ(fans.record.fan[15].IdString, "FAN16");
+    EXPECT_TRUE(fans.IsIntact());
+}
+
+TEST_F(SensorQuery, FortyVoltagesAndTemperaturesFillThirtyTwo) {
+    for (int i = 1; i <= 40; ++i) {
+        const auto number = static_cast<std::uint8_t>(i);
+        Add(Voltage("V" + std::to_string(i), number), 165);
+        Add(Temperature("T" + std::to_string(i), number), 165);
+    }
+    ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
+    EXPECT_EQ(voltages.record.quantity, 40);
+    EXPECT_STREQ(voltages.record.voltage[31].IdString, "V32");
+    EXPECT_TRUE(voltages.IsIntact());
+    EXPECT_EQ(temperatures.record.quantity, 40);
+    EXPECT_STREQ(temperatures.record.temperature[31].IdString, "T32");
+    EXPECT_TRUE(temperatures.IsIntact());
+}
+
+TEST_F(SensorQuery, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
+    Add(Voltage("V1", 0x20).entity(10), 1);     // entry 0
+    Add(Voltage("V2", 0x21).entity(7), 1);      // entry 1
+    Add(Temperature("T1", 0x10).entity(3), 1);  // entry 2
+    Add(Temperature("T2", 0x11).entity(7), 1);  // entry 3
+    for (std::uint8_t k = 0; k < 4; ++k)
+        bmc.setThresholds(k, {0x3F, {k, k, k, k, k, static_cast<std::uint8_t>(50 + k)}});
+    ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(voltages.record.voltage[i].sti.UpperNonRecoverThresholdValue, 1.0) << i;
+        EXPECT_EQ(voltages.record.voltage[i].sti.DeviceID, 10) << i;
+        EXPECT_EQ(temperatures.record.temperature[i].sti.UpperNonRecoverThresholdValue, 52.0) << i;
+        EXPECT_EQ(temperatures.record.temperature[i].sti.DeviceID, 3) << i;
+    }
+    EXPECT_EQ(voltages.record.voltage[1].DeviceID, 7) << "its own entity";
+}
+
+TEST_F(SensorQuery, FansCarryTheirOwnThresholds) {
+    Add(Fan("F1", 0x30), 1);
+    Add(Fan("F2", 0x31), 1);
+    bmc.setThresholds(0, {0x3F, {1, 1, 1, 1, 1, 1}});
+    bmc.setThresholds(1, {0x3F, {2, 2, 2, 2, 2, 2}});
+    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    EXPECT_EQ(fans.record.fan[0].sti.LowerCriticalThreshold, 50.0);
+    EXPECT_EQ(fans.record.fan[1].sti.LowerCriticalThreshold, 100.0);
+}
+
+TEST_F(SensorQuery, TextsAreCutToTheirFields) {
+    Add(Temperature("T", 0x10).unit(65).factors(100, 0, 0, 1), 200);
+    Add(Voltage("V", 0x20).factors(511, 0, 0, 7).linearization(9).limits(0xFE, 0xFD), 200);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
+    EXPECT_STREQ(temperatures.record.temperature[0].CurrentTemperature, "200000.00color ");
+    EXPECT_EQ(std::strlen(voltages.record.voltage[0].CurrentVoltage), 15u);
+    EXPECT_EQ(std::strlen(voltages.record.voltage[0].max), 15u);
+    EXPECT_EQ(std::strlen(voltages.record.voltage[0].min), 15u);
+    EXPECT_STREQ(voltages.record.voltage[0].IdString, "V");
+}
+
+TEST_F(SensorQuery, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
+    Add(Fan("F", 0x30), 70);
+    std::memset(&fans.record, 0x5A, sizeof fans.record);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    const FAN_DEVICE& fan = fans.record.fan[0];
+    EXPECT_EQ(fan.status, 0x5A);
+    EXPECT_EQ(fan.min[0], 0x5A);
+    EXPECT_EQ(fan.max[0], 0x5A);
+    EXPECT_EQ(fan.speed[8], 0x5A) << "behind the terminator";
+    EXPECT_EQ(fan.sti.readableFlag, 0x5A);
+    EXPECT_EQ(fans.record.fan[1].sensorNumber, 0x5A);
+}
+
+TEST_F(SensorQuery, TheRepositoryIsReadOnce) {
+    Add(Fan("F", 0x30), 70);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    EXPECT_EQ(Walks(), 1u);
+    EXPECT_EQ(fans.record.quantity, 1);
+}
+
+TEST_F(SensorQuery, AKindWithoutSensorsFailsAndWritesNothing) {
+    Add(Fan("F", 0x30), 70);
+    voltages.record.quantity = 77;
+    EXPECT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), -1);
+    EXPECT_EQ(voltages.record.quantity, 77);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0) << "not busy";
+}
+
+TEST_F(SensorQuery, OtherCommandsSucceedAndWriteNothing) {
+    Add(Fan("F", 0x30), 70);
+    fans.record.quantity = 77;
+    for (const unsigned long command : {0ul, TALVANE_BOARD, 0x6000000ul, 0xFFFFFFFFul})
+        EXPECT_EQ(GetIpmiInfo(command, &fans.record), 0) << command;
+    EXPECT_EQ(fans.record.quantity, 77);
+    EXPECT_EQ(Walks(), 1u) << "the repository is read all the same";
+}
+
+TEST_F(SensorQuery, AnEmptyRepositoryFailsEveryTimeAndIsReadEveryTime) {
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1);
+    EXPECT_EQ(Walks(), 2u);
+    Add(Fan("F", 0x30), 70);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+}
+
+int nested = 77;
+
+TEST_F(SensorQuery, ANestedCallIsBusy) {
+    Add(Fan("F", 0x30), 70);
+    server.during("ioctl", [] {
+        FanInformation inner{};
+        nested = GetIpmiInfo(TALVANE_FANS, &inner);
+    });
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    EXPECT_EQ(nested, 1);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+}
+
+TEST_F(SensorQuery, AnInventoryQueryMayRunInside) {
+    Add(Fan("F", 0x30), 70);
+    server.during("ioctl", [] {
+        SysInformation inner{};
+        nested = GetInfo(TALVANE_SYSTEM, &inner);
+    });
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    EXPECT_EQ(nested, -1) << "no SMBIOS here, and not busy";
+}
+
+TEST_F(SensorQuery, AfterAReleaseNoSensorIsKnown) {
+    Add(Fan("F", 0x30), 70);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
+    const std::size_t opened = server.log().count("open");
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(server.log().count("close"), 3u);
+    EXPECT_EQ(IsIpmiSupport(), 1) << "the interface was found before";
+    EXPECT_EQ(server.log().count("open"), opened);
+    bmc.forgetRequests();
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1) << "not busy";
+    EXPECT_THAT(bmc.requests(), SizeIs(0)) << "the repository is not read again";
+}
+
+TEST_F(SensorQuery, ReleasingTwiceIsHarmless) {
+    EXPECT_EQ(IsIpmiSupport(), 1);
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(server.log().count("close"), 3u);
+}
+
+class WithoutIpmi : public ::testing::Test {
+protected:
+    sim::SimulatedServer server;
+};
+
+TEST_F(WithoutIpmi, TheFirstQueryFailsAndEveryLaterOneIsBusy) {
+    FanInformation fans{};
+    EXPECT_EQ(IsIpmiSupport(), 0);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);
+    EXPECT_EQ(GetIpmiInfo(0, &fans), 1);
+}
+
+TEST_F(WithoutIpmi, TheDeviceIsTriedByEachPartOfTheObjectOnce) {
+    EXPECT_EQ(IsIpmiSupport(), 0);
+    EXPECT_EQ(IsIpmiSupport(), 0);
+    EXPECT_EQ(server.log().count("open"), 3u);
+}
+
+TEST_F(WithoutIpmi, EveryOtherFunctionFails) {
+    unsigned char byte = 0;
+    int number = 0;
+    SensorThresholdInformation thresholds{};
+    EXPECT_EQ(SetWatchDogTimer(1, 10000), -1);
+    EXPECT_EQ(ResetWatchDogTimer(), -1);
+    EXPECT_EQ(StopWatchDogTimer(), -1);
+    EXPECT_EQ(GetWatchDogTimer(&byte, &number, &number), -1);
+    EXPECT_EQ(GetBMCVersion(&byte, &byte), -1);
+    EXPECT_EQ(GetAllThresholdInfo(&thresholds), -1);
+    EXPECT_EQ(GetThresholdInfo(3, 1, &thresholds), -1);
+    EXPECT_EQ(SetThresholdInfo(3, 1, 0, 1.0), -1);
+    EXPECT_EQ(SetThresholdInfo(3, 1, 0, 1.0), -1) << "not busy";
+    FanInformation fans{};
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1) << "no flag was left set";
+}
+
+}  // namespace

@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+//
+// The sensor tables and what they answer without asking the controller.
+
+#include "support/IpmiTest.h"
+
+namespace {
+
+using ::testing::SizeIs;
+
+class Tables : public IpmiTest {
+protected:
+    void AddOneOfEach() {
+        Add(Temperature("T1", 0x10).entity(3, 1).limits(0x7F, 0x01), 40);
+        Add(Voltage("V1", 0x20).entity(10, 2).limits(250, 10), 165);
+        Add(Fan("F1", 0x30).entity(29, 3), 70);
+        Add(sim::SdrRecord("P1", 0x40).kind(kProcessor).event(0x6F).entity(3, 1), 0);
+        bmc.setThresholds(0, {0x3F, {1, 2, 3, 4, 5, 6}});
+        bmc.setThresholds(1, {0x3F, {11, 12, 13, 14, 15, 16}});
+        bmc.setThresholds(2, {0x3F, {21, 22, 23, 24, 25, 26}});
+    }
+};
+
+TEST_F(Tables, SensorsAreSortedByType) {
+    AddOneOfEach();
+    Loaded();
+    EXPECT_EQ(Support().GetTemSensorsNum(), 1);
+    EXPECT_EQ(Support().GetVoltSensorsNum(), 1);
+    EXPECT_EQ(Support().GetFanSensorsNum(), 1);
+    EXPECT_EQ(Sensors().PSInfo.quantity, 1);
+    EXPECT_STREQ(Sensors().PSInfo.sd[0].IDString, "P1");
+}
+
+TEST_F(Tables, EveryGetterAnswersFromItsTable) {
+    AddOneOfEach();
+    Loaded();
+    unsigned char byte = 0;
+    EXPECT_EQ(Support().GetTemperatureEntityID(0, byte), 0);
+    EXPECT_EQ(byte, 3);
+    EXPECT_EQ(Support().GetVoltageEntityID(0, byte), 0);
+    EXPECT_EQ(byte, 10);
+    EXPECT_EQ(Support().GetFanEntityID(0, byte), 0);
+    EXPECT_EQ(byte, 29);
+    EXPECT_EQ(Support().GetTemperatureSensorNumber(0, byte), 0);
+    EXPECT_EQ(byte, 0x10);
+    EXPECT_EQ(Support().GetVoltageSensorNumber(0, byte), 0);
+    EXPECT_EQ(byte, 0x20);
+    EXPECT_EQ(Support().GetFanSensorNumber(0, byte), 0);
+    EXPECT_EQ(byte, 0x30);
+    EXPECT_EQ(Support().GetTemperatureSensorType(0, byte), 0);
+    EXPECT_EQ(byte, kTemperature);
+    EXPECT_EQ(Support().GetVoltageSensorType(0, byte), 0);
+    EXPECT_EQ(byte, kVoltage);
+    EXPECT_EQ(Support().GetFanSensorType(0, byte), 0);
+    EXPECT_EQ(byte, kFan);
+    EXPECT_EQ(Ask(&Sensor::GetTemperatureIDString, 0), Terminated("T1"));
+    EXPECT_EQ(Ask(&Sensor::GetVoltageIDString, 0), Terminated("V1"));
+    EXPECT_EQ(Ask(&Sensor::GetFanIDString, 0), Terminated("F1"));
+    EXPECT_EQ(Ask(&Sensor::GetVoltageMax, 0), Terminated("5.00"));
+    EXPECT_EQ(Ask(&Sensor::GetVoltageMin, 0), Terminated("0.20"));
+}
+
+TEST_F(Tables, ThresholdsComeRawAndConverted) {
+    AddOneOfEach();
+    Loaded();
+    SensorThresholdInfoRaw raw{};
+    SensorThresholdInfoConverted converted{};
+    EXPECT_EQ(Support().GetTemperatureSensorThreshold(0, raw, converted), 0);
+    EXPECT_EQ(raw.LowerNonCriticalThreshold, 1);
+    EXPECT_EQ(Support().GetVoltageSensorThreshold(0, raw, converted), 0);
+    EXPECT_EQ(raw.UpperNonRecoverThresholdValue, 16);
+    EXPECT_EQ(converted.UpperNonRecoverThresholdValue, 0.32);
+    EXPECT_EQ(Support().GetFanSensorThreshold(0, raw, converted), 0);
+    EXPECT_EQ(converted.LowerCriticalThreshold, 1100.0);
+}
+
+TEST_F(Tables, ATemperatureWithoutAnalogReadingIsLeftOut) {
+    Add(Temperature("T1", 0x10).unit1(0xC0), 40);
+    Add(Voltage("V1", 0x20).unit1(0xC0), 40);
+    Add(Fan("F1", 0x30).unit1(0xC0), 40);
+    Loaded();
+    EXPECT_EQ(Support().GetTemSensorsNum(), 0);
+    EXPECT_EQ(Support().GetVoltSensorsNum(), 1);
+    EXPECT_EQ(Support().GetFanSensorsNum(), 1);
+    EXPECT_EQ(Ask(&Sensor::GetVoltageCurrent, 0), Terminated("Unknown"));
+    EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 0), Terminated("Unknown"));
+}
+
+TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesAndWritesTheSameEntries) {
+    AddOneOfEach();
+    Loaded();
+    Loaded();
+    EXPECT_EQ(Support().GetFanSensorsNum(), 2);
+    EXPECT_EQ(Support().GetVoltSensorsNum(), 2);
+    EXPECT_EQ(Support().GetTemSensorsNum(), 2);
+    EXPECT_STREQ(Sensors().FSInfo.sd[0].IDString, "F1");
+    EXPECT_EQ(Sensors().FSInfo.sd[1].SensorNumbers, 0);
+}
+
+TEST_F(Tables, SixtyFourSensorsFillATable) {
+    for (int i = 0; i < 70; ++i)
+        Add(Fan("F" + std::to_string(i), static_cast<std::uint8_t>(i)), 70);
+    Loaded();
+    EXPECT_EQ(Support().GetFanSensorsNum(), 64);
+    EXPECT_STREQ(Sensors().FSInfo.sd[63].IDString, "F63");
+}
+
+TEST_F(Tables, OnlyTheFirstEntriesOfTheWalkAreLookedAt) {
+    Add(Fan("F1", 1), 70);
+    Add(Fan("F2", 2), 70);
+    ASSERT_EQ(Sensors().GetSensorNumbers(2), 0);
+    EXPECT_EQ(Sensors().GetFanSensorsInfo(1), 0);
+    EXPECT_EQ(Sensors().FSInfo.quantity, 1);
+    EXPECT_EQ(Sensors().GetFanSensorsInfo(0), -1);
+    EXPECT_EQ(Sensors().GetVoltSensorsInfo(0), -1);
+    EXPECT_EQ(Sensors().GetTemSensorsInfo(-1), -1);
+    EXPECT_EQ(Sensors().GetProcessorSensorInfo(0), -1);
+}
+
+TEST_F(Tables, ACountPastTheWalkEndsWithIt) {
+    Add(Fan("F1", 1), 70);
+    ASSERT_EQ(Sensors().GetSensorNumbers(1), 0);
+    EXPECT_EQ(Sensors().GetFanSensorsInfo(100000), 0);
+    EXPECT_EQ(Sensors().FSInfo.quantity, 1);
+    EXPECT_EQ(Sensors().GetVoltSensorsInfo(5), 0) << "before any walk, too";
+}
+
+TEST_F(Tables, WithoutAControllerThereAreNoSensors) {
+    AddOneOfEach();
+    Loaded();
+    InitOK = 0;
+    EXPECT_EQ(Support().GetFanSensorsNum(), 0);
+    EXPECT_EQ(Support().GetVoltSensorsNum(), 0);
+    EXPECT_EQ(Support().GetTemSensorsNum(), 0);
+    EXPECT_EQ(Support().GetSensorInfo(), -1);
+}
+
+TEST_F(Tables, AnEmptyRepositoryCannotBeLoaded) {
+    EXPECT_EQ(Support().GetSensorInfo(), -1);
+    EXPECT_THAT(bmc.requests(), SizeIs(1));
+}
+
+TEST_F(Tables, IndexesOutsideOfATableAreRefused) {
+    AddOneOfEach();
+    Loaded();
+    for (const int i : {-1, 64, 65, 1000}) {
+        unsigned char byte = 0x77;
+        char status = 0x77;
+        SensorThresholdInfoRaw raw{};
+        SensorThresholdInfoConverted converted{};
+        EXPECT_EQ(Sensors().GetFanEntityID(i, byte), -1);
+        EXPECT_EQ(Sensors().GetVoltageSensorNumber(i, byte), -1);
+        EXPECT_EQ(Sensors().GetTemperatureSensorType(i, byte), -1);
+        EXPECT_EQ(byte, 0x77);
+        EXPECT_EQ(Sensors().GetFanStatus(i, status), -1);
+        EXPECT_EQ(status, 0x77);
+        EXPECT_EQ(Sensors().GetFanSensorThreshold(i, raw, converted), -1);
+        EXPECT_EQ(Ask(&Sensor::GetFanIDString, i), Missing());
+        EXPECT_EQ(Ask(&Sensor::GetVoltageMax, i), Missing());
+        EXPECT_EQ(Ask(&Sensor::GetFanStatusDescription, i), Missing());
+        EXPECT_EQ(Ask(&Sensor::GetFanSpeed, i), Terminated("Unknown"));
+        EXPECT_EQ(Ask(&Sensor::GetVoltageCurrent, i), Terminated("Unknown"));
+        EXPECT_EQ(Ask(&Sensor::GetTemperatureCurrent, i), Terminated("Unknown"));
+    }
+}
+
+TEST_F(Tables, NullPointersAreRefused) {
+    AddOneOfEach();
+    Loaded();
+    EXPECT_EQ(Sensors().GetFanIDString(0, nullptr), -1);
+    EXPECT_EQ(Sensors().GetVoltageIDString(0, nullptr), -1);
+    EXPECT_EQ(Sensors().GetTemperatureIDString(0, nullptr), -1);
+    EXPECT_EQ(Sensors().GetVoltageMax(0, nullptr), -1);
+    EXPECT_EQ(Sensors().GetVoltageMin(0, nullptr), -1);
+    EXPECT_EQ(Sensors().GetFanSpeed(0, nullptr), -1);
+    EXPECT_EQ(Sensors().GetVoltageCurrent(0, nullptr), -1);
+    EXPECT_EQ(Sensors().GetTemperatureCurrent(0, nullptr), -1);
+}
+
+// Entries of the walk by entity and type.
+
+class Lookup : public IpmiTest {};
+
+TEST_F(Lookup, SensorsOfOneEntityAndTypeAreListedInOrder) {
+    Add(Temperature("A", 0x10).entity(3), 0);
+    Add(Temperature("B", 0x11).entity(7), 0);
+    Add(Voltage("C", 0x12).entity(3), 0);
+    Add(Temperature("D", 0x13).entity(3), 0);
+    ASSERT_EQ(Sensors().GetSensorNumbers(4), 0);
+    SensorNumberInfo info;
+    info.quantity = 99;
+    EXPECT_EQ(Support().GetSensorNumberInfo(3, kTemperature, 4, info), 0);
+    EXPECT_EQ(info.quantity, 2);
+    EXPECT_EQ(info.sensorOrder[0], 0);
+    EXPECT_EQ(info.sensorOrder[1], 3);
+    EXPECT_EQ(info.sensorNumber[0], 0x10);
+    EXPECT_EQ(info.sensorNumber[1], 0x13);
+    EXPECT_EQ(info.sensorOrder[2], 0);
+}
+
+TEST_F(Lookup, NoMatchAnswersZeroWithAnEmptyList) {
+    SensorNumberInfo info;
+    info.quantity = 99;
+    EXPECT_EQ(Sensors().GetSensorNumberInfo(3, kTemperature, 10, info), 0);
+    EXPECT_EQ(info.quantity, 0);
+}
+
+TEST_F(Lookup, TheListEndsWithSixtyFour) {
+    for (int i = 0; i < 70; ++i) Add(Fan("F", static_cast<std::uint8_t>(i)).entity(29), 0);
+    ASSERT_EQ(Sensors().GetSensorNumbers(70), 0);
+    SensorNumberInfo info;
+    EXPECT_EQ(Sensors().GetSensorNumberInfo(29, kFan, 70, info), 0);
+    EXPECT_EQ(info.quantity, 64);
+    EXPECT_EQ(info.sensorOrder[63], 63);
+}
+
+TEST_F(Lookup, EntriesAnswerFormulaAndThresholds) {
+    Add(Voltage("V", 0x12), 0);
+    ASSERT_EQ(Sensors().GetSensorNumbers(1), 0);
+    SensorFormulaParameter formula{};
+    EXPECT_EQ(Support().GetSensorFormulaParameter(0, formula), 0);
+    EXPECT_EQ(formula.M, 2);
+    SensorThresholdInfoRaw raw{};
+    SensorThresholdInfoConverted converted{};
+    EXPECT_EQ(Support().GetThreshold(0, raw, converted), 0);
+    EXPECT_EQ(raw.sensorType, kVoltage);
+}
+
+TEST_F(Lookup, EntriesPastTheWalkAreMissing) {
+    SensorFormulaParameter formula{};
+    SensorThresholdInfoRaw raw{};
+    SensorThresholdInfoConverted converted{};
+    EXPECT_EQ(Sensors().GetThreshold(0, raw, converted), -1) << "before any walk";
+    EXPECT_EQ(Sensors().GetSensorFormulaParameter(0, formula), -1);
+    Add(Voltage("V", 0x12), 0);
+    ASSERT_EQ(Sensors().GetSensorNumbers(1), 0);
+    raw.sensorType = 77;
+    EXPECT_EQ(Sensors().GetThreshold(1, raw, converted), -1);
+    EXPECT_EQ(Sensors().GetThreshold(-1, raw, converted), -1);
+    EXPECT_EQ(raw.sensorType, 77);
+    EXPECT_EQ(Sensors().GetSensorFormulaParameter(1, formula), -1);
+}
+
+TEST_F(Lookup, ProcessorReadingsWriteNothing) {
+    char text[] = "#";
+    EXPECT_EQ(Sensors().GetProcessorTemperature(text), 0);
+    EXPECT_EQ(Sensors().GetProcessorVoltage(text), 0);
+    EXPECT_STREQ(text, "#");
+}
+
+}  // namespace

@@ -1,0 +1,182 @@
+// SPDX-License-Identifier: MIT
+//
+// The exported functions that list and change thresholds.
+
+#include <cstring>
+
+#include "Talvane.h"
+#include "support/IpmiTest.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::SizeIs;
+
+class ThresholdList : public IpmiTest {
+protected:
+    ThresholdList() { std::memset(&list, 0x5A, sizeof list); }
+
+    // Two temperatures of the processor and a fan; thresholds are those of the entry's index.
+    void AddThree() {
+        Add(Temperature("T1", 0x10).entity(3).thresholdMasks(0x3F, 0x3F), 40);
+        Add(Temperature("T2", 0x11).entity(3).thresholdMasks(0x3F, 0x38), 40);
+        Add(Fan("F1", 0x30).entity(29).thresholdMasks(0x3F, 0x00), 70);
+        bmc.setThresholds(0, {0x3F, {30, 20, 10, 100, 110, 120}});
+        bmc.setThresholds(1, {0x3F, {31, 21, 11, 101, 111, 121}});
+        bmc.setThresholds(2, {0x3F, {3, 2, 1, 100, 110, 120}});
+    }
+    SensorThresholdInformation list;
+};
+
+TEST_F(ThresholdList, HoldsEverySensor) {
+    AddThree();
+    EXPECT_EQ(GetAllThresholdInfo(&list), 0);
+    EXPECT_EQ(list.quantity, 3);
+    const SensorThresholdInfo& first = list.SensorThreshold[0];
+    EXPECT_EQ(first.DeviceID, 3);
+    EXPECT_EQ(first.SensorType, kTemperature);
+    EXPECT_EQ(first.LowerNonCriticalThreshold, 30.0);
+    EXPECT_EQ(first.UpperNonRecoverThresholdValue, 120.0);
+    EXPECT_EQ(first.readableFlag, 0);
+    EXPECT_EQ(first.settableFlag, 0);
+    EXPECT_EQ(list.SensorThreshold[2].DeviceID, 29);
+    EXPECT_EQ(list.SensorThreshold[2].LowerCriticalThreshold, 100.0);
+    EXPECT_EQ(list.SensorThreshold[63].SensorType, 0) << "the whole record is cleared";
+}
+
+TEST_F(ThresholdList, CountsTheRecordsThatAreNoSensors) {
+    AddThree();
+    Add(Temperature("Compact", 0x50).byte(3, 2), 0);
+    EXPECT_EQ(GetAllThresholdInfo(&list), 0);
+    EXPECT_EQ(list.quantity, 4);
+    EXPECT_EQ(list.SensorThreshold[3].SensorType, 0);
+}
+
+TEST_F(ThresholdList, EndsWithSixtyFour) {
+    for (int i = 0; i < 70; ++i) Add(Fan("F", static_cast<std::uint8_t>(i)), 70);
+    EXPECT_EQ(GetAllThresholdInfo(&list), 0);
+    EXPECT_EQ(list.quantity, 64);
+}
+
+TEST_F(ThresholdList, RecordsAddedAfterTheWalkAreMissing) {
+    AddThree();
+    ASSERT_EQ(GetAllThresholdInfo(&list), 0);
+    Add(Fan("F2", 0x31), 70);
+    EXPECT_EQ(GetAllThresholdInfo(&list), 0);
+    EXPECT_EQ(list.quantity, 3);
+}
+
+TEST_F(ThresholdList, NeedsARecordAndARepository) {
+    EXPECT_EQ(GetAllThresholdInfo(nullptr), -1);
+    EXPECT_EQ(GetAllThresholdInfo(&list), -1) << "empty repository";
+    EXPECT_EQ(list.quantity, 0) << "cleared before";
+}
+
+TEST_F(ThresholdList, AfterAReleaseItIsEmpty) {
+    AddThree();
+    ASSERT_EQ(GetAllThresholdInfo(&list), 0);
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(GetAllThresholdInfo(&list), 0);
+    EXPECT_EQ(list.quantity, 0);
+    EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
+    EXPECT_EQ(list.quantity, 0);
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, 0, 1.0), 0);
+}
+
+TEST_F(ThresholdList, OfOneEntityAndTypeAnswersFailureWhenFilled) {
+    AddThree();
+    EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
+    EXPECT_EQ(list.quantity, 2);
+    EXPECT_EQ(list.SensorThreshold[0].LowerNonCriticalThreshold, 30.0);
+    EXPECT_EQ(list.SensorThreshold[1].LowerNonCriticalThreshold, 31.0);
+    EXPECT_EQ(list.SensorThreshold[1].DeviceID, 3);
+}
+
+TEST_F(ThresholdList, OfOneEntityRepeatsTheWholeArguments) {
+    AddThree();
+    EXPECT_EQ(GetThresholdInfo(0x103, 0x101, &list), -1);
+    EXPECT_EQ(list.quantity, 2) << "their low bytes select";
+    EXPECT_EQ(list.SensorThreshold[0].DeviceID, 0x103);
+    EXPECT_EQ(list.SensorThreshold[0].SensorType, 0x101);
+}
+
+TEST_F(ThresholdList, OfNoSensorIsEmpty) {
+    AddThree();
+    EXPECT_EQ(GetThresholdInfo(7, kTemperature, &list), -1);
+    EXPECT_EQ(list.quantity, 0);
+    EXPECT_EQ(GetThresholdInfo(3, kTemperature, nullptr), -1);
+}
+
+TEST_F(ThresholdList, ReadsTheRepositoryOnce) {
+    AddThree();
+    ASSERT_EQ(GetAllThresholdInfo(&list), 0);
+    bmc.forgetRequests();
+    EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
+    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get SDR Repository Info"));
+}
+
+class ThresholdChange : public ThresholdList {};
+
+TEST_F(ThresholdChange, ReachesEverySensorOfTheKind) {
+    AddThree();
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
+    EXPECT_EQ(bmc.count(0x04, 0x26), 2u);
+    EXPECT_EQ(bmc.requestTexts().at(7), "Set Sensor Thresholds 10 3F 1E 14 0A 69 6E 78");
+    EXPECT_EQ(bmc.requestTexts().at(8), "Set Sensor Thresholds 11 38 1F 15 0B 69 6F 79");
+    EXPECT_THAT(bmc.thresholds(0x11).values, ElementsAre(0, 0, 0, 105, 111, 121))
+        << "the settable ones";
+}
+
+TEST_F(ThresholdChange, MovesTheNeighboursOverTheWholeRange) {
+    AddThree();
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_LOWER_WARNING, 5.0), 0);
+    EXPECT_THAT(bmc.thresholds(0x10).values, ElementsAre(5, 4, 3, 100, 110, 120));
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_CRITICAL, 254.0), 0);
+    EXPECT_THAT(bmc.thresholds(0x10).values, ElementsAre(30, 20, 10, 100, 254, 255))
+        << "from the thresholds of the walk";
+}
+
+TEST_F(ThresholdChange, OfAThresholdThatIsNotSettableChangesNothing) {
+    AddThree();
+    EXPECT_EQ(SetThresholdInfo(29, kFan, THRESHOLD_LOWER_CRITICAL, 1000.0), 0);
+    EXPECT_EQ(bmc.requestTexts().back(), "Set Sensor Thresholds 30 00 03 02 01 64 6E 78");
+}
+
+TEST_F(ThresholdChange, OfNoSensorSucceeds) {
+    AddThree();
+    EXPECT_EQ(SetThresholdInfo(7, kTemperature, 0, 1.0), 0);
+    EXPECT_EQ(SetThresholdInfo(7, kTemperature, 0, 1.0), 0) << "not busy";
+    EXPECT_EQ(bmc.count(0x04, 0x26), 0u);
+}
+
+TEST_F(ThresholdChange, WithoutARepositoryFails) {
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, 0, 1.0), -1);
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, 0, 1.0), -1) << "not busy";
+}
+
+TEST_F(ThresholdChange, ConvertsTheValueBySensor) {
+    Add(Voltage("V", 0x20).entity(10).thresholdMasks(0x3F, 0x3F), 165);
+    EXPECT_EQ(SetThresholdInfo(10, kVoltage, THRESHOLD_UPPER_NON_RECOVERABLE, 3.6), 0);
+    EXPECT_EQ(bmc.thresholds(0x20).values[5], 180);
+}
+
+int nestedChange = 77;
+int nestedList = 77;
+int nestedAll = 77;
+
+TEST_F(ThresholdChange, ANestedOneIsBusyAndListsAreNot) {
+    AddThree();
+    server.during("ioctl", [] {
+        SensorThresholdInformation inner{};
+        nestedChange = SetThresholdInfo(3, 1, 0, 1.0);
+        nestedList = GetThresholdInfo(3, 1, &inner);
+        nestedAll = GetAllThresholdInfo(&inner);
+    });
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
+    EXPECT_EQ(nestedChange, 1);
+    EXPECT_EQ(nestedList, -1);
+    EXPECT_EQ(nestedAll, 0);
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
+}
+
+}  // namespace

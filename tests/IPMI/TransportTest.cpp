@@ -1,0 +1,206 @@
+// SPDX-License-Identifier: MIT
+//
+// IPMIbase: finding the controller, one request to it, and the bounded copy.
+
+#include <array>
+
+#include "simulator/Machine.h"
+#include "support/IpmiTest.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+class Transport : public ::testing::Test {
+protected:
+    sim::SimulatedServer server;
+};
+
+TEST_F(Transport, NothingIsOpenedByTheConstructor) {
+    IPMIbase base;
+    EXPECT_EQ(base.IsInitOK(), 0);
+    EXPECT_EQ(hDevice, -1);
+    EXPECT_THAT(server.log().lines(), IsEmpty());
+}
+
+TEST_F(Transport, TheProbeFollowsTheOpenAndDropsThePrivilege) {
+    server.bmc();
+    IPMIbase base;
+    EXPECT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(base.IsInitOK(), 1);
+    EXPECT_EQ(base.IsSupportKCS, 1);
+    EXPECT_EQ(base.IsSupportSMIC, 0);
+    EXPECT_THAT(server.log().lines(),
+                ElementsAre("open /dev/ipmi O_RDONLY -> ok", "iopl 3 -> 0", "in 0xCA3 1 -> 0x0",
+                            "in 0xCAA 1 -> 0xFF", "iopl 0 -> 0"));
+}
+
+TEST_F(Transport, ASmicInterfaceAloneIsEnough) {
+    server.machine().giveBmc(false, true);
+    IPMIbase base;
+    EXPECT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(base.IsSupportKCS, 0);
+    EXPECT_EQ(base.IsSupportSMIC, 1);
+    EXPECT_EQ(base.IsInitOK(), 1);
+}
+
+TEST_F(Transport, WithoutAnInterfaceTheProbeSucceedsAndNothingIsReady) {
+    server.machine().giveBmc(false, false);
+    IPMIbase base;
+    EXPECT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(base.IsInitOK(), 0);
+    EXPECT_GE(hDevice, 0);
+}
+
+TEST_F(Transport, CallingTwiceOpensTheDeviceOnce) {
+    server.bmc();
+    IPMIbase base;
+    EXPECT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(server.log().count("open"), 1u);
+}
+
+TEST_F(Transport, WhileNoInterfaceAnswersEveryCallOpensAgain) {
+    server.machine().giveBmc(false, false);
+    IPMIbase base;
+    EXPECT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(server.log().count("open"), 2u);
+}
+
+TEST_F(Transport, AMissingDeviceFails) {
+    IPMIbase base;
+    EXPECT_EQ(base.InitIpmiBase(), -1);
+    EXPECT_EQ(hDevice, -1);
+    EXPECT_EQ(base.IsInitOK(), 0);
+    EXPECT_EQ(server.log().count("iopl"), 0u);
+}
+
+TEST_F(Transport, WithoutPortPrivilegeTheDeviceStaysOpen) {
+    server.bmc();
+    server.fail("iopl", 1, EPERM);
+    IPMIbase base;
+    EXPECT_EQ(base.InitIpmiBase(), -1);
+    EXPECT_GE(hDevice, 0);
+    EXPECT_EQ(base.IsInitOK(), 0);
+    EXPECT_EQ(server.log().count("in"), 0u);
+    EXPECT_EQ(server.log().count("iopl"), 1u);
+}
+
+TEST_F(Transport, BeforeTheProbeARequestMakesNoSystemCall) {
+    server.bmc();
+    IPMIbase base;
+    base.request.cmdType = 1;
+    EXPECT_EQ(base.SendTimedImbpRequest(&base.request, 3000, base.ResponseBuffer, nullptr, nullptr),
+              -1);
+    EXPECT_THAT(server.log().lines(), IsEmpty());
+}
+
+TEST_F(Transport, ARequestIsHandedToTheDriverAsItStands) {
+    sim::Bmc& bmc = server.bmc();
+    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{0xAB, 0xCD}; });
+    IPMIbase base;
+    ASSERT_EQ(base.InitIpmiBase(), 0);
+
+    std::array<unsigned char, 3> data{1, 2, 3};
+    std::array<unsigned char, 8> response{};
+    int length = 77;
+    unsigned char completion = 88;
+    IMBPREQUESTDATA request{0x2D, 0x20, 7, 4, 2, data.data(), 3};
+    EXPECT_EQ(base.SendTimedImbpRequest(&request, 1234, response.data(), &length, &completion), 0);
+
+    ASSERT_EQ(bmc.requests().size(), 1u);
+    const sim::BmcRequest& sent = bmc.requests()[0];
+    EXPECT_EQ(sent.command, 0x2D);
+    EXPECT_EQ(sent.responder, 0xFF) << "whatever the request says";
+    EXPECT_EQ(sent.bus, 7);
+    EXPECT_EQ(sent.netFn, 4);
+    EXPECT_EQ(sent.lun, 2);
+    EXPECT_EQ(sent.timeout, 1234u);
+    EXPECT_EQ(sent.data, (sim::Bytes{1, 2, 3}));
+    EXPECT_EQ(response[0], 0xAB);
+    EXPECT_EQ(response[1], 0xCD);
+    EXPECT_EQ(length, 77) << "not written";
+    EXPECT_EQ(completion, 88) << "not written";
+    EXPECT_EQ(server.log().lines().back(), "ioctl /dev/ipmi 0xC0045301 -> 0");
+}
+
+TEST_F(Transport, ARefusedRequestAnswersWhatTheDriverAnswers) {
+    server.bmc();
+    IPMIbase base;
+    ASSERT_EQ(base.InitIpmiBase(), 0);
+    server.fail("ioctl", 1, EIO);
+    EXPECT_EQ(base.SendTimedImbpRequest(&base.request, 3000, base.ResponseBuffer, nullptr, nullptr),
+              -1);
+}
+
+TEST_F(Transport, EachObjectClosesTheSharedDescriptorAndForgetsNothing) {
+    server.bmc();
+    int descriptor = -1;
+    {
+        IPMIsupport support;
+        descriptor = hDevice;
+        EXPECT_EQ(server.log().count("open"), 1u);
+    }
+    EXPECT_EQ(server.log().count("close"), 3u) << "the facade, its sensors and its inventory";
+    EXPECT_EQ(hDevice, descriptor);
+    EXPECT_EQ(InitOK, 1);
+    const IPMIsupport second;
+    EXPECT_EQ(server.log().count("open"), 1u) << "taken for open";
+}
+
+TEST_F(Transport, AnObjectThatOpenedNothingClosesNothing) {
+    { const IPMIbase base; }
+    EXPECT_EQ(server.log().count("close"), 0u);
+}
+
+// The bounded copy.
+
+struct Copy {
+    int result;
+    std::string bytes;  // the first twenty of a buffer full of '#'
+};
+
+Copy CopyOf(const char* source, int size, int length) {
+    IPMIbase base;
+    std::string from(source);
+    std::string to(20, '#');
+    const int result = base.IpmiSrtringCopy(to.data(), from.data(), size, length);
+    return {result, to};
+}
+
+constexpr const char* kTwenty = "abcdefghijklmnopqrst";
+
+TEST(StringCopy, ALongerSourceIsCutToTheSpace) {
+    const Copy copy = CopyOf(kTwenty, 16, 20);
+    EXPECT_EQ(copy.result, 0);
+    EXPECT_EQ(copy.bytes, std::string("abcdefghijklmno\0####", 20));
+}
+
+TEST(StringCopy, AShorterSourceIsTerminatedBehindItsLength) {
+    EXPECT_EQ(CopyOf(kTwenty, 16, 5).bytes, std::string("abcde\0##############", 20));
+}
+
+TEST(StringCopy, ASourceAsLongAsTheSpaceLosesItsLastByte) {
+    EXPECT_EQ(CopyOf(kTwenty, 16, 16).bytes, std::string("abcdefghijklmno\0####", 20));
+}
+
+TEST(StringCopy, ASourceThatEndsEarlierIsFilledUpWithZeros) {
+    EXPECT_EQ(CopyOf("ab", 16, 5).bytes, std::string("ab\0\0\0\0##############", 20));
+}
+
+TEST(StringCopy, NoSpaceWritesNothing) {
+    const Copy copy = CopyOf(kTwenty, 0, 5);
+    EXPECT_EQ(copy.result, 0);
+    EXPECT_EQ(copy.bytes, std::string(20, '#'));
+}
+
+TEST(StringCopy, NullPointersAreRefused) {
+    IPMIbase base;
+    char text[4] = "abc";
+    EXPECT_EQ(base.IpmiSrtringCopy(nullptr, text, 4, 3), -1);
+    EXPECT_EQ(base.IpmiSrtringCopy(text, nullptr, 4, 3), -1);
+}
+
+}  // namespace

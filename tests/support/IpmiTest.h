@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+//
+// Fixture of the IPMI tests: a simulated server with a controller, and sensors of a few kinds.
+#ifndef TALVANE_TESTS_SUPPORT_IPMITEST_H
+#define TALVANE_TESTS_SUPPORT_IPMITEST_H
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <string>
+
+#include "simulator/SdrRecord.h"
+#include "simulator/SimulatedServer.h"
+#include "support/Answer.h"
+#include "support/OpenIpmi.h"
+
+class IpmiTest : public ::testing::Test {
+protected:
+    static constexpr std::uint8_t kTemperature = 1;
+    static constexpr std::uint8_t kVoltage = 2;
+    static constexpr std::uint8_t kFan = 4;
+    static constexpr std::uint8_t kProcessor = 7;
+
+    // A sensor with one degree, 0.02 volts or 50 turns a minute per step.
+    static sim::SdrRecord Temperature(const std::string& name, std::uint8_t number) {
+        return sim::SdrRecord(name, number).kind(kTemperature).unit(1);
+    }
+    static sim::SdrRecord Voltage(const std::string& name, std::uint8_t number) {
+        return sim::SdrRecord(name, number).kind(kVoltage).unit(4).factors(2, 0, 0, -2);
+    }
+    static sim::SdrRecord Fan(const std::string& name, std::uint8_t number) {
+        return sim::SdrRecord(name, number).kind(kFan).unit(18).factors(50, 0, 0, 0);
+    }
+
+    // A sensor in the repository, with its reading.
+    void Add(const sim::SdrRecord& record, std::uint8_t reading) {
+        bmc.add(record);
+        bmc.setReading(record.bytes()[7], reading);
+    }
+
+    // The object that finds the controller; made on first use.
+    IPMIsupport& Support() {
+        if (support == nullptr) support = std::make_unique<IPMIsupport>();
+        return *support;
+    }
+    Sensor& Sensors() { return Support().sensor; }
+
+    // Walks the whole repository and fills the tables.
+    Sensor& Loaded() {
+        EXPECT_EQ(Support().GetSensorInfo(), 0);
+        return Sensors();
+    }
+
+    Answer Ask(int (Sensor::*getter)(int, char*), int i) {
+        return AskWith(Buffer::marked, [&](char* b) { return (Sensors().*getter)(i, b); });
+    }
+
+    sim::SimulatedServer server;
+    sim::Bmc& bmc = server.bmc();
+    std::unique_ptr<IPMIsupport> support;
+};
+
+#endif
