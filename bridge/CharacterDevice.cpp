@@ -1,0 +1,218 @@
+// SPDX-License-Identifier: MIT
+//
+// The callbacks of libfuse. An ioctl is asked about up to three times: the kernel first passes the
+// caller's address only, then the record that stands there, then the request's data behind it, each
+// when told where to find it.
+
+#define FUSE_USE_VERSION 312
+
+#include "CharacterDevice.h"
+
+#include <cuse_lowlevel.h>
+#include <fuse_lowlevel.h>
+#include <fuse_opt.h>
+#include <sys/uio.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstdio>
+#include <exception>
+#include <memory>
+#include <new>
+
+#include "CallerRecord.h"
+#include "KernelController.h"
+#include "Log.h"
+#include "Readiness.h"
+#include "Rights.h"
+#include "Session.h"
+
+namespace bridge {
+namespace {
+
+// Set when the caller is a 32-bit program, on any kernel (FUSE_IOCTL_32BIT of <linux/fuse.h>, whose
+// other definitions are those of libfuse's headers once more).
+constexpr unsigned kCallerHas32Bits = 1U << 3;
+
+// More callers at once wait for a thread.
+constexpr unsigned kMaxThreads = 32;
+
+// An open file of the device.
+struct OpenFile {
+    explicit OpenFile(const std::string& device) : kernel(device), session(kernel) {}
+
+    KernelController kernel;
+    Session session;
+    int lastError = 0;  // that a message was logged for
+};
+
+OpenFile& FileOf(const fuse_file_info* info) {
+    return *reinterpret_cast<OpenFile*>(static_cast<std::uintptr_t>(info->fh));
+}
+
+iovec At(std::uint32_t address, std::size_t length) {
+    return {reinterpret_cast<void*>(static_cast<std::uintptr_t>(address)), length};
+}
+
+// Runs a callback's body, which returns an errno to reply with or 0 when it has replied. Nothing
+// may be thrown through libfuse.
+template <typename Body>
+void Replying(fuse_req_t request, Body body) {
+    int error = ENOMEM;
+    try {
+        error = body();
+    } catch (const std::bad_alloc&) {
+        Log(Priority::kError, "out of memory");
+    } catch (const std::exception& failure) {
+        Log(Priority::kError, failure.what());
+        error = EIO;
+    }
+    if (error != 0) (void)fuse_reply_err(request, error);  // result not used: the caller is gone
+}
+
+void OnInitDone(void* userData) {
+    const auto& names = *static_cast<const DeviceNames*>(userData);
+    Log(Priority::kInfo, "/dev/" + names.provided + " is there, carried to " + names.kernel);
+    ReportReady();
+}
+
+// Fails while the kernel's device cannot be opened: an agent that finds no device tries again
+// later, one that finds a device takes it for a working one.
+void OnOpen(fuse_req_t request, fuse_file_info* info) {
+    Replying(request, [&] {
+        const auto& names = *static_cast<const DeviceNames*>(fuse_req_userdata(request));
+        auto file = std::make_unique<OpenFile>(names.kernel);
+        if (const int error = file->kernel.Open()) {
+            Log(Priority::kWarning, WithReason("cannot open " + names.kernel, error));
+            return error == ENOENT ? ENODEV : error;
+        }
+        info->fh = reinterpret_cast<std::uintptr_t>(file.get());
+        if (fuse_reply_open(request, info) == 0) (void)file.release();  // OnRelease frees it
+        return 0;
+    });
+}
+
+void OnRelease(fuse_req_t request, fuse_file_info* info) {
+    const std::unique_ptr<OpenFile> file(&FileOf(info));
+    Log(Priority::kInfo, "closed after " + std::to_string(file->session.served()) + " requests, " +
+                             std::to_string(file->kernel.sent()) + " messages to the BMC");
+    (void)fuse_reply_err(request, 0);  // result not used: the caller is gone anyway
+}
+
+void LogRequest(OpenFile& file, const CallerRecord& record, int error) {
+    std::array<char, 80> text;
+    (void)std::snprintf(text.data(), text.size(), "network function 0x%02X, command 0x%02X",
+                        record.netFn, record.command);
+    const std::string what = text.data();
+    if (error == 0) {
+        file.lastError = 0;
+        Log(Priority::kDebug, what + ": answered");
+    } else {
+        // The first of a row of failures says it; agents go on asking.
+        Log(error == file.lastError ? Priority::kDebug : Priority::kWarning,
+            WithReason(what, error));
+        file.lastError = error;
+    }
+}
+
+int Serve(fuse_req_t request, OpenFile& file, const CallerRecord& record,
+          std::span<const std::uint8_t> call) {
+    Bytes answer;
+    const int error = file.session.Serve(call, answer);
+    LogRequest(file, record, error);
+    if (error != 0) return error;
+    (void)fuse_reply_ioctl(request, 0, answer.data(), answer.size());  // result not used: as above
+    return 0;
+}
+
+int AnswerIoctl(fuse_req_t request, unsigned command, std::uint32_t address, unsigned flags,
+                OpenFile& file, std::span<const std::uint8_t> call, std::size_t room) {
+    if (command != kSendMessage || (flags & kCallerHas32Bits) == 0) return ENOTTY;
+    const iovec recordAt = At(address, kRecordSize);
+    if (call.size() < kRecordSize) {
+        (void)fuse_reply_ioctl_retry(request, &recordAt, 1, nullptr, 0);  // result not used
+        return 0;
+    }
+    CallerRecord record;
+    if (const int error = DecodeRecord(call.first<kRecordSize>(), record)) return error;
+    if (room != 0) return Serve(request, file, record, call);
+
+    // The response goes behind the record's own bytes. Fewer than there is room for are fine.
+    const std::array<iovec, 2> in{recordAt, At(record.dataAddress, record.dataLength)};
+    const std::array<iovec, 2> out{recordAt, At(record.responseAddress, kMaxResponse)};
+    (void)fuse_reply_ioctl_retry(request, in.data(), record.dataLength == 0 ? 1 : 2, out.data(),
+                                 out.size());  // result not used: the caller is gone
+    return 0;
+}
+
+void OnIoctl(fuse_req_t request, int command, void* argument, fuse_file_info* info, unsigned flags,
+             const void* in, std::size_t inSize, std::size_t outSize) {
+    Replying(request, [&] {
+        const auto address = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(argument));
+        return AnswerIoctl(request, static_cast<unsigned>(command), address, flags, FileOf(info),
+                           {static_cast<const std::uint8_t*>(in), inSize}, outSize);
+    });
+}
+
+void LogOfLibrary(fuse_log_level level, const char* format, va_list arguments) {
+    std::array<char, 256> text;
+    (void)std::vsnprintf(text.data(), text.size(), format, arguments);
+    std::string message = text.data();
+    while (!message.empty() && message.back() == '\n') message.pop_back();
+    Log(level <= FUSE_LOG_ERR ? Priority::kError : Priority::kDebug, message);
+}
+
+struct TearDown {
+    void operator()(fuse_session* session) const { cuse_lowlevel_teardown(session); }
+};
+
+}  // namespace
+
+int ServeDevice(const DeviceNames& names) {
+    const std::string path = "/dev/" + names.provided;
+    if (access(path.c_str(), F_OK) == 0) {
+        Log(Priority::kError, path + " exists already");
+        return 1;
+    }
+    fuse_set_log_func(LogOfLibrary);
+
+    const std::string name = "DEVNAME=" + names.provided;
+    const char* deviceInfo[] = {name.c_str()};
+    cuse_info info{};
+    info.dev_info_argc = 1;
+    info.dev_info_argv = deviceInfo;
+    info.flags = CUSE_UNRESTRICTED_IOCTL;
+    cuse_lowlevel_ops operations{};
+    operations.init_done = OnInitDone;
+    operations.open = OnOpen;
+    operations.release = OnRelease;
+    operations.ioctl = OnIoctl;
+
+    std::string program = "talvane-ipmi-bridge";
+    std::string foreground = "-f";
+    char* arguments[] = {program.data(), foreground.data(), nullptr};
+    int multithreaded = 0;
+    DeviceNames userData = names;
+    const std::unique_ptr<fuse_session, TearDown> session(
+        cuse_lowlevel_setup(2, arguments, &info, &operations, &multithreaded, &userData));
+    if (!session) {
+        Log(Priority::kError, "cannot serve a device through /dev/cuse (modprobe cuse, as root)");
+        return 1;
+    }
+    if (const int error = DropRights()) {
+        Log(Priority::kError, WithReason("cannot give up rights", error));
+        return 1;
+    }
+    const std::unique_ptr<fuse_loop_config, decltype(&fuse_loop_cfg_destroy)> loop(
+        fuse_loop_cfg_create(), fuse_loop_cfg_destroy);
+    fuse_loop_cfg_set_max_threads(loop.get(), kMaxThreads);
+    const int result = fuse_session_loop_mt(session.get(), loop.get());
+    if (result < 0) {
+        Log(Priority::kError, WithReason(path + " is gone", -result));
+        return 1;
+    }
+    return 0;
+}
+
+}  // namespace bridge

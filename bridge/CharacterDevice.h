@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+//
+// /dev/ipmi as a character device in userspace (CUSE).
+#ifndef TALVANE_BRIDGE_CHARACTERDEVICE_H
+#define TALVANE_BRIDGE_CHARACTERDEVICE_H
+
+#include <string>
+
+namespace bridge {
+
+struct DeviceNames {
+    std::string kernel;    // path of the device that requests are carried to
+    std::string provided;  // name below /dev of the device that callers open
+};
+
+// Provides the device until a signal ends the process. Returns the process's exit status.
+int ServeDevice(const DeviceNames& names);
+
+}  // namespace bridge
+
+#endif

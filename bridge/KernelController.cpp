@@ -1,0 +1,105 @@
+// SPDX-License-Identifier: MIT
+//
+// Requests and responses as <linux/ipmi.h> has them. The kernel queues responses per open file, so
+// a session never sees those of another.
+
+#include "KernelController.h"
+
+#include <fcntl.h>
+#include <linux/ipmi.h>
+#include <poll.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <limits>
+
+namespace bridge {
+namespace {
+
+// The errnos by which a file says that its interface is gone for good.
+bool Gone(int error) {
+    return error == ENODEV || error == ENXIO || error == EIO || error == ESHUTDOWN;
+}
+
+int Remaining(Deadline deadline) {
+    using std::chrono::milliseconds;
+    const auto left = std::chrono::ceil<milliseconds>(deadline - Deadline::clock::now()).count();
+    const auto most = static_cast<milliseconds::rep>(std::numeric_limits<int>::max());
+    return static_cast<int>(std::clamp<milliseconds::rep>(left, 0, most));
+}
+
+}  // namespace
+
+int KernelController::Open() {
+    if (descriptor_ >= 0) return 0;
+    descriptor_ = open(device_.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
+    return descriptor_ >= 0 ? 0 : errno;
+}
+
+void KernelController::Close() {
+    if (descriptor_ >= 0) (void)close(descriptor_);  // result not used: nothing is buffered
+    descriptor_ = -1;
+}
+
+int KernelController::Exchange(const Request& request, Deadline deadline, Response& response) {
+    int error = Open();
+    if (error == 0) error = Send(request);
+    if (error == 0) error = Receive(deadline, response);
+    if (Gone(error)) Close();
+    return error;
+}
+
+int KernelController::Send(const Request& request) {
+    ipmi_system_interface_addr address{};
+    address.addr_type = IPMI_SYSTEM_INTERFACE_ADDR_TYPE;
+    address.channel = IPMI_BMC_CHANNEL;
+    address.lun = request.lun;
+    Bytes data = request.data;  // the kernel's record has no const
+    ipmi_req message{};
+    message.addr = reinterpret_cast<unsigned char*>(&address);
+    message.addr_len = sizeof(address);
+    message.msgid = ++lastId_;
+    message.msg.netfn = request.netFn;
+    message.msg.cmd = request.command;
+    message.msg.data = data.data();
+    message.msg.data_len = static_cast<unsigned short>(data.size());
+    ++sent_;
+    return ioctl(descriptor_, IPMICTL_SEND_COMMAND, &message) == 0 ? 0 : errno;
+}
+
+// Responses to requests that were given up, and events, are passed over.
+int KernelController::Receive(Deadline deadline, Response& response) {
+    std::array<unsigned char, IPMI_MAX_MSG_LENGTH> data;
+    for (;;) {
+        pollfd ready{descriptor_, POLLIN, 0};
+        const int count = poll(&ready, 1, Remaining(deadline));
+        if (count == 0) return ETIMEDOUT;
+        if (count < 0) {
+            if (errno == EINTR) continue;
+            return errno;
+        }
+        if ((ready.revents & POLLIN) == 0) return ENODEV;
+
+        ipmi_addr address{};
+        ipmi_recv message{};
+        message.addr = reinterpret_cast<unsigned char*>(&address);
+        message.addr_len = sizeof(address);
+        message.msg.data = data.data();
+        message.msg.data_len = data.size();
+        // EMSGSIZE tells of a response that was cut to the longest there can be.
+        if (ioctl(descriptor_, IPMICTL_RECEIVE_MSG_TRUNC, &message) != 0 && errno != EMSGSIZE) {
+            if (errno == EAGAIN || errno == EINTR) continue;
+            return errno;
+        }
+        if (message.recv_type != IPMI_RESPONSE_RECV_TYPE || message.msgid != lastId_) continue;
+        if (message.msg.data_len == 0) return EBADMSG;  // not even a completion code
+        response.completion = data[0];
+        response.data.assign(data.begin() + 1, data.begin() + message.msg.data_len);
+        return 0;
+    }
+}
+
+}  // namespace bridge

@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+//
+// The BMC behind the kernel's own IPMI device, /dev/ipmi0.
+#ifndef TALVANE_BRIDGE_KERNELCONTROLLER_H
+#define TALVANE_BRIDGE_KERNELCONTROLLER_H
+
+#include <string>
+
+#include "Message.h"
+
+namespace bridge {
+
+class KernelController : public Controller {
+public:
+    explicit KernelController(std::string device) : device_(std::move(device)) {}
+    ~KernelController() override { Close(); }
+    KernelController(const KernelController&) = delete;
+    KernelController& operator=(const KernelController&) = delete;
+
+    // Opens the device unless it is open. Returns 0 or an errno.
+    [[nodiscard]] int Open();
+
+    // Opens the device again when it has been gone.
+    [[nodiscard]] int Exchange(const Request& request, Deadline deadline,
+                               Response& response) override;
+
+    [[nodiscard]] unsigned long sent() const { return sent_; }
+
+private:
+    [[nodiscard]] int Send(const Request& request);
+    [[nodiscard]] int Receive(Deadline deadline, Response& response);
+    void Close();
+
+    std::string device_;
+    int descriptor_ = -1;
+    long lastId_ = 0;  // of the last request; a response carries that of its own
+    unsigned long sent_ = 0;
+};
+
+}  // namespace bridge
+
+#endif

@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+//
+// The capability sets, through the kernel's own interface.
+
+#include "Rights.h"
+
+#include <linux/capability.h>
+#include <sys/prctl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+namespace bridge {
+namespace {
+
+// Empties the bounding set, up to the last capability that this kernel knows.
+int EmptyBoundingSet() {
+    for (unsigned long capability = 0; prctl(PR_CAPBSET_READ, capability, 0, 0, 0) >= 0;
+         ++capability) {
+        // A process that may not change the set has no capability that it could regain from it.
+        if (prctl(PR_CAPBSET_DROP, capability, 0, 0, 0) != 0 && errno != EPERM) return errno;
+    }
+    return 0;
+}
+
+}  // namespace
+
+int DropRights() {
+    if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return errno;
+    if (const int error = EmptyBoundingSet()) return error;
+    __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
+    const __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3]{};
+    // Not wrapped by the C library. The ambient set empties itself with the permitted one.
+    return syscall(SYS_capset, &header, none) == 0 ? 0 : errno;
+}
+
+}  // namespace bridge

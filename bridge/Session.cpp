@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+//
+// One request from the caller's record to the bytes of its answer.
+
+#include "Session.h"
+
+#include <algorithm>
+#include <cerrno>
+
+#include "CallerRecord.h"
+
+namespace bridge {
+
+int Session::Serve(std::span<const std::uint8_t> call, Bytes& answer) {
+    if (call.size() < kRecordSize) return EINVAL;
+    CallerRecord record;
+    if (const int error = DecodeRecord(call.first<kRecordSize>(), record)) return error;
+    const auto data = call.subspan(kRecordSize);
+    if (data.size() != record.dataLength) return EINVAL;  // changed since it was looked at
+
+    const std::lock_guard<std::mutex> guard(oneAtATime_);
+    const Request request{record.netFn, record.lun, record.command,
+                          Bytes(data.begin(), data.end())};
+    Response response;
+    const Deadline deadline = Deadline::clock::now() + record.timeout;
+    if (const int error = reads_.Exchange(request, deadline, response)) return error;
+
+    const std::size_t length = std::min(response.data.size(), kMaxResponse);
+    answer.assign(call.begin(), call.begin() + kRecordSize);
+    StoreResult(std::span(answer).first<kRecordSize>(), response.completion,
+                static_cast<std::uint32_t>(length));
+    answer.insert(answer.end(), response.data.begin(),
+                  response.data.begin() + static_cast<std::ptrdiff_t>(length));
+    ++served_;
+    return 0;
+}
+
+}  // namespace bridge

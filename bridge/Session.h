@@ -1,0 +1,35 @@
+// SPDX-License-Identifier: MIT
+//
+// What one open file of /dev/ipmi does: it turns its caller's records into requests to the BMC, and
+// what becomes of them into the bytes that the caller gets back. One request at a time.
+#ifndef TALVANE_BRIDGE_SESSION_H
+#define TALVANE_BRIDGE_SESSION_H
+
+#include <cstdint>
+#include <mutex>
+#include <span>
+
+#include "Message.h"
+#include "WholeReads.h"
+
+namespace bridge {
+
+class Session {
+public:
+    explicit Session(Controller& bmc) : reads_(bmc) {}
+
+    // Carries out the request of a record (32 bytes) whose data follow it in `call`. Returns 0 and
+    // the record with its result, followed by the response, in `answer`; or an errno.
+    [[nodiscard]] int Serve(std::span<const std::uint8_t> call, Bytes& answer);
+
+    [[nodiscard]] unsigned long served() const { return served_; }
+
+private:
+    std::mutex oneAtATime_;
+    WholeReads reads_;
+    unsigned long served_ = 0;
+};
+
+}  // namespace bridge
+
+#endif

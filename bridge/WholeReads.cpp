@@ -1,0 +1,212 @@
+// SPDX-License-Identifier: MIT
+//
+// The two reads that come in pieces: Get SDR (IPMI 2.0, 33.12) under a reservation (33.11), and
+// Read FRU Data (34.2).
+
+#include "WholeReads.h"
+
+#include <algorithm>
+
+namespace bridge {
+namespace {
+
+constexpr std::uint8_t kStorage = 0x0A;  // network function
+constexpr std::uint8_t kReadInventory = 0x11;
+constexpr std::uint8_t kReserveRepository = 0x22;
+constexpr std::uint8_t kGetRecord = 0x23;
+
+// Completion codes (IPMI 2.0, table 5-2).
+constexpr std::uint8_t kDone = 0x00;
+constexpr std::uint8_t kReservationCancelled = 0xC5;
+constexpr std::uint8_t kLengthInvalid = 0xC7;
+constexpr std::uint8_t kLengthLimitExceeded = 0xC8;
+constexpr std::uint8_t kOutOfRange = 0xC9;
+constexpr std::uint8_t kCannotReturnSoMuch = 0xCA;
+constexpr std::uint8_t kUnspecified = 0xFF;
+
+// Get SDR: reservation, record ID, offset, count; answered by the next record's ID and the bytes.
+constexpr std::size_t kRecordRequestSize = 6;
+constexpr std::size_t kRecordOffset = 4;
+constexpr std::size_t kNextIdSize = 2;
+constexpr unsigned kHeaderSize = 5;       // record ID, version, type, length of what follows
+constexpr unsigned kLengthInHeader = 4;   // IPMI 2.0, 43
+constexpr unsigned kRecordReach = 0x100;  // the offset is one byte
+
+// Read FRU Data: device, offset in two bytes, count; answered by the count returned and the bytes.
+constexpr std::size_t kInventoryRequestSize = 4;
+constexpr std::size_t kInventoryOffset = 1;
+constexpr unsigned kInventoryReach = 0x10000;
+
+// What every BMC returns at once; the smallest buffer, that of IPMB, is 32 bytes.
+constexpr unsigned kPieceSize = 16;
+
+// Others may reserve the repository at the same time. One of them is through before this.
+constexpr int kReadsPerRecord = 8;
+
+// In both requests the count is the last byte.
+bool IsLong(const Request& request, std::uint8_t command, std::size_t size) {
+    return request.netFn == kStorage && request.command == command && request.data.size() == size &&
+           request.data.back() > kPieceSize;
+}
+
+bool TooLong(std::uint8_t completion) {
+    return completion == kCannotReturnSoMuch || completion == kLengthLimitExceeded ||
+           completion == kLengthInvalid;
+}
+
+// A read in pieces: the request, which takes a new offset and count for each, and the limit on
+// their size, which falls where a BMC refuses 16 bytes too.
+class Pieces {
+public:
+    Pieces(Controller& bmc, const Request& request, Deadline deadline)
+        : bmc_(bmc), request_(request), deadline_(deadline) {}
+
+    Bytes& data() { return request_.data; }
+
+    // Asks for at most `wanted` bytes from the offset in the request on.
+    [[nodiscard]] int Read(unsigned wanted, Response& response) {
+        for (;;) {
+            request_.data.back() = static_cast<std::uint8_t>(std::min(wanted, limit_));
+            if (const int error = bmc_.Exchange(request_, deadline_, response)) return error;
+            if (!TooLong(response.completion) || limit_ == 1) return 0;
+            limit_ /= 2;
+        }
+    }
+
+    [[nodiscard]] unsigned asked() const { return request_.data.back(); }
+
+private:
+    Controller& bmc_;
+    Request request_;
+    Deadline deadline_;
+    unsigned limit_ = kPieceSize;
+};
+
+// Appends the record's bytes up to `end` to those in `record`, the first of which is that at
+// `offset`. `last` is the response to the last piece, and tells by its completion code how it went.
+[[nodiscard]] int AppendRecord(Pieces& pieces, unsigned offset, unsigned end, Bytes& record,
+                               Response& last) {
+    unsigned at = offset + static_cast<unsigned>(record.size());
+    while (at < end) {
+        pieces.data()[kRecordOffset] = static_cast<std::uint8_t>(at);
+        if (const int error = pieces.Read(end - at, last)) return error;
+        if (last.completion != kDone) return 0;
+        if (last.data.size() <= kNextIdSize) {
+            last.completion = kUnspecified;
+            return 0;
+        }
+        const auto count = std::min<std::size_t>(last.data.size() - kNextIdSize, pieces.asked());
+        const auto from = last.data.begin() + kNextIdSize;
+        record.insert(record.end(), from, from + static_cast<std::ptrdiff_t>(count));
+        at += static_cast<unsigned>(count);
+    }
+    return 0;
+}
+
+// One record under the reservation in the request. How long it is stands in its header.
+[[nodiscard]] int ReadReserved(Controller& bmc, const Request& request, Deadline deadline,
+                               Response& response) {
+    Pieces pieces(bmc, request, deadline);
+    Bytes header;
+    if (const int error = AppendRecord(pieces, 0, kHeaderSize, header, response)) return error;
+    if (response.completion != kDone) return 0;
+
+    const unsigned offset = request.data[kRecordOffset];
+    const unsigned length = kHeaderSize + header[kLengthInHeader];
+    if (offset >= length) {
+        response = {kOutOfRange, {}};
+        return 0;
+    }
+    const unsigned end = std::min({offset + request.data.back(), length, kRecordReach});
+    Bytes record = offset == 0 ? header : Bytes();
+    if (const int error = AppendRecord(pieces, offset, end, record, response)) return error;
+    if (response.completion != kDone) {
+        response.data.clear();
+        return 0;
+    }
+    response.data.resize(kNextIdSize);
+    response.data.insert(response.data.end(), record.begin(), record.end());
+    return 0;
+}
+
+// An area of the inventory. Where the device ends before the area does, what there is of it.
+[[nodiscard]] int ReadInventory(Controller& bmc, const Request& request, Deadline deadline,
+                                Response& response) {
+    Pieces pieces(bmc, request, deadline);
+    const auto low = request.data[kInventoryOffset];
+    const auto high = request.data[kInventoryOffset + 1];
+    const unsigned offset = low + 256U * high;
+    const unsigned wanted = std::min<unsigned>(request.data.back(), kInventoryReach - offset);
+    Bytes area(1);  // the count comes first
+    unsigned done = 0;
+    while (done < wanted) {
+        const unsigned at = offset + done;
+        pieces.data()[kInventoryOffset] = static_cast<std::uint8_t>(at);
+        pieces.data()[kInventoryOffset + 1] = static_cast<std::uint8_t>(at >> 8);
+        if (const int error = pieces.Read(wanted - done, response)) return error;
+        if (response.completion == kOutOfRange && done != 0) break;
+        if (response.completion != kDone) return 0;
+        // Counted in words where the device is accessed by words, so the bytes may be twice as
+        // many.
+        const unsigned count = response.data.empty() ? 0 : response.data[0];
+        if (count > pieces.asked() || response.data.size() < count + std::size_t{1}) {
+            response = {kUnspecified, {}};
+            return 0;
+        }
+        if (count == 0) break;
+        area.insert(area.end(), response.data.begin() + 1, response.data.end());
+        done += count;
+    }
+    area[0] = static_cast<std::uint8_t>(done);
+    response = {kDone, std::move(area)};
+    return 0;
+}
+
+}  // namespace
+
+int WholeReads::Exchange(const Request& request, Deadline deadline, Response& response) {
+    const bool record = IsLong(request, kGetRecord, kRecordRequestSize);
+    const bool inventory = IsLong(request, kReadInventory, kInventoryRequestSize);
+    if (!record && !inventory) return bmc_.Exchange(request, deadline, response);
+
+    bool& refused = record ? recordsRefused_ : inventoryRefused_;
+    if (!refused) {
+        if (const int error = bmc_.Exchange(request, deadline, response)) return error;
+        if (!TooLong(response.completion)) return 0;
+        refused = true;
+    }
+    return record ? ReadRecord(request, deadline, response)
+                  : ReadInventory(bmc_, request, deadline, response);
+}
+
+int WholeReads::ReadRecord(const Request& request, Deadline deadline, Response& response) {
+    // A caller with a reservation of its own learns that it is cancelled and starts over itself.
+    if (request.data[0] != 0 || request.data[1] != 0)
+        return ReadReserved(bmc_, request, deadline, response);
+
+    for (int reads = 0; reads < kReadsPerRecord; ++reads) {
+        if (const int error = Reserve(deadline, response)) return error;
+        Request reserved = request;
+        reserved.data[0] = static_cast<std::uint8_t>(*reservation_);
+        reserved.data[1] = static_cast<std::uint8_t>(*reservation_ >> 8);
+        if (const int error = ReadReserved(bmc_, reserved, deadline, response)) return error;
+        if (response.completion != kReservationCancelled) return 0;
+        reservation_.reset();
+    }
+    return 0;
+}
+
+int WholeReads::Reserve(Deadline deadline, Response& response) {
+    if (reservation_) return 0;
+    const Request request{kStorage, 0, kReserveRepository, {}};
+    if (const int error = bmc_.Exchange(request, deadline, response)) return error;
+    const bool granted = response.completion == kDone && response.data.size() >= 2;
+    reservation_ = 0;
+    if (granted) {
+        const unsigned id = response.data[0] + 256U * response.data[1];
+        reservation_ = static_cast<std::uint16_t>(id);
+    }
+    return 0;
+}
+
+}  // namespace bridge

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+//
+// talvane-ipmi-bridge: the command line.
+
+#include <CLI/CLI.hpp>
+
+#include "CharacterDevice.h"
+#include "Log.h"
+
+int main(int argc, char** argv) {
+    CLI::App app{
+        "Provides /dev/ipmi for agents and carries their requests to the kernel's IPMI device."};
+    bridge::DeviceNames names{"/dev/ipmi0", "ipmi"};
+    bool verbose = false;
+    app.add_option("--device", names.kernel, "The kernel's device")->capture_default_str();
+    app.add_option("--name", names.provided, "Name of the provided device below /dev")
+        ->capture_default_str()
+        ->check([](const std::string& name) {
+            const bool fine = !name.empty() && name.find('/') == std::string::npos;
+            return fine ? std::string() : std::string("a name, not a path");
+        });
+    app.add_flag("--verbose", verbose, "Log every request");
+    app.set_version_flag("--version", TALVANE_VERSION);
+    CLI11_PARSE(app, argc, argv);
+
+    if (verbose) bridge::LogEverything();
+    return bridge::ServeDevice(names);
+}

@@ -1,0 +1,93 @@
+// SPDX-License-Identifier: MIT
+//
+// A BMC with one sensor data record and one inventory device, whose buffer has room for so many
+// bytes and no more.
+#ifndef TALVANE_TESTS_BRIDGE_FAKEBMC_H
+#define TALVANE_TESTS_BRIDGE_FAKEBMC_H
+
+#include <functional>
+#include <numeric>
+#include <vector>
+
+#include "bridge/Message.h"
+
+class FakeBmc : public bridge::Controller {
+public:
+    // Bytes that differ from one another, behind the header of a sensor data record.
+    explicit FakeBmc(std::size_t recordLength = 64) : record(recordLength), inventory(200) {
+        std::iota(record.begin(), record.end(), std::uint8_t{1});
+        record[4] = static_cast<std::uint8_t>(recordLength - 5);
+        std::iota(inventory.begin(), inventory.end(), std::uint8_t{3});
+    }
+
+    int Exchange(const bridge::Request& request, bridge::Deadline,
+                 bridge::Response& response) override {
+        requests.push_back(request);
+        if (beforeEach) beforeEach(requests.size());
+        if (error != 0) return error;
+        response = Answer(request);
+        return 0;
+    }
+
+    bridge::Response Answer(const bridge::Request& request) {
+        if (request.netFn != 0x0A) return {0x00, {0xAB}};
+        if (request.command == 0x22) return Reserve();
+        if (request.command == 0x23) return GetRecord(request.data);
+        if (request.command == 0x11) return ReadInventory(request.data);
+        return {0xC1, {}};
+    }
+
+    bridge::Bytes record;
+    bridge::Bytes inventory;
+    std::size_t room = 20;  // for bytes of a record or of the inventory
+    std::uint8_t unit = 1;  // bytes per step of the inventory: 1, or 2 with words
+    std::uint16_t reservation = 0x0100;
+    bool grantsReservations = true;
+    std::uint8_t recordCompletion = 0;  // of every Get SDR from the second piece on
+    int error = 0;
+    std::function<void(std::size_t)> beforeEach;  // gets the number of the request, from 1
+    std::vector<bridge::Request> requests;
+
+private:
+    bridge::Response Reserve() {
+        if (!grantsReservations) return {0xC1, {}};
+        ++reservation;
+        return {0x00, Le16(reservation)};
+    }
+
+    bridge::Response GetRecord(const bridge::Bytes& data) const {
+        const unsigned given = data[0] + 256U * data[1];
+        const std::size_t offset = data[4];
+        const std::size_t count = data[5];
+        const bool partial = offset != 0 || count < record.size();
+        if (grantsReservations && partial && count != 0xFF && given != reservation)
+            return {0xC5, {}};
+        if (offset != 0 && recordCompletion != 0) return {recordCompletion, {}};
+        if (offset >= record.size()) return {0xC9, {}};
+        const std::size_t length = std::min(count, record.size() - offset);
+        if (length > room) return {0xCA, {}};
+        return {0x00, Joined({0x34, 0x12}, record, offset, length)};
+    }
+
+    bridge::Response ReadInventory(const bridge::Bytes& data) const {
+        const std::size_t offset = (data[1] + 256U * data[2]) * unit;
+        if (offset >= inventory.size()) return {0xC9, {}};
+        const std::size_t length = std::min<std::size_t>(data[3] * unit, inventory.size() - offset);
+        if (length > room) return {0xCA, {}};
+        return {0x00,
+                Joined({static_cast<std::uint8_t>(length / unit)}, inventory, offset, length)};
+    }
+
+    static bridge::Bytes Le16(unsigned value) {
+        return {static_cast<std::uint8_t>(value), static_cast<std::uint8_t>(value >> 8)};
+    }
+
+    static bridge::Bytes Joined(bridge::Bytes head, const bridge::Bytes& all, std::size_t offset,
+                                std::size_t length) {
+        const auto from = all.begin() + static_cast<std::ptrdiff_t>(offset);
+        head.insert(head.end(), from, from + static_cast<std::ptrdiff_t>(length));
+        return head;
+    }
+};
+
+#endif

@@ -1,0 +1,215 @@
+// SPDX-License-Identifier: MIT
+//
+// Long reads that a BMC refuses: the pieces that are asked for, and the whole that is handed over.
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+
+#include "FakeBmc.h"
+#include "bridge/WholeReads.h"
+
+namespace {
+
+using bridge::Bytes;
+using bridge::Request;
+using bridge::Response;
+using ::testing::ElementsAre;
+using ::testing::Field;
+using ::testing::SizeIs;
+
+class WholeReads : public ::testing::Test {
+protected:
+    Response Ask(std::uint8_t command, const Bytes& data) {
+        Response response;
+        EXPECT_EQ(reads.Exchange({0x0A, 0, command, data}, bridge::Deadline::max(), response), 0);
+        return response;
+    }
+    Response GetRecord(const Bytes& data = {0, 0, 7, 0, 0, 0xFF}) { return Ask(0x23, data); }
+    Response ReadInventory(const Bytes& data) { return Ask(0x11, data); }
+
+    // Offset and count of each Get SDR that reached the BMC.
+    std::vector<std::pair<int, int>> RecordPieces() const {
+        std::vector<std::pair<int, int>> pieces;
+        for (const Request& request : bmc.requests)
+            if (request.command == 0x23) pieces.emplace_back(request.data[4], request.data[5]);
+        return pieces;
+    }
+    std::vector<std::pair<int, int>> InventoryPieces() const {
+        std::vector<std::pair<int, int>> pieces;
+        for (const Request& request : bmc.requests)
+            pieces.emplace_back(request.data[1] + 256 * request.data[2], request.data[3]);
+        return pieces;
+    }
+    Bytes WholeRecord() const {
+        Bytes whole{0x34, 0x12};
+        whole.insert(whole.end(), bmc.record.begin(), bmc.record.end());
+        return whole;
+    }
+    Bytes Inventory(std::size_t offset, std::size_t length) const {
+        Bytes area{static_cast<std::uint8_t>(length / bmc.unit)};
+        const auto from = bmc.inventory.begin() + static_cast<std::ptrdiff_t>(offset);
+        area.insert(area.end(), from, from + static_cast<std::ptrdiff_t>(length));
+        return area;
+    }
+
+    FakeBmc bmc;
+    bridge::WholeReads reads{bmc};
+};
+
+TEST_F(WholeReads, AGrantedOnePassesUnchanged) {
+    bmc.room = 255;
+    const Response response = GetRecord();
+    EXPECT_EQ(response.completion, 0);
+    EXPECT_EQ(response.data, WholeRecord());
+    ASSERT_THAT(bmc.requests, SizeIs(1));
+    EXPECT_EQ(bmc.requests[0].data, (Bytes{0, 0, 7, 0, 0, 0xFF}));
+}
+
+TEST_F(WholeReads, ARefusedRecordIsReadInPiecesUnderAReservation) {
+    const Response response = GetRecord();
+    EXPECT_EQ(response.completion, 0);
+    EXPECT_EQ(response.data, WholeRecord());
+    EXPECT_THAT(RecordPieces(),
+                ElementsAre(std::pair(0, 0xFF), std::pair(0, 5), std::pair(5, 16),
+                            std::pair(21, 16), std::pair(37, 16), std::pair(53, 11)));
+    EXPECT_EQ(bmc.requests[1].command, 0x22);
+    for (std::size_t i = 2; i < bmc.requests.size(); ++i) {
+        EXPECT_EQ(bmc.requests[i].data[0], 0x01);
+        EXPECT_EQ(bmc.requests[i].data[1], 0x01);
+        EXPECT_EQ(bmc.requests[i].data[2], 7);
+    }
+}
+
+TEST_F(WholeReads, TheNextRecordIsNotAskedForAsAWholeAndKeepsTheReservation) {
+    (void)GetRecord();
+    bmc.requests.clear();
+    EXPECT_EQ(GetRecord({0, 0, 8, 0, 0, 0xFF}).data, WholeRecord());
+    EXPECT_THAT(RecordPieces(), SizeIs(5));
+    EXPECT_THAT(bmc.requests, SizeIs(5));
+}
+
+TEST_F(WholeReads, ACancelledReservationIsMadeAnewAndTheRecordReadAgain) {
+    bmc.beforeEach = [this](std::size_t number) {
+        if (number != 5) return;  // between two pieces
+        ++bmc.reservation;
+        bmc.record[6] = 0xEE;  // which the pieces before had as it was
+    };
+    const Response response = GetRecord();
+    EXPECT_EQ(response.completion, 0);
+    EXPECT_EQ(response.data, WholeRecord());
+    EXPECT_THAT(bmc.requests, SizeIs(5 + 6));
+}
+
+TEST_F(WholeReads, AReservationThatNeverHoldsIsGivenUp) {
+    bmc.beforeEach = [this](std::size_t) { ++bmc.reservation; };
+    EXPECT_EQ(GetRecord().completion, 0xC5);
+    EXPECT_THAT(bmc.requests, SizeIs(1 + 8 * 2));
+}
+
+TEST_F(WholeReads, ACallersOwnReservationIsUsedAndItsEndReported) {
+    bmc.reservation = 0x0203;
+    EXPECT_EQ(GetRecord({0x03, 0x02, 7, 0, 0, 0xFF}).data, WholeRecord());
+    EXPECT_EQ(GetRecord({0x04, 0x02, 7, 0, 0, 0xFF}).completion, 0xC5);
+    EXPECT_EQ(bmc.reservation, 0x0203);
+}
+
+TEST_F(WholeReads, ABmcWithoutReservationsIsReadWithout) {
+    bmc.grantsReservations = false;
+    EXPECT_EQ(GetRecord().data, WholeRecord());
+    EXPECT_EQ(bmc.requests.back().data[0], 0);
+    EXPECT_EQ(bmc.requests.back().data[1], 0);
+}
+
+TEST_F(WholeReads, ABufferBelowSixteenBytesGetsSmallerPieces) {
+    bmc.room = 6;
+    EXPECT_EQ(GetRecord().data, WholeRecord());
+    const auto pieces = RecordPieces();
+    EXPECT_EQ(pieces[2], std::pair(5, 16));
+    EXPECT_EQ(pieces[3], std::pair(5, 8));
+    EXPECT_EQ(pieces[4], std::pair(5, 4));
+    EXPECT_EQ(pieces[5], std::pair(9, 4));
+}
+
+TEST_F(WholeReads, ABmcThatRefusesSingleBytesIsLeftWithItsCode) {
+    bmc.room = 0;
+    EXPECT_EQ(GetRecord().completion, 0xCA);
+}
+
+TEST_F(WholeReads, ARequestForPartOfARecordGetsThatPart) {
+    (void)GetRecord();
+    const Response response = GetRecord({0, 0, 7, 0, 10, 30});
+    Bytes expected{0x34, 0x12};
+    expected.insert(expected.end(), bmc.record.begin() + 10, bmc.record.begin() + 40);
+    EXPECT_EQ(response.data, expected);
+    EXPECT_EQ(GetRecord({0, 0, 7, 0, 64, 30}).completion, 0xC9);
+}
+
+TEST_F(WholeReads, TheLongestRecordEndsWithTheReachOfItsOffset) {
+    FakeBmc longest(260);
+    bridge::WholeReads whole(longest);
+    Response response;
+    ASSERT_EQ(
+        whole.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
+        0);
+    EXPECT_THAT(response.data, SizeIs(2 + 255));
+    EXPECT_EQ(response.data.back(), longest.record[254]);
+}
+
+TEST_F(WholeReads, ShortRequestsAndOtherCommandsPassUnchanged) {
+    EXPECT_EQ(GetRecord({0, 0, 7, 0, 0, 16}).completion, 0xC5);
+    Response response;
+    ASSERT_EQ(
+        reads.Exchange({0x06, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
+        0);
+    EXPECT_EQ(response.data, Bytes{0xAB});
+    ASSERT_EQ(reads.Exchange({0x06, 0, 0x01, {}}, bridge::Deadline::max(), response), 0);
+    EXPECT_THAT(bmc.requests, SizeIs(3));
+}
+
+TEST_F(WholeReads, AnErrorInThePiecesIsTheAnswer) {
+    bmc.recordCompletion = 0xC3;
+    const Response response = GetRecord();
+    EXPECT_EQ(response.completion, 0xC3);
+    EXPECT_EQ(response.data, Bytes());
+}
+
+TEST_F(WholeReads, ABmcThatStopsAnsweringInThePiecesIsReported) {
+    bmc.beforeEach = [this](std::size_t number) { bmc.error = number == 4 ? ETIMEDOUT : 0; };
+    Response response;
+    EXPECT_EQ(
+        reads.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
+        ETIMEDOUT);
+}
+
+TEST_F(WholeReads, ARefusedInventoryAreaIsReadInPieces) {
+    const Response response = ReadInventory({0, 8, 0, 40});
+    EXPECT_EQ(response.completion, 0);
+    EXPECT_EQ(response.data, Inventory(8, 40));
+    EXPECT_THAT(InventoryPieces(), ElementsAre(std::pair(8, 40), std::pair(8, 16),
+                                               std::pair(24, 16), std::pair(40, 8)));
+}
+
+TEST_F(WholeReads, AnAreaThatTheDeviceEndsInIsReturnedAsFarAsItGoes) {
+    const Response response = ReadInventory({0, 160, 0, 0xF8});
+    EXPECT_EQ(response.completion, 0);
+    EXPECT_EQ(response.data, Inventory(160, 40));
+    EXPECT_EQ(ReadInventory({0, 200, 0, 0xF8}).completion, 0xC9);
+}
+
+TEST_F(WholeReads, OffsetsOfTheInventoryCarryIntoTheirHighByte) {
+    bmc.inventory.resize(400, 0x5A);
+    EXPECT_EQ(ReadInventory({0, 0xF0, 0, 0x40}).data, Inventory(0xF0, 0x40));
+    EXPECT_EQ(InventoryPieces().at(2), std::pair(0x100, 16));
+}
+
+TEST_F(WholeReads, AnInventoryOfWordsIsCountedInWords) {
+    bmc.unit = 2;
+    bmc.room = 32;
+    const Response response = ReadInventory({0, 4, 0, 30});
+    EXPECT_EQ(response.data, Inventory(8, 60));
+    EXPECT_THAT(InventoryPieces(),
+                ElementsAre(std::pair(4, 30), std::pair(4, 16), std::pair(20, 14)));
+}
+
+}  // namespace
