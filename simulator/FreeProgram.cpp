@@ -1,34 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// A shell script in a folder of its own, which the command puts in front of PATH.
+// A function of the shell, which a shell looks for before it looks for a program.
 
 #include "FreeProgram.h"
 
-#include <cerrno>
 #include <cstdio>
-#include <cstdlib>
-#include <fstream>
 #include <string_view>
-#include <system_error>
 
 namespace sim {
-
-FreeProgram::~FreeProgram() {
-    std::error_code ignored;
-    if (!folder_.empty()) std::filesystem::remove_all(folder_, ignored);
-}
-
-void FreeProgram::setText(const std::string& text) {
-    if (folder_.empty()) {
-        std::string name = "/tmp/talvane-programs-XXXXXX";
-        if (mkdtemp(name.data()) == nullptr)
-            throw std::system_error(errno, std::generic_category(), name);
-        folder_ = name;
-    }
-    std::ofstream(folder_ / "text", std::ios::binary) << text;
-    std::ofstream(folder_ / "free") << "#!/bin/sh\nexec cat \"${0%/*}/text\"\n";
-    std::filesystem::permissions(folder_ / "free", std::filesystem::perms::owner_all);
-}
 
 void FreeProgram::setMemory(std::uint64_t total, std::uint64_t used) {
     constexpr const char* layout =
@@ -46,14 +25,14 @@ void FreeProgram::setMemory(std::uint64_t total, std::uint64_t used) {
 
 bool FreeProgram::isRunBy(const char* command) const {
     constexpr std::string_view name = "free";
-    if (folder_.empty() || command == nullptr) return false;
+    if (text_.empty() || command == nullptr) return false;
     const std::string_view text = command;
     return text.starts_with(name) &&
            (text.size() == name.size() || text[name.size()] == ' ' || text[name.size()] == '|');
 }
 
 std::string FreeProgram::before(const char* command) const {
-    return "PATH=" + folder_.string() + ":$PATH\n" + command;
+    return "free() {\ncat <<'END OF FREE'\n" + text_ + "END OF FREE\n}\n" + command;
 }
 
 }  // namespace sim

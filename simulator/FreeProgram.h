@@ -5,20 +5,14 @@
 #define TALVANE_SIMULATOR_FREEPROGRAM_H
 
 #include <cstdint>
-#include <filesystem>
 #include <string>
 
 namespace sim {
 
 class FreeProgram {
 public:
-    FreeProgram() = default;
-    ~FreeProgram();
-    FreeProgram(const FreeProgram&) = delete;
-    FreeProgram& operator=(const FreeProgram&) = delete;
-
-    // What it prints from now on. std::system_error when it cannot be made.
-    void setText(const std::string& text);
+    // What it prints from now on; ends in a line feed.
+    void setText(std::string text) { text_ = std::move(text); }
 
     // The same in its own layout, numbers in KiB.
     void setMemory(std::uint64_t total, std::uint64_t used);
@@ -30,7 +24,7 @@ public:
     std::string before(const char* command) const;
 
 private:
-    std::filesystem::path folder_;  // holds the program alone; empty before there is one
+    std::string text_;
 };
 
 }  // namespace sim

@@ -56,10 +56,18 @@ void requireSmbiosMemory(const SmbiosDraft& smbios, const PhysicalMemory& memory
 
 }  // namespace
 
-Bytes MachineDraft::capture(MachineLine& line) const {
+std::filesystem::path MachineDraft::captureFile(MachineLine& line) const {
     constexpr const char* what = "the file name";
     const std::string name = line.quotedNext() ? line.text(what) : line.word(what);
-    const std::string path = (folder / name).string();
+    std::filesystem::path path = folder / name;
+    std::error_code error;
+    (void)std::filesystem::status(path, error);
+    if (error) line.fail(path.string() + ": " + error.message());
+    return path;
+}
+
+Bytes MachineDraft::capture(MachineLine& line) const {
+    const std::string path = captureFile(line).string();
     std::ifstream stream(path, std::ios::binary);
     if (!stream) line.fail(path + ": " + std::strerror(errno));
     if (!std::filesystem::is_regular_file(path)) line.fail(path + ": is no file");
@@ -85,6 +93,7 @@ void MachineDraft::build(Machine& machine) const {
         memory.write(piece.address, piece.bytes);
     }
     if (bmc) buildBmc(*bmc, machine);
+    buildInventory(*this, machine);
     for (const auto& [path, error] : without) machine.refuse(path, error);
 }
 

@@ -15,6 +15,7 @@
 #include <vector>
 
 #include "BmcDraft.h"
+#include "InventoryDraft.h"
 #include "MachineLine.h"
 #include "PhysicalMemory.h"
 #include "SmbiosTable.h"
@@ -48,7 +49,14 @@ struct MachineDraft {
     std::vector<MemoryPiece> pieces;
     std::optional<SmbiosDraft> smbios;
     std::optional<BmcDraft> bmc;
+    std::map<PciLocation, PciDraft> pci;
+    std::map<char, DriveDraft> drives;  // by letter
+    std::vector<EntryDraft> entries;
+    LoadDraft load;
     std::map<std::string, int> without;  // device, errno
+
+    // The path of a capture that the line names.
+    std::filesystem::path captureFile(MachineLine& line) const;
 
     // A capture: the file that the line names, from the machine's folder.
     Bytes capture(MachineLine& line) const;
@@ -62,11 +70,17 @@ struct MachineStatement {
     void (*read)(MachineLine& line, MachineDraft& draft);
 };
 
+// Gives the machine its PCI functions, drives and load.
+void buildInventory(const MachineDraft& draft, Machine& machine);
+
 // The statements by topic.
 std::span<const MachineStatement> memoryStatements();
 std::span<const MachineStatement> smbiosStatements();
 std::span<const MachineStatement> deviceStatements();
 std::span<const MachineStatement> bmcStatements();
+std::span<const MachineStatement> pciStatements();
+std::span<const MachineStatement> driveStatements();
+std::span<const MachineStatement> loadStatements();
 
 }  // namespace sim
 

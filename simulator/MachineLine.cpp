@@ -167,6 +167,12 @@ void MachineLine::expect(std::string_view literal) {
     if (found != literal) fail(what + " was expected, not \"" + found + "\"");
 }
 
+bool MachineLine::takeIf(std::string_view literal) {
+    if (!more() || words_[next_].quoted || words_[next_].text != literal) return false;
+    ++next_;
+    return true;
+}
+
 void MachineLine::end() const {
     if (more()) fail("nothing may follow here, but \"" + words_[next_].text + "\" does");
 }

@@ -32,6 +32,9 @@ public:
     // The next word is this one.
     void expect(std::string_view literal);
 
+    // Takes the next word when it is this one.
+    bool takeIf(std::string_view literal);
+
     // Whether the next word is quoted.
     bool quotedNext() const { return more() && words_[next_].quoted; }
 

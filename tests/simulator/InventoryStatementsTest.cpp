@@ -1,0 +1,284 @@
+// SPDX-License-Identifier: MIT
+//
+// PCI functions, drives and load of described machines: what each statement makes.
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <cstdint>
+#include <string>
+
+#include "MachineFolder.h"
+#include "simulator/Machine.h"
+#include "simulator/MachineError.h"
+#include "simulator/MachineFile.h"
+
+namespace {
+
+using ::testing::HasSubstr;
+
+class Inventory : public testing::Test {
+protected:
+    void Load(std::string_view description) { Load(MachineFolder(description)); }
+    void Load(const MachineFolder& folder) { loadMachine(folder.path, machine); }
+
+    // The complaint about a machine.
+    static std::string Complaint(const MachineFolder& folder) {
+        sim::Machine refused;
+        try {
+            loadMachine(folder.path, refused);
+        } catch (const sim::MachineError& error) {
+            return std::string(error.what()).substr((folder.path / "machine.txt:").string().size());
+        }
+        return "none";
+    }
+    static std::string Complaint(std::string_view description) {
+        return Complaint(MachineFolder(description));
+    }
+
+    std::uint32_t PciDword(std::uint32_t address) {
+        machine.pci().out(0xCF8, 4, 0x80000000 | address);
+        return machine.pci().in(0xCFC, 4);
+    }
+
+    // The file's first bytes; "error ENOENT" and the like when it cannot be opened.
+    std::string Content(const char* path, std::size_t size = 4096) {
+        const sim::Answer opened = *machine.open({}, path, O_RDONLY);
+        if (!opened.ok()) return "error " + std::to_string(opened.error);
+        const int descriptor = static_cast<int>(opened.value);
+        std::string text(size, '\0');
+        const sim::Answer read = *machine.read({}, descriptor, text.data(), size);
+        text.resize(static_cast<std::size_t>(read.value));
+        (void)machine.close({}, descriptor);
+        return text;
+    }
+
+    sim::Machine machine;
+};
+
+TEST_F(Inventory, PciFunctionIsWrittenOut) {
+    Load(
+        "pci 0a:1f.7 8086:24db class 01.01.8a revision 2 command 0x0005 status 0x0280 header 0x80 "
+        "irq 14 bar0 0x1F1 bar5 0xFEB00000");
+    constexpr std::uint32_t at = 0x0A << 16 | 0x1F << 11 | 7 << 8;
+    EXPECT_EQ(PciDword(at), 0x24DB8086u);
+    EXPECT_EQ(PciDword(at | 4), 0x02800005u);
+    EXPECT_EQ(PciDword(at | 8), 0x01018A02u);
+    EXPECT_EQ(PciDword(at | 12), 0x00800000u);
+    EXPECT_EQ(PciDword(at | 16), 0x1F1u);
+    EXPECT_EQ(PciDword(at | 36), 0xFEB00000u);
+    EXPECT_EQ(PciDword(at | 60), 14u);
+    EXPECT_EQ(PciDword(at | 64), 0u);
+    EXPECT_EQ(PciDword(0), 0xFFFFFFFFu);
+}
+
+TEST_F(Inventory, PciCaptureIsRead) {
+    const MachineFolder folder("pci capture lspci.txt");
+    folder.write("lspci.txt",
+                 "00:1f.1 IDE interface: of a maker\n"
+                 "\tControl: I/O+\n"
+                 "00: 86 80 db 24 05 00 80 02 02 8a 01 01 00 00 00 00\n"
+                 "10: f1 01 00 00\n"
+                 "\n"
+                 "0001:00:1f.2 of another domain\n"
+                 "00: 01 02 03 04\n"
+                 "0000:01:00.0 without words\r\n"
+                 "00: 11 22 33 44\r\n");
+    Load(folder);
+    EXPECT_EQ(PciDword(0xF900), 0x24DB8086u);
+    EXPECT_EQ(PciDword(0xF910), 0x1F1u);
+    EXPECT_EQ(PciDword(0xF914), 0u);
+    EXPECT_EQ(PciDword(0xFA00), 0xFFFFFFFFu);
+    EXPECT_EQ(PciDword(0x10000), 0x44332211u);
+}
+
+TEST_F(Inventory, PciCaptureThatIsNoneIsRefused) {
+    for (const auto& [text, complaint] :
+         {std::pair<const char*, const char*>{"words", "line 1: neither a function nor its bytes"},
+          {"00: 11 22\n", "line 1: bytes before the first function"},
+          {"00:00.0 x\n10: 11\n", "line 2: bytes are missing"},
+          {"00:20.0 x\n", "line 1: there is no device above 1f"},
+          {"00:00.0 x\n00:00.0 y\n", "line 2: the function 00:00.0 is here twice"},
+          {"0001:00:00.0 x\n", "no function of domain 0"},
+          {"\n", "no function of domain 0"}}) {
+        const MachineFolder folder("pci capture lspci.txt");
+        folder.write("lspci.txt", text);
+        EXPECT_EQ(Complaint(folder), std::string("1: ") + complaint);
+    }
+}
+
+TEST_F(Inventory, PciFunctionThatCannotBeIsRefused) {
+    EXPECT_EQ(Complaint("pci 00:20.0 8086:1"),
+              "1: the location \"00:20.0\" is not BUS:DEVICE.FUNCTION");
+    EXPECT_EQ(Complaint("pci 00:1f.8 8086:1"),
+              "1: the location \"00:1f.8\" is not BUS:DEVICE.FUNCTION");
+    EXPECT_EQ(Complaint("pci 00-1f.0 8086:1"),
+              "1: the location \"00-1f.0\" is not BUS:DEVICE.FUNCTION");
+    EXPECT_EQ(Complaint("pci 00:1f.0 8086"), "1: the identity \"8086\" is not VENDOR:DEVICE");
+    EXPECT_EQ(Complaint("pci 00:1f.0 8086:1:2"),
+              "1: the identity \"8086:1:2\" is not VENDOR:DEVICE");
+    EXPECT_EQ(Complaint("pci 00:1f.0 8086:1 class 01.01"),
+              "1: the class \"01.01\" is not CLASS.SUB.INTERFACE");
+    EXPECT_EQ(Complaint("pci 00:1f.0 8086:1 irq 1 irq 2"), "1: \"irq\" is given twice");
+    EXPECT_THAT(Complaint("pci 00:1f.0 8086:1 bar6 1"), HasSubstr("\"bar6\" is none of class"));
+    EXPECT_EQ(Complaint("pci 00:1f.0 8086:1\npci 0:1f.0 8086:2"),
+              "2: the function 00:1f.0 was given in line 1");
+    EXPECT_EQ(Complaint("pci capture nothing.txt").substr(0, 3), "1: ");
+}
+
+TEST_F(Inventory, DriveHasItsFilesAndItsSectors) {
+    Load(
+        "drive hdc model \"ST340014A\" sectors 78165360 serial \"5JX7\" firmware \"8.01\"\n"
+        "entry hdc 0 2 0x83 63 0x12345678\n"
+        "entry hdc 78165359 1 7 1 2");
+    EXPECT_EQ(Content("/proc/ide/ide1/hdc/media"), "disk\n");
+    EXPECT_EQ(Content("/proc/ide/ide1/hdc/model"), "ST340014A\n");
+    EXPECT_EQ(Content("/proc/ide/ide1/hdc/capacity"), "78165360\n");
+    const std::string sector = Content("/dev/hdc", 512);
+    EXPECT_EQ(sector.substr(446 + 16, 16),
+              std::string("\0\0\0\0\x83\0\0\0\x3F\0\0\0\x78\x56\x34\x12", 16));
+    EXPECT_EQ(sector.substr(0, 446 + 16), std::string(446 + 16, '\0'));
+
+    const int descriptor = static_cast<int>(machine.open({}, "/dev/hdc", O_RDONLY)->value);
+    char identity[512] = {};
+    EXPECT_TRUE(machine.ioctl({}, descriptor, 0x30D, identity)->ok());
+    EXPECT_EQ(std::string(identity + 20, 20), "5JX7                ");
+    EXPECT_EQ(std::string(identity + 46, 8), "8.01    ");
+    EXPECT_EQ(std::string(identity + 54, 40), "ST340014A" + std::string(31, ' '));
+    EXPECT_EQ(machine.seek({}, descriptor, 78165359LL * 512 + 450, SEEK_SET)->value,
+              78165359LL * 512 + 450);
+    char type = 0;
+    EXPECT_EQ(machine.read({}, descriptor, &type, 1)->value, 1);
+    EXPECT_EQ(type, 7);
+    (void)machine.close({}, descriptor);
+}
+
+TEST_F(Inventory, DriveOfAnotherMediaSaysSo) {
+    Load("drive hda media \"cdrom\" model \"SAMSUNG CD-ROM\" sectors 100");
+    EXPECT_EQ(Content("/proc/ide/ide0/hda/media"), "cdrom\n");
+}
+
+TEST_F(Inventory, DriveFromAnImageTellsItsSize) {
+    const MachineFolder folder("drive hda image disk.img");
+    folder.write("disk.img", "boot" + std::string(1020, '\1'));
+    Load(folder);
+    EXPECT_EQ(Content("/proc/ide/ide0/hda/capacity"), "2\n");
+    EXPECT_EQ(Content("/dev/hda", 6), "boot\1\1");
+    EXPECT_EQ(Content("/dev/hda").size(), 1024u);
+}
+
+TEST_F(Inventory, DriveFromADumpHasItsSectors) {
+    const MachineFolder folder("drive hda sectors 1000 dump sectors.txt identity id.bin");
+    folder.write("sectors.txt", "2 " + std::string(1022, '0') + "aF\n");
+    folder.write("id.bin", std::string(512, 'I'));
+    Load(folder);
+    const std::string disk = Content("/dev/hda");
+    EXPECT_EQ(disk.substr(0, 3 * 512 - 1), std::string(3 * 512 - 1, '\0'));
+    EXPECT_EQ(disk.substr(3 * 512 - 1, 2), std::string("\xAF\0", 2));
+    const int descriptor = static_cast<int>(machine.open({}, "/dev/hda", O_RDONLY)->value);
+    char identity[512] = {};
+    EXPECT_TRUE(machine.ioctl({}, descriptor, 0x30D, identity)->ok());
+    EXPECT_EQ(std::string(identity, 512), std::string(512, 'I'));
+    (void)machine.close({}, descriptor);
+}
+
+TEST_F(Inventory, DrivesFromAFolderHaveItsFilesAndNoMedium) {
+    const MachineFolder folder("ide tree");
+    std::filesystem::create_directories(folder.path / "tree/ide1/hdd");
+    folder.write("tree/ide1/hdd/media", "cdrom\n");
+    folder.write("tree/ide1/hdd/driver", "ide-cdrom version 4.59\n");
+    Load(folder);
+    EXPECT_EQ(Content("/proc/ide/ide1/hdd/driver"), "ide-cdrom version 4.59\n");
+    EXPECT_EQ(Content("/dev/hdd"), "error " + std::to_string(ENOMEDIUM));
+}
+
+TEST_F(Inventory, DriveThatCannotBeIsRefused) {
+    EXPECT_EQ(Complaint("drive hde sectors 1"), "1: the drive \"hde\" is none of hda to hdd");
+    EXPECT_EQ(Complaint("drive hda"), "1: a drive has a number of sectors or an image");
+    EXPECT_EQ(Complaint("drive hda sectors 1\ndrive hda sectors 1"),
+              "2: the drive hda was given in line 1");
+    EXPECT_EQ(Complaint("drive hda sectors 1 sectors 2"), "1: \"sectors\" is given twice");
+    EXPECT_THAT(Complaint("drive hda size 1"), HasSubstr("\"size\" is none of media"));
+    EXPECT_EQ(Complaint("entry hda 0 1 0x83 63 1"), "1: the machine has no disk hda");
+    EXPECT_EQ(Complaint("drive hda sectors 1\nentry hda 1 1 0x83 63 1"),
+              "2: a disk of 1 sectors does not have these bytes");
+    EXPECT_EQ(Complaint("drive hda sectors 1\nentry hda 0 0 0x83 63 1"),
+              "2: a partition table has the entries 1 to 4");
+    EXPECT_EQ(Complaint("drive hda sectors 1\nentry hda 0 1 0x100 63 1"),
+              "2: the type 0x100 is above 255");
+    EXPECT_THAT(Complaint("ide nowhere"), HasSubstr("nowhere: No such file"));
+    EXPECT_THAT(Complaint("ide machine.txt"), HasSubstr("machine.txt: holds no ide0/hda"));
+    const MachineFolder folder("drive hda sectors 10 dump d");
+    folder.write("d", "1 00\n");
+    EXPECT_EQ(Complaint(folder), "1: line 1: a sector has 512 bytes");
+    folder.write("d", "first 00\n");
+    EXPECT_EQ(Complaint(folder), "1: line 1: a line is a sector's number, a blank and its bytes");
+    folder.write("d", "1 " + std::string(1024, 'g') + "\n");
+    EXPECT_EQ(Complaint(folder), "1: line 1: bytes are hexadecimal digits");
+    folder.write("d", "10 " + std::string(1024, '0') + "\n");
+    EXPECT_EQ(Complaint(folder), "1: a disk of 10 sectors does not have these bytes");
+}
+
+TEST_F(Inventory, ProcessorsWorkAtTheirRates) {
+    Load("cpu 0 user 12 system 3 idle 85\ncpu 1 nice 100");
+    EXPECT_EQ(Content("/proc/stat"),
+              "cpu  12000 100000 3000 85000\ncpu0 12000 0 3000 85000\ncpu1 0 100000 0 0\n");
+    (void)machine.sleep(10);
+    EXPECT_EQ(Content("/proc/stat"),
+              "cpu  12120 101000 3030 85850\ncpu0 12120 0 3030 85850\ncpu1 0 101000 0 0\n");
+}
+
+TEST_F(Inventory, StatFollowsItsCourse) {
+    const MachineFolder folder("cpu 0 idle 1\nstat a\nstat at 5 b");
+    folder.write("a", "first\n");
+    folder.write("b", "second\n");
+    Load(folder);
+    EXPECT_EQ(Content("/proc/stat"), "first\n");
+    (void)machine.sleep(4);
+    EXPECT_EQ(Content("/proc/stat"), "first\n");
+    (void)machine.sleep(1);
+    EXPECT_EQ(Content("/proc/stat"), "second\n");
+}
+
+TEST_F(Inventory, CourseThatStartsLaterFollowsTheRates) {
+    const MachineFolder folder("cpu 0 idle 1\nstat at 5 b");
+    folder.write("b", "second\n");
+    Load(folder);
+    EXPECT_EQ(Content("/proc/stat"), "cpu  0 0 0 1000\ncpu0 0 0 0 1000\n");
+    (void)machine.sleep(5);
+    EXPECT_EQ(Content("/proc/stat"), "second\n");
+}
+
+TEST_F(Inventory, MachineThatSaysNothingHasOneIdleProcessorAndFreeMemory) {
+    Load("memory 512M");
+    EXPECT_EQ(Content("/proc/stat"), "cpu  0 0 0 100000\ncpu0 0 0 0 100000\n");
+    EXPECT_THAT(machine.freeProgram().before("free"), HasSubstr("Mem:        524288          0"));
+}
+
+TEST_F(Inventory, FreePrintsWhatItIsTold) {
+    Load("free total 1000 used 250");
+    EXPECT_THAT(machine.freeProgram().before("free"),
+                HasSubstr("Mem:          1000        250        750"));
+    const MachineFolder folder("free output");
+    folder.write("output", "Mem: 1 2 3");
+    loadMachine(folder.path, machine);
+    EXPECT_THAT(machine.freeProgram().before("free"), HasSubstr("\nMem: 1 2 3\n"));
+}
+
+TEST_F(Inventory, LoadThatCannotBeIsRefused) {
+    EXPECT_EQ(Complaint("cpu 0"), "1: the counter is missing");
+    EXPECT_EQ(Complaint("cpu 0 user"), "1: the ticks a second is missing");
+    EXPECT_THAT(Complaint("cpu 0 busy 1"), HasSubstr("\"busy\" is none of user"));
+    EXPECT_EQ(Complaint("cpu 0 user 1 user 2"), "1: \"user\" is given twice");
+    EXPECT_EQ(Complaint("cpu 0 user 1\ncpu 0 user 1"), "2: the processor 0 was given already");
+    EXPECT_EQ(Complaint("free total 10 used 11"), "1: the used memory 11 is above 10");
+    EXPECT_EQ(Complaint("free total 10 used 1\nfree total 10 used 1"),
+              "2: what free prints was given already");
+    EXPECT_EQ(Complaint("free total 10"), "1: the word \"used\" is missing");
+    EXPECT_THAT(Complaint("stat nothing"), HasSubstr("nothing: No such file"));
+    const MachineFolder folder("stat a\nstat at 0 a");
+    folder.write("a", "text");
+    EXPECT_EQ(Complaint(folder), "2: the text from second 0 on was given already");
+}
+
+}  // namespace
