@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// An agent for measuring: runs the SMBIOS commands of GetInfo that its arguments name, or every one
-// for "all", and prints each text that they answer. Without arguments it only starts and ends.
+// An agent for measuring: runs the commands of GetInfo that its arguments name, or every one of the
+// SMBIOS table for "all", and prints each text that they answer. Without arguments it only starts
+// and ends.
 #include <stddef.h>
 #include <stdio.h>
 #include <string.h>
@@ -15,22 +16,27 @@ typedef struct {
     size_t head;
     size_t stride;
     size_t count;
+    int alone;  // not among "all", which is about the SMBIOS table
 } Command;
 
 #define ELEMENTS(record, count, array) \
     offsetof(record, array), sizeof(((record*)0)->array[0]), offsetof(record, count)
 
 static const Command kCommands[] = {
-    {"board", TALVANE_BOARD, sizeof(BaseBoardInformation), 0, 0},
-    {"processors", TALVANE_PROCESSORS, ELEMENTS(ProcessorInformation, quantity, cpu)},
-    {"memory", TALVANE_MEMORY, ELEMENTS(MemoryInformation, quantity, bank)},
-    {"ports", TALVANE_PORTS, ELEMENTS(IOInformation, quantity, port)},
-    {"power", TALVANE_POWER, ELEMENTS(SystemPowerInformation, TotalNumber, PowerSupply)},
-    {"ups", TALVANE_UPS, ELEMENTS(SystemPowerInformation, TotalNumber, PowerSupply)},
-    {"fans", TALVANE_FANS, ELEMENTS(FanInformation, quantity, fan)},
-    {"voltages", TALVANE_VOLTAGES, ELEMENTS(VoltageInformation, quantity, voltage)},
-    {"temperatures", TALVANE_TEMPERATURES, ELEMENTS(TemperatureInformation, quantity, temperature)},
-    {"system", TALVANE_SYSTEM, sizeof(SysInformation), 0, 0},
+    {"board", TALVANE_BOARD, sizeof(BaseBoardInformation), 0, 0, 0},
+    {"processors", TALVANE_PROCESSORS, ELEMENTS(ProcessorInformation, quantity, cpu), 0},
+    {"memory", TALVANE_MEMORY, ELEMENTS(MemoryInformation, quantity, bank), 0},
+    {"ports", TALVANE_PORTS, ELEMENTS(IOInformation, quantity, port), 0},
+    {"power", TALVANE_POWER, ELEMENTS(SystemPowerInformation, TotalNumber, PowerSupply), 0},
+    {"ups", TALVANE_UPS, ELEMENTS(SystemPowerInformation, TotalNumber, PowerSupply), 0},
+    {"fans", TALVANE_FANS, ELEMENTS(FanInformation, quantity, fan), 0},
+    {"voltages", TALVANE_VOLTAGES, ELEMENTS(VoltageInformation, quantity, voltage), 0},
+    {"temperatures", TALVANE_TEMPERATURES, ELEMENTS(TemperatureInformation, quantity, temperature),
+     0},
+    {"system", TALVANE_SYSTEM, sizeof(SysInformation), 0, 0, 0},
+    {"pci", TALVANE_PCI, ELEMENTS(DeviceInformation, quantity, dev), 1},
+    {"drives", TALVANE_DRIVES, ELEMENTS(StorageInformation, quantityIDE, driveArray), 1},
+    {"partitions", TALVANE_PARTITIONS, ELEMENTS(PartitionInformation, quantity, partition), 1},
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 
@@ -69,7 +75,9 @@ int main(int argc, char** argv) {
     for (int i = 1; i < argc; ++i) {
         int found = 0;
         for (size_t k = 0; k < kCommandCount; ++k) {
-            if (strcmp(argv[i], "all") != 0 && strcmp(argv[i], kCommands[k].name) != 0) continue;
+            if (strcmp(argv[i], "all") == 0 ? kCommands[k].alone
+                                            : strcmp(argv[i], kCommands[k].name) != 0)
+                continue;
             found = 1;
             if (Run(&kCommands[k]) != 0) {
                 fprintf(stderr, "inventory: %s failed\n", kCommands[k].name);

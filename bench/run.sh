@@ -148,8 +148,15 @@ awk -v few="$few" -v many="$many" -v a="$(instructions "$work/32768" system)" \
 }'
 
 echo
-echo 'Accesses to the machine, first command of a process and then all'
-for command in $commands all; do
+echo 'Accesses to the machine: first command of a process, all of the table, those without one'
+cat >>"$work/capture/machine.txt" <<'MACHINE'
+pci 00:00.0 8086:2578 class 06.00.00
+drive hda sectors 78165360
+entry hda 0 1 0x83 63 208782
+entry hda 0 2 0x0F 208845 77947380
+entry hda 208845 1 0x82 63 4192902
+MACHINE
+for command in $commands all pci drives partitions; do
     printf '  %-14s%s\n' "$command" "$(accesses "$command")"
 done
 
