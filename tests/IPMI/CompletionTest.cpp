@@ -1,13 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
 // An agent may put its own transport in front of the library's, and unlike that one it may tell the
-// completion code. This program's transport refuses the requests from a given one on.
+// completion code. This program's transport refuses the requests from a given one on,
+// and its sensor lookup fails.
 
 #include <gtest/gtest.h>
 
 #include <cstring>
 #include <memory>
 
+#include "Talvane.h"
 #include "simulator/SimulatedServer.h"
 #include "support/OpenIpmi.h"
 
@@ -24,6 +26,11 @@ int IPMIbase::SendTimedImbpRequest(IMBPREQUESTDATA*, int, unsigned char* respons
     if (sent >= refuseFrom) *completionCode = 0xC1;
     std::memset(response, 0x11, 16);
     return 0;
+}
+
+// Nor does the library's own lookup ever fail.
+int IPMIsupport::GetSensorNumberInfo(unsigned char, unsigned char, int, SensorNumberInfo&) {
+    return -1;
 }
 
 namespace {
@@ -122,6 +129,16 @@ TEST_F(Completion, ARefusedInventoryClearsItsRequest) {
     EXPECT_EQ(support->fru.request.data, nullptr);
     EXPECT_EQ(support->fru.request.dataLength, 0);
     EXPECT_EQ(support->GetFRUInfo(), -1);
+}
+
+TEST_F(Completion, AFailedLookupLeavesTheSettingOfThresholdsBusy) {
+    refuseFrom = 100000;
+    SensorThresholdInformation list{};
+    EXPECT_EQ(GetThresholdInfo(3, 1, &list), -1);
+    EXPECT_EQ(list.quantity, 0);
+    EXPECT_EQ(SetThresholdInfo(3, 1, 0, 1.0), -1);
+    EXPECT_EQ(SetThresholdInfo(3, 1, 0, 1.0), 1);
+    EXPECT_EQ(GetThresholdInfo(3, 1, &list), -1) << "not busy";
 }
 
 }  // namespace

@@ -193,6 +193,12 @@ TEST_F(FanSpeed, InPercentIsOfTheHighestReading) {
     EXPECT_EQ(FanText(), Terminated("33%"));
 }
 
+TEST_F(FanSpeed, InPercentIsDividedFirstAndThenTruncated) {
+    Add(Fan("F", 0x30).unit1(0x01).factors(1, 0, 0, 0).limits(100, 0), 29);
+    Loaded();
+    EXPECT_EQ(FanText(), Terminated("28%")) << "0.29 times 100 is a little below 29";
+}
+
 TEST_F(FanSpeed, InPercentWithoutAHighestReadingIsTheLowestNumber) {
     Add(Fan("F", 0x30).unit1(0x01).limits(0, 0), 50);
     Loaded();
