@@ -3,39 +3,198 @@
 #include "tools/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <cmath>
+#include <string_view>
 
-#include "tools/Commands.h"
+#include "Talvane.h"
+#include "tools/records/Watchdog.h"
 
 namespace tool {
 namespace {
+
+constexpr const char* kMachineOption = "--machine";
+constexpr int kMostSeconds = 86400;
+constexpr int kMostTables = 1000000;
 
 // Before the command and behind it.
 void AddOptions(CLI::App& app, Options& options) {
     app.add_flag_callback(
         "--json", [&options] { options.format = Format::json; }, "Answer in JSON");
-    app.add_option("--machine", options.machine, "Run on the simulated server of this folder")
+    app.add_option(kMachineOption, options.machine, "Run on the simulated server of this folder")
         ->type_name("DIR");
 }
 
-void AddCommand(CLI::App& app, Options& options, const char* name, const char* help) {
+// A command below another is parsed before that one is complete.
+void Select(Options& options, const char* name) {
+    if (options.command.empty()) options.command = name;
+}
+
+CLI::App* AddCommand(CLI::App& app, Options& options, const char* name, const char* help) {
     CLI::App* command = app.add_subcommand(name, help);
     command->group("Commands");
-    command->callback([&options, name] { options.command = name; });
+    command->parse_complete_callback([&options, name] { Select(options, name); });
     AddOptions(*command, options);
+    return command;
+}
+
+// A command below a command; `name` is that of both, the words separated by a blank.
+CLI::App* AddChange(CLI::App& parent, Options& options, const char* name, const char* help) {
+    const std::string word = std::string(name).substr(std::string_view(name).rfind(' ') + 1);
+    CLI::App* change = parent.add_subcommand(word, help);
+    change->parse_complete_callback([&options, name] { Select(options, name); });
+    AddOptions(*change, options);
+    return change;
+}
+
+void AddConfirmation(CLI::App& change, Options& options) {
+    change.add_flag("--yes", options.order.confirmed, "Do it; without, it is only shown");
+}
+
+void AddWatch(CLI::App& sensors, Watch& watch) {
+    auto* seconds = sensors.add_option("--watch", watch.seconds, "Show again after every so many");
+    seconds->type_name("SECONDS")->check(CLI::Range(1, kMostSeconds).description(""));
+    sensors.add_option("--count", watch.count, "End after so many tables")
+        ->type_name("N")
+        ->check(CLI::Range(1, kMostTables).description(""))
+        ->needs(seconds);
+}
+
+// Takes a name for its code; `others` names what is accepted as it stands beside them.
+CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names,
+                     const CLI::Validator& others) {
+    return CLI::Validator(
+        [names, others](std::string& text) -> std::string {
+            std::string known;
+            for (const auto& [name, code] : names) {
+                if (text == name) {
+                    text = std::to_string(code);
+                    return "";
+                }
+                known += (known.empty() ? "" : ", ") + name;
+            }
+            return others(text).empty() ? "" : text + " is none of " + known;
+        },
+        "");
+}
+
+const CLI::Validator kNothingElse([](std::string&) { return "no"; }, "");
+const CLI::Validator kByte(CLI::Range(0, 255).description(""));
+
+std::string NumberProblem(const std::string& text) {
+    double value = 0;
+    const bool isNumber = CLI::detail::lexical_cast(text, value) && std::isfinite(value);
+    return isNumber ? "" : text + " is no number";
+}
+
+void AddThresholdChange(CLI::App& app, Options& options) {
+    CLI::App* threshold = app.add_subcommand("threshold", "Set a threshold: threshold set --help");
+    threshold->group("Commands");
+    threshold->require_subcommand(1);
+    CLI::App* set = AddChange(*threshold, options, "threshold set",
+                              "Set one threshold of all sensors of an entity and type");
+    set->footer(
+        "Not only the threshold asked for is written: the library writes a sensor's whole set of\n"
+        "thresholds, and reads that set by the sensor's place in the repository, not by its "
+        "number.\n"
+        "Where the two differ, the sensor's other thresholds change, too. Without --yes the "
+        "command\n"
+        "shows what the BMC holds now and what would be written, and writes nothing.");
+    ThresholdOrder& order = options.order.threshold;
+    set->add_option("--entity", order.entity, "Entity's number, as talvane sensors shows it")
+        ->type_name("E")
+        ->required()
+        ->check(kByte);
+    set->add_option("--type", order.type, "temperature, voltage, fan, or a sensor type's number")
+        ->type_name("T")
+        ->required()
+        ->transform(Named({{"temperature", 1}, {"voltage", 2}, {"fan", 4}}, kByte));
+    set->add_option("--which", order.which,
+                    "lower- or upper-, and non-critical, critical or non-recoverable")
+        ->type_name("THRESHOLD")
+        ->required()
+        ->transform(Named({{"lower-non-critical", THRESHOLD_LOWER_WARNING},
+                           {"lower-critical", THRESHOLD_LOWER_CRITICAL},
+                           {"lower-non-recoverable", THRESHOLD_LOWER_NON_RECOVERABLE},
+                           {"upper-non-critical", THRESHOLD_UPPER_WARNING},
+                           {"upper-critical", THRESHOLD_UPPER_CRITICAL},
+                           {"upper-non-recoverable", THRESHOLD_UPPER_NON_RECOVERABLE}},
+                          kNothingElse));
+    set->add_option("VALUE", order.value, "The new value, in the sensor's unit")
+        ->type_name("")
+        ->required()
+        ->check(CLI::Validator(NumberProblem, ""));
+    AddConfirmation(*set, options);
+}
+
+void AddWatchdogChanges(CLI::App& watchdog, Options& options) {
+    watchdog.require_subcommand(0, 1);
+    AddChange(watchdog, options, "watchdog", "Show it")->name("show");
+    CLI::App* set = AddChange(watchdog, options, "watchdog set",
+                              "Set it and start it; asks for --yes where it could reboot");
+    std::vector<std::pair<std::string, int>> actions;
+    for (std::size_t i = 0; i < kWatchdogActions.size(); ++i)
+        actions.emplace_back(kWatchdogActions[i], static_cast<int>(i));
+    WatchdogOrder& order = options.order.watchdog;
+    set->add_option("--action", order.action, "none, hard-reset, power-down or power-cycle")
+        ->type_name("ACTION")
+        ->required()
+        ->transform(Named(actions, kNothingElse));
+    set->add_option_function<double>(
+           "--timeout",
+           [&order](double seconds) {
+               order.timeout = static_cast<int>(std::lround(seconds * 1000));
+           },
+           "Seconds until the action, 10 to 999")
+        ->type_name("SECONDS")
+        ->required()
+        ->check(CLI::Range(10.0, 999.0).description(""));
+    AddConfirmation(*set, options);
+    AddConfirmation(
+        *AddChange(watchdog, options, "watchdog reset", "Start it over; asks for --yes"), options);
+    AddChange(watchdog, options, "watchdog stop", "Stop it");
+}
+
+void AddCommands(CLI::App& app, Options& options) {
+    AddCommand(app, options, kReport, "Everything that the commands below show");
+    for (const Command& row : Commands()) {
+        CLI::App* command = AddCommand(app, options, row.name, row.help);
+        const std::string_view name = row.name;
+        if (name == "sensors") AddWatch(*command, options.watch);
+        if (name == "watchdog") AddWatchdogChanges(*command, options);
+        if (name == "load")
+            command
+                ->add_option("--interval", options.settings.loadInterval,
+                             "Watch the processors for so long; 1 when not given")
+                ->type_name("SECONDS")
+                ->check(CLI::Range(1, kMostSeconds).description(""));
+    }
+    AddThresholdChange(app, options);
+}
+
+std::vector<std::string> WithoutMachine(int argc, const char* const argv[]) {
+    std::vector<std::string> arguments;
+    for (int i = 1; i < argc; ++i) {
+        const std::string_view argument = argv[i];
+        if (argument == kMachineOption)
+            ++i;
+        else if (!argument.starts_with(std::string(kMachineOption) + '='))
+            arguments.emplace_back(argument);
+    }
+    return arguments;
 }
 
 }  // namespace
 
 std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) {
     Options options;
-    CLI::App app("Shows what hardware this server holds.", "talvane");
+    CLI::App app("Shows what hardware this server holds and how it is doing.", "talvane");
     app.set_version_flag("--version", "talvane " TALVANE_VERSION);
     app.footer(
         "Reading the machine takes root.\n"
-        "Exit status: 0 all read, 1 a source could not be read, 2 usage or output error.");
+        "Exit status: 0 all done, 1 a source could not be read or a change was not made,\n"
+        "2 usage or output error.");
     AddOptions(app, options);
-    AddCommand(app, options, kReport, "Everything below");
-    for (const Command& command : Commands()) AddCommand(app, options, command.name, command.help);
+    AddCommands(app, options);
     // The least number is checked below: here a mistyped command would be reported as a missing
     // one.
     app.require_subcommand(0, 1);
@@ -47,8 +206,9 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
         app.parse(argc, argv);
         if (options.command.empty()) throw CLI::RequiredError("A command");
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kAllRead : kFailure;
+        return app.exit(error) == 0 ? kAllDone : kFailure;
     }
+    options.arguments = WithoutMachine(argc, argv);
     return options;
 }
 

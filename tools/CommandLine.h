@@ -7,21 +7,34 @@
 #include <filesystem>
 #include <string>
 #include <variant>
+#include <vector>
 
+#include "tools/Changes.h"
+#include "tools/Commands.h"
 #include "tools/Report.h"
 
 namespace tool {
 
-inline constexpr int kAllRead = 0;
-inline constexpr int kSourceMissing = 1;
-inline constexpr int kFailure = 2;  // usage error, unusable machine, output lost
+inline constexpr int kAllDone = 0;
+inline constexpr int kIncomplete = 1;  // a source was not read, a change not made
+inline constexpr int kFailure = 2;     // usage error, unusable machine, output lost
 
-inline constexpr const char* kReport = "report";  // the command that runs all others
+inline constexpr const char* kReport = "report";  // the command that runs all of Commands()
+
+// Repetition of a command: one table when `seconds` is 0.
+struct Watch {
+    int seconds = 0;  // between tables
+    int count = 0;    // of tables; 0 for no end
+};
 
 struct Options {
-    std::string command;  // kReport or the name of a row of Commands()
+    std::string command;  // kReport, or the name of a row of Commands() or Changes()
     Format format = Format::text;
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
+    Settings settings;
+    Watch watch;
+    Order order;
+    std::vector<std::string> arguments;  // all of the line but --machine
 };
 
 // The options, or the exit status when the line asks for nothing to be run: help and version go to

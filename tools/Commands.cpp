@@ -2,23 +2,42 @@
 
 #include "tools/Commands.h"
 
+#include "tools/records/Bmc.h"
 #include "tools/records/Board.h"
+#include "tools/records/Drives.h"
 #include "tools/records/Fans.h"
+#include "tools/records/Load.h"
 #include "tools/records/Memory.h"
+#include "tools/records/Partitions.h"
+#include "tools/records/Pci.h"
 #include "tools/records/Ports.h"
 #include "tools/records/Power.h"
 #include "tools/records/Probes.h"
 #include "tools/records/Processors.h"
+#include "tools/records/Sensors.h"
 #include "tools/records/System.h"
+#include "tools/records/Thresholds.h"
+#include "tools/records/Watchdog.h"
 
 namespace tool {
 namespace {
 
+template <class Record>
+Answer AnswerOf(const Record& record) {
+    Answer answer{ToText(record), ToJson(record)};
+    if constexpr (requires { record.notRead; }) answer.notRead = record.notRead;
+    return answer;
+}
+
 template <auto read>
-std::optional<Answer> Ask() {
+std::optional<Answer> Ask(const Settings&) {
     const auto record = read();
     if (!record) return std::nullopt;
-    return Answer{ToText(*record), ToJson(*record)};
+    return AnswerOf(*record);
+}
+
+std::optional<Answer> AskLoad(const Settings& settings) {
+    return AnswerOf(ReadLoad(settings));
 }
 
 constexpr Command kCommands[] = {
@@ -31,6 +50,14 @@ constexpr Command kCommands[] = {
     {"fans", "Cooling devices and their nominal speed", &kPhysicalMemory, Ask<ReadFans>},
     {"voltages", "Voltage probes", &kPhysicalMemory, Ask<ReadVoltages>},
     {"temperatures", "Temperature probes", &kPhysicalMemory, Ask<ReadTemperatures>},
+    {"sensors", "Temperatures, voltages and fans of the BMC", &kBmc, Ask<ReadSensors>},
+    {"thresholds", "The library's list of sensor thresholds", &kBmc, Ask<ReadThresholds>},
+    {"watchdog", "The BMC's watchdog timer", &kBmc, Ask<ReadWatchdog>},
+    {"bmc", "The BMC's firmware and inventory", &kBmc, Ask<ReadBmc>},
+    {"pci", "PCI functions", &kPciPorts, Ask<ReadPci>},
+    {"drives", "IDE disks", &kIdeDrives, Ask<ReadDrives>},
+    {"partitions", "Partitions of the IDE disks", &kIdeDrives, Ask<ReadPartitions>},
+    {"load", "How busy processors and memory are", &kProcessorTimes, AskLoad},
 };
 
 }  // namespace

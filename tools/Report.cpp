@@ -25,25 +25,27 @@ struct Outcome {
     std::vector<Missing> missing;
 };
 
-void Miss(std::vector<Missing>& missing, const Command& command) {
-    const auto known = std::find_if(missing.begin(), missing.end(), [&](const Missing& entry) {
-        return entry.source == command.source;
+void Miss(std::vector<Missing>& missing, const Source* source, const char* command) {
+    const auto known = std::find_if(missing.begin(), missing.end(), [source](const Missing& entry) {
+        return entry.source == source;
     });
     if (known == missing.end())
-        missing.push_back({command.source, command.source->whyNotRead(), command.name});
+        missing.push_back({source, source->whyNotRead(), command});
     else
-        known->commands += std::string(", ") + command.name;
+        known->commands += std::string(", ") + command;
 }
 
-Outcome RunAll(std::span<const Command> commands) {
+Outcome RunAll(std::span<const Command> commands, const Settings& settings) {
     Outcome outcome;
     for (const Command& command : commands) {
-        const auto answer = command.ask();
+        const auto answer = command.ask(settings);
         outcome.json[command.name] = answer ? answer->json : Json();
-        if (answer)
-            outcome.sections.push_back(answer->text);
-        else
-            Miss(outcome.missing, command);
+        if (!answer) {
+            Miss(outcome.missing, command.source, command.name);
+            continue;
+        }
+        outcome.sections.push_back(answer->text);
+        for (const Source* source : answer->notRead) Miss(outcome.missing, source, command.name);
     }
     return outcome;
 }
@@ -63,16 +65,20 @@ void WriteJson(const Outcome& outcome, std::ostream& out) {
     for (const Missing& missing : outcome.missing)
         json["errors"].push_back(
             {{"source", missing.source->name}, {"message", Utf8(missing.message)}});
+    DumpJson(json, out);
+}
+
+}  // namespace
+
+void DumpJson(const Json& json, std::ostream& out) {
     constexpr int kIndent = 2;
     constexpr bool kAsciiOnly = true;  // control characters of firmware texts reach no terminal
     out << json.dump(kIndent, ' ', kAsciiOnly) << '\n';
 }
 
-}  // namespace
-
-bool Report(std::span<const Command> commands, Format format, std::ostream& out,
-            std::ostream& err) {
-    const Outcome outcome = RunAll(commands);
+bool Report(std::span<const Command> commands, const Settings& settings, Format format,
+            std::ostream& out, std::ostream& err) {
+    const Outcome outcome = RunAll(commands, settings);
     if (format == Format::json)
         WriteJson(outcome, out);
     else

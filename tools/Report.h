@@ -15,11 +15,15 @@ enum class Format { text, json };
 
 // Writes the answers to `out`, and to `err` one line for each source that could not be read.
 //
-// Text ends in a section "Not read" when something is missing. JSON is one object with a member
-// for each command, null where it could not be read, and the array "errors" of {source, message}.
+// Text ends in a section "Not read" when something is missing, of which other parts may have been
+// read. JSON is one object with a member for each command, null where it could not be read, and the
+// array "errors" of {source, message}.
 //
 // Returns whether everything could be read.
-bool Report(std::span<const Command> commands, Format format, std::ostream& out, std::ostream& err);
+bool Report(std::span<const Command> commands, const Settings& settings, Format format,
+            std::ostream& out, std::ostream& err);
+
+void DumpJson(const Json& json, std::ostream& out);
 
 }  // namespace tool
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The sources that records come from, and why one could not be read. The library answers a failure
-// with -1 and no reason; the tool looks for the reason itself.
+// with -1 and no reason, or with an empty record; the tool looks for the reason itself.
 #ifndef TALVANE_TOOLS_SOURCE_H
 #define TALVANE_TOOLS_SOURCE_H
 
@@ -11,10 +11,16 @@ namespace tool {
 
 struct Source {
     const char* name;
-    std::string (*whyNotRead)();  // one line; asked only after the library failed
+    std::string (*whyNotRead)();  // one line; asked only after the source failed
 };
 
-extern const Source kPhysicalMemory;
+extern const Source kPhysicalMemory;  // SMBIOS
+extern const Source kBmc;
+extern const Source kPciPorts;
+extern const Source kIdeDrives;
+extern const Source kDisks;  // their sectors
+extern const Source kProcessorTimes;
+extern const Source kMemoryUse;
 
 }  // namespace tool
 

@@ -24,8 +24,11 @@ TEST(CommandLine, HelpNamesEveryCommandAndSucceeds) {
     const ToolRun run = RunTool({"--help"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, "");
-    for (const char* word : {"report", "board", "system", "cpu", "memory", "ports", "power", "fans",
-                             "voltages", "temperatures", "--machine DIR", "--json", "--version"})
+    for (const char* word :
+         {"report",        "board",         "system",   "cpu",          "memory",  "ports",
+          "power",         "fans",          "voltages", "temperatures", "sensors", "thresholds",
+          "threshold set", "watchdog",      "bmc",      "pci",          "drives",  "partitions",
+          "load",          "--machine DIR", "--json",   "--version"})
         EXPECT_THAT(run.out, HasSubstr(word));
 }
 
@@ -35,6 +38,13 @@ TEST(CommandLine, HelpOfACommandNamesItsOptions) {
     EXPECT_THAT(run.out, HasSubstr("talvane cpu"));
     EXPECT_THAT(run.out, HasSubstr("--json"));
     EXPECT_THAT(run.out, HasSubstr("--machine DIR"));
+}
+
+TEST(CommandLine, HelpOfAChangeSaysWhatElseItWrites) {
+    const ToolRun run = RunTool({"threshold", "set", "--help"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, HasSubstr("--which THRESHOLD"));
+    EXPECT_THAT(run.out, HasSubstr("Not only the threshold asked for is written"));
 }
 
 TEST(CommandLine, VersionIsOneLine) {
@@ -49,6 +59,11 @@ struct Refused {
     const char* message;
 };
 
+// For the list of tests.
+void PrintTo(const Refused& refused, std::ostream* out) {
+    *out << refused.message;
+}
+
 class UsageError : public testing::TestWithParam<Refused> {};
 
 TEST_P(UsageError, IsExplainedAndAnsweredWithStatus2) {
@@ -61,13 +76,53 @@ TEST_P(UsageError, IsExplainedAndAnsweredWithStatus2) {
 
 INSTANTIATE_TEST_SUITE_P(
     CommandLine, UsageError,
-    testing::Values(Refused{{}, "A command is required"},
-                    Refused{{"--json"}, "A command is required"},
-                    Refused{{"spoons"}, "The following argument was not expected: spoons"},
-                    Refused{{"board", "--spoons"},
-                            "The following argument was not expected: --spoons"},
-                    Refused{{"board", "fans"}, "The following argument was not expected: fans"},
-                    Refused{{"board", "--machine"}, "--machine: 1 required DIR missing"}));
+    testing::Values(
+        Refused{{}, "A command is required"}, Refused{{"--json"}, "A command is required"},
+        Refused{{"spoons"}, "The following argument was not expected: spoons"},
+        Refused{{"board", "--spoons"}, "The following argument was not expected: --spoons"},
+        Refused{{"board", "fans"}, "The following argument was not expected: fans"},
+        Refused{{"board", "--machine"}, "--machine: 1 required DIR missing"},
+        Refused{{"sensors", "--count", "3"}, "--count requires --watch"},
+        Refused{{"sensors", "--watch", "0"}, "--watch: Value 0 not in range 1 to 86400"},
+        Refused{{"load", "--interval", "0"}, "--interval: Value 0 not in range 1 to 86400"},
+        Refused{{"threshold"}, "A subcommand is required"},
+        Refused{{"watchdog", "bark"}, "The following argument was not expected: bark"}));
+
+Refused RefusedThreshold(const char* entity, const char* type, const char* which, const char* value,
+                         const char* message) {
+    return {{"threshold", "set", "--entity", entity, "--type", type, "--which", which, value},
+            message};
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    ThresholdSet, UsageError,
+    testing::Values(RefusedThreshold("256", "fan", "lower-critical", "1",
+                                     "--entity: Value 256 not in range 0 to 255"),
+                    RefusedThreshold("7", "spoon", "lower-critical", "1",
+                                     "--type: spoon is none of temperature, voltage, fan"),
+                    RefusedThreshold("7", "256", "lower-critical", "1",
+                                     "--type: 256 is none of temperature, voltage, fan"),
+                    RefusedThreshold("7", "fan", "critical", "1",
+                                     "--which: critical is none of lower-non-critical, "
+                                     "lower-critical, lower-non-recoverable, upper-non-critical, "
+                                     "upper-critical, upper-non-recoverable"),
+                    RefusedThreshold("7", "fan", "4", "1",
+                                     "--which: 4 is none of lower-non-critical, "
+                                     "lower-critical, lower-non-recoverable, upper-non-critical, "
+                                     "upper-critical, upper-non-recoverable"),
+                    RefusedThreshold("7", "fan", "lower-critical", "x", "VALUE: x is no number"),
+                    RefusedThreshold("7", "fan", "lower-critical", "inf",
+                                     "VALUE: inf is no number")));
+
+INSTANTIATE_TEST_SUITE_P(
+    WatchdogSet, UsageError,
+    testing::Values(Refused{{"watchdog", "set", "--action", "none", "--timeout", "9.9"},
+                            "--timeout: Value 9.9 not in range 10.000000 to 999.000000"},
+                    Refused{{"watchdog", "set", "--action", "none", "--timeout", "999.1"},
+                            "--timeout: Value 999.1 not in range 10.000000 to 999.000000"},
+                    Refused{{"watchdog", "set", "--action", "burn", "--timeout", "10"},
+                            "--action: burn is none of none, hard-reset, power-down, power-cycle"},
+                    Refused{{"watchdog", "set", "--timeout", "10"}, "--action is required"}));
 
 TEST(CommandLine, TakesTheMachineBeforeAndBehindTheCommand) {
     const MachineFolder machine(kPlainMachine);
@@ -120,7 +175,7 @@ TEST(CommandLine, ReportsLostOutput) {
     const MachineFolder machine(kPlainMachine);
     const std::string errors = machine.path() / "errors";
     const int status = std::system(
-        (TALVANE_TOOL " report --machine " + machine.path().string() + " >/dev/full 2>" + errors)
+        (TALVANE_TOOL " board --machine " + machine.path().string() + " >/dev/full 2>" + errors)
             .c_str());
     EXPECT_EQ(WEXITSTATUS(status), 2);
     EXPECT_EQ(ReadFile(errors), "talvane: cannot write to standard output\n");

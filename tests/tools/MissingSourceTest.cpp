@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Machines whose physical memory cannot be read: the reason is named, the status is 1.
+// Machines of which something cannot be read: the reason is named, the status is 1.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -86,27 +86,100 @@ TEST(MissingSource, IsNamedOncePerReport) {
     const MachineFolder machine("without /dev/mem EACCES\n");
     const ToolRun text = machine.Run({"report"});
     EXPECT_EQ(text.status, 1);
-    EXPECT_EQ(text.out,
-              "Not read\n"
-              "--------\n"
-              "  /dev/mem  system, board, cpu, memory, ports, power, fans, voltages, "
-              "temperatures\n");
-    const std::string line = "talvane: cannot open /dev/mem: Permission denied (run as root)\n";
-    EXPECT_THAT(text.err, EndsWith(line));
-    EXPECT_EQ(text.err.find("talvane: "), text.err.size() - line.size());
+    EXPECT_THAT(text.out,
+                EndsWith("Not read\n"
+                         "--------\n"
+                         "  /dev/mem   system, board, cpu, memory, ports, power, fans, voltages, "
+                         "temperatures\n"
+                         "  /dev/ipmi  sensors, thresholds, watchdog, bmc\n"));
+    EXPECT_THAT(
+        text.err,
+        EndsWith("\n"
+                 "talvane: cannot open /dev/mem: Permission denied (run as root)\n"
+                 "talvane: cannot open /dev/ipmi: No such file or directory (no BMC, or its "
+                 "driver is not loaded)\n"));
 }
 
 TEST(MissingSource, IsNullInJsonWithTheReasonBesideIt) {
-    const MachineFolder machine("without /dev/mem EACCES\n");
+    const MachineFolder machine("without /dev/mem EACCES\nbmc kcs\n");
     const ToolRun run = machine.Run({"report", "--json"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_EQ(nlohmann::json::parse(run.out), nlohmann::json::parse(R"json({
-        "system": null, "board": null, "cpu": null, "memory": null, "ports": null, "power": null,
-        "fans": null, "voltages": null, "temperatures": null,
-        "errors": [{"source": "/dev/mem",
-                    "message": "cannot open /dev/mem: Permission denied (run as root)"
-}]
-})json"));
+    const auto json = nlohmann::json::parse(run.out);
+    for (const char* command :
+         {"system", "board", "cpu", "memory", "ports", "power", "fans", "voltages", "temperatures"})
+        EXPECT_TRUE(json.at(command).is_null()) << command;
+    EXPECT_EQ(json.at("bmc").at("firmware"), "1.00");
+    EXPECT_EQ(json.at("errors"), nlohmann::json::parse(R"json([
+        {"source": "/dev/mem",
+         "message": "cannot open /dev/mem: Permission denied (run as root)"}])json"));
 }
+
+// One command on a machine with one reason.
+struct Missing {
+    const char* command;
+    const char* description;
+    const char* output;
+    const char* reason;
+};
+
+// For the list of tests.
+void PrintTo(const Missing& missing, std::ostream* out) {
+    *out << missing.reason;
+}
+
+class OtherSource : public testing::TestWithParam<Missing> {};
+
+TEST_P(OtherSource, IsExplained) {
+    const ToolRun run = MachineFolder(GetParam().description).Run({GetParam().command});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, GetParam().output);
+    EXPECT_EQ(run.err, std::string("talvane: ") + GetParam().reason + '\n');
+}
+
+constexpr const char* kNoSensors = "Not read\n--------\n  /dev/ipmi  sensors\n";
+
+INSTANTIATE_TEST_SUITE_P(
+    MissingSource, OtherSource,
+    testing::Values(
+        Missing{"sensors", "memory 16M\n", kNoSensors,
+                "cannot open /dev/ipmi: No such file or directory (no BMC, or its driver is not "
+                "loaded)"},
+        Missing{"sensors", "bmc kcs\nwithout /dev/ipmi EACCES\n", kNoSensors,
+                "cannot open /dev/ipmi: Permission denied (run as root)"},
+        Missing{"sensors", "bmc none\n", kNoSensors,
+                "no BMC answers at port 0xCA3 (KCS) or 0xCAA (SMIC)"},
+        Missing{"drives", "without /proc/ide EACCES\n", "Not read\n--------\n  /proc/ide  drives\n",
+                "cannot open /proc/ide: Permission denied (run as root)"},
+        Missing{"partitions",
+                "drive hda sectors 1000000\n"
+                "entry hda 0 1 0x83 63 500000\n"
+                "drive hdb sectors 1000000\n"
+                "without /dev/hdb EACCES\n",
+                "Partitions\n----------\n"
+                "  Partition  Type       Size\n"
+                "  /dev/hda1  Linux  256.0 MB\n"
+                "\nNot read\n--------\n  /dev/hd*  partitions\n",
+                "cannot open /dev/hdb: Permission denied (run as root)"},
+        Missing{"load", "without /proc/stat EACCES\nfree total 200 used 50\n",
+                "Load\n----\n"
+                "  Part         Use\n"
+                "  Processors     -\n"
+                "  Memory      25 %\n"
+                "\n"
+                "  Processors: not idle, within 1 s. Memory: as the command free counts it.\n"
+                "\nNot read\n--------\n  /proc/stat  load\n",
+                "cannot open /proc/stat: Permission denied (run as root)"},
+        Missing{"load", "cpu 0 user 0\n",
+                "Load\n----\n"
+                "  Part        Use\n"
+                "  Processors    -\n"
+                "  Memory      0 %\n"
+                "\n"
+                "  Processors: not idle, within 1 s. Memory: as the command free counts it.\n"
+                "\nNot read\n--------\n  /proc/stat  load\n",
+                "the counters of a processor in /proc/stat stood still or went away"}),
+    [](const auto& missing) {
+        return std::string(missing.param.command) + std::to_string(missing.index);
+    });
 
 }  // namespace

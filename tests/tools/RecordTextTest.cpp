@@ -76,13 +76,12 @@ TEST(ProcessorText, TellsADisabledProcessorFromOneOfUnknownStatus) {
 }
 
 TEST(ProbeText, SaysWhereReadingsComeFrom) {
-    EXPECT_EQ(
-        ToText(Voltages{12}),
-        "Voltages\n"
-        "--------\n"
-        "  Probes  12\n"
-        "\n"
-        "  SMBIOS counts the probes only. Readings come from the BMC, once it is available.\n");
+    EXPECT_EQ(ToText(Voltages{12}),
+              "Voltages\n"
+              "--------\n"
+              "  Probes  12\n"
+              "\n"
+              "  SMBIOS counts the probes only. Readings come from the BMC: talvane sensors.\n");
     EXPECT_TRUE(Shows(ToText(Temperatures{0}), "Probes  none\n"));
 }
 

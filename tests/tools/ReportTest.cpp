@@ -26,13 +26,19 @@ std::string WhyShelf() {
 const Source kDrawer{"drawer", WhyDrawer};
 const Source kShelf{"shelf", WhyShelf};
 
-std::optional<Answer> Spoons() {
+std::optional<Answer> Spoons(const Settings&) {
     return Answer{"Spoons\n", {{"quantity", 3}}};
 }
-std::optional<Answer> Forks() {
+std::optional<Answer> Forks(const Settings&) {
     return Answer{"Forks\n", {{"quantity", 4}}};
 }
-std::optional<Answer> Unread() {
+std::optional<Answer> SpoonsOfTheDrawerOnly(const Settings&) {
+    return Answer{"Spoons\n", {{"quantity", 1}}, {&kShelf}};
+}
+std::optional<Answer> Repeated(const Settings& settings) {
+    return Answer{std::to_string(settings.loadInterval) + "\n", settings.loadInterval};
+}
+std::optional<Answer> Unread(const Settings&) {
     return std::nullopt;
 }
 
@@ -45,7 +51,7 @@ struct Written {
 Written Write(std::span<const Command> commands, Format format) {
     std::ostringstream out;
     std::ostringstream err;
-    const bool allRead = Report(commands, format, out, err);
+    const bool allRead = Report(commands, {.loadInterval = 7}, format, out, err);
     return {allRead, out.str(), err.str()};
 }
 
@@ -105,6 +111,29 @@ TEST(Report, GivesNullInJsonForWhatCouldNotBeRead) {
               "talvane: the drawer is locked\n"
               "talvane: the shelf is \xFC"
               "ber\n");
+}
+
+TEST(Report, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
+    const Command commands[] = {{"spoons", "", &kDrawer, SpoonsOfTheDrawerOnly},
+                                {"plates", "", &kShelf, Unread}};
+    const Written text = Write(commands, Format::text);
+    EXPECT_FALSE(text.allRead);
+    EXPECT_EQ(text.out,
+              "Spoons\n"
+              "\n"
+              "Not read\n"
+              "--------\n"
+              "  shelf  spoons, plates\n");
+    EXPECT_EQ(Json::parse(Write(commands, Format::json).out), Json::parse(R"({
+        "spoons": {"quantity": 1},
+        "plates": null,
+        "errors": [{"source": "shelf", "message": "the shelf is über"}]
+    })"));
+}
+
+TEST(Report, HandsItsSettingsToTheCommands) {
+    const Command commands[] = {{"repeated", "", &kDrawer, Repeated}};
+    EXPECT_EQ(Write(commands, Format::text).out, "7\n");
 }
 
 TEST(Report, AsksForNoReasonWhenAllIsRead) {

@@ -11,8 +11,8 @@ namespace {
 std::string ProbeText(const char* title, int quantity) {
     return Section(title,
                    {FactBlock({{"Probes", quantity == 0 ? "none" : std::to_string(quantity)}}),
-                    NoteBlock("SMBIOS counts the probes only. Readings come from the BMC, "
-                              "once it is available.")});
+                    NoteBlock("SMBIOS counts the probes only. Readings come from the BMC: "
+                              "talvane sensors.")});
 }
 
 }  // namespace

@@ -3,8 +3,6 @@
 // Follows the library's way through physical memory and reports the first step that fails: open
 // the device, read the segment that holds the entry point, find the entry point, read the table.
 
-#include "tools/Source.h"
-
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -15,6 +13,9 @@
 #include <optional>
 
 #include "Bytes.h"
+#include "tools/Source.h"
+#include "tools/sources/Descriptor.h"
+#include "tools/sources/ErrorText.h"
 
 namespace tool {
 namespace {
@@ -28,23 +29,18 @@ constexpr std::uint32_t kFirstUnreachable = 0x80000000;  // 32-bit file offsets 
 
 class Device {
 public:
-    explicit Device(const char* path) : descriptor_(open(path, O_RDONLY | O_CLOEXEC)) {}
-    ~Device() {
-        if (IsOpen()) (void)close(descriptor_);  // result not used: nothing was written
-    }
-    Device(const Device&) = delete;
-    Device& operator=(const Device&) = delete;
+    explicit Device(const char* path) : descriptor_(path, O_RDONLY) {}
 
-    bool IsOpen() const { return descriptor_ >= 0; }
+    bool IsOpen() const { return descriptor_.IsOpen(); }
 
     // Bytes delivered, -1 with errno set when refused.
     long ReadAt(std::uint32_t address, unsigned char* out, std::size_t size) const {
-        if (lseek(descriptor_, static_cast<off_t>(address), SEEK_SET) == -1) return -1;
-        return read(descriptor_, out, size);
+        if (lseek(descriptor_.Get(), static_cast<off_t>(address), SEEK_SET) == -1) return -1;
+        return read(descriptor_.Get(), out, size);
     }
 
 private:
-    int descriptor_;
+    Descriptor descriptor_;
 };
 
 std::string Hex(std::uint32_t address) {
@@ -53,13 +49,8 @@ std::string Hex(std::uint32_t address) {
     return text;
 }
 
-// What an errno of /dev/mem means to the one who runs the tool.
 std::string Explained(int error) {
-    std::string text = std::strerror(error);
-    if (error == EACCES) text += " (run as root)";
-    if (error == EPERM) text += " (it takes root with CAP_SYS_RAWIO and a kernel that allows it)";
-    if (error == ENOENT) text += " (the kernel or container offers no such device)";
-    return text;
+    return ErrorText(error, "the kernel or container offers no such device");
 }
 
 std::optional<std::size_t> FindAnchor(ByteView segment, const char* anchor) {

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+//
+// What runs apart brings back its record and its output, and leaves nothing else behind.
+
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+
+#include "tools/Apart.h"
+
+namespace tool {
+namespace {
+
+struct Record {
+    int number;
+    char folder[256];
+};
+
+TEST(Apart, BringsBackTheRecordAndTheOutput) {
+    const auto answer = RunApart<Record>([](Record& record) {
+        EXPECT_EQ(record.number, 0) << "zero-filled";
+        record.number = 42;
+        std::printf("without a line end");
+    });
+    ASSERT_TRUE(answer.has_value());
+    EXPECT_EQ(answer->record.number, 42);
+    EXPECT_EQ(answer->output, "without a line end");
+}
+
+TEST(Apart, RunsInAnEmptyFolderThatIsRemoved) {
+    const auto here = std::filesystem::current_path();
+    const auto answer = RunApart<Record>([](Record& record) {
+        const auto folder = std::filesystem::current_path();
+        record.number = std::filesystem::is_empty(folder) ? 1 : 0;
+        std::snprintf(record.folder, sizeof record.folder, "%s", folder.c_str());
+        std::ofstream("left behind") << "x";
+    });
+    ASSERT_TRUE(answer.has_value());
+    EXPECT_EQ(answer->record.number, 1);
+    EXPECT_FALSE(std::filesystem::exists(answer->record.folder));
+    EXPECT_EQ(std::filesystem::current_path(), here);
+}
+
+TEST(Apart, SurvivesASignal) {
+    const auto answer = RunApart<Record>([](Record&) {
+        (void)std::signal(SIGTERM, SIG_DFL);
+        (void)std::raise(SIGTERM);
+    });
+    EXPECT_FALSE(answer.has_value());
+}
+
+TEST(Apart, WritesWhatWasPrintedBeforeOnceOnly) {
+    testing::internal::CaptureStdout();
+    std::printf("before ");
+    const auto output = OutputApart([] { std::printf("apart"); });
+    std::printf("after");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "before after");
+    EXPECT_EQ(output, "apart");
+}
+
+}  // namespace
+}  // namespace tool

@@ -1,0 +1,151 @@
+// SPDX-License-Identifier: MIT
+//
+// Sensors and inventory of the BMC as the tool reads them, and why it could not.
+
+#include <gmock/gmock.h>
+
+#include <cerrno>
+
+#include "simulator/Machine.h"
+#include "support/IpmiTest.h"
+#include "tools/Source.h"
+#include "tools/records/Bmc.h"
+#include "tools/records/Sensors.h"
+#include "tools/records/Thresholds.h"
+#include "tools/records/Watchdog.h"
+
+namespace tool {
+namespace {
+
+constexpr std::nullopt_t none = std::nullopt;
+
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class BmcRecord : public IpmiTest {};
+
+TEST_F(BmcRecord, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
+    Add(Temperature("T1", 0x10).entity(3), 40);
+    Add(Temperature("T2", 0x11).entity(3), 96);
+    bmc.setThresholds(0x10, {0x38, {0, 0, 0, 80, 90, 100}});
+    bmc.setThresholds(0x11, {0x38, {0, 0, 0, 85, 95, 105}});
+    bmc.setThresholds(0, {0x3F, {0, 0, 0, 1, 2, 3}});
+    const auto sensors = ReadSensors();
+    ASSERT_TRUE(sensors.has_value());
+    ASSERT_THAT(sensors->temperatures.listed, SizeIs(2));
+    const SensorState& second = sensors->temperatures.listed[1];
+    EXPECT_EQ(second.name, "T2");
+    EXPECT_EQ(second.number, 0x11);
+    EXPECT_EQ(second.reading, "96.00degree C");
+    EXPECT_EQ(second.limits, (Limits{none, none, none, 85.0, 95.0, 105.0}));
+    EXPECT_EQ(second.recordLimits, (Limits{0.0, 0.0, 0.0, 1.0, 2.0, 3.0}))
+        << "the record has those of the first";
+    EXPECT_EQ(LimitState(second), "upper critical");
+}
+
+TEST_F(BmcRecord, SensorsCanBeReadAgain) {
+    Add(Temperature("T1", 0x10).entity(3), 40);
+    ASSERT_TRUE(ReadSensors().has_value());
+    bmc.setReading(0x10, 41);
+    bmc.setThresholds(0x10, {0x08, {0, 0, 0, 50, 0, 0}});
+    const auto again = ReadSensors();
+    ASSERT_THAT(again->temperatures.listed, SizeIs(1));
+    EXPECT_EQ(again->temperatures.quantity, 1);
+    EXPECT_EQ(again->temperatures.listed[0].reading, "41.00degree C");
+    EXPECT_EQ(again->temperatures.listed[0].limits[3], 50.0);
+}
+
+TEST_F(BmcRecord, SensorsTellSignedFormats) {
+    Add(Temperature("Plain", 1), 40);
+    Add(Temperature("Ones", 2).unit1(0x40), 40);
+    Add(Temperature("Twos", 3).unit1(0x80), 40);
+    const auto listed = ReadSensors()->temperatures.listed;
+    ASSERT_THAT(listed, SizeIs(3));
+    EXPECT_FALSE(listed[0].isSigned);
+    EXPECT_TRUE(listed[1].isSigned);
+    EXPECT_TRUE(listed[2].isSigned);
+}
+
+TEST_F(BmcRecord, MoreFansThanTheRecordHoldsAreCounted) {
+    for (int i = 0; i < 20; ++i) Add(Fan("FAN", static_cast<std::uint8_t>(i)).entity(29), 70);
+    const auto sensors = ReadSensors();
+    EXPECT_EQ(sensors->fans.quantity, 20);
+    EXPECT_THAT(sensors->fans.listed, SizeIs(16));
+}
+
+TEST_F(BmcRecord, AnEmptyRepositoryHasNoSensors) {
+    const auto sensors = ReadSensors();
+    ASSERT_TRUE(sensors.has_value());
+    EXPECT_EQ(sensors->records, 0);
+    EXPECT_EQ(sensors->voltages.quantity, 0);
+    EXPECT_THAT(*ReadThresholds(), IsEmpty());
+}
+
+TEST_F(BmcRecord, FirmwareHasTwoMinorDigits) {
+    bmc.setFirmware(2, 0x05);
+    EXPECT_EQ(ReadBmc()->firmware, "2.05");
+}
+
+// A FRU area's field: text of up to 63 Latin-1 characters.
+void AddField(sim::Bytes& area, const std::string& text) {
+    area.push_back(static_cast<std::uint8_t>(0xC0 | text.size()));
+    area.insert(area.end(), text.begin(), text.end());
+}
+
+// Version, length in units of 8 bytes, and what follows, up to full length.
+void AddArea(sim::Bytes& image, sim::Bytes area) {
+    area.push_back(0xC1);
+    while (area.size() % 8 != 0) area.push_back(0);
+    area[1] = static_cast<std::uint8_t>(area.size() / 8);
+    image.insert(image.end(), area.begin(), area.end());
+}
+
+TEST_F(BmcRecord, ProductFieldsAreNamedByWhatTheyHold) {
+    sim::Bytes product{1, 0, 25};
+    for (const char* text : {"Maker", "Product", "PART-1", "V7", "SERIAL42"})
+        AddField(product, text);
+    sim::Bytes image{1, 0, 0, 0, 1, 0, 0, 0};
+    AddArea(image, product);
+    bmc.setInventory(image);
+    const auto inventory = ReadBmc();
+    EXPECT_EQ(inventory->productManufacturer, "Maker");
+    EXPECT_EQ(inventory->productName, "Product");
+    EXPECT_EQ(inventory->productPartNumber, "PART-1");
+    EXPECT_EQ(inventory->productVersion, "V7");
+    EXPECT_EQ(inventory->productSerialStart, "SERIAL4");
+}
+
+void ExpectNothingRead() {
+    EXPECT_FALSE(ReadSensors().has_value());
+    EXPECT_FALSE(ReadSensors().has_value());
+    EXPECT_FALSE(ReadThresholds().has_value());
+    EXPECT_FALSE(ReadWatchdog().has_value());
+    EXPECT_FALSE(ReadBmc().has_value());
+}
+
+TEST(MissingBmc, IsExplainedByAMissingDevice) {
+    const sim::SimulatedServer server;
+    ExpectNothingRead();
+    EXPECT_EQ(kBmc.whyNotRead(),
+              "cannot open /dev/ipmi: No such file or directory (no BMC, or its driver is not "
+              "loaded)");
+}
+
+TEST(MissingBmc, IsExplainedByRefusedPorts) {
+    sim::SimulatedServer server;
+    (void)server.bmc();
+    server.fail("iopl", 1, EPERM);
+    EXPECT_EQ(kBmc.whyNotRead(),
+              "cannot use the ports of the BMC: Operation not permitted (it takes root with "
+              "CAP_SYS_RAWIO and a kernel that allows it)");
+}
+
+TEST(MissingBmc, IsExplainedByPortsThatNobodyAnswers) {
+    sim::SimulatedServer server;
+    server.machine().giveBmc(false, false);
+    ExpectNothingRead();
+    EXPECT_EQ(kBmc.whyNotRead(), "no BMC answers at port 0xCA3 (KCS) or 0xCAA (SMIC)");
+}
+
+}  // namespace
+}  // namespace tool

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+//
+// Sizes for people and for machines.
+
+#include <gtest/gtest.h>
+
+#include "tools/ByteSize.h"
+
+namespace tool {
+namespace {
+
+TEST(SizeText, IsInPowersOfAThousandWithOneDigit) {
+    EXPECT_EQ(SizeText("40020664320"), "40.0 GB");
+    EXPECT_EQ(SizeText("10737418240"), "10.7 GB");
+    EXPECT_EQ(SizeText("512"), "512 B");
+    EXPECT_EQ(SizeText("999"), "999 B");
+    EXPECT_EQ(SizeText("1000"), "1.0 KB");
+    EXPECT_EQ(SizeText("999949"), "999.9 KB");
+    EXPECT_EQ(SizeText("999950"), "1.0 MB");
+    EXPECT_EQ(SizeText("999999999999"), "1.0 TB");
+}
+
+TEST(SizeText, OfNoNumberIsTheTextItself) {
+    EXPECT_EQ(SizeText(""), "");
+    EXPECT_EQ(SizeText("12 GB"), "12 GB");
+}
+
+TEST(Bytes, CountOnBehindNineInTheFirstOfTwelvePlaces) {
+    EXPECT_EQ(Bytes("999999999999"), 999999999999U);
+    EXPECT_EQ(Bytes(":00000000000"), 1000000000000U);
+    EXPECT_EQ(Bytes("D00398934016"), 2000398934016U) << "a drive of 2 TB";
+    EXPECT_EQ(SizeText("D00398934016"), "2.0 TB");
+}
+
+TEST(Bytes, AreNotToldByTextsThatAreNoSize) {
+    EXPECT_EQ(Bytes(""), std::nullopt);
+    EXPECT_EQ(Bytes(":0"), std::nullopt);
+    EXPECT_EQ(Bytes("1:"), std::nullopt);
+    EXPECT_EQ(Bytes("1000000000000"), std::nullopt) << "thirteen digits";
+}
+
+TEST(SizeJson, HasTheTextAndTheNumber) {
+    EXPECT_EQ(SizeJson("512").dump(), R"({"text":"512","bytes":512})");
+    EXPECT_EQ(SizeJson("").dump(), R"({"text":"","bytes":null})");
+}
+
+}  // namespace
+}  // namespace tool

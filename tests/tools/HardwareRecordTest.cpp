@@ -1,0 +1,153 @@
+// SPDX-License-Identifier: MIT
+//
+// PCI functions, drives, partitions and load as the tool reads them, and why it could not.
+
+#include <gmock/gmock.h>
+#include <sys/stat.h>
+
+#include <cerrno>
+
+#include "simulator/FreeProgram.h"
+#include "simulator/IdeDrive.h"
+#include "simulator/Machine.h"
+#include "simulator/ProcStat.h"
+#include "simulator/SimulatedServer.h"
+#include "tools/records/Drives.h"
+#include "tools/records/Load.h"
+#include "tools/records/Partitions.h"
+#include "tools/records/Pci.h"
+
+namespace tool {
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class HardwareRecord : public testing::Test {
+protected:
+    void AddFunctions(unsigned count) {
+        for (unsigned i = 0; i < count; ++i)
+            server.pci().set({i / 256, i / 8 % 32, i % 8}, {0x86, 0x80, 0x01, 0x00});
+    }
+    void AddDisk(char letter) {
+        sim::installDrive(server.machine(), letter, sim::makeDisk("EXAMPLE 40", 78165360, "EX1"));
+    }
+
+    sim::SimulatedServer server;
+};
+
+TEST_F(HardwareRecord, PciFunctionsAreThoseOfTheBus) {
+    AddFunctions(64);
+    const auto functions = ReadPci();
+    ASSERT_TRUE(functions.has_value());
+    ASSERT_THAT(*functions, SizeIs(64));
+    EXPECT_EQ(functions->back().location, "bus:0, dev:7, func:7");
+    EXPECT_EQ(functions->back().className, "Old devices");
+}
+
+TEST_F(HardwareRecord, MorePciFunctionsThanFitAreReportedWithoutWaiting) {
+    AddFunctions(65);
+    EXPECT_FALSE(ReadPci().has_value());
+    EXPECT_EQ(server.clock().count(), 0);
+    EXPECT_EQ(kPciPorts.whyNotRead(),
+              "there are more than 64 PCI functions on buses 0 to 10, which the library does not "
+              "list");
+}
+
+TEST_F(HardwareRecord, PciFunctionsWithoutPortAccessAreNotRead) {
+    AddFunctions(1);
+    server.fail("iopl", 1, EPERM);
+    EXPECT_FALSE(ReadPci().has_value());
+    server.fail("iopl", 1, EPERM);
+    EXPECT_EQ(kPciPorts.whyNotRead(),
+              "cannot use the PCI configuration ports: Operation not permitted (it takes root with "
+              "CAP_SYS_RAWIO and a kernel that allows it)");
+}
+
+TEST_F(HardwareRecord, DrivesAreNoneOnAMachineWithoutIde) {
+    testing::internal::CaptureStdout();
+    const auto drives = ReadDrives();
+    const auto partitions = ReadPartitions();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "") << "the library's remark is kept away";
+    ASSERT_TRUE(drives.has_value());
+    EXPECT_THAT(*drives, IsEmpty());
+    ASSERT_TRUE(partitions.has_value());
+    EXPECT_THAT(partitions->list, IsEmpty());
+    EXPECT_THAT(partitions->notRead, IsEmpty());
+}
+
+TEST_F(HardwareRecord, DrivesThatMayNotBeListedAreNotRead) {
+    server.refuse("/proc/ide", EACCES);
+    EXPECT_FALSE(ReadDrives().has_value());
+    EXPECT_FALSE(ReadPartitions().has_value());
+    EXPECT_EQ(kIdeDrives.whyNotRead(), "cannot open /proc/ide: Permission denied (run as root)");
+}
+
+TEST_F(HardwareRecord, DrivesHaveTheirExactTexts) {
+    AddDisk('c');
+    const auto drives = ReadDrives();
+    ASSERT_TRUE(drives.has_value());
+    ASSERT_THAT(*drives, SizeIs(1));
+    EXPECT_EQ(drives->front().position, "Secondry Master");
+    EXPECT_EQ(drives->front().model, "EXAMPLE 40");
+    EXPECT_EQ(drives->front().size, "40020664320");
+    EXPECT_EQ(drives->front().controller, "ide");
+}
+
+TEST_F(HardwareRecord, PartitionsNameTheDiskThatCouldNotBeOpened) {
+    AddDisk('a');
+    AddDisk('b');
+    EXPECT_THAT(ReadPartitions()->notRead, IsEmpty());
+    server.refuse("/dev/hdb", EACCES);
+    EXPECT_THAT(ReadPartitions()->notRead, ElementsAre(&kDisks));
+    EXPECT_EQ(kDisks.whyNotRead(), "cannot open /dev/hdb: Permission denied (run as root)");
+}
+
+TEST_F(HardwareRecord, LoadIsMeasuredOverTheInterval) {
+    server.stat().setRates(0, {.user = 25, .nice = 0, .system = 0, .idle = 75});
+    server.stat().setRates(1, {.user = 0, .nice = 0, .system = 0, .idle = 100});
+    server.freeProgram().setMemory(1000, 999);
+    const Load load = ReadLoad({.loadInterval = 4});
+    EXPECT_EQ(load.interval, 4);
+    EXPECT_EQ(load.processors, (std::vector<int>{25, 0}));
+    EXPECT_EQ(load.memory, 99);
+    EXPECT_THAT(load.notRead, IsEmpty());
+}
+
+TEST_F(HardwareRecord, LoadIsReadFromAFolderThatMayNotBeWritten) {
+    server.stat().setRates(0, {});
+    server.freeProgram().setMemory(100, 50);
+    struct stat before {};
+    ASSERT_EQ(stat(".", &before), 0);
+    EXPECT_EQ(ReadLoad({}).memory, 50);
+    struct stat after {};
+    ASSERT_EQ(stat(".", &after), 0);
+    EXPECT_EQ(before.st_mtim.tv_sec, after.st_mtim.tv_sec) << "nothing was made in the folder";
+    EXPECT_EQ(before.st_mtim.tv_nsec, after.st_mtim.tv_nsec);
+}
+
+TEST_F(HardwareRecord, LoadOfProcessorsThatStandStillIsNotRead) {
+    server.stat().setRates(0, {.user = 0, .nice = 0, .system = 0, .idle = 0});
+    server.freeProgram().setMemory(100, 50);
+    const Load load = ReadLoad({});
+    EXPECT_EQ(load.processors, std::nullopt);
+    EXPECT_EQ(load.memory, 50);
+    EXPECT_THAT(load.notRead, ElementsAre(&kProcessorTimes));
+    EXPECT_EQ(kProcessorTimes.whyNotRead(),
+              "the counters of a processor in /proc/stat stood still or went away");
+}
+
+TEST_F(HardwareRecord, LoadWithoutProcOrFiguresIsNotRead) {
+    server.refuse("/proc/stat", EACCES);
+    server.freeProgram().setText("no figures\n");
+    const Load load = ReadLoad({});
+    EXPECT_EQ(load.processors, std::nullopt);
+    EXPECT_EQ(load.memory, std::nullopt);
+    EXPECT_THAT(load.notRead, ElementsAre(&kProcessorTimes, &kMemoryUse));
+    EXPECT_EQ(kProcessorTimes.whyNotRead(),
+              "cannot open /proc/stat: Permission denied (run as root)");
+}
+
+}  // namespace
+}  // namespace tool

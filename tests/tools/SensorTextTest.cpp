@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+//
+// What the table of sensors says beyond the library's texts.
+
+#include <gtest/gtest.h>
+
+#include "tools/records/Sensors.h"
+#include "tools/records/Thresholds.h"
+
+namespace tool {
+namespace {
+
+constexpr std::nullopt_t none = std::nullopt;
+
+SensorState Read(const std::string& reading, const Limits& limits) {
+    SensorState sensor{};
+    sensor.name = "CPU Temp";
+    sensor.entity = 3;
+    sensor.reading = reading;
+    sensor.limits = limits;
+    return sensor;
+}
+
+const Limits kUpper = {none, none, none, 80.0, 90.0, none};
+
+bool Shows(const std::string& text, const std::string& part) {
+    return text.find(part) != std::string::npos;
+}
+
+TEST(LimitState, NamesTheLimitThatTheReadingHasReached) {
+    EXPECT_EQ(LimitState(Read("79.00degree C", kUpper)), "ok");
+    EXPECT_EQ(LimitState(Read("80.00degree C", kUpper)), "upper non-critical");
+    EXPECT_EQ(LimitState(Read("300.00degree C", kUpper)), "upper critical");
+}
+
+TEST(LimitState, IsLeftOpenWhereItCannotBeTold) {
+    EXPECT_EQ(LimitState(Read("Unknown", kUpper)), "");
+    EXPECT_EQ(LimitState(Read("95.00degree C", Limits{})), "");
+    EXPECT_EQ(LimitState(Read("95%", kUpper)), "") << "the limits are no percentages";
+    SensorState withSign = Read("95.00degree C", kUpper);
+    withSign.isSigned = true;
+    EXPECT_EQ(LimitState(withSign), "");
+}
+
+TEST(SensorText, IsOneAlignedTable) {
+    SensorState discrete = Read("Unknown", {});
+    discrete.name = "Door";
+    discrete.state = "Device Enabled";
+    SensorState fan = Read("3500RPM", {1000.0, 500.0, none, none, none, none});
+    fan.name = "FAN1";
+    fan.entity = 29;
+    const Sensors sensors{4, {1, {Read("81.00degree C", kUpper)}}, {1, {discrete}}, {1, {fan}}};
+    EXPECT_EQ(ToText(sensors),
+              "Sensors\n"
+              "-------\n"
+              "  Sensor    Kind         Entity         Reading  State               L NR  L CR  "
+              "L NC  U NC  U CR  U NR\n"
+              "  CPU Temp  temperature       3  81.00 degree C  upper non-critical     -     -     "
+              "-    80    90     -\n"
+              "  Door      voltage           3         Unknown  Device Enabled         -     -     "
+              "-     -     -     -\n"
+              "  FAN1      fan              29        3500 RPM  ok                     -   500  "
+              "1000     -     -     -\n"
+              "\n"
+              "  L lower, U upper; NR non-recoverable, CR critical, NC non-critical\n");
+}
+
+TEST(SensorText, MarksSensorsWithSignedValues) {
+    SensorState sensor = Read("214.00degree C", kUpper);
+    EXPECT_FALSE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "*"));
+    sensor.isSigned = true;
+    const std::string text = ToText(Sensors{1, {1, {sensor}}, {}, {}});
+    EXPECT_TRUE(Shows(text, "214.00 degree C *  -"));
+    EXPECT_TRUE(Shows(text, "* The BMC counts this sensor's values with a sign"));
+}
+
+TEST(SensorText, SaysWhenThereAreMoreThanTheLibraryLists) {
+    const SensorState fan = Read("3500RPM", {});
+    EXPECT_FALSE(Shows(ToText(Sensors{1, {}, {}, {1, {fan}}}), "Listed are"));
+    EXPECT_TRUE(Shows(ToText(Sensors{20, {}, {}, {20, {fan, fan}}}),
+                      "  Listed are the first 2 of 20 fans.\n"));
+}
+
+TEST(SensorText, SaysWhenTheRepositoryIsEmpty) {
+    EXPECT_EQ(ToText(Sensors{}),
+              "Sensors\n"
+              "-------\n"
+              "  none\n"
+              "\n"
+              "  The BMC's sensor repository is empty, or it did not answer.\n");
+}
+
+TEST(ThresholdText, NamesEntityAndType) {
+    const std::string text = ToText(
+        Thresholds{{3, 1, AllOf({3, 2, 1, 80, 90, 100})}, {200, 43, AllOf({0, 0, 0, 0, 0, 0})}});
+    EXPECT_TRUE(
+        Shows(text, "    1  3 processor  1 Temperature     1     2     3    80    90   100"));
+    EXPECT_TRUE(
+        Shows(text, "    2  200          43                0     0     0     0     0     0"));
+    EXPECT_TRUE(Shows(text, "by place in the sensor repository, not by sensor number"));
+}
+
+}  // namespace
+}  // namespace tool

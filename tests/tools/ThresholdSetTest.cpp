@@ -1,0 +1,140 @@
+// SPDX-License-Identifier: MIT
+//
+// Setting a threshold: what is shown before, what reaches the BMC, what is refused.
+
+#include <gmock/gmock.h>
+
+#include "Talvane.h"
+#include "support/IpmiTest.h"
+#include "tools/changes/ThresholdChange.h"
+
+namespace tool {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr std::uint8_t kSensorCommand = 4;
+constexpr std::uint8_t kSetThresholds = 0x26;
+
+class ThresholdSet : public IpmiTest {
+protected:
+    // A fan in front, so that the temperature's place in the repository is 1 and its number 0x10.
+    ThresholdSet() {
+        Add(Fan("FAN1", 0x30).entity(29).thresholdMasks(0x3F, 0x03), 70);
+        Add(Temperature("CPU Temp", 0x10).entity(3).thresholdMasks(0x3F, 0x38), 40);
+        bmc.setThresholds(0x10, {0x3F, {3, 2, 1, 80, 90, 100}});
+        bmc.setThresholds(0x30, {0x03, {20, 10, 0, 0, 0, 0}});
+    }
+
+    static Order Upper(double critical, bool confirmed = true) {
+        return {.threshold = {3, kTemperature, THRESHOLD_UPPER_CRITICAL, critical},
+                .watchdog = {},
+                .confirmed = confirmed};
+    }
+
+    std::size_t Writes() const { return bmc.count(kSensorCommand, kSetThresholds); }
+};
+
+TEST_F(ThresholdSet, ShowsEachThresholdAndWritesNothingWithoutConfirmation) {
+    bmc.setThresholds(1, {0x3F, {3, 2, 1, 70, 90, 100}});
+    const Outcome outcome = SetThreshold(Upper(95, false));
+    EXPECT_EQ(Writes(), 0U);
+    EXPECT_EQ(outcome.problem, "nothing was written; --yes writes this");
+    EXPECT_THAT(
+        outcome.text,
+        HasSubstr(
+            "Thresholds to be written\n"
+            "------------------------\n"
+            "  Sensor           Threshold                     Now     Written  Remark\n"
+            "  CPU Temp (0x10)  lower non-recoverable    1 (0x01)           -  cannot be set\n"
+            "  CPU Temp (0x10)  lower critical           2 (0x02)           -  cannot be set\n"
+            "  CPU Temp (0x10)  lower non-critical       3 (0x03)           -  cannot be set\n"
+            "  CPU Temp (0x10)  upper non-critical      80 (0x50)   70 (0x46)  changes with it\n"
+            "  CPU Temp (0x10)  upper critical          90 (0x5A)   95 (0x5F)  asked for\n"
+            "  CPU Temp (0x10)  upper non-recoverable  100 (0x64)  100 (0x64)  -\n"));
+    EXPECT_EQ(outcome.json["done"], false);
+    EXPECT_EQ(outcome.json["sensors"][0]["now"]["upperCritical"], 90.0);
+    EXPECT_EQ(outcome.json["sensors"][0]["written"]["upperNonCritical"], 70.0);
+    EXPECT_EQ(outcome.json["sensors"][0]["written"]["lowerCritical"], nullptr);
+}
+
+TEST_F(ThresholdSet, WritesExactlyWhatItHasShown) {
+    bmc.setThresholds(1, {0x3F, {3, 2, 1, 70, 90, 93}});
+    const Outcome outcome = SetThreshold(Upper(95));
+    EXPECT_EQ(outcome.problem, "");
+    EXPECT_EQ(Writes(), 1U);
+    EXPECT_THAT(bmc.thresholds(0x10).values, testing::ElementsAre(3, 2, 1, 70, 95, 96));
+    EXPECT_THAT(outcome.text, HasSubstr("Thresholds written\n"));
+    EXPECT_EQ(outcome.json["sensors"][0]["written"]["upperNonCritical"], 70.0);
+    EXPECT_EQ(outcome.json["sensors"][0]["written"]["upperNonRecoverable"], 96.0);
+    EXPECT_EQ(outcome.json["done"], true);
+}
+
+TEST_F(ThresholdSet, SaysWhichOfTheOthersCannotBeCompared) {
+    bmc.setThresholds(0x10, {0x30, {0, 0, 0, 80, 90, 100}});
+    EXPECT_THAT(SetThreshold(Upper(95, false)).text,
+                HasSubstr("upper non-critical              -   0 (0x00)  cannot be read\n"));
+}
+
+TEST_F(ThresholdSet, RefusesAThresholdThatTheSensorDoesNotLetBeSet) {
+    Order order = Upper(5);
+    order.threshold.which = THRESHOLD_LOWER_CRITICAL;
+    EXPECT_EQ(SetThreshold(order).problem,
+              "CPU Temp (0x10) does not let its lower critical threshold be set; nothing was "
+              "written");
+    EXPECT_EQ(Writes(), 0U);
+}
+
+TEST_F(ThresholdSet, RefusesAValueThatTheSensorCannotHold) {
+    EXPECT_EQ(SetThreshold(Upper(300)).problem,
+              "CPU Temp (0x10) cannot hold 300: it would store 44; nothing was written");
+    EXPECT_EQ(SetThreshold(Upper(-5)).problem,
+              "CPU Temp (0x10) cannot hold -5: it would store 251; nothing was written");
+    EXPECT_EQ(Writes(), 0U);
+    EXPECT_EQ(SetThreshold(Upper(95.9)).problem, "") << "cut to the step below";
+    EXPECT_EQ(bmc.thresholds(0x10).values[THRESHOLD_UPPER_CRITICAL], 95);
+}
+
+TEST_F(ThresholdSet, RefusesSensorsWithSignedValues) {
+    Add(Temperature("Inlet", 0x20).entity(7).unit1(0x80).thresholdMasks(0x3F, 0x38), 20);
+    Order order = Upper(40);
+    order.threshold.entity = 7;
+    EXPECT_EQ(SetThreshold(order).problem,
+              "Inlet (0x20) counts its values with a sign, which the library does not write; "
+              "nothing was written");
+    EXPECT_EQ(Writes(), 0U);
+}
+
+TEST_F(ThresholdSet, RefusesAllWhenOneOfTheSensorsCannot) {
+    Add(Temperature("CPU2 Temp", 0x11).entity(3).thresholdMasks(0x3F, 0x08), 40);
+    EXPECT_THAT(SetThreshold(Upper(95)).problem, HasSubstr("CPU2 Temp (0x11) does not let"));
+    EXPECT_EQ(Writes(), 0U);
+}
+
+TEST_F(ThresholdSet, SaysWhenNoSensorMatches) {
+    Order order = Upper(95);
+    order.threshold.entity = 9;
+    const Outcome outcome = SetThreshold(order);
+    EXPECT_EQ(outcome.problem,
+              "the BMC has no sensor of entity 9 processor module and type 1 Temperature");
+    EXPECT_EQ(outcome.text, "");
+    EXPECT_EQ(Writes(), 0U);
+}
+
+TEST_F(ThresholdSet, SaysWhenTheBmcDidNotTakeIt) {
+    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        if (request.command == kSetThresholds) return sim::Bytes{};
+        return std::nullopt;
+    });
+    EXPECT_EQ(SetThreshold(Upper(95)).problem, "CPU Temp (0x10) did not take the thresholds");
+}
+
+TEST(ThresholdSetWithoutBmc, SaysWhy) {
+    const sim::SimulatedServer server;
+    const Outcome outcome = SetThreshold({});
+    EXPECT_THAT(outcome.problem, HasSubstr("cannot open /dev/ipmi"));
+    EXPECT_EQ(outcome.json, nullptr);
+}
+
+}  // namespace
+}  // namespace tool

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+//
+// Changes to the watchdog: what takes a confirmation, what reaches the BMC.
+
+#include <gmock/gmock.h>
+
+#include "simulator/Machine.h"
+#include "support/IpmiTest.h"
+#include "tools/changes/WatchdogChange.h"
+#include "tools/records/Watchdog.h"
+
+namespace tool {
+namespace {
+
+using testing::HasSubstr;
+
+constexpr int kHardReset = 1;
+constexpr std::uint8_t kSetTimer = 0x24;
+
+class WatchdogSet : public IpmiTest {
+protected:
+    static Order With(int action, int timeout, bool confirmed) {
+        return {.threshold = {}, .watchdog = {action, timeout}, .confirmed = confirmed};
+    }
+};
+
+TEST_F(WatchdogSet, AsksForConfirmationOfAnActionAndLeavesTheTimerAlone) {
+    const Outcome outcome = SetWatchdog(With(kHardReset, 30000, false));
+    EXPECT_EQ(outcome.problem,
+              "this would start a timer that does a hard-reset of this machine after 30.0 s; "
+              "nothing was changed, --yes does it");
+    EXPECT_FALSE(bmc.watchdog().initialised);
+    EXPECT_THAT(outcome.text, HasSubstr("  Action   none\n"));
+}
+
+TEST_F(WatchdogSet, SetsAndStartsTheTimerWhenConfirmed) {
+    const Outcome outcome = SetWatchdog(With(kHardReset, 30550, true));
+    EXPECT_EQ(outcome.problem, "");
+    EXPECT_TRUE(bmc.watchdog().running);
+    EXPECT_EQ(bmc.watchdog().actions, kHardReset);
+    EXPECT_EQ(bmc.watchdog().initial, 305U) << "in tenths of a second, cut";
+    EXPECT_EQ(outcome.json["timeoutMilliseconds"], 30500);
+}
+
+TEST_F(WatchdogSet, NeedsNoConfirmationWithoutAnAction) {
+    EXPECT_EQ(SetWatchdog(With(kNoAction, 30000, false)).problem, "");
+    EXPECT_TRUE(bmc.watchdog().running);
+    EXPECT_EQ(bmc.watchdog().actions, 0);
+}
+
+TEST_F(WatchdogSet, StartsTheTimerOverWhenConfirmedOnly) {
+    ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
+    (void)server.machine().sleep(5);
+    EXPECT_EQ(bmc.watchdogPresent(), 250U);
+    EXPECT_EQ(ResetWatchdog(With(0, 0, false)).problem,
+              "this would start the timer over, whose action is hard-reset; nothing was changed, "
+              "--yes does it");
+    EXPECT_EQ(bmc.watchdogPresent(), 250U);
+    EXPECT_EQ(ResetWatchdog(With(0, 0, true)).problem, "");
+    EXPECT_EQ(bmc.watchdogPresent(), 300U);
+}
+
+TEST_F(WatchdogSet, DoesNotStartATimerThatWasNeverSet) {
+    EXPECT_EQ(ResetWatchdog(With(0, 0, true)).problem,
+              "the watchdog has not been set: nothing to start");
+}
+
+TEST_F(WatchdogSet, StopsTheTimerWithoutConfirmation) {
+    ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
+    EXPECT_EQ(StopWatchdog({}).problem, "");
+    EXPECT_FALSE(bmc.watchdog().running);
+}
+
+TEST_F(WatchdogSet, SaysWhenTheBmcDidNotTakeIt) {
+    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        if (request.command == kSetTimer) return sim::Bytes{};
+        return std::nullopt;
+    });
+    EXPECT_EQ(SetWatchdog(With(kNoAction, 30000, true)).problem,
+              "the BMC did not take the watchdog's settings");
+}
+
+TEST(WatchdogSetWithoutBmc, SaysWhy) {
+    const sim::SimulatedServer server;
+    for (const auto change : {SetWatchdog, ResetWatchdog, StopWatchdog})
+        EXPECT_THAT(change({}).problem, HasSubstr("cannot open /dev/ipmi"));
+}
+
+}  // namespace
+}  // namespace tool

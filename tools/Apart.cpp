@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/Apart.h"
+
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <filesystem>
+#include <system_error>
+
+#include "tools/sources/Descriptor.h"
+
+namespace tool {
+namespace {
+
+[[noreturn]] void Fail(const char* what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+class EmptyFolder {
+public:
+    EmptyFolder() : path_(std::filesystem::temp_directory_path() / "talvane-XXXXXX") {
+        if (mkdtemp(path_.data()) == nullptr) Fail(path_.c_str());
+    }
+    ~EmptyFolder() {
+        std::error_code ignored;  // at worst a folder is left in the one for such
+        std::filesystem::remove_all(path_, ignored);
+    }
+    EmptyFolder(const EmptyFolder&) = delete;
+    EmptyFolder& operator=(const EmptyFolder&) = delete;
+
+    const char* path() const { return path_.c_str(); }
+
+private:
+    std::string path_;
+};
+
+[[noreturn]] void BeChild(const std::function<void()>& call, const char* folder, int output) {
+    constexpr int kNotRun = 1;
+    if (chdir(folder) != 0 || dup2(output, STDOUT_FILENO) < 0) _exit(kNotRun);
+    call();
+    _exit(std::fflush(stdout) == 0 ? 0 : kNotRun);
+}
+
+std::string WholeFile(int descriptor) {
+    std::string text;
+    char buffer[256];
+    off_t at = 0;
+    for (;;) {
+        const ssize_t got = pread(descriptor, buffer, sizeof buffer, at);
+        if (got < 0) Fail("the library's output");
+        if (got == 0) return text;
+        text.append(buffer, static_cast<std::size_t>(got));
+        at += got;
+    }
+}
+
+}  // namespace
+
+SharedMemory::SharedMemory(std::size_t size)
+    : memory_(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)),
+      size_(size) {
+    if (memory_ == MAP_FAILED) Fail("mmap");
+}
+
+SharedMemory::~SharedMemory() {
+    (void)munmap(memory_, size_);  // result not used: the range is that of the constructor
+}
+
+std::optional<std::string> OutputApart(const std::function<void()>& call) {
+    const EmptyFolder folder;
+    const Descriptor output(memfd_create("output", MFD_CLOEXEC));
+    if (!output.IsOpen()) Fail("memfd_create");
+    (void)std::fflush(stdout);  // result not used: what is lost shows at the end
+    const pid_t child = fork();
+    if (child < 0) Fail("fork");
+    if (child == 0) BeChild(call, folder.path(), output.Get());
+    int status = 0;
+    while (waitpid(child, &status, 0) != child)
+        if (errno != EINTR) Fail("waitpid");
+    if (!WIFEXITED(status)) return std::nullopt;
+    if (WEXITSTATUS(status) != 0) throw std::runtime_error("cannot run a part of the library");
+    return WholeFile(output.Get());
+}
+
+}  // namespace tool

@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/Changes.h"
+
+#include "tools/Text.h"
+#include "tools/changes/ThresholdChange.h"
+#include "tools/changes/WatchdogChange.h"
+
+namespace tool {
+namespace {
+
+constexpr Change kChanges[] = {
+    {"threshold set", "threshold", SetThreshold},
+    {"watchdog set", "watchdog", SetWatchdog},
+    {"watchdog reset", "watchdog", ResetWatchdog},
+    {"watchdog stop", "watchdog", StopWatchdog},
+};
+
+}  // namespace
+
+std::span<const Change> Changes() {
+    return kChanges;
+}
+
+bool Make(const Change& change, const Order& order, Format format, std::ostream& out,
+          std::ostream& err) {
+    const Outcome outcome = change.make(order);
+    const bool done = outcome.problem.empty();
+    if (format == Format::json) {
+        Json json = {{change.member, outcome.json}, {"errors", Json::array()}};
+        if (!done)
+            json["errors"].push_back({{"source", change.name}, {"message", Utf8(outcome.problem)}});
+        DumpJson(json, out);
+    } else {
+        out << outcome.text;
+    }
+    if (!done) err << "talvane: " << outcome.problem << '\n';
+    return done;
+}
+
+}  // namespace tool

@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/Run.h"
+
+#include <unistd.h>
+
+#include <iostream>
+#include <stdexcept>
+
+namespace tool {
+namespace {
+
+void Flush() {
+    if (!std::cout.flush()) throw std::runtime_error("cannot write to standard output");
+}
+
+// What the name stands for; all commands for the report, none for a change.
+std::span<const Command> Selected(const std::string& name) {
+    const auto commands = Commands();
+    if (name == kReport) return commands;
+    for (std::size_t i = 0; i < commands.size(); ++i)
+        if (name == commands[i].name) return commands.subspan(i, 1);
+    return {};
+}
+
+// Between two tables: a terminal is cleared, anything else gets a blank line.
+void BeginNext(const Watch& watch, Format format) {
+    (void)sleep(static_cast<unsigned>(watch.seconds));  // an early table does no harm
+    constexpr const char* kHomeAndClear = "\x1B[H\x1B[2J";
+    if (isatty(STDOUT_FILENO) != 0)
+        std::cout << kHomeAndClear;
+    else if (format == Format::text)
+        std::cout << '\n';
+}
+
+bool Show(const Options& options) {
+    const auto commands = Selected(options.command);
+    for (int shown = 1;; ++shown) {
+        const bool complete =
+            Report(commands, options.settings, options.format, std::cout, std::cerr);
+        Flush();
+        const bool last = options.watch.seconds == 0 || shown == options.watch.count;
+        if (last || !complete) return complete;
+        BeginNext(options.watch, options.format);
+    }
+}
+
+}  // namespace
+
+int Run(const Options& options) {
+    for (const Change& change : Changes()) {
+        if (options.command != change.name) continue;
+        const bool done = Make(change, options.order, options.format, std::cout, std::cerr);
+        Flush();
+        return done ? kAllDone : kIncomplete;
+    }
+    return Show(options) ? kAllDone : kIncomplete;
+}
+
+}  // namespace tool

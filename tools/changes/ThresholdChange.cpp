@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/changes/ThresholdChange.h"
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/SensorCode.h"
+#include "tools/changes/ThresholdPlan.h"
+
+namespace tool {
+namespace {
+
+std::string PlanText(const std::vector<ThresholdPlan>& plans, bool confirmed) {
+    std::vector<Row> rows;
+    for (const ThresholdPlan& plan : plans) AddPlanRows(rows, plan);
+    return Section(confirmed ? "Thresholds written" : "Thresholds to be written",
+                   {TableBlock(PlanColumns(), rows),
+                    NoteBlock("The library writes a sensor's whole set, as read by place in the "
+                              "repository: others can change.")});
+}
+
+Outcome Described(const std::vector<ThresholdPlan>& plans, bool written,
+                  const std::string& problem) {
+    Json sensors = Json::array();
+    for (const ThresholdPlan& plan : plans) sensors.push_back(PlanJson(plan));
+    return {PlanText(plans, written), {{"done", written}, {"sensors", sensors}}, problem};
+}
+
+// The library does not look at what the BMC answers to a request, so the BMC is asked again.
+bool WasTaken(const ThresholdPlan& plan) {
+    const auto raw = SensorWalk::Get().Current(plan.sensor).raw;
+    const auto now = LimitValues<unsigned char>(raw);
+    for (std::size_t i = 0; i < kLimits; ++i) {
+        const auto& written = plan.thresholds[i].written;
+        if (written && InMask(raw.readableFlag, i) && now[i] != *written) return false;
+    }
+    return true;
+}
+
+}  // namespace
+
+Outcome SetThreshold(const Order& order) {
+    const ThresholdOrder& threshold = order.threshold;
+    if (IsIpmiSupport() == 0) return {"", Json(), kBmc.whyNotRead()};
+    const auto plans = PlanThreshold(threshold);
+    if (plans.empty())
+        return {"",
+                {{"done", false}, {"sensors", Json::array()}},
+                "the BMC has no sensor of entity " + EntityText(threshold.entity) + " and type " +
+                    SensorTypeText(threshold.type)};
+    for (const ThresholdPlan& plan : plans)
+        if (const std::string objection = Objection(plan, threshold); !objection.empty())
+            return Described(plans, false, objection + "; nothing was written");
+    if (!order.confirmed) return Described(plans, false, "nothing was written; --yes writes this");
+    if (SetThresholdInfo(threshold.entity, threshold.type, threshold.which, threshold.value) != 0)
+        return Described(plans, true, "the library could not write the thresholds");
+    for (const ThresholdPlan& plan : plans)
+        if (!WasTaken(plan))
+            return Described(plans, true, plan.name + " did not take the thresholds");
+    return Described(plans, true, "");
+}
+
+}  // namespace tool

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+//
+// What setting a threshold would do to one sensor. The library writes the whole set of thresholds
+// that its repository walk has read, and the walk asks for a record's place in the repository in
+// place of the sensor's number: the other thresholds of the sensor can change, too.
+#ifndef TALVANE_TOOLS_CHANGES_THRESHOLDPLAN_H
+#define TALVANE_TOOLS_CHANGES_THRESHOLDPLAN_H
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/Changes.h"
+#include "tools/Limits.h"
+#include "tools/SensorWalk.h"
+
+namespace tool {
+
+struct PlannedThreshold {
+    std::optional<unsigned char> now;      // raw; nothing when the BMC does not tell it
+    std::optional<unsigned char> written;  // nothing when the sensor does not let it be set
+};
+
+struct ThresholdPlan {
+    WalkedSensor sensor;
+    std::string name;  // the sensor's, or its number
+    int which;         // the threshold asked for
+    Six<PlannedThreshold> thresholds;
+    Limits nowValues;      // in the sensor's unit
+    Limits writtenValues;  // in the sensor's unit
+};
+
+// For each sensor of the order's entity and type. Reads from the BMC and writes nothing.
+std::vector<ThresholdPlan> PlanThreshold(const ThresholdOrder& order);
+
+// Why the order must not be carried out for a sensor; empty when it can be.
+std::string Objection(const ThresholdPlan& plan, const ThresholdOrder& order);
+
+// The rows of a table with the columns of PlanColumns().
+std::vector<Column> PlanColumns();
+void AddPlanRows(std::vector<Row>& rows, const ThresholdPlan& plan);
+
+Json PlanJson(const ThresholdPlan& plan);
+
+}  // namespace tool
+
+#endif

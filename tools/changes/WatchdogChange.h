@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+//
+// Changes to the BMC's watchdog timer. One that runs down with an action reboots the machine or
+// switches it off, so starting one is done only when it is confirmed.
+#ifndef TALVANE_TOOLS_CHANGES_WATCHDOGCHANGE_H
+#define TALVANE_TOOLS_CHANGES_WATCHDOGCHANGE_H
+
+#include "tools/Changes.h"
+
+namespace tool {
+
+Outcome SetWatchdog(const Order& order);    // and starts it
+Outcome ResetWatchdog(const Order& order);  // starts it over
+Outcome StopWatchdog(const Order& order);
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Bmc.h"
+
+#include <cstdio>
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/SensorWalk.h"
+#include "tools/Text.h"
+
+namespace tool {
+namespace {
+
+constexpr std::size_t kTextSize = 64;
+
+std::string InventoryText(int (IPMIsupport::*get)(char*)) {
+    char text[kTextSize] = {};
+    if ((Controller().*get)(text) != 0) return "";
+    return FieldText(text);
+}
+
+}  // namespace
+
+std::optional<Bmc> ReadBmc() {
+    unsigned char major = 0;
+    unsigned char minor = 0;
+    if (GetBMCVersion(&major, &minor) != 0) return std::nullopt;
+    // Result not used: an inventory that cannot be read has empty texts.
+    (void)Controller().GetFRUInfo();
+    char firmware[16];
+    std::snprintf(firmware, sizeof firmware, "%d.%02d", major, minor);
+    // The library keeps the product's fields one place too far: the version as the serial number,
+    // and the serial number, with its length byte in front, as the asset tag.
+    const std::string serial = InventoryText(&IPMIsupport::GetProductAssetTag);
+    return Bmc{.firmware = firmware,
+               .boardManufacturer = InventoryText(&IPMIsupport::GetBoardManufacturer),
+               .boardProduct = InventoryText(&IPMIsupport::GetBoardProductName),
+               .boardSerialNumber = InventoryText(&IPMIsupport::GetBoardSerialNumber),
+               .boardPartNumber = InventoryText(&IPMIsupport::GetBoardPartNumber),
+               .chassisPartNumber = InventoryText(&IPMIsupport::GetChassisPartNumber),
+               .chassisSerialNumber = InventoryText(&IPMIsupport::GetChassisSerialNumber),
+               .productManufacturer = InventoryText(&IPMIsupport::GetProductManufacturerName),
+               .productName = InventoryText(&IPMIsupport::GetProductName),
+               .productPartNumber = InventoryText(&IPMIsupport::GetProductPartName),
+               .productVersion = InventoryText(&IPMIsupport::GetProductSerialNumber),
+               .productSerialStart = serial.empty() ? "" : serial.substr(1)};
+}
+
+std::string ToText(const Bmc& bmc) {
+    return Section("BMC", {FactBlock({{"Firmware", bmc.firmware},
+                                      {"Board manufacturer", bmc.boardManufacturer},
+                                      {"Board product", bmc.boardProduct},
+                                      {"Board serial number", bmc.boardSerialNumber},
+                                      {"Board part number", bmc.boardPartNumber},
+                                      {"Chassis part number", bmc.chassisPartNumber},
+                                      {"Chassis serial number", bmc.chassisSerialNumber},
+                                      {"Product manufacturer", bmc.productManufacturer},
+                                      {"Product", bmc.productName},
+                                      {"Product part number", bmc.productPartNumber},
+                                      {"Product version", bmc.productVersion},
+                                      {"Product serial starts", bmc.productSerialStart}})});
+}
+
+Json ToJson(const Bmc& bmc) {
+    return {{"firmware", bmc.firmware},
+            {"board",
+             {{"manufacturer", Utf8(bmc.boardManufacturer)},
+              {"product", Utf8(bmc.boardProduct)},
+              {"serialNumber", Utf8(bmc.boardSerialNumber)},
+              {"partNumber", Utf8(bmc.boardPartNumber)}}},
+            {"chassis",
+             {{"partNumber", Utf8(bmc.chassisPartNumber)},
+              {"serialNumber", Utf8(bmc.chassisSerialNumber)}}},
+            {"product",
+             {{"manufacturer", Utf8(bmc.productManufacturer)},
+              {"name", Utf8(bmc.productName)},
+              {"partNumber", Utf8(bmc.productPartNumber)},
+              {"version", Utf8(bmc.productVersion)},
+              {"serialNumberStart", Utf8(bmc.productSerialStart)}}}};
+}
+
+}  // namespace tool

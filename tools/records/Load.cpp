@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Load.h"
+
+#include <fcntl.h>
+
+#include "Talvane.h"
+#include "tools/Apart.h"
+#include "tools/Layout.h"
+#include "tools/sources/Descriptor.h"
+
+namespace tool {
+namespace {
+
+constexpr std::size_t kMostProcessors = 8;
+constexpr int kAllOfMemory = 100;
+
+struct ProcessorLoad {
+    int result;
+    CpuUsageRageInformation usage;
+};
+
+// Apart: ticks that stand still are divided by, which ends the process.
+std::optional<std::vector<int>> ReadProcessorLoad(int interval) {
+    // The library takes a file that it cannot open for one whose ticks stand still.
+    if (!Descriptor("/proc/stat", O_RDONLY).IsOpen()) return std::nullopt;
+    const auto answer = RunApart<ProcessorLoad>(
+        [interval](ProcessorLoad& load) { load.result = GetCpuUsageRate(interval, &load.usage); });
+    if (!answer || answer->record.result != 0) return std::nullopt;
+    const CpuUsageRageInformation& usage = answer->record.usage;
+    return std::vector<int>(usage.UsageRate, usage.UsageRate + usage.quantity);
+}
+
+// Apart: the library writes a scratch file into the current folder, and says so on standard output
+// when it cannot.
+std::optional<int> ReadMemoryLoad() {
+    const auto answer = RunApart<int>([](int& percent) { percent = GetMemUsageRate(); });
+    if (!answer || !answer->output.empty()) return std::nullopt;
+    // Without figures the library divides 0 by 0.
+    if (answer->record < 0 || answer->record > kAllOfMemory) return std::nullopt;
+    return answer->record;
+}
+
+std::string PercentText(int percent) {
+    return std::to_string(percent) + " %";
+}
+
+}  // namespace
+
+Load ReadLoad(const Settings& settings) {
+    Load load{
+        settings.loadInterval, ReadProcessorLoad(settings.loadInterval), ReadMemoryLoad(), {}};
+    if (!load.processors) load.notRead.push_back(&kProcessorTimes);
+    if (!load.memory) load.notRead.push_back(&kMemoryUse);
+    return load;
+}
+
+std::string ToText(const Load& load) {
+    const std::vector<int> processors = load.processors.value_or(std::vector<int>{});
+    std::vector<Row> rows;
+    for (const int percent : processors)
+        rows.push_back({"Processor " + std::to_string(rows.size() + 1), PercentText(percent)});
+    if (!load.processors) rows.push_back({"Processors", ""});
+    rows.push_back({"Memory", load.memory ? PercentText(*load.memory) : ""});
+    std::vector<std::string> blocks{TableBlock({{"Part"}, {"Use", Column::Align::right}}, rows)};
+    blocks.push_back(NoteBlock("Processors: not idle, within " + std::to_string(load.interval) +
+                               " s. Memory: as the command free counts it."));
+    if (processors.size() == kMostProcessors)
+        blocks.push_back(NoteBlock("The library watches the first eight processors."));
+    return Section("Load", blocks);
+}
+
+Json ToJson(const Load& load) {
+    return {{"intervalSeconds", load.interval},
+            {"processorPercent", load.processors ? Json(*load.processors) : Json()},
+            {"memoryPercent", load.memory ? Json(*load.memory) : Json()}};
+}
+
+}  // namespace tool

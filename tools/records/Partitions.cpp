@@ -1,0 +1,63 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Partitions.h"
+
+#include <fcntl.h>
+
+#include <algorithm>
+
+#include "Talvane.h"
+#include "tools/Apart.h"
+#include "tools/ByteSize.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+#include "tools/records/Drives.h"
+#include "tools/sources/Descriptor.h"
+
+namespace tool {
+namespace {
+
+bool CanBeOpened(const Drive& drive) {
+    return Descriptor(DevicePath(drive).c_str(), O_RDONLY).IsOpen();
+}
+
+}  // namespace
+
+std::optional<Partitions> ReadPartitions() {
+    const auto drives = ReadDrives();
+    if (!drives) return std::nullopt;
+    // Apart: without IDE the library says so on standard output.
+    const auto answer = RunApart<PartitionInformation>(
+        [](PartitionInformation& record) { (void)GetInfo(TALVANE_PARTITIONS, &record); });
+    if (!answer) return std::nullopt;
+    Partitions partitions;
+    for (int i = 0; i < answer->record.quantity; ++i) {
+        const PARTITION& partition = answer->record.partition[i];
+        partitions.list.push_back({.device = FieldText(partition.description),
+                                   .fileSystem = FieldText(partition.FileSystem),
+                                   .size = FieldText(partition.size)});
+    }
+    // The library takes a disk that it cannot open for one without partitions.
+    if (!std::all_of(drives->begin(), drives->end(), CanBeOpened))
+        partitions.notRead.push_back(&kDisks);
+    return partitions;
+}
+
+std::string ToText(const Partitions& partitions) {
+    std::vector<Row> rows;
+    for (const Partition& partition : partitions.list)
+        rows.push_back({partition.device, partition.fileSystem, SizeText(partition.size)});
+    return Section("Partitions",
+                   {TableBlock({{"Partition"}, {"Type"}, {"Size", Column::Align::right}}, rows)});
+}
+
+Json ToJson(const Partitions& partitions) {
+    Json list = Json::array();
+    for (const Partition& partition : partitions.list)
+        list.push_back({{"device", Utf8(partition.device)},
+                        {"type", Utf8(partition.fileSystem)},
+                        {"size", SizeJson(partition.size)}});
+    return list;
+}
+
+}  // namespace tool

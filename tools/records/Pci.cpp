@@ -1,0 +1,133 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Pci.h"
+
+#include <sys/io.h>
+
+#include <cstdio>
+#include <memory>
+
+#include "PCI/PCIscan.h"
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/Text.h"
+
+namespace tool {
+namespace {
+
+// The library's own limits: the buses that it looks at, and the functions that its record holds.
+constexpr int kBuses = 11;
+constexpr int kMostFunctions = sizeof DeviceInformation::dev / sizeof(DEV);
+
+// REQUIRES: I/O privilege level 3. Reads a sixteenth of what the listing does.
+int CountFunctions() {
+    constexpr int kDevices = 32;
+    constexpr int kFunctions = 8;
+    PCIscan scan;
+    scan.m_InitOK = 1;
+    int count = 0;
+    for (int i = 0; i < kBuses * kDevices * kFunctions; ++i) {
+        const auto bus = static_cast<unsigned char>(i / kFunctions / kDevices);
+        const auto device = static_cast<unsigned char>(i / kFunctions % kDevices);
+        const auto function = static_cast<unsigned char>(i % kFunctions);
+        const unsigned vendor = scan.readPCIDeviceRegister(bus, device, function, 0) & 0xFFFF;
+        if (vendor != 0 && vendor != 0xFFFF) ++count;
+    }
+    return count;
+}
+
+// Asked before the library is: without port access it lists nothing, and with more functions than
+// its record holds it tries again after 5000 seconds.
+bool CanBeListed() {
+    if (iopl(3) != 0) return false;
+    const int count = CountFunctions();
+    (void)iopl(0);  // result not used: lowering is always allowed
+    return count <= kMostFunctions;
+}
+
+// A base address register (PCI 3.0, 6.2.5.1): bit 0 tells I/O from memory.
+std::string BaseText(std::uint32_t base) {
+    if (base == 0) return "";
+    const bool isIo = (base & 1) != 0;
+    char text[32];
+    std::snprintf(text, sizeof text, "%s 0x%X", isIo ? "I/O" : "mem",
+                  static_cast<unsigned>(base & (isIo ? ~3U : ~15U)));
+    return text;
+}
+
+std::string RevisionText(int revision) {
+    char text[16];
+    std::snprintf(text, sizeof text, "%02X", static_cast<unsigned>(revision));
+    return text;
+}
+
+// A blank behind each semicolon but the last, which is dropped.
+std::string StatusText(const std::string& status) {
+    std::string text;
+    for (const char c : status) text += c == ';' ? std::string("; ") : std::string(1, c);
+    return text.ends_with("; ") ? text.substr(0, text.size() - 2) : text;
+}
+
+}  // namespace
+
+std::optional<PciFunctions> ReadPci() {
+    if (!CanBeListed()) return std::nullopt;
+    const auto record = std::make_unique<DeviceInformation>();
+    if (GetInfo(TALVANE_PCI, record.get()) != 0) return std::nullopt;
+    PciFunctions functions;
+    for (int i = 0; i < record->quantity; ++i) {
+        const DEV& dev = record->dev[i];
+        functions.push_back({.location = FieldText(dev.desc),
+                             .className = FieldText(dev.model),
+                             .subClass = FieldText(dev.type),
+                             .irq = dev.IRQ,
+                             .base = static_cast<std::uint32_t>(dev.IOBase),
+                             .revision = dev.revision,
+                             .status = FieldText(dev.status)});
+    }
+    return functions;
+}
+
+std::string PciAddress(const std::string& location) {
+    unsigned bus = 0;
+    unsigned device = 0;
+    unsigned function = 0;
+    if (std::sscanf(location.c_str(), "bus:%u, dev:%u, func:%u", &bus, &device, &function) != 3)
+        return location;
+    char text[48];
+    std::snprintf(text, sizeof text, "%02x:%02x.%x", bus, device, function);
+    return text;
+}
+
+std::string ToText(const PciFunctions& functions) {
+    std::vector<Row> rows;
+    for (const PciFunction& function : functions)
+        rows.push_back({PciAddress(function.location), function.className, function.subClass,
+                        function.irq == 0 ? "" : std::to_string(function.irq),
+                        BaseText(function.base), RevisionText(function.revision),
+                        StatusText(function.status)});
+    return Section("PCI functions", {TableBlock({{"Address"},
+                                                 {"Class"},
+                                                 {"Sub-class"},
+                                                 {"IRQ", Column::Align::right},
+                                                 {"Base"},
+                                                 {"Rev."},
+                                                 {"Status"}},
+                                                rows)});
+}
+
+Json ToJson(const PciFunctions& functions) {
+    Json list = Json::array();
+    for (const PciFunction& function : functions)
+        list.push_back({{"address", PciAddress(function.location)},
+                        {"location", Utf8(function.location)},
+                        {"class", Utf8(function.className)},
+                        {"subClass", Utf8(function.subClass)},
+                        {"irq", function.irq},
+                        {"baseAddress", function.base},
+                        {"revision", function.revision},
+                        {"status", Utf8(function.status)}});
+    return list;
+}
+
+}  // namespace tool

@@ -1,0 +1,39 @@
+// SPDX-License-Identifier: MIT
+//
+// The PCI functions.
+#ifndef TALVANE_TOOLS_RECORDS_PCI_H
+#define TALVANE_TOOLS_RECORDS_PCI_H
+
+#include <cstdint>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "tools/Json.h"
+
+namespace tool {
+
+struct PciFunction {
+    std::string location;  // "bus:0, dev:31, func:1"
+    std::string className;
+    std::string subClass;
+    int irq;             // 0 for none
+    std::uint32_t base;  // first base address register, flag bits included
+    int revision;
+    std::string status;  // texts, each ended by a semicolon
+};
+
+using PciFunctions = std::vector<PciFunction>;
+
+// Nothing when the source cannot be read.
+std::optional<PciFunctions> ReadPci();
+
+// "00:1f.1"; the location itself when it is none.
+std::string PciAddress(const std::string& location);
+
+std::string ToText(const PciFunctions& functions);
+Json ToJson(const PciFunctions& functions);
+
+}  // namespace tool
+
+#endif

@@ -1,0 +1,54 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Thresholds.h"
+
+#include "Talvane.h"
+#include "tools/Layout.h"
+#include "tools/SensorCode.h"
+
+namespace tool {
+
+std::optional<Thresholds> ReadThresholds() {
+    if (IsIpmiSupport() == 0) return std::nullopt;
+    SensorThresholdInformation record{};
+    // A BMC whose repository is empty is answered like a failure.
+    if (GetAllThresholdInfo(&record) != 0) return Thresholds{};
+    Thresholds thresholds;
+    for (int i = 0; i < record.quantity; ++i) {
+        const SensorThresholdInfo& info = record.SensorThreshold[i];
+        thresholds.push_back({info.DeviceID, info.SensorType, AllOf(LimitValues<double>(info))});
+    }
+    return thresholds;
+}
+
+std::string ToText(const Thresholds& thresholds) {
+    std::vector<Column> columns{{"No.", Column::Align::right}, {"Entity"}, {"Type"}};
+    AddLimitColumns(columns);
+    std::vector<Row> rows;
+    for (const Threshold& threshold : thresholds) {
+        Row row{std::to_string(rows.size() + 1), EntityText(threshold.entity),
+                SensorTypeText(threshold.type)};
+        AddLimitCells(row, threshold.limits);
+        rows.push_back(row);
+    }
+    std::vector<std::string> blocks{TableBlock(columns, rows)};
+    if (!rows.empty()) {
+        blocks.push_back(NoteBlock(kLimitLegend));
+        blocks.push_back(
+            NoteBlock("The library reads these by place in the sensor repository, not "
+                      "by sensor number."));
+        blocks.push_back(NoteBlock("What the BMC holds for each sensor: talvane sensors."));
+    }
+    return Section("Thresholds", blocks);
+}
+
+Json ToJson(const Thresholds& thresholds) {
+    Json list = Json::array();
+    for (const Threshold& threshold : thresholds)
+        list.push_back({{"entity", threshold.entity},
+                        {"type", threshold.type},
+                        {"thresholds", LimitsJson(threshold.limits)}});
+    return list;
+}
+
+}  // namespace tool

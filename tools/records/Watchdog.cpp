@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+
+#include "tools/records/Watchdog.h"
+
+#include <cstdio>
+
+#include "Talvane.h"
+
+namespace tool {
+
+std::optional<Watchdog> ReadWatchdog() {
+    unsigned char action = 0;
+    Watchdog watchdog{};
+    if (GetWatchDogTimer(&action, &watchdog.timeout, &watchdog.left) != 0) return std::nullopt;
+    watchdog.action = action;
+    return watchdog;
+}
+
+std::string ActionText(int action) {
+    const auto index = static_cast<std::size_t>(action);
+    return index < kWatchdogActions.size() ? kWatchdogActions[index] : std::to_string(action);
+}
+
+std::string SecondsText(int milliseconds) {
+    char text[32];
+    std::snprintf(text, sizeof text, "%.1f s", milliseconds / 1000.0);
+    return text;
+}
+
+std::vector<Fact> WatchdogFacts(const Watchdog& watchdog) {
+    return {{"Action", ActionText(watchdog.action)},
+            {"Timeout", SecondsText(watchdog.timeout)},
+            {"Left", SecondsText(watchdog.left)}};
+}
+
+std::string ToText(const Watchdog& watchdog) {
+    return Section("Watchdog", {FactBlock(WatchdogFacts(watchdog))});
+}
+
+Json ToJson(const Watchdog& watchdog) {
+    return {{"action", ActionText(watchdog.action)},
+            {"timeoutMilliseconds", watchdog.timeout},
+            {"leftMilliseconds", watchdog.left}};
+}
+
+}  // namespace tool

@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+//
+// A file descriptor that is closed when it is no longer needed.
+#ifndef TALVANE_TOOLS_SOURCES_DESCRIPTOR_H
+#define TALVANE_TOOLS_SOURCES_DESCRIPTOR_H
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace tool {
+
+class Descriptor {
+public:
+    // Opens a path; errno tells why when it is not open afterwards.
+    Descriptor(const char* path, int flags) : descriptor_(open(path, flags | O_CLOEXEC)) {}
+    // Takes over an open one; negative for none.
+    explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
+    ~Descriptor() {
+        if (IsOpen()) (void)close(descriptor_);  // result not used: nothing is lost by it
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+
+    bool IsOpen() const { return descriptor_ >= 0; }
+    int Get() const { return descriptor_; }
+
+private:
+    int descriptor_;
+};
+
+}  // namespace tool
+
+#endif

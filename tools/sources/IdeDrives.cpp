@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+//
+// Why drives and their sectors could not be read.
+
+#include <dirent.h>
+#include <fcntl.h>
+
+#include <cerrno>
+
+#include "tools/Source.h"
+#include "tools/records/Drives.h"
+#include "tools/sources/Descriptor.h"
+#include "tools/sources/ErrorText.h"
+
+namespace tool {
+namespace {
+
+std::string WhyDrivesNotRead() {
+    DIR* const folder = opendir("/proc/ide");
+    if (folder == nullptr) return "cannot open /proc/ide: " + ErrorText(errno, "no IDE controller");
+    (void)closedir(folder);  // result not used: nothing was read
+    return "the drives in /proc/ide could not be listed";
+}
+
+std::string WhyDisksNotRead() {
+    for (const Drive& drive : ReadDrives().value_or(Drives{})) {
+        const std::string path = DevicePath(drive);
+        const Descriptor disk(path.c_str(), O_RDONLY);
+        if (!disk.IsOpen())
+            return "cannot open " + path + ": " + ErrorText(errno, "there is no such device file");
+    }
+    return "a disk could not be opened";
+}
+
+}  // namespace
+
+const Source kIdeDrives{"/proc/ide", WhyDrivesNotRead};
+const Source kDisks{"/dev/hd*", WhyDisksNotRead};
+
+}  // namespace tool
