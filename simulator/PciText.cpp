@@ -5,7 +5,8 @@
 
 #include "PciText.h"
 
-#include <regex>
+#include <charconv>
+#include <optional>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -13,30 +14,71 @@
 namespace sim {
 namespace {
 
-const std::regex& functionLine() {
-    static const std::regex pattern(
-        "(?:([0-9a-f]+):)?([0-9a-f]{2}):([0-9a-f]{2})\\.([0-7])(?: .*)?");
-    return pattern;
+// Takes a hexadecimal number of so many digits at most and the character behind it off the front.
+// Nothing, and the text as it was, when they do not stand there.
+std::optional<unsigned> take(std::string_view& text, std::size_t digits, char behind) {
+    unsigned value = 0;
+    const char* const end = text.data() + text.size();
+    const auto [stop, error] = std::from_chars(text.data(), end, value, 16);
+    const auto length = static_cast<std::size_t>(stop - text.data());
+    if (error != std::errc() || length > digits || stop == end || *stop != behind)
+        return std::nullopt;
+    text.remove_prefix(length + 1);
+    return value;
 }
 
-const std::regex& bytesLine() {
-    static const std::regex pattern("([0-9a-f]{2,3}):((?: [0-9a-f]{2}){1,16}) *");
-    return pattern;
+struct FunctionLine {
+    unsigned domain = 0;
+    PciLocation location;
+};
+
+std::optional<FunctionLine> functionLine(std::string_view line) {
+    FunctionLine result;
+    std::optional<unsigned> bus = take(line, 8, ':');
+    if (!bus) return std::nullopt;
+    std::optional<unsigned> device = take(line, 2, ':');
+    if (device) {
+        result.domain = *bus;
+        bus = device;
+    }
+    device = take(line, 2, '.');
+    const std::string withBlank = std::string(line) + ' ';  // the line may end with the function
+    std::string_view rest = withBlank;
+    const std::optional<unsigned> function = take(rest, 1, ' ');
+    if (!device || !function || *bus > 0xFF || *function > 7) return std::nullopt;
+    result.location = {*bus, *device, *function};
+    return result;
 }
 
-unsigned hexadecimal(const std::string& digits) {
-    return static_cast<unsigned>(std::stoul(digits, nullptr, 16));
+struct BytesLine {
+    unsigned offset = 0;
+    Bytes bytes;
+};
+
+std::optional<BytesLine> bytesLine(std::string_view line) {
+    BytesLine result;
+    const std::optional<unsigned> offset = take(line, 3, ':');
+    if (!offset) return std::nullopt;
+    result.offset = *offset;
+    std::istringstream words{std::string(line)};
+    for (std::string word; words >> word;) {
+        word += ' ';
+        std::string_view digits = word;
+        const std::optional<unsigned> byte = take(digits, 2, ' ');
+        if (!byte) return std::nullopt;
+        result.bytes.push_back(static_cast<std::uint8_t>(*byte));
+    }
+    return result;
 }
 
 class Reader {
 public:
     void read(const std::string& line) {
-        std::smatch part;
         if (line.empty() || line.front() == ' ' || line.front() == '\t') return;
-        if (std::regex_match(line, part, functionLine()))
-            startFunction(part);
-        else if (std::regex_match(line, part, bytesLine()))
-            addBytes(part);
+        if (const auto function = functionLine(line))
+            startFunction(*function);
+        else if (const auto bytes = bytesLine(line))
+            addBytes(*bytes);
         else
             throw std::runtime_error("neither a function nor its bytes");
     }
@@ -44,27 +86,24 @@ public:
     std::map<PciLocation, Bytes> functions;
 
 private:
-    void startFunction(const std::smatch& part) {
-        const PciLocation location = {hexadecimal(part[2]), hexadecimal(part[3]),
-                                      hexadecimal(part[4])};
+    void startFunction(const FunctionLine& line) {
         expected_ = 0;
-        if (location.device > 31) throw std::runtime_error("there is no device above 1f");
-        if (part[1].matched && hexadecimal(part[1]) != 0) {
+        if (line.location.device > 31) throw std::runtime_error("there is no device above 1f");
+        if (line.domain != 0) {
             current_ = &outOfReach_;
             return;
         }
-        const auto [function, fresh] = functions.try_emplace(location);
-        if (!fresh) throw std::runtime_error("the function " + location.text() + " is here twice");
+        const auto [function, fresh] = functions.try_emplace(line.location);
+        if (!fresh)
+            throw std::runtime_error("the function " + line.location.text() + " is here twice");
         current_ = &function->second;
     }
 
-    void addBytes(const std::smatch& part) {
+    void addBytes(const BytesLine& line) {
         if (current_ == nullptr) throw std::runtime_error("bytes before the first function");
-        if (hexadecimal(part[1]) != expected_) throw std::runtime_error("bytes are missing");
-        std::istringstream bytes(part[2]);
-        for (std::string digits; bytes >> digits; ++expected_)
-            if (expected_ < PciBus::kConfigurationSize)
-                current_->push_back(static_cast<std::uint8_t>(hexadecimal(digits)));
+        if (line.offset != expected_) throw std::runtime_error("bytes are missing");
+        for (const std::uint8_t byte : line.bytes)
+            if (expected_++ < PciBus::kConfigurationSize) current_->push_back(byte);
     }
 
     Bytes* current_ = nullptr;

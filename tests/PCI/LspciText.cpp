@@ -2,50 +2,55 @@
 
 #include "PCI/LspciText.h"
 
-#include <regex>
+#include <cstdio>
 #include <sstream>
 
 namespace {
 
-unsigned Hex(const std::string& digits) {
-    return static_cast<unsigned>(std::stoul(digits, nullptr, 16));
-}
-
 // The number behind a word such as "(rev ", else 0.
 unsigned HexBehind(const std::string& line, const std::string& word) {
     const std::size_t at = line.find(word);
-    return at == std::string::npos ? 0 : Hex(line.substr(at + word.size(), 2));
+    return at == std::string::npos
+               ? 0
+               : static_cast<unsigned>(std::stoul(line.substr(at + word.size(), 2), nullptr, 16));
+}
+
+// A line such as "00:1f.1 IDE interface [0101]: Maker Name [8086:24db] (rev 02) (prog-if 8a [..])",
+// with or without a domain in front. Returns whether it is one.
+bool ReadHead(const std::string& line, LspciFunction& to, unsigned& domain) {
+    int end = 0;
+    const char* text = line.c_str();
+    if (std::sscanf(text, "%x:%2x:%2x.%1u %n", &domain, &to.bus, &to.device, &to.function, &end) !=
+        4) {
+        domain = 0;
+        if (std::sscanf(text, "%2x:%2x.%1u %n", &to.bus, &to.device, &to.function, &end) != 3)
+            return false;
+    }
+    const std::size_t code = line.find(" [", static_cast<std::size_t>(end));
+    if (code == std::string::npos) return false;
+    to.className = line.substr(static_cast<std::size_t>(end), code - static_cast<std::size_t>(end));
+    to.revision = HexBehind(line, "(rev ");
+    to.progIf = HexBehind(line, "(prog-if ");
+    return std::sscanf(text + code, " [%2x%2x]:", &to.classCode, &to.subClass) == 2;
 }
 
 }  // namespace
 
 std::vector<LspciFunction> ReadLspci(std::string_view text) {
-    static const std::regex head(
-        "(?:([0-9a-f]+):)?([0-9a-f]{2}):([0-9a-f]{2})\\.([0-7]) (.*?) \\[([0-9a-f]{2})([0-9a-f]{2})"
-        "\\]: .*");
-    static const std::regex interrupt("\tInterrupt: pin . routed to IRQ (\\d+)");
     std::vector<LspciFunction> functions;
     LspciFunction elsewhere;  // of another domain
     LspciFunction* current = &elsewhere;
     std::istringstream lines{std::string(text)};
     for (std::string line; std::getline(lines, line);) {
-        std::smatch part;
-        if (std::regex_match(line, part, head)) {
-            current = &elsewhere;
-            if (part[1].matched && Hex(part[1]) != 0) continue;
-            current = &functions.emplace_back();
-            current->bus = Hex(part[2]);
-            current->device = Hex(part[3]);
-            current->function = Hex(part[4]);
-            current->className = part[5];
-            current->classCode = Hex(part[6]);
-            current->subClass = Hex(part[7]);
-            current->revision = HexBehind(line, "(rev ");
-            current->progIf = HexBehind(line, "(prog-if ");
+        LspciFunction head;
+        unsigned domain = 0;
+        unsigned irq = 0;
+        if (!line.starts_with('\t') && ReadHead(line, head, domain)) {
+            current = domain == 0 ? &functions.emplace_back(head) : &elsewhere;
         } else if (line.starts_with("\tStatus: ")) {
             current->status = line.substr(9);
-        } else if (std::regex_match(line, part, interrupt)) {
-            current->irq = static_cast<unsigned>(std::stoul(part[1]));
+        } else if (std::sscanf(line.c_str(), "\tInterrupt: pin %*c routed to IRQ %u", &irq) == 1) {
+            current->irq = irq;
         } else if (line.starts_with("\tRegion 0: ")) {
             current->firstRegion = line.substr(11);
             current->hasFirstRegion = true;

@@ -2,8 +2,9 @@
 //
 // Captured /proc/ide trees and partition tables, beside what the capture's own tools say of them.
 #include <cctype>
+#include <cstdio>
 #include <map>
-#include <regex>
+#include <sstream>
 
 #include "simulator/SectorText.h"
 #include "storage/StorageTest.h"
@@ -89,11 +90,16 @@ struct DiskCase {
 
 // Sizes in sectors by partition number, from the dump of sfdisk.
 std::map<int, std::uint64_t> PeerSizes(const std::string& name) {
-    static const std::regex line("\\.img(\\d+) : start= *\\d+, size= *(\\d+), type=");
-    const std::string text = ContentOf(SharedData("disk") / (name + ".peer.txt"));
+    std::istringstream lines(ContentOf(SharedData("disk") / (name + ".peer.txt")));
     std::map<int, std::uint64_t> sizes;
-    for (std::sregex_iterator match(text.begin(), text.end(), line), end; match != end; ++match)
-        sizes[std::stoi((*match)[1])] = std::stoull((*match)[2]);
+    for (std::string line; std::getline(lines, line);) {
+        int number = 0;
+        unsigned long long sectors = 0;
+        const std::size_t at = line.find(".img");
+        if (at != std::string::npos &&
+            std::sscanf(line.c_str() + at, ".img%d : start=%*u, size=%llu", &number, &sectors) == 2)
+            sizes[number] = sectors;
+    }
     return sizes;
 }
 
