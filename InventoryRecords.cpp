@@ -51,9 +51,8 @@ void FillProcessor(SmBios& reader, int index, CPU& cpu) {
 }
 
 void FillSupplies(SmBios& reader, void* record, int typeMask) {
-    SystemPowerInformation& power = *static_cast<SystemPowerInformation*>(record);
-    power.TotalNumber = reader.GetPSQuantity(typeMask);
-    for (int n = 1; n <= power.TotalNumber; ++n) {
+    const int supplies = static_cast<SystemPowerInformation*>(record)->TotalNumber;
+    for (int n = 1; n <= supplies; ++n) {
         SYS_POWER& supply =
             ElementAt<SYS_POWER>(record, offsetof(SystemPowerInformation, PowerSupply), n - 1);
         (void)reader.GetPSDeviceName(typeMask, n, supply.DeviceName, sizeof supply.DeviceName);
@@ -130,11 +129,15 @@ void FillPorts(SmBios& reader, void* record) {
 
 void FillPowerSupplies(SmBios& reader, void* record) {
     constexpr int kAllTypes = 15;
-    static_cast<SystemPowerInformation*>(record)->RedundantNumber = reader.GetPSRedundantQuantity();
+    SystemPowerInformation& power = *static_cast<SystemPowerInformation*>(record);
+    power.TotalNumber = reader.GetPSQuantity(kAllTypes);
+    power.RedundantNumber = reader.GetPSRedundantQuantity();
     FillSupplies(reader, record, kAllTypes);
 }
 
 void FillUps(SmBios& reader, void* record) {
+    static_cast<SystemPowerInformation*>(record)->TotalNumber =
+        reader.GetPSQuantity(SmBios::PS_UPS);
     FillSupplies(reader, record, SmBios::PS_UPS);
 }
 

@@ -60,6 +60,17 @@ constexpr InventoryCommand kInventoryCommands[] = {
     {.code = TALVANE_SYSTEM, .fromTable = FillSystem},
 };
 
+int Run(const InventoryCommand& row, void* record) {
+    if (row.fromMachine != nullptr) {
+        row.fromMachine(record);
+        return kSuccess;
+    }
+    SmBios& reader = Bios();
+    if (reader.IsInitOK() == 0) return kFailure;
+    row.fromTable(reader, record);
+    return kSuccess;
+}
+
 }  // namespace
 
 extern "C" {
@@ -67,16 +78,8 @@ extern "C" {
 int GetInfo(unsigned long command, void* buffer) {
     if (NoEntersmBIOS != 0) return kBusy;
     const ReentryGuard guard(NoEntersmBIOS);
-    for (const InventoryCommand& row : kInventoryCommands) {
-        if (row.code != command) continue;
-        if (row.fromMachine != nullptr) {
-            row.fromMachine(buffer);
-            continue;
-        }
-        SmBios& reader = Bios();
-        if (reader.IsInitOK() == 0) return kFailure;
-        row.fromTable(reader, buffer);
-    }
+    for (const InventoryCommand& row : kInventoryCommands)
+        if (row.code == command) return Run(row, buffer);
     return kSuccess;
 }
 

@@ -7,9 +7,6 @@
 
 #include "SmBios/StructureWalk.h"
 
-static_assert(sizeof(HEADER) == 4);
-static_assert(sizeof(BiosDataItem) == 20, "header, three pointers, one length");
-
 namespace {
 
 constexpr int kHighestStringNumber = 20;
@@ -66,7 +63,7 @@ unsigned char* BiosDataItem::GetEndAddress() {
 }
 
 char* BiosDataItem::GetString(int index) const {
-    if (index <= 0 || index > kHighestStringNumber || StringBuffer == nullptr) return nullptr;
+    if (index == 0 || index > kHighestStringNumber || StringBuffer == nullptr) return nullptr;
     char* text = reinterpret_cast<char*>(StringBuffer);
     const char* end = text + StringBufferLength;
     for (int skipped = 1; skipped < index; ++skipped) {

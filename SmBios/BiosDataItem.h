@@ -12,6 +12,7 @@ struct HEADER {
     unsigned char length;  // of the formatted area, these four bytes included
     unsigned short handle;
 };
+static_assert(sizeof(HEADER) == 4, "a memory image");
 
 class TALVANE_EXPORT BiosDataItem {
 public:
@@ -20,6 +21,8 @@ public:
     // A copy that finds no memory is left out: GetFormatedData or GetString then answer null.
     explicit BiosDataItem(unsigned char* structure);
     ~BiosDataItem();
+    BiosDataItem(const BiosDataItem&) = delete;
+    BiosDataItem& operator=(const BiosDataItem&) = delete;
 
     unsigned char GetType();
     unsigned char GetFormatedDataLength();
@@ -33,18 +36,16 @@ public:
 
     // String `index` of the set, counted from 1, as a terminated text owned by the item. The first
     // two indexes past the last string (three in an empty set) are empty texts; null for those
-    // behind, for 0 and for indexes above 20.
+    // behind, for 0 and for indexes above 20. An index below 0 is the first string.
     char* GetString(int index) const;
 
 private:
-    BiosDataItem(const BiosDataItem&);             // not copyable
-    BiosDataItem& operator=(const BiosDataItem&);  // not assignable
-
     HEADER header;
     unsigned char* FormatedData;
     unsigned char* StringBuffer;
     unsigned char* EndAddress;
     unsigned int StringBufferLength;  // up to and including the second ending zero byte
 };
+static_assert(sizeof(BiosDataItem) == 20, "a header, three pointers and a length");
 
 #endif

@@ -40,16 +40,16 @@ struct DMITableEntryPoint {
 #pragma pack(pop)
 
 static_assert(sizeof(SmBiosTableEntryPoint) == 31, "31 bytes in memory");
-static_assert(offsetof(SmBiosTableEntryPoint, MajorVersion) == 6, "");
-static_assert(offsetof(SmBiosTableEntryPoint, MaxStructureSize) == 8, "");
-static_assert(offsetof(SmBiosTableEntryPoint, IntermediateAnchorString) == 16, "");
-static_assert(offsetof(SmBiosTableEntryPoint, StructureTableLength) == 22, "");
-static_assert(offsetof(SmBiosTableEntryPoint, StructureTableAddress) == 24, "");
-static_assert(offsetof(SmBiosTableEntryPoint, HowManyStructures) == 28, "");
+static_assert(offsetof(SmBiosTableEntryPoint, MajorVersion) == 6, "in memory");
+static_assert(offsetof(SmBiosTableEntryPoint, MaxStructureSize) == 8, "in memory");
+static_assert(offsetof(SmBiosTableEntryPoint, IntermediateAnchorString) == 16, "in memory");
+static_assert(offsetof(SmBiosTableEntryPoint, StructureTableLength) == 22, "in memory");
+static_assert(offsetof(SmBiosTableEntryPoint, StructureTableAddress) == 24, "in memory");
+static_assert(offsetof(SmBiosTableEntryPoint, HowManyStructures) == 28, "in memory");
 
 static_assert(sizeof(DMITableEntryPoint) == 15, "15 bytes in memory");
-static_assert(offsetof(DMITableEntryPoint, StructureTableLength) == 6, "");
-static_assert(offsetof(DMITableEntryPoint, biosStructureTableAddress) == 8, "");
-static_assert(offsetof(DMITableEntryPoint, HowManyStructures) == 12, "");
+static_assert(offsetof(DMITableEntryPoint, StructureTableLength) == 6, "in memory");
+static_assert(offsetof(DMITableEntryPoint, biosStructureTableAddress) == 8, "in memory");
+static_assert(offsetof(DMITableEntryPoint, HowManyStructures) == 12, "in memory");
 
 #endif

@@ -108,6 +108,8 @@ public:
     explicit SmBios(char* ignored);
 
     ~SmBios();
+    SmBios(const SmBios&) = delete;
+    SmBios& operator=(const SmBios&) = delete;
 
     int IsInitOK();                 // 1 once the table has been copied
     unsigned char IsMatchSmBios();  // 1 if an SMBIOS entry point was found
@@ -171,7 +173,7 @@ public:
     int GetFanQuantity();
     int GetFanStatus(int fan, char* buf);
     int GetFanDescription(int fan, char* buf);
-    int GetFanSpeed(int fan, char* buf);
+    int GetFanSpeed(int fan, char* buf);  // a structure without a speed answers a text and -1
 
     // On-board devices (7.11); n counts from 1 over all structures.
     int GetOnBoardDevQuantity();
@@ -193,9 +195,6 @@ public:
     int GetTemperatureCurrent(int location, char* buf);
 
 private:
-    SmBios(const SmBios&);             // not copyable
-    SmBios& operator=(const SmBios&);  // not assignable
-
     // Structure `index` (from 1) of a type, or null. Owned by the caller. Type 0 is the first
     // structure of the table, whatever its type and the index.
     BiosDataItem* GetItem(unsigned char type, unsigned char index);
@@ -254,7 +253,7 @@ private:
     SmBiosTableEntryPoint SmBiosEntry;
     DMITableEntryPoint DmiEntry;
 };
-static_assert(sizeof(SmBios) == 60, "the members above, in this order, without holes");
+static_assert(sizeof(SmBios) == 60, "the members above, two bytes at the end");
 
 // Writes `value` in decimal; `radix` is ignored.
 TALVANE_EXPORT void itoa(int value, char* out, int radix);

@@ -59,11 +59,12 @@ int SmBios::GetSystemSerialNumber(char* buf, unsigned size) {
 // The first board that contains no other objects (blades and the like list them); the only board
 // whether it does or not.
 SmBios::ItemPtr SmBios::Board() {
-    ItemPtr board = ItemAt(TYPE_BASE_BOARD, 1);
-    if (ItemAt(TYPE_BASE_BOARD, 2) == nullptr) return board;
-    for (int index = 2; board != nullptr; board = ItemAt(TYPE_BASE_BOARD, index++))
-        if (ByteAt(FormattedArea(board), kBoardContainedObjects) == 0) break;
-    return board;
+    if (ItemAt(TYPE_BASE_BOARD, 2) == nullptr) return ItemAt(TYPE_BASE_BOARD, 1);
+    for (int index = 1;; ++index) {
+        ItemPtr board = ItemAt(TYPE_BASE_BOARD, index);
+        if (board == nullptr || ByteAt(FormattedArea(board), kBoardContainedObjects) == 0)
+            return board;
+    }
 }
 
 int SmBios::GetBoardManufacturer(char* buf, unsigned size) {

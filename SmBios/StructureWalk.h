@@ -9,9 +9,9 @@
 #include "Bytes.h"
 #include "SmBios/BiosDataItem.h"
 
-// Zero bytes behind the copy of the table. A damaged structure that starts on the table's last byte
-// finds its header, the longest formatted area and the two bytes that end its string set there, so
-// no walk leaves the copy.
+// Zero bytes behind the copy of the table. A damaged structure that starts on the table's last
+// bytes finds its header, the longest formatted area and the two bytes that end its string set
+// there, so no walk leaves the copy.
 constexpr std::size_t kZeroBytesBehindTable = 255 + 2;
 
 [[nodiscard]] HEADER HeaderOf(const unsigned char* structure);
