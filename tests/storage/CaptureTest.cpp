@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
     [](const auto& machine) { return TestName(machine.param.name); });
 
 // One partition that is listed: the kernel's number of it and its type's name. Its size is the
-// peer's, or, where `size` is set, what the walk leaves there.
+// peer's, or, where `sizeOf` is set, what the walk leaves there.
 struct Listed {
     int number;
     const char* fileSystem;
