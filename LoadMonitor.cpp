@@ -115,7 +115,9 @@ int BusyPercent(int cpu) {
     const long total = Wrapped(idle + static_cast<unsigned long>(UserTime[cpu]) +
                                static_cast<unsigned long>(NiceTime[cpu]) +
                                static_cast<unsigned long>(SysTime[cpu]));
-    return static_cast<int>(100 - Wrapped(idle * 100) / total);
+    // In 64 bits: of two wrapped numbers the lowest by -1 has a quotient that 32 do not hold.
+    const long long idlePercent = static_cast<long long>(Wrapped(idle * 100)) / total;
+    return static_cast<int>(Wrapped(static_cast<unsigned long>(100 - idlePercent)));
 }
 
 constexpr const char* kMemoryFile = "Memusage_dat";

@@ -5,6 +5,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <cstring>
+#include <memory>
+#include <string>
+
 #include "CpuTimeText.h"
 
 namespace {
@@ -60,6 +65,28 @@ TEST_F(CpuTimes, LongerNameIsTakenForAShorterOne) {
 TEST_F(CpuTimes, CountersOfTheFullRangeKeepTheirBits) {
     EXPECT_EQ(Scan("cpu0 4294967295 2147483648 2147483647 0\n", 0), 4);
     EXPECT_THAT(times, ElementsAre(-1, -2147483647 - 1, 2147483647, 0));
+}
+
+// Every byte of a text in turn has every value. The texts end where their memory ends.
+TEST(CpuTimesOfDamagedTexts, OnlyTheCountersThatCameAreWritten) {
+    const std::string text = "cpu  9 9 9 9\ncpu0 1 2 3 4\ncpu1 5 6 7 8\n";
+    for (std::size_t at = 0; at < text.size(); ++at)
+        for (int value = 0; value < 0x100; ++value) {
+            const auto damaged = std::make_unique<char[]>(text.size() + 1);
+            std::memcpy(damaged.get(), text.c_str(), text.size() + 1);
+            damaged[at] = static_cast<char>(value);
+            struct {
+                long before = -9;
+                long times[kCpuCounters] = {-1, -2, -3, -4};
+                long behind = -9;
+            } box;
+            const int count = ScanCpuTimes(damaged.get(), 1, box.times);
+            ASSERT_TRUE(count >= -1 && count <= kCpuCounters) << at << " " << value;
+            for (int i = std::max(count, 0); i < kCpuCounters; ++i)
+                ASSERT_EQ(box.times[i], -1 - i) << at << " " << value;
+            ASSERT_EQ(box.before, -9) << at << " " << value;
+            ASSERT_EQ(box.behind, -9) << at << " " << value;
+        }
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <cerrno>
+#include <csignal>
 
 #include "LoadMonitor.h"
 #include "Talvane.h"
@@ -17,6 +18,14 @@ namespace {
 using std::chrono::seconds;
 using ::testing::ElementsAre;
 using ::testing::Not;
+
+// The processor's own exception ends the process, or the sanitizer that comes before it.
+#ifdef __SANITIZE_ADDRESS__
+#define EXPECT_DIVISION_BY_ZERO(statement) EXPECT_DEATH(statement, "division by zero")
+#else
+#define EXPECT_DIVISION_BY_ZERO(statement) \
+    EXPECT_EXIT(statement, ::testing::KilledBySignal(SIGFPE), "")
+#endif
 
 class CpuUsage : public ::testing::Test {
 protected:
@@ -96,9 +105,20 @@ TEST_F(CpuUsage, IdleTicksAHundredTimesOverWrapAround) {
     EXPECT_EQ(ShareOf(10000000, 0, 0, 30000000), 100 + 1294967296 / 40000000);
 }
 
+TEST_F(CpuUsage, QuotientBeyondTheNumbersWrapsAround) {
+    // 100 x 2^29 is the lowest number in 32 bits; the user's ticks make a total of -1.
+    Course("cpu0 0 0 0 0\n", "cpu0 3758096383 0 0 536870912\n");
+    EXPECT_THAT(Measure(), ElementsAre(-2147483548));
+}
+
+TEST_F(CpuUsage, ShareBeyondTheNumbersWrapsAround) {
+    Course("cpu0 0 0 0 0\n", "cpu0 3758096385 0 0 536870912\n");  // a total of 1
+    EXPECT_THAT(Measure(), ElementsAre(-2147483548));
+}
+
 TEST_F(CpuUsage, NoTicksAtAllDivideByZero) {
     Course("cpu0 1 2 3 4\n", "cpu0 1 2 3 4\n");
-    EXPECT_DEATH((void)GetCpuUsageRate(5, &record), "");
+    EXPECT_DIVISION_BY_ZERO((void)GetCpuUsageRate(5, &record));
 }
 
 TEST_F(CpuUsage, OfNineProcessorsEightAreReported) {
@@ -233,6 +253,17 @@ TEST_F(CpuUsage, FileThatCannotBeOpenedIsSaidAndCountsForEveryProcessor) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "File open failed!\n");
 }
 
+TEST_F(CpuUsage, FileThatCannotBeOpenedWhileCountingIsSaidForEachOfEightProcessors) {
+    for (unsigned cpu = 0; cpu < 8; ++cpu)
+        server.stat().setRates(cpu, {.user = cpu * 10, .idle = 100 - cpu * 10});
+    for (unsigned i = 1; i <= 8; ++i) server.fail("open", i);
+    testing::internal::CaptureStdout();
+    EXPECT_THAT(Measure(), ElementsAre(0, 10, 20, 30, 40, 50, 60, 70));
+    std::string said;
+    for (int i = 0; i < 8; ++i) said += "File open failed!\n";
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), said);
+}
+
 TEST_F(CpuUsage, FileThatCannotBeReadIsSaidAndLeavesTheDifferences) {
     server.stat().setText(seconds(0), "cpu0 0 0 0 0\n");
     server.stat().setText(seconds(5), "cpu0 90 0 0 10\n");
@@ -248,7 +279,7 @@ TEST_F(CpuUsage, FileThatCannotBeReadIsSaidAndLeavesTheDifferences) {
 }
 
 TEST_F(CpuUsage, ServerWithoutTheFileCountsEightProcessorsAndDividesByZero) {
-    EXPECT_DEATH((void)GetCpuUsageRate(5, &record), "");
+    EXPECT_DIVISION_BY_ZERO((void)GetCpuUsageRate(5, &record));
 }
 
 }  // namespace
