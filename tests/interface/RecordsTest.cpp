@@ -1,31 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// The layout of the records, from the widths of their fields in order: no holes, and the sizes that
-// agents were built with.
-#include <gtest/gtest.h>
-
-#include <cstddef>
-#include <vector>
-
+// The layout of the records: no holes, and the sizes that agents were built with.
 #include "InformationRecords.h"
+#include "support/RecordLayout.h"
 
 namespace {
-
-struct Field {
-    std::size_t offset;
-    std::size_t width;
-};
-
-void ExpectLayout(const char* record, std::size_t size, const std::vector<Field>& fields,
-                  std::size_t expectedSize) {
-    std::size_t offset = 0;
-    for (std::size_t i = 0; i < fields.size(); ++i) {
-        EXPECT_EQ(fields[i].offset, offset) << record << ", field " << i;
-        offset += fields[i].width;
-    }
-    EXPECT_EQ(offset, expectedSize) << record;
-    EXPECT_EQ(size, expectedSize) << record;
-}
 
 TEST(Records, Cache) {
     ExpectLayout("CACHE", sizeof(CACHE),
