@@ -136,6 +136,11 @@ TEST_F(BiosDataItemTest, GetStringOfZeroAndTwentyOneGiveNull) {
     EXPECT_EQ(item->GetString(INT_MAX), nullptr);
 }
 
+TEST_F(BiosDataItemTest, GetStringOfANegativeIndexSkipsNothing) {
+    MakeWithStrings({"first", "second"});
+    for (const int index : {-1, -20, INT_MIN}) EXPECT_STREQ(item->GetString(index), "first");
+}
+
 TEST_F(BiosDataItemTest, LongStringsAreWhole) {
     const std::string text(3000, 'l');
     MakeWithStrings({"a", text, "b"});

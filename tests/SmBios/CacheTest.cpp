@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Caches of a processor, and the cache structures behind their handles.
+#include <climits>
+
 #include "support/SmBiosTest.h"
 
 namespace {
@@ -185,6 +187,7 @@ TEST_F(CacheTest, FallbackDesignationIsCutToTheSize) {
 }
 
 TEST_F(CacheTest, MissingProcessorAnswersMinusOne) {
+    AddCache(0).string(4, "found by mistake").word(7, 16).word(9, 8).byte(15, 1);
     AddCache(0x701);
     AddProcessor(0x701, 0xFFFF, 0xFFFF);
     Open();
@@ -204,10 +207,11 @@ TEST_F(CacheTest, LevelsOutsideTheStructureReadAHandleOfZero) {
     AddCache(0x701).word(7, 16);
     AddProcessor(0xFFFF, 0xFFFF, 0xFFFF);
     Open();
-    for (const int level : {5, 1000, -14, -1000}) ExpectAll(1, level, Missing());
+    constexpr int kOutside[] = {5, 1000, INT_MAX, -14, -1000, INT_MIN};
+    for (const int level : kOutside) ExpectAll(1, level, Missing());
     AddCache(0).word(7, 32);
     Open();
-    for (const int level : {5, 1000, -14, -1000})
+    for (const int level : kOutside)
         EXPECT_EQ(AskNth(&SmBios::GetCacheMaxSize, 1, level), Terminated("32 KB")) << level;
 }
 

@@ -74,6 +74,18 @@ TEST_F(ItemMemory, GettersSurviveEveryFailedAllocation) {
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));
 }
 
+TEST_F(ItemMemory, DeviceWhoseTextsFindNoMemoryHasNoLocator) {
+    table.add(17, 1, 27).string(16, "DIMM1");
+    Open();
+    char locator[] = "DIMM1";
+    EXPECT_EQ(reader->GetProperMemDev(locator), 1);
+    for (int nth = 1; nth <= 3; ++nth) {  // the item, its formatted area, its strings
+        server.failAllocation(nth);
+        EXPECT_EQ(reader->GetProperMemDev(locator), 0) << nth;
+    }
+    EXPECT_EQ(reader->GetProperMemDev(locator), 1);
+}
+
 TEST_F(ItemMemory, StructuresPassedOverCostNoMemory) {
     for (int i = 0; i < 200; ++i) table.add(9, 0, 4);
     for (int i = 0; i < 200; ++i) table.add(4, static_cast<std::uint16_t>(1000 + i), 4);

@@ -117,10 +117,13 @@ TEST_F(PortTest, DesignatorAsLongAsTheSizeIsShortened) {
     EXPECT_EQ(Description("0123456789abcdef", 16), Copied("0123456789ab..."));
 }
 
-TEST_F(PortTest, DesignatorOfASizeBelowFourIsNotWritten) {
+TEST_F(PortTest, SizeBelowFourAnswersZeroAndWritesNothing) {
+    AddPort().string(6, "COM12345");
+    AddPort().string(6, "C");  // shorter than the size, too
+    Open();
     for (unsigned size = 0; size < 4; ++size) {
-        EXPECT_EQ(Description("COM12345", size).written, "") << size;
-        EXPECT_EQ(Description("C", size).written, "") << size;  // shorter than the size, too
+        EXPECT_EQ(Ask(&SmBios::GetPortDecription, 1, size), NothingWritten()) << size;
+        EXPECT_EQ(Ask(&SmBios::GetPortDecription, 2, size), NothingWritten()) << size;
     }
 }
 

@@ -145,11 +145,11 @@ TEST_F(StructureWalkTest, FormattedAreaCutByTheLengthReadsAsZeroThere) {
     EXPECT_EQ(Handle(4, 2), -1);
 }
 
-TEST_F(StructureWalkTest, LongestFormattedAreaMayStartOnTheLastByteOfTheTable) {
+TEST_F(StructureWalkTest, StructureOfTheTablesLastTwoBytesHasTheLengthThatTheLastOneSays) {
     table.add(9, 1, 4);
     const std::uint8_t header[] = {4, 255, 0, 0};
     table.raw(header);
-    OpenWith(2, 6 + 2);
+    OpenWith(2, 6 + 2);  // the type byte is the last but one, the length the last
     const auto item = Item(4, 1);
     ASSERT_NE(item, nullptr);
     EXPECT_EQ(item->GetFormatedDataLength(), 255);
