@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The command codes of GetInfo: matched exactly, and what each answers without a table.
+#include "simulator/IdeDrive.h"
 #include "support/InterfaceTest.h"
 
 namespace {
@@ -49,6 +50,29 @@ TEST_F(Command, PciReportRunsWithoutASmbiosTable) {
     EXPECT_EQ(GetInfo(0x100000, &record), 0);
     EXPECT_EQ(record.quantity, 0);
     EXPECT_EQ(server.log().count("open"), 0u);
+}
+
+TEST_F(Command, WithoutASmbiosTableTheOtherCommandsStillRunAndReturnZero) {
+    server.pci().set({0, 31, 2}, {0x86, 0x80, 0xD1, 0x24});
+    const sim::IdeDrive disk = sim::makeDisk("ST340014A", 78165360, "5JX7A1B2");
+    disk.image->setEntry(0, 1, {.type = 0x83, .start = 63, .sectors = 20971520});
+    sim::installDrive(server.machine(), 'a', disk);
+
+    for (const unsigned long command : kTableCommands) {
+        RecordImage record(8192);
+        EXPECT_EQ(Get(command, record), -1) << command;
+    }
+    DeviceInformation functions{};
+    EXPECT_EQ(GetInfo(0x100000, &functions), 0);
+    EXPECT_EQ(functions.quantity, 1);
+    StorageInformation drives{};
+    EXPECT_EQ(GetInfo(0x200000, &drives), 0);
+    EXPECT_EQ(drives.quantityIDE, 1);
+    EXPECT_STREQ(drives.driveArray[0].model, "ST340014A");
+    PartitionInformation partitions{};
+    EXPECT_EQ(GetInfo(0x400000, &partitions), 0);
+    EXPECT_EQ(partitions.quantity, 1);
+    EXPECT_STREQ(partitions.partition[0].description, "/dev/hda1");
 }
 
 TEST_F(Command, EveryTableCommandMakesTheReaderItself) {

@@ -16,12 +16,14 @@
 extern "C" BiosDataItem* AgentsGetItem(SmBios* bios, unsigned char type,
                                        unsigned char index) asm("_ZN6SmBios7GetItemEhh");
 
-// Gives the system structure a manufacturer and leaves all others to the library.
+// Gives the system structure a manufacturer, hides ports and caches and leaves all others to the
+// library.
 extern "C" BiosDataItem* AgentsGetItem(SmBios* bios, unsigned char type, unsigned char index) {
     if (type == SmBios::TYPE_SYSTEM_INFO) {
         static unsigned char structure[] = "\1\5\0\1\1Agent Inc.\0";
         return new BiosDataItem(structure);
     }
+    if (type == SmBios::TYPE_PORT_CONNECTOR_INFO || type == SmBios::TYPE_CACHE_INFO) return nullptr;
     const auto getItemOfTheLibrary =
         reinterpret_cast<decltype(&AgentsGetItem)>(dlsym(RTLD_NEXT, "_ZN6SmBios7GetItemEhh"));
     return getItemOfTheLibrary(bios, type, index);
@@ -33,11 +35,20 @@ void itoa(int, char* out, int) {
 
 namespace {
 
-TEST(Interposition, TheGettersWriteNumbersWithTheAgentsItoa) {
+class Interposition : public ::testing::Test {
+protected:
+    // The reader is the process's; each test starts without one.
+    void TearDown() override { release(); }
+
+    void Place() { server.memory().placeSmbios(table.bytes()); }
+
     sim::SimulatedServer server;
     sim::SmbiosTable table;
+};
+
+TEST_F(Interposition, TheGettersWriteNumbersWithTheAgentsItoa) {
     table.add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).byte(24, 0x41).word(20, 3600);
-    server.memory().placeSmbios(table.bytes());
+    Place();
 
     ProcessorInformation processors{};
     ASSERT_EQ(GetInfo(TALVANE_PROCESSORS, &processors), 0);
@@ -45,15 +56,33 @@ TEST(Interposition, TheGettersWriteNumbersWithTheAgentsItoa) {
     EXPECT_STREQ(processors.cpu[0].MaxSpeed, "forty-two MHZ");
 }
 
-TEST(Interposition, TheGettersFindStructuresWithTheAgentsGetItem) {
-    sim::SimulatedServer server;
-    sim::SmbiosTable table;
+TEST_F(Interposition, GettersThatFetchAStructureByItsIndexDoSoWithTheAgentsGetItem) {
     table.add(SmBios::TYPE_SYSTEM_INFO, 0x0100, 8).string(4, "Acme");
-    server.memory().placeSmbios(table.bytes());
+    Place();
 
     SysInformation system{};
     ASSERT_EQ(GetInfo(TALVANE_SYSTEM, &system), 0);
     EXPECT_STREQ(system.manufacturer, "Agent Inc.");
+}
+
+TEST_F(Interposition, GettersThatCountGoThroughTheTableByThemselves) {
+    table.add(SmBios::TYPE_PORT_CONNECTOR_INFO, 0x0800, 9).byte(8, 16);
+    Place();
+
+    IOInformation ports{};
+    ASSERT_EQ(GetInfo(TALVANE_PORTS, &ports), 0);
+    EXPECT_EQ(ports.quantity, 1);
+    EXPECT_STREQ(ports.port[0].type, "");
+}
+
+TEST_F(Interposition, GettersThatSearchGoThroughTheTableByThemselves) {
+    table.add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).word(26, 0x0700);
+    table.add(SmBios::TYPE_CACHE_INFO, 0x0700, 19).byte(15, 5);
+    Place();
+
+    ProcessorInformation processors{};
+    ASSERT_EQ(GetInfo(TALVANE_PROCESSORS, &processors), 0);
+    EXPECT_STREQ(processors.cpu[0].cache[0].speed, "forty-twons");
 }
 
 }  // namespace

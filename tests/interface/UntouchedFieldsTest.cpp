@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+//
+// The fields that no inventory command writes: they keep what the caller put there, in elements
+// that are filled as in those that are not.
+#include <algorithm>
+#include <cstring>
+
+#include "support/InterfaceTest.h"
+
+namespace {
+
+constexpr unsigned char kCallers = 0x7B;
+
+template <class Fields>
+bool Kept(const Fields& field) {
+    const auto* bytes = reinterpret_cast<const unsigned char*>(&field);
+    return std::all_of(bytes, bytes + sizeof field, [](unsigned char b) { return b == kCallers; });
+}
+
+class UntouchedFields : public InterfaceTest {
+protected:
+    // The command's answer in a record that the caller has filled.
+    template <class Record>
+    static Record Ask(unsigned long command) {
+        Record record;
+        std::memset(&record, kCallers, sizeof record);
+        EXPECT_EQ(GetInfo(command, &record), 0);
+        return record;
+    }
+
+    template <class Sensor, std::size_t N>
+    static void ExpectStatusKept(const Sensor (&sensors)[N]) {
+        for (const Sensor& sensor : sensors) EXPECT_TRUE(Kept(sensor.status));
+    }
+};
+
+TEST_F(UntouchedFields, SteppingAndUsageRateOfProcessors) {
+    table.add(7, 0x700, 19).string(4, "L1").word(7, 32).word(9, 16).byte(15, 2);
+    for (int i = 0; i < 8; ++i)
+        table.add(4, 0x400, 35)
+            .byte(6, 178)
+            .string(7, std::string(60, 'm'))
+            .word(18, 65535)
+            .word(20, 65535)
+            .word(22, 65535)
+            .byte(24, 0x41)
+            .word(26, 0x700)
+            .word(28, 0x700)
+            .word(30, 0x700);
+    Place();
+    const auto record = Ask<ProcessorInformation>(0x20000);
+    ASSERT_EQ(record.quantity, 8);
+    for (const CPU& cpu : record.cpu) {
+        EXPECT_STREQ(cpu.family, "Pentium 4 Processor");
+        EXPECT_TRUE(Kept(cpu.stepping));
+        EXPECT_TRUE(Kept(cpu.UsageRate));
+    }
+}
+
+TEST_F(UntouchedFields, ProductNameProductVersionAndBiosEnableOfPowerSupplies) {
+    for (int i = 0; i < 8; ++i)
+        table.add(39, 0x2700, 22)
+            .byte(4, 1)
+            .string(6, std::string(60, 'd'))
+            .string(7, std::string(60, 'm'))
+            .string(8, std::string(60, 's'))
+            .word(14, 6 << 10 | 2);
+    Place();
+    for (const unsigned long command : {0x800000UL, 0x1000000UL}) {
+        const auto record = Ask<SystemPowerInformation>(command);
+        ASSERT_EQ(record.TotalNumber, 8);
+        for (const SYS_POWER& supply : record.PowerSupply) {
+            EXPECT_STREQ(supply.status, "present");
+            EXPECT_TRUE(Kept(supply.ProductName));
+            EXPECT_TRUE(Kept(supply.ProductVersion));
+            EXPECT_TRUE(Kept(supply.BiosEnable));
+        }
+    }
+}
+
+TEST_F(UntouchedFields, StatusOfFans) {
+    for (int i = 0; i < 16; ++i) table.add(27, 0x1B00, 15).byte(6, 0x63).word(12, 65535);
+    Place();
+    const auto record = Ask<FanInformation>(0x2000000);
+    ASSERT_EQ(record.quantity, 16);
+    EXPECT_STREQ(record.fan[15].speed, "65535 rpm");
+    ExpectStatusKept(record.fan);
+}
+
+TEST_F(UntouchedFields, StatusOfVoltagesAndTemperatures) {
+    for (int i = 0; i < 32; ++i) {
+        table.add(26, 0x1A00, 22).byte(5, 0x63).word(6, 12600).word(8, 11400).word(20, 12000);
+        table.add(28, 0x1C00, 22).byte(5, 0x63).word(20, 40);
+    }
+    Place();
+    const auto voltages = Ask<VoltageInformation>(0x4000000);
+    ASSERT_EQ(voltages.quantity, 32);
+    ExpectStatusKept(voltages.voltage);
+    const auto temperatures = Ask<TemperatureInformation>(0x8000000);
+    ASSERT_EQ(temperatures.quantity, 32);
+    ExpectStatusKept(temperatures.temperature);
+}
+
+}  // namespace
