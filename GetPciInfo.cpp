@@ -44,6 +44,7 @@ constexpr unsigned kNamedClasses = sizeof MainDev / sizeof MainDev[0];
 constexpr unsigned char kOtherSubClass = 0x80;
 constexpr unsigned kOtherLimit = 32;
 constexpr unsigned char kNoInterruptLine = 0xFF;
+constexpr int kMostEntries = sizeof DeviceInformation::dev / sizeof DeviceInformation::dev[0];
 
 constexpr int kAttempts = 3;
 constexpr unsigned kPauseSeconds = 5000;
@@ -57,8 +58,8 @@ void SetText(char (&field)[N], const char* text, unsigned limit = N) {
 }
 
 void DescribeFunction(PCIdevice& function, DEV& entry) {
-    (void)std::sprintf(entry.desc, "bus:%d, dev:%d, func:%d", function.getBusNo(),
-                       function.getDevNo(), function.getFuncNo());
+    (void)std::snprintf(entry.desc, sizeof entry.desc, "bus:%d, dev:%d, func:%d",
+                        function.getBusNo(), function.getDevNo(), function.getFuncNo());
     entry.revision = function.getRevisionID();
     std::memset(entry.status, 0, sizeof entry.status);
     AppendStatusTexts(function.getStatus(), entry.status);
@@ -90,9 +91,12 @@ int GetPciInfo(DeviceInformation* info) {
     scan.m_InitOK = privilege.IsRaised();
     std::list<PCIdevice> functions;
     if (!Scan(scan, functions)) return -1;
-    info->quantity = static_cast<int>(functions.size());
-    DEV* entry = info->dev;
-    for (PCIdevice& function : functions) DescribeFunction(function, *entry++);
+    int count = 0;
+    for (PCIdevice& function : functions) {
+        if (count == kMostEntries) break;  // only a scan that an agent replaced finds more
+        DescribeFunction(function, info->dev[count++]);
+    }
+    info->quantity = count;
     return 0;
 }
 

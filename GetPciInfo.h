@@ -17,7 +17,8 @@ extern TALVANE_EXPORT const char MainDev[20][64];
 // seconds, found more functions than the record holds.
 TALVANE_EXPORT int GetPciInfo(DeviceInformation* info);
 
-// Copies at most TargetBufLen - 1 characters and no terminator: pass a zero-filled target.
+// Copies at most TargetBufLen - 1 characters and no terminator: pass a zero-filled target. With a
+// length of 0 nothing is copied.
 TALVANE_EXPORT void CopyString(char* target, const char* source, unsigned int TargetBufLen);
 
 #endif

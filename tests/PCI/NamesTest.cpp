@@ -1,13 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
 // The names of classes and sub-classes, for every code that has some and for all those between. The
-// report takes its functions from this program: PCIscan::getAllDevice can be put in front of the
-// library's own.
+// report takes its functions from this program.
 #include <cstdlib>
 #include <cstring>
 
-#include "PCI/PCIscan.h"
 #include "PCI/PciTest.h"
+#include "PCI/ReplacedScan.h"
 
 namespace {
 
@@ -16,17 +15,6 @@ struct Code {
     unsigned subClass;
     unsigned progIf;
 };
-
-std::list<PCIdevice> functions;
-
-}  // namespace
-
-int PCIscan::getAllDevice(std::list<PCIdevice>& devices) {
-    devices = functions;
-    return 0;
-}
-
-namespace {
 
 constexpr const char* kClassNames[] = {
     "Old devices",
@@ -214,13 +202,13 @@ class PciNames : public PciTest {
 protected:
     // The record after a report of functions with these codes, at most 64.
     const DeviceInformation& ReportOf(const std::vector<Code>& codes) {
-        functions.clear();
+        functionsFound.clear();
         for (const Code& code : codes) {
             PCIdevice function;
             function.header.ClassCode = static_cast<unsigned char>(code.classCode);
             function.header.SubClassCode = static_cast<unsigned char>(code.subClass);
             function.header.ProgIF = static_cast<unsigned char>(code.progIf);
-            functions.push_back(function);
+            functionsFound.push_back(function);
         }
         for (DEV& entry : record.dev) {
             std::memset(&entry, 0, sizeof entry);
