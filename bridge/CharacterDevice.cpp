@@ -25,6 +25,7 @@
 #include "KernelController.h"
 #include "Log.h"
 #include "Readiness.h"
+#include "Reservation.h"
 #include "Rights.h"
 #include "Session.h"
 
@@ -38,9 +39,16 @@ constexpr unsigned kCallerHas32Bits = 1U << 3;
 // More callers at once wait for a thread.
 constexpr unsigned kMaxThreads = 32;
 
+// What all open files share.
+struct Device {
+    DeviceNames names;
+    Reservation reservation;
+};
+
 // An open file of the device.
 struct OpenFile {
-    explicit OpenFile(const std::string& device) : kernel(device), session(kernel) {}
+    OpenFile(const std::string& device, Reservation& reservation)
+        : kernel(device), session(kernel, reservation) {}
 
     KernelController kernel;
     Session session;
@@ -72,7 +80,7 @@ void Replying(fuse_req_t request, Body body) {
 }
 
 void OnInitDone(void* userData) {
-    const auto& names = *static_cast<const DeviceNames*>(userData);
+    const DeviceNames& names = static_cast<const Device*>(userData)->names;
     Log(Priority::kInfo, "/dev/" + names.provided + " is there, carried to " + names.kernel);
     ReportReady();
 }
@@ -81,10 +89,11 @@ void OnInitDone(void* userData) {
 // later, one that finds a device takes it for a working one.
 void OnOpen(fuse_req_t request, fuse_file_info* info) {
     Replying(request, [&] {
-        const auto& names = *static_cast<const DeviceNames*>(fuse_req_userdata(request));
-        auto file = std::make_unique<OpenFile>(names.kernel);
+        Device& device = *static_cast<Device*>(fuse_req_userdata(request));
+        const std::string& kernel = device.names.kernel;
+        auto file = std::make_unique<OpenFile>(kernel, device.reservation);
         if (const int error = file->kernel.Open()) {
-            Log(Priority::kWarning, WithReason("cannot open " + names.kernel, error));
+            Log(Priority::kWarning, WithReason("cannot open " + kernel, error));
             return error == ENOENT ? ENODEV : error;
         }
         info->fh = reinterpret_cast<std::uintptr_t>(file.get());
@@ -193,9 +202,9 @@ int ServeDevice(const DeviceNames& names) {
     std::string foreground = "-f";
     char* arguments[] = {program.data(), foreground.data(), nullptr};
     int multithreaded = 0;
-    DeviceNames userData = names;
+    Device device{names, {}};
     const std::unique_ptr<fuse_session, TearDown> session(
-        cuse_lowlevel_setup(2, arguments, &info, &operations, &multithreaded, &userData));
+        cuse_lowlevel_setup(2, arguments, &info, &operations, &multithreaded, &device));
     if (!session) {
         Log(Priority::kError, "cannot serve a device through /dev/cuse (modprobe cuse, as root)");
         return 1;

@@ -18,11 +18,12 @@ int Session::Serve(std::span<const std::uint8_t> call, Bytes& answer) {
     const auto data = call.subspan(kRecordSize);
     if (data.size() != record.dataLength) return EINVAL;  // changed since it was looked at
 
-    const std::lock_guard<std::mutex> guard(oneAtATime_);
+    const Deadline deadline = Deadline::clock::now() + record.timeout;
+    const std::unique_lock<std::timed_mutex> lock(oneAtATime_, deadline);
+    if (!lock) return ETIMEDOUT;
     const Request request{record.netFn, record.lun, record.command,
                           Bytes(data.begin(), data.end())};
     Response response;
-    const Deadline deadline = Deadline::clock::now() + record.timeout;
     if (const int error = reads_.Exchange(request, deadline, response)) return error;
 
     const std::size_t length = std::min(response.data.size(), kMaxResponse);

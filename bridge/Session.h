@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // What one open file of /dev/ipmi does: it turns its caller's records into requests to the BMC, and
-// what becomes of them into the bytes that the caller gets back. One request at a time.
+// what becomes of them into the bytes that the caller gets back. One request at a time; waiting for
+// that is part of the request's time-out.
 #ifndef TALVANE_BRIDGE_SESSION_H
 #define TALVANE_BRIDGE_SESSION_H
 
@@ -10,13 +11,14 @@
 #include <span>
 
 #include "Message.h"
+#include "Reservation.h"
 #include "WholeReads.h"
 
 namespace bridge {
 
 class Session {
 public:
-    explicit Session(Controller& bmc) : reads_(bmc) {}
+    Session(Controller& bmc, Reservation& reservation) : reads_(bmc, reservation) {}
 
     // Carries out the request of a record (32 bytes) whose data follow it in `call`. Returns 0 and
     // the record with its result, followed by the response, in `answer`; or an errno.
@@ -25,7 +27,7 @@ public:
     [[nodiscard]] unsigned long served() const { return served_; }
 
 private:
-    std::mutex oneAtATime_;
+    std::timed_mutex oneAtATime_;
     WholeReads reads_;
     unsigned long served_ = 0;
 };

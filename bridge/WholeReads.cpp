@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The two reads that come in pieces: Get SDR (IPMI 2.0, 33.12) under a reservation (33.11), and
-// Read FRU Data (34.2).
+// The two reads that come in pieces: Get SDR (IPMI 2.0, 33.12), which takes a reservation, and Read
+// FRU Data (34.2).
 
 #include "WholeReads.h"
 
@@ -12,7 +12,6 @@ namespace {
 
 constexpr std::uint8_t kStorage = 0x0A;  // network function
 constexpr std::uint8_t kReadInventory = 0x11;
-constexpr std::uint8_t kReserveRepository = 0x22;
 constexpr std::uint8_t kGetRecord = 0x23;
 
 // Completion codes (IPMI 2.0, table 5-2).
@@ -40,7 +39,7 @@ constexpr unsigned kInventoryReach = 0x10000;
 // What every BMC returns at once; the smallest buffer, that of IPMB, is 32 bytes.
 constexpr unsigned kPieceSize = 16;
 
-// Others may reserve the repository at the same time. One of them is through before this.
+// Programs beside the bridge may reserve the repository too. One of them is through before this.
 constexpr int kReadsPerRecord = 8;
 
 // In both requests the count is the last byte.
@@ -185,26 +184,14 @@ int WholeReads::ReadRecord(const Request& request, Deadline deadline, Response& 
         return ReadReserved(bmc_, request, deadline, response);
 
     for (int reads = 0; reads < kReadsPerRecord; ++reads) {
-        if (const int error = Reserve(deadline, response)) return error;
+        std::uint16_t id = 0;
+        if (const int error = reservation_.Get(bmc_, deadline, id)) return error;
         Request reserved = request;
-        reserved.data[0] = static_cast<std::uint8_t>(*reservation_);
-        reserved.data[1] = static_cast<std::uint8_t>(*reservation_ >> 8);
+        reserved.data[0] = static_cast<std::uint8_t>(id);
+        reserved.data[1] = static_cast<std::uint8_t>(id >> 8);
         if (const int error = ReadReserved(bmc_, reserved, deadline, response)) return error;
         if (response.completion != kReservationCancelled) return 0;
-        reservation_.reset();
-    }
-    return 0;
-}
-
-int WholeReads::Reserve(Deadline deadline, Response& response) {
-    if (reservation_) return 0;
-    const Request request{kStorage, 0, kReserveRepository, {}};
-    if (const int error = bmc_.Exchange(request, deadline, response)) return error;
-    const bool granted = response.completion == kDone && response.data.size() >= 2;
-    reservation_ = 0;
-    if (granted) {
-        const unsigned id = response.data[0] + 256U * response.data[1];
-        reservation_ = static_cast<std::uint16_t>(id);
+        reservation_.Cancelled(id);
     }
     return 0;
 }

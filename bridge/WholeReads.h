@@ -6,16 +6,14 @@
 #ifndef TALVANE_BRIDGE_WHOLEREADS_H
 #define TALVANE_BRIDGE_WHOLEREADS_H
 
-#include <cstdint>
-#include <optional>
-
 #include "Message.h"
+#include "Reservation.h"
 
 namespace bridge {
 
 class WholeReads : public Controller {
 public:
-    explicit WholeReads(Controller& bmc) : bmc_(bmc) {}
+    WholeReads(Controller& bmc, Reservation& reservation) : bmc_(bmc), reservation_(reservation) {}
 
     // Answers a long read as the BMC would if its buffers had room for it; everything else passes.
     [[nodiscard]] int Exchange(const Request& request, Deadline deadline,
@@ -25,13 +23,10 @@ private:
     // Reads a record in pieces, again when the reservation is cancelled.
     [[nodiscard]] int ReadRecord(const Request& request, Deadline deadline, Response& response);
 
-    // Sees to it that there is a reservation; a BMC that grants none is read without.
-    [[nodiscard]] int Reserve(Deadline deadline, Response& response);
-
     Controller& bmc_;
+    Reservation& reservation_;
     bool recordsRefused_ = false;  // whole ones: asking again would be in vain
     bool inventoryRefused_ = false;
-    std::optional<std::uint16_t> reservation_;
 };
 
 }  // namespace bridge

@@ -33,7 +33,8 @@ Bytes Call() {
 class Session : public ::testing::Test {
 protected:
     FakeBmc bmc;
-    bridge::Session session{bmc};
+    bridge::Reservation reservation;
+    bridge::Session session{bmc, reservation};
     Bytes answer;
 };
 

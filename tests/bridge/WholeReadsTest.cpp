@@ -54,7 +54,8 @@ protected:
     }
 
     FakeBmc bmc;
-    bridge::WholeReads reads{bmc};
+    bridge::Reservation reservation;
+    bridge::WholeReads reads{bmc, reservation};
 };
 
 TEST_F(WholeReads, AGrantedOnePassesUnchanged) {
@@ -99,6 +100,30 @@ TEST_F(WholeReads, ACancelledReservationIsMadeAnewAndTheRecordReadAgain) {
     EXPECT_EQ(response.completion, 0);
     EXPECT_EQ(response.data, WholeRecord());
     EXPECT_THAT(bmc.requests, SizeIs(5 + 6));
+}
+
+TEST_F(WholeReads, AllSessionsReadUnderOneReservation) {
+    bridge::WholeReads other(bmc, reservation);
+    (void)GetRecord();
+    Response response;
+    ASSERT_EQ(
+        other.Exchange({0x0A, 0, 0x23, {0, 0, 8, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
+        0);
+    EXPECT_EQ(response.data, WholeRecord());
+    EXPECT_EQ(GetRecord().data, WholeRecord());
+    EXPECT_EQ(bmc.reservation, 0x0101);
+}
+
+TEST_F(WholeReads, ACancellationThatAnotherSessionHasSeenIsNotAnsweredTwice) {
+    std::uint16_t first = 0;
+    std::uint16_t second = 0;
+    ASSERT_EQ(reservation.Get(bmc, bridge::Deadline::max(), first), 0);
+    reservation.Cancelled(first);
+    ASSERT_EQ(reservation.Get(bmc, bridge::Deadline::max(), second), 0);
+    EXPECT_NE(second, first);
+    reservation.Cancelled(first);
+    ASSERT_EQ(reservation.Get(bmc, bridge::Deadline::max(), first), 0);
+    EXPECT_EQ(first, second);
 }
 
 TEST_F(WholeReads, AReservationThatNeverHoldsIsGivenUp) {
@@ -147,7 +172,7 @@ TEST_F(WholeReads, ARequestForPartOfARecordGetsThatPart) {
 
 TEST_F(WholeReads, TheLongestRecordEndsWithTheReachOfItsOffset) {
     FakeBmc longest(260);
-    bridge::WholeReads whole(longest);
+    bridge::WholeReads whole(longest, reservation);
     Response response;
     ASSERT_EQ(
         whole.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
