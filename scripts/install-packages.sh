@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 #
 # Installs the Debian packages that a task needs and that are missing; does nothing when none is.
-# A bare Debian 12 is enough to start from. Usage: install-packages.sh build|test|bench|lint...
+# A bare Debian 12 is enough to start from. Usage: install-packages.sh build|test|bench|lint|vm...
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
@@ -10,6 +10,8 @@ build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
 test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq"
 bench="$build valgrind dmidecode"
 lint="$build clang-tidy"
+# The emulated machine is put together from Debian's packages.
+vm="$build pkg-config qemu-system-x86 openipmi kmod cpio e2fsprogs python3"
 
 wanted=
 for task in "$@"; do
@@ -18,7 +20,8 @@ for task in "$@"; do
         test) wanted="$wanted $test" ;;
         bench) wanted="$wanted $bench" ;;
         lint) wanted="$wanted $lint" ;;
-        *) echo "install-packages.sh: unknown task '$task' (build, test, bench or lint)" >&2; exit 2 ;;
+        vm) wanted="$wanted $vm" ;;
+        *) echo "install-packages.sh: unknown task '$task' (build, test, bench, lint or vm)" >&2; exit 2 ;;
     esac
 done
 

@@ -1,0 +1,39 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+#
+# Boots an emulated 32-bit machine twice, with a kernel that refuses physical memory and with one
+# that allows it, lets the library read all that is in it, and compares with what dmidecode, lspci,
+# ipmitool, fdisk, hdparm, top and free read there. Prints one table; fails when a difference is not
+# one that docs/kernels.md or docs/behaviour.md explains.
+#
+# With "speed", the library is also timed beside those tools, and docs/performance.md's tables are
+# printed. Downloads are kept in VM_CACHE, by default ~/.cache/talvane-vm; with all of them there, no
+# network is needed. VM_RESULTS names a folder to keep what the machines answered.
+# Usage: vm-test.sh [speed]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+case "$*" in '' | speed) ;; *) echo 'usage: vm-test.sh [speed]' >&2; exit 2 ;; esac
+cache=${VM_CACHE:-$HOME/.cache/talvane-vm}
+export PATH=$PATH:/usr/sbin:/sbin
+
+scripts/install-packages.sh vm >&2
+mkdir -p "$cache"
+cache=$(realpath "$cache")
+vm/fetch.sh "$cache" || exit 1
+vm/build.sh "$cache"
+
+scratch=$(mktemp -d)
+trap 'rm -rf "$scratch"' EXIT
+results=${VM_RESULTS:-$scratch/results}
+payload=$scratch/payload
+vm/payload.sh "$cache" "$payload" "$@" >"$scratch/build.log" 2>&1 || {
+    cat "$scratch/build.log" >&2
+    exit 1
+}
+rm -rf "$results/strict" "$results/relaxed"
+mkdir -p "$results/strict" "$results/relaxed"
+python3 vm/machine.py "$cache" "$payload" "$results/strict"
+python3 vm/machine.py "$cache" "$payload" "$results/relaxed" relaxed "$@"
+
+python3 vm/compare "$results"
+if [ "$*" = speed ]; then python3 vm/compare/speed.py "$results/relaxed"; fi

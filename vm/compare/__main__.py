@@ -1,0 +1,94 @@
+# SPDX-License-Identifier: MIT
+"""Compares what the library answered in the emulated machine with what its peers did.
+
+Usage: compare RESULTS
+
+Prints one table, what the checks of the bridge and of the refusing kernel said among it, and an
+example for each reason of a difference. Fails when a difference has none.
+"""
+
+import json
+import pathlib
+import re
+import sys
+
+import inventory
+import management
+import peers
+import table as tables
+
+
+def load(table, results):
+    compare = lambda *args, **more: table.compare("load", "top, free", *args, **more)
+    answer = json.loads((results / "load.json").read_text())["load"]
+    shares = peers.top((results / "top.txt").read_text())
+    compare("processors", len(answer["processorPercent"]), len(shares))
+    for number, (ours, theirs) in enumerate(zip(answer["processorPercent"], shares)):
+        # The two look at moments of their own, so a few percent lie between them.
+        close = abs(ours - theirs) <= 10
+        compare(f"processor {number}", close or f"{ours} %", True if close else f"{theirs:.1f} %")
+    compare("processor 1, kept busy", answer["processorPercent"][1] >= 95, True)
+    memory = json.loads((results / "memory.json").read_text())["load"]["memoryPercent"]
+    expected = peers.memory_percent((results / "free.txt").read_text())
+    close = abs(memory - expected) <= 1  # the tool itself takes memory
+    compare("memory", close or memory, True if close else expected)
+
+
+def refusing_kernel(table, results):
+    """A kernel that refuses the library's read: SMBIOS is missing, the rest is there."""
+    compare = lambda *args: table.compare("STRICT_DEVMEM", "expectation", *args)
+    report = json.loads((results / "report.json").read_text())
+    for name in ("system", "board", "cpu", "memory", "ports", "power", "fans"):
+        compare(f"{name} missing", report[name], None)
+    compare("reason", [error["source"] for error in report["errors"]], ["/dev/mem"])
+    compare("exit status", (results / "report.status").read_text().strip(), "1")
+    for name in ("sensors", "bmc", "pci", "drives", "partitions", "load"):
+        compare(f"{name} there", bool(report[name]), True)
+    compare("dmidecode has its table from the kernel",
+            bool(peers.dmidecode((results / "dmidecode.txt").read_text())), True)
+
+
+def bridge(table, results):
+    compare = lambda *args: table.compare("bridge", "expectation", *args)
+    for line in (results / "bridge-checks.txt").read_text().splitlines():
+        found = re.match(r"(ok|FAILED) +(.*)", line)
+        if found:
+            compare(found.group(2), found.group(1), "ok")
+    for name, value in peers.facts((results / "bridge-rights.txt").read_text()).items():
+        compare(f"rights: {name}", int(value, 16), 1 if name == "NoNewPrivs" else 0)
+
+
+def main():
+    if len(sys.argv) != 2:
+        sys.exit(__doc__)
+    results = pathlib.Path(sys.argv[1])
+    relaxed = results / "relaxed"
+    read = lambda name: (relaxed / name).read_text()
+    report = json.loads(read("report.json"))
+    sensors = peers.ipmitool_sensors(read("sensors.txt"), read("sensors-verbose.txt"))
+
+    table = tables.Table()
+    inventory.smbios(table, report, read("dmidecode.txt"))
+    inventory.pci(table, report, peers.lspci(read("lspci.txt")),
+                  peers.lspci_bytes(read("lspci-bytes.txt")))
+    management.sensors(table, report, sensors)
+    management.thresholds(table, report, sensors)
+    management.set_threshold(table, read("threshold-before.txt"), read("threshold-after.txt"))
+    management.watchdog(table, relaxed)
+    management.inventory(table, report, read("inventory.txt"), read("controller.txt"))
+    inventory.drives(table, report, relaxed)
+    inventory.partitions(table, report, relaxed)
+    load(table, relaxed)
+    bridge(table, relaxed)
+    refusing_kernel(table, results / "strict")
+
+    print(table.text())
+    print()
+    for line in table.examples():
+        print(line)
+    if table.unexplained:
+        sys.exit(f"\n{len(table.unexplained)} differences are not explained")
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,115 @@
+# SPDX-License-Identifier: MIT
+"""The BMC beside ipmitool: sensors, thresholds, watchdog, inventory."""
+
+import json
+import re
+
+import peers
+
+UNITS = {"degrees C": "degree C", "Volts": "V", "RPM": "RPM"}
+LIMIT_STATES = {"ok": "ok", "nc": "non-critical", "cr": "critical", "nr": "non-recoverable"}
+
+# The one sensor with a negative offset whose accuracy bits are clear. The library takes the two
+# halves of such an offset apart and so reads -513 for -257.
+HALVED_OFFSET = "-12V"
+HALVED_OFFSET_ERROR = -256 * 0.1
+
+# What a raw 0 is converted to by the fans whose offset is not 0.
+RAW_ZERO = {"Fan 4": 400.0}
+
+
+def reading_text(sensor, value):
+    if sensor["unit"] == "RPM":
+        return f"{int(value)}{UNITS['RPM']}"
+    return f"{value + 1e-9:.2f}{UNITS[sensor['unit']]}"
+
+
+def sensors(table, report, theirs):
+    compare = lambda *args, **more: table.compare("sensors", "ipmitool", *args, **more)
+    ours_by_name = {}
+    for group in ("temperatures", "voltages", "fans"):
+        for sensor in report["sensors"][group]["sensors"]:
+            ours_by_name[sensor["name"]] = sensor
+    compare("names", list(ours_by_name), [sensor["name"] for sensor in theirs])
+    for sensor in theirs:
+        name = sensor["name"]
+        ours = ours_by_name[name]
+        halved = name == HALVED_OFFSET
+        compare(f"{name} number", ours["number"], sensor["number"])
+        compare(f"{name} entity", ours["entity"], sensor["entity"])
+        shifted = reading_text(sensor, sensor["reading"] + HALVED_OFFSET_ERROR)
+        compare(f"{name} reading", ours["reading"], reading_text(sensor, sensor["reading"]),
+                explained=[("absent-processor", name == "CPU 2 Temp" and ours["reading"] == "Unknown"),
+                           ("offset-in-halves", halved and ours["reading"] == shifted)])
+        state = (ours["limit"] or "").removeprefix("lower ").removeprefix("upper ")
+        compare(f"{name} state", state, LIMIT_STATES[sensor["limit"]],
+                explained=[("absent-processor", name == "CPU 2 Temp" and state == "")])
+        for limit, value in sensor["thresholds"].items():
+            mine = round(ours["thresholds"][limit], 3)
+            compare(f"{name} {limit}", mine, value,
+                    explained=[("offset-in-halves",
+                                halved and abs(mine - value - HALVED_OFFSET_ERROR) < 0.001)])
+
+
+def thresholds(table, report, theirs):
+    """The library's own list, which it reads by place in the repository."""
+    compare = lambda *args, **more: table.compare("threshold list", "ipmitool", *args, **more)
+    compare("records", len(report["thresholds"]), report["sensors"]["records"])
+    for place, sensor in enumerate(theirs):
+        ours = report["thresholds"][place]
+        compare(f"{sensor['name']} entity", ours["entity"], sensor["entity"])
+        # No sensor has the number of this place, so what is converted is a raw 0.
+        elsewhere = sensor["number"] != place
+        nothing = RAW_ZERO.get(sensor["name"], 0.0)
+        for limit, value in sensor["thresholds"].items():
+            mine = round(ours["thresholds"][limit], 3)
+            compare(f"{sensor['name']} {limit}", mine, value,
+                    explained=[("thresholds-by-place", elsewhere and mine == nothing),
+                               ("offset-in-halves", sensor["name"] == HALVED_OFFSET
+                                and abs(mine - value - HALVED_OFFSET_ERROR) < 0.001)])
+
+
+def set_threshold(table, before, after):
+    compare = lambda *args, **more: table.compare("threshold set", "ipmitool", *args, **more)
+    for name in ("Lower Non-Recoverable", "Lower Critical", "Lower Non-Critical",
+                 "Upper Non-Critical", "Upper Non-Recoverable"):
+        compare(name, peers.facts(after)[name], peers.facts(before)[name])
+    compare("Upper Critical", peers.facts(after)["Upper Critical"], "1.420")
+
+
+ACTIONS = {"none": "No action (0x00)", "power-cycle": "Power Cycle (0x03)"}
+
+
+def watchdog(table, results):
+    """The simulated BMC does not say how much of the time is left, so that is not compared."""
+    compare = lambda *args, **more: table.compare("watchdog", "ipmitool", *args, **more)
+    for step, action, milliseconds in (("set", "power-cycle", 90000), ("reset", "power-cycle", 90000),
+                                       ("stop", "none", 180000)):
+        ours = json.loads((results / f"watchdog-{step}.json").read_text())["watchdog"]
+        theirs = peers.facts((results / f"watchdog-{step}.txt").read_text())
+        compare(f"{step}: action asked", ours["action"], action)
+        compare(f"{step}: action", ACTIONS[ours["action"]], theirs["Watchdog Timer Action"])
+        compare(f"{step}: time-out asked", ours["timeoutMilliseconds"], milliseconds)
+        compare(f"{step}: time-out", f"{ours['timeoutMilliseconds'] / 1000:.1f} sec",
+                theirs["Initial Countdown"])
+        compare(f"{step}: use", "SMS/OS (0x04)", theirs["Watchdog Timer Use"])
+
+
+def inventory(table, report, fru, controller):
+    compare = lambda *args, **more: table.compare("inventory", "ipmitool", *args, **more)
+    theirs = peers.facts(fru)
+    ours = report["bmc"]
+    compare("firmware", ours["firmware"], peers.facts(controller)["Firmware Revision"])
+    for area, field, name in (
+            ("board", "manufacturer", "Board Mfg"), ("board", "product", "Board Product"),
+            ("board", "serialNumber", "Board Serial"), ("board", "partNumber", "Board Part Number"),
+            ("chassis", "partNumber", "Chassis Part Number"),
+            ("chassis", "serialNumber", "Chassis Serial"),
+            ("product", "manufacturer", "Product Manufacturer"),
+            ("product", "name", "Product Name"), ("product", "partNumber", "Product Part Number"),
+            ("product", "version", "Product Version")):
+        compare(name, ours[area][field], theirs[name])
+    start = ours["product"]["serialNumberStart"]
+    compare("Product Serial", start, theirs["Product Serial"],
+            explained=[("product-serial-cut", len(start) == len(theirs["Product Serial"]) - 1
+                        and theirs["Product Serial"].startswith(start))])

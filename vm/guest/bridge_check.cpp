@@ -1,0 +1,278 @@
+// SPDX-License-Identifier: MIT
+//
+// Asks the bridge's device what agents ask, and what they should not, and says for each line
+// whether the answer was right. Runs in the emulated machine, as a 32-bit program like the agents.
+// Usage: bridge_check requests|nonsense|many|silent|gone
+
+#include <fcntl.h>
+#include <sys/ioctl.h>
+#include <sys/mman.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr unsigned long kSendMessage = 0xC0045301;
+constexpr std::uint8_t kUntouched = 0xA5;
+constexpr std::uint8_t kStorage = 0x0A;
+constexpr std::uint8_t kSensors = 0x04;
+constexpr std::uint8_t kApplication = 0x06;
+
+// The driver's record, in the layout of a 32-bit program.
+struct Record {
+    std::uint8_t command = 0;
+    std::uint8_t responder = 0xFF;
+    std::uint8_t bus = 0;
+    std::uint8_t netFn = 0;
+    std::uint8_t lun = 0;
+    const void* data = nullptr;
+    std::uint32_t dataLength = 0;
+    std::uint32_t timeout = 3000;
+    void* response = nullptr;
+    std::uint32_t responseLength = 0xDEADBEEF;
+    std::uint8_t completion = kUntouched;
+};
+static_assert(sizeof(Record) == 32);
+
+struct Answer {
+    int error = 0;
+    std::uint8_t completion = 0;
+    Bytes data;
+    bool restUntouched = false;  // of the response buffer, behind the data
+};
+
+bool allRight = true;
+
+void Check(const std::string& what, bool right) {
+    std::cout << (right ? "ok      " : "FAILED  ") << what << std::endl;
+    allRight = allRight && right;
+}
+
+int Open() {
+    const int device = open("/dev/ipmi", O_RDONLY);
+    if (device < 0) Check("/dev/ipmi can be opened", false);
+    return device;
+}
+
+int Send(int device, Record record) {
+    return ioctl(device, kSendMessage, &record) == 0 ? 0 : errno;
+}
+
+Answer Ask(int device, std::uint8_t netFn, std::uint8_t command, const Bytes& data,
+           std::uint32_t timeout = 3000) {
+    std::array<std::uint8_t, 256> response;
+    response.fill(kUntouched);
+    Record record;
+    record.netFn = netFn;
+    record.command = command;
+    record.data = data.empty() ? nullptr : data.data();
+    record.dataLength = static_cast<std::uint32_t>(data.size());
+    record.timeout = timeout;
+    record.response = response.data();
+    Answer answer;
+    if (ioctl(device, kSendMessage, &record) != 0) {
+        answer.error = errno;
+        return answer;
+    }
+    answer.completion = record.completion;
+    const auto length = std::min<std::size_t>(record.responseLength, response.size());
+    const auto end = response.begin() + static_cast<std::ptrdiff_t>(length);
+    answer.data.assign(response.begin(), end);
+    answer.restUntouched =
+        std::all_of(end, response.end(), [](std::uint8_t byte) { return byte == kUntouched; });
+    return answer;
+}
+
+// The record with this ID, read in two pieces of the caller's own.
+Bytes RecordInPieces(int device, std::uint8_t id) {
+    const Bytes reservation = Ask(device, kStorage, 0x22, {}).data;
+    if (reservation.size() != 2) return {};
+    Bytes record;
+    std::uint8_t end = 5;
+    while (record.size() < end) {
+        const auto offset = static_cast<std::uint8_t>(record.size());
+        const auto count = static_cast<std::uint8_t>(std::min(end - offset, 16));
+        const Answer piece =
+            Ask(device, kStorage, 0x23, {reservation[0], reservation[1], id, 0, offset, count});
+        if (piece.completion != 0 || piece.data.size() != count + 2U) return {};
+        record.insert(record.end(), piece.data.begin() + 2, piece.data.end());
+        if (offset == 0) end = static_cast<std::uint8_t>(5 + record[4]);
+    }
+    return record;
+}
+
+void CheckRequests() {
+    const int device = Open();
+    const Answer id = Ask(device, kApplication, 0x01, {});
+    Check("Get Device ID: completion code 0", id.error == 0 && id.completion == 0);
+    Check("Get Device ID: the response begins behind the completion code",
+          id.data.size() == 15 && id.data[0] == 0x2A && id.data[2] == 0x02 && id.data[3] == 0x41);
+    Check("Get Device ID: nothing written behind the response", id.restUntouched);
+
+    const Answer unknown = Ask(device, kApplication, 0x7D, {});
+    Check("unknown command: completion code 0xC1 in its field", unknown.completion == 0xC1);
+    Check("unknown command: no byte of response", unknown.data.empty() && unknown.restUntouched);
+
+    const Answer whole = Ask(device, kStorage, 0x23, {0, 0, 1, 0, 0, 0xFF});
+    const Bytes pieces = RecordInPieces(device, 1);
+    Check("whole sensor data record: longer than the BMC's buffer", whole.data.size() > 50);
+    Check("whole sensor data record: the bytes of its pieces",
+          whole.data.size() == pieces.size() + 2 &&
+              std::equal(pieces.begin(), pieces.end(), whole.data.begin() + 2));
+    Check("whole sensor data record: nothing written behind it", whole.restUntouched);
+
+    const Answer area = Ask(device, kStorage, 0x11, {0, 0, 0, 0xF8});
+    Check("long inventory read: all 248 bytes", area.completion == 0 && area.data.size() == 249 &&
+                                                    area.data[0] == 248 && area.data[1] == 1);
+    (void)close(device);
+}
+
+void CheckNonsense() {
+    const int device = Open();
+    std::array<std::uint8_t, 256> response;
+    Record good;
+    good.netFn = kApplication;
+    good.command = 0x01;
+    good.response = response.data();
+    const auto with = [&](const std::function<void(Record&)>& change) {
+        Record record = good;
+        change(record);
+        return Send(device, record);
+    };
+    Check("another ioctl: ENOTTY", ioctl(device, 0xC0045302UL, &good) != 0 && errno == ENOTTY);
+    Check("no record: EFAULT", ioctl(device, kSendMessage, nullptr) != 0 && errno == EFAULT);
+    Check("network function of a response: EINVAL",
+          with([](Record& r) { r.netFn = 0x07; }) == EINVAL);
+    Check("network function of seven bits: EINVAL",
+          with([](Record& r) { r.netFn = 0x46; }) == EINVAL);
+    Check("another responder: EINVAL", with([](Record& r) { r.responder = 0x82; }) == EINVAL);
+    Check("another bus: EINVAL", with([](Record& r) { r.bus = 1; }) == EINVAL);
+    Check("fifth LUN: EINVAL", with([](Record& r) { r.lun = 4; }) == EINVAL);
+    Check("data of 4 GB: EINVAL", with([&](Record& r) {
+                                      r.data = &good;
+                                      r.dataLength = 0xFFFFFFFF;
+                                  }) == EINVAL);
+    Check("data nowhere: EFAULT", with([](Record& r) { r.dataLength = 4; }) == EFAULT);
+    Check("response nowhere: EFAULT", with([](Record& r) { r.response = nullptr; }) == EFAULT);
+    void* const closed = mmap(nullptr, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    Check("data not readable: EFAULT", with([&](Record& r) {
+                                           r.data = closed;
+                                           r.dataLength = 4;
+                                       }) == EFAULT);
+    Check("response not writable: EFAULT", with([&](Record& r) { r.response = closed; }) == EFAULT);
+    Check("and a good request is answered as ever", Send(device, good) == 0);
+    (void)close(device);
+}
+
+// A caller among several: whole records, for which all want the one reservation, and readings.
+bool AskManyTimes(int caller) {
+    const int device = Open();
+    const auto id = static_cast<std::uint8_t>(caller + 1);
+    const Bytes record = Ask(device, kStorage, 0x23, {0, 0, id, 0, 0, 0xFF}).data;
+    bool right = record.size() > 50;
+    for (int i = 0; i < 10 && right; ++i) {
+        const Answer again = Ask(device, kStorage, 0x23, {0, 0, id, 0, 0, 0xFF}, 30000);
+        const Answer reading = Ask(device, kSensors, 0x2D, {record[9]}, 30000);
+        right = again.error == 0 && again.data == record && reading.completion == 0 &&
+                reading.data.size() >= 2;
+    }
+    (void)close(device);
+    return right;
+}
+
+void CheckMany() {
+    constexpr int kCallers = 6;
+    std::map<pid_t, int> callers;
+    for (int caller = 0; caller < kCallers; ++caller) {
+        const pid_t child = fork();
+        if (child == 0) _exit(AskManyTimes(caller) ? 0 : 1);
+        callers[child] = caller;
+    }
+    int right = 0;
+    int status = 0;
+    for (pid_t child = wait(&status); child > 0; child = wait(&status))
+        if (status == 0) ++right;
+    Check(std::to_string(kCallers) + " callers at once: each gets its own answers",
+          right == kCallers);
+}
+
+// The emulator's side of the console stops and continues the BMC.
+void TellHost(const std::string& order) {
+    std::fstream console("/dev/ttyS0");
+    console << order << std::endl;
+    std::string done;
+    std::getline(console, done);
+}
+
+void CheckSilent() {
+    using Clock = std::chrono::steady_clock;
+    const int device = Open();
+    TellHost("@bmc stop");
+    const auto start = Clock::now();
+    const Answer silent = Ask(device, kApplication, 0x01, {}, 1000);
+    const std::chrono::duration<double> waited = Clock::now() - start;
+    TellHost("@bmc continue");
+    Check("BMC that does not answer: ETIMEDOUT", silent.error == ETIMEDOUT);
+    Check("BMC that does not answer: after the stated second",
+          waited.count() >= 1.0 && waited.count() < 2.5);
+    const Answer next = Ask(device, kSensors, 0x2D, {4}, 20000);
+    Check("and when it does again: the answer to this question, not to the last",
+          next.error == 0 && next.completion == 0 && next.data.size() < 15 && next.data[0] == 192);
+    (void)close(device);
+}
+
+void Write(const std::string& file, const std::string& text) {
+    std::ofstream(file) << text << std::flush;
+}
+
+void CheckGone() {
+    const std::filesystem::path interface = "/sys/class/ipmi/ipmi0/device";
+    const std::string name = std::filesystem::canonical(interface).filename();
+    const std::string driver = std::filesystem::canonical(interface / "driver").string() + '/';
+    const int device = Open();
+    Check("before the device disappears: answered", Ask(device, kApplication, 0x01, {}).error == 0);
+    Write(driver + "unbind", name);
+    Check("device that disappears: an errno", Ask(device, kApplication, 0x01, {}).error != 0);
+    const int late = open("/dev/ipmi", O_RDONLY);
+    Check("without the device: /dev/ipmi cannot be opened (ENODEV)", late < 0 && errno == ENODEV);
+    Write(driver + "bind", name);
+    Answer back;
+    for (int tries = 0; tries < 100 && back.data.empty(); ++tries) {
+        usleep(100000);
+        back = Ask(device, kApplication, 0x01, {});
+    }
+    Check("device that comes back: answered on the same descriptor", back.data.size() == 15);
+    (void)close(device);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    const std::map<std::string, void (*)()> checks = {{"requests", CheckRequests},
+                                                      {"nonsense", CheckNonsense},
+                                                      {"many", CheckMany},
+                                                      {"silent", CheckSilent},
+                                                      {"gone", CheckGone}};
+    const auto check = checks.find(argc == 2 ? argv[1] : "");
+    if (check == checks.end()) {
+        std::cerr << "usage: bridge_check requests|nonsense|many|silent|gone\n";
+        return 2;
+    }
+    check->second();
+    return allRight ? 0 : 1;
+}

@@ -1,0 +1,184 @@
+#!/usr/bin/env python3
+# SPDX-License-Identifier: MIT
+"""Runs the emulated machine once.
+
+Usage: machine.py CACHE PAYLOAD RESULTS [relaxed [speed]]
+
+PAYLOAD is a folder whose program `run` the machine starts; RESULTS is the folder that gets what it
+leaves. With `relaxed`, the kernel lets the library read the mebibyte of physical memory behind the
+BIOS, which kernels otherwise refuse. The BMC is OpenIPMI's ipmi_sim in a process of its own. The
+payload can stop and continue it by a line on the serial console: "@bmc stop", "@bmc continue".
+With `speed`, "@ports NAME" begins to record the accesses to I/O ports and memory of devices in
+ports-NAME.log, up to the next such line.
+"""
+
+import contextlib
+import io
+import os
+import pathlib
+import signal
+import socket
+import subprocess
+import sys
+import tarfile
+import tempfile
+import threading
+
+# Bounds for a machine that hangs; a run takes a tenth of them.
+RUN_SECONDS = 300
+SPEED_SECONDS = 1800
+DISK_SIZE = 64 << 20
+RELAXED = "memmap=1M$0x100000 iomem=relaxed"
+
+# Disk by disk: primary master and slave, secondary master and slave.
+MODELS = ["Root Disk", "Ketch ST3-8064", "Payload Disk", "Results Disk"]
+SERIALS = ["RT00001", "KST3-00815-7", "PL00001", "RS00001"]
+
+
+def free_port():
+    with socket.socket() as listener:
+        listener.bind(("localhost", 0))
+        return listener.getsockname()[1]
+
+
+@contextlib.contextmanager
+def running(*args, **options):
+    process = subprocess.Popen(*args, **options)
+    try:
+        yield process
+    finally:
+        if process.poll() is None:
+            process.send_signal(signal.SIGCONT)
+            process.terminate()
+        try:
+            process.wait(10)
+        except subprocess.TimeoutExpired:
+            process.kill()
+            process.wait()
+
+
+def make_disk(path, size=DISK_SIZE):
+    with open(path, "wb") as disk:
+        disk.truncate(size)
+    return path
+
+
+def make_payload_disk(path, payload):
+    with tarfile.open(path, "w") as archive:
+        archive.add(payload, arcname=".")
+    os.truncate(path, -(-path.stat().st_size // 512) * 512)
+    return path
+
+
+def emulator(machine, disks, port, monitor, relaxed):
+    command = ["qemu-system-i386", "-accel", "tcg", "-M", "pc", "-m", "512", "-smp", "2",
+               "-display", "none", "-no-reboot", "-nic", "none",
+               "-serial", "stdio", "-monitor", f"unix:{monitor},server=on,wait=off",
+               "-kernel", machine / "vmlinuz", "-initrd", machine / "initrd",
+               "-append", "console=ttyS0 quiet panic=-1" + (" " + RELAXED if relaxed else ""),
+               "-smbios", "type=1,manufacturer=Vessel & Marrow,product=Ketch 3100,version=Rev 2",
+               "-smbios", "type=2,manufacturer=Vessel & Marrow,product=KB-31 Mainboard,"
+                          "serial=KB31B0071,version=B",
+               "-smbios", "type=4,manufacturer=Vessel & Marrow,version=Model 1,max-speed=2400,"
+                          "current-speed=1800",
+               "-smbios", "type=8,internal_reference=J4,external_reference=Serial A,"
+                          "connector_type=0x08,port_type=0x09",
+               "-smbios", "type=8,internal_reference=J7,external_reference=LAN 1,"
+                          "connector_type=0x0B,port_type=0x1F",
+               "-smbios", "type=17,loc_pfx=DIMM,bank=Bank 1,manufacturer=Tarn Memory,speed=266",
+               # Connects again until the simulator, started at the same time, listens.
+               "-chardev", f"socket,id=ipmi0,host=localhost,port={port},reconnect=1",
+               "-device", "ipmi-bmc-extern,id=bmc0,chardev=ipmi0",
+               "-device", "isa-ipmi-kcs,bmc=bmc0",
+               # More for the PCI report: a bridge with a device behind it, and several interfaces.
+               "-device", "piix3-usb-uhci", "-device", "qemu-xhci", "-device", "pci-serial",
+               "-device", "pci-bridge,id=bridge1,chassis_nr=1",
+               "-device", "e1000,bus=bridge1,addr=3", "-device", "rtl8139,bus=bridge1,addr=5"]
+    for number, (disk, model, serial) in enumerate(zip(disks, MODELS, SERIALS)):
+        command += ["-drive", f"if=none,id=disk{number},format=raw,file={disk}"
+                              + (",snapshot=on" if number == 0 else ""),
+                    "-device", f"ide-hd,drive=disk{number},bus=ide.{number // 2},unit={number % 2},"
+                               f"model={model},serial={serial}"]
+    return [str(word) for word in command]
+
+
+def tell_monitor(monitor, *commands):
+    with socket.socket(socket.AF_UNIX) as connection:
+        connection.connect(str(monitor))
+        for command in commands:
+            connection.sendall(command.encode() + b"\n")
+            answer = b""
+            while not answer.endswith(b"(qemu) "):  # once for the greeting, once for each command
+                answer += connection.recv(4096)
+        connection.sendall(b"info name\n")
+        while connection.recv(4096).count(b"(qemu) ") == 0:
+            pass
+
+
+def record_ports(monitor, results, name):
+    state = "off" if name == "end" else "on"
+    tell_monitor(monitor, f"logfile {results.resolve()}/ports-{name}.log",
+                 f"trace-event memory_region_ops_read {state}",
+                 f"trace-event memory_region_ops_write {state}")
+
+
+def serve_console(process, bmc, monitor, results, log):
+    """Follows the machine's serial console until it is off."""
+    signals = {"@bmc stop": signal.SIGSTOP, "@bmc continue": signal.SIGCONT}
+    for line in io.TextIOWrapper(process.stdout, errors="replace"):
+        log.write(line)
+        order = line.strip()
+        if order in signals:
+            bmc.send_signal(signals[order])
+        elif order.startswith("@ports "):
+            record_ports(monitor, results, order.removeprefix("@ports "))
+        else:
+            continue
+        process.stdin.write(b"done\n")
+        process.stdin.flush()
+
+
+def run(cache, payload, results, relaxed, seconds):
+    here = pathlib.Path(__file__).parent
+    with tempfile.TemporaryDirectory(prefix="talvane-vm-") as scratch_name:
+        scratch = pathlib.Path(scratch_name)
+        port = free_port()
+        subprocess.run([sys.executable, here / "bmc/make_bmc.py", scratch / "bmc", str(port)],
+                       check=True)
+        disks = [cache / "machine/root.img", make_disk(scratch / "test.img", 8 << 30),
+                 make_payload_disk(scratch / "payload.tar", payload),
+                 make_disk(scratch / "results.tar")]
+        with contextlib.ExitStack() as stack:
+            console = stack.enter_context(open(results / "serial.log", "w"))
+            bmc_log = stack.enter_context(open(results / "bmc.log", "w"))
+            bmc = stack.enter_context(running(
+                ["ipmi_sim", "-n", "-c", "lan.conf", "-f", "bmc.emu", "-s", "state"],
+                cwd=scratch / "bmc", stdout=bmc_log, stderr=bmc_log))
+            qemu = stack.enter_context(running(
+                emulator(cache / "machine", disks, port, scratch / "monitor", relaxed),
+                stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT))
+            watchdog = threading.Timer(seconds, qemu.kill)
+            watchdog.start()
+            serve_console(qemu, bmc, scratch / "monitor", results, console)
+            watchdog.cancel()
+            if bmc.poll() is not None:
+                sys.exit(f"machine.py: ipmi_sim ended early; see {results}/bmc.log")
+        try:
+            with tarfile.open(scratch / "results.tar") as archive:
+                archive.extractall(results)
+        except tarfile.TarError:
+            sys.exit(f"machine.py: the machine left no results; see {results}/serial.log")
+
+
+def main():
+    options = sys.argv[4:]
+    if len(sys.argv) < 4 or options not in ([], ["relaxed"], ["relaxed", "speed"]):
+        sys.exit(__doc__)
+    cache, payload, results = map(pathlib.Path, sys.argv[1:4])
+    results.mkdir(parents=True, exist_ok=True)
+    run(cache, payload, results, relaxed="relaxed" in options,
+        seconds=SPEED_SECONDS if "speed" in options else RUN_SECONDS)
+
+
+if __name__ == "__main__":
+    main()

@@ -1,0 +1,34 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+#
+# Builds what runs in the machine: the library and its tool as they are installed anywhere, the
+# 32-bit bridge, and the programs that ask them. Usage: payload.sh CACHE FOLDER [speed]
+set -euo pipefail
+cache=$1
+folder=$2
+cd "$(dirname "$0")/.."
+
+cmake --preset release -B build/vm -DTALVANE_BUILD_TESTS=OFF
+cmake --build build/vm
+cmake --install build/vm --prefix "$folder" --strip
+
+sysroot=$cache/machine/sysroot
+export PKG_CONFIG_SYSROOT_DIR=$sysroot
+export PKG_CONFIG_LIBDIR=$sysroot/usr/lib/i386-linux-gnu/pkgconfig
+cmake -S bridge -B build/vm-bridge -G Ninja -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/i686-linux.cmake"
+cmake --build build/vm-bridge
+install -s build/vm-bridge/talvane-ipmi-bridge "$folder/bin"
+
+program() {  # COMPILER NAME SOURCE [ARGUMENT...]
+    "$1" -m32 -march=i686 -O2 -Wall -Wextra -Werror -I. -o "$folder/bin/$2" "${@:3}"
+}
+program 'g++' bridge_check -std=c++20 vm/guest/bridge_check.cpp
+cp vm/guest/run vm/guest/with-ide vm/guest/partition-disk "$folder"
+if [ "${3:-}" = speed ]; then
+    cp vm/guest/speed "$folder"
+    for agent in bench/inventory.c vm/guest/sensors.c; do
+        # shellcheck disable=SC2016  # $ORIGIN is for the dynamic linker
+        program gcc "$(basename "$agent" .c)" -std=gnu99 "$agent" -L"$folder/lib" -lTalvane \
+            -Wl,-rpath,'$ORIGIN/../lib'
+    done
+fi
