@@ -14,7 +14,7 @@ Sensor::Sensor() : TSInfo(), VSInfo(), FSInfo(), PSInfo(), SensorsInformation(nu
 }
 
 Sensor::~Sensor() {
-    ReplaceWalkEntries(nullptr);
+    FreeWalks();
 }
 
 int Sensor::GetSDRRepositoryInfo(int& recordCount, int& sdrVersion) {

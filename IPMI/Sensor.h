@@ -62,7 +62,7 @@ public:
     int GetDeviceID(unsigned char* majorFirmwareRevision, unsigned char* minorFirmwareRevision);
 
     // Walks over `n` records and keeps each full sensor record that names a sensor. A walk replaces
-    // the entries of the one before.
+    // the entries of the one before; those are freed with the object.
     int GetSensorNumbers(int n);
 
     // Fill a table from the first `n` entries of the walk. Return -1 when n is below 1. A second
@@ -155,7 +155,7 @@ private:
 
     // The operations' own helpers, not exported.
     TALVANE_LOCAL SensorDescription* WalkEntry(int index);  // null past the walk's entries
-    TALVANE_LOCAL void ReplaceWalkEntries(SensorDescription* entries);
+    TALVANE_LOCAL void FreeWalks();
     template <class Table>
     TALVANE_LOCAL int Collect(Table& table, int n, int type, bool analogOnly);
     TALVANE_LOCAL void DescribeRecord(int k, SensorDescription& entry);
@@ -172,7 +172,7 @@ private:
     VoltSensorsInfo VSInfo;
     FanSensorsInfo FSInfo;
     ProcessorSensorsInfo PSInfo;
-    SensorDescription* SensorsInformation;  // of the last walk, behind one that tells how many
+    SensorDescription* SensorsInformation;  // of the walk that ended last
 };
 static_assert(sizeof(Sensor) == 32 + 68 + 4 * 28932 + 4, "the members above, in this order");
 

@@ -3,7 +3,9 @@
 // The walk over the sensor data record repository, and access to what it keeps.
 
 #include <array>
-#include <cstring>
+#include <cstddef>
+#include <memory>
+#include <new>
 
 #include "IPMI/Sensor.h"
 
@@ -21,9 +23,31 @@ constexpr unsigned char kSensorSpecific = 0x6F;
 constexpr int kFirstRelative = 0x60;
 constexpr int kLastRelative = 0x7F;
 
-// The entry in front of a walk's first one holds nothing but, here, how many there are.
-int& EntryCount(SensorDescription* entries) {
-    return entries[-1].isAnalogReading;
+// What stands in memory in front of a walk's entries. The walks of an object form a ring: a call
+// from within a request of a walk may start another one, so none is freed before the object is, and
+// any of them can become the current one.
+struct WalkHeader {
+    int count;
+    WalkHeader* next;
+};
+static_assert(sizeof(WalkHeader) % alignof(SensorDescription) == 0, "entries follow at once");
+static_assert(alignof(WalkHeader) <= __STDCPP_DEFAULT_NEW_ALIGNMENT__, "plain memory will do");
+
+WalkHeader& HeaderOf(SensorDescription* entries) {
+    return reinterpret_cast<WalkHeader*>(entries)[-1];
+}
+
+// Zeroed entries, in the ring behind those of `current` unless that is null.
+SensorDescription* NewEntries(int count, SensorDescription* current) {
+    const std::size_t size = static_cast<std::size_t>(count) * sizeof(SensorDescription);
+    void* const memory = ::operator new(sizeof(WalkHeader) + size);
+    WalkHeader* const header = new (memory) WalkHeader{count, nullptr};
+    WalkHeader& before = current == nullptr ? *header : HeaderOf(current);
+    header->next = current == nullptr ? header : before.next;
+    before.next = header;
+    SensorDescription* const entries = reinterpret_cast<SensorDescription*>(header + 1);
+    std::uninitialized_value_construct_n(entries, count);
+    return entries;
 }
 
 unsigned char InstanceOf(int instance) {
@@ -41,20 +65,25 @@ unsigned char SettableThresholds(int masks) {
 
 SensorDescription* Sensor::WalkEntry(int index) {
     if (SensorsInformation == nullptr) return nullptr;
-    if (index < 0 || index >= EntryCount(SensorsInformation)) return nullptr;
+    if (index < 0 || index >= HeaderOf(SensorsInformation).count) return nullptr;
     return &SensorsInformation[index];
 }
 
-void Sensor::ReplaceWalkEntries(SensorDescription* entries) {
-    if (SensorsInformation != nullptr) delete[](SensorsInformation - 1);
-    SensorsInformation = entries;
+void Sensor::FreeWalks() {
+    if (SensorsInformation == nullptr) return;
+    WalkHeader* const first = &HeaderOf(SensorsInformation);
+    WalkHeader* walk = first;
+    do {
+        WalkHeader* const next = walk->next;
+        ::operator delete(walk);
+        walk = next;
+    } while (walk != first);
 }
 
 int Sensor::GetSensorNumbers(int n) {
     if (IsInitOK() == 0 || n <= 0) return -1;
-    SensorDescription* const counted = new SensorDescription[static_cast<std::size_t>(n) + 1]();
-    ReplaceWalkEntries(counted + 1);
-    EntryCount(SensorsInformation) = n;
+    SensorDescription* const entries = NewEntries(n, SensorsInformation);
+    SensorsInformation = entries;
 
     std::array<unsigned char, kRecordBuffer> record{};
     int kept = 0;
@@ -66,10 +95,12 @@ int Sensor::GetSensorNumbers(int n) {
         sdr = record.data();
         if (sdr.GetSensorRecordType() != SDR::FULL_SENSOR_RECORD) continue;
         if (sdr.GetSensorNumber() == kUnknown) continue;
-        DescribeRecord(kept, SensorsInformation[kept]);
+        SensorsInformation = entries;  // another walk may have run within the request
+        DescribeRecord(kept, entries[kept]);
         ++kept;
         if ((recordID & kNoRecord) == kNoRecord) break;
     }
+    SensorsInformation = entries;  // of walks within each other, the one that ends last counts
     return 0;
 }
 
