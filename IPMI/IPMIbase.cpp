@@ -14,6 +14,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
+#include <memory>
 
 #include "PortIo.h"
 
@@ -51,7 +52,7 @@ struct ipmi_send_message {
     ipmi_request_data req;
     unsigned timeout;
     unsigned char* resp_data_ptr;
-    unsigned resp_data_len;         // not used by the driver's side that delivers the response
+    unsigned resp_data_len;         // not set
     unsigned char completion_code;  // not read back
 };
 static_assert(sizeof(ipmi_send_message) == 32);
@@ -108,8 +109,8 @@ int IPMIbase::SendTimedImbpRequest(IMBPREQUESTDATA* imbRequest, int timeout,
 int IPMIbase::IpmiSrtringCopy(char* destination, char* source, int destinationSize,
                               int sourceLength) {
     if (destination == nullptr || source == nullptr) return -1;
+    if (destinationSize < 1 || sourceLength < 0) return 0;  // room for no byte, or no text
     const int length = std::min(sourceLength, destinationSize - 1);
-    if (length < 0) return 0;  // room for no byte, or no text
     std::strncpy(destination, source, static_cast<std::size_t>(length));
     destination[length] = '\0';
     return 0;
@@ -148,8 +149,10 @@ void IPMIbase::ReleaseData() {
 int IPMIbase::ExchangeUnchecked(int netFn, int code, int responder,
                                 std::initializer_list<unsigned char> data) {
     AllocateData(data);
+    // Held here as well: a call from within the request may put its own data into the record.
+    const std::unique_ptr<unsigned char[]> sent(request.data);
     const int result = Transact(netFn, code, responder);
-    ReleaseData();
+    request.data = nullptr;
     return result;
 }
 

@@ -4,6 +4,8 @@
 
 #include "IPMI/IPMIsupport.h"
 
+#include <memory>
+
 #include "Bytes.h"
 
 IPMIsupport::IPMIsupport() {
@@ -72,7 +74,12 @@ int IPMIsupport::ResetWatchDogTimer() {
 // is refused stays in the request record and is not released.
 int IPMIsupport::Request(int netFn, int code, std::initializer_list<unsigned char> data) {
     AllocateData(data);
-    if (Transact(netFn, code, BMC_ADDRESS) != 0) return -1;
-    ReleaseData();
+    // Held here as well: a call from within the request may put its own data into the record.
+    std::unique_ptr<unsigned char[]> sent(request.data);
+    if (Transact(netFn, code, BMC_ADDRESS) != 0) {
+        (void)sent.release();  // result not used: the record has it
+        return -1;
+    }
+    request.data = nullptr;
     return 0;
 }
