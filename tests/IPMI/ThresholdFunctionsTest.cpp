@@ -83,6 +83,31 @@ TEST_F(ThresholdList, AfterAReleaseItIsEmpty) {
     EXPECT_EQ(SetThresholdInfo(3, kTemperature, 0, 1.0), 0);
 }
 
+TEST_F(ThresholdList, AfterAThresholdFunctionNoSensorIsKnown) {
+    AddThree();
+    Add(Voltage("V1", 0x20), 165);
+    ASSERT_EQ(GetAllThresholdInfo(&list), 0);
+    const std::size_t walked = bmc.count(0x0A, 0x23);
+    FanInformation fans{};
+    VoltageInformation voltages{};
+    TemperatureInformation temperatures{};
+    for (int i = 0; i < 2; ++i) {
+        EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
+        EXPECT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages), -1);
+        EXPECT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures), -1);
+    }
+    EXPECT_EQ(fans.quantity, 0);
+    EXPECT_EQ(bmc.count(0x0A, 0x23), walked) << "the repository is not read again";
+}
+
+TEST_F(ThresholdList, AfterAListOfOneKindNoSensorIsKnown) {
+    AddThree();
+    EXPECT_EQ(GetThresholdInfo(29, kFan, &list), -1);
+    EXPECT_EQ(list.quantity, 1);
+    FanInformation fans{};
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
+}
+
 TEST_F(ThresholdList, OfOneEntityAndTypeAnswersFailureWhenFilled) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
@@ -140,6 +165,21 @@ TEST_F(ThresholdChange, OfAThresholdThatIsNotSettableChangesNothing) {
     AddThree();
     EXPECT_EQ(SetThresholdInfo(29, kFan, THRESHOLD_LOWER_CRITICAL, 1000.0), 0);
     EXPECT_EQ(bmc.requestTexts().back(), "Set Sensor Thresholds 30 00 03 02 01 64 6E 78");
+}
+
+TEST_F(ThresholdChange, AsTheFirstWalkLeavesNoSensorKnown) {
+    AddThree();
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
+    FanInformation fans{};
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
+}
+
+TEST_F(ThresholdChange, AfterASensorQueryTheSensorsStayKnown) {
+    AddThree();
+    FanInformation fans{};
+    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
+    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
 }
 
 TEST_F(ThresholdChange, OfNoSensorSucceeds) {
