@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+//
+// The state shared by the exported IPMI functions. Hidden in the library, so that no other module
+// of the process can take its place or change it.
 
 #include "IpmiState.h"
 

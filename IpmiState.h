@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The one IPMI object of the process and what the exported functions remember between calls.
+// Hidden: the library does not export them.
 #ifndef TALVANE_IPMISTATE_H
 #define TALVANE_IPMISTATE_H
 

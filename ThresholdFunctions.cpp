@@ -31,7 +31,7 @@ int OpenRepository(IPMIsupport& ipmi, int& records) {
     return kSuccess;
 }
 
-// The next element of the list, filled. A list that is full stays as it is.
+// The next element of the list, filled. Callers append 64 at most.
 SensorThresholdInfo& Append(SensorThresholdInformation& list, const SensorThresholdInfoRaw& raw,
                             const SensorThresholdInfoConverted& converted) {
     SensorThresholdInfo& element = list.SensorThreshold[list.quantity];

@@ -31,8 +31,8 @@ int FRU::DecodeBCDPLUS(unsigned char* source, int sourceLength, char* destinatio
     if (source == nullptr || destination == nullptr) return -1;
     const int length = std::min(sourceLength, destinationLength);
     for (int i = 0; i < length; ++i) {
-        const bool isLetter = source[i] > 9 && source[i] < 0x0F;
-        destination[i] = isLetter ? '\0' : static_cast<char>(source[i]);
+        const bool isNoDigit = source[i] > 9 && source[i] < 0x0F;
+        destination[i] = isNoDigit ? '\0' : static_cast<char>(source[i]);
     }
     return 0;
 }

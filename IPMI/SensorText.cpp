@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The one place where sensor values are formatted; what exceeds a text of the sensor tables is cut.
 
 #include "IPMI/SensorText.h"
 
