@@ -1,0 +1,144 @@
+// SPDX-License-Identifier: MIT
+//
+// The exported functions on a transport of the agent's own that tells completion codes: which
+// requests they send until one is refused, what they answer, and that no flag stays set.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <vector>
+
+#include "Talvane.h"
+#include "simulator/SimulatedServer.h"
+#include "support/OpenIpmi.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+
+constexpr int kResetWatchdog = 0x22;
+constexpr int kSetWatchdog = 0x24;
+constexpr int kGetWatchdog = 0x25;
+constexpr int kSetThresholds = 0x26;
+constexpr int kGetDeviceId = 0x01;
+constexpr int kRepositoryInfo = 0x20;
+constexpr int kGetRecord = 0x23;
+
+// Without a network function: none of these commands has a number that another one has.
+std::vector<int> sent;
+std::map<int, int> refusals;     // the command, and which of its requests is refused
+std::map<int, int> sentPerCode;  // so far
+
+}  // namespace
+
+int IPMIbase::SendTimedImbpRequest(IMBPREQUESTDATA* imbRequest, int, unsigned char* response, int*,
+                                   unsigned char* completionCode) {
+    const int code = imbRequest->cmdType;
+    sent.push_back(code);
+    const auto refusal = refusals.find(code);
+    if (++sentPerCode[code]; refusal != refusals.end() && sentPerCode[code] == refusal->second)
+        *completionCode = 0xCC;
+    // Three temperatures of the processor, whose thresholds may all be set.
+    if (code == kRepositoryInfo) response[1] = 3;
+    if (code == kGetRecord) {
+        const int id = imbRequest->data[2];
+        response[0] = static_cast<unsigned char>(id == 2 ? 0xFF : id + 1);
+        response[1] = id == 2 ? 0xFF : 0;
+        unsigned char* const record = response + 2;
+        record[3] = 1;
+        record[7] = static_cast<unsigned char>(0x10 + id);
+        record[8] = 3;
+        record[12] = 1;
+        record[19] = 0x3F;
+        record[24] = 1;
+    }
+    return 0;
+}
+
+namespace {
+
+class Refusal : public ::testing::Test {
+protected:
+    Refusal() { server.bmc(); }
+
+    // Neither a sensor query nor a watchdog call is busy.
+    static void ExpectNoFlagSet() {
+        refusals.clear();
+        unsigned char byte = 0;
+        EXPECT_EQ(GetIpmiInfo(0, nullptr), 0);
+        EXPECT_EQ(GetBMCVersion(&byte, &byte), 0);
+        EXPECT_EQ(SetWatchDogTimer(1, 20000), 0);
+    }
+
+    sim::SimulatedServer server;
+};
+
+TEST_F(Refusal, OfTheSettingSendsNoReset) {
+    refusals = {{kSetWatchdog, 1}};
+    EXPECT_EQ(SetWatchDogTimer(1, 20000), -1);
+    EXPECT_THAT(sent, ElementsAre(kSetWatchdog));
+    ExpectNoFlagSet();
+}
+
+TEST_F(Refusal, OfTheResetBehindASettingFails) {
+    refusals = {{kResetWatchdog, 1}};
+    EXPECT_EQ(SetWatchDogTimer(1, 20000), -1);
+    EXPECT_THAT(sent, ElementsAre(kSetWatchdog, kResetWatchdog));
+    ExpectNoFlagSet();
+}
+
+TEST_F(Refusal, OfAReadingLeavesTheAnswers) {
+    refusals = {{kGetWatchdog, 1}};
+    unsigned char action = 7;
+    int timeOut = 8;
+    int present = 9;
+    EXPECT_EQ(GetWatchDogTimer(&action, &timeOut, &present), -1);
+    EXPECT_EQ(action, 7);
+    EXPECT_EQ(timeOut, 8);
+    EXPECT_EQ(present, 9);
+    EXPECT_THAT(sent, ElementsAre(kGetWatchdog));
+    ExpectNoFlagSet();
+}
+
+TEST_F(Refusal, OfAResetFails) {
+    refusals = {{kResetWatchdog, 1}};
+    EXPECT_EQ(ResetWatchDogTimer(), -1);
+    EXPECT_THAT(sent, ElementsAre(kResetWatchdog));
+    ExpectNoFlagSet();
+}
+
+TEST_F(Refusal, OfAStopFails) {
+    refusals = {{kSetWatchdog, 1}};
+    EXPECT_EQ(StopWatchDogTimer(), -1);
+    EXPECT_THAT(sent, ElementsAre(kSetWatchdog));
+    ExpectNoFlagSet();
+}
+
+TEST_F(Refusal, OfTheVersionLeavesTheAnswers) {
+    refusals = {{kGetDeviceId, 1}};
+    unsigned char major = 7;
+    unsigned char minor = 8;
+    EXPECT_EQ(GetBMCVersion(&major, &minor), -1);
+    EXPECT_EQ(major, 7);
+    EXPECT_EQ(minor, 8);
+    EXPECT_THAT(sent, ElementsAre(kGetDeviceId));
+    ExpectNoFlagSet();
+}
+
+TEST_F(Refusal, OfAThresholdWritesNoLaterSensor) {
+    refusals = {{kSetThresholds, 2}};
+    EXPECT_EQ(SetThresholdInfo(3, 1, THRESHOLD_UPPER_CRITICAL, 80.0), -1);
+    EXPECT_EQ(sentPerCode[kSetThresholds], 2) << "of three sensors";
+    EXPECT_EQ(SetThresholdInfo(3, 1, THRESHOLD_UPPER_CRITICAL, 80.0), 0) << "not busy";
+    EXPECT_EQ(sentPerCode[kSetThresholds], 5);
+}
+
+TEST_F(Refusal, OfTheInventoryReadsNoHeader) {
+    IPMIsupport support;
+    refusals = {{0x10, 1}};
+    EXPECT_EQ(support.GetFRUInfo(), -1);
+    EXPECT_THAT(sent, ElementsAre(0x10));
+}
+
+}  // namespace
