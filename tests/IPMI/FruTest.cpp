@@ -143,6 +143,27 @@ TEST_F(Inventory, FixedBytesAndFieldHeadsAreKept) {
     EXPECT_EQ(Fru().ProductInfo.productInfoAreaLength, 40);
 }
 
+TEST_F(Inventory, AnOffsetOfZeroReadsTheHeaderAsAnArea) {
+    sim::Bytes image(64, 0);
+    image[0] = 1;
+    bmc.setInventory(image);
+    EXPECT_EQ(Support().GetFRUInfo(), 0);
+    EXPECT_THAT(bmc.requestTexts(),
+                ElementsAre("Get FRU Inventory Area Info 00", "Read FRU Data 00 00 00 08",
+                            "Read FRU Data 00 00 00 02", "Read FRU Data 00 00 00 00",
+                            "Read FRU Data 00 00 00 02", "Read FRU Data 00 00 00 00",
+                            "Read FRU Data 00 00 00 02", "Read FRU Data 00 00 00 00"));
+}
+
+TEST_F(Inventory, TheMarkerOfTheLastFieldIsAFieldOfOneByte) {
+    const std::string marker(1, '\xC1');
+    Place(OtherArea(Field("CH-PN") + marker + "Z", 0x17), BoardArea(""), OtherArea(""));
+    ASSERT_EQ(Support().GetFRUInfo(), 0);
+    EXPECT_EQ(Fru().ChassisInfo.SerialNumberInfo.typeCode, 3);
+    EXPECT_EQ(Fru().ChassisInfo.SerialNumberInfo.serialNumberBytesLen, 1);
+    EXPECT_EQ(AskText(&IPMIsupport::GetChassisSerialNumber), Terminated("Z"));
+}
+
 TEST_F(Inventory, SerialNumbersAreEnglishInEveryArea) {
     Place(OtherArea(Field("abc") + Field("abc")),
           BoardArea(Field("abc") + Field("abc") + Field("abc") + Field("abc"), 1),

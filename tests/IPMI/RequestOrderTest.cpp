@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+//
+// Which requests the repository walk and the records cost, in which order, and which responder the
+// request record names.
+
+#include "Talvane.h"
+#include "support/IpmiTest.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+
+class RequestOrder : public IpmiTest {
+protected:
+    // The requests of a second query, when the repository has been read.
+    std::vector<std::string> RequestsOf(unsigned long command, void* record) {
+        EXPECT_EQ(GetIpmiInfo(command, record), 0);
+        bmc.forgetRequests();
+        EXPECT_EQ(GetIpmiInfo(command, record), 0);
+        return bmc.requestTexts();
+    }
+    FanInformation fans{};
+    VoltageInformation voltages{};
+    TemperatureInformation temperatures{};
+};
+
+TEST_F(RequestOrder, AFanCostsItsReadingTheDeviceIdAndItsState) {
+    Add(Fan("F1", 0x30), 70);
+    EXPECT_THAT(RequestsOf(TALVANE_FANS, &fans),
+                ElementsAre("Get Sensor Reading 30", "Get Device ID", "Get Sensor Reading 30"));
+}
+
+TEST_F(RequestOrder, AnAvailabilityFanCostsItsStateBeforeTheDeviceIdToo) {
+    Add(Fan("F1", 0x30).event(10), 70);
+    bmc.setStates(0x30, 0x01);
+    EXPECT_THAT(RequestsOf(TALVANE_FANS, &fans),
+                ElementsAre("Get Sensor Reading 30", "Get Sensor Reading 30", "Get Device ID",
+                            "Get Sensor Reading 30"));
+}
+
+TEST_F(RequestOrder, AFanWithoutAUnitDoesNotCostTheDeviceId) {
+    Add(Fan("F1", 0x30).unit(0).limits(100, 0), 70);
+    EXPECT_THAT(RequestsOf(TALVANE_FANS, &fans),
+                ElementsAre("Get Sensor Reading 30", "Get Sensor Reading 30"));
+}
+
+TEST_F(RequestOrder, VoltagesAndTemperaturesCostTheirReadingAndState) {
+    Add(Voltage("V1", 0x20), 165);
+    Add(Voltage("V2", 0x21), 165);
+    Add(Temperature("T1", 0x10), 40);
+    EXPECT_THAT(RequestsOf(TALVANE_VOLTAGES, &voltages),
+                ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 20",
+                            "Get Sensor Reading 21", "Get Sensor Reading 21"));
+    EXPECT_THAT(RequestsOf(TALVANE_TEMPERATURES, &temperatures),
+                ElementsAre("Get Sensor Reading 10", "Get Sensor Reading 10"));
+}
+
+TEST_F(RequestOrder, TheWalkReadsARecordTheStateOfASpecificSensorAndThresholds) {
+    Add(Temperature("T1", 0x10), 40);
+    Add(Fan("F1", 0x30).event(0x6F), 70);
+    Add(Temperature("T2", 0x11), 40);
+    Add(Temperature("Compact", 0x50).byte(3, 2), 0);
+    (void)Loaded();
+    EXPECT_THAT(bmc.requestTexts(),
+                ElementsAre("Get SDR Repository Info", "Get SDR 00 00 00 00 00 FF",
+                            "Get Sensor Thresholds 00", "Get SDR 00 00 01 00 00 FF",
+                            "Get Sensor Reading 30", "Get Sensor Thresholds 01",
+                            "Get SDR 00 00 02 00 00 FF", "Get Sensor Thresholds 02",
+                            "Get SDR 00 00 03 00 00 FF"));
+}
+
+class RequestCount : public RequestOrder, public ::testing::WithParamInterface<int> {};
+
+TEST_P(RequestCount, OfAWalkIsOneAndTwoForEachSensor) {
+    const auto sensors = static_cast<std::size_t>(GetParam());
+    for (std::size_t i = 0; i < sensors; ++i)
+        Add(Temperature("T", static_cast<std::uint8_t>(i % 0xFF)), 40);
+    (void)Loaded();
+    EXPECT_EQ(bmc.count(0x0A, 0x20), 1u);
+    EXPECT_EQ(bmc.count(0x0A, 0x23), sensors);
+    EXPECT_EQ(bmc.count(0x04, 0x27), sensors);
+    EXPECT_EQ(bmc.requests().size(), 1 + 2 * sensors);
+}
+
+INSTANTIATE_TEST_SUITE_P(Repositories, RequestCount, ::testing::Values(1, 18, 64, 255));
+
+TEST_F(RequestOrder, CommandsOfTheControllerItselfNameItAsResponder) {
+    constexpr unsigned char kBmc = 0x20;
+    int number = 0;
+    unsigned char byte = 0;
+    ChannelInfo channel{};
+    const auto named = [this] {
+        const unsigned char responder = Support().request.rsSa;
+        Support().request.rsSa = 0;
+        return responder;
+    };
+    (void)Support().SetWatchDogTimer(1, 10000);
+    EXPECT_EQ(named(), kBmc) << "set watchdog";
+    (void)Support().GetWatchDogTimer(number, number, number);
+    EXPECT_EQ(named(), kBmc) << "get watchdog";
+    (void)Support().ResetWatchDogTimer();
+    EXPECT_EQ(named(), kBmc) << "reset watchdog";
+    (void)Support().GetChannelInfo(1, &channel);
+    EXPECT_EQ(named(), kBmc) << "channel";
+    (void)Support().SetUserInfo(2, "admin", nullptr);
+    EXPECT_EQ(named(), kBmc) << "user";
+    (void)Support().SetLANParameter({});
+    EXPECT_EQ(named(), kBmc) << "LAN";
+    (void)Sensors().GetDeviceID(&byte, &byte);
+    EXPECT_EQ(Sensors().request.rsSa, kBmc);
+}
+
+TEST_F(RequestOrder, CommandsOfSensorsNameAnyResponder) {
+    constexpr unsigned char kAny = 0xFF;
+    int number = 0;
+    unsigned char byte = 0;
+    SensorThresholdInfoRaw raw{};
+    SensorThresholdInfoConverted converted{};
+    const auto named = [this] {
+        const unsigned char responder = Sensors().request.rsSa;
+        Sensors().request.rsSa = 0;
+        return responder;
+    };
+    (void)Sensors().GetSDRRepositoryInfo(number, number);
+    EXPECT_EQ(named(), kAny) << "repository";
+    (void)Sensors().GetSDR(0, 0, &byte, 1);
+    EXPECT_EQ(named(), kAny) << "record";
+    (void)Sensors().ReadSensor(1, byte);
+    EXPECT_EQ(named(), kAny) << "reading";
+    (void)Sensors().GetSensorStatus(1, 10, byte);
+    EXPECT_EQ(named(), kAny) << "state";
+    (void)Sensors().GetSensorThreshold(1, {}, raw, converted);
+    EXPECT_EQ(named(), kAny) << "thresholds";
+    (void)Sensors().SetSensorThreshold(1, raw);
+    EXPECT_EQ(named(), kAny) << "setting thresholds";
+}
+
+}  // namespace
