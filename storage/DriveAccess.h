@@ -9,6 +9,9 @@
 
 #include "Bytes.h"
 
+// In which the kernel and partition tables count.
+constexpr unsigned long long kSectorSize = 512;
+
 [[nodiscard]] bool DirectoryCanBeOpened(const char* path);
 
 // A file opened for reading, closed when it goes out of scope.

@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::size_t kFieldSize = 64;
 constexpr std::size_t kPathSize = 64;
-constexpr unsigned long long kSectorSize = 512;
 
 constexpr std::size_t kSerialNumber = 20;  // of the identity block (struct hd_driveid)
 
@@ -29,8 +28,8 @@ void SetText(Field& field, const char* text) {
     field[length] = '\0';
 }
 
-// Reads the first line of a file in the drive's folder. Returns false, with the field as it was,
-// when there is nothing to read.
+// Reads at most 64 bytes of a file in the drive's folder; of these, one line feed at the end does
+// not count. Returns false, with the field as it was, when there is nothing to read.
 bool ReadField(const Path& folder, const char* name, Field& field) {
     Path path;
     (void)std::snprintf(path, sizeof path, "%s%s", folder, name);

@@ -4,6 +4,7 @@
 // whose type tells whether another record follows.
 
 #include "CodeName.h"
+#include "storage/DriveAccess.h"
 #include "storage/PartitionEntry.h"
 
 namespace {
@@ -21,7 +22,7 @@ constexpr CodeName kLogicalTypes[] = {
 static_assert(StrictlyAscending(kLogicalTypes));
 
 constexpr unsigned long kSectorsPerCylinder = 255 * 63;
-constexpr unsigned long kBytesPerCylinder = kSectorsPerCylinder * 512;
+constexpr unsigned long kBytesPerCylinder = kSectorsPerCylinder * kSectorSize;
 constexpr unsigned long long kMostSteps = 1ULL << 25;
 
 constexpr int kFirstLogical = 5;
@@ -54,7 +55,7 @@ int get_logic_info_from_ext(int fd, partition ext, part_info* scratch, Partition
         const unsigned long long sectors = SectorsOf(entry);
         if (visited < kMostPartitions) {
             scratch[visited].filesys = entry.sys_ind;
-            scratch[visited].size = sectors * 512;
+            scratch[visited].size = sectors * kSectorSize;
         }
         const int number = kFirstLogical + visited++;
         const char* name = NameOf(kLogicalTypes, entry.sys_ind, nullptr);

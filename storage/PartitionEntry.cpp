@@ -9,12 +9,6 @@
 #include "storage/DriveAccess.h"
 #include "storage/lltostr.h"
 
-namespace {
-
-constexpr unsigned long long kSectorSize = 512;
-
-}  // namespace
-
 void valueofarray(unsigned char* bytes, unsigned long long* out) {
     *out = Le32(ByteView(bytes, 4), 0);
 }

@@ -13,6 +13,7 @@
 namespace {
 
 using ::testing::ElementsAreArray;
+using ::testing::UnorderedElementsAre;
 
 std::string LineOf(const std::filesystem::path& file) {
     std::string text = ContentOf(file);
@@ -74,6 +75,16 @@ INSTANTIATE_TEST_SUITE_P(
                                  {{"ide0/hda", "Primary Master", "2111864832"},
                                   {"ide1/hdc", "Secondry Master", "80026361856"}}}),
     [](const auto& machine) { return TestName(machine.param.name); });
+
+TEST(IdeCaptures, AreAllCompared) {
+    const std::filesystem::path folder = SharedData("proc/ide");
+    if (!std::filesystem::exists(folder)) GTEST_SKIP() << kNoCaptures;
+    std::vector<std::string> names;
+    for (const auto& machine : std::filesystem::directory_iterator(folder))
+        if (machine.is_directory()) names.push_back(machine.path().filename().string());
+    EXPECT_THAT(names,
+                UnorderedElementsAre("ali-pentium3", "two-disks-two-optical", "hda-and-hdc-disks"));
+}
 
 // One partition that is listed: the kernel's number of it and its type's name. Its size is the
 // peer's, or, where `sizeOf` is set, what the walk leaves there.

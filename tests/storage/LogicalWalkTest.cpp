@@ -1,41 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
 // The walk over extended boot records, called by itself on a descriptor of the caller's, and the
-// system call that it moves with. What a program puts in front of the library's functions counts:
-// here a _llseek that only remembers, so that chains without an end take no time.
+// system call that it moves with.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/mman.h>
 #include <unistd.h>
 
-#include <cstring>
 #include <vector>
 
-#include "storage/GetAllPartitionInfo.h"
-
-namespace {
-
-struct Seek {
-    unsigned long high;
-    unsigned long low;
-    unsigned whence;
-
-    friend bool operator==(const Seek&, const Seek&) = default;
-};
-
-std::vector<Seek> seeks;
-unsigned long long cylinderSteps = 0;
-bool seeksAreKept = true;
-
-}  // namespace
-
-int _llseek(unsigned int, unsigned long high, unsigned long low, long long* result,
-            unsigned int whence) {
-    if (low == 8225280) ++cylinderSteps;
-    if (seeksAreKept) seeks.push_back({high, low, whence});
-    *result = 0;
-    return 0;
-}
+#include "storage/ReplacedCalls.h"
 
 namespace {
 

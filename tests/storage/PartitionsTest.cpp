@@ -3,6 +3,7 @@
 // The partition inventory: which types are listed, how the chain of logical partitions is walked,
 // and that every walk ends.
 #include <cstring>
+#include <sstream>
 
 #include "Talvane.h"
 #include "storage/StorageTest.h"
@@ -82,6 +83,11 @@ TEST_F(Partitions, PrimaryAndLogicalPartitionsAreNumberedAsTheKernelNumbersThem)
     EXPECT_THAT(Entries(),
                 ElementsAre("/dev/hda1 Linux 106896384", "/dev/hda2 Linux swap 1069286400",
                             "/dev/hda5 Linux 15274312704", "/dev/hda6 Linux 10737418240"));
+}
+
+TEST_F(Partitions, LinuxPartitionOfTenGibibytesReportsItsSizeInBytes) {
+    PutDisk('a').setEntry(0, 1, {0x83, 63, 20971520});
+    EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 10737418240"));
 }
 
 TEST_F(Partitions, EntryIsWrittenAndNothingElse) {
@@ -218,6 +224,28 @@ TEST_F(Partitions, NextRecordIsTakenToLieOnTheCylinderBehindThePartition) {
     WriteRecord(disk, 16, 0x82, 3);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda5 Linux 8224768", "/dev/hda6 Linux 8225280",
                                        "/dev/hda7 Linux 24675328", "/dev/hda8 Linux swap 1536"));
+}
+
+TEST_F(Partitions, OfEachRecordOfTheChainTheFirstTwoEntriesAreRead) {
+    sim::DiskImage& disk = PutDisk('a');
+    disk.setEntry(0, 1, {0x0F, 10 * kCylinder, 1000 * kCylinder});
+    WriteRecord(disk, 10, 0x83, kCylinder, 0x05);
+    WriteRecord(disk, 12, 0x82, 3 * kCylinder, 0x05);
+    WriteRecord(disk, 16, 0x07, 1);
+    Read();
+    std::vector<std::string> expected;
+    for (const std::uint64_t cylinder : {10, 12, 16})
+        for (const std::uint64_t entry : {446, 462}) {
+            std::ostringstream line;
+            line << "read /dev/hda 0x" << std::hex << std::uppercase << cylinder * 8225280 + entry
+                 << " 16 -> 16";
+            expected.push_back(line.str());
+        }
+    std::vector<std::string> reads;  // behind the boot record
+    for (const std::string& line : server.log().lines())
+        if (line.starts_with("read /dev/hda ") && !line.starts_with("read /dev/hda 0x1"))
+            reads.push_back(line);
+    EXPECT_EQ(reads, expected);
 }
 
 TEST_F(Partitions, WhereTheLinkPointsIsNotLookedAt) {
