@@ -14,7 +14,7 @@
 
 #include "CallResult.h"
 #include "CpuTimeText.h"
-#include "IPMI/DoubleArithmetic.h"
+#include "DoubleArithmetic.h"
 #include "Talvane.h"
 
 int ExecuteFirstTime = 0;

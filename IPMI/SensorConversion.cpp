@@ -3,7 +3,7 @@
 // The conversion of raw readings into values and back (IPMI 2.0, 36.3): data format, linear
 // formula, linearization. Every step rounds to a double.
 
-#include "IPMI/DoubleArithmetic.h"
+#include "DoubleArithmetic.h"
 #include "IPMI/Sensor.h"
 
 namespace {

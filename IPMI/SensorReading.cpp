@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <cstring>
 
-#include "IPMI/DoubleArithmetic.h"
+#include "DoubleArithmetic.h"
 #include "IPMI/Sensor.h"
 #include "IPMI/SensorNames.h"
 #include "IPMI/SensorTable.h"

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "IPMI/DoubleArithmetic.h"
+#include "DoubleArithmetic.h"
 #include "IPMI/Sensor.h"
 #include "IPMI/SensorNames.h"
 #include "IPMI/SensorText.h"

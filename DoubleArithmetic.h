@@ -3,8 +3,8 @@
 // Arithmetic whose every step rounds to an IEEE double, also on the x87, which computes with more
 // digits and would round twice: results are those of a processor that computes in doubles, at every
 // optimisation level.
-#ifndef TALVANE_IPMI_DOUBLEARITHMETIC_H
-#define TALVANE_IPMI_DOUBLEARITHMETIC_H
+#ifndef TALVANE_DOUBLEARITHMETIC_H
+#define TALVANE_DOUBLEARITHMETIC_H
 
 #include <cmath>
 #include <limits>
