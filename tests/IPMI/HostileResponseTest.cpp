@@ -36,7 +36,13 @@ protected:
     Hostile() {
         Add(Fan("FAN 1", 0x30).entity(29, 1).event(10).limits(100, 0), 70);
         Add(Voltage("3.3V", 0x20).entity(3, 1).limits(250, 10), 165);
-        Add(Temperature("CPU", 0x10).entity(3, 1).event(7).thresholdMasks(0x3F, 0x3F), 42);
+        // Powers of ten: with a higher reading the text is longer than its field.
+        Add(Temperature("CPU", 0x10)
+                .entity(3, 1)
+                .event(7)
+                .linearization(5)
+                .thresholdMasks(0x3F, 0x3F),
+            42);
         bmc.setInventory({1, 0,    1,   2,    3,   0,    0,    0,     // header
                           1, 1,    23,  0xC1, 'C', 0xC1, 'D',  0,     // chassis
                           1, 1,    0,   0,    0,   0,    0xC1, 'M',   // board
