@@ -29,8 +29,8 @@ private:
     std::size_t size_;
 };
 
-// What `call` wrote to standard output; nothing when a signal ended it. std::system_error when it
-// cannot be run.
+// What `call` wrote to standard output; nothing when it did not come to its end. std::system_error
+// when there can be no child.
 std::optional<std::string> OutputApart(const std::function<void()>& call);
 
 template <class Record>
@@ -39,7 +39,7 @@ struct ApartAnswer {
     std::string output;
 };
 
-// A zero-filled record as `fill` left it; nothing when a signal ended it.
+// A zero-filled record as `fill` left it; nothing when it did not come to its end.
 template <class Record, class Fill>
 std::optional<ApartAnswer<Record>> RunApart(Fill fill) {
     static_assert(std::is_trivially_copyable_v<Record>);

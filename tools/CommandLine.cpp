@@ -4,6 +4,7 @@
 
 #include <CLI/CLI.hpp>
 #include <cmath>
+#include <cstdlib>
 #include <string_view>
 
 #include "Talvane.h"
@@ -81,8 +82,9 @@ const CLI::Validator kNothingElse([](std::string&) { return "no"; }, "");
 const CLI::Validator kByte(CLI::Range(0, 255).description(""));
 
 std::string NumberProblem(const std::string& text) {
-    double value = 0;
-    const bool isNumber = CLI::detail::lexical_cast(text, value) && std::isfinite(value);
+    char* end = nullptr;
+    const double value = std::strtod(text.c_str(), &end);
+    const bool isNumber = !text.empty() && *end == '\0' && std::isfinite(value);
     return isNumber ? "" : text + " is no number";
 }
 
@@ -93,12 +95,10 @@ void AddThresholdChange(CLI::App& app, Options& options) {
     CLI::App* set = AddChange(*threshold, options, "threshold set",
                               "Set one threshold of all sensors of an entity and type");
     set->footer(
-        "Not only the threshold asked for is written: the library writes a sensor's whole set of\n"
-        "thresholds, and reads that set by the sensor's place in the repository, not by its "
-        "number.\n"
-        "Where the two differ, the sensor's other thresholds change, too. Without --yes the "
-        "command\n"
-        "shows what the BMC holds now and what would be written, and writes nothing.");
+        "Not only the threshold asked for is written: the library writes a sensor's whole set\n"
+        "of thresholds, and reads that set by the sensor's place in the repository, not by its\n"
+        "number. Where the two differ, the sensor's other thresholds change, too. Without --yes\n"
+        "the command shows what the BMC holds now and what would be written, and writes nothing.");
     ThresholdOrder& order = options.order.threshold;
     set->add_option("--entity", order.entity, "Entity's number, as talvane sensors shows it")
         ->type_name("E")

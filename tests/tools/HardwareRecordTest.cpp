@@ -20,6 +20,7 @@
 namespace tool {
 namespace {
 
+using testing::Contains;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -136,6 +137,13 @@ TEST_F(HardwareRecord, LoadOfProcessorsThatStandStillIsNotRead) {
     EXPECT_THAT(load.notRead, ElementsAre(&kProcessorTimes));
     EXPECT_EQ(kProcessorTimes.whyNotRead(),
               "the counters of a processor in /proc/stat stood still or went away");
+}
+
+TEST_F(HardwareRecord, LoadOfTheMemoryWithoutAShellIsNotRead) {
+    server.fail("system", 1, ENOMEM);
+    const Load load = ReadLoad({});
+    EXPECT_EQ(load.memory, std::nullopt);
+    EXPECT_THAT(load.notRead, Contains(&kMemoryUse));
 }
 
 TEST_F(HardwareRecord, LoadWithoutProcOrFiguresIsNotRead) {
