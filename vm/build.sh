@@ -1,7 +1,7 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
 #
-# Makes the machine's kernel, initial file system and root disk from the downloaded packages. Needs
+# Makes the machine's kernels, initial file systems and root disk from the downloaded packages. Needs
 # no root: packages are unpacked, not installed, and mke2fs fills the disk from a folder.
 # Usage: build.sh CACHE
 set -euo pipefail
@@ -14,28 +14,23 @@ version=$(cat build.sh modules.txt initramfs-init machine-start "$cache/packages
     sha256sum)
 if [ "$(cat "$machine/complete" 2>/dev/null)" = "$version" ]; then exit 0; fi
 rm -rf "$machine"
-mkdir -p "$machine/kernel" "$machine/sysroot"
 root=$machine/root
+mkdir -p "$machine/sysroot" "$machine/busybox"
 
-unpack() {  # PACKAGE FOLDER [NAME...]
-    package=$(ls "$cache/packages/$1"_*.deb)
-    folder=$2
-    shift 2
-    dpkg-deb --fsys-tarfile "$package" |
-        tar -x --keep-directory-symlink -C "$folder" --exclude='./usr/share/doc' \
-            --exclude='./usr/share/man' --exclude='./usr/share/locale' "$@"
+unpack() {  # PACKAGE FOLDER
+    dpkg-deb --fsys-tarfile "$1" |
+        tar -x --keep-directory-symlink -C "$2" --exclude='./usr/share/doc' \
+            --exclude='./usr/share/man' --exclude='./usr/share/locale'
 }
 
-# The root: programs below /usr, with the links of a merged system in place before the packages.
-mkdir -p "$root/usr/bin" "$root/usr/sbin" "$root/usr/lib" "$root/proc" "$root/sys" "$root/dev" \
-    "$root/tmp" "$root/root" "$root/payload"
-for folder in bin sbin lib; do ln -s "usr/$folder" "$root/$folder"; done
-for package in "$cache"/packages/*.deb; do
-    name=$(basename "$package")
-    name=${name%%_*}
-    case $name in
-        linux-image-* | busybox-static | libfuse3-dev) ;;
-        *) unpack "$name" "$root" ;;
+# The root: programs below /usr, with the links of a merged system in place before the packages. The
+# libraries of both widths have folders of their own.
+mkdir -p "$root"/usr/{bin,sbin,lib,lib64} "$root"/{proc,sys,dev,tmp,root,payload}
+for folder in bin sbin lib lib64; do ln -s "usr/$folder" "$root/$folder"; done
+for package in "$cache"/packages/*.deb "$cache"/packages64/lib*.deb; do
+    case $(basename "$package") in
+        linux-image-* | busybox-static_* | libfuse3-dev_*) ;;
+        *) unpack "$package" "$root" ;;
     esac
 done
 ln -sf mawk "$root/usr/bin/awk"    # both made by maintainer scripts otherwise
@@ -44,43 +39,48 @@ echo 'root:x:0:0:root:/root:/bin/bash' >"$root/etc/passwd"
 echo 'root:x:0:' >"$root/etc/group"
 install -m 755 machine-start "$root/usr/sbin/machine-start"
 
-# What the bridge is compiled and linked with.
-unpack libfuse3-dev "$machine/sysroot"
-unpack libfuse3-3 "$machine/sysroot"
+# What the 32-bit bridge is compiled and linked with.
+unpack "$cache"/packages/libfuse3-dev_*.deb "$machine/sysroot"
+unpack "$cache"/packages/libfuse3-3_*.deb "$machine/sysroot"
 libraries=lib/i386-linux-gnu  # the link to the library leads out of the folder
 ln -sf "../../../$libraries/libfuse3.so.3" "$machine/sysroot/usr/$libraries/libfuse3.so"
 
-# The kernel and its modules: those wanted, with all that they need.
-unpack "$(basename "$cache"/packages/linux-image-*.deb | sed 's/_.*//')" "$machine/kernel"
-mv "$machine"/kernel/boot/vmlinuz-* "$machine/vmlinuz"
-release=$(ls "$machine/kernel/lib/modules")
-all=$machine/kernel/lib/modules/$release
-depmod -b "$machine/kernel" "$release"
-grep -v '^#' modules.txt | while read -r module; do
-    modprobe -d "$machine/kernel" -S "$release" --show-depends "$module"
-done | sed -n "s|^insmod .*/lib/modules/$release/\\([^ ]*\\).*|\\1|p" | sort -u >"$machine/modules"
-copy_modules() {
-    mkdir -p "$1/lib/modules/$release"
-    (cd "$all" && tar -c -T "$machine/modules" modules.builtin modules.builtin.modinfo \
-        modules.order) | tar -x -C "$1/lib/modules/$release"
-    depmod -b "$1" "$release"
-}
-copy_modules "$root"
+unpack "$cache"/packages/busybox-static_*.deb "$machine/busybox"
+busybox=$(find "$machine/busybox" -path '*bin/busybox')
 
-# The way to the disk.
-initramfs=$machine/initramfs
-mkdir -p "$initramfs/bin" "$initramfs/sbin" "$initramfs/dev" "$initramfs/proc" "$initramfs/sys" \
-    "$initramfs/root"
-unpack busybox-static "$machine/kernel"
-cp "$(find "$machine/kernel" -path '*bin/busybox')" "$initramfs/bin/busybox"
-for name in sh mount umount modprobe sleep switch_root readlink basename ln; do
-    ln -s busybox "$initramfs/bin/$name"
-done
-copy_modules "$initramfs"
-install -m 755 initramfs-init "$initramfs/init"
-(cd "$initramfs" && find . | cpio --quiet -o -H newc -R 0:0 | gzip -1) >"$machine/initrd"
+# A kernel with those of its modules that are wanted and all that they need, in the root and on the
+# way to it.
+add_kernel() {  # PACKAGE NAME
+    local kernel=$machine/kernel initramfs=$machine/initramfs release
+    rm -rf "$kernel" "$initramfs"
+    mkdir -p "$kernel" "$initramfs"/{bin,sbin,dev,proc,sys,root}
+    unpack "$1" "$kernel"
+    mv "$kernel"/boot/vmlinuz-* "$machine/vmlinuz$2"
+    release=$(ls "$kernel/lib/modules")
+    depmod -b "$kernel" "$release"
+    grep -v '^#' modules.txt | while read -r module; do
+        modprobe -d "$kernel" -S "$release" --show-depends "$module"
+    done | sed -n "s|^insmod .*/lib/modules/$release/\\([^ ]*\\).*|\\1|p" | sort -u \
+        >"$machine/modules"
+
+    cp "$busybox" "$initramfs/bin/busybox"
+    for name in sh mount umount modprobe sleep switch_root readlink basename ln; do
+        ln -s busybox "$initramfs/bin/$name"
+    done
+    install -m 755 initramfs-init "$initramfs/init"
+    for target in "$root" "$initramfs"; do
+        mkdir -p "$target/lib/modules/$release"
+        tar -c -C "$kernel/lib/modules/$release" -T "$machine/modules" modules.builtin \
+            modules.builtin.modinfo modules.order | tar -x -C "$target/lib/modules/$release"
+        depmod -b "$target" "$release"
+    done
+    (cd "$initramfs" && find . | cpio --quiet -o -H newc -R 0:0 | gzip -1) >"$machine/initrd$2"
+    rm -rf "$kernel" "$initramfs" "$machine/modules"
+}
+add_kernel "$cache"/packages/linux-image-*.deb 32
+add_kernel "$cache"/packages64/linux-image-*.deb 64
 
 size=$(($(du -sm "$root" | cut -f 1) + 100))
-mke2fs -q -t ext4 -E root_owner=0:0 -O ^has_journal -d "$root" "$machine/root.img" "${size}M"
-rm -rf "$root" "$machine/kernel" "$initramfs" "$machine/modules"
+mke2fs -q -t ext4 -E root_owner=0:0 -O ^has_journal -d "$root" "$machine/root.img" "${size}M" >&2
+rm -rf "$root" "$machine/busybox"
 echo "$version" >"$machine/complete"

@@ -2,12 +2,13 @@
 # SPDX-License-Identifier: MIT
 """Runs the emulated machine once.
 
-Usage: machine.py CACHE PAYLOAD RESULTS [relaxed [speed]]
+Usage: machine.py CACHE PAYLOAD RESULTS strict|relaxed|wide [speed]
 
 PAYLOAD is a folder whose program `run` the machine starts; RESULTS is the folder that gets what it
-leaves. With `relaxed`, the kernel lets the library read the mebibyte of physical memory behind the
-BIOS, which kernels otherwise refuse. The BMC is OpenIPMI's ipmi_sim in a process of its own. The
-payload can stop and continue it by a line on the serial console: "@bmc stop", "@bmc continue".
+leaves. The kernel is one of 32 bits, or, with `wide`, of 64. Except with `strict`, it lets the library
+read the mebibyte of physical memory behind the BIOS, which kernels otherwise refuse. The BMC is
+OpenIPMI's ipmi_sim in a process of its own. The payload can stop and continue it by a line on the
+serial console: "@bmc stop", "@bmc continue".
 With `speed`, "@ports NAME" begins to record the accesses to I/O ports and memory of devices in
 ports-NAME.log, up to the next such line.
 """
@@ -28,7 +29,7 @@ import threading
 RUN_SECONDS = 300
 SPEED_SECONDS = 1800
 DISK_SIZE = 64 << 20
-RELAXED = "memmap=1M$0x100000 iomem=relaxed"
+RELAXED = ["memmap=1M$0x100000", "iomem=relaxed"]
 
 # Disk by disk: primary master and slave, secondary master and slave.
 MODELS = ["Root Disk", "Ketch ST3-8064", "Payload Disk", "Results Disk"]
@@ -70,12 +71,16 @@ def make_payload_disk(path, payload):
     return path
 
 
-def emulator(machine, disks, port, monitor, relaxed):
-    command = ["qemu-system-i386", "-accel", "tcg", "-M", "pc", "-m", "512", "-smp", "2",
+def emulator(machine, disks, port, monitor, kind):
+    width = "64" if kind == "wide" else "32"
+    parameters = ["console=ttyS0", "quiet", "panic=-1"]
+    if kind != "strict":
+        parameters += RELAXED
+    command = ["qemu-system-x86_64" if kind == "wide" else "qemu-system-i386", "-accel", "tcg", "-M", "pc", "-m", "512", "-smp", "2",
                "-display", "none", "-no-reboot", "-nic", "none",
                "-serial", "stdio", "-monitor", f"unix:{monitor},server=on,wait=off",
-               "-kernel", machine / "vmlinuz", "-initrd", machine / "initrd",
-               "-append", "console=ttyS0 quiet panic=-1" + (" " + RELAXED if relaxed else ""),
+               "-kernel", machine / f"vmlinuz{width}", "-initrd", machine / f"initrd{width}",
+               "-append", " ".join(parameters),
                "-smbios", "type=1,manufacturer=Vessel & Marrow,product=Ketch 3100,version=Rev 2",
                "-smbios", "type=2,manufacturer=Vessel & Marrow,product=KB-31 Mainboard,"
                           "serial=KB31B0071,version=B",
@@ -138,7 +143,7 @@ def serve_console(process, bmc, monitor, results, log):
         process.stdin.flush()
 
 
-def run(cache, payload, results, relaxed, seconds):
+def run(cache, payload, results, kind, seconds):
     here = pathlib.Path(__file__).parent
     with tempfile.TemporaryDirectory(prefix="talvane-vm-") as scratch_name:
         scratch = pathlib.Path(scratch_name)
@@ -155,7 +160,7 @@ def run(cache, payload, results, relaxed, seconds):
                 ["ipmi_sim", "-n", "-c", "lan.conf", "-f", "bmc.emu", "-s", "state"],
                 cwd=scratch / "bmc", stdout=bmc_log, stderr=bmc_log))
             qemu = stack.enter_context(running(
-                emulator(cache / "machine", disks, port, scratch / "monitor", relaxed),
+                emulator(cache / "machine", disks, port, scratch / "monitor", kind),
                 stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT))
             watchdog = threading.Timer(seconds, qemu.kill)
             watchdog.start()
@@ -171,13 +176,13 @@ def run(cache, payload, results, relaxed, seconds):
 
 
 def main():
-    options = sys.argv[4:]
-    if len(sys.argv) < 4 or options not in ([], ["relaxed"], ["relaxed", "speed"]):
+    arguments = sys.argv[1:]
+    speed = arguments[4:] == ["speed"]
+    if len(arguments) != 4 + speed or arguments[3] not in ("strict", "relaxed", "wide"):
         sys.exit(__doc__)
-    cache, payload, results = map(pathlib.Path, sys.argv[1:4])
+    cache, payload, results = map(pathlib.Path, arguments[:3])
     results.mkdir(parents=True, exist_ok=True)
-    run(cache, payload, results, relaxed="relaxed" in options,
-        seconds=SPEED_SECONDS if "speed" in options else RUN_SECONDS)
+    run(cache, payload, results, arguments[3], SPEED_SECONDS if speed else RUN_SECONDS)
 
 
 if __name__ == "__main__":

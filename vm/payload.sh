@@ -2,7 +2,7 @@
 # SPDX-License-Identifier: MIT
 #
 # Builds what runs in the machine: the library and its tool as they are installed anywhere, the
-# 32-bit bridge, and the programs that ask them. Usage: payload.sh CACHE FOLDER [speed]
+# bridge in both widths, and the programs that ask them. Usage: payload.sh CACHE FOLDER [speed]
 set -euo pipefail
 cache=$1
 folder=$2
@@ -11,6 +11,10 @@ cd "$(dirname "$0")/.."
 cmake --preset release -B build/vm -DTALVANE_BUILD_TESTS=OFF
 cmake --build build/vm
 cmake --install build/vm --prefix "$folder" --strip
+
+cmake -S bridge -B build/vm-bridge64 -G Ninja
+cmake --build build/vm-bridge64
+install -s build/vm-bridge64/talvane-ipmi-bridge "$folder/bin/talvane-ipmi-bridge64"
 
 sysroot=$cache/machine/sysroot
 export PKG_CONFIG_SYSROOT_DIR=$sysroot

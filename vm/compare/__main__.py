@@ -48,8 +48,16 @@ def refusing_kernel(table, results):
             bool(peers.dmidecode((results / "dmidecode.txt").read_text())), True)
 
 
-def bridge(table, results):
-    compare = lambda *args: table.compare("bridge", "expectation", *args)
+def wide_kernel(table, report, results):
+    """A 64-bit kernel, with the bridge as a 64-bit program: the same machine, so the same answers."""
+    wide = json.loads((results / "report.json").read_text())
+    for name in report:
+        if name != "load":
+            table.compare("64-bit kernel", "32-bit kernel", name, wide[name], report[name])
+
+
+def bridge(table, area, results):
+    compare = lambda *args: table.compare(area, "expectation", *args)
     for line in (results / "bridge-checks.txt").read_text().splitlines():
         found = re.match(r"(ok|FAILED) +(.*)", line)
         if found:
@@ -79,8 +87,10 @@ def main():
     inventory.drives(table, report, relaxed)
     inventory.partitions(table, report, relaxed)
     load(table, relaxed)
-    bridge(table, relaxed)
+    bridge(table, "bridge", relaxed)
     refusing_kernel(table, results / "strict")
+    wide_kernel(table, report, results / "wide")
+    bridge(table, "64-bit bridge", results / "wide")
 
     print(table.text())
     print()
