@@ -28,6 +28,9 @@ build=build/bench
     }
     build_agent inventory bench/inventory.c
     build_agent inventory-file bench/inventory.c bench/memory_file.c
+    gcc -m32 -march=i686 -O2 -std=gnu99 -I. -c bench/inventory.c -o "$build/inventory.o"
+    g++ -m32 -march=i686 -O2 -std=c++20 -I. "$build/inventory.o" bench/ports.cpp \
+        -o "$build/inventory-ports" -L"$build" -lTalvane -Wl,-rpath,'$ORIGIN'
 } >"$build.log" 2>&1 || { cat "$build.log" >&2; exit 1; }
 inventory=$PWD/$build/inventory
 file_agent=$PWD/$build/inventory-file
@@ -64,7 +67,7 @@ instructions() {
     rm -f "$work"/callgrind.*
     valgrind --tool=callgrind --trace-children=yes --toggle-collect=GetInfo --compress-strings=no \
         --callgrind-out-file="$work/callgrind.%p" \
-        "$launcher" "$machine" -- "$inventory" "$@" >/dev/null 2>"$work/valgrind" ||
+        "$launcher" "$machine" -- "${agent_program:-$inventory}" "$@" >/dev/null 2>"$work/valgrind" ||
         { cat "$work/valgrind" >&2; return 1; }
     awk '
         /^ob=/ { object = substr($0, 4) }
@@ -72,7 +75,7 @@ instructions() {
         /^fn=/ { callee = object }
         /^calls=/ {
             getline
-            if (object ~ /libTalvane/ && callee ~ /libtalvane-sim/) simulated += $2
+            if (object ~ /libTalvane/ && callee ~ /libtalvane-sim|inventory-ports/) simulated += $2
             callee = object
         }
         /^totals:/ { total += $2 }
@@ -145,6 +148,17 @@ many=$(grep -c '^structure' "$work/65535/machine.txt")
 awk -v few="$few" -v many="$many" -v a="$(instructions "$work/32768" system)" \
     -v b="$(instructions "$work/65535" system)" 'BEGIN {
     printf "  instructions for each structure passed: %.1f\n", (b - a) / (3 * (many - few))
+}'
+
+# Every function is looked for in sixteen double words; those that answer are reported.
+echo
+echo 'PCI: instructions of a report, port accesses not included'
+pci_instructions() {
+    agent_program=$PWD/$build/inventory-ports BENCH_FUNCTIONS=$1 instructions "$work/capture" pci
+}
+awk -v none="$(pci_instructions 0)" -v all="$(pci_instructions 64)" 'BEGIN {
+    printf "  for each of 2816 functions looked for: %.1f\n", none / 2816
+    printf "  for each function reported, besides:   %.1f\n", (all - none) / 64
 }'
 
 echo
