@@ -29,6 +29,7 @@ build=build/bench
     build_agent inventory bench/inventory.c
     build_agent inventory-file bench/inventory.c bench/memory_file.c
     gcc -m32 -march=i686 -O2 -std=gnu99 -I. -c bench/inventory.c -o "$build/inventory.o"
+    # shellcheck disable=SC2016  # $ORIGIN, as above
     g++ -m32 -march=i686 -O2 -std=c++20 -I. "$build/inventory.o" bench/ports.cpp \
         -o "$build/inventory-ports" -L"$build" -lTalvane -Wl,-rpath,'$ORIGIN'
 } >"$build.log" 2>&1 || { cat "$build.log" >&2; exit 1; }
