@@ -82,7 +82,8 @@ TALVANE_API int IsIpmiSupport(void);
    read it before: that one keeps no list of sensors, and every GetIpmiInfo behind it finds none. So
    call GetIpmiInfo first. `quantity` is the count of all sensors of the kind, of which the first 16
    fans or 32 others are written. Texts are terminated; a sensor that cannot be read reads
-   "Unknown". The thresholds of every voltage and temperature are those of the first one of its kind.
+   "Unknown". The thresholds of every voltage and temperature are those of the first one of its
+   kind.
 
    Returns 0, also for any other command, which writes nothing; -1 when there is no sensor of the
    kind, or none can be read, or there is no BMC; 1 when busy. After the first call without a BMC
@@ -90,9 +91,9 @@ TALVANE_API int IsIpmiSupport(void);
 TALVANE_API int GetIpmiInfo(unsigned long command, void* buffer);
 
 /* Lists the thresholds of the first 64 records of the sensor repository in a record that is cleared
-   first. Like the two functions below it reads the repository when nothing has read it before; after
-   that GetIpmiInfo finds no sensor. Returns 0, or -1 without a BMC or with a null pointer. Never
-   busy. */
+   first. Like the two functions below it reads the repository when nothing has read it before;
+   after that GetIpmiInfo finds no sensor. Returns 0, or -1 without a BMC or with a null pointer.
+   Never busy. */
 TALVANE_API int GetAllThresholdInfo(SensorThresholdInformation* buffer);
 
 /* The same for the sensors of one entity (`deviceID`) and sensor type. Returns -1 in any case:
