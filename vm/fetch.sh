@@ -8,19 +8,20 @@ set -eu
 cache=$(realpath "$1")
 apt=$cache/apt
 
-mirror=${VM_MIRROR:-http://deb.debian.org/debian}
+# Where this computer has its own packages from.
+mirror=${VM_MIRROR:-$(apt-get indextargets --format '$(SITE)' 'Codename: bookworm' | head -n 1)}
+[ -n "$mirror" ] || { echo 'fetch.sh: no source of Debian 12 is configured; set VM_MIRROR' >&2; exit 1; }
 # What runs in the machine, with all that it depends on; mawk is the awk of the library's shell
 # command, usr-is-merged stands in for a package that brings perl.
-system='usr-is-merged bash dash coreutils mawk grep sed gzip tar util-linux mount procps
-    kmod ncurses-base libstdc++6 libfuse3-3 dmidecode ipmitool pciutils fdisk hdparm strace'
+system='usr-is-merged bash dash coreutils mawk grep sed gzip tar util-linux mount procps kmod'
+system="$system ncurses-base libstdc++6 libfuse3-3 dmidecode ipmitool pciutils fdisk hdparm strace"
 # Taken without what they depend on: a shell for the way to the disk, and the headers that the bridge
 # is compiled with.
 single='busybox-static libfuse3-dev'
 # What the bridge needs as a 64-bit program, beside a 64-bit kernel.
 wide='libc6 libgcc-s1 libstdc++6 libfuse3-3'
 
-# shellcheck disable=SC2086  # several words
-wanted=$(echo "$mirror" $system $single $wide)
+wanted="$mirror $system $single $wide"
 if [ "$(cat "$cache/packages.complete" 2>/dev/null)" = "$wanted" ]; then exit 0; fi
 
 rm -rf "$cache/packages" "$cache/packages64" "$cache/packages.complete"
