@@ -40,15 +40,16 @@ int IPMIsupport::SetUserInfo(unsigned char userID, const char* userName, const c
     request.data[0] = userID;
     std::memcpy(request.data + 1, userName, std::min(std::strlen(userName), kLongestName));
     // Kept: the name goes out under the code of another command.
-    if (Transact(APP_CMD, Get_channel_info, BMC_ADDRESS) != 0) return -1;
-
-    // Kept: the operation byte behind the user is 0, and the password, which is empty here, leaves
-    // the others zero.
-    std::fill_n(request.data, kLength, static_cast<unsigned char>(0));
-    request.data[0] = userID;
-    if (Transact(APP_CMD, Set_user_passwd, BMC_ADDRESS) != 0) return -1;
+    int result = Transact(APP_CMD, Get_channel_info, BMC_ADDRESS);
+    if (result == 0) {
+        // Kept: the operation byte behind the user is 0, and the password, which is empty here,
+        // leaves the others zero.
+        std::fill_n(request.data, kLength, static_cast<unsigned char>(0));
+        request.data[0] = userID;
+        result = Transact(APP_CMD, Set_user_passwd, BMC_ADDRESS);
+    }
     ReleaseData();
-    return 0;
+    return result;
 }
 
 namespace {

@@ -4,8 +4,6 @@
 
 #include "IPMI/IPMIsupport.h"
 
-#include <memory>
-
 #include "Bytes.h"
 
 IPMIsupport::IPMIsupport() {
@@ -70,16 +68,7 @@ int IPMIsupport::ResetWatchDogTimer() {
     return Exchange(APP_CMD, reset_watchdog_timer, BMC_ADDRESS, {});
 }
 
-// One request of a command that changes the controller's settings. Kept: the data of a request that
-// is refused stays in the request record and is not released.
+// One request of a command that changes the controller's settings.
 int IPMIsupport::Request(int netFn, int code, std::initializer_list<unsigned char> data) {
-    AllocateData(data);
-    // Held here as well: a call from within the request may put its own data into the record.
-    std::unique_ptr<unsigned char[]> sent(request.data);
-    if (Transact(netFn, code, BMC_ADDRESS) != 0) {
-        (void)sent.release();  // result not used: the record has it
-        return -1;
-    }
-    request.data = nullptr;
-    return 0;
+    return ExchangeUnchecked(netFn, code, BMC_ADDRESS, data);
 }

@@ -88,11 +88,9 @@ TEST_F(Completion, ARefusedChannelReleasesItsRequest) {
     EXPECT_EQ(sent, 2) << "the search ends with the first failure";
 }
 
-TEST_F(Completion, ARefusedSettingKeepsItsRequest) {
+TEST_F(Completion, ARefusedSettingReleasesItsRequest) {
     EXPECT_EQ(support->SetWatchDogTimer(1, 10000), -1);
-    ASSERT_NE(support->request.data, nullptr);
-    EXPECT_EQ(support->request.data[4], 100);
-    delete[] support->request.data;
+    EXPECT_EQ(support->request.data, nullptr);
 }
 
 TEST_F(Completion, ALanSettingRefusedAtTheSubnetMaskHasSentFiveRequests) {
@@ -100,22 +98,20 @@ TEST_F(Completion, ALanSettingRefusedAtTheSubnetMaskHasSentFiveRequests) {
     const LANParameter lan{1, {192, 168, 0, 7}, {0, 1, 2, 3, 4, 5}, {255, 255, 255, 0}};
     EXPECT_EQ(support->SetLANParameter(lan), -1);
     EXPECT_EQ(sent, 5);
-    ASSERT_NE(support->request.data, nullptr);
-    EXPECT_EQ(support->request.data[1], 6);
-    delete[] support->request.data;
+    EXPECT_EQ(support->request.data, nullptr);
 }
 
 TEST_F(Completion, ARefusedUserNameSendsNoPassword) {
     EXPECT_EQ(support->SetUserInfo(2, "admin", nullptr), -1);
     EXPECT_EQ(sent, 1);
-    delete[] support->request.data;
+    EXPECT_EQ(support->request.data, nullptr);
 }
 
 TEST_F(Completion, ARefusedPasswordFails) {
     refuseFrom = 2;
     EXPECT_EQ(support->SetUserInfo(2, "admin", nullptr), -1);
     EXPECT_EQ(sent, 2);
-    delete[] support->request.data;
+    EXPECT_EQ(support->request.data, nullptr);
 }
 
 TEST_F(Completion, ARefusedInventoryClearsItsRequest) {
