@@ -139,7 +139,8 @@ TALVANE_API int GetMemUsageRate(void);
 
 /* Frees what the library keeps between calls; the next call reads the machine anew. Kept: the
    sensor repository is read once in a process, and the BMC is not found again: after a release no
-   sensor is known. Returns 0. */
+   sensor is known. Not to be called from inside another call (by a signal handler, say), which
+   would go on with what is freed. Returns 0. */
 TALVANE_API int release(void);
 
 #ifdef __cplusplus
