@@ -12,7 +12,6 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <array>
 #include <cerrno>
 #include <limits>
 
@@ -36,7 +35,9 @@ int Remaining(Deadline deadline) {
 int KernelController::Open() {
     if (descriptor_ >= 0) return 0;
     descriptor_ = open(device_.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
-    return descriptor_ >= 0 ? 0 : errno;
+    if (descriptor_ >= 0) return 0;
+    // No node, or one that no interface stands behind.
+    return errno == ENOENT || errno == ENXIO ? ENODEV : errno;
 }
 
 void KernelController::Close() {
@@ -45,14 +46,23 @@ void KernelController::Close() {
 }
 
 int KernelController::Exchange(const Request& request, Deadline deadline, Response& response) {
+    const bool wasOpen = descriptor_ >= 0;
     int error = Open();
     if (error == 0) error = Send(request);
+    // A file never outlives its interface, but the interface may be back. The request was not
+    // taken, so it can be sent again.
+    if (wasOpen && Gone(error)) {
+        Close();
+        error = Open();
+        if (error == 0) error = Send(request);
+    }
     if (error == 0) error = Receive(deadline, response);
     if (Gone(error)) Close();
     return error;
 }
 
 int KernelController::Send(const Request& request) {
+    DropLate();
     ipmi_system_interface_addr address{};
     address.addr_type = IPMI_SYSTEM_INTERFACE_ADDR_TYPE;
     address.channel = IPMI_BMC_CHANNEL;
@@ -61,18 +71,42 @@ int KernelController::Send(const Request& request) {
     ipmi_req message{};
     message.addr = reinterpret_cast<unsigned char*>(&address);
     message.addr_len = sizeof(address);
-    message.msgid = ++lastId_;
+    message.msgid = static_cast<long>(++lastId_);
     message.msg.netfn = request.netFn;
     message.msg.cmd = request.command;
     message.msg.data = data.data();
     message.msg.data_len = static_cast<unsigned short>(data.size());
+    if (ioctl(descriptor_, IPMICTL_SEND_COMMAND, &message) != 0) return errno;
     ++sent_;
-    return ioctl(descriptor_, IPMICTL_SEND_COMMAND, &message) == 0 ? 0 : errno;
+    return 0;
 }
 
-// Responses to requests that were given up, and events, are passed over.
+// Takes the next response from the file's queue, without waiting for one. Returns 0 or an errno,
+// EAGAIN when there is none.
+int KernelController::Take(ipmi_recv& message, MessageBuffer& data) {
+    ipmi_addr address{};
+    message = {};
+    message.addr = reinterpret_cast<unsigned char*>(&address);
+    message.addr_len = sizeof(address);
+    message.msg.data = data.data();
+    message.msg.data_len = IPMI_MAX_MSG_LENGTH;
+    const int error = ioctl(descriptor_, IPMICTL_RECEIVE_MSG_TRUNC, &message) == 0 ? 0 : errno;
+    message.addr = nullptr;  // ends here
+    // EMSGSIZE tells of a response that was cut to the longest there can be.
+    return error == EMSGSIZE ? 0 : error;
+}
+
+// Takes the responses to requests that were given up. As long as they are queued the kernel counts
+// them among the messages under way, of which it allows a file 100.
+void KernelController::DropLate() {
+    MessageBuffer data;
+    ipmi_recv message{};
+    while (Take(message, data) == 0) continue;
+}
+
+// Late responses, and events, are passed over.
 int KernelController::Receive(Deadline deadline, Response& response) {
-    std::array<unsigned char, IPMI_MAX_MSG_LENGTH> data;
+    MessageBuffer data;
     for (;;) {
         pollfd ready{descriptor_, POLLIN, 0};
         const int count = poll(&ready, 1, Remaining(deadline));
@@ -83,18 +117,14 @@ int KernelController::Receive(Deadline deadline, Response& response) {
         }
         if ((ready.revents & POLLIN) == 0) return ENODEV;
 
-        ipmi_addr address{};
         ipmi_recv message{};
-        message.addr = reinterpret_cast<unsigned char*>(&address);
-        message.addr_len = sizeof(address);
-        message.msg.data = data.data();
-        message.msg.data_len = data.size();
-        // EMSGSIZE tells of a response that was cut to the longest there can be.
-        if (ioctl(descriptor_, IPMICTL_RECEIVE_MSG_TRUNC, &message) != 0 && errno != EMSGSIZE) {
-            if (errno == EAGAIN || errno == EINTR) continue;
-            return errno;
+        if (const int error = Take(message, data)) {
+            if (error == EAGAIN || error == EINTR) continue;
+            return error;
         }
-        if (message.recv_type != IPMI_RESPONSE_RECV_TYPE || message.msgid != lastId_) continue;
+        if (message.recv_type != IPMI_RESPONSE_RECV_TYPE ||
+            message.msgid != static_cast<long>(lastId_))
+            continue;
         if (message.msg.data_len == 0) return EBADMSG;  // not even a completion code
         response.completion = data[0];
         response.data.assign(data.begin() + 1, data.begin() + message.msg.data_len);

@@ -4,6 +4,10 @@
 #ifndef TALVANE_BRIDGE_KERNELCONTROLLER_H
 #define TALVANE_BRIDGE_KERNELCONTROLLER_H
 
+#include <linux/ipmi.h>
+
+#include <array>
+#include <cstdint>
 #include <string>
 
 #include "Message.h"
@@ -17,7 +21,7 @@ public:
     KernelController(const KernelController&) = delete;
     KernelController& operator=(const KernelController&) = delete;
 
-    // Opens the device unless it is open. Returns 0 or an errno.
+    // Opens the device unless it is open. Returns 0 or an errno, ENODEV when there is none.
     [[nodiscard]] int Open();
 
     // Opens the device again when it has been gone.
@@ -27,13 +31,17 @@ public:
     [[nodiscard]] unsigned long sent() const { return sent_; }
 
 private:
+    using MessageBuffer = std::array<unsigned char, IPMI_MAX_MSG_LENGTH>;
+
     [[nodiscard]] int Send(const Request& request);
     [[nodiscard]] int Receive(Deadline deadline, Response& response);
+    [[nodiscard]] int Take(ipmi_recv& message, MessageBuffer& data);
+    void DropLate();
     void Close();
 
     std::string device_;
     int descriptor_ = -1;
-    long lastId_ = 0;  // of the last request; a response carries that of its own
+    std::uint32_t lastId_ = 0;  // of the last request; a response carries that of its own
     unsigned long sent_ = 0;
 };
 

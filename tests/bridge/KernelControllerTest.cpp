@@ -1,0 +1,236 @@
+// SPDX-License-Identifier: MIT
+//
+// The way to the kernel's device: what is sent, which response is taken, and what happens when the
+// BMC is silent or the device goes.
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <linux/ipmi.h>
+
+#include <cerrno>
+
+#include "FakeKernelDevice.h"
+#include "bridge/KernelController.h"
+
+namespace {
+
+using bridge::Bytes;
+using bridge::Deadline;
+using bridge::Request;
+using bridge::Response;
+using std::chrono::milliseconds;
+using ::testing::AllOf;
+using ::testing::ElementsAre;
+using ::testing::Gt;
+using ::testing::Le;
+using ::testing::SizeIs;
+using Sent = FakeKernelDevice::Sent;
+
+constexpr int kResponseType = IPMI_RESPONSE_RECV_TYPE;
+
+const Request kReading{0x04, 1, 0x2D, {0x30}};
+
+Deadline In(milliseconds time) {
+    return Deadline::clock::now() + time;
+}
+
+class KernelController : public ::testing::Test {
+protected:
+    int Ask() { return Ask(kernel); }
+    int Ask(bridge::KernelController& controller) {
+        return controller.Exchange(kReading, In(milliseconds(3000)), response);
+    }
+    // Answers the request with these data, completion code first.
+    void AnswerWith(const Bytes& data) {
+        device.onSend = [this, data](const Sent& sent) {
+            device.Queue(sent.file, {kResponseType, sent.id, data});
+        };
+    }
+    void BeSilent() {
+        device.onSend = [](const Sent&) {};
+    }
+
+    FakeKernelDevice device;
+    bridge::KernelController kernel{FakeKernelDevice::kPath};
+    Response response;
+};
+
+TEST_F(KernelController, ARequestGoesToTheBmcOfTheSystemInterface) {
+    ASSERT_EQ(Ask(), 0);
+    ASSERT_THAT(device.sent, SizeIs(1));
+    const Sent& sent = device.sent[0];
+    EXPECT_EQ(sent.addressType, IPMI_SYSTEM_INTERFACE_ADDR_TYPE);
+    EXPECT_EQ(sent.channel, IPMI_BMC_CHANNEL);
+    EXPECT_EQ(sent.request.netFn, 0x04);
+    EXPECT_EQ(sent.request.lun, 1);
+    EXPECT_EQ(sent.request.command, 0x2D);
+    EXPECT_EQ(sent.request.data, Bytes{0x30});
+    EXPECT_EQ(kernel.sent(), 1U);
+}
+
+TEST_F(KernelController, TheDeviceIsOpenedOnceAndNotForProgramsThatAreStarted) {
+    ASSERT_EQ(Ask(), 0);
+    ASSERT_EQ(Ask(), 0);
+    EXPECT_EQ(device.sent[0].file, device.sent[1].file);
+    EXPECT_EQ(device.flags & O_ACCMODE, O_RDWR);
+    EXPECT_NE(device.flags & O_CLOEXEC, 0);
+}
+
+TEST_F(KernelController, TheCompletionCodeIsNotAmongTheData) {
+    AnswerWith({0xC1, 1, 2, 3});
+    ASSERT_EQ(Ask(), 0);
+    EXPECT_EQ(response.completion, 0xC1);
+    EXPECT_THAT(response.data, ElementsAre(1, 2, 3));
+}
+
+TEST_F(KernelController, ACompletionCodeAloneIsAResponse) {
+    response.data = {7};
+    AnswerWith({0xC3});
+    ASSERT_EQ(Ask(), 0);
+    EXPECT_EQ(response.completion, 0xC3);
+    EXPECT_THAT(response.data, SizeIs(0));
+}
+
+TEST_F(KernelController, AResponseWithoutACompletionCodeIsBad) {
+    AnswerWith({});
+    EXPECT_EQ(Ask(), EBADMSG);
+}
+
+TEST_F(KernelController, AResponseBeyondTheLongestMessageIsCut) {
+    AnswerWith(Bytes(IPMI_MAX_MSG_LENGTH + 10));
+    ASSERT_EQ(Ask(), 0);
+    EXPECT_THAT(response.data, SizeIs(IPMI_MAX_MSG_LENGTH - 1));
+}
+
+TEST_F(KernelController, ASilentBmcIsWaitedForUntilTheDeadlineAndNoLonger) {
+    BeSilent();
+    EXPECT_EQ(Ask(), ETIMEDOUT);
+    EXPECT_THAT(device.waits, ElementsAre(AllOf(Gt(2000), Le(3000))));
+    EXPECT_EQ(kernel.Exchange(kReading, In(milliseconds(-1)), response), ETIMEDOUT);
+    EXPECT_EQ(device.waits.back(), 0);
+}
+
+TEST_F(KernelController, TheLateResponseOfAnotherRequestIsNeverTaken) {
+    BeSilent();
+    ASSERT_EQ(Ask(), ETIMEDOUT);
+    const Sent late = device.sent[0];
+    // It comes while the next request is waited for, before that one's own.
+    device.onSend = [&](const Sent& sent) {
+        device.Queue(sent.file, {kResponseType, late.id, {0x00, 0x11}});
+        device.Queue(sent.file, {kResponseType, sent.id, {0x00, 0x22}});
+    };
+    ASSERT_EQ(Ask(), 0);
+    EXPECT_THAT(response.data, ElementsAre(0x22));
+}
+
+TEST_F(KernelController, ALateResponseAloneDoesNotEndTheWait) {
+    BeSilent();
+    ASSERT_EQ(Ask(), ETIMEDOUT);
+    const Sent late = device.sent[0];
+    device.onSend = [&](const Sent& sent) {
+        device.Queue(sent.file, {kResponseType, late.id, {0x00, 0x11}});
+    };
+    EXPECT_EQ(Ask(), ETIMEDOUT);
+    EXPECT_THAT(device.waits, SizeIs(3));
+}
+
+TEST_F(KernelController, EventsAreNotResponses) {
+    device.onSend = [&](const Sent& sent) {
+        device.Queue(sent.file, {IPMI_ASYNC_EVENT_RECV_TYPE, sent.id, {0x00, 0x11}});
+        device.Queue(sent.file, {kResponseType, sent.id, {0x00, 0x22}});
+    };
+    ASSERT_EQ(Ask(), 0);
+    EXPECT_THAT(response.data, ElementsAre(0x22));
+}
+
+// The kernel counts a response as under way until it is taken.
+TEST_F(KernelController, LateResponsesAreTakenBeforeTheKernelRefusesMore) {
+    device.limit = 3;
+    BeSilent();
+    for (int i = 0; i < 3; ++i) ASSERT_EQ(Ask(), ETIMEDOUT);
+    EXPECT_EQ(Ask(), EBUSY);
+    const std::vector<Sent> late = device.sent;
+    for (const Sent& sent : late) device.Queue(sent.file, {kResponseType, sent.id, {0x00, 0x11}});
+    AnswerWith({0x00, 0x22});
+    ASSERT_EQ(Ask(), 0);
+    EXPECT_THAT(response.data, ElementsAre(0x22));
+}
+
+TEST_F(KernelController, AWaitThatASignalInterruptsGoesOn) {
+    device.pollError = EINTR;
+    EXPECT_EQ(Ask(), 0);
+    device.pollError = ENOMEM;
+    EXPECT_EQ(Ask(), ENOMEM);
+}
+
+TEST_F(KernelController, EachControllerHasAQueueOfItsOwn) {
+    bridge::KernelController other{FakeKernelDevice::kPath};
+    device.onSend = [&](const Sent& sent) {
+        const auto mark = static_cast<std::uint8_t>(sent.file);
+        device.Queue(sent.file, {kResponseType, sent.id, {0x00, mark}});
+    };
+    ASSERT_EQ(Ask(), 0);
+    const Bytes first = response.data;
+    ASSERT_EQ(Ask(other), 0);
+    EXPECT_NE(device.sent[0].file, device.sent[1].file);
+    EXPECT_NE(response.data, first);
+}
+
+TEST_F(KernelController, NoNodeAndNoInterfaceBehindItAreNoDevice) {
+    device.openError = ENOENT;
+    EXPECT_EQ(kernel.Open(), ENODEV);
+    EXPECT_EQ(Ask(), ENODEV);
+    device.openError = ENXIO;
+    EXPECT_EQ(Ask(), ENODEV);
+    device.openError = EACCES;
+    EXPECT_EQ(Ask(), EACCES);
+    device.openError = 0;
+    EXPECT_EQ(Ask(), 0);
+}
+
+TEST_F(KernelController, ADeviceThatGoesIsReportedAndItsFileClosed) {
+    ASSERT_EQ(Ask(), 0);
+    device.Disappear();
+    EXPECT_EQ(Ask(), ENODEV);
+    EXPECT_EQ(device.openFiles(), 0U);
+    EXPECT_EQ(Ask(), ENODEV);
+}
+
+TEST_F(KernelController, ADeviceThatCameBackSinceIsOpenedAgainForTheSameRequest) {
+    ASSERT_EQ(Ask(), 0);
+    device.Disappear();
+    device.ComeBack();
+    EXPECT_EQ(Ask(), 0);
+    ASSERT_THAT(device.sent, SizeIs(2));
+    EXPECT_NE(device.sent[0].file, device.sent[1].file);
+    EXPECT_EQ(device.openFiles(), 1U);
+}
+
+TEST_F(KernelController, ADeviceThatGoesWhileItIsWaitedForIsReported) {
+    device.onSend = [&](const Sent& sent) {
+        device.Queue(sent.file, {kResponseType, sent.id, {0x00}});
+        device.Disappear();
+    };
+    EXPECT_EQ(Ask(), ENODEV);
+    EXPECT_EQ(device.openFiles(), 0U);
+    device.ComeBack();
+    AnswerWith({0x00, 0x22});
+    EXPECT_EQ(Ask(), 0);
+}
+
+TEST_F(KernelController, ADeviceThatRefusesTwiceIsNotTriedForEver) {
+    ASSERT_EQ(Ask(), 0);
+    device.sendError = EIO;
+    EXPECT_EQ(Ask(), EIO);
+}
+
+// What the kernel refuses is the caller's matter, and no reason to leave the file.
+TEST_F(KernelController, ARefusedRequestLeavesTheFileOpen) {
+    ASSERT_EQ(Ask(), 0);
+    device.sendError = EINVAL;
+    EXPECT_EQ(Ask(), EINVAL);
+    EXPECT_EQ(device.openFiles(), 1U);
+    EXPECT_EQ(kernel.sent(), 1U);
+}
+
+}  // namespace
