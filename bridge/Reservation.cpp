@@ -13,27 +13,49 @@ constexpr std::uint8_t kStorage = 0x0A;  // network function
 constexpr std::uint8_t kReserveRepository = 0x22;
 constexpr std::uint8_t kDone = 0x00;
 
+std::optional<std::uint16_t> GrantedBy(const Response& response) {
+    if (response.completion != kDone || response.data.size() < 2) return std::nullopt;
+    return static_cast<std::uint16_t>(response.data[0] | response.data[1] << 8);
+}
+
 }  // namespace
+
+bool AsksForReservation(const Request& request) {
+    return request.netFn == kStorage && request.lun == 0 && request.command == kReserveRepository;
+}
 
 int Reservation::Get(Controller& bmc, Deadline deadline, std::uint16_t& id) {
     const std::unique_lock<std::timed_mutex> lock(asking_, deadline);
     if (!lock) return ETIMEDOUT;
-    if (!id_) {
+    std::optional<std::uint16_t> known = Known();
+    if (!known) {
         Response response;
         const Request request{kStorage, 0, kReserveRepository, {}};
         if (const int error = bmc.Exchange(request, deadline, response)) return error;
-        const bool granted = response.completion == kDone && response.data.size() >= 2;
-        const unsigned low = granted ? response.data[0] : 0;
-        const unsigned high = granted ? response.data[1] : 0;
-        id_ = static_cast<std::uint16_t>(low + 256U * high);
+        known = GrantedBy(response).value_or(0);
+        Keep(*known);
     }
-    id = *id_;
+    id = *known;
     return 0;
 }
 
 void Reservation::Cancelled(std::uint16_t id) {
-    const std::lock_guard<std::timed_mutex> lock(asking_);
+    const std::lock_guard<std::mutex> lock(access_);
     if (id_ == id) id_.reset();  // otherwise another session has found out before
+}
+
+void Reservation::GrantedToCaller(const Response& response) {
+    if (const std::optional<std::uint16_t> id = GrantedBy(response)) Keep(*id);
+}
+
+std::optional<std::uint16_t> Reservation::Known() {
+    const std::lock_guard<std::mutex> lock(access_);
+    return id_;
+}
+
+void Reservation::Keep(std::uint16_t id) {
+    const std::lock_guard<std::mutex> lock(access_);
+    id_ = id;
 }
 
 }  // namespace bridge

@@ -13,6 +13,8 @@
 
 namespace bridge {
 
+[[nodiscard]] bool AsksForReservation(const Request& request);
+
 class Reservation {
 public:
     // Asks `bmc` for a reservation unless there is one. A BMC that grants none is read with 0.
@@ -22,8 +24,16 @@ public:
     // Someone else has reserved the repository since `id` was granted.
     void Cancelled(std::uint16_t id);
 
+    // A caller has asked for a reservation itself, and got it with this response. It has cancelled
+    // the one before; asking for another would cancel that of the caller.
+    void GrantedToCaller(const Response& response);
+
 private:
-    std::timed_mutex asking_;
+    [[nodiscard]] std::optional<std::uint16_t> Known();
+    void Keep(std::uint16_t id);
+
+    std::timed_mutex asking_;  // held while the BMC is asked
+    std::mutex access_;        // to what follows, and held for that only
     std::optional<std::uint16_t> id_;
 };
 

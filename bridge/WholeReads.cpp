@@ -11,6 +11,7 @@ namespace bridge {
 namespace {
 
 constexpr std::uint8_t kStorage = 0x0A;  // network function
+constexpr std::uint8_t kBmcLun = 0;
 constexpr std::uint8_t kReadInventory = 0x11;
 constexpr std::uint8_t kGetRecord = 0x23;
 
@@ -26,6 +27,7 @@ constexpr std::uint8_t kUnspecified = 0xFF;
 // Get SDR: reservation, record ID, offset, count; answered by the next record's ID and the bytes.
 constexpr std::size_t kRecordRequestSize = 6;
 constexpr std::size_t kRecordOffset = 4;
+constexpr std::uint8_t kUpToTheEnd = 0xFF;  // as a count
 constexpr std::size_t kNextIdSize = 2;
 constexpr unsigned kHeaderSize = 5;       // record ID, version, type, length of what follows
 constexpr unsigned kLengthInHeader = 4;   // IPMI 2.0, 43
@@ -42,10 +44,20 @@ constexpr unsigned kPieceSize = 16;
 // Programs beside the bridge may reserve the repository too. One of them is through before this.
 constexpr int kReadsPerRecord = 8;
 
-// In both requests the count is the last byte.
-bool IsLong(const Request& request, std::uint8_t command, std::size_t size) {
-    return request.netFn == kStorage && request.command == command && request.data.size() == size &&
-           request.data.back() > kPieceSize;
+// To the BMC itself: the other LUNs have commands of their own.
+bool Is(const Request& request, std::uint8_t command, std::size_t size) {
+    return request.netFn == kStorage && request.lun == kBmcLun && request.command == command &&
+           request.data.size() == size;
+}
+
+// In both requests the count is the last byte. A caller that counts a record's bytes reads in
+// pieces of its own and learns from a refusal how long they may be.
+bool IsWholeRecord(const Request& request) {
+    return Is(request, kGetRecord, kRecordRequestSize) && request.data.back() == kUpToTheEnd;
+}
+
+bool IsLongInventory(const Request& request) {
+    return Is(request, kReadInventory, kInventoryRequestSize) && request.data.back() > kPieceSize;
 }
 
 bool TooLong(std::uint8_t completion) {
@@ -116,7 +128,7 @@ private:
         response = {kOutOfRange, {}};
         return 0;
     }
-    const unsigned end = std::min({offset + request.data.back(), length, kRecordReach});
+    const unsigned end = std::min({offset + kUpToTheEnd, length, kRecordReach});
     Bytes record = offset == 0 ? header : Bytes();
     if (const int error = AppendRecord(pieces, offset, end, record, response)) return error;
     if (response.completion != kDone) {
@@ -164,9 +176,8 @@ private:
 }  // namespace
 
 int WholeReads::Exchange(const Request& request, Deadline deadline, Response& response) {
-    const bool record = IsLong(request, kGetRecord, kRecordRequestSize);
-    const bool inventory = IsLong(request, kReadInventory, kInventoryRequestSize);
-    if (!record && !inventory) return bmc_.Exchange(request, deadline, response);
+    const bool record = IsWholeRecord(request);
+    if (!record && !IsLongInventory(request)) return Pass(request, deadline, response);
 
     bool& refused = record ? recordsRefused_ : inventoryRefused_;
     if (!refused) {
@@ -176,6 +187,12 @@ int WholeReads::Exchange(const Request& request, Deadline deadline, Response& re
     }
     return record ? ReadRecord(request, deadline, response)
                   : ReadInventory(bmc_, request, deadline, response);
+}
+
+int WholeReads::Pass(const Request& request, Deadline deadline, Response& response) {
+    if (const int error = bmc_.Exchange(request, deadline, response)) return error;
+    if (AsksForReservation(request)) reservation_.GrantedToCaller(response);
+    return 0;
 }
 
 int WholeReads::ReadRecord(const Request& request, Deadline deadline, Response& response) {

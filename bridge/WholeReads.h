@@ -15,11 +15,13 @@ class WholeReads : public Controller {
 public:
     WholeReads(Controller& bmc, Reservation& reservation) : bmc_(bmc), reservation_(reservation) {}
 
-    // Answers a long read as the BMC would if its buffers had room for it; everything else passes.
+    // Answers such a read as the BMC would if its buffers had room for it; everything else passes.
     [[nodiscard]] int Exchange(const Request& request, Deadline deadline,
                                Response& response) override;
 
 private:
+    [[nodiscard]] int Pass(const Request& request, Deadline deadline, Response& response);
+
     // Reads a record in pieces, again when the reservation is cancelled.
     [[nodiscard]] int ReadRecord(const Request& request, Deadline deadline, Response& response);
 

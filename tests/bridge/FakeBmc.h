@@ -6,6 +6,7 @@
 #define TALVANE_TESTS_BRIDGE_FAKEBMC_H
 
 #include <functional>
+#include <mutex>
 #include <numeric>
 #include <vector>
 
@@ -22,6 +23,7 @@ public:
 
     int Exchange(const bridge::Request& request, bridge::Deadline,
                  bridge::Response& response) override {
+        const std::lock_guard<std::mutex> lock(busy_);
         requests.push_back(request);
         if (beforeEach) beforeEach(requests.size());
         if (error != 0) return error;
@@ -39,8 +41,10 @@ public:
 
     bridge::Bytes record;
     bridge::Bytes inventory;
-    std::size_t room = 20;  // for bytes of a record or of the inventory
-    std::uint8_t unit = 1;  // bytes per step of the inventory: 1, or 2 with words
+    std::size_t room = 20;        // for bytes of a record or of the inventory
+    std::uint8_t unit = 1;        // bytes per step of the inventory: 1, or 2 with words
+    std::uint8_t tooLong = 0xCA;  // completion code of a read that there is no room for
+    bool emptyPieces = false;     // answers short reads without a byte
     std::uint16_t reservation = 0x0100;
     bool grantsReservations = true;
     std::uint8_t recordCompletion = 0;  // of every Get SDR from the second piece on
@@ -49,6 +53,8 @@ public:
     std::vector<bridge::Request> requests;
 
 private:
+    std::mutex busy_;
+
     bridge::Response Reserve() {
         if (!grantsReservations) return {0xC1, {}};
         ++reservation;
@@ -65,7 +71,8 @@ private:
         if (offset != 0 && recordCompletion != 0) return {recordCompletion, {}};
         if (offset >= record.size()) return {0xC9, {}};
         const std::size_t length = std::min(count, record.size() - offset);
-        if (length > room) return {0xCA, {}};
+        if (length > room) return {tooLong, {}};
+        if (emptyPieces) return {0x00, {}};
         return {0x00, Joined({0x34, 0x12}, record, offset, length)};
     }
 
@@ -73,7 +80,8 @@ private:
         const std::size_t offset = (data[1] + 256U * data[2]) * unit;
         if (offset >= inventory.size()) return {0xC9, {}};
         const std::size_t length = std::min<std::size_t>(data[3] * unit, inventory.size() - offset);
-        if (length > room) return {0xCA, {}};
+        if (length > room) return {tooLong, {}};
+        if (emptyPieces) return {0x00, {}};
         return {0x00,
                 Joined({static_cast<std::uint8_t>(length / unit)}, inventory, offset, length)};
     }

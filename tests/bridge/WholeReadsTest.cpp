@@ -114,16 +114,16 @@ TEST_F(WholeReads, AllSessionsReadUnderOneReservation) {
     EXPECT_EQ(bmc.reservation, 0x0101);
 }
 
-TEST_F(WholeReads, ACancellationThatAnotherSessionHasSeenIsNotAnsweredTwice) {
-    std::uint16_t first = 0;
-    std::uint16_t second = 0;
-    ASSERT_EQ(reservation.Get(bmc, bridge::Deadline::max(), first), 0);
-    reservation.Cancelled(first);
-    ASSERT_EQ(reservation.Get(bmc, bridge::Deadline::max(), second), 0);
-    EXPECT_NE(second, first);
-    reservation.Cancelled(first);
-    ASSERT_EQ(reservation.Get(bmc, bridge::Deadline::max(), first), 0);
-    EXPECT_EQ(first, second);
+// A caller that reads in pieces of its own and one that reads whole records do not cancel each
+// other's reservation in turn.
+TEST_F(WholeReads, ACallersOwnReservationServesWholeReadsToo) {
+    (void)GetRecord();
+    EXPECT_EQ(Ask(0x22, {}).data, (Bytes{0x02, 0x01}));
+    bmc.requests.clear();
+    EXPECT_EQ(GetRecord().data, WholeRecord());
+    EXPECT_EQ(bmc.reservation, 0x0102);
+    EXPECT_THAT(bmc.requests, SizeIs(5));
+    EXPECT_EQ(GetRecord({0x02, 0x01, 7, 0, 0, 16}).completion, 0);
 }
 
 TEST_F(WholeReads, AReservationThatNeverHoldsIsGivenUp) {
@@ -161,13 +161,63 @@ TEST_F(WholeReads, ABmcThatRefusesSingleBytesIsLeftWithItsCode) {
     EXPECT_EQ(GetRecord().completion, 0xCA);
 }
 
-TEST_F(WholeReads, ARequestForPartOfARecordGetsThatPart) {
-    (void)GetRecord();
-    const Response response = GetRecord({0, 0, 7, 0, 10, 30});
+TEST_F(WholeReads, TheRestOfARecordIsReadFromItsOffsetOn) {
+    const Response response = GetRecord({0, 0, 7, 0, 10, 0xFF});
     Bytes expected{0x34, 0x12};
-    expected.insert(expected.end(), bmc.record.begin() + 10, bmc.record.begin() + 40);
+    expected.insert(expected.end(), bmc.record.begin() + 10, bmc.record.end());
     EXPECT_EQ(response.data, expected);
-    EXPECT_EQ(GetRecord({0, 0, 7, 0, 64, 30}).completion, 0xC9);
+    EXPECT_EQ(GetRecord({0, 0, 7, 0, 64, 0xFF}).completion, 0xC9);
+}
+
+// A caller that counts bytes learns from the refusal how many it gets.
+TEST_F(WholeReads, ARefusedRequestForPartOfARecordStaysRefused) {
+    bmc.grantsReservations = false;
+    (void)GetRecord();
+    bmc.requests.clear();
+    EXPECT_EQ(GetRecord({0, 0, 7, 0, 0, 0xFE}).completion, 0xCA);
+    EXPECT_EQ(GetRecord({0, 0, 7, 0, 10, 30}).completion, 0xCA);
+    EXPECT_EQ(GetRecord({0, 0, 7, 0, 10, 20}).completion, 0);
+    EXPECT_THAT(bmc.requests, SizeIs(3));
+}
+
+TEST_F(WholeReads, CommandsOfOtherLunsPassUnchanged) {
+    Response response;
+    for (const std::uint8_t command : Bytes{0x23, 0x11}) {
+        const Bytes data = command == 0x23 ? Bytes{0, 0, 7, 0, 0, 0xFF} : Bytes{0, 0, 0, 0xF8};
+        ASSERT_EQ(reads.Exchange({0x0A, 1, command, data}, bridge::Deadline::max(), response), 0);
+        EXPECT_EQ(response.completion, 0xCA);
+    }
+    EXPECT_THAT(bmc.requests, SizeIs(2));
+}
+
+TEST_F(WholeReads, ShortReadsOfTheInventoryPassUnchanged) {
+    bmc.room = 15;
+    EXPECT_EQ(ReadInventory({0, 0, 0, 16}).completion, 0xCA);
+    EXPECT_THAT(bmc.requests, SizeIs(1));
+}
+
+TEST_F(WholeReads, EachCodeForTooLongIsUnderstood) {
+    for (const std::uint8_t code : Bytes{0xC7, 0xC8, 0xCA}) {
+        bmc.tooLong = code;
+        bridge::WholeReads fresh(bmc, reservation);
+        Response response;
+        ASSERT_EQ(fresh.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(),
+                                 response),
+                  0);
+        EXPECT_EQ(response.data, WholeRecord()) << int{code};
+    }
+}
+
+TEST_F(WholeReads, AnotherRefusalOfAWholeRecordIsTheAnswer) {
+    bmc.tooLong = 0xCB;  // no such record
+    EXPECT_EQ(GetRecord().completion, 0xCB);
+    EXPECT_THAT(bmc.requests, SizeIs(1));
+}
+
+TEST_F(WholeReads, PiecesWithoutBytesEndTheRead) {
+    bmc.emptyPieces = true;
+    EXPECT_EQ(GetRecord().completion, 0xFF);
+    EXPECT_EQ(ReadInventory({0, 0, 0, 0xF8}).completion, 0xFF);
 }
 
 TEST_F(WholeReads, TheLongestRecordEndsWithTheReachOfItsOffset) {
