@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <limits>
 
 namespace bridge {
 namespace {
@@ -60,6 +61,8 @@ int DecodeRecord(Record bytes, CallerRecord& record) {
     const std::uint32_t dataAddress = Le32(bytes, kDataAddress);
     const std::uint32_t responseAddress = Le32(bytes, kResponseAddress);
     if (responseAddress == 0 || (dataAddress == 0 && dataLength != 0)) return EFAULT;
+    constexpr std::uint32_t kTop = std::numeric_limits<std::uint32_t>::max();
+    if (dataLength > kTop - dataAddress) return EFAULT;  // beyond what a 32-bit program has
 
     record.command = bytes[kCommand];
     record.netFn = bytes[kNetFn];

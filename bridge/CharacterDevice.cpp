@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The callbacks of libfuse. An ioctl is asked about up to three times: the kernel first passes the
-// caller's address only, then the record that stands there, then the request's data behind it, each
-// when told where to find it.
+// The callbacks of libfuse.
 
 #define FUSE_USE_VERSION 312
 
@@ -21,7 +19,7 @@
 #include <memory>
 #include <new>
 
-#include "CallerRecord.h"
+#include "IoctlStep.h"
 #include "KernelController.h"
 #include "Log.h"
 #include "Readiness.h"
@@ -43,6 +41,7 @@ constexpr unsigned kMaxThreads = 32;
 struct Device {
     DeviceNames names;
     Reservation reservation;
+    Outcomes opened;
 };
 
 // An open file of the device.
@@ -52,7 +51,7 @@ struct OpenFile {
 
     KernelController kernel;
     Session session;
-    int lastError = 0;  // that a message was logged for
+    Outcomes asked;
 };
 
 OpenFile& FileOf(const fuse_file_info* info) {
@@ -92,10 +91,9 @@ void OnOpen(fuse_req_t request, fuse_file_info* info) {
         Device& device = *static_cast<Device*>(fuse_req_userdata(request));
         const std::string& kernel = device.names.kernel;
         auto file = std::make_unique<OpenFile>(kernel, device.reservation);
-        if (const int error = file->kernel.Open()) {
-            Log(Priority::kWarning, WithReason("cannot open " + kernel, error));
-            return error == ENOENT ? ENODEV : error;
-        }
+        const int error = file->kernel.Open();
+        device.opened.Log("open " + kernel, error);
+        if (error != 0) return error;
         info->fh = reinterpret_cast<std::uintptr_t>(file.get());
         if (fuse_reply_open(request, info) == 0) (void)file.release();  // OnRelease frees it
         return 0;
@@ -104,71 +102,75 @@ void OnOpen(fuse_req_t request, fuse_file_info* info) {
 
 void OnRelease(fuse_req_t request, fuse_file_info* info) {
     const std::unique_ptr<OpenFile> file(&FileOf(info));
-    Log(Priority::kInfo, "closed after " + std::to_string(file->session.served()) + " requests, " +
-                             std::to_string(file->kernel.sent()) + " messages to the BMC");
-    (void)fuse_reply_err(request, 0);  // result not used: the caller is gone anyway
-}
-
-void LogRequest(OpenFile& file, const CallerRecord& record, int error) {
-    std::array<char, 80> text;
-    (void)std::snprintf(text.data(), text.size(), "network function 0x%02X, command 0x%02X",
-                        record.netFn, record.command);
-    const std::string what = text.data();
-    if (error == 0) {
-        file.lastError = 0;
-        Log(Priority::kDebug, what + ": answered");
-    } else {
-        // The first of a row of failures says it; agents go on asking.
-        Log(error == file.lastError ? Priority::kDebug : Priority::kWarning,
-            WithReason(what, error));
-        file.lastError = error;
-    }
+    Replying(request, [&] {
+        Log(Priority::kInfo, "closed after " + std::to_string(file->session.served()) +
+                                 " requests, " + std::to_string(file->kernel.sent()) +
+                                 " messages to the BMC");
+        (void)fuse_reply_err(request, 0);  // result not used: the caller is gone anyway
+        return 0;
+    });
 }
 
 int Serve(fuse_req_t request, OpenFile& file, const CallerRecord& record,
           std::span<const std::uint8_t> call) {
     Bytes answer;
     const int error = file.session.Serve(call, answer);
-    LogRequest(file, record, error);
+    std::array<char, 80> what;
+    (void)std::snprintf(what.data(), what.size(), "network function 0x%02X, command 0x%02X",
+                        record.netFn, record.command);
+    file.asked.Log(what.data(), error);
     if (error != 0) return error;
     (void)fuse_reply_ioctl(request, 0, answer.data(), answer.size());  // result not used: as above
     return 0;
 }
 
-int AnswerIoctl(fuse_req_t request, unsigned command, std::uint32_t address, unsigned flags,
-                OpenFile& file, std::span<const std::uint8_t> call, std::size_t room) {
-    if (command != kSendMessage || (flags & kCallerHas32Bits) == 0) return ENOTTY;
+// Has the kernel call again, with the record and the data in hand.
+void Fetch(fuse_req_t request, std::uint32_t address, const CallerRecord& record) {
     const iovec recordAt = At(address, kRecordSize);
-    if (call.size() < kRecordSize) {
-        (void)fuse_reply_ioctl_retry(request, &recordAt, 1, nullptr, 0);  // result not used
-        return 0;
-    }
-    CallerRecord record;
-    if (const int error = DecodeRecord(call.first<kRecordSize>(), record)) return error;
-    if (room != 0) return Serve(request, file, record, call);
-
-    // The response goes behind the record's own bytes. Fewer than there is room for are fine.
     const std::array<iovec, 2> in{recordAt, At(record.dataAddress, record.dataLength)};
+    // The response goes behind the record's own bytes. Fewer than there is room for are fine.
     const std::array<iovec, 2> out{recordAt, At(record.responseAddress, kMaxResponse)};
     (void)fuse_reply_ioctl_retry(request, in.data(), record.dataLength == 0 ? 1 : 2, out.data(),
                                  out.size());  // result not used: the caller is gone
-    return 0;
+}
+
+int AnswerIoctl(fuse_req_t request, std::uint32_t address, const IoctlStage& stage,
+                OpenFile& file) {
+    const IoctlStep step = NextStep(stage);
+    switch (step.kind) {
+        case IoctlStep::Kind::kFetchRecord: {
+            const iovec recordAt = At(address, kRecordSize);
+            (void)fuse_reply_ioctl_retry(request, &recordAt, 1, nullptr, 0);  // result not used
+            return 0;
+        }
+        case IoctlStep::Kind::kFetchData:
+            Fetch(request, address, step.record);
+            return 0;
+        case IoctlStep::Kind::kServe:
+            return Serve(request, file, step.record, stage.call);
+        case IoctlStep::Kind::kRefuse:
+            break;
+    }
+    return step.error;
 }
 
 void OnIoctl(fuse_req_t request, int command, void* argument, fuse_file_info* info, unsigned flags,
              const void* in, std::size_t inSize, std::size_t outSize) {
     Replying(request, [&] {
         const auto address = static_cast<std::uint32_t>(reinterpret_cast<std::uintptr_t>(argument));
-        return AnswerIoctl(request, static_cast<unsigned>(command), address, flags, FileOf(info),
-                           {static_cast<const std::uint8_t*>(in), inSize}, outSize);
+        const IoctlStage stage{static_cast<unsigned>(command),
+                               (flags & kCallerHas32Bits) != 0,
+                               {static_cast<const std::uint8_t*>(in), inSize},
+                               outSize};
+        return AnswerIoctl(request, address, stage, FileOf(info));
     });
 }
 
 void LogOfLibrary(fuse_log_level level, const char* format, va_list arguments) {
     std::array<char, 256> text;
     (void)std::vsnprintf(text.data(), text.size(), format, arguments);
-    std::string message = text.data();
-    while (!message.empty() && message.back() == '\n') message.pop_back();
+    std::string_view message = text.data();
+    while (message.ends_with('\n')) message.remove_suffix(1);
     Log(level <= FUSE_LOG_ERR ? Priority::kError : Priority::kDebug, message);
 }
 
@@ -202,7 +204,7 @@ int ServeDevice(const DeviceNames& names) {
     std::string foreground = "-f";
     char* arguments[] = {program.data(), foreground.data(), nullptr};
     int multithreaded = 0;
-    Device device{names, {}};
+    Device device{names, {}, {}};
     const std::unique_ptr<fuse_session, TearDown> session(
         cuse_lowlevel_setup(2, arguments, &info, &operations, &multithreaded, &device));
     if (!session) {

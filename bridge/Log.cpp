@@ -4,37 +4,63 @@
 
 #include "Log.h"
 
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <system_error>
 
 namespace bridge {
 namespace {
 
-bool everything = false;
+constexpr std::size_t kLongest = 400;
 
-// Set by systemd when standard error is the journal (systemd.exec(5)).
-bool ForJournal() {
-    static const bool journal = std::getenv("JOURNAL_STREAM") != nullptr;
-    return journal;
+std::atomic<bool> everything = false;
+
+// The journal names itself by device and inode. Programs that a service starts inherit the variable
+// though their standard error may be another (systemd.exec(5)).
+bool ToJournal() {
+    const char* const stream = std::getenv("JOURNAL_STREAM");
+    struct stat error {};
+    if (stream == nullptr || fstat(STDERR_FILENO, &error) != 0) return false;
+    std::array<char, 48> own;
+    (void)std::snprintf(own.data(), own.size(), "%llu:%llu",
+                        static_cast<unsigned long long>(error.st_dev),
+                        static_cast<unsigned long long>(error.st_ino));
+    return std::strcmp(own.data(), stream) == 0;
 }
 
 }  // namespace
 
-void LogEverything() {
-    everything = true;
+void LogEverything(bool wanted) {
+    everything = wanted;
 }
 
-void Log(Priority priority, const std::string& message) {
+void Log(Priority priority, std::string_view message) noexcept {
     if (priority == Priority::kDebug && !everything) return;
-    const std::string prefix = ForJournal() ? '<' + std::to_string(static_cast<int>(priority)) + '>'
-                                            : std::string("talvane-ipmi-bridge: ");
+    std::array<char, 32> prefix{"talvane-ipmi-bridge: "};
+    if (ToJournal())
+        (void)std::snprintf(prefix.data(), prefix.size(), "<%d>", static_cast<int>(priority));
+    std::array<char, prefix.size() + kLongest + 2> line;
+    const int length =
+        std::snprintf(line.data(), line.size(), "%s%.*s\n", prefix.data(),
+                      static_cast<int>(std::min(message.size(), kLongest)), message.data());
     // Result not used: there is nowhere else to complain.
-    (void)std::fputs((prefix + message + '\n').c_str(), stderr);
+    if (length > 0) (void)!write(STDERR_FILENO, line.data(), static_cast<std::size_t>(length));
 }
 
 std::string WithReason(const std::string& text, int error) {
     return text + ": " + std::generic_category().message(error);
+}
+
+void Outcomes::Log(const std::string& what, int error) {
+    const int before = last_.exchange(error);
+    if (error == 0) return bridge::Log(Priority::kDebug, what + ": done");
+    bridge::Log(error == before ? Priority::kDebug : Priority::kWarning, WithReason(what, error));
 }
 
 }  // namespace bridge

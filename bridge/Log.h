@@ -4,7 +4,9 @@
 #ifndef TALVANE_BRIDGE_LOG_H
 #define TALVANE_BRIDGE_LOG_H
 
+#include <atomic>
 #include <string>
+#include <string_view>
 
 namespace bridge {
 
@@ -12,12 +14,24 @@ namespace bridge {
 enum class Priority { kError = 3, kWarning = 4, kInfo = 6, kDebug = 7 };
 
 // Debug messages are dropped unless asked for.
-void LogEverything();
+void LogEverything(bool wanted);
 
-void Log(Priority priority, const std::string& message);
+// Takes no memory, so that running out of it can be told. A message is cut to 400 characters.
+void Log(Priority priority, std::string_view message) noexcept;
 
 // "text: what the errno means".
 std::string WithReason(const std::string& text, int error);
+
+// What becomes of tries that agents repeat. The first of a row of equal failures is a warning,
+// those after it are for debugging.
+class Outcomes {
+public:
+    // `error` is an errno, or 0.
+    void Log(const std::string& what, int error);
+
+private:
+    std::atomic<int> last_ = 0;
+};
 
 }  // namespace bridge
 

@@ -23,6 +23,6 @@ int main(int argc, char** argv) {
     app.set_version_flag("--version", TALVANE_VERSION);
     CLI11_PARSE(app, argc, argv);
 
-    if (verbose) bridge::LogEverything();
+    bridge::LogEverything(verbose);
     return bridge::ServeDevice(names);
 }

@@ -94,6 +94,15 @@ TEST(CallerRecord, DataWithoutAnAddressAreAFault) {
     EXPECT_EQ(Decode(bytes), 0);
 }
 
+TEST(CallerRecord, DataBeyondTheLastAddressAreAFault) {
+    auto bytes = Bytes();
+    for (std::size_t at = 8; at < 12; ++at) bytes[at] = 0xFF;
+    bytes[8] = 0xF9;
+    EXPECT_EQ(Decode(bytes), 0);
+    bytes[8] = 0xFA;
+    EXPECT_EQ(Decode(bytes), EFAULT);
+}
+
 TEST(CallerRecord, AResponseWithoutAnAddressIsAFault) {
     auto bytes = Bytes();
     for (std::size_t at = 20; at < 24; ++at) bytes[at] = 0;

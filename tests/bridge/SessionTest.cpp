@@ -4,7 +4,10 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <random>
+#include <thread>
 
 #include "FakeBmc.h"
 #include "bridge/CallerRecord.h"
@@ -101,6 +104,140 @@ TEST_F(Session, ARecordThatChangedBetweenTwoLooksIsRefused) {
     call.push_back(0);
     EXPECT_EQ(session.Serve(call, answer), EINVAL);
     EXPECT_THAT(bmc.requests, SizeIs(0));
+}
+
+TEST_F(Session, WaitingForAnotherRequestIsPartOfTheTimeOut) {
+    int error = 0;
+    bmc.room = 255;
+    bmc.beforeEach = [&](std::size_t) {
+        std::thread([&] {
+            Bytes call = Call();
+            call[16] = 1;  // millisecond
+            call[17] = call[18] = call[19] = 0;
+            Bytes none;
+            error = session.Serve(call, none);
+        }).join();
+    };
+    EXPECT_EQ(session.Serve(Call(), answer), 0);
+    EXPECT_EQ(error, ETIMEDOUT);
+    EXPECT_THAT(bmc.requests, SizeIs(1));
+}
+
+// The deadline that reaches the BMC is the caller's time-out from now on.
+TEST_F(Session, TheTimeOutIsThatOfTheRecord) {
+    struct : bridge::Controller {
+        int Exchange(const bridge::Request&, bridge::Deadline until, bridge::Response&) override {
+            deadline = until;
+            return ETIMEDOUT;
+        }
+        bridge::Deadline deadline;
+    } silent;
+    bridge::Session waiting(silent, reservation);
+    Bytes call = Call();
+    call[16] = 0x10;
+    call[17] = 0x27;  // 10 s
+    call[18] = call[19] = 0;
+    const auto before = bridge::Deadline::clock::now();
+    EXPECT_EQ(waiting.Serve(call, answer), ETIMEDOUT);
+    EXPECT_GE(silent.deadline - before, std::chrono::seconds(10));
+    EXPECT_LE(silent.deadline - bridge::Deadline::clock::now(), std::chrono::seconds(10));
+}
+
+// Answers with the request's own data, and notes when requests overlap.
+class Echo : public bridge::Controller {
+public:
+    int Exchange(const bridge::Request& request, bridge::Deadline,
+                 bridge::Response& response) override {
+        if (++inside != 1) overlap = true;
+        std::this_thread::yield();
+        response = {0x00, request.data};
+        --inside;
+        return 0;
+    }
+    std::atomic<int> inside = 0;
+    std::atomic<bool> overlap = false;
+};
+
+TEST_F(Session, CallersOfOneFileTakeTurnsAndGetTheirOwnAnswers) {
+    Echo echo;
+    bridge::Session shared(echo, reservation);
+    std::atomic<int> right = 0;
+    const auto ask = [&](std::uint8_t mark) {
+        Bytes call = Call();
+        call[0] = 0x2D;
+        call[3] = 0x04;
+        call[19] = 0;  // time for all to have their turn
+        std::fill(call.begin() + 32, call.end(), mark);
+        for (int i = 0; i < 200; ++i) {
+            Bytes own;
+            if (shared.Serve(call, own) == 0 && own.size() == 32 + 6 &&
+                std::all_of(own.begin() + 32, own.end(), [&](auto byte) { return byte == mark; }))
+                ++right;
+        }
+    };
+    std::vector<std::thread> callers;
+    for (std::uint8_t mark = 1; mark <= 4; ++mark) callers.emplace_back(ask, mark);
+    for (std::thread& caller : callers) caller.join();
+    EXPECT_EQ(right, 4 * 200);
+    EXPECT_FALSE(echo.overlap);
+    EXPECT_EQ(shared.served(), 4U * 200U);
+}
+
+// Whole records for several files at once, while a program beside the bridge reserves the
+// repository now and then.
+TEST_F(Session, FilesThatReadAtOnceAllGetWholeRecords) {
+    bmc.beforeEach = [&](std::size_t number) {
+        if (number % 50 == 0) ++bmc.reservation;
+    };
+    std::atomic<int> right = 0;
+    const auto read = [&] {
+        bridge::Session own(bmc, reservation);
+        for (int i = 0; i < 50; ++i) {
+            Bytes whole;
+            if (own.Serve(Call(), whole) == 0 && whole.size() == 32 + 2 + bmc.record.size() &&
+                std::equal(bmc.record.begin(), bmc.record.end(), whole.begin() + 34))
+                ++right;
+        }
+    };
+    std::vector<std::thread> readers;
+    for (int i = 0; i < 4; ++i) readers.emplace_back(read);
+    for (std::thread& reader : readers) reader.join();
+    EXPECT_EQ(right, 4 * 50);
+}
+
+// Answers with arbitrary bytes to arbitrary calls.
+class Noise : public bridge::Controller {
+public:
+    int Exchange(const bridge::Request&, bridge::Deadline, bridge::Response& response) override {
+        response.completion = random() % 4 == 0 ? 0xCA : 0x00;
+        response.data.resize(random() % 271);
+        for (std::uint8_t& byte : response.data) byte = static_cast<std::uint8_t>(random());
+        return 0;
+    }
+    std::mt19937 random{51};
+};
+
+TEST_F(Session, NeitherCallsNorResponsesCanLeadItOutOfItsBuffers) {
+    Noise noise;
+    std::mt19937 random(52);
+    int served = 0;
+    for (int i = 0; i < 20000; ++i) {
+        bridge::Session own(noise, reservation);
+        Bytes call = Call();
+        call[0] = random() % 2 == 0 ? 0x23 : 0x11;
+        call.resize(random() % 8 == 0 ? random() % 400 : 32 + (call[0] == 0x23 ? 6 : 4));
+        if (call.size() > 32) call[12] = static_cast<std::uint8_t>(call.size() - 32);
+        for (std::size_t at = 32; at < call.size(); ++at)
+            call[at] = random() % 2 == 0 ? 0xFF : static_cast<std::uint8_t>(random());
+        if (!call.empty() && random() % 4 == 0)
+            call[random() % call.size()] = static_cast<std::uint8_t>(random());
+        if (own.Serve(call, answer) != 0) continue;
+        ++served;
+        ASSERT_GE(answer.size(), 32U);
+        ASSERT_LE(answer.size(), 32U + 256U);
+        ASSERT_EQ(answer[24] + 256U * answer[25], answer.size() - 32);
+    }
+    EXPECT_GT(served, 5000);
 }
 
 }  // namespace

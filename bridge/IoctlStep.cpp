@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+//
+// Which stage an ioctl is at shows in how much the kernel has passed.
+
+#include "IoctlStep.h"
+
+#include <cerrno>
+
+namespace bridge {
+
+IoctlStep NextStep(const IoctlStage& stage) {
+    using Kind = IoctlStep::Kind;
+    if (stage.command != kSendMessage || !stage.callerHas32Bits) return {Kind::kRefuse, ENOTTY, {}};
+    if (stage.call.empty()) return {Kind::kFetchRecord, 0, {}};
+    if (stage.call.size() < kRecordSize) return {Kind::kRefuse, EINVAL, {}};
+
+    IoctlStep step;
+    step.error = DecodeRecord(stage.call.first<kRecordSize>(), step.record);
+    if (step.error != 0) return step;
+    step.kind = stage.room == 0 ? Kind::kFetchData : Kind::kServe;
+    return step;
+}
+
+}  // namespace bridge

@@ -1,0 +1,37 @@
+// SPDX-License-Identifier: MIT
+//
+// What is left of a process's rights, as the kernel tells it.
+
+#include <gmock/gmock.h>
+#include <unistd.h>
+
+#include <fstream>
+#include <string>
+
+#include "bridge/Rights.h"
+
+namespace {
+
+// Of /proc/self/status, without the blanks before the value.
+std::string Status(const std::string& name) {
+    std::ifstream file("/proc/self/status");
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with(name + ':')) return line.substr(line.find_last_of(" \t") + 1);
+    return "missing";
+}
+
+// In a process of its own, since rights do not come back.
+TEST(Rights, NoCapabilityIsLeftAndNoneCanBeGained) {
+    const auto drop = [] {
+        const bool dropped = bridge::DropRights() == 0;
+        const bool none =
+            Status("CapEff") == "0000000000000000" && Status("CapPrm") == "0000000000000000" &&
+            Status("CapInh") == "0000000000000000" && Status("CapAmb") == "0000000000000000";
+        // Only who may change the bounding set needs to.
+        const bool bounded = getuid() != 0 || Status("CapBnd") == "0000000000000000";
+        _exit(dropped && none && bounded && Status("NoNewPrivs") == "1" ? 0 : 1);
+    };
+    EXPECT_EXIT(drop(), ::testing::ExitedWithCode(0), "");
+}
+
+}  // namespace
