@@ -3,6 +3,9 @@
 // The conversion of raw readings into values and back (IPMI 2.0, 36.3): data format, linear
 // formula, linearization. Every step rounds to a double.
 
+#include <cmath>
+#include <iterator>
+
 #include "DoubleArithmetic.h"
 #include "IPMI/Sensor.h"
 
@@ -17,24 +20,35 @@ Format FormatOf(const SensorFormulaParameter& p) {
 
 constexpr unsigned char kLinearization = 0x7F;
 
+// The C library's functions of 113 digits, rounded once. They compute in integers, so the result is
+// the same for every processor and word size; those for doubles differ in the last digit.
 double Power(double base, double exponent) {
-    return Stored(std::pow(base, exponent));
+    return RoundedOnce(powf128(base, exponent));
 }
 
 double NaturalLogarithm(double value) {
-    return Stored(std::log(value));
+    return RoundedOnce(logf128(value));
 }
 
 double Logarithm10(double value) {
-    return Stored(std::log10(value));
+    return RoundedOnce(log10f128(value));
 }
 
 double Logarithm2(double value) {
-    return Quotient(Logarithm10(value), Logarithm10(2.0));
+    constexpr double kLogarithm10Of2 = 0.30102999566398120;
+    return Quotient(Logarithm10(value), kLogarithm10Of2);
 }
 
+// Powers of ten of the exponents that fit the four bits of a record, which no reading should have
+// to wait for.
+constexpr int kLowestExponent = -8;
+constexpr double kPowersOfTen[] = {1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-3, 1e-2, 1e-1,
+                                   1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7};
+
 double Scale(signed char exponent) {
-    return Power(10.0, exponent);
+    const int index = exponent - kLowestExponent;
+    return index >= 0 && index < static_cast<int>(std::size(kPowersOfTen)) ? kPowersOfTen[index]
+                                                                           : Power(10.0, exponent);
 }
 
 // The linearizations in the order of their codes (IPMI 2.0, 43.1, byte 24). A value outside of a
@@ -123,7 +137,8 @@ bool Delinearized(int code, double value, double& x) {
 
 double Sensor::GetFormulaInput(SensorFormulaParameter p, unsigned char x) {
     const double offset = Product(p.B, Scale(p.BExp));
-    return Product(Sum(Product(p.M, x), offset), Scale(p.RExp));
+    const double multiple = p.M * x;  // 24 bits at most: nothing to be rounded
+    return Product(Sum(multiple, offset), Scale(p.RExp));
 }
 
 double Sensor::ReadingConversion(SensorFormulaParameter p, unsigned char raw) {

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <cstring>
 #include <limits>
+#include <string>
 
 #include "simulator/SimulatedServer.h"
 #include "support/OpenIpmi.h"
@@ -86,17 +87,17 @@ TEST_F(Conversion, WithoutAnalogReadingTheLinearizationStillApplies) {
 
 TEST_F(Conversion, EveryLinearizationIsItsFunction) {
     EXPECT_EQ(Value(Linear(0), 5), 5.0);
-    EXPECT_DOUBLE_EQ(Value(Linear(1), 5), std::log(5.0));
-    EXPECT_DOUBLE_EQ(Value(Linear(2), 5), std::log10(5.0));
-    EXPECT_DOUBLE_EQ(Value(Linear(3), 5), std::log10(5.0) / std::log10(2.0));
-    EXPECT_DOUBLE_EQ(Value(Linear(4), 5), std::pow(2.72, 5.0));
+    EXPECT_EQ(Value(Linear(1), 5), 1.6094379124341003);
+    EXPECT_EQ(Value(Linear(2), 5), 0.6989700043360189);
+    EXPECT_EQ(Value(Linear(3), 5), 2.3219280948873626);
+    EXPECT_EQ(Value(Linear(4), 5), 148.88279736320004);
     EXPECT_EQ(Value(Linear(5), 5), 100000.0);
     EXPECT_EQ(Value(Linear(6), 5), 32.0);
     EXPECT_EQ(Value(Linear(7), 5), 0.2);
     EXPECT_EQ(Value(Linear(8), 5), 25.0);
     EXPECT_EQ(Value(Linear(9), 5), 125.0);
     EXPECT_EQ(Value(Linear(10), 49), 7.0);
-    EXPECT_DOUBLE_EQ(Value(Linear(11), 5), std::pow(5.0, 0.33));
+    EXPECT_EQ(Value(Linear(11), 5), 1.7008268430839244);
     for (const int code : {12, 13, 0x70, 0x7F}) EXPECT_EQ(Value(Linear(code), 5), 0.0) << code;
 }
 
@@ -184,8 +185,40 @@ TEST_F(Conversion, TheFormatIsAppliedToTheRawByte) {
     EXPECT_EQ(raw, 0xF0);
 }
 
-// Rounding: compared with results of a processor that computes in doubles. The bits of all results
-// of 255 raw bytes are mixed into one number.
+// Rounding: values are the decimals nearest to the exact result of a step's operands.
+
+TEST_F(Conversion, LinearizationsRoundTheExactResultOnce) {
+    // The functions of doubles of a 64-bit C library are off by one in the last digit of all but
+    // the last of these.
+    EXPECT_EQ(Value(Formula(1, 0, 0, -1, kUnsigned, 4), 214), 1994226790.7218695);
+    EXPECT_EQ(Value(Formula(2, 0, 0, -1, kUnsigned, 5), 191), 1.5848931924611238e38);
+    // Half way between two doubles.
+    EXPECT_EQ(Value(Linear(5), 23), 1e23);
+    EXPECT_EQ(Value(Formula(4161, 0, 0, 0, kUnsigned, 9), 63), 18014192351838208.0) << "262143";
+}
+
+TEST_F(Conversion, ResultsBeyondADoubleAreInfiniteOrZero) {
+    const auto power = [](int m, int code) { return Formula(m, 0, 0, 1, kUnsigned, code); };
+    for (const int code : {4, 5, 6}) {
+        EXPECT_EQ(Value(power(20, code), 100), std::numeric_limits<double>::infinity()) << code;
+        EXPECT_EQ(Value(power(-20, code), 100), 0.0) << code;
+    }
+    EXPECT_EQ(Value(Formula(-1, 0, 0, 0, kUnsigned, 5), 255), 1e-255);
+    EXPECT_EQ(Value(Formula(-3, 0, 0, 0, kUnsigned, 5), 107), 1e-321) << "below the normal ones";
+    EXPECT_EQ(Value(Formula(1, 0, 0, 127, kUnsigned, 9), 5),
+              std::numeric_limits<double>::infinity());
+}
+
+TEST_F(Conversion, EveryExponentIsItsPowerOfTen) {
+    for (int exponent = -128; exponent < 128; ++exponent) {
+        const double power = std::stod("1e" + std::to_string(exponent));
+        EXPECT_EQ(sensor.GetFormulaInput(Formula(1, 0, 0, exponent), 1), power) << exponent;
+        EXPECT_EQ(sensor.GetFormulaInput(Formula(0, 1, exponent, 0), 1), power) << exponent;
+    }
+}
+
+// Compared with results of a processor that computes in doubles. The bits of all results of 255 raw
+// bytes are mixed into one number.
 std::uint64_t Mixed(std::uint64_t sum, double value) {
     std::uint64_t bits = 0;
     std::memcpy(&bits, &value, sizeof bits);
