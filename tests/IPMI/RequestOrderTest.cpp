@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Which requests the repository walk and the records cost, in which order, and which responder the
+// Which requests the repository walk and the records make, in which order, and which responder the
 // request record names.
 
 #include "Talvane.h"
@@ -68,21 +68,6 @@ TEST_F(RequestOrder, TheWalkReadsARecordTheStateOfASpecificSensorAndThresholds) 
                             "Get SDR 00 00 02 00 00 FF", "Get Sensor Thresholds 02",
                             "Get SDR 00 00 03 00 00 FF"));
 }
-
-class RequestCount : public RequestOrder, public ::testing::WithParamInterface<int> {};
-
-TEST_P(RequestCount, OfAWalkIsOneAndTwoForEachSensor) {
-    const auto sensors = static_cast<std::size_t>(GetParam());
-    for (std::size_t i = 0; i < sensors; ++i)
-        Add(Temperature("T", static_cast<std::uint8_t>(i % 0xFF)), 40);
-    (void)Loaded();
-    EXPECT_EQ(bmc.count(0x0A, 0x20), 1u);
-    EXPECT_EQ(bmc.count(0x0A, 0x23), sensors);
-    EXPECT_EQ(bmc.count(0x04, 0x27), sensors);
-    EXPECT_EQ(bmc.requests().size(), 1 + 2 * sensors);
-}
-
-INSTANTIATE_TEST_SUITE_P(Repositories, RequestCount, ::testing::Values(1, 18, 64, 255));
 
 TEST_F(RequestOrder, CommandsOfTheControllerItselfNameItAsResponder) {
     constexpr unsigned char kBmc = 0x20;
