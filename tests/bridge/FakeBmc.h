@@ -44,7 +44,7 @@ public:
     std::size_t room = 20;        // for bytes of a record or of the inventory
     std::uint8_t unit = 1;        // bytes per step of the inventory: 1, or 2 with words
     std::uint8_t tooLong = 0xCA;  // completion code of a read that there is no room for
-    bool emptyPieces = false;     // answers short reads without a byte
+    bool emptyPieces = false;     // answers short reads without a byte of theirs
     std::uint16_t reservation = 0x0100;
     bool grantsReservations = true;
     std::uint8_t recordCompletion = 0;  // of every Get SDR from the second piece on
@@ -72,7 +72,7 @@ private:
         if (offset >= record.size()) return {0xC9, {}};
         const std::size_t length = std::min(count, record.size() - offset);
         if (length > room) return {tooLong, {}};
-        if (emptyPieces) return {0x00, {}};
+        if (emptyPieces) return {0x00, {0x34, 0x12}};
         return {0x00, Joined({0x34, 0x12}, record, offset, length)};
     }
 

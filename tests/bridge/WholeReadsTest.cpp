@@ -180,6 +180,18 @@ TEST_F(WholeReads, ARefusedRequestForPartOfARecordStaysRefused) {
     EXPECT_THAT(bmc.requests, SizeIs(3));
 }
 
+TEST_F(WholeReads, NoPieceBeginsBeyondTheReachOfItsOffset) {
+    FakeBmc longest(260);
+    longest.room = 1;
+    bridge::WholeReads rest(longest, reservation);
+    Response response;
+    ASSERT_EQ(
+        rest.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 10, 0xFF}}, bridge::Deadline::max(), response),
+        0);
+    EXPECT_THAT(response.data, SizeIs(2 + 246));
+    EXPECT_EQ(response.data.back(), longest.record[255]);
+}
+
 TEST_F(WholeReads, CommandsOfOtherLunsPassUnchanged) {
     Response response;
     for (const std::uint8_t command : Bytes{0x23, 0x11}) {
