@@ -180,7 +180,7 @@ struct TearDown {
 
 }  // namespace
 
-int ServeDevice(const DeviceNames& names) {
+int ServeDevice(const DeviceNames& names, const std::string& user) {
     const std::string path = "/dev/" + names.provided;
     if (access(path.c_str(), F_OK) == 0) {
         Log(Priority::kError, path + " exists already");
@@ -211,7 +211,7 @@ int ServeDevice(const DeviceNames& names) {
         Log(Priority::kError, "cannot serve a device through /dev/cuse (modprobe cuse, as root)");
         return 1;
     }
-    if (const int error = DropRights()) {
+    if (const int error = DropRights(user)) {
         Log(Priority::kError, WithReason("cannot give up rights", error));
         return 1;
     }

@@ -13,8 +13,9 @@ struct DeviceNames {
     std::string provided;  // name below /dev of the device that callers open
 };
 
-// Provides the device until a signal ends the process. Returns the process's exit status.
-int ServeDevice(const DeviceNames& names);
+// Provides the device until a signal ends the process, as `user` or, where that is empty, as who it
+// is started as. Returns the process's exit status.
+int ServeDevice(const DeviceNames& names, const std::string& user);
 
 }  // namespace bridge
 

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// The capability sets, through the kernel's own interface.
+// The user and the capability sets, these through the kernel's own interface.
 
 #include "Rights.h"
 
+#include <grp.h>
 #include <linux/capability.h>
+#include <pwd.h>
 #include <sys/prctl.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -24,11 +26,22 @@ int EmptyBoundingSet() {
     return 0;
 }
 
+int Become(const std::string& name) {
+    errno = 0;
+    const passwd* const user = getpwnam(name.c_str());  // no other thread runs yet
+    if (user == nullptr) return errno == 0 ? ENOENT : errno;
+    if (initgroups(user->pw_name, user->pw_gid) != 0) return errno;
+    if (setresgid(user->pw_gid, user->pw_gid, user->pw_gid) != 0) return errno;
+    return setresuid(user->pw_uid, user->pw_uid, user->pw_uid) == 0 ? 0 : errno;
+}
+
 }  // namespace
 
-int DropRights() {
+int DropRights(const std::string& user) {
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return errno;
-    if (const int error = EmptyBoundingSet()) return error;
+    if (const int error = EmptyBoundingSet()) return error;  // takes a capability: before the user
+    if (!user.empty())
+        if (const int error = Become(user)) return error;
     __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
     const __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3]{};
     // Not wrapped by the C library. The ambient set empties itself with the permitted one.

@@ -11,6 +11,7 @@ int main(int argc, char** argv) {
     CLI::App app{
         "Provides /dev/ipmi for agents and carries their requests to the kernel's IPMI device."};
     bridge::DeviceNames names{"/dev/ipmi0", "ipmi"};
+    std::string user;
     bool verbose = false;
     app.add_option("--device", names.kernel, "The kernel's device")->capture_default_str();
     app.add_option("--name", names.provided, "Name of the provided device below /dev")
@@ -19,10 +20,11 @@ int main(int argc, char** argv) {
             const bool fine = !name.empty() && name.find('/') == std::string::npos;
             return fine ? std::string() : std::string("a name, not a path");
         });
+    app.add_option("--user", user, "Serve as this user, to whom the kernel's device must belong");
     app.add_flag("--verbose", verbose, "Log every request");
     app.set_version_flag("--version", TALVANE_VERSION);
     CLI11_PARSE(app, argc, argv);
 
     bridge::LogEverything(verbose);
-    return bridge::ServeDevice(names);
+    return bridge::ServeDevice(names, user);
 }

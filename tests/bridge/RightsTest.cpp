@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <fstream>
 #include <string>
 
@@ -23,7 +24,7 @@ std::string Status(const std::string& name) {
 // In a process of its own, since rights do not come back.
 TEST(Rights, NoCapabilityIsLeftAndNoneCanBeGained) {
     const auto drop = [] {
-        const bool dropped = bridge::DropRights() == 0;
+        const bool dropped = bridge::DropRights("") == 0;
         const bool none =
             Status("CapEff") == "0000000000000000" && Status("CapPrm") == "0000000000000000" &&
             Status("CapInh") == "0000000000000000" && Status("CapAmb") == "0000000000000000";
@@ -31,6 +32,35 @@ TEST(Rights, NoCapabilityIsLeftAndNoneCanBeGained) {
         const bool bounded = getuid() != 0 || Status("CapBnd") == "0000000000000000";
         _exit(dropped && none && bounded && Status("NoNewPrivs") == "1" ? 0 : 1);
     };
+    EXPECT_EXIT(drop(), ::testing::ExitedWithCode(0), "");
+}
+
+// Of the name's value in /proc/self/status, all four users or groups: real, effective, saved and
+// that of files.
+bool AllAre(const std::string& name, const std::string& id) {
+    std::ifstream file("/proc/self/status");
+    for (std::string line; std::getline(file, line);)
+        if (line.starts_with(name + ':'))
+            return line == name + ":\t" + id + '\t' + id + '\t' + id + '\t' + id;
+    return false;
+}
+
+TEST(Rights, AnotherUserIsBecomeForGood) {
+    if (getuid() != 0) GTEST_SKIP() << "only root becomes another user";
+    const auto drop = [] {
+        const bool dropped = bridge::DropRights("nobody") == 0;
+        const bool become = AllAre("Uid", "65534") && AllAre("Gid", "65534");
+        const bool back = setresuid(0, 0, 0) == 0;
+        const bool none = Status("CapEff") == "0000000000000000" &&
+                          Status("CapPrm") == "0000000000000000" &&
+                          Status("CapBnd") == "0000000000000000";
+        _exit(dropped && become && !back && none && Status("Groups") != "0" ? 0 : 1);
+    };
+    EXPECT_EXIT(drop(), ::testing::ExitedWithCode(0), "");
+}
+
+TEST(Rights, AUserThatDoesNotExistIsAnError) {
+    const auto drop = [] { _exit(bridge::DropRights("no such user") == ENOENT ? 0 : 1); };
     EXPECT_EXIT(drop(), ::testing::ExitedWithCode(0), "");
 }
 
