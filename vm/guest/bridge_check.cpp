@@ -5,6 +5,7 @@
 // Usage: bridge_check requests|nonsense|many|silent|gone
 
 #include <fcntl.h>
+#include <signal.h>
 #include <sys/ioctl.h>
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -20,6 +21,7 @@
 #include <functional>
 #include <iostream>
 #include <map>
+#include <random>
 #include <string>
 #include <vector>
 
@@ -98,6 +100,17 @@ Answer Ask(int device, std::uint8_t netFn, std::uint8_t command, const Bytes& da
     return answer;
 }
 
+// The last bytes before memory that cannot be touched.
+template <typename Object>
+Object* AtTheEdge() {
+    constexpr std::size_t kPage = 4096;
+    void* const pages =
+        mmap(nullptr, 2 * kPage, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    auto* const edge = static_cast<std::uint8_t*>(pages) + kPage;
+    (void)mprotect(edge, kPage, PROT_NONE);
+    return reinterpret_cast<Object*>(edge - sizeof(Object));
+}
+
 // The record with this ID, read in two pieces of the caller's own.
 Bytes RecordInPieces(int device, std::uint8_t id) {
     const Bytes reservation = Ask(device, kStorage, 0x22, {}).data;
@@ -123,6 +136,13 @@ void CheckRequests() {
     Check("Get Device ID: the response begins behind the completion code",
           id.data.size() == 15 && id.data[0] == 0x2A && id.data[2] == 0x02 && id.data[3] == 0x41);
     Check("Get Device ID: nothing written behind the response", id.restUntouched);
+    using Exact = std::array<std::uint8_t, 15>;
+    Record exact;
+    exact.netFn = kApplication;
+    exact.command = 0x01;
+    exact.response = AtTheEdge<Exact>();
+    Check("Get Device ID: a response buffer of just its 15 bytes is enough",
+          Send(device, exact) == 0 && (*static_cast<const Exact*>(exact.response))[0] == 0x2A);
 
     const Answer unknown = Ask(device, kApplication, 0x7D, {});
     Check("unknown command: completion code 0xC1 in its field", unknown.completion == 0xC1);
@@ -167,6 +187,18 @@ void CheckNonsense() {
                                       r.data = &good;
                                       r.dataLength = 0xFFFFFFFF;
                                   }) == EINVAL);
+    Check("data longer than the kernel takes: EINVAL", with([&](Record& r) {
+                                                           r.data = &good;
+                                                           r.dataLength = 273;
+                                                       }) == EINVAL);
+    Check("data beyond the last address: EFAULT",
+          with([](Record& r) {
+              r.data = reinterpret_cast<const void*>(static_cast<std::uintptr_t>(0xFFFFFFF0));
+              r.dataLength = 32;
+          }) == EFAULT);
+    using Half = std::array<std::uint8_t, sizeof(Record) / 2>;
+    Check("half a record: EFAULT",
+          ioctl(device, kSendMessage, AtTheEdge<Half>()) != 0 && errno == EFAULT);
     Check("data nowhere: EFAULT", with([](Record& r) { r.dataLength = 4; }) == EFAULT);
     Check("response nowhere: EFAULT", with([](Record& r) { r.response = nullptr; }) == EFAULT);
     void* const closed = mmap(nullptr, 4096, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
@@ -175,40 +207,71 @@ void CheckNonsense() {
                                            r.dataLength = 4;
                                        }) == EFAULT);
     Check("response not writable: EFAULT", with([&](Record& r) { r.response = closed; }) == EFAULT);
+    std::mt19937 random(3);
+    int refused = 0;
+    for (int i = 0; i < 500; ++i) {
+        std::array<std::uint32_t, sizeof(Record) / 4> words;
+        for (std::uint32_t& word : words) word = static_cast<std::uint32_t>(random());
+        words[0] |= 0x01000000;  // the network function of a response: none reaches the BMC
+        if (ioctl(device, kSendMessage, words.data()) != 0 && errno == EINVAL) ++refused;
+    }
+    Check("500 arbitrary records: all EINVAL", refused == 500);
     Check("and a good request is answered as ever", Send(device, good) == 0);
     (void)close(device);
 }
 
 // A caller among several: whole records, for which all want the one reservation, and readings.
-bool AskManyTimes(int caller) {
-    const int device = Open();
+bool AskManyTimes(int device, int caller) {
+    constexpr std::uint32_t kPatient = 30000;
     const auto id = static_cast<std::uint8_t>(caller + 1);
-    const Bytes record = Ask(device, kStorage, 0x23, {0, 0, id, 0, 0, 0xFF}).data;
+    const Bytes record = Ask(device, kStorage, 0x23, {0, 0, id, 0, 0, 0xFF}, kPatient).data;
     bool right = record.size() > 50;
     for (int i = 0; i < 10 && right; ++i) {
-        const Answer again = Ask(device, kStorage, 0x23, {0, 0, id, 0, 0, 0xFF}, 30000);
-        const Answer reading = Ask(device, kSensors, 0x2D, {record[9]}, 30000);
+        const Answer again = Ask(device, kStorage, 0x23, {0, 0, id, 0, 0, 0xFF}, kPatient);
+        const Answer reading = Ask(device, kSensors, 0x2D, {record[9]}, kPatient);
         right = again.error == 0 && again.data == record && reading.completion == 0 &&
                 reading.data.size() >= 2;
     }
-    (void)close(device);
+    return right;
+}
+
+// Runs callers with numbers from 0 on, each in a process of its own. Returns how many were right.
+int RunCallers(int count, const std::function<bool(int)>& caller) {
+    for (int number = 0; number < count; ++number)
+        if (fork() == 0) _exit(caller(number) ? 0 : 1);
+    int right = 0;
+    int status = 0;
+    while (wait(&status) > 0)
+        if (status == 0) ++right;
     return right;
 }
 
 void CheckMany() {
     constexpr int kCallers = 6;
-    std::map<pid_t, int> callers;
-    for (int caller = 0; caller < kCallers; ++caller) {
-        const pid_t child = fork();
-        if (child == 0) _exit(AskManyTimes(caller) ? 0 : 1);
-        callers[child] = caller;
+    const std::string callers = std::to_string(kCallers) + " callers at once: ";
+    Check(callers + "each gets its own answers", RunCallers(kCallers, [](int caller) {
+                                                     const int device = Open();
+                                                     return AskManyTimes(device, caller) &&
+                                                            close(device) == 0;
+                                                 }) == kCallers);
+    const int shared = Open();
+    Check(callers + "on one descriptor, too", RunCallers(kCallers, [&](int caller) {
+                                                  return AskManyTimes(shared, caller);
+                                              }) == kCallers);
+
+    // The kernel's device has a limit of its own.
+    std::vector<int> open;
+    while (open.size() < 60) {
+        const int device = ::open("/dev/ipmi", O_RDONLY);
+        if (device < 0) break;
+        open.push_back(device);
     }
-    int right = 0;
-    int status = 0;
-    for (pid_t child = wait(&status); child > 0; child = wait(&status))
-        if (status == 0) ++right;
-    Check(std::to_string(kCallers) + " callers at once: each gets its own answers",
-          right == kCallers);
+    Check("more open files than the kernel's device allows: EBUSY",
+          open.size() > 20 && open.size() < 60 && errno == EBUSY);
+    Check("the last of them is answered",
+          !open.empty() && Ask(open.back(), kApplication, 0x01, {}).data.size() == 15);
+    for (const int device : open) (void)close(device);
+    (void)close(shared);
 }
 
 // The emulator's side of the console stops and continues the BMC.
@@ -219,21 +282,69 @@ void TellHost(const std::string& order) {
     std::getline(console, done);
 }
 
-void CheckSilent() {
-    using Clock = std::chrono::steady_clock;
-    const int device = Open();
-    TellHost("@bmc stop");
+using Clock = std::chrono::steady_clock;
+
+double SecondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+// Whether a request with this time-out ends by it, give or take what an emulated machine takes.
+bool TimesOut(int device, std::uint32_t timeout) {
     const auto start = Clock::now();
-    const Answer silent = Ask(device, kApplication, 0x01, {}, 1000);
-    const std::chrono::duration<double> waited = Clock::now() - start;
+    const Answer answer = Ask(device, kApplication, 0x01, {}, timeout);
+    const double waited = SecondsSince(start);
+    return answer.error == ETIMEDOUT && waited >= timeout / 1000.0 &&
+           waited < timeout / 1000.0 + 1.5;
+}
+
+// What the kernel lets a file have under way is soon used up by requests that nobody answers.
+void GiveUpMany(int device) {
+    int ended = 0;
+    bool busy = false;
+    for (int i = 0; i < 130; ++i) {
+        const int error = Ask(device, kApplication, 0x01, {}, 5).error;
+        if (error == ETIMEDOUT || error == EBUSY) ++ended;
+        busy = error == EBUSY;
+    }
+    Check("130 requests given up: each an errno, EBUSY at last", ended == 130 && busy);
+}
+
+void CheckSilent() {
+    const int device = Open();
+    const int crowded = Open();
+    TellHost("@bmc stop");
+    const bool inTime = TimesOut(device, 1000);
+    const int right = RunCallers(4, [&](int caller) {
+        const auto timeout = static_cast<std::uint32_t>(500 + 500 * caller);
+        return TimesOut(caller < 2 ? device : Open(), timeout);
+    });
+    const pid_t killed = fork();
+    if (killed == 0) {
+        (void)Ask(device, kApplication, 0x01, {}, 2000);
+        _exit(0);
+    }
+    usleep(300000);
+    (void)kill(killed, SIGKILL);
+    const auto start = Clock::now();
+    (void)waitpid(killed, nullptr, 0);
+    const double lingered = SecondsSince(start);
+    GiveUpMany(crowded);
     TellHost("@bmc continue");
-    Check("BMC that does not answer: ETIMEDOUT", silent.error == ETIMEDOUT);
-    Check("BMC that does not answer: after the stated second",
-          waited.count() >= 1.0 && waited.count() < 2.5);
-    const Answer next = Ask(device, kSensors, 0x2D, {4}, 20000);
-    Check("and when it does again: the answer to this question, not to the last",
-          next.error == 0 && next.completion == 0 && next.data.size() < 15 && next.data[0] == 192);
-    (void)close(device);
+    Check("BMC that does not answer: ETIMEDOUT after the stated second", inTime);
+    Check("BMC that does not answer: four callers, each its own time-out", right == 4);
+    Check("BMC that does not answer: a killed caller ends by its time-out", lingered < 3.5);
+    for (const int file : {device, crowded}) {
+        Answer next;
+        for (int tries = 0; tries < 100 && (tries == 0 || next.error == EBUSY); ++tries) {
+            if (tries > 0) usleep(100000);
+            next = Ask(file, kSensors, 0x2D, {4}, 20000);
+        }
+        Check(std::string("and when it does again: the answer to this question, not to ") +
+                  (file == device ? "the last" : "130 given up"),
+              next.error == 0 && next.completion == 0 && next.data.size() < 15 &&
+                  next.data[0] == 192);
+        (void)close(file);
+    }
 }
 
 void Write(const std::string& file, const std::string& text) {
@@ -247,7 +358,8 @@ void CheckGone() {
     const int device = Open();
     Check("before the device disappears: answered", Ask(device, kApplication, 0x01, {}).error == 0);
     Write(driver + "unbind", name);
-    Check("device that disappears: an errno", Ask(device, kApplication, 0x01, {}).error != 0);
+    Check("device that disappears: ENODEV", Ask(device, kApplication, 0x01, {}).error == ENODEV);
+    Check("and as long as it is away", Ask(device, kApplication, 0x01, {}).error == ENODEV);
     const int late = open("/dev/ipmi", O_RDONLY);
     Check("without the device: /dev/ipmi cannot be opened (ENODEV)", late < 0 && errno == ENODEV);
     Write(driver + "bind", name);
