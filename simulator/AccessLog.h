@@ -19,7 +19,8 @@ namespace sim {
 //   read   /dev/mem 0xF0000 65520 -> 65520         (position, bytes asked for -> delivered)
 //   close  /dev/mem               -> 0
 //   ioctl  /dev/mem 0xC0045301    -> 0
-//   ipmi   Get SDR 00 00 00 00 00 FF -> 00 ...   (within the ioctl: completion code, response)
+//   bmc    Get SDR 0x0000         -> 64 bytes, next 0x0001   (within the ioctl, for people)
+//   ipmi   Get SDR 00 00 00 00 00 FF -> 00 ...   (the same in bytes: completion code, response)
 //   opendir /proc/ide             -> ok
 //   closedir /proc/ide            -> 0
 //   iopl   3                      -> 0

@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
-// The command table, and how a request comes to its answer.
+// How a request comes to its answer, and how it is logged.
 
 #include "Bmc.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdio>
 
 #include "AccessLog.h"
+#include "CallText.h"
 
 namespace sim {
 namespace {
@@ -28,52 +28,36 @@ std::string hexBytes(const Bytes& bytes) {
 
 }  // namespace
 
-// By network function and command; IPMI 2.0, appendix G.
-std::span<const Bmc::Command> Bmc::commands() {
-    static constexpr Command kCommands[] = {
-        {0x04, 0x26, 8, "Set Sensor Thresholds", &Bmc::setThresholdValues},
-        {0x04, 0x27, 1, "Get Sensor Thresholds", &Bmc::getThresholds},
-        {0x04, 0x2D, 1, "Get Sensor Reading", &Bmc::getReading},
-        {0x06, 0x01, 0, "Get Device ID", &Bmc::getDeviceId},
-        {0x06, 0x22, 0, "Reset Watchdog Timer", &Bmc::resetWatchdog},
-        {0x06, 0x24, 6, "Set Watchdog Timer", &Bmc::setWatchdog},
-        {0x06, 0x25, 0, "Get Watchdog Timer", &Bmc::getWatchdog},
-        {0x06, 0x42, 1, "Get Channel Info", &Bmc::getChannelInfo},
-        {0x06, 0x47, 2, "Set User Password", &Bmc::setUserPassword},
-        {0x0A, 0x10, 1, "Get FRU Inventory Area Info", &Bmc::getInventoryArea},
-        {0x0A, 0x11, 4, "Read FRU Data", &Bmc::readInventory},
-        {0x0A, 0x20, 0, "Get SDR Repository Info", &Bmc::getRepositoryInfo},
-        {0x0A, 0x22, 0, "Reserve SDR Repository", &Bmc::reserveRepository},
-        {0x0A, 0x23, 6, "Get SDR", &Bmc::getRecord},
-        {0x0C, 0x01, 3, "Set LAN Configuration Parameters", &Bmc::setLanParameter},
-    };
-    return kCommands;
-}
-
 std::string BmcRequest::text() const {
-    for (const Bmc::Command& row : Bmc::commands())
-        if (row.netFn == netFn && row.command == command) return row.name + hexBytes(data);
+    const Bmc::Command* const row = Bmc::find(netFn, command);
+    if (row != nullptr) return row->name + hexBytes(data);
     return "Command" + hexBytes({netFn, command}) + " with" + hexBytes(data);
 }
 
 Bmc::Bmc(Clock clock, AccessLog& log) : clock_(std::move(clock)), log_(log) {}
 
 Bmc::Reply Bmc::execute(const BmcRequest& request) {
-    for (const Command& row : commands()) {
-        if (row.netFn != request.netFn || row.command != request.command) continue;
-        if (request.data.size() < row.leastData) return {kWrongLength, {}};
-        return (this->*row.run)(request.data);
-    }
-    return {kUnknownCommand, {}};
+    const Command* const row = find(request.netFn, request.command);
+    if (row == nullptr) return {kUnknownCommand, {}};
+    if (request.data.size() < row->leastData) return {kWrongLength, {}};
+    return (this->*row->run)(request.data);
 }
 
 void Bmc::answer(BmcRequest& request) {
     const std::optional<Bytes> given = interceptor_ ? interceptor_(request) : std::nullopt;
-    Reply reply = given ? Reply{0, *given} : execute(request);
-    request.completion = reply.completion;
-    request.response = std::move(reply.data);
-    const std::string completion = hexBytes({request.completion}).substr(1);
-    log_.add({"ipmi", request.text(), completion + hexBytes(request.response)});
+    const std::optional<BmcFault> fault = given ? std::nullopt : strike(request);
+    if (fault) {
+        answerWith(*fault, request);
+    } else {
+        Reply reply = given ? Reply{0, *given} : execute(request);
+        request.completion = reply.completion;
+        request.response = std::move(reply.data);
+    }
+    log_.add({"bmc", request.asked(), request.answered()});
+    log_.add({"ipmi", request.text(),
+              request.error != 0
+                  ? "-1 " + errorName(request.error)
+                  : hexBytes({request.completion}).substr(1) + hexBytes(request.response)});
     requests_.push_back(request);
 }
 

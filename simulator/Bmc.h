@@ -9,13 +9,17 @@
 #include <array>
 #include <chrono>
 #include <cstdint>
+#include <filesystem>
 #include <functional>
 #include <map>
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "BmcControlFile.h"
+#include "BmcCourse.h"
 #include "PhysicalMemory.h"
 #include "SdrRecord.h"
 
@@ -34,9 +38,14 @@ struct BmcRequest {
     Bytes data;
     std::uint8_t completion = 0;
     Bytes response;
+    int error = 0;  // errno when the driver's call failed
 
-    // "Get SDR 00 00 00 00 00 FF": the command's name, or its numbers, and the data.
+    // In bytes, "Get SDR 00 00 00 00 00 FF": the command's name, or its numbers, and the data.
     std::string text() const;
+
+    // For people: "Get SDR 0x0003", and "64 bytes, next 0x0004".
+    std::string asked() const;
+    std::string answered() const;
 };
 
 // In the order of the threshold masks.
@@ -61,6 +70,27 @@ struct BmcChannel {
     std::uint8_t protocol = 0;
 };
 
+// What can be wrong with a record of the repository.
+struct BmcRecordQuirks {
+    std::optional<std::size_t> delivered;        // Get SDR gives no more of it than this
+    std::map<std::size_t, std::uint8_t> reread;  // bytes as every read but the first shows them
+};
+
+// What befalls a request.
+struct BmcFault {
+    enum class Kind {
+        refused,  // answered with the completion code `value`, and not carried out
+        cut,      // carried out; `value` bytes of the response arrive at most
+        stale,    // carried out, and answered with the response to the request before
+        fails     // the driver's call fails with the errno `value`
+    };
+    std::uint8_t netFn = 0;
+    std::uint8_t command = 0;
+    unsigned nth = 0;  // of these requests, counted from 1; 0 for each
+    Kind kind = Kind::refused;
+    unsigned value = 0;
+};
+
 class Bmc {
 public:
     using Clock = std::function<std::chrono::seconds()>;
@@ -72,14 +102,29 @@ public:
     // is to be kept. A record that names a sensor gives it a reading of 0 and readable thresholds
     // of 0.
     void add(const SdrRecord& record) { addRecord(record.bytes()); }
-    void addRecord(Bytes record, bool keepId = false);
+    void addRecord(Bytes record, bool keepId = false, BmcRecordQuirks quirks = {});
 
     // What `ipmitool sdr dump` wrote, record IDs kept. std::runtime_error when it is no such dump.
     void loadRepository(std::span<const std::uint8_t> dump);
 
-    // Sensors, by number; those of the repository and any other.
-    void setReading(std::uint8_t sensor, std::uint8_t raw);
-    void setStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high = 0);
+    bool hasRecord(std::uint16_t id) const;
+
+    // What Get SDR Repository Info claims in place of the truth.
+    void setRepositoryCount(std::uint16_t count) { claimedCount_ = count; }
+
+    // The record ID that Get SDR names behind this one, whatever follows it.
+    void setNextRecord(std::uint16_t id, std::uint16_t next) { nextIds_[id] = next; }
+
+    // Sensors, by number; those of the repository and any other. A value holds from its moment of
+    // the machine's time on.
+    void setReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from = {});
+    void setUnavailable(std::uint8_t sensor, std::chrono::seconds from = {});
+    void setStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high = 0,
+                   std::chrono::seconds from = {});
+    void setCourse(std::uint8_t sensor, BmcCourse course);
+
+    // Readings and states that the file gives from now on stand in place of the ones set here.
+    void follow(std::filesystem::path controlFile) { controlFile_.emplace(std::move(controlFile)); }
     void setThresholds(std::uint8_t sensor, const BmcThresholds& thresholds);
     BmcThresholds thresholds(std::uint8_t sensor) const;
 
@@ -92,6 +137,12 @@ public:
     unsigned watchdogPresent();  // what is left, in tenths of a second
     int watchdogExpirations();   // since power-on
 
+    // As if something else than the program had set and started it.
+    void startWatchdog(std::uint8_t action, std::uint16_t seconds);
+
+    // Once it runs it counts down whatever Set Watchdog Timer says.
+    void makeWatchdogUnstoppable() { watchdogStops_ = false; }
+
     // LAN parameters that were set, by channel and selector.
     const std::map<std::pair<std::uint8_t, std::uint8_t>, Bytes>& lan() const { return lan_; }
 
@@ -102,6 +153,10 @@ public:
     // controller's own answer, else the response, empty for none at all.
     using Interceptor = std::function<std::optional<Bytes>(const BmcRequest&)>;
     void intercept(Interceptor interceptor) { interceptor_ = std::move(interceptor); }
+
+    // From now on. std::invalid_argument for commands that the controller does not know.
+    void inject(const BmcFault& fault);
+    void inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
 
     // Every request so far, in order, and those of one command.
     const std::vector<BmcRequest>& requests() const { return requests_; }
@@ -123,17 +178,32 @@ private:
         std::size_t leastData;
         const char* name;
         Reply (Bmc::*run)(const Bytes& data);
+        std::string (*asked)(const Bytes& data);  // for people; null when there are no data
+        std::size_t leastResponse;
+        std::string (*answered)(const Bytes& response);  // null when there is no response
     };
     struct SensorState {
-        std::uint8_t reading = 0;
-        std::array<std::uint8_t, 2> states{};
+        BmcCourse course;
         BmcThresholds thresholds;
+    };
+    struct Shown {
+        BmcReading reading;
+        BmcStates states{};
+    };
+    struct Record {
+        Bytes bytes;
+        BmcRecordQuirks quirks;
+        bool wasRead = false;
     };
 
     static std::span<const Command> commands();
+    static const Command* find(std::uint8_t netFn, std::uint8_t command);
     friend struct BmcRequest;
 
     Reply execute(const BmcRequest& request);
+    std::optional<BmcFault> strike(const BmcRequest& request);
+    void answerWith(const BmcFault& fault, BmcRequest& request);
+    std::optional<Shown> shownNow(std::uint8_t sensor);
     Reply getDeviceId(const Bytes& data);
     Reply resetWatchdog(const Bytes& data);
     Reply setWatchdog(const Bytes& data);
@@ -155,8 +225,12 @@ private:
     AccessLog& log_;
     Interceptor interceptor_;
     std::vector<BmcRequest> requests_;
-    std::vector<Bytes> records_;
+    std::vector<BmcFault> faults_;
+    std::vector<Record> records_;
+    std::optional<std::uint16_t> claimedCount_;
+    std::map<std::uint16_t, std::uint16_t> nextIds_;
     std::map<std::uint8_t, SensorState> sensors_;
+    std::optional<BmcControlFile> controlFile_;
     Bytes inventory_;
     std::array<std::uint8_t, 2> firmware_{1, 0x00};
     std::map<std::uint8_t, BmcChannel> channels_;
@@ -165,6 +239,7 @@ private:
     BmcWatchdog watchdog_;
     std::chrono::seconds watchdogStart_{0};
     int expirations_ = 0;
+    bool watchdogStops_ = true;
     std::uint16_t reservation_ = 0;
 };
 

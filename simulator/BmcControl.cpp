@@ -12,7 +12,8 @@ constexpr std::uint8_t kWrongLength = 0xC7;
 constexpr std::uint8_t kInvalidField = 0xCC;
 
 constexpr unsigned kTicksASecond = 10;
-constexpr std::uint8_t kDontStop = 0x40;  // of the timer use
+constexpr std::uint8_t kDontStop = 0x40;     // of the timer use
+constexpr std::uint8_t kFirmwareUse = 0x02;  // the machine's firmware, while it starts
 
 std::uint8_t low(unsigned value) {
     return static_cast<std::uint8_t>(value & 0xFF);
@@ -57,6 +58,12 @@ unsigned Bmc::watchdogPresent() {
     return passed >= watchdog_.initial ? 0 : watchdog_.initial - passed;
 }
 
+void Bmc::startWatchdog(std::uint8_t action, std::uint16_t seconds) {
+    const unsigned tenths = seconds * kTicksASecond;
+    (void)setWatchdog({kFirmwareUse, action, 0, 0, low(tenths), high(tenths)});
+    (void)resetWatchdog({});
+}
+
 BmcWatchdog Bmc::watchdog() {
     countDown();
     return watchdog_;
@@ -69,7 +76,7 @@ int Bmc::watchdogExpirations() {
 
 Bmc::Reply Bmc::setWatchdog(const Bytes& data) {
     countDown();
-    const bool keepsRunning = watchdog_.running && (data[0] & kDontStop) != 0;
+    const bool keepsRunning = watchdog_.running && (!watchdogStops_ || (data[0] & kDontStop) != 0);
     watchdog_ = {.use = data[0],
                  .actions = data[1],
                  .preTimeout = data[2],

@@ -11,12 +11,21 @@ constexpr std::uint8_t kNotPresent = 0xCB;
 
 }  // namespace
 
-void Bmc::setReading(std::uint8_t sensor, std::uint8_t raw) {
-    sensors_[sensor].reading = raw;
+void Bmc::setReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from) {
+    sensors_[sensor].course.readings[from] = {raw, true};
 }
 
-void Bmc::setStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high) {
-    sensors_[sensor].states = {low, high};
+void Bmc::setUnavailable(std::uint8_t sensor, std::chrono::seconds from) {
+    sensors_[sensor].course.readings[from] = {0, false};
+}
+
+void Bmc::setStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high,
+                    std::chrono::seconds from) {
+    sensors_[sensor].course.states[from] = {low, high};
+}
+
+void Bmc::setCourse(std::uint8_t sensor, BmcCourse course) {
+    sensors_[sensor].course = std::move(course);
 }
 
 void Bmc::setThresholds(std::uint8_t sensor, const BmcThresholds& thresholds) {
@@ -28,12 +37,33 @@ BmcThresholds Bmc::thresholds(std::uint8_t sensor) const {
     return found == sensors_.end() ? BmcThresholds{} : found->second.thresholds;
 }
 
+// The sensor as it stands now; nothing when neither a record nor a person names it.
+std::optional<Bmc::Shown> Bmc::shownNow(std::uint8_t sensor) {
+    const std::chrono::seconds now = clock_();
+    const auto own = sensors_.find(sensor);
+    std::optional<Shown> shown;
+    if (own != sensors_.end()) {
+        const BmcCourse& course = own->second.course;
+        shown.emplace(Shown{valueAt(course.readings, now).value_or(BmcReading{}),
+                            valueAt(course.states, now).value_or(BmcStates{})});
+    }
+    if (!controlFile_) return shown;
+    const auto& courses = controlFile_->courses();
+    const auto controlled = courses.find(sensor);
+    if (controlled == courses.end()) return shown;
+    if (!shown) shown.emplace();
+    shown->reading = valueAt(controlled->second.readings, now).value_or(shown->reading);
+    shown->states = valueAt(controlled->second.states, now).value_or(shown->states);
+    return shown;
+}
+
 Bmc::Reply Bmc::getReading(const Bytes& data) {
-    const auto sensor = sensors_.find(data[0]);
-    if (sensor == sensors_.end()) return {kNotPresent, {}};
+    const std::optional<Shown> shown = shownNow(data[0]);
+    if (!shown) return {kNotPresent, {}};
     constexpr std::uint8_t kScanning = 0xC0;  // event messages and scanning enabled
-    const SensorState& state = sensor->second;
-    return {0, {state.reading, kScanning, state.states[0], state.states[1]}};
+    constexpr std::uint8_t kUnavailable = 0x20;
+    const std::uint8_t flags = shown->reading.available ? kScanning : kScanning | kUnavailable;
+    return {0, {shown->reading.raw, flags, shown->states[0], shown->states[1]}};
 }
 
 Bmc::Reply Bmc::getThresholds(const Bytes& data) {

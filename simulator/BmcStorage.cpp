@@ -28,11 +28,11 @@ unsigned idOf(const Bytes& record) {
 
 }  // namespace
 
-void Bmc::addRecord(Bytes record, bool keepId) {
+void Bmc::addRecord(Bytes record, bool keepId, BmcRecordQuirks quirks) {
     if (record.size() < SdrRecord::kHeaderSize)
         throw std::invalid_argument("a sensor data record has a header of 5 bytes");
     if (!keepId) {
-        const std::size_t id = records_.empty() ? 0 : idOf(records_.back()) + 1;
+        const std::size_t id = records_.empty() ? 0 : idOf(records_.back().bytes) + 1;
         record[0] = low(id);
         record[1] = high(id);
     }
@@ -41,7 +41,15 @@ void Bmc::addRecord(Bytes record, bool keepId) {
     constexpr std::uint8_t kCompactSensor = 2;
     const bool isSensor = record[3] == kFullSensor || record[3] == kCompactSensor;
     if (isSensor && record.size() > kNumber) sensors_.try_emplace(record[kNumber]);
-    records_.push_back(std::move(record));
+    for (const auto& [offset, value] : quirks.reread)
+        if (offset >= record.size())
+            throw std::invalid_argument("the record has no byte " + std::to_string(offset));
+    records_.push_back({std::move(record), std::move(quirks)});
+}
+
+bool Bmc::hasRecord(std::uint16_t id) const {
+    return std::any_of(records_.begin(), records_.end(),
+                       [id](const Record& record) { return idOf(record.bytes) == id; });
 }
 
 void Bmc::loadRepository(std::span<const std::uint8_t> dump) {
@@ -59,8 +67,9 @@ Bmc::Reply Bmc::getRepositoryInfo(const Bytes&) {
     constexpr std::uint8_t kVersion = 0x51;
     Bytes info(14);
     info[0] = kVersion;
-    info[1] = low(records_.size());
-    info[2] = high(records_.size());
+    const std::size_t count = claimedCount_ ? *claimedCount_ : records_.size();
+    info[1] = low(count);
+    info[2] = high(count);
     return {0, info};
 }
 
@@ -72,20 +81,30 @@ Bmc::Reply Bmc::reserveRepository(const Bytes&) {
 Bmc::Reply Bmc::getRecord(const Bytes& data) {
     constexpr unsigned kFirst = 0x0000;
     const unsigned wanted = data[2] | (unsigned{data[3]} << 8);
-    const auto record = std::find_if(records_.begin(), records_.end(), [=](const Bytes& candidate) {
-        return wanted == kFirst || idOf(candidate) == wanted;
-    });
+    const auto record =
+        std::find_if(records_.begin(), records_.end(), [=](const Record& candidate) {
+            return wanted == kFirst || idOf(candidate.bytes) == wanted;
+        });
     if (record == records_.end()) return {kNotPresent, {}};
-    const std::size_t offset = data[4];
-    if (offset > record->size()) return {kOutOfRange, {}};
-
-    const std::size_t left = record->size() - offset;
-    const std::size_t count = data[5] == kWholeRecord ? left : std::min<std::size_t>(data[5], left);
+    Bytes bytes = record->bytes;
+    if (record->wasRead)
+        for (const auto& [offset, value] : record->quirks.reread) bytes[offset] = value;
+    record->wasRead = true;
     const auto next = record + 1;
-    const unsigned nextId = next == records_.end() ? 0xFFFF : idOf(*next);
+    unsigned nextId = next == records_.end() ? 0xFFFF : idOf(next->bytes);
+    if (const auto given = nextIds_.find(static_cast<std::uint16_t>(idOf(record->bytes)));
+        given != nextIds_.end())
+        nextId = given->second;
+
+    const std::size_t offset = data[4];
+    if (offset > bytes.size()) return {kOutOfRange, {}};
+    const std::size_t there =
+        std::min(bytes.size(), record->quirks.delivered.value_or(bytes.size()));
+    const std::size_t left = there - std::min(offset, there);
+    const std::size_t count = data[5] == kWholeRecord ? left : std::min<std::size_t>(data[5], left);
     Bytes reply{low(nextId), high(nextId)};
-    reply.insert(reply.end(), record->begin() + static_cast<std::ptrdiff_t>(offset),
-                 record->begin() + static_cast<std::ptrdiff_t>(offset + count));
+    const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(std::min(offset, there));
+    reply.insert(reply.end(), begin, begin + static_cast<std::ptrdiff_t>(count));
     return {0, reply};
 }
 

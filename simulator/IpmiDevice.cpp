@@ -68,6 +68,7 @@ public:
         message.data.assign(data, data + length);
 
         bmc_->answer(message);
+        if (message.error != 0) return Answer::failed(message.error);
 
         const std::size_t size = std::min(message.response.size(), kLongestResponse);
         auto* const response = get<std::uint8_t*>(argument, kResponse);

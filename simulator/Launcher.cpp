@@ -64,17 +64,23 @@ void requireWritable(const std::string& file) {
 
 }  // namespace
 
-int RunOnMachine(const fs::path& machine, char* const argv[], const std::string& logFile) {
+int RunOnMachine(const fs::path& machine, char* const argv[], const LaunchOptions& options) {
     Machine trial;
     loadMachine(machine, trial);
+    if (!options.controlFile.empty() && !trial.hasBmc())
+        throw std::runtime_error(machine.string() +
+                                 " has no management controller for a control file to change");
     const fs::path program = findProgram(argv[0]);
     requirePreloadable(program);
     const fs::path library = findPreloadLibrary();
-    if (!logFile.empty()) requireWritable(logFile);
+    if (!options.logFile.empty()) requireWritable(options.logFile);
 
     preload(library.string());
     setVariable(kMachineVariable, fs::absolute(machine).string());
-    if (!logFile.empty()) setVariable(kLogVariable, fs::absolute(logFile).string());
+    if (!options.logFile.empty()) setVariable(kLogVariable, fs::absolute(options.logFile).string());
+    if (!options.controlFile.empty())
+        setVariable(kControlVariable, fs::absolute(options.controlFile).string());
+    if (options.realTime) setVariable(kRealTimeVariable, "1");
     execv(program.c_str(), argv);
     throw std::system_error(errno, std::generic_category(), program.string());
 }

@@ -48,8 +48,12 @@ public:
     // interface; giveBmc before it says which interfaces answer.
     Bmc& bmc();
     void giveBmc(bool kcs, bool smic);
+    bool hasBmc() const { return bmc_ != nullptr; }
 
     std::chrono::seconds clock() const { return clock_; }
+
+    // From now on a sleep lasts as long as this function does, which answers the seconds left.
+    void sleepBy(unsigned (*sleeper)(unsigned)) { sleeper_ = sleeper; }
 
     // Whether a server could have something at this path.
     static bool isMachinePath(std::string_view path);
@@ -117,6 +121,7 @@ private:
     std::set<std::string, std::less<>> directories_;
     std::map<const void*, std::string> openedDirectories_;
     std::chrono::seconds clock_{0};
+    unsigned (*sleeper_)(unsigned) = nullptr;
     int privilege_ = 0;
     std::size_t allocations_ = 0;
 };

@@ -19,7 +19,8 @@ namespace {
 const MachineStatement* find(std::string_view word) {
     for (const auto topic :
          {memoryStatements(), smbiosStatements(), deviceStatements(), bmcStatements(),
-          pciStatements(), driveStatements(), loadStatements()}) {
+          bmcRecordStatements(), bmcSensorStatements(), bmcFaultStatements(), pciStatements(),
+          driveStatements(), loadStatements()}) {
         const auto row =
             std::find_if(topic.begin(), topic.end(),
                          [&](const MachineStatement& next) { return next.word == word; });

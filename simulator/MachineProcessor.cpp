@@ -34,7 +34,7 @@ Answer Machine::setPrivilege(int level) {
 // A fault means an interrupted sleep: the seconds left are returned, here all of them.
 Answer Machine::sleep(unsigned seconds) {
     const std::optional<int> fault = faults_.enter("sleep");
-    const unsigned left = fault ? seconds : 0;
+    const unsigned left = fault ? seconds : sleeper_ != nullptr ? sleeper_(seconds) : 0;
     clock_ += std::chrono::seconds(seconds - left);
     return logged("sleep", std::to_string(seconds), {left}, std::to_string(left));
 }

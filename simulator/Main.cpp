@@ -21,17 +21,17 @@ constexpr int kUsageError = 2;  // also a machine or a program that cannot be us
 class Help : public CLI::Formatter {
 public:
     std::string make_usage(const CLI::App*, std::string) const override {
-        return "Usage: talvane-sim MACHINE [--log FILE] -- PROGRAM [ARGUMENT...]\n";
+        return "Usage: talvane-sim MACHINE [OPTION...] -- PROGRAM [ARGUMENT...]\n";
     }
 };
 
 int run(const std::filesystem::path& machine, std::vector<std::string>& command,
-        const std::string& logFile) {
+        const sim::LaunchOptions& options) {
     std::vector<char*> argv;
     for (std::string& word : command) argv.push_back(word.data());
     argv.push_back(nullptr);
     try {
-        return sim::RunOnMachine(machine, argv.data(), logFile);
+        return sim::RunOnMachine(machine, argv.data(), options);
     } catch (const std::exception& error) {
         std::cerr << "talvane-sim: " << error.what() << '\n';
         return kUsageError;
@@ -49,14 +49,18 @@ int main(int argc, char** argv) {
     CLI::App app("Runs a 32-bit program on a simulated server.", "talvane-sim");
     app.formatter(std::make_shared<Help>());
     std::filesystem::path machine;
-    std::string logFile;
+    sim::LaunchOptions options;
     app.add_option("MACHINE", machine, "folder that describes the server")->required();
-    app.add_option("--log", logFile, "file to write every access to");
+    app.add_option("--log", options.logFile, "file to write every access to");
+    app.add_option("--control", options.controlFile,
+                   "file by which sensors are changed while the program runs");
+    app.add_flag("--real-time", options.realTime,
+                 "sleeping takes its time; without, the machine's clock jumps");
     try {
         app.parse(static_cast<int>(separator - argv), argv);
         if (command.empty()) throw CLI::RequiredError("-- PROGRAM");
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
-    return run(machine, command, logFile);
+    return run(machine, command, options);
 }

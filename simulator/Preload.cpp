@@ -12,6 +12,8 @@
 #include <string>
 
 #include "Environment.h"
+#include "Machine.h"
+#include "RealFunction.h"
 #include "SimulatedServer.h"
 
 namespace {
@@ -20,6 +22,12 @@ namespace {
 [[noreturn]] void giveUp(const std::string& why) {
     (void)std::fprintf(stderr, "simulated server: %s\n", why.c_str());
     _exit(2);
+}
+
+// Empty when it is not set.
+std::string valueOf(const char* variable) {
+    const char* const value = std::getenv(variable);
+    return value != nullptr ? value : "";
 }
 
 // Children of the program run on the real machine: takes this library out of their environment.
@@ -32,14 +40,18 @@ void leaveEnvironment() {
         (void)unsetenv(sim::kPreloadVariable);
     else
         (void)setenv(sim::kPreloadVariable, preloaded.c_str() + rest + 1, 1);
-    (void)unsetenv(sim::kMachineVariable);
-    (void)unsetenv(sim::kLogVariable);
+    for (const char* const variable :
+         {sim::kMachineVariable, sim::kLogVariable, sim::kControlVariable, sim::kRealTimeVariable})
+        (void)unsetenv(variable);
 }
 
 // The server and its log last as long as the process, through its last destructor. Static, so that
 // a leak checker finds them in use.
-void start(const std::string& machine, const std::string& logFile) {
+void start(const std::string& machine, const std::string& logFile, const std::string& controlFile) {
     static auto* const server = new sim::SimulatedServer(machine);
+    if (!controlFile.empty()) server->bmc().follow(controlFile);
+    if (std::getenv(sim::kRealTimeVariable) != nullptr)
+        server->machine().sleepBy(sim::realFunction<unsigned(unsigned)>("sleep"));
     if (logFile.empty()) return;
     static auto* const log = new std::ofstream(logFile);
     if (!*log) giveUp(logFile + ": " + std::strerror(errno));
@@ -49,9 +61,8 @@ void start(const std::string& machine, const std::string& logFile) {
 [[gnu::constructor]] void onLoad() {
     const char* const machine = std::getenv(sim::kMachineVariable);
     if (machine == nullptr) return;
-    const char* const log = std::getenv(sim::kLogVariable);
     try {
-        start(machine, log != nullptr ? log : "");
+        start(machine, valueOf(sim::kLogVariable), valueOf(sim::kControlVariable));
     } catch (const std::exception& error) {
         giveUp(error.what());
     }

@@ -21,7 +21,7 @@ namespace {
     std::vector<char*> argv;
     for (std::string& argument : line) argv.push_back(argument.data());
     argv.push_back(nullptr);
-    sim::RunOnMachine(options.machine, argv.data(), "");
+    sim::RunOnMachine(options.machine, argv.data(), {});
 }
 
 }  // namespace

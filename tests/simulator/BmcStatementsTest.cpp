@@ -86,6 +86,56 @@ TEST_F(BmcStatements, CapturesAndChannels) {
     EXPECT_EQ(ask(6, 0x42, {1})[1], 4);
 }
 
+TEST_F(BmcStatements, ReadingsAndStatesHaveACourse) {
+    loadMachine(MachineFolder("bmc kcs\nreading 1 20\nreading 1 at 5 80\n"
+                              "reading 1 at 9 unavailable\nreading 2 unavailable 0xFF\n"
+                              "states 1 at 5 2\n")
+                    .path,
+                machine);
+    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
+    EXPECT_EQ(ask(4, 0x2D, {2}), (Bytes{0xFF, 0xE0, 0, 0}));
+    (void)machine.sleep(5);
+    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{80, 0xC0, 2, 0}));
+    (void)machine.sleep(4);
+    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{0, 0xE0, 2, 0}));
+}
+
+TEST_F(BmcStatements, ARepositoryCanBeWrong) {
+    loadMachine(MachineFolder("bmc kcs\nrepository count 7\nrepository next 1 0\n"
+                              "sensor 1 \"A\"\n  delivered 10\n  reread 8 0x42\n"
+                              "record 0xC0 57 01 00 0D\n")
+                    .path,
+                machine);
+    EXPECT_EQ(ask(0x0A, 0x20, {})[1], 7);
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0xFF}),
+              (Bytes{1, 0, 0, 0, 0x51, 1, 59, 0x20, 0, 1, 7, 1}));
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 8, 0xFF}), (Bytes{1, 0, 0x42, 1})) << "read again";
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 20, 4}), (Bytes{1, 0})) << "behind its end";
+    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 1, 0, 0, 0xFF}),
+              (Bytes{0, 0, 1, 0, 0x51, 0xC0, 4, 0x57, 0x01, 0x00, 0x0D}));
+}
+
+TEST_F(BmcStatements, AWatchdogMayRunFromTheStartAndNeverStop) {
+    loadMachine(MachineFolder("bmc kcs\nwatchdog action 1 seconds 60 unstoppable\n").path, machine);
+    (void)ask(6, 0x24, {4, 0, 0, 0, 200, 0});
+    EXPECT_TRUE(machine.bmc().watchdog().running);
+    sim::Machine other;
+    loadMachine(MachineFolder("bmc kcs\nwatchdog unstoppable\n").path, other);
+    EXPECT_FALSE(other.bmc().watchdog().running);
+}
+
+TEST_F(BmcStatements, FaultsStrikeTheirRequest) {
+    loadMachine(MachineFolder("bmc kcs\nreading 1 20\nfault \"Get Sensor Reading\" 2 short 1\n"
+                              "fault \"Get Device ID\" every empty\n")
+                    .path,
+                machine);
+    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
+    EXPECT_EQ(ask(4, 0x2D, {1}), Bytes{20});
+    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
+    EXPECT_EQ(ask(6, 0x01, {}), Bytes{});
+    EXPECT_EQ(ask(6, 0x01, {}), Bytes{});
+}
+
 struct BadController {
     const char* text;
     const char* complaint;
@@ -139,6 +189,40 @@ INSTANTIATE_TEST_SUITE_P(
                       "3: the controller has an inventory already"},
         BadController{"bmc kcs\nchannel 1 4 1\nchannel 1 4 1",
                       "3: the controller has this channel already"},
-        BadController{"bmc kcs\nchannel 16 4 1", "2: the channel 16 is above 15"}));
+        BadController{"bmc kcs\nchannel 16 4 1", "2: the channel 16 is above 15"},
+        BadController{"bmc kcs\nreading 1 at 5 2\nreading 1 at 5 3",
+                      "3: the sensor has a reading from second 5 on already"},
+        BadController{"bmc kcs\nreading 1 at 5", "2: the raw reading is missing"},
+        BadController{"bmc kcs\nrepository size 5",
+                      "2: the word \"next\" was expected, not \"size\""},
+        BadController{"bmc kcs\nrepository count 5\nrepository count 5",
+                      "3: the count was given already"},
+        BadController{FAN "repository next 1 0", "3: the repository has no such record"},
+        BadController{FAN "repository next 0 1\nrepository next 0 1",
+                      "4: what follows the record was given already"},
+        BadController{"bmc kcs\nrecord 0xC0 123",
+                      "2: the byte \"123\" is not two hexadecimal digits"},
+        BadController{FAN "delivered 65", "3: the number of bytes 65 is above 64"},
+        BadController{FAN "reread 64 1", "3: the offset 64 is above 63"},
+        BadController{FAN "reread 8 1\nreread 8 1", "4: the byte was given already"},
+        BadController{FAN "record 0xC0\nreread 8 1",
+                      "4: reread belongs to a sensor, and there is none"},
+        BadController{"bmc kcs\ncontrol a\ncontrol b",
+                      "3: the controller has a control file already"},
+        BadController{"bmc kcs\nwatchdog", "2: the word \"unstoppable\" is missing"},
+        BadController{"bmc kcs\nwatchdog action 4 seconds 60", "2: the action 4 is above 3"},
+        BadController{"bmc kcs\nwatchdog unstoppable\nwatchdog unstoppable",
+                      "3: the watchdog was given already"},
+        BadController{"bmc kcs\nfault Get 1 empty", "2: the command must be in double quotes"},
+        BadController{"bmc kcs\nfault \"Get SRD\" 1 empty",
+                      "2: the controller knows no command \"Get SRD\""},
+        BadController{"bmc kcs\nfault \"Get SDR\" 0 empty", "2: requests count from 1"},
+        BadController{"bmc kcs\nfault \"Get SDR\" 1 late",
+                      "2: the fault \"late\" is none of refused, short, empty, stale, fails"},
+        BadController{"bmc kcs\nfault \"Get SDR\" 1 refused 0",
+                      "2: the completion code 0 refuses nothing"},
+        BadController{
+            "bmc kcs\nfault \"Get SDR\" 1 fails EPERM",
+            "2: the error \"EPERM\" is none of EIO EBUSY EAGAIN EINTR ENODEV ETIMEDOUT"}));
 
 }  // namespace

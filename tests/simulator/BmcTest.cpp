@@ -38,7 +38,10 @@ TEST_F(BmcModel, UnknownCommandsAndShortRequestsAreRefused) {
     EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 0}), Bytes{0xC7});
     EXPECT_THAT(bmc.requestTexts(), ElementsAre("Command 06 99 with", "Get SDR 00 00 00 00 00"));
     EXPECT_THAT(log.lines(),
-                ElementsAre("ipmi Command 06 99 with -> C1", "ipmi Get SDR 00 00 00 00 00 -> C7"));
+                ElementsAre("bmc command 0x99 of function 0x06 -> refused, 0xC1 unknown command",
+                            "ipmi Command 06 99 with -> C1",
+                            "bmc Get SDR, 5 bytes -> refused, 0xC7 wrong length",
+                            "ipmi Get SDR 00 00 00 00 00 -> C7"));
 }
 
 TEST_F(BmcModel, RecordsAreNumberedAndLinked) {
@@ -77,6 +80,22 @@ TEST_F(BmcModel, SensorsAreThoseOfTheRecordsAndTheGivenOnes) {
     EXPECT_EQ(ask(4, 0x2D, {9}), (Bytes{0, 42, 0xC0, 1, 2}));
 }
 
+TEST_F(BmcModel, ReadingsAndStatesFollowTheirCourse) {
+    bmc.setReading(9, 10);
+    bmc.setReading(9, 80, std::chrono::seconds(5));
+    bmc.setUnavailable(9, std::chrono::seconds(8));
+    bmc.setStates(9, 1, 2, std::chrono::seconds(7));
+    EXPECT_EQ(ask(4, 0x2D, {9}), (Bytes{0, 10, 0xC0, 0, 0}));
+    now = std::chrono::seconds(4);
+    EXPECT_EQ(ask(4, 0x2D, {9}), (Bytes{0, 10, 0xC0, 0, 0}));
+    now = std::chrono::seconds(5);
+    EXPECT_EQ(ask(4, 0x2D, {9}), (Bytes{0, 80, 0xC0, 0, 0}));
+    now = std::chrono::seconds(7);
+    EXPECT_EQ(ask(4, 0x2D, {9}), (Bytes{0, 80, 0xC0, 1, 2}));
+    now = std::chrono::seconds(100);
+    EXPECT_EQ(ask(4, 0x2D, {9}), (Bytes{0, 0, 0xE0, 1, 2})) << "unavailable";
+}
+
 TEST_F(BmcModel, ThresholdsAreStoredByMask) {
     EXPECT_EQ(ask(4, 0x27, {7}), Bytes{0xCB});
     EXPECT_EQ(ask(4, 0x26, {7, 0x3F, 1, 2, 3, 4, 5, 6}), Bytes{0xCB});
@@ -107,6 +126,23 @@ TEST_F(BmcModel, SettingTheWatchdogKeepsItRunningWhenAskedTo) {
     EXPECT_TRUE(bmc.watchdog().running);
     (void)ask(6, 0x24, {0x04, 1, 0, 0, 100, 0});
     EXPECT_FALSE(bmc.watchdog().running);
+}
+
+TEST_F(BmcModel, AnUnstoppableWatchdogCountsOn) {
+    bmc.makeWatchdogUnstoppable();
+    (void)ask(6, 0x24, {4, 1, 0, 0, 100, 0});
+    EXPECT_FALSE(bmc.watchdog().running) << "not started yet";
+    (void)ask(6, 0x22, {});
+    EXPECT_EQ(ask(6, 0x24, {4, 0, 0, 0, 200, 0}), Bytes{0});
+    EXPECT_TRUE(bmc.watchdog().running);
+    now = std::chrono::seconds(20);
+    EXPECT_EQ(bmc.watchdogExpirations(), 1);
+}
+
+TEST_F(BmcModel, AWatchdogOfTheFirmwareRunsFromTheStart) {
+    bmc.startWatchdog(1, 60);
+    now = std::chrono::seconds(10);
+    EXPECT_EQ(ask(6, 0x25, {}), (Bytes{0, 0x42, 1, 0, 0, 0x58, 0x02, 0xF4, 0x01}));
 }
 
 TEST_F(BmcModel, TheInventoryIsReadInPieces) {

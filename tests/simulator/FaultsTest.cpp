@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "ProbedServer.h"
+#include "simulator/Machine.h"
 
 namespace {
 
@@ -60,6 +61,12 @@ TEST_F(Faults, AnInterruptedSleepAnswersTheSecondsLeft) {
     server.fail("sleep", 1, EINTR);
     EXPECT_EQ(probe::sleep(5), 5u);
     EXPECT_EQ(server.clock().count(), 0);
+}
+
+TEST_F(Faults, ASleepThatTakesItsTimeMovesTheClockAsFarAsItLasted) {
+    server.machine().sleepBy([](unsigned seconds) { return seconds / 5; });
+    EXPECT_EQ(probe::sleep(10), 2u);
+    EXPECT_EQ(server.clock().count(), 8);
 }
 
 TEST_F(Faults, SeveralCountAlongside) {

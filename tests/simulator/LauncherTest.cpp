@@ -75,6 +75,14 @@ TEST(Launcher, TheLogTellsWhatTheProgramAsked) {
               "sleep 86400 -> 0\n");
 }
 
+TEST(Launcher, InRealTimeAProgramIsWhatItIsOtherwise) {
+    const MachineFolder folder(kTable);
+    const Result result =
+        launch(folder.path.string() + " --real-time -- " VISITOR_FOLDER "/emptiness");
+    EXPECT_EQ(result.output, "no machine path was touched\n");
+    EXPECT_EQ(result.status, 0);
+}
+
 TEST(Launcher, RelativeNamesAndThePathWork) {
     const MachineFolder folder(kTable);
     const Result result =
@@ -115,6 +123,14 @@ TEST(Launcher, ProgramsThatCannotBeSimulatedAreRefused) {
     EXPECT_EQ(result.status, 2);
     result = launch(machine + " -- no-such-program");
     EXPECT_EQ(result.output, "talvane-sim: no-such-program: No such file or directory\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(Launcher, AControlFileNeedsAController) {
+    const MachineFolder folder(kTable);
+    const Result result = launch(folder.path.string() + " --control file -- " VISITOR);
+    EXPECT_EQ(result.output, "talvane-sim: " + folder.path.string() +
+                                 " has no management controller for a control file to change\n");
     EXPECT_EQ(result.status, 2);
 }
 

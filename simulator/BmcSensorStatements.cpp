@@ -1,0 +1,104 @@
+// SPDX-License-Identifier: MIT
+//
+// The statements about what sensors show: readings and states over time, thresholds, and the file
+// that changes them.
+
+#include "BmcSensorStatements.h"
+
+#include <limits>
+
+#include "BmcDraft.h"
+#include "MachineDraft.h"
+
+namespace sim {
+namespace {
+
+constexpr std::uint8_t kAllOnes = 0xFF;
+
+std::uint8_t byteOf(MachineLine& line, const char* what, std::uint8_t max = kAllOnes) {
+    return static_cast<std::uint8_t>(line.number(what, max));
+}
+
+// "at SECOND", the beginning when it is not there.
+std::chrono::seconds takeMoment(MachineLine& line) {
+    if (!line.takeIf("at")) return {};
+    return std::chrono::seconds(line.number("the second", std::numeric_limits<int>::max()));
+}
+
+void failTwice(const MachineLine& line, const char* what, std::chrono::seconds from) {
+    const std::string moment =
+        from.count() == 0 ? "" : " from second " + std::to_string(from.count()) + " on";
+    line.fail(std::string("the sensor has ") + what + moment + " already");
+}
+
+void readReadingStatement(MachineLine& line, MachineDraft& draft) {
+    readReading(line, controllerOf(line, draft).courses);
+}
+
+void readStatesStatement(MachineLine& line, MachineDraft& draft) {
+    readStates(line, controllerOf(line, draft).courses);
+}
+
+void readThresholds(MachineLine& line, MachineDraft& draft) {
+    constexpr std::uint8_t kAll = 0x3F;
+    const std::uint8_t sensor = byteOf(line, "the sensor number");
+    BmcThresholds thresholds;
+    thresholds.readable = byteOf(line, "the readable thresholds", kAll);
+    for (std::uint8_t& value : thresholds.values) value = byteOf(line, "the raw threshold");
+    if (!controllerOf(line, draft).thresholds.emplace(sensor, thresholds).second)
+        line.fail("the sensor has thresholds already");
+}
+
+// The file need not be there: a person writes it when something is to change.
+void readControl(MachineLine& line, MachineDraft& draft) {
+    constexpr const char* what = "the file name";
+    const std::string name = line.quotedNext() ? line.text(what) : line.word(what);
+    BmcDraft& bmc = controllerOf(line, draft);
+    if (!bmc.controlFile.empty()) line.fail("the controller has a control file already");
+    bmc.controlFile = draft.folder / name;
+}
+
+constexpr MachineStatement kStatements[] = {
+    {"reading", readReadingStatement},
+    {"states", readStatesStatement},
+    {"thresholds", readThresholds},
+    {"control", readControl},
+};
+
+}  // namespace
+
+void readReading(MachineLine& line, std::map<std::uint8_t, BmcCourse>& courses) {
+    BmcCourse& course = courses[byteOf(line, "the sensor number")];
+    const std::chrono::seconds from = takeMoment(line);
+    BmcReading reading;
+    reading.available = !line.takeIf("unavailable");
+    if (reading.available || line.more()) reading.raw = byteOf(line, "the raw reading");
+    if (!course.readings.emplace(from, reading).second) failTwice(line, "a reading", from);
+}
+
+void readStates(MachineLine& line, std::map<std::uint8_t, BmcCourse>& courses) {
+    BmcCourse& course = courses[byteOf(line, "the sensor number")];
+    const std::chrono::seconds from = takeMoment(line);
+    BmcStates states{};
+    states[0] = byteOf(line, "the states 0 to 7");
+    if (line.more()) states[1] = byteOf(line, "the states 8 to 15");
+    if (!course.states.emplace(from, states).second) failTwice(line, "states", from);
+}
+
+void readCourseLine(MachineLine& line, std::map<std::uint8_t, BmcCourse>& courses) {
+    if (!line.more()) return;
+    const std::string word = line.word("the statement");
+    if (word == "reading")
+        readReading(line, courses);
+    else if (word == "states")
+        readStates(line, courses);
+    else
+        line.fail("the statement \"" + word + "\" is none of reading, states");
+    line.end();
+}
+
+std::span<const MachineStatement> bmcSensorStatements() {
+    return kStatements;
+}
+
+}  // namespace sim

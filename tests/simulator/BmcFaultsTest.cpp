@@ -1,0 +1,205 @@
+// SPDX-License-Identifier: MIT
+//
+// Requests that the simulated controller does not answer as it should, and repositories that are
+// not what they say.
+
+#include <gtest/gtest.h>
+
+#include <cerrno>
+#include <stdexcept>
+
+#include "simulator/AccessLog.h"
+#include "simulator/Bmc.h"
+
+namespace {
+
+using sim::Bytes;
+using Kind = sim::BmcFault::Kind;
+
+class BmcFaults : public testing::Test {
+protected:
+    BmcFaults() {
+        bmc.add(sim::SdrRecord("A", 1));
+        bmc.add(sim::SdrRecord("B", 2));
+        bmc.setReading(1, 42);
+    }
+
+    sim::BmcRequest send(std::uint8_t netFn, std::uint8_t command, Bytes data) {
+        sim::BmcRequest request;
+        request.netFn = netFn;
+        request.command = command;
+        request.data = std::move(data);
+        bmc.answer(request);
+        return request;
+    }
+    sim::BmcRequest read(std::uint8_t sensor) { return send(4, 0x2D, {sensor}); }
+    sim::BmcRequest record(std::uint8_t id) { return send(0x0A, 0x23, {0, 0, id, 0, 0, 0xFF}); }
+    // The record IDs that a walk comes by, at most four.
+    std::vector<unsigned> walk() {
+        std::vector<unsigned> ids;
+        unsigned id = 0;
+        do {
+            const Bytes response = record(static_cast<std::uint8_t>(id)).response;
+            ids.push_back(id);
+            id = response[0] | (unsigned{response[1]} << 8);
+        } while (id != 0xFFFF && ids.size() < 4);
+        return ids;
+    }
+
+    sim::AccessLog log;
+    sim::Bmc bmc{[] { return std::chrono::seconds(0); }, log};
+};
+
+TEST_F(BmcFaults, TheDriversCallFails) {
+    bmc.inject("Get Sensor Reading", Kind::fails, EBUSY, 1);
+    const sim::BmcRequest failed = read(1);
+    EXPECT_EQ(failed.error, EBUSY);
+    EXPECT_EQ(failed.response, Bytes{});
+    EXPECT_EQ(failed.answered(), "-1 EBUSY");
+    EXPECT_EQ(read(1).error, 0) << "once";
+}
+
+TEST_F(BmcFaults, AResponseIsShort) {
+    bmc.inject("Get SDR", Kind::cut, 7);
+    EXPECT_EQ(record(0).response.size(), 7U);
+    EXPECT_EQ(record(1).response.size(), 7U) << "each";
+    bmc.inject("Get Sensor Reading", Kind::cut, 99, 1);
+    EXPECT_EQ(read(1).response.size(), 4U) << "never longer";
+}
+
+TEST_F(BmcFaults, AResponseIsEmpty) {
+    bmc.inject("Get Sensor Reading", Kind::cut, 0, 2);
+    EXPECT_EQ(read(1).response.size(), 4U);
+    const sim::BmcRequest empty = read(1);
+    EXPECT_EQ(empty.response, Bytes{});
+    EXPECT_EQ(empty.completion, 0);
+    EXPECT_EQ(empty.answered(), "0 bytes");
+}
+
+TEST_F(BmcFaults, AResponseIsStale) {
+    const Bytes before = record(0).response;
+    bmc.inject("Get Sensor Reading", Kind::stale, 0, 1);
+    EXPECT_EQ(read(1).response, before);
+    EXPECT_EQ(read(1).response[0], 42);
+}
+
+TEST_F(BmcFaults, ARequestIsRefusedAndNotCarriedOut) {
+    bmc.setThresholds(1, {0x3F, {1, 2, 3, 4, 5, 6}});
+    bmc.inject("Set Sensor Thresholds", Kind::refused, 0xC0, 1);
+    const sim::BmcRequest refused = send(4, 0x26, {1, 0x3F, 9, 9, 9, 9, 9, 9});
+    EXPECT_EQ(refused.completion, 0xC0);
+    EXPECT_EQ(bmc.thresholds(1).values[0], 1);
+    EXPECT_EQ(refused.answered(), "refused, 0xC0 busy");
+}
+
+TEST_F(BmcFaults, SeveralWaitAlongside) {
+    bmc.inject("Get Sensor Reading", Kind::refused, 0xC0, 1);
+    bmc.inject("Get Sensor Reading", Kind::refused, 0xC3, 2);
+    EXPECT_EQ(read(1).completion, 0xC0);
+    EXPECT_EQ(read(1).completion, 0xC3);
+    EXPECT_EQ(read(1).completion, 0);
+}
+
+TEST_F(BmcFaults, UnknownCommandsHaveNone) {
+    EXPECT_THROW(bmc.inject("Get Coffee", Kind::cut, 0), std::invalid_argument);
+    EXPECT_THROW(bmc.inject({0x30, 0x01, 1, Kind::cut, 0}), std::invalid_argument);
+    bmc.inject({0x04, 0x2D, 1, Kind::cut, 0});
+    EXPECT_EQ(read(1).response, Bytes{});
+}
+
+TEST_F(BmcFaults, ARecordChangesBetweenReads) {
+    bmc.addRecord(sim::SdrRecord("C", 3).bytes(), false, {{}, {{7, 0x33}}});
+    EXPECT_EQ(record(2).response[2 + 7], 3);
+    EXPECT_EQ(record(2).response[2 + 7], 0x33);
+    EXPECT_EQ(record(2).response[2 + 7], 0x33);
+    EXPECT_THROW(bmc.addRecord(Bytes(5), false, {{}, {{5, 1}}}), std::invalid_argument);
+}
+
+TEST_F(BmcFaults, ARecordIsShorterThanItsHeaderSays) {
+    bmc.addRecord(sim::SdrRecord("C", 3).bytes(), false, {20, {}});
+    const Bytes response = record(2).response;
+    EXPECT_EQ(response.size(), 2U + 20);
+    EXPECT_EQ(response[2 + 4], 59) << "what the header says";
+}
+
+TEST_F(BmcFaults, TheCountIsTooHighOrTooLow) {
+    for (const std::uint16_t count : std::initializer_list<std::uint16_t>{1, 300}) {
+        bmc.setRepositoryCount(count);
+        const Bytes info = send(0x0A, 0x20, {}).response;
+        EXPECT_EQ(info[1] | (unsigned{info[2]} << 8), count);
+    }
+}
+
+TEST_F(BmcFaults, RecordsOfOtherTypesAreListed) {
+    bmc.addRecord({0, 0, 0x51, 0xC0, 2, 0xAA, 0xBB});
+    EXPECT_EQ(walk(), (std::vector<unsigned>{0, 1, 2}));
+    EXPECT_EQ(record(2).response, (Bytes{0xFF, 0xFF, 2, 0, 0x51, 0xC0, 2, 0xAA, 0xBB}));
+}
+
+TEST_F(BmcFaults, NextRecordsRunInALoop) {
+    bmc.setNextRecord(1, 1);
+    EXPECT_EQ(walk(), (std::vector<unsigned>{0, 1, 1, 1}));
+}
+
+TEST_F(BmcFaults, TheFirstRecordIsTheLast) {
+    bmc.setNextRecord(0, 0xFFFF);
+    EXPECT_EQ(walk(), (std::vector<unsigned>{0}));
+}
+
+struct Telling {
+    std::uint8_t netFn;
+    std::uint8_t command;
+    Bytes data;
+    const char* told;
+};
+
+TEST_F(BmcFaults, TheLogTellsPeopleWhatWasAskedAndAnswered) {
+    bmc.setInventory(Bytes(16, 1));
+    bmc.setChannel(1, {4, 1});
+    bmc.setUnavailable(2);
+    const Telling rows[] = {
+        {0x0A, 0x20, {}, "bmc Get SDR Repository Info -> 2 records"},
+        {0x0A, 0x22, {}, "bmc Reserve SDR Repository -> reservation 0x0001"},
+        {0x0A, 0x23, {0, 0, 0, 0, 0, 0xFF}, "bmc Get SDR 0x0000 -> 64 bytes, next 0x0001"},
+        {0x0A,
+         0x23,
+         {0, 0, 1, 0, 5, 10},
+         "bmc Get SDR 0x0001, 10 bytes from 5 on -> 10 bytes, next 0xFFFF"},
+        {0x0A, 0x23, {0, 0, 9, 0, 0, 0xFF}, "bmc Get SDR 0x0009 -> refused, 0xCB not present"},
+        {4, 0x2D, {1}, "bmc Get Sensor Reading 0x01 -> reading 42, states 0x00 0x00"},
+        {4, 0x2D, {2}, "bmc Get Sensor Reading 0x02 -> unavailable, states 0x00 0x00"},
+        {4,
+         0x26,
+         {1, 0x3F, 1, 2, 3, 4, 5, 6},
+         "bmc Set Sensor Thresholds 0x01, mask 0x3F, lower 1 2 3, upper 4 5 6 -> ok"},
+        {4, 0x27, {1}, "bmc Get Sensor Thresholds 0x01 -> readable 0x00, lower 1 2 3, upper 4 5 6"},
+        {6, 0x01, {}, "bmc Get Device ID -> firmware 1.00"},
+        {6, 0x24, {4, 1, 0, 0, 0x58, 2}, "bmc Set Watchdog Timer action 1, 60.0 s -> ok"},
+        {6, 0x22, {}, "bmc Reset Watchdog Timer -> ok"},
+        {6, 0x25, {}, "bmc Get Watchdog Timer -> action 1, 60.0 s, 60.0 s left, running"},
+        {6, 0x42, {1}, "bmc Get Channel Info 1 -> medium 4, protocol 1"},
+        {6, 0x47, {2, 2, 's', 'e', 'c'}, "bmc Set User Password user 2, operation 2 -> ok"},
+        {0x0A, 0x10, {0}, "bmc Get FRU Inventory Area Info device 0 -> 16 bytes"},
+        {0x0A, 0x11, {0, 8, 0, 2}, "bmc Read FRU Data device 0, 0x0008, 2 bytes -> 2 bytes"},
+        {0x0C,
+         0x01,
+         {1, 3, 10, 0, 0, 1},
+         "bmc Set LAN Configuration Parameters channel 1, parameter 3, 4 bytes -> ok"},
+    };
+    for (const Telling& row : rows) {
+        log.clear();
+        (void)send(row.netFn, row.command, row.data);
+        ASSERT_EQ(log.lines().size(), 2U);
+        EXPECT_EQ(log.lines()[0], row.told);
+    }
+}
+
+TEST_F(BmcFaults, TheLogHoldsTheBytesBesideIt) {
+    (void)read(1);
+    EXPECT_EQ(log.lines().back(), "ipmi Get Sensor Reading 01 -> 00 2A C0 00 00");
+    bmc.inject("Get Sensor Reading", Kind::fails, EIO, 1);
+    (void)read(1);
+    EXPECT_EQ(log.lines().back(), "ipmi Get Sensor Reading 01 -> -1 EIO");
+}
+
+}  // namespace
