@@ -8,6 +8,7 @@
 #include <string_view>
 
 #include "Talvane.h"
+#include "tools/Limits.h"
 #include "tools/records/Watchdog.h"
 
 namespace tool {
@@ -16,6 +17,7 @@ namespace {
 constexpr const char* kMachineOption = "--machine";
 constexpr int kMostSeconds = 86400;
 constexpr int kMostTables = 1000000;
+constexpr int kMostByte = 255;
 
 // Before the command and behind it.
 void AddOptions(CLI::App& app, Options& options) {
@@ -51,20 +53,36 @@ void AddConfirmation(CLI::App& change, Options& options) {
     change.add_flag("--yes", options.order.confirmed, "Do it; without, it is only shown");
 }
 
+// A number within these bounds, and the complaint about any other text.
+std::string OutOfRange(const std::string& text, double least, double most, bool whole) {
+    char* end = nullptr;
+    const double value = std::strtod(text.c_str(), &end);
+    const bool isNumber = !text.empty() && *end == '\0';
+    if (isNumber && value >= least && value <= most && (!whole || value == std::floor(value)))
+        return "";
+    return text + " is no " + (whole ? "whole " : "") + "number from " + NumberText(least) +
+           " to " + NumberText(most);
+}
+
+CLI::Validator Within(double least, double most, bool whole = true) {
+    return CLI::Validator(
+        [=](const std::string& text) { return OutOfRange(text, least, most, whole); }, "");
+}
+
 void AddWatch(CLI::App& sensors, Watch& watch) {
     auto* seconds = sensors.add_option("--watch", watch.seconds, "Show again after every so many");
-    seconds->type_name("SECONDS")->check(CLI::Range(1, kMostSeconds).description(""));
+    seconds->type_name("SECONDS")->check(Within(1, kMostSeconds));
     sensors.add_option("--count", watch.count, "End after so many tables")
         ->type_name("N")
-        ->check(CLI::Range(1, kMostTables).description(""))
+        ->check(Within(1, kMostTables))
         ->needs(seconds);
 }
 
-// Takes a name for its code; `others` names what is accepted as it stands beside them.
-CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names,
-                     const CLI::Validator& others) {
+// Takes a name for its code; `others` says what is accepted as it stands beside them, and how the
+// complaint calls it.
+CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names, bool orByte = false) {
     return CLI::Validator(
-        [names, others](std::string& text) -> std::string {
+        [names, orByte](std::string& text) -> std::string {
             std::string known;
             for (const auto& [name, code] : names) {
                 if (text == name) {
@@ -73,13 +91,11 @@ CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names,
                 }
                 known += (known.empty() ? "" : ", ") + name;
             }
-            return others(text).empty() ? "" : text + " is none of " + known;
+            if (orByte && OutOfRange(text, 0, kMostByte, true).empty()) return "";
+            return text + " is none of " + known + (orByte ? ", nor a number from 0 to 255" : "");
         },
         "");
 }
-
-const CLI::Validator kNothingElse([](std::string&) { return "no"; }, "");
-const CLI::Validator kByte(CLI::Range(0, 255).description(""));
 
 std::string NumberProblem(const std::string& text) {
     char* end = nullptr;
@@ -91,7 +107,11 @@ std::string NumberProblem(const std::string& text) {
 void AddThresholdChange(CLI::App& app, Options& options) {
     CLI::App* threshold = app.add_subcommand("threshold", "Set a threshold: threshold set --help");
     threshold->group("Commands");
-    threshold->require_subcommand(1);
+    // The least number is checked below, in words of the tool's own.
+    threshold->require_subcommand(0, 1);
+    threshold->final_callback([threshold] {
+        if (threshold->get_subcommands().empty()) throw CLI::RequiredError("threshold: set");
+    });
     CLI::App* set = AddChange(*threshold, options, "threshold set",
                               "Set one threshold of all sensors of an entity and type");
     set->footer(
@@ -103,11 +123,11 @@ void AddThresholdChange(CLI::App& app, Options& options) {
     set->add_option("--entity", order.entity, "Entity's number, as talvane sensors shows it")
         ->type_name("E")
         ->required()
-        ->check(kByte);
+        ->check(Within(0, kMostByte));
     set->add_option("--type", order.type, "temperature, voltage, fan, or a sensor type's number")
         ->type_name("T")
         ->required()
-        ->transform(Named({{"temperature", 1}, {"voltage", 2}, {"fan", 4}}, kByte));
+        ->transform(Named({{"temperature", 1}, {"voltage", 2}, {"fan", 4}}, true));
     set->add_option("--which", order.which,
                     "lower- or upper-, and non-critical, critical or non-recoverable")
         ->type_name("THRESHOLD")
@@ -117,8 +137,7 @@ void AddThresholdChange(CLI::App& app, Options& options) {
                            {"lower-non-recoverable", THRESHOLD_LOWER_NON_RECOVERABLE},
                            {"upper-non-critical", THRESHOLD_UPPER_WARNING},
                            {"upper-critical", THRESHOLD_UPPER_CRITICAL},
-                           {"upper-non-recoverable", THRESHOLD_UPPER_NON_RECOVERABLE}},
-                          kNothingElse));
+                           {"upper-non-recoverable", THRESHOLD_UPPER_NON_RECOVERABLE}}));
     set->add_option("VALUE", order.value, "The new value, in the sensor's unit")
         ->type_name("")
         ->required()
@@ -138,7 +157,7 @@ void AddWatchdogChanges(CLI::App& watchdog, Options& options) {
     set->add_option("--action", order.action, "none, hard-reset, power-down or power-cycle")
         ->type_name("ACTION")
         ->required()
-        ->transform(Named(actions, kNothingElse));
+        ->transform(Named(actions));
     set->add_option_function<double>(
            "--timeout",
            [&order](double seconds) {
@@ -147,7 +166,7 @@ void AddWatchdogChanges(CLI::App& watchdog, Options& options) {
            "Seconds until the action, 10 to 999")
         ->type_name("SECONDS")
         ->required()
-        ->check(CLI::Range(10.0, 999.0).description(""));
+        ->check(Within(10, 999, false));
     AddConfirmation(*set, options);
     AddConfirmation(
         *AddChange(watchdog, options, "watchdog reset", "Start it over; asks for --yes"), options);
@@ -166,7 +185,7 @@ void AddCommands(CLI::App& app, Options& options) {
                 ->add_option("--interval", options.settings.loadInterval,
                              "Watch the processors for so long; 1 when not given")
                 ->type_name("SECONDS")
-                ->check(CLI::Range(1, kMostSeconds).description(""));
+                ->check(Within(1, kMostSeconds));
     }
     AddThresholdChange(app, options);
 }
@@ -199,8 +218,14 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
     // one.
     app.require_subcommand(0, 1);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("talvane: ") + error.what() + "\nRun talvane --help for the commands.\n";
+    app.failure_message([](const CLI::App* whole, const CLI::Error& error) {
+        std::string command = "talvane";
+        for (auto given = whole->get_subcommands(); !given.empty();
+             given = given.front()->get_subcommands())
+            command += ' ' + given.front()->get_name();
+        const bool isWhole = whole->get_subcommands().empty();
+        return std::string("talvane: ") + error.what() + "\nRun " + command +
+               (isWhole ? " --help for the commands.\n" : " --help for its options.\n");
     });
     try {
         app.parse(argc, argv);

@@ -21,7 +21,9 @@ namespace {
     std::vector<char*> argv;
     for (std::string& argument : line) argv.push_back(argument.data());
     argv.push_back(nullptr);
-    sim::RunOnMachine(options.machine, argv.data(), {});
+    // Repetition without an end is for a person to follow.
+    const bool isEndless = options.watch.seconds != 0 && options.watch.count == 0;
+    sim::RunOnMachine(options.machine, argv.data(), {.realTime = isEndless});
 }
 
 }  // namespace

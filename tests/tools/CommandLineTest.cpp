@@ -57,6 +57,7 @@ TEST(CommandLine, VersionIsOneLine) {
 struct Refused {
     std::vector<std::string> arguments;
     const char* message;
+    const char* command = "";  // whose options the user is pointed to; empty for all commands
 };
 
 // For the list of tests.
@@ -70,8 +71,10 @@ TEST_P(UsageError, IsExplainedAndAnsweredWithStatus2) {
     const ToolRun run = RunTool(GetParam().arguments);
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.out, "");
-    EXPECT_EQ(run.err, std::string("talvane: ") + GetParam().message +
-                           "\nRun talvane --help for the commands.\n");
+    const std::string command = GetParam().command;
+    EXPECT_EQ(run.err, std::string("talvane: ") + GetParam().message + "\nRun talvane " +
+                           (command.empty() ? "--help for the commands.\n"
+                                            : command + " --help for its options.\n"));
 }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -79,50 +82,69 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         Refused{{}, "A command is required"}, Refused{{"--json"}, "A command is required"},
         Refused{{"spoons"}, "The following argument was not expected: spoons"},
-        Refused{{"board", "--spoons"}, "The following argument was not expected: --spoons"},
-        Refused{{"board", "fans"}, "The following argument was not expected: fans"},
-        Refused{{"board", "--machine"}, "--machine: 1 required DIR missing"},
-        Refused{{"sensors", "--count", "3"}, "--count requires --watch"},
-        Refused{{"sensors", "--watch", "0"}, "--watch: Value 0 not in range 1 to 86400"},
-        Refused{{"load", "--interval", "0"}, "--interval: Value 0 not in range 1 to 86400"},
-        Refused{{"threshold"}, "A subcommand is required"},
-        Refused{{"watchdog", "bark"}, "The following argument was not expected: bark"}));
+        Refused{
+            {"board", "--spoons"}, "The following argument was not expected: --spoons", "board"},
+        Refused{{"board", "fans"}, "The following argument was not expected: fans", "board"},
+        Refused{{"board", "--machine"}, "--machine: 1 required DIR missing", "board"},
+        Refused{{"sensors", "--count", "3"}, "--count requires --watch", "sensors"},
+        Refused{{"sensors", "--watch", "0"},
+                "--watch: 0 is no whole number from 1 to 86400",
+                "sensors"},
+        Refused{{"sensors", "--watch", "1.5"},
+                "--watch: 1.5 is no whole number from 1 to 86400",
+                "sensors"},
+        Refused{{"load", "--interval", "0"},
+                "--interval: 0 is no whole number from 1 to 86400",
+                "load"},
+        Refused{{"threshold"}, "threshold: set is required", "threshold"},
+        Refused{
+            {"watchdog", "bark"}, "The following argument was not expected: bark", "watchdog"}));
 
 Refused RefusedThreshold(const char* entity, const char* type, const char* which, const char* value,
                          const char* message) {
     return {{"threshold", "set", "--entity", entity, "--type", type, "--which", which, value},
-            message};
+            message,
+            "threshold set"};
 }
 
 INSTANTIATE_TEST_SUITE_P(
     ThresholdSet, UsageError,
-    testing::Values(RefusedThreshold("256", "fan", "lower-critical", "1",
-                                     "--entity: Value 256 not in range 0 to 255"),
-                    RefusedThreshold("7", "spoon", "lower-critical", "1",
-                                     "--type: spoon is none of temperature, voltage, fan"),
-                    RefusedThreshold("7", "256", "lower-critical", "1",
-                                     "--type: 256 is none of temperature, voltage, fan"),
-                    RefusedThreshold("7", "fan", "critical", "1",
-                                     "--which: critical is none of lower-non-critical, "
-                                     "lower-critical, lower-non-recoverable, upper-non-critical, "
-                                     "upper-critical, upper-non-recoverable"),
-                    RefusedThreshold("7", "fan", "4", "1",
-                                     "--which: 4 is none of lower-non-critical, "
-                                     "lower-critical, lower-non-recoverable, upper-non-critical, "
-                                     "upper-critical, upper-non-recoverable"),
-                    RefusedThreshold("7", "fan", "lower-critical", "x", "VALUE: x is no number"),
-                    RefusedThreshold("7", "fan", "lower-critical", "inf",
-                                     "VALUE: inf is no number")));
+    testing::Values(
+        RefusedThreshold("256", "fan", "lower-critical", "1",
+                         "--entity: 256 is no whole number from 0 to 255"),
+        RefusedThreshold("7", "spoon", "lower-critical", "1",
+                         "--type: spoon is none of temperature, voltage, fan, nor a number from "
+                         "0 to 255"),
+        RefusedThreshold("7", "256", "lower-critical", "1",
+                         "--type: 256 is none of temperature, voltage, fan, nor a number from "
+                         "0 to 255"),
+        RefusedThreshold("7", "fan", "critical", "1",
+                         "--which: critical is none of lower-non-critical, "
+                         "lower-critical, lower-non-recoverable, upper-non-critical, "
+                         "upper-critical, upper-non-recoverable"),
+        RefusedThreshold("7", "fan", "4", "1",
+                         "--which: 4 is none of lower-non-critical, "
+                         "lower-critical, lower-non-recoverable, upper-non-critical, "
+                         "upper-critical, upper-non-recoverable"),
+        RefusedThreshold("7", "fan", "lower-critical", "x", "VALUE: x is no number"),
+        RefusedThreshold("7", "fan", "lower-critical", "inf", "VALUE: inf is no number")));
 
 INSTANTIATE_TEST_SUITE_P(
     WatchdogSet, UsageError,
-    testing::Values(Refused{{"watchdog", "set", "--action", "none", "--timeout", "9.9"},
-                            "--timeout: Value 9.9 not in range 10.000000 to 999.000000"},
-                    Refused{{"watchdog", "set", "--action", "none", "--timeout", "999.1"},
-                            "--timeout: Value 999.1 not in range 10.000000 to 999.000000"},
-                    Refused{{"watchdog", "set", "--action", "burn", "--timeout", "10"},
-                            "--action: burn is none of none, hard-reset, power-down, power-cycle"},
-                    Refused{{"watchdog", "set", "--timeout", "10"}, "--action is required"}));
+    testing::Values(
+        Refused{{"watchdog", "set", "--action", "none", "--timeout", "9.9"},
+                "--timeout: 9.9 is no number from 10 to 999",
+                "watchdog set"},
+        Refused{{"watchdog", "set", "--action", "none", "--timeout", "soon"},
+                "--timeout: soon is no number from 10 to 999",
+                "watchdog set"},
+        Refused{{"watchdog", "set", "--action", "none", "--timeout", "999.1"},
+                "--timeout: 999.1 is no number from 10 to 999",
+                "watchdog set"},
+        Refused{{"watchdog", "set", "--action", "burn", "--timeout", "10"},
+                "--action: burn is none of none, hard-reset, power-down, power-cycle",
+                "watchdog set"},
+        Refused{{"watchdog", "set", "--timeout", "10"}, "--action is required", "watchdog set"}));
 
 TEST(CommandLine, TakesTheMachineBeforeAndBehindTheCommand) {
     const MachineFolder machine(kPlainMachine);

@@ -3,6 +3,7 @@
 #include "tools/RunTool.h"
 
 #include <fcntl.h>
+#include <pty.h>
 #include <spawn.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -56,6 +57,33 @@ ToolRun RunTool(const std::vector<std::string>& arguments) {
         throw std::system_error(errno, std::generic_category(), "waitpid");
     return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder.path() / "out"),
             ReadFile(folder.path() / "err")};
+}
+
+std::string RunToolOnTerminal(const std::vector<std::string>& arguments) {
+    std::vector<std::string> words{TALVANE_TOOL};
+    words.insert(words.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : words) argv.push_back(word.data());
+    argv.push_back(nullptr);
+
+    int terminal = -1;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    if (child < 0) throw std::system_error(errno, std::generic_category(), "forkpty");
+    if (child == 0) {
+        (void)execv(TALVANE_TOOL, argv.data());
+        _exit(127);
+    }
+    std::string shown;
+    char part[256];
+    // The end of the child reads as an error of the terminal.
+    for (ssize_t got = 0; (got = read(terminal, part, sizeof part)) > 0;)
+        shown.append(part, static_cast<std::size_t>(got));
+    (void)close(terminal);
+    int status = 0;
+    if (waitpid(child, &status, 0) != child)
+        throw std::system_error(errno, std::generic_category(), "waitpid");
+    std::erase(shown, '\r');
+    return shown;
 }
 
 std::string ReadFile(const std::filesystem::path& file) {

@@ -16,6 +16,9 @@ struct ToolRun {
 
 ToolRun RunTool(const std::vector<std::string>& arguments);
 
+// On a terminal, nothing being typed: what it showed, lines ending in '\n' alone.
+std::string RunToolOnTerminal(const std::vector<std::string>& arguments);
+
 // Whole files; std::runtime_error names the file that cannot be read or written.
 std::string ReadFile(const std::filesystem::path& file);
 void WriteFile(const std::filesystem::path& file, const std::string& text);

@@ -36,6 +36,22 @@ TEST(SensorsCommand, RepeatsItsTableAsOftenAsToldWithoutMuchWaiting) {
     EXPECT_EQ(thrice.out, once.out + '\n' + once.out + '\n' + once.out);
 }
 
+TEST(SensorsCommand, RedrawsItsTableOnATerminal) {
+    const MachineFolder machine(kMachine);
+    const std::string once = machine.Run({"sensors"}).out;
+    EXPECT_EQ(RunToolOnTerminal({"--machine", machine.path().string(), "sensors", "--watch", "3600",
+                                 "--count", "2"}),
+              once + "\x1B[H\x1B[2J" + once);
+}
+
+TEST(SensorsCommand, ShowsWhatChangesWhileItRepeats) {
+    const MachineFolder machine(std::string(kMachine) + "reading 0x10 at 10 85\n");
+    const ToolRun run = machine.Run({"sensors", "--watch", "10", "--count", "2"});
+    EXPECT_EQ(run.status, 0);
+    EXPECT_THAT(run.out, HasSubstr("  42.00 degree C  ok "));
+    EXPECT_THAT(run.out, HasSubstr("  85.00 degree C  upper non-critical "));
+}
+
 TEST(SensorsCommand, EndsItsRepetitionWhenTheSourceIsMissing) {
     const ToolRun run =
         MachineFolder("without /dev/mem\n").Run({"sensors", "--watch", "3600", "--count", "3"});
@@ -76,6 +92,7 @@ TEST(ThresholdSetCommand, WithYesWrites) {
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, "");
     EXPECT_THAT(run.out, StartsWith("Thresholds written\n"));
+    EXPECT_THAT(run.out, HasSubstr(" Before "));
 }
 
 TEST(ThresholdSetCommand, TakesNegativeValuesAndNumbersOfTypes) {
@@ -83,6 +100,7 @@ TEST(ThresholdSetCommand, TakesNegativeValuesAndNumbersOfTypes) {
         {"threshold", "set", "--entity", "3", "--type", "1", "--which", "upper-critical", "-5"});
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.err, StartsWith("talvane: CPU Temp (0x10) cannot hold -5: "));
+    EXPECT_THAT(run.out, StartsWith("Thresholds as the library would write them\n"));
 }
 
 TEST(ThresholdSetCommand, AnswersInJsonWithTheReasonForNotWriting) {

@@ -10,20 +10,35 @@
 namespace tool {
 namespace {
 
-std::string PlanText(const std::vector<ThresholdPlan>& plans, bool confirmed) {
+enum class Stage { refused, planned, written };
+
+std::string Title(Stage stage) {
+    switch (stage) {
+        case Stage::refused:
+            return "Thresholds as the library would write them";
+        case Stage::planned:
+            return "Thresholds to be written";
+        case Stage::written:
+            break;
+    }
+    return "Thresholds written";
+}
+
+std::string PlanText(const std::vector<ThresholdPlan>& plans, Stage stage) {
     std::vector<Row> rows;
     for (const ThresholdPlan& plan : plans) AddPlanRows(rows, plan);
-    return Section(confirmed ? "Thresholds written" : "Thresholds to be written",
-                   {TableBlock(PlanColumns(), rows),
+    return Section(Title(stage),
+                   {TableBlock(PlanColumns(stage == Stage::written), rows),
                     NoteBlock("The library writes a sensor's whole set, as read by place in the "
                               "repository: others can change.")});
 }
 
-Outcome Described(const std::vector<ThresholdPlan>& plans, bool written,
+Outcome Described(const std::vector<ThresholdPlan>& plans, Stage stage,
                   const std::string& problem) {
     Json sensors = Json::array();
     for (const ThresholdPlan& plan : plans) sensors.push_back(PlanJson(plan));
-    return {PlanText(plans, written), {{"done", written}, {"sensors", sensors}}, problem};
+    return {
+        PlanText(plans, stage), {{"done", stage == Stage::written}, {"sensors", sensors}}, problem};
 }
 
 // The library does not look at what the BMC answers to a request, so the BMC is asked again.
@@ -50,14 +65,15 @@ Outcome SetThreshold(const Order& order) {
                     SensorTypeText(threshold.type)};
     for (const ThresholdPlan& plan : plans)
         if (const std::string objection = Objection(plan, threshold); !objection.empty())
-            return Described(plans, false, objection + "; nothing was written");
-    if (!order.confirmed) return Described(plans, false, "nothing was written; --yes writes this");
+            return Described(plans, Stage::refused, objection + "; nothing was written");
+    if (!order.confirmed)
+        return Described(plans, Stage::planned, "nothing was written; --yes writes this");
     if (SetThresholdInfo(threshold.entity, threshold.type, threshold.which, threshold.value) != 0)
-        return Described(plans, true, "the library could not write the thresholds");
+        return Described(plans, Stage::written, "the library could not write the thresholds");
     for (const ThresholdPlan& plan : plans)
         if (!WasTaken(plan))
-            return Described(plans, true, plan.name + " did not take the thresholds");
-    return Described(plans, true, "");
+            return Described(plans, Stage::written, plan.name + " did not take the thresholds");
+    return Described(plans, Stage::written, "");
 }
 
 }  // namespace tool

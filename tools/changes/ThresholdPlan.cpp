@@ -105,10 +105,10 @@ std::string Objection(const ThresholdPlan& plan, const ThresholdOrder& order) {
     return "";
 }
 
-std::vector<Column> PlanColumns() {
+std::vector<Column> PlanColumns(bool written) {
     return {{"Sensor"},
             {"Threshold"},
-            {"Now", Column::Align::right},
+            {written ? "Before" : "Now", Column::Align::right},
             {"Written", Column::Align::right},
             {"Remark"}};
 }

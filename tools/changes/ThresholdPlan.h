@@ -37,7 +37,7 @@ std::vector<ThresholdPlan> PlanThreshold(const ThresholdOrder& order);
 std::string Objection(const ThresholdPlan& plan, const ThresholdOrder& order);
 
 // The rows of a table with the columns of PlanColumns().
-std::vector<Column> PlanColumns();
+std::vector<Column> PlanColumns(bool written);
 void AddPlanRows(std::vector<Row>& rows, const ThresholdPlan& plan);
 
 Json PlanJson(const ThresholdPlan& plan);
