@@ -32,6 +32,9 @@ build=build/bench
     # shellcheck disable=SC2016  # $ORIGIN, as above
     g++ -m32 -march=i686 -O2 -std=c++20 -I. "$build/inventory.o" bench/ports.cpp \
         -o "$build/inventory-ports" -L"$build" -lTalvane -Wl,-rpath,'$ORIGIN'
+    # shellcheck disable=SC2016  # $ORIGIN, as above
+    g++ -m32 -march=i686 -O2 -std=c++20 -I. bench/sensors.cpp \
+        -o "$build/sensors" -L"$build" -lTalvane -Wl,-rpath,'$ORIGIN'
 } >"$build.log" 2>&1 || { cat "$build.log" >&2; exit 1; }
 inventory=$PWD/$build/inventory
 file_agent=$PWD/$build/inventory-file
@@ -60,13 +63,14 @@ cpu_time() {
         awk -v runs=$runs '{ printf "%.3f\n", ($1 + $2) * 1000 / runs }'
 }
 
-# Instructions within GetInfo when the agent runs COMMANDS on a machine. Calls into the simulated
-# server and what they cause are not counted: a kernel would do that work.
+# Instructions within GetInfo, or the function that $entry names, when the agent runs COMMANDS on a
+# machine. Calls into the simulated server and what they cause are not counted: a kernel would do
+# that work.
 instructions() {
     local machine=$1
     shift
     rm -f "$work"/callgrind.*
-    valgrind --tool=callgrind --trace-children=yes --toggle-collect=GetInfo --compress-strings=no \
+    valgrind --tool=callgrind --trace-children=yes --toggle-collect="${entry:-GetInfo}" --compress-strings=no \
         --callgrind-out-file="$work/callgrind.%p" \
         "$launcher" "$machine" -- "${agent_program:-$inventory}" "$@" >/dev/null 2>"$work/valgrind" ||
         { cat "$work/valgrind" >&2; return 1; }
@@ -161,6 +165,35 @@ awk -v none="$(pci_instructions 0)" -v all="$(pci_instructions 64)" 'BEGIN {
     printf "  for each of 2816 functions looked for: %.1f\n", none / 2816
     printf "  for each function reported, besides:   %.1f\n", (all - none) / 64
 }'
+
+# The records hold up to 16 fans, 32 voltages and 32 temperatures, a kind's table up to 64.
+echo
+echo 'Sensors: instructions of reading the repository and of asking for all readings, requests not'
+echo 'included'
+sensor_instructions() {
+    agent_program=$PWD/$build/sensors entry=GetIpmiInfo instructions "$work/sensors-$1" "$2"
+}
+printf '  %-8s %12s %18s %12s %10s %12s\n' \
+    sensors repository 'per further sensor' readings elements 'per element'
+for sensors in 1 18 64 255; do
+    mkdir "$work/sensors-$sensors"
+    bench/many-sensors.sh "$sensors" >"$work/sensors-$sensors/machine.txt"
+    once=$(sensor_instructions "$sensors" 1)
+    twice=$(sensor_instructions "$sensors" 2)
+    repository=$((2 * once - twice))
+    first=${first:-$repository}
+    awk -v sensors="$sensors" -v repository="$repository" -v first="$first" \
+        -v readings=$((twice - once)) '
+        function least(a, b) { return a < b ? a : b }
+        BEGIN {
+            further = sensors == 1 ? "" : sprintf("%.1f", (repository - first) / (sensors - 1))
+            elements = least(int((sensors + 2) / 3), 16)
+            elements += least(int((sensors + 1) / 3), 32) + least(int(sensors / 3), 32)
+            printf "  %-8d %12d %18s %12d %10d %12.1f\n", sensors, repository, further,
+                readings, elements, readings / elements
+        }'
+done
+echo "  the object with the tables: $("$launcher" "$work/sensors-1" -- "$build/sensors") bytes"
 
 echo
 echo 'Accesses to the machine: first command of a process, all of the table, those without one'
