@@ -7,6 +7,7 @@
 #include <filesystem>
 
 #include "Answers.h"
+#include "Talvane.h"
 #include "simulator/SimulatedServer.h"
 
 namespace captures {
@@ -49,6 +50,31 @@ TEST(BundledMachines, NoSmbiosAnswersMinusOne) {
     EXPECT_EQ(answers["IsSmBiosSupport"], "0");
     for (const char* command : kCommandNames)
         EXPECT_EQ(answers[std::string(command) + ".result"], "-1") << command;
+}
+
+TEST(BundledMachines, TiredBmcIsReadForWhatItIs) {
+    const sim::SimulatedServer server(std::filesystem::path(TALVANE_MACHINES) / "tired-bmc");
+    TemperatureInformation temperatures{};
+    EXPECT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures), 0);
+    ASSERT_EQ(temperatures.quantity, 2) << "and not the dozen that it claims";
+    EXPECT_STREQ(temperatures.temperature[0].CurrentTemperature, "61.00degree C");
+    EXPECT_EQ(temperatures.temperature[0].sti.UpperCriticalThresholdValue, 80.0);
+    EXPECT_STREQ(temperatures.temperature[1].CurrentTemperature, "0.00degree C");
+    VoltageInformation voltages{};
+    EXPECT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages), 0);
+    ASSERT_EQ(voltages.quantity, 2);
+    EXPECT_STREQ(voltages.voltage[0].CurrentVoltage, "3.00unspecified");
+    EXPECT_STREQ(voltages.voltage[1].IdString, "");
+    FanInformation fans{};
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
+    EXPECT_STREQ(fans.fan[0].speed, "25%");
+    EXPECT_STREQ(fans.fan[1].speed, "3500RPM");
+    unsigned char action = 0;
+    int timeout = 0;
+    int left = 0;
+    EXPECT_EQ(GetWatchDogTimer(&action, &timeout, &left), 0);
+    EXPECT_EQ(action, 1);
+    EXPECT_EQ(left, 3600000);
 }
 
 TEST(BundledMachines, QemuSmallIsReadOutOfTheSegment) {

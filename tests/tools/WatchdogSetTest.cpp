@@ -71,6 +71,23 @@ TEST_F(WatchdogSet, StopsTheTimerWithoutConfirmation) {
     EXPECT_FALSE(bmc.watchdog().running);
 }
 
+TEST_F(WatchdogSet, SaysWhenTheTimerCountsOn) {
+    bmc.makeWatchdogUnstoppable();
+    ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
+    const Outcome outcome = StopWatchdog({});
+    EXPECT_EQ(outcome.problem,
+              "the BMC did not stop the timer: it counts on, though without an action");
+    EXPECT_THAT(outcome.text, HasSubstr("  Left     179.0 s\n"));
+}
+
+TEST_F(WatchdogSet, SaysWhenTheBmcRefusesToStop) {
+    ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
+    bmc.inject("Set Watchdog Timer", sim::BmcFault::Kind::refused, 0xD5);
+    const Outcome outcome = StopWatchdog({});
+    EXPECT_EQ(outcome.problem, "the BMC did not take the watchdog's settings");
+    EXPECT_THAT(outcome.text, HasSubstr("  Action   hard-reset\n"));
+}
+
 TEST_F(WatchdogSet, SaysWhenTheBmcDidNotTakeIt) {
     bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command == kSetTimer) return sim::Bytes{};
