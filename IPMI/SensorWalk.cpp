@@ -4,6 +4,7 @@
 
 #include <array>
 #include <cstddef>
+#include <limits>
 #include <memory>
 #include <new>
 
@@ -37,10 +38,14 @@ WalkHeader& HeaderOf(SensorDescription* entries) {
     return reinterpret_cast<WalkHeader*>(entries)[-1];
 }
 
-// Zeroed entries, in the ring behind those of `current` unless that is null.
+// Zeroed entries, in the ring behind those of `current` unless that is null. What cannot be
+// allocated throws as an array would and leaves the ring as it is.
 SensorDescription* NewEntries(int count, SensorDescription* current) {
-    const std::size_t size = static_cast<std::size_t>(count) * sizeof(SensorDescription);
-    void* const memory = ::operator new(sizeof(WalkHeader) + size);
+    constexpr std::size_t kMostBytes = std::numeric_limits<std::size_t>::max() - sizeof(WalkHeader);
+    const std::size_t entryCount = static_cast<std::size_t>(count);
+    if (entryCount > kMostBytes / sizeof(SensorDescription)) throw std::bad_array_new_length();
+    void* const memory =
+        ::operator new(sizeof(WalkHeader) + entryCount * sizeof(SensorDescription));
     WalkHeader* const header = new (memory) WalkHeader{count, nullptr};
     WalkHeader& before = current == nullptr ? *header : HeaderOf(current);
     header->next = current == nullptr ? header : before.next;
@@ -55,9 +60,8 @@ unsigned char InstanceOf(int instance) {
     return static_cast<unsigned char>(instance);
 }
 
+// Bits 8 to 13 of the record's masks; bits 0 to 5 tell the readable thresholds.
 unsigned char SettableThresholds(int masks) {
-    constexpr int kAllReadableNoneSettable = 0x00FF;
-    if (masks == kAllReadableNoneSettable) return 0;
     return static_cast<unsigned char>((masks >> 8) & 0x3F);
 }
 

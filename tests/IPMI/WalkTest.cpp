@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+//
+// The walk over the repository, and what it keeps of each record.
+
+#include <array>
+#include <climits>
+#include <new>
+
+#include "support/IpmiTest.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::SizeIs;
+
+class SensorWalk : public IpmiTest {
+protected:
+    const SensorDescription& Entry(int k) { return Sensors().SensorsInformation[k]; }
+    void Walk(int n) { ASSERT_EQ(Sensors().GetSensorNumbers(n), 0); }
+    std::size_t Reads() const { return bmc.count(0x0A, 0x23); }
+};
+
+TEST_F(SensorWalk, EveryFieldOfARecordIsKept) {
+    sim::SdrRecord record = Temperature("CPU1 Temp", 0x30);
+    record.entity(3, 0x61).factors(272, -3, 1, -2).unit1(0x00).linearization(0x80);
+    record.limits(150, 10).thresholdMasks(0x3F, 0x1B);
+    Add(record, 42);
+    bmc.setThresholds(0, {0x3F, {5, 4, 3, 100, 110, 120}});
+    Walk(1);
+    const SensorDescription& entry = Entry(0);
+    EXPECT_EQ(entry.SensorNumbers, 0x30);
+    EXPECT_EQ(entry.SensorEntityID, 3);
+    EXPECT_EQ(entry.SensorEntityInstance, 1);
+    EXPECT_EQ(entry.SensorType, kTemperature);
+    EXPECT_EQ(entry.SensorEventReadingCode, 1);
+    EXPECT_EQ(entry.SensorCodeOffset, 0);
+    EXPECT_EQ(entry.isAnalogReading, 0);
+    EXPECT_EQ(entry.sfp.Unit1, 0);
+    EXPECT_EQ(entry.sfp.SensorLinearization, 0x80);
+    EXPECT_EQ(entry.sfp.M, 272);
+    EXPECT_EQ(entry.sfp.B, -259) << "in two halves";
+    EXPECT_EQ(entry.sfp.BExp, 1);
+    EXPECT_EQ(entry.sfp.RExp, -2);
+    EXPECT_EQ(entry.SensorReadingMaxD, (272.0 * 150 - 2590) * 0.01);
+    EXPECT_STREQ(entry.SensorReadingMax, "382.10") << "the unit is not known yet";
+    EXPECT_STREQ(entry.SensorReadingMin, "1.30");
+    EXPECT_STREQ(entry.SensorUnit, "degree C");
+    EXPECT_STREQ(entry.IDString, "CPU1 Temp");
+    EXPECT_EQ(entry.stir.deviceID, 3);
+    EXPECT_EQ(entry.stir.sensorType, kTemperature);
+    EXPECT_EQ(entry.stir.readableFlag, 0x3F);
+    EXPECT_EQ(entry.stir.settableFlag, 0x1B);
+    EXPECT_EQ(entry.stir.UpperNonRecoverThresholdValue, 120);
+    EXPECT_EQ(entry.stic.deviceID, 3);
+    EXPECT_EQ(entry.stic.sensorType, kTemperature);
+    EXPECT_EQ(entry.stic.settableFlag, 0x1B);
+    EXPECT_EQ(entry.stic.LowerCriticalThreshold, (272.0 * 4 - 2590) * 0.01);
+}
+
+TEST_F(SensorWalk, ANameOfFifteenCharactersIsKeptWhole) {
+    Add(Temperature("abcdefghijklmno", 0x10), 0);
+    Add(Temperature("abcdefghijklmnop", 0x11), 0);
+    Walk(2);
+    EXPECT_STREQ(Entry(0).IDString, "abcdefghijklmno");
+    EXPECT_STREQ(Entry(1).IDString, "abcdefghijklmno") << "and the sixteenth is cut";
+}
+
+TEST_F(SensorWalk, RecordsAreReadOneByOneWithoutAReservation) {
+    Add(Temperature("A", 0x10), 0);
+    Add(Temperature("B", 0x20), 0);
+    Walk(2);
+    EXPECT_THAT(bmc.requestTexts(),
+                ElementsAre("Get SDR 00 00 00 00 00 FF", "Get Sensor Thresholds 00",
+                            "Get SDR 00 00 01 00 00 FF", "Get Sensor Thresholds 01"));
+    EXPECT_STREQ(Entry(1).IDString, "B");
+}
+
+TEST_F(SensorWalk, ThresholdsAreAskedForByTheEntrysIndex) {
+    Add(Temperature("A", 0x10), 0);
+    bmc.setThresholds(0x10, {0x3F, {1, 1, 1, 1, 1, 1}});
+    bmc.setThresholds(0x00, {0x3F, {2, 2, 2, 2, 2, 2}});
+    Walk(1);
+    EXPECT_EQ(Entry(0).stir.LowerCriticalThreshold, 2);
+}
+
+TEST_F(SensorWalk, OtherRecordTypesAndNamelessSensorsAreSkipped) {
+    Add(Temperature("A", 0x10).byte(3, 2), 0);
+    Add(Temperature("B", 0xFF), 0);
+    Add(Temperature("C", 0x30), 0);
+    Walk(3);
+    EXPECT_STREQ(Entry(0).IDString, "C");
+    EXPECT_EQ(Entry(1).SensorNumbers, 0);
+    EXPECT_EQ(Entry(1).SensorType, 0);
+}
+
+TEST_F(SensorWalk, AnEntityOfAllOnesIsUnknown) {
+    Add(Temperature("A", 0x10).entity(0xFF, 0xFF), 0);
+    Walk(1);
+    EXPECT_EQ(Entry(0).SensorEntityID, 0);
+    EXPECT_EQ(Entry(0).SensorEntityInstance, 0xFF);
+}
+
+TEST_F(SensorWalk, DeviceRelativeInstancesCountFromZero) {
+    const std::array<std::array<int, 2>, 6> instances{
+        {{0x00, 0x00}, {0x5F, 0x5F}, {0x60, 0x00}, {0x7F, 0x1F}, {0x80, 0x80}, {0xFE, 0xFE}}};
+    for (const auto& [given, kept] : instances)
+        Add(Temperature("A", 0x10).entity(3, static_cast<std::uint8_t>(given)), 0);
+    Walk(6);
+    for (int k = 0; k < 6; ++k)
+        EXPECT_EQ(Entry(k).SensorEntityInstance, instances[static_cast<std::size_t>(k)][1]) << k;
+}
+
+TEST_F(SensorWalk, SensorSpecificSensorsKeepTheirState) {
+    Add(sim::SdrRecord("P1", 0x40).kind(kProcessor).event(0x6F), 0);
+    bmc.setStates(0x40, 0x80);
+    Add(sim::SdrRecord("P2", 0x41).kind(kProcessor).event(0x01), 0);
+    bmc.setStates(0x41, 0x80);
+    Walk(2);
+    EXPECT_EQ(Entry(0).SensorCodeOffset, 0x80);
+    EXPECT_EQ(Entry(1).SensorCodeOffset, 0);
+    EXPECT_EQ(bmc.count(0x04, 0x2D), 1u);
+}
+
+TEST_F(SensorWalk, AStateThatCannotBeReadIsUnknown) {
+    Add(sim::SdrRecord("P1", 0x40).kind(kProcessor).event(0x6F), 0);
+    Support();
+    server.during("ioctl", [] { InitOK = 0; });  // within the request for the record
+    Walk(1);
+    EXPECT_EQ(Entry(0).SensorEventReadingCode, 0x6F);
+    EXPECT_EQ(Entry(0).SensorCodeOffset, 0xFF);
+}
+
+TEST_F(SensorWalk, ASensorWithoutAnalogReadingHasNoLimits) {
+    Add(Temperature("A", 0x10).unit1(0xC0).limits(200, 10), 0);
+    Walk(1);
+    EXPECT_EQ(Entry(0).isAnalogReading, 1);
+    EXPECT_EQ(Entry(0).SensorReadingMaxD, 0.0);
+    EXPECT_STREQ(Entry(0).SensorReadingMax, "");
+    EXPECT_STREQ(Entry(0).SensorReadingMin, "");
+}
+
+TEST_F(SensorWalk, TheSettableThresholdsAreSixBitsAboveTheReadableOnes) {
+    Add(Temperature("A", 0x10).thresholdMasks(0xFF, 0x00), 0);
+    Add(Temperature("B", 0x11).thresholdMasks(0xFF, 0xFF), 0);
+    Add(Temperature("C", 0x12).thresholdMasks(0x00, 0x05), 0);
+    Walk(3);
+    EXPECT_EQ(Entry(0).stir.settableFlag, 0);
+    EXPECT_EQ(Entry(1).stir.settableFlag, 0x3F);
+    EXPECT_EQ(Entry(2).stic.settableFlag, 0x05);
+}
+
+TEST_F(SensorWalk, ACountAboveTheRecordsKeepsTheLastOneOnce) {
+    Add(Temperature("A", 0x10), 0);
+    Add(Temperature("B", 0x20), 0);
+    Walk(5);
+    EXPECT_EQ(Reads(), 2u);
+    EXPECT_EQ(Entry(2).SensorNumbers, 0);
+}
+
+TEST_F(SensorWalk, ALastRecordOfAnotherTypeEndsTheRequestsAndNotTheWalk) {
+    Add(Temperature("A", 0x10), 0);
+    Add(Temperature("B", 0x20).byte(3, 0x12), 0);
+    Walk(5);
+    EXPECT_EQ(Reads(), 2u) << "the end of the repository is not asked for again";
+    EXPECT_STREQ(Entry(0).IDString, "A");
+    EXPECT_EQ(Entry(1).SensorNumbers, 0);
+}
+
+TEST_F(SensorWalk, ARecordIdOfTheUpperHalfReadsTheRecordBeforeAgain) {
+    const sim::Bytes record = Temperature("A", 0x10).bytes();
+    bmc.intercept([=](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        if (request.command != 0x23) return std::nullopt;
+        sim::Bytes response{0x00, 0x80};
+        response.insert(response.end(), record.begin(), record.end());
+        return response;
+    });
+    Walk(5);
+    EXPECT_EQ(Reads(), 1u);
+    EXPECT_STREQ(Entry(0).IDString, "A");
+    EXPECT_STREQ(Entry(1).IDString, "A") << "kept twice";
+    EXPECT_EQ(Entry(2).SensorNumbers, 0);
+}
+
+TEST_F(SensorWalk, AControllerThatRefusesEverythingGivesNoSensor) {
+    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{}; });
+    Walk(3);
+    EXPECT_EQ(Entry(0).SensorNumbers, 0);
+    EXPECT_EQ(Reads(), 3u);
+}
+
+TEST_F(SensorWalk, ALoopOfRecordsEndsWithTheCount) {
+    const sim::Bytes record = Temperature("A", 0x10).bytes();
+    bmc.intercept([=](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        if (request.command != 0x23) return std::nullopt;
+        sim::Bytes response{0x00, 0x00};
+        response.insert(response.end(), record.begin(), record.end());
+        return response;
+    });
+    Walk(300);
+    EXPECT_EQ(Reads(), 300u);
+    EXPECT_STREQ(Entry(299).IDString, "A");
+}
+
+TEST_F(SensorWalk, EntryTwoHundredFiftyFiveHasNoThresholds) {
+    for (int i = 0; i < 257; ++i) Add(Temperature("A", 0x10), 0);
+    bmc.setThresholds(0xFF, {0x3F, {1, 1, 1, 1, 1, 1}});
+    bmc.setThresholds(0x00, {0x3F, {2, 2, 2, 2, 2, 2}});
+    Walk(257);
+    EXPECT_EQ(Entry(255).stir.LowerCriticalThreshold, 0) << "0xFF is no sensor";
+    EXPECT_EQ(Entry(255).stir.sensorType, kTemperature);
+    EXPECT_EQ(Entry(256).stir.LowerCriticalThreshold, 2) << "the index's low byte";
+}
+
+TEST_F(SensorWalk, WithoutACountOrAControllerThereIsNoWalk) {
+    EXPECT_EQ(Sensors().GetSensorNumbers(0), -1);
+    EXPECT_EQ(Sensors().GetSensorNumbers(-3), -1);
+    InitOK = 0;
+    EXPECT_EQ(Sensors().GetSensorNumbers(1), -1);
+    EXPECT_EQ(Sensors().SensorsInformation, nullptr);
+}
+
+TEST_F(SensorWalk, ACountThatNoMemoryHoldsThrowsAndLeavesTheEntries) {
+    Add(Temperature("A", 0x10), 0);
+    Walk(1);
+    const SensorDescription* const entries = Sensors().SensorsInformation;
+    bmc.forgetRequests();
+    for (const int count : {9502141, INT_MAX})
+        EXPECT_THROW(Sensors().GetSensorNumbers(count), std::bad_array_new_length) << count;
+    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_EQ(Sensors().SensorsInformation, entries);
+    EXPECT_STREQ(Entry(0).IDString, "A");
+    Walk(1);
+    EXPECT_STREQ(Entry(0).IDString, "A");
+}
+
+TEST_F(SensorWalk, AnotherWalkReplacesTheEntries) {
+    Add(Temperature("A", 0x10), 0);
+    Walk(1);
+    Add(Temperature("B", 0x20), 0);
+    Walk(2);
+    EXPECT_STREQ(Entry(1).IDString, "B");
+}
+
+}  // namespace
