@@ -52,7 +52,7 @@ struct ipmi_send_message {
     ipmi_request_data req;
     unsigned timeout;
     unsigned char* resp_data_ptr;
-    unsigned resp_data_len;         // not set
+    unsigned resp_data_len;         // 0: the driver does not need it
     unsigned char completion_code;  // not read back
 };
 static_assert(sizeof(ipmi_send_message) == 32);

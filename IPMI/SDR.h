@@ -72,7 +72,7 @@ public:
     SDR();
 
     // A copy of the 64 bytes at `record`, which is not null.
-    explicit SDR(unsigned char* record);
+    SDR(unsigned char* record);
 
     // Copies 64 bytes; null empties the object and leaves the bytes of the last record in place.
     SDR& operator=(unsigned char* record);

@@ -126,7 +126,7 @@ public:
     // The text of the lowest bit in `state`. Returns -1 for state 0xFF.
     int GetDeviceStatus(unsigned char code, unsigned char state, char* out);
 
-    // Conversion (36.3) of raw readings and back. All return 0.
+    // Conversion (36.3) of raw readings and back. The `int` ones always return 0.
     double GetFormulaInput(SensorFormulaParameter p, unsigned char x);  // the linear formula
     double ReadingConversion(SensorFormulaParameter p, unsigned char raw);
     int GetReadingConversion(SensorFormulaParameter p, unsigned char raw, double& value);
@@ -142,7 +142,8 @@ public:
     int ReadSensorMin(int k, char* out);
 
     // The thresholds of a sensor (35.8, 35.9). Return -1 for sensor 0xFF. Neither looks whether
-    // there is a system interface; without one all thresholds read zero.
+    // there is a system interface; without one all raw thresholds read zero, and the converted ones
+    // are what zero stands for.
     int GetSensorThreshold(unsigned char sensor, SensorFormulaParameter p,
                            SensorThresholdInfoRaw& raw, SensorThresholdInfoConverted& converted);
     int SetSensorThreshold(unsigned char sensor, SensorThresholdInfoRaw raw);

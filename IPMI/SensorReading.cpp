@@ -53,7 +53,8 @@ bool Sensor::IsInService(const SensorDescription& sensor) {
     if (sensor.SensorEventReadingCode != kAvailability) return true;
     constexpr unsigned char kRunningOrOnLine = 0x09;
     unsigned char state = 0;
-    if (GetSensorStatus(sensor.SensorNumbers, kAvailability, state) != 0) state = 0;
+    // Result not used: the state of a sensor that cannot be read stays 0, which is out of service.
+    (void)GetSensorStatus(sensor.SensorNumbers, kAvailability, state);
     return (state & kRunningOrOnLine) != 0;
 }
 

@@ -61,8 +61,8 @@ int Sensor::GetDeviceStatus(unsigned char code, unsigned char state, char* out) 
 int Sensor::WriteState(const SensorDescription* sensor, char* out) {
     if (out == nullptr || sensor == nullptr) return -1;
     unsigned char state = 0;
-    if (GetSensorStatus(sensor->SensorNumbers, sensor->SensorEventReadingCode, state) != 0)
-        state = 0;
+    // Result not used: the state of a sensor that cannot be read stays 0.
+    (void)GetSensorStatus(sensor->SensorNumbers, sensor->SensorEventReadingCode, state);
     if (GetDeviceStatus(sensor->SensorEventReadingCode, state, out) != 0) out[0] = '\0';
     return 0;
 }
