@@ -4,8 +4,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstring>
+#include <new>
 #include <string>
 
 #include "support/OpenIpmi.h"
@@ -19,6 +21,15 @@ Record Numbered() {
     Record record{};
     for (std::size_t i = 0; i < record.size(); ++i) record[i] = static_cast<unsigned char>(i);
     return record;
+}
+
+TEST(Sdr, ANewObjectIsTheMemoryThatItStandsIn) {
+    alignas(SDR) unsigned char memory[sizeof(SDR)];
+    std::memset(memory, 0xA5, sizeof memory);
+    new (memory) SDR;
+    EXPECT_EQ(sizeof memory, 65u);
+    EXPECT_TRUE(std::all_of(std::begin(memory), std::end(memory),
+                            [](volatile unsigned char& byte) { return byte == 0xA5; }));
 }
 
 TEST(Sdr, EveryAccessorReadsItsByte) {
@@ -88,6 +99,9 @@ TEST(Sdr, ANullRecordLeavesTheBytesAndEmptiesTheAccessors) {
     EXPECT_EQ(sdr.GetBExpValue(), -1);
     EXPECT_EQ(sdr.GetRExpValue(), -1);
     EXPECT_EQ(sdr.IsAnalog(), 1) << "reads the byte, which is still there";
+    char name[16] = {};
+    EXPECT_EQ(sdr.GetIDstring(name), 0);
+    EXPECT_STREQ(name, "0123456789:;<=>") << "bytes 48 to 62, which are still there";
 }
 
 TEST(Sdr, AnAssignedRecordFillsAnEmptyObject) {

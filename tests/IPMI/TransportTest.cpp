@@ -3,7 +3,10 @@
 // IPMIbase: finding the controller, one request to it, and the bounded copy.
 
 #include <array>
+#include <memory>
 
+#include "simulator/Device.h"
+#include "simulator/IpmiDevice.h"
 #include "simulator/Machine.h"
 #include "support/IpmiTest.h"
 
@@ -43,6 +46,19 @@ TEST_F(Transport, ASmicInterfaceAloneIsEnough) {
     EXPECT_EQ(base.IsSupportKCS, 0);
     EXPECT_EQ(base.IsSupportSMIC, 1);
     EXPECT_EQ(base.IsInitOK(), 1);
+}
+
+TEST_F(Transport, AnyStatusButAllOnesIsAnInterface) {
+    server.machine().giveBmc(false, false);
+    for (const int status : {0x00, 0x40, 0xFE}) {
+        server.machine().ports().install(
+            0xCA3, 1, std::make_shared<sim::InterfaceRegister>(static_cast<std::uint8_t>(status)));
+        InitOK = 0;
+        IPMIbase base;
+        EXPECT_EQ(base.InitIpmiBase(), 0);
+        EXPECT_EQ(base.IsSupportKCS, 1) << status;
+        EXPECT_EQ(base.IsInitOK(), 1) << status;
+    }
 }
 
 TEST_F(Transport, WithoutAnInterfaceTheProbeSucceedsAndNothingIsReady) {
@@ -86,6 +102,15 @@ TEST_F(Transport, WithoutPortPrivilegeTheDeviceStaysOpen) {
     EXPECT_EQ(base.IsInitOK(), 0);
     EXPECT_EQ(server.log().count("in"), 0u);
     EXPECT_EQ(server.log().count("iopl"), 1u);
+}
+
+TEST_F(Transport, APrivilegeThatCannotBeDroppedDoesNotMatter) {
+    server.bmc();
+    server.fail("iopl", 2, EPERM);
+    IPMIbase base;
+    EXPECT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(InitOK, 1);
+    EXPECT_EQ(server.log().lines().back(), "iopl 0 -> -1 EPERM");
 }
 
 TEST_F(Transport, BeforeTheProbeARequestMakesNoSystemCall) {
@@ -133,6 +158,41 @@ TEST_F(Transport, ARefusedRequestAnswersWhatTheDriverAnswers) {
     server.fail("ioctl", 1, EIO);
     EXPECT_EQ(base.SendTimedImbpRequest(&base.request, 3000, base.ResponseBuffer, nullptr, nullptr),
               -1);
+}
+
+// A driver that answers every request with a number of its own.
+class CountingDriver : public sim::Device {
+public:
+    static constexpr int kAnswer = 5;
+
+    std::unique_ptr<sim::OpenFile> open(int, int&) override { return std::make_unique<File>(); }
+
+private:
+    class File : public sim::OpenFile {
+        sim::Answer read(void*, std::size_t) override { return sim::Answer::failed(EINVAL); }
+        sim::Answer seek(std::int64_t, int) override { return sim::Answer::failed(EINVAL); }
+        std::optional<sim::Answer> ioctl(unsigned long, void*) override {
+            return sim::Answer{kAnswer, 0};
+        }
+        std::uint64_t position() const override { return 0; }
+    };
+};
+
+TEST_F(Transport, AnyOtherAnswerOfTheDriverIsPassedOn) {
+    server.bmc();
+    server.machine().install("/dev/ipmi", std::make_unique<CountingDriver>());
+    IPMIbase base;
+    ASSERT_EQ(base.InitIpmiBase(), 0);
+    EXPECT_EQ(base.SendTimedImbpRequest(&base.request, 3000, base.ResponseBuffer, nullptr, nullptr),
+              CountingDriver::kAnswer);
+}
+
+TEST_F(Transport, OnlyTheObjectThatProbedKnowsTheInterface) {
+    server.bmc();
+    const IPMIsupport support;
+    EXPECT_EQ(support.sensor.IsSupportKCS, 1);
+    EXPECT_EQ(support.IsSupportKCS, 0);
+    EXPECT_EQ(support.fru.IsSupportKCS, 0);
 }
 
 TEST_F(Transport, EachObjectClosesTheSharedDescriptorAndForgetsNothing) {
@@ -192,6 +252,12 @@ TEST(StringCopy, ASourceThatEndsEarlierIsFilledUpWithZeros) {
 
 TEST(StringCopy, NoSpaceWritesNothing) {
     const Copy copy = CopyOf(kTwenty, 0, 5);
+    EXPECT_EQ(copy.result, 0);
+    EXPECT_EQ(copy.bytes, std::string(20, '#'));
+}
+
+TEST(StringCopy, ANegativeLengthWritesNothing) {
+    const Copy copy = CopyOf(kTwenty, 16, -1);
     EXPECT_EQ(copy.result, 0);
     EXPECT_EQ(copy.bytes, std::string(20, '#'));
 }
