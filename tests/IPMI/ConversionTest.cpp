@@ -89,7 +89,7 @@ TEST_F(Conversion, EveryLinearizationIsItsFunction) {
     EXPECT_EQ(Value(Linear(0), 5), 5.0);
     EXPECT_EQ(Value(Linear(1), 5), 1.6094379124341003);
     EXPECT_EQ(Value(Linear(2), 5), 0.6989700043360189);
-    EXPECT_EQ(Value(Linear(3), 5), 2.3219280948873626);
+    EXPECT_EQ(Value(Linear(3), 5), 2.3219280948873626) << "of two logarithms, rounded each";
     EXPECT_EQ(Value(Linear(4), 5), 148.88279736320004);
     EXPECT_EQ(Value(Linear(5), 5), 100000.0);
     EXPECT_EQ(Value(Linear(6), 5), 32.0);
@@ -122,10 +122,12 @@ TEST_F(Conversion, TheInverseTruncates) {
     EXPECT_EQ(Raw(Formula(2, 0, 0, -2), 3.019), 150);
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0), 41.999), 41);
     EXPECT_EQ(Raw(Formula(1, -10, 0, 0), -10.9), 0) << "toward zero";
+    EXPECT_EQ(Raw(Formula(1, 0, 0, -1), 0.3), 2) << "0.3 by 0.1 is a little below 3";
 }
 
 TEST_F(Conversion, TheInverseTakesOffsetAndExponentsOut) {
     EXPECT_EQ(Raw(Formula(3, 5, 2, 1), 5210), 7);
+    EXPECT_EQ(Raw(Formula(-2, 100, 0, 0), 40.0), 30);
 }
 
 TEST_F(Conversion, WithoutAMultiplierEveryValueIsRawZero) {
@@ -154,8 +156,10 @@ TEST_F(Conversion, TheInverseOfEveryLinearization) {
     EXPECT_EQ(Raw(Linear(5), 1e6), 6);
     EXPECT_EQ(Raw(Linear(6), 300.0), 8);
     EXPECT_EQ(Raw(Linear(7), 0.25), 4);
+    EXPECT_EQ(Raw(Linear(7), -0.25), 0xFC) << "-4";
     EXPECT_EQ(Raw(Linear(8), 50.0), 7);
     EXPECT_EQ(Raw(Linear(9), 1e6), 99) << "to the power 0.333";
+    EXPECT_EQ(Raw(Linear(9), 27.0001), 2) << "not a third";
     EXPECT_EQ(Raw(Linear(10), 7.0), 49);
     EXPECT_EQ(Raw(Linear(11), 5.0), 125);
     EXPECT_EQ(Raw(Linear(12), 5.0), 0);
@@ -173,6 +177,13 @@ TEST_F(Conversion, WhatCannotBeUndoneIsRawZeroInEveryFormat) {
         EXPECT_EQ(Raw(linear(8), -1.0), 0);
         EXPECT_EQ(Raw(linear(12), 5.0), 0);
     }
+}
+
+TEST_F(Conversion, TheRootOfZeroAndOfNoNumberGoesOnToTheFormula) {
+    constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
+    EXPECT_EQ(Raw(Formula(1, -7, 0, 0, kUnsigned, 8), 0.0), 7);
+    EXPECT_EQ(Raw(Formula(1, 0, 0, 0, kOnesComplement, 8), 0.0), 0xFF);
+    EXPECT_EQ(Raw(Formula(1, 0, 0, 0, kOnesComplement, 8), kNotANumber), 0xFF);
 }
 
 TEST_F(Conversion, TheFormatIsAppliedToTheRawByte) {

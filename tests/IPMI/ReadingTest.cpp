@@ -58,6 +58,12 @@ TEST_F(Reading, OfASensorWithoutNumberIsUnknownWithoutARequest) {
     EXPECT_THAT(bmc.requests(), SizeIs(0));
 }
 
+TEST_F(Reading, OutsideOfItsFunctionIsWrittenAsNoNumber) {
+    Add(Voltage("V", 0x20).factors(-1, 0, 0, 0).linearization(11), 5);
+    Loaded();
+    EXPECT_EQ(VoltageText(), Terminated("-nanV")) << "a root of a negative number";
+}
+
 TEST_F(Reading, LongerThanItsFieldIsCut) {
     Add(Voltage("V", 0x20).factors(1, 0, 0, 0).linearization(5), 100);
     Loaded();
@@ -70,14 +76,16 @@ TEST_F(Reading, LongerThanItsFieldIsCut) {
 
 class ProcessorPresence : public Reading {
 protected:
-    // A processor's temperature and the sensor of its presence.
-    void AddProcessor(int states, int presenceInstance = 1, int event = 0x6F) {
+    // A processor's temperature and the sensor of its presence, which has no analog reading.
+    void AddProcessor(int states, int presenceInstance = 1, int event = 0x6F,
+                      std::uint8_t presenceEntity = 3) {
         Add(Temperature("CPU", 0x10).entity(3, 1), 42);
         const std::uint8_t instance = static_cast<std::uint8_t>(presenceInstance);
         bmc.setStates(0x40, static_cast<std::uint8_t>(states));
         Add(sim::SdrRecord("P", 0x40)
                 .kind(kProcessor)
-                .entity(3, instance)
+                .entity(presenceEntity, instance)
+                .unit1(0xC0)
                 .event(static_cast<std::uint8_t>(event)),
             0);
         Loaded();
@@ -92,6 +100,19 @@ TEST_F(ProcessorPresence, APresentOneIsRead) {
 
 TEST_F(ProcessorPresence, AnAbsentOneIsUnknown) {
     AddProcessor(0x7F);
+    EXPECT_EQ(TemperatureText(), unknown);
+}
+
+TEST_F(ProcessorPresence, AnAbsentOnesVoltagesAndFansAreUnknown) {
+    Add(Voltage("VCORE", 0x20).entity(3, 1), 165);
+    Add(Fan("CPU FAN", 0x30).entity(3, 1), 70);
+    AddProcessor(0x7F);
+    EXPECT_EQ(VoltageText(), unknown);
+    EXPECT_EQ(FanText(), unknown);
+}
+
+TEST_F(ProcessorPresence, ThePresenceSensorsOwnEntityDoesNotMatter) {
+    AddProcessor(0x7F, 1, 0x6F, 7);
     EXPECT_EQ(TemperatureText(), unknown);
 }
 
@@ -144,6 +165,23 @@ TEST_F(Availability, AnyOtherStateIsUnknown) {
     }
 }
 
+TEST_F(Availability, ThatCannotBeReadIsUnknown) {
+    Add(Voltage("V", 0x20).event(10), 165);
+    bmc.setStates(0x20, 0x01);
+    Loaded();
+    server.during("ioctl", [] { InitOK = 0; });  // within the request for the reading
+    EXPECT_EQ(VoltageText(), unknown);
+}
+
+TEST_F(Availability, IsAskedForBeforeAReadingOfAllOnesIsTold) {
+    Add(Voltage("V", 0x20).event(10), 0xFF);
+    bmc.setStates(0x20, 0x01);
+    Loaded();
+    bmc.forgetRequests();
+    EXPECT_EQ(VoltageText(), unknown);
+    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 20"));
+}
+
 // Fans.
 
 class FanSpeed : public Reading {};
@@ -160,6 +198,15 @@ TEST_F(FanSpeed, IsTruncated) {
     Add(Fan("F", 0x30).factors(199, 0, 0, -2), 1);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("1RPM"));
+    Sensors().FSInfo.sd[0].sfp.M = -199;
+    EXPECT_EQ(FanText(), Terminated("-1RPM")) << "toward zero";
+}
+
+TEST_F(FanSpeed, AndItsLimitOfANegativeFactorAreNegative) {
+    Add(Fan("F", 0x30).factors(1, 0, 0, 0).byte(24, 0xFF).byte(25, 0xFF).limits(200, 1), 50);
+    Loaded();
+    EXPECT_EQ(FanText(), Terminated("-50RPM"));
+    EXPECT_STREQ(Sensors().FSInfo.sd[0].SensorReadingMax, "-200");
 }
 
 TEST_F(FanSpeed, OfAllOnesIsUnknownAfterTheAvailability) {
@@ -190,7 +237,9 @@ TEST_F(FanSpeed, WithoutAUnitAndAHighestReadingIsUnknown) {
 TEST_F(FanSpeed, InPercentIsOfTheHighestReading) {
     Add(Fan("F", 0x30).unit1(0x01).limits(150, 0), 50);
     Loaded();
+    bmc.forgetRequests();
     EXPECT_EQ(FanText(), Terminated("33%"));
+    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
 }
 
 TEST_F(FanSpeed, InPercentIsDividedFirstAndThenTruncated) {
@@ -206,9 +255,10 @@ TEST_F(FanSpeed, InPercentWithoutAHighestReadingIsTheLowestNumber) {
 }
 
 TEST_F(FanSpeed, PastThirtyTwoBitsIsTheLowestNumber) {
-    Add(Fan("F", 0x30).factors(511, 0, 0, 7), 200);
+    Add(Fan("F", 0x30).factors(511, 0, 0, 7).limits(200, 0), 200);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-2147483648RPM"));
+    EXPECT_STREQ(Sensors().FSInfo.sd[0].SensorReadingMax, "-2147483648");
 }
 
 TEST_F(FanSpeed, AReadingOfZeroIsAnErrorStatus) {
@@ -223,6 +273,14 @@ TEST_F(FanSpeed, AReadingOfZeroIsAnErrorStatus) {
     InitOK = 0;
     EXPECT_EQ(Support().GetFanStatus(0, status), 0);
     EXPECT_EQ(status, IPMIbase::STATUS_ERROR);
+}
+
+TEST_F(FanSpeed, AFanWithoutAnalogReadingHasAStatus) {
+    Add(Fan("F", 0x30).unit1(0xC0), 50);
+    Loaded();
+    char status = 0;
+    EXPECT_EQ(Support().GetFanStatus(0, status), 0);
+    EXPECT_EQ(status, IPMIbase::STATUS_NORMAL);
 }
 
 }  // namespace

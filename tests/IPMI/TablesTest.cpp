@@ -74,14 +74,22 @@ TEST_F(Tables, ThresholdsComeRawAndConverted) {
     EXPECT_EQ(converted.LowerCriticalThreshold, 1100.0);
 }
 
-TEST_F(Tables, ATemperatureWithoutAnalogReadingIsLeftOut) {
+TEST_F(Tables, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
     Add(Temperature("T1", 0x10).unit1(0xC0), 40);
     Add(Voltage("V1", 0x20).unit1(0xC0), 40);
     Add(Fan("F1", 0x30).unit1(0xC0), 40);
+    Add(sim::SdrRecord("P1", 0x40).kind(kProcessor).event(0x6F).unit1(0xC0), 0);
     Loaded();
     EXPECT_EQ(Support().GetTemSensorsNum(), 0);
     EXPECT_EQ(Support().GetVoltSensorsNum(), 1);
     EXPECT_EQ(Support().GetFanSensorsNum(), 1);
+    EXPECT_EQ(Sensors().PSInfo.quantity, 1);
+}
+
+TEST_F(Tables, AVoltageOrFanWithoutAnalogReadingAlwaysReadsUnknown) {
+    Add(Voltage("V1", 0x20).unit1(0xC0), 40);
+    Add(Fan("F1", 0x30).unit1(0xC0), 40);
+    Loaded();
     EXPECT_EQ(Ask(&Sensor::GetVoltageCurrent, 0), Terminated("Unknown"));
     EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 0), Terminated("Unknown"));
 }
@@ -97,12 +105,44 @@ TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesAndWritesTheSameEntries) {
     EXPECT_EQ(Sensors().FSInfo.sd[1].SensorNumbers, 0);
 }
 
+TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesCappedByNothing) {
+    for (std::uint8_t i = 0; i < 64; ++i) {
+        Add(Fan("F" + std::to_string(i), i), 70);
+        Add(sim::SdrRecord("P" + std::to_string(i), static_cast<std::uint8_t>(64 + i))
+                .kind(kProcessor),
+            0);
+    }
+    Loaded();
+    Loaded();
+    EXPECT_EQ(Support().GetFanSensorsNum(), 128);
+    EXPECT_EQ(Sensors().PSInfo.quantity, 128);
+    EXPECT_STREQ(Sensors().FSInfo.sd[0].IDString, "F0");
+    EXPECT_STREQ(Sensors().FSInfo.sd[63].IDString, "F63");
+}
+
 TEST_F(Tables, SixtyFourSensorsFillATable) {
     for (int i = 0; i < 70; ++i)
         Add(Fan("F" + std::to_string(i), static_cast<std::uint8_t>(i)), 70);
     Loaded();
     EXPECT_EQ(Support().GetFanSensorsNum(), 64);
     EXPECT_STREQ(Sensors().FSInfo.sd[63].IDString, "F63");
+    unsigned char number = 0;
+    EXPECT_EQ(Support().GetFanSensorNumber(63, number), 0) << "the last one that can be asked for";
+    EXPECT_EQ(number, 63);
+    EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 63), Terminated("3500RPM"));
+}
+
+TEST_F(Tables, ASensorBehindTwoHundredFiftyFiveOthersIsFound) {
+    for (int i = 0; i < 258; ++i) Add(Temperature("T", 0x10), 40);
+    Add(Fan("F1", 0x90).entity(29), 70);
+    Loaded();
+    EXPECT_EQ(Support().GetFanSensorsNum(), 1);
+    EXPECT_EQ(Ask(&Sensor::GetFanIDString, 0), Terminated("F1"));
+    SensorNumberInfo info;
+    EXPECT_EQ(Support().GetSensorNumberInfo(29, kFan, 259, info), 0);
+    EXPECT_EQ(info.quantity, 1);
+    EXPECT_EQ(info.sensorOrder[0], 258);
+    EXPECT_EQ(info.sensorNumber[0], 0x90);
 }
 
 TEST_F(Tables, OnlyTheFirstEntriesOfTheWalkAreLookedAt) {
@@ -175,77 +215,6 @@ TEST_F(Tables, NullPointersAreRefused) {
     EXPECT_EQ(Sensors().GetFanSpeed(0, nullptr), -1);
     EXPECT_EQ(Sensors().GetVoltageCurrent(0, nullptr), -1);
     EXPECT_EQ(Sensors().GetTemperatureCurrent(0, nullptr), -1);
-}
-
-// Entries of the walk by entity and type.
-
-class Lookup : public IpmiTest {};
-
-TEST_F(Lookup, SensorsOfOneEntityAndTypeAreListedInOrder) {
-    Add(Temperature("A", 0x10).entity(3), 0);
-    Add(Temperature("B", 0x11).entity(7), 0);
-    Add(Voltage("C", 0x12).entity(3), 0);
-    Add(Temperature("D", 0x13).entity(3), 0);
-    ASSERT_EQ(Sensors().GetSensorNumbers(4), 0);
-    SensorNumberInfo info;
-    info.quantity = 99;
-    EXPECT_EQ(Support().GetSensorNumberInfo(3, kTemperature, 4, info), 0);
-    EXPECT_EQ(info.quantity, 2);
-    EXPECT_EQ(info.sensorOrder[0], 0);
-    EXPECT_EQ(info.sensorOrder[1], 3);
-    EXPECT_EQ(info.sensorNumber[0], 0x10);
-    EXPECT_EQ(info.sensorNumber[1], 0x13);
-    EXPECT_EQ(info.sensorOrder[2], 0);
-}
-
-TEST_F(Lookup, NoMatchAnswersZeroWithAnEmptyList) {
-    SensorNumberInfo info;
-    info.quantity = 99;
-    EXPECT_EQ(Sensors().GetSensorNumberInfo(3, kTemperature, 10, info), 0);
-    EXPECT_EQ(info.quantity, 0);
-}
-
-TEST_F(Lookup, TheListEndsWithSixtyFour) {
-    for (int i = 0; i < 70; ++i) Add(Fan("F", static_cast<std::uint8_t>(i)).entity(29), 0);
-    ASSERT_EQ(Sensors().GetSensorNumbers(70), 0);
-    SensorNumberInfo info;
-    EXPECT_EQ(Sensors().GetSensorNumberInfo(29, kFan, 70, info), 0);
-    EXPECT_EQ(info.quantity, 64);
-    EXPECT_EQ(info.sensorOrder[63], 63);
-}
-
-TEST_F(Lookup, EntriesAnswerFormulaAndThresholds) {
-    Add(Voltage("V", 0x12), 0);
-    ASSERT_EQ(Sensors().GetSensorNumbers(1), 0);
-    SensorFormulaParameter formula{};
-    EXPECT_EQ(Support().GetSensorFormulaParameter(0, formula), 0);
-    EXPECT_EQ(formula.M, 2);
-    SensorThresholdInfoRaw raw{};
-    SensorThresholdInfoConverted converted{};
-    EXPECT_EQ(Support().GetThreshold(0, raw, converted), 0);
-    EXPECT_EQ(raw.sensorType, kVoltage);
-}
-
-TEST_F(Lookup, EntriesPastTheWalkAreMissing) {
-    SensorFormulaParameter formula{};
-    SensorThresholdInfoRaw raw{};
-    SensorThresholdInfoConverted converted{};
-    EXPECT_EQ(Sensors().GetThreshold(0, raw, converted), -1) << "before any walk";
-    EXPECT_EQ(Sensors().GetSensorFormulaParameter(0, formula), -1);
-    Add(Voltage("V", 0x12), 0);
-    ASSERT_EQ(Sensors().GetSensorNumbers(1), 0);
-    raw.sensorType = 77;
-    EXPECT_EQ(Sensors().GetThreshold(1, raw, converted), -1);
-    EXPECT_EQ(Sensors().GetThreshold(-1, raw, converted), -1);
-    EXPECT_EQ(raw.sensorType, 77);
-    EXPECT_EQ(Sensors().GetSensorFormulaParameter(1, formula), -1);
-}
-
-TEST_F(Lookup, ProcessorReadingsWriteNothing) {
-    char text[] = "#";
-    EXPECT_EQ(Sensors().GetProcessorTemperature(text), 0);
-    EXPECT_EQ(Sensors().GetProcessorVoltage(text), 0);
-    EXPECT_STREQ(text, "#");
 }
 
 }  // namespace

@@ -30,6 +30,10 @@ TEST_F(Unit, EveryBaseUnitHasItsTextWithoutATerminator) {
         EXPECT_EQ(Text(Record(0, code)), Copied(SensorsUnit[code])) << code;
 }
 
+TEST_F(Unit, CodeEighteenIsRpm) {
+    EXPECT_EQ(Text(Record(0, 18)), Copied("RPM"));
+}
+
 TEST_F(Unit, CodesPastTheTableAreEmpty) {
     EXPECT_EQ(Text(Record(0, 91)), Terminated(""));
     EXPECT_EQ(Text(Record(0, 255)), Terminated(""));
@@ -143,6 +147,15 @@ TEST_F(Limits, AnUnsignedSevenFAndASignedFFAreConverted) {
     Sensors().sdr = record.data();
     Sensors().SensorsInformation[0].sfp.Unit1 = 0x80;
     EXPECT_EQ(Max(), Terminated("0.02U"));
+}
+
+TEST_F(Limits, HaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
+    Load(Voltage("V", 1).limits(0xFF, 0x7F));
+    Sensors().SensorsInformation[0].sfp.Unit1 = 0x80;
+    EXPECT_EQ(Max(), Terminated("0.02U"));
+    EXPECT_EQ(Min(), Terminated("7FU"));
+    Sensors().SensorsInformation[0].SensorType = kFan;
+    EXPECT_EQ(Max(), Terminated("0.02U")) << "of a voltage's record";
 }
 
 TEST_F(Limits, LongerThanTheFieldAreCut) {
