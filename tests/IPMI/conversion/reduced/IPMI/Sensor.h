@@ -2,8 +2,8 @@
 //
 // Stands in for the library's header of this name in programs of the conversions alone: the whole
 // class asserts the record layouts of 32 bits and takes a controller to be made.
-#ifndef TALVANE_TESTS_IPMI_CONVERSION_IPMI_SENSOR_H
-#define TALVANE_TESTS_IPMI_CONVERSION_IPMI_SENSOR_H
+#ifndef TALVANE_TESTS_IPMI_CONVERSION_REDUCED_IPMI_SENSOR_H
+#define TALVANE_TESTS_IPMI_CONVERSION_REDUCED_IPMI_SENSOR_H
 
 #include <cstddef>
 
