@@ -10,34 +10,49 @@
 # With "speed", the library is also timed beside those tools, and docs/performance.md's tables are
 # printed. Downloads are kept in VM_CACHE, by default ~/.cache/talvane-vm; with all of them there, no
 # network is needed. VM_RESULTS names a folder to keep what the machines answered.
+# Ends with status 77 when the packages cannot be had, with 1 when anything else fails.
 # Usage: vm-test.sh [speed]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 case "$*" in '' | speed) ;; *) echo 'usage: vm-test.sh [speed]' >&2; exit 2 ;; esac
-cache=${VM_CACHE:-$HOME/.cache/talvane-vm}
-export PATH=$PATH:/usr/sbin:/sbin
+cache=${VM_CACHE:-~/.cache/talvane-vm}
+export PATH=$PATH:/usr/sbin:/sbin PYTHONDONTWRITEBYTECODE=1
 
-scripts/install-packages.sh vm >&2
+started=$SECONDS
+step() {
+    printf '%4d s  %s\n' $((SECONDS - started)) "$1" >&2
+}
+
+scripts/install-packages.sh vm >&2 || exit 77
 mkdir -p "$cache"
 cache=$(realpath "$cache")
-vm/fetch.sh "$cache" || exit 1
-vm/build.sh "$cache"
+{
+    flock 9  # for a run beside this one
+    step "packages, in $cache"
+    vm/fetch.sh "$cache" || exit 77
+    step 'kernels and root disk'
+    vm/build.sh "$cache"
+} 9>"$cache/lock"
 
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 results=${VM_RESULTS:-$scratch/results}
 payload=$scratch/payload
+step 'library, tool and bridge'
 vm/payload.sh "$cache" "$payload" "$@" >"$scratch/build.log" 2>&1 || {
     cat "$scratch/build.log" >&2
     exit 1
 }
+declare -A kernels=([strict]='refuses physical memory' [relaxed]='allows it' [wide]='is of 64 bits')
 for kind in strict relaxed wide; do
+    step "machine with a kernel that ${kernels[$kind]}"
     rm -rf "${results:?}/$kind"
     options=
     if [ "$kind" = relaxed ]; then options=$*; fi
     # shellcheck disable=SC2086  # a word or none
     python3 vm/machine.py "$cache" "$payload" "$results/$kind" $kind $options
 done
+step 'comparison'
 
 python3 vm/compare "$results"
 if [ "$*" = speed ]; then python3 vm/compare/speed.py "$results/relaxed"; fi

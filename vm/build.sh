@@ -81,6 +81,6 @@ add_kernel "$cache"/packages/linux-image-*.deb 32
 add_kernel "$cache"/packages64/linux-image-*.deb 64
 
 size=$(($(du -sm "$root" | cut -f 1) + 100))
-mke2fs -q -t ext4 -E root_owner=0:0 -O ^has_journal -d "$root" "$machine/root.img" "${size}M" >&2
+mke2fs -q -t ext4 -E root_owner=0:0 -O ^has_journal -d "$root" "$machine/root.img" "${size}M" >/dev/null
 rm -rf "$root" "$machine/busybox"
 echo "$version" >"$machine/complete"

@@ -2,15 +2,15 @@
 # SPDX-License-Identifier: MIT
 #
 # Downloads the machine's packages, with apt but apart from what apt knows of this computer, so that
-# neither root nor a foreign architecture in its configuration is needed. Does nothing when they are
-# in the cache. Usage: fetch.sh CACHE
+# neither root nor a foreign architecture in its configuration is needed. Does nothing, and needs no
+# network, when they are in the cache. What an interrupted run left is downloaded again.
+# VM_MIRROR names the archive, by default the one that this computer has its own packages from.
+# Usage: fetch.sh CACHE
 set -eu
+export LC_ALL=C  # apt's words are read below
 cache=$(realpath "$1")
 apt=$cache/apt
 
-# Where this computer has its own packages from.
-mirror=${VM_MIRROR:-$(apt-get indextargets --format '$(SITE)' 'Codename: bookworm' | head -n 1)}
-[ -n "$mirror" ] || { echo 'fetch.sh: no source of Debian 12 is configured; set VM_MIRROR' >&2; exit 1; }
 # What runs in the machine, with all that it depends on; mawk is the awk of the library's shell
 # command, usr-is-merged stands in for a package that brings perl.
 system='usr-is-merged bash dash coreutils mawk grep sed gzip tar util-linux mount procps kmod'
@@ -21,15 +21,19 @@ single='busybox-static libfuse3-dev'
 # What the bridge needs as a 64-bit program, beside a 64-bit kernel.
 wide='libc6 libgcc-s1 libstdc++6 libfuse3-3'
 
-wanted="$mirror $system $single $wide"
+wanted="$system / $single / $wide"
 if [ "$(cat "$cache/packages.complete" 2>/dev/null)" = "$wanted" ]; then exit 0; fi
 
-rm -rf "$cache/packages" "$cache/packages64" "$cache/packages.complete"
+mirror=${VM_MIRROR:-$(apt-get indextargets --format '$(SITE)' 'Codename: bookworm' | head -n 1)}
+mirror=${mirror:-http://deb.debian.org/debian}
+# The machine made of other packages goes with them.
+rm -rf "$cache/packages" "$cache/packages64" "$cache/packages.complete" "$cache/machine"
 mkdir -p "$cache/packages" "$cache/packages64"
 
 fail() {
+    sed -n '/^E: /p' "$cache/fetch.log" >&3
     echo "fetch.sh: $1 from $mirror. Is there a network? A cache folder that was filled elsewhere" \
-        "serves as well (VM_CACHE)." >&2
+        "serves as well (VM_CACHE)." >&3
     exit 1
 }
 
@@ -51,9 +55,12 @@ Dir::Cache "$apt/cache";
 Dir::Etc::sourcelist "$apt/sources.list";
 Dir::Etc::sourceparts "-";
 Acquire::Languages "none";
+Acquire::Retries "2";
+Acquire::http::Timeout "30";
 END
     export APT_CONFIG="$apt/apt.conf"
-    apt-get -q update || fail 'cannot read the list of packages'
+    # Without this apt makes do with a list that it could not get.
+    apt-get -q -o APT::Update::Error-Mode=any update || fail 'cannot read the list of packages'
 }
 
 download() {  # FOLDER PACKAGE...
@@ -64,14 +71,15 @@ download() {  # FOLDER PACKAGE...
 
 kernel_of() { apt-cache depends "$1" | sed -n 's/^ *Depends: //p' | head -n 1; }
 
+exec 3>&2
 # shellcheck disable=SC2086  # several words
 {
     start_apt i386
-    apt-get -q -y --download-only install $system || fail 'cannot download the packages'
+    apt-get -q -y --download-only install $system || fail "cannot download $system"
     mv "$apt/cache/archives"/*.deb "$cache/packages"
     download "$cache/packages" "$(kernel_of linux-image-686)" $single
     start_apt amd64
     download "$cache/packages64" "$(kernel_of linux-image-amd64)" $wide
-} >"$cache/fetch.log"
+} >"$cache/fetch.log" 2>&1
 rm -rf "$apt"
 echo "$wanted" >"$cache/packages.complete"

@@ -5,7 +5,8 @@
 Usage: machine.py CACHE PAYLOAD RESULTS strict|relaxed|wide [speed]
 
 PAYLOAD is a folder whose program `run` the machine starts; RESULTS is the folder that gets what it
-leaves. The kernel is one of 32 bits, or, with `wide`, of 64. Except with `strict`, it lets the library
+leaves. Fails, with the last lines that the machine wrote, when that program does, when the machine
+takes too long or when it leaves nothing. The kernel is one of 32 bits, or, with `wide`, of 64. Except with `strict`, it lets the library
 read the mebibyte of physical memory behind the BIOS, which kernels otherwise refuse. The BMC is
 OpenIPMI's ipmi_sim in a process of its own. The payload can stop and continue it by a line on the
 serial console: "@bmc stop", "@bmc continue".
@@ -25,7 +26,7 @@ import tarfile
 import tempfile
 import threading
 
-# Bounds for a machine that hangs; a run takes a tenth of them.
+# Bounds for a machine that hangs. A run takes a tenth of them, on a busy computer a third.
 RUN_SECONDS = 300
 SPEED_SECONDS = 1800
 DISK_SIZE = 64 << 20
@@ -76,7 +77,8 @@ def emulator(machine, disks, port, monitor, kind):
     parameters = ["console=ttyS0", "quiet", "panic=-1"]
     if kind != "strict":
         parameters += RELAXED
-    command = ["qemu-system-x86_64" if kind == "wide" else "qemu-system-i386", "-accel", "tcg", "-M", "pc", "-m", "512", "-smp", "2",
+    program = "qemu-system-x86_64" if kind == "wide" else "qemu-system-i386"
+    command = [program, "-accel", "tcg", "-M", "pc", "-m", "512", "-smp", "2",
                "-display", "none", "-no-reboot", "-nic", "none",
                "-serial", "stdio", "-monitor", f"unix:{monitor},server=on,wait=off",
                "-kernel", machine / f"vmlinuz{width}", "-initrd", machine / f"initrd{width}",
@@ -110,14 +112,15 @@ def emulator(machine, disks, port, monitor, kind):
 def tell_monitor(monitor, *commands):
     with socket.socket(socket.AF_UNIX) as connection:
         connection.connect(str(monitor))
-        for command in commands:
-            connection.sendall(command.encode() + b"\n")
+        for command in ["", *commands]:  # the first prompt comes with the greeting
+            if command:
+                connection.sendall(command.encode() + b"\n")
             answer = b""
-            while not answer.endswith(b"(qemu) "):  # once for the greeting, once for each command
-                answer += connection.recv(4096)
-        connection.sendall(b"info name\n")
-        while connection.recv(4096).count(b"(qemu) ") == 0:
-            pass
+            while not answer.endswith(b"(qemu) "):
+                received = connection.recv(4096)
+                if not received:
+                    raise ConnectionError("the emulator's monitor has gone")
+                answer += received
 
 
 def record_ports(monitor, results, name):
@@ -143,36 +146,62 @@ def serve_console(process, bmc, monitor, results, log):
         process.stdin.flush()
 
 
+class Failed(Exception):
+    """The machine did not do what it should: what happened, and the log that says more."""
+
+    def __init__(self, what, log):
+        lines = log.read_text(errors="replace").splitlines()[-20:] if log.exists() else []
+        super().__init__("\n".join([*lines, f"machine.py: {what}"]))
+
+
+def emulate(machine, disks, bmc_folder, results, kind, seconds):
+    """Runs the machine, with its BMC beside it, until it is off."""
+    port = free_port()
+    subprocess.run([sys.executable, pathlib.Path(__file__).parent / "bmc/make_bmc.py", bmc_folder,
+                    str(port)], check=True)
+    monitor = bmc_folder / "monitor"
+    timed_out = threading.Event()
+    with contextlib.ExitStack() as stack:
+        console = stack.enter_context(open(results / "serial.log", "w"))
+        bmc_log = stack.enter_context(open(results / "bmc.log", "w"))
+        bmc = stack.enter_context(running(
+            ["ipmi_sim", "-n", "-c", "lan.conf", "-f", "bmc.emu", "-s", "state"],
+            cwd=bmc_folder, stdout=bmc_log, stderr=bmc_log))
+        qemu = stack.enter_context(running(
+            emulator(machine, disks, port, monitor, kind),
+            stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT))
+
+        def end():
+            timed_out.set()
+            qemu.kill()
+        timer = threading.Timer(seconds, end)
+        timer.daemon = True
+        timer.start()
+        stack.callback(timer.cancel)
+        serve_console(qemu, bmc, monitor, results, console)
+        bmc_status = bmc.poll()
+    if timed_out.is_set():
+        raise Failed(f"the machine was not done after {seconds} seconds", results / "serial.log")
+    if bmc_status is not None:
+        raise Failed(f"ipmi_sim ended early, with status {bmc_status}", results / "bmc.log")
+
+
 def run(cache, payload, results, kind, seconds):
-    here = pathlib.Path(__file__).parent
     with tempfile.TemporaryDirectory(prefix="talvane-vm-") as scratch_name:
         scratch = pathlib.Path(scratch_name)
-        port = free_port()
-        subprocess.run([sys.executable, here / "bmc/make_bmc.py", scratch / "bmc", str(port)],
-                       check=True)
+        left = make_disk(scratch / "results.tar")
         disks = [cache / "machine/root.img", make_disk(scratch / "test.img", 8 << 30),
-                 make_payload_disk(scratch / "payload.tar", payload),
-                 make_disk(scratch / "results.tar")]
-        with contextlib.ExitStack() as stack:
-            console = stack.enter_context(open(results / "serial.log", "w"))
-            bmc_log = stack.enter_context(open(results / "bmc.log", "w"))
-            bmc = stack.enter_context(running(
-                ["ipmi_sim", "-n", "-c", "lan.conf", "-f", "bmc.emu", "-s", "state"],
-                cwd=scratch / "bmc", stdout=bmc_log, stderr=bmc_log))
-            qemu = stack.enter_context(running(
-                emulator(cache / "machine", disks, port, scratch / "monitor", kind),
-                stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT))
-            watchdog = threading.Timer(seconds, qemu.kill)
-            watchdog.start()
-            serve_console(qemu, bmc, scratch / "monitor", results, console)
-            watchdog.cancel()
-            if bmc.poll() is not None:
-                sys.exit(f"machine.py: ipmi_sim ended early; see {results}/bmc.log")
-        try:
-            with tarfile.open(scratch / "results.tar") as archive:
-                archive.extractall(results)
-        except tarfile.TarError:
-            sys.exit(f"machine.py: the machine left no results; see {results}/serial.log")
+                 make_payload_disk(scratch / "payload.tar", payload), left]
+        status = results / "status"
+        status.unlink(missing_ok=True)  # of a run before
+        emulate(cache / "machine", disks, scratch / "bmc", results, kind, seconds)
+        with tarfile.open(left) as archive:  # a disk that was never written is an empty one
+            archive.extractall(results)
+    if not status.exists():
+        raise Failed("the machine left no results", results / "serial.log")
+    if status.read_text().strip() != "0":
+        raise Failed(f"what ran in the machine ended with status {status.read_text().strip()}",
+                     results / "console.log")
 
 
 def main():
@@ -182,7 +211,12 @@ def main():
         sys.exit(__doc__)
     cache, payload, results = map(pathlib.Path, arguments[:3])
     results.mkdir(parents=True, exist_ok=True)
-    run(cache, payload, results, arguments[3], SPEED_SECONDS if speed else RUN_SECONDS)
+    # A run that is cut short takes the emulator with it.
+    signal.signal(signal.SIGTERM, lambda number, frame: sys.exit(128 + number))
+    try:
+        run(cache, payload, results, arguments[3], SPEED_SECONDS if speed else RUN_SECONDS)
+    except Failed as failure:
+        sys.exit(str(failure))
 
 
 if __name__ == "__main__":

@@ -74,6 +74,7 @@ def set_threshold(table, before, after):
     for name in ("Lower Non-Recoverable", "Lower Critical", "Lower Non-Critical",
                  "Upper Non-Critical", "Upper Non-Recoverable"):
         compare(name, peers.facts(after)[name], peers.facts(before)[name])
+    compare("Upper Critical before", peers.facts(before)["Upper Critical"], "1.400")
     compare("Upper Critical", peers.facts(after)["Upper Critical"], "1.420")
 
 
@@ -81,7 +82,7 @@ ACTIONS = {"none": "No action (0x00)", "power-cycle": "Power Cycle (0x03)"}
 
 
 def watchdog(table, results):
-    """The simulated BMC does not say how much of the time is left, so that is not compared."""
+    """The simulated BMC says neither whether the watchdog runs nor how much of its time is left."""
     compare = lambda *args, **more: table.compare("watchdog", "ipmitool", *args, **more)
     for step, action, milliseconds in (("set", "power-cycle", 90000), ("reset", "power-cycle", 90000),
                                        ("stop", "none", 180000)):
@@ -93,6 +94,16 @@ def watchdog(table, results):
         compare(f"{step}: time-out", f"{ours['timeoutMilliseconds'] / 1000:.1f} sec",
                 theirs["Initial Countdown"])
         compare(f"{step}: use", "SMS/OS (0x04)", theirs["Watchdog Timer Use"])
+
+
+def watchdog_at_work(table, console):
+    """What the watchdog does to the machine when it runs out; a machine that is reset falls silent."""
+    compare = lambda *args: table.compare("watchdog at work", "the machine", *args)
+    said = re.findall(r"^watchdog: (.*?)\r?$", console, re.M)
+    for place, words in enumerate(("started and stopped", "starting")):
+        compare(words, said[place:place + 1], [words])
+    compare("reset when the time is out", said[2:], [])
+    compare("not powered off by itself", "Power Off" in console, False)
 
 
 def inventory(table, report, fru, controller):

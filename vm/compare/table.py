@@ -29,6 +29,9 @@ class Table:
         rule = next((name for name, condition in explained if condition), "")
         self.differences.append(Difference(area, field, ours, theirs, rule))
 
+    def fields(self, area):
+        return self._fields[area]
+
     @property
     def unexplained(self):
         return [difference for difference in self.differences if not difference.rule]
