@@ -20,7 +20,7 @@ import table as tables
 
 # How many fields each area has at the least. Two sides that both know nothing would agree as well.
 LEAST_FIELDS = {
-    "SMBIOS": 35, "PCI": 78, "sensors": 131, "threshold list": 92, "threshold set": 7, "watchdog": 15,
+    "SMBIOS": 36, "PCI": 78, "sensors": 225, "threshold list": 130, "threshold set": 7, "watchdog": 15,
     "watchdog at work": 4, "inventory": 12, "drives": 21, "partitions": 24, "load": 5, "bridge": 39,
     "STRICT_DEVMEM": 16, "64-bit kernel": 17, "64-bit bridge": 39,
 }
@@ -81,14 +81,15 @@ def main():
     relaxed = results / "relaxed"
     read = lambda name: (relaxed / name).read_text()
     report = json.loads(read("report.json"))
-    sensors = peers.ipmitool_sensors(read("sensors.txt"), read("sensors-verbose.txt"))
+    records = peers.ipmitool_records(read("sensors-verbose.txt"))
+    sensors = peers.ipmitool_sensors(read("sensors.txt"), records)
 
     table = tables.Table()
     inventory.smbios(table, report, read("dmidecode.txt"))
     inventory.pci(table, report, peers.lspci(read("lspci.txt")),
                   peers.lspci_bytes(read("lspci-bytes.txt")))
     management.sensors(table, report, sensors)
-    management.thresholds(table, report, sensors)
+    management.thresholds(table, report, records, sensors)
     management.set_threshold(table, read("threshold-before.txt"), read("threshold-after.txt"))
     management.watchdog(table, relaxed)
     management.watchdog_at_work(table, (results / "strict/serial.log").read_text())

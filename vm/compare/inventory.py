@@ -69,6 +69,7 @@ def smbios(table, report, text):
     megabytes = sum(int(device["Size"].removesuffix(" MB")) for device in devices)
     compare("memory total", report["memory"]["totalMegabytes"], megabytes)
     for ours, theirs in zip(report["memory"]["banks"], devices):
+        compare("bank slot", ours["slot"], int(theirs["Locator"].removeprefix("DIMM ")))
         compare("bank size", ours["size"], theirs["Size"])
         compare("bank type", ours["type"], theirs["Type"])
         detail = theirs["Type Detail"]
@@ -136,8 +137,8 @@ def drives(table, report, results):
         compare(f"{name} serial number as read", serial, theirs["Serial Number"],
                 explained=[("serial-runs-on", len(serial) > 20
                             and serial[:20].strip() == theirs["Serial Number"])])
-        compare(f"{name} size", ours["size"]["bytes"],
-                int((results / f"size-{name}.txt").read_text()))
+        compare(f"{name} size", ours["size"]["text"],
+                (results / f"size-{name}.txt").read_text().strip())
 
 
 PARTITION_NAMES = {"7": "HPFS/NTFS", "b": "Win95 FAT32", "82": "Linux swap", "83": "Linux"}
@@ -155,7 +156,7 @@ def partitions(table, report, results):
         names = LOGICAL_NAMES if number > 4 else PARTITION_NAMES
         known = partition["type"] in names
         if number > 4 and not known:
-            overwritten[previous_logical] = partition["size"] * 512
+            overwritten[previous_logical] = str(partition["size"] * 512)
         if number > 4 and known:
             previous_logical = f"/dev/hdb{number}"
     for partition in made:
@@ -168,9 +169,9 @@ def partitions(table, report, results):
                            ("partition-type-not-listed", partition["type"] not in names)])
         if ours is None:
             continue
-        size = partition["size"] * 512
+        size = str(partition["size"] * 512)
         compare(f"{device} type", ours["type"], names.get(partition["type"]))
-        compare(f"{device} size", ours["size"]["bytes"], size,
+        compare(f"{device} size", ours["size"]["text"], size,
                 explained=[("unlisted-size-overwrites",
-                            overwritten.get(device) == ours["size"]["bytes"])])
+                            overwritten.get(device) == ours["size"]["text"])])
     compare("others", list(listed), [])

@@ -26,17 +26,22 @@ def reading_text(sensor, value):
 
 def sensors(table, report, theirs):
     compare = lambda *args, **more: table.compare("sensors", "ipmitool", *args, **more)
-    ours_by_name = {}
-    for group in ("temperatures", "voltages", "fans"):
-        for sensor in report["sensors"][group]["sensors"]:
+    ours_by_name, first_of_table = {}, {}
+    for group, code in (("temperatures", 1), ("voltages", 2), ("fans", 4)):
+        ours = report["sensors"][group]
+        compare(f"number of {group}", ours["quantity"],
+                sum(sensor["type"] == code for sensor in theirs))
+        for sensor in ours["sensors"]:
             ours_by_name[sensor["name"]] = sensor
+            if group != "fans":
+                first_of_table[sensor["name"]] = ours["sensors"][0]["thresholds"]
     compare("names", list(ours_by_name), [sensor["name"] for sensor in theirs])
     for sensor in theirs:
         name = sensor["name"]
         ours = ours_by_name[name]
         halved = name == HALVED_OFFSET
-        compare(f"{name} number", ours["number"], sensor["number"])
-        compare(f"{name} entity", ours["entity"], sensor["entity"])
+        for field in ("number", "entity", "type"):
+            compare(f"{name} {field}", ours[field], sensor[field])
         shifted = reading_text(sensor, sensor["reading"] + HALVED_OFFSET_ERROR)
         compare(f"{name} reading", ours["reading"], reading_text(sensor, sensor["reading"]),
                 explained=[("absent-processor", name == "CPU 2 Temp" and ours["reading"] == "Unknown"),
@@ -49,23 +54,35 @@ def sensors(table, report, theirs):
             compare(f"{name} {limit}", mine, value,
                     explained=[("offset-in-halves",
                                 halved and abs(mine - value - HALVED_OFFSET_ERROR) < 0.001)])
+            # What GetIpmiInfo says of them, which is the threshold list's for fans.
+            mine = ours["recordThresholds"][limit]
+            first = first_of_table.get(name)
+            compare(f"{name} {limit} in the record", round(mine, 3), value,
+                    explained=[("thresholds-of-the-first", first and mine == first[limit]),
+                               ("thresholds-by-place",
+                                not first and mine == RAW_ZERO.get(name, 0.0))])
 
 
-def thresholds(table, report, theirs):
+def thresholds(table, report, records, theirs):
     """The library's own list, which it reads by place in the repository."""
     compare = lambda *args, **more: table.compare("threshold list", "ipmitool", *args, **more)
-    compare("records", len(report["thresholds"]), report["sensors"]["records"])
-    for place, sensor in enumerate(theirs):
+    compare("records", len(report["thresholds"]), len(records))
+    compare("records that the BMC counts", report["sensors"]["records"], len(records))
+    values = {sensor["name"]: sensor["thresholds"] for sensor in theirs}
+    for place, record in enumerate(records):
+        name = record["name"]
         ours = report["thresholds"][place]
-        compare(f"{sensor['name']} entity", ours["entity"], sensor["entity"])
+        for field in ("entity", "type"):
+            compare(f"{name} {field}", ours[field], record[field])
         # No sensor has the number of this place, so what is converted is a raw 0.
-        elsewhere = sensor["number"] != place
-        nothing = RAW_ZERO.get(sensor["name"], 0.0)
-        for limit, value in sensor["thresholds"].items():
+        elsewhere = record["number"] != place
+        for limit in peers.LIMITS:
             mine = round(ours["thresholds"][limit], 3)
-            compare(f"{sensor['name']} {limit}", mine, value,
-                    explained=[("thresholds-by-place", elsewhere and mine == nothing),
-                               ("offset-in-halves", sensor["name"] == HALVED_OFFSET
+            value = 0.0 if record["discrete"] else values[name][limit]
+            compare(f"{name} {limit}", mine, value,
+                    explained=[("thresholds-by-place",
+                                elsewhere and mine == RAW_ZERO.get(name, 0.0)),
+                               ("offset-in-halves", name == HALVED_OFFSET
                                 and abs(mine - value - HALVED_OFFSET_ERROR) < 0.001)])
 
 

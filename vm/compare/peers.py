@@ -43,20 +43,28 @@ LIMITS = ("lowerNonRecoverable", "lowerCritical", "lowerNonCritical", "upperNonC
           "upperCritical", "upperNonRecoverable")
 
 
-def ipmitool_sensors(brief, verbose):
-    """`ipmitool sensor` and `ipmitool -v sdr list full`: the sensors with a reading, in order."""
-    numbers = {}
+def ipmitool_records(verbose):
+    """`ipmitool -v sdr list full`: the records of the repository, in order."""
+    records = []
     for block in verbose.strip().split("\n\n"):
-        found = re.match(r"Sensor ID\s+: (.*) \(0x([0-9a-f]+)\)\n\s*Entity ID\s+: (\d+)\.(\d+)", block)
+        found = re.match(r"Sensor ID\s+: (.*) \(0x([0-9a-f]+)\)\n\s*Entity ID\s+: (\d+)\.\d+.*\n"
+                         r"\s*Sensor Type \((\w+)\)\s*: .* \(0x([0-9a-f]+)\)", block)
         if found:
-            numbers[found.group(1)] = (int(found.group(2), 16), int(found.group(3)))
+            name, number, entity, kind, sensor_type = found.groups()
+            records.append({"name": name, "number": int(number, 16), "entity": int(entity),
+                            "discrete": kind == "Discrete", "type": int(sensor_type, 16)})
+    return records
+
+
+def ipmitool_sensors(brief, records):
+    """`ipmitool sensor`: the sensors with a reading, in order, each with its record."""
+    records = {record["name"]: record for record in records}
     sensors = []
     for line in brief.splitlines():
         cells = [cell.strip() for cell in line.split("|")]
         if len(cells) == 10 and cells[2] != "discrete":
-            number, entity = numbers[cells[0]]
-            sensors.append({"name": cells[0], "number": number, "entity": entity,
-                            "reading": float(cells[1]), "unit": cells[2], "limit": cells[3],
+            sensors.append({**records[cells[0]], "reading": float(cells[1]), "unit": cells[2],
+                            "limit": cells[3],
                             "thresholds": dict(zip(LIMITS, map(float, cells[4:])))})
     return sensors
 
