@@ -7,23 +7,25 @@ Usage: speed.py RESULTS
 import pathlib
 import sys
 
-# The minimum of the stated scan: 11 buses, 32 devices, 8 functions, 16 double words, each one write
-# to the address port and one read from the data port.
-STATED_ACCESSES = 11 * 32 * 8 * 16 * 2
+# The minimum of a scan of 11 buses, 32 devices, 8 functions, 16 double words: for each of them one
+# write to the address port and one read from the data port.
+LEAST_ACCESSES = 11 * 32 * 8 * 16 * 2
 
+SENSOR_PEERS = ["ipmitool sensor", "ipmitool sdr"]
 PAIRS = [
     ("SMBIOS inventory", "agent, SMBIOS", ["dmidecode", "dmidecode --no-sysfs"]),
     ("PCI report", "agent, PCI", ["lspci -H1", "lspci -H1 -n"]),
-    ("Sensors, first query", "agent, sensors once", ["ipmitool sensor", "ipmitool sdr"]),
+    ("Sensors, first query", "agent, sensors once", SENSOR_PEERS),
+    ("Sensors, second query", "second query", SENSOR_PEERS),
 ]
-
-
-def ratio(ours, theirs):
-    return f"{ours / theirs:.2f}" if theirs else "-"
 
 
 def row(*cells):
     print("| " + " | ".join(str(cell) for cell in cells) + " |")
+
+
+def ratio(ours, theirs):
+    return f"**{ours / theirs:.2f}** ({ours:.4g} : {theirs:.4g})" if theirs else ""
 
 
 def port_accesses(log):
@@ -31,42 +33,45 @@ def port_accesses(log):
     return sum("pci-conf-idx" in line or "pci-conf-data" in line for line in lines)
 
 
+def load(text):
+    """The programs, as (milliseconds, system calls, messages to the BMC), and the other values."""
+    programs, values = {}, {}
+    for line in text.splitlines():
+        name, *cells = line.split("\t")
+        if len(cells) == 3:
+            programs[name] = tuple(map(float, cells))
+        else:
+            values[name] = float(cells[0])
+    once, twice = programs["agent, sensors once"], programs["agent, sensors twice"]
+    programs["second query"] = (values["second query"], twice[1] - once[1], twice[2] - once[2])
+    return programs, values
+
+
 def main():
     if len(sys.argv) != 2:
         sys.exit(__doc__)
     results = pathlib.Path(sys.argv[1])
-    programs, values = {}, {}
-    for line in (results / "speed.txt").read_text().splitlines():
-        name, *cells = line.split("\t")
-        if len(cells) == 3:
-            programs[name] = (float(cells[0]), int(cells[1]), int(cells[2]))
-        else:
-            values[name] = float(cells[0])
+    programs, values = load((results / "speed.txt").read_text())
 
-    row("What", "Program", "ms", "ratio", "System calls", "ratio", "Messages to the BMC", "ratio")
-    row("---", "---", "--:", "--:", "--:", "--:", "--:", "--:")
+    row("What", "Beside", "Milliseconds", "System calls", "Messages to the BMC")
+    row("---", "---", "---", "---", "---")
     for what, agent, peers in PAIRS:
-        ours = programs[agent]
-        row(what, "agent", ours[0], "", ours[1], "", ours[2], "")
         for peer in peers:
-            theirs = programs[peer]
-            row("", f"`{peer}`", theirs[0], ratio(ours[0], theirs[0]), theirs[1],
-                ratio(ours[1], theirs[1]), theirs[2], ratio(ours[2], theirs[2]))
+            row(what, f"`{peer}`", *map(ratio, programs[agent], programs[peer]))
     start = programs["agent, starting and ending"]
-    row("Starting and ending", "agent", start[0], "", start[1], "", start[2], "")
+    print(f"\nStarting and ending alone take the agent {start[0]:.4g} ms and {start[1]:.0f} system calls.\n")
 
-    once, twice = programs["agent, sensors once"], programs["agent, sensors twice"]
-    print()
-    row("Sensors", "ms within the agent", "Requests to the device", "Messages to the BMC")
+    once, second = programs["agent, sensors once"], programs["second query"]
+    row("Sensors", "Milliseconds within the agent", "Requests to the device", "Messages to the BMC")
     row("---", "--:", "--:", "--:")
-    row("first query", round(values["first query"], 1), int(values["requests once"]), once[2])
-    row("second query", round(values["second query"], 1),
-        int(values["requests twice"] - values["requests once"]), twice[2] - once[2])
+    row("first query", f"{values['first query']:.4g}", int(values["requests once"]), f"{once[2]:g}")
+    row("second query", f"{values['second query']:.4g}",
+        int(values["requests twice"] - values["requests once"]), f"{second[2]:g}")
 
     print()
     row("PCI report", "Accesses to ports 0xCF8 and 0xCFC")
     row("---", "--:")
-    row("stated", STATED_ACCESSES)
+    row("least for the stated scan", LEAST_ACCESSES)
     row("agent", port_accesses(results / "ports-agent.log"))
     row("`lspci -H1 -n`", port_accesses(results / "ports-lspci.log"))
 
