@@ -21,8 +21,8 @@ import table as tables
 # How many fields each area has at the least. Two sides that both know nothing would agree as well.
 LEAST_FIELDS = {
     "SMBIOS": 36, "PCI": 78, "sensors": 225, "threshold list": 130, "threshold set": 7, "watchdog": 15,
-    "watchdog at work": 4, "inventory": 12, "drives": 21, "partitions": 24, "load": 5, "bridge": 39,
-    "STRICT_DEVMEM": 16, "64-bit kernel": 17, "64-bit bridge": 39,
+    "watchdog at work": 4, "inventory": 12, "drives": 21, "partitions": 24, "load": 5, "bridge": 51,
+    "STRICT_DEVMEM": 16, "64-bit kernel": 17, "64-bit bridge": 51,
 }
 
 
