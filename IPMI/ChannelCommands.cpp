@@ -5,8 +5,38 @@
 #include <algorithm>
 #include <cstring>
 #include <iterator>
+#include <memory>
+#include <utility>
 
 #include "IPMI/IPMIsupport.h"
+#include "IPMI/RequestData.h"
+
+namespace {
+
+// Parameters of a LAN channel (IPMI 2.0, 23.2, table 23-4).
+constexpr unsigned char kSetInProgress = 0;
+constexpr unsigned char kAddress = 3;
+constexpr unsigned char kAddressSource = 4;
+constexpr unsigned char kMacAddress = 5;
+constexpr unsigned char kSubnetMask = 6;
+constexpr unsigned char kIpv4Header = 7;
+constexpr unsigned char kPrimaryPort = 8;
+constexpr unsigned char kSecondaryPort = 9;
+constexpr unsigned char kArpControl = 10;
+constexpr unsigned char kArpInterval = 11;
+
+constexpr unsigned char kComplete = 0;
+constexpr unsigned char kInProgress = 1;
+constexpr unsigned char kCommit = 2;
+
+constexpr unsigned char kSetByFirmware = 3;
+constexpr unsigned char kTimeToLive = 0x40;
+constexpr unsigned char kDontFragment = 0x40;
+constexpr unsigned char kTypeOfService = 0x10;
+constexpr unsigned char kGratuitousArp = 0x01;
+constexpr unsigned char kTwoSeconds = 4;  // of 500 milliseconds each
+
+}  // namespace
 
 int IPMIsupport::GetChannelInfo(unsigned char channelNum, ChannelInfo* pCI) {
     if (pCI == nullptr) return -1;
@@ -35,49 +65,24 @@ int IPMIsupport::SetUserInfo(unsigned char userID, const char* userName, const c
     constexpr std::size_t kLongestName = 16;
     constexpr int kLength = 1 + kLongestName;
     // One byte more than is sent: the password's place starts a byte later than the name's.
-    AllocateData({0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0, 0});
-    request.dataLength = kLength;
-    request.data[0] = userID;
-    std::memcpy(request.data + 1, userName, std::min(std::strlen(userName), kLongestName));
+    RequestData user = std::make_unique<unsigned char[]>(kLength + 1);
+    user[0] = userID;
+    std::memcpy(&user[1], userName, std::min(std::strlen(userName), kLongestName));
     // Kept: the name goes out under the code of another command.
-    int result = Transact(APP_CMD, Get_channel_info, BMC_ADDRESS);
+    int result = Transact(APP_CMD, Get_channel_info, BMC_ADDRESS, user.get(), kLength);
     if (result == 0) {
         // Kept: the operation byte behind the user is 0, and the password, which is empty here,
         // leaves the others zero.
-        std::fill_n(request.data, kLength, static_cast<unsigned char>(0));
-        request.data[0] = userID;
-        result = Transact(APP_CMD, Set_user_passwd, BMC_ADDRESS);
+        std::fill_n(user.get(), kLength, static_cast<unsigned char>(0));
+        user[0] = userID;
+        result = Transact(APP_CMD, Set_user_passwd, BMC_ADDRESS, user.get(), kLength);
     }
-    ReleaseData();
+    if (result == 0)
+        request.data = nullptr;
+    else
+        KeepRefused(std::move(user));  // Kept: the record goes on pointing there.
     return result;
 }
-
-namespace {
-
-// Parameters of a LAN channel (IPMI 2.0, 23.2, table 23-4).
-constexpr unsigned char kSetInProgress = 0;
-constexpr unsigned char kAddress = 3;
-constexpr unsigned char kAddressSource = 4;
-constexpr unsigned char kMacAddress = 5;
-constexpr unsigned char kSubnetMask = 6;
-constexpr unsigned char kIpv4Header = 7;
-constexpr unsigned char kPrimaryPort = 8;
-constexpr unsigned char kSecondaryPort = 9;
-constexpr unsigned char kArpControl = 10;
-constexpr unsigned char kArpInterval = 11;
-
-constexpr unsigned char kComplete = 0;
-constexpr unsigned char kInProgress = 1;
-constexpr unsigned char kCommit = 2;
-
-constexpr unsigned char kSetByFirmware = 3;
-constexpr unsigned char kTimeToLive = 0x40;
-constexpr unsigned char kDontFragment = 0x40;
-constexpr unsigned char kTypeOfService = 0x10;
-constexpr unsigned char kGratuitousArp = 0x01;
-constexpr unsigned char kTwoSeconds = 4;  // of 500 milliseconds each
-
-}  // namespace
 
 int IPMIsupport::SetLANParameter(LANParameter lp) {
     if (IsInitOK() == 0) return -1;

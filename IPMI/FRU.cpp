@@ -8,6 +8,7 @@
 #include <array>
 
 #include "Bytes.h"
+#include "IPMI/RequestData.h"
 
 namespace {
 
@@ -85,16 +86,10 @@ int FRU::GetFRUInfo() {
     return 0;
 }
 
-void FRU::ClearRequest() {
-    ReleaseData();
-    request = {};
-}
-
 int FRU::GetFRU() {
     if (IsInitOK() == 0) return -1;
-    AllocateData({kBmcInventory});
-    const int result = Transact(STORAGE_CMD, Get_FRU_info, ANY_ADDRESS);
-    ClearRequest();
+    const int result = ExchangeUnchecked(STORAGE_CMD, Get_FRU_info, ANY_ADDRESS, {kBmcInventory});
+    request = {};
     if (result != 0) return -1;
     FRUInfo.FRUInfoSize = Le16(ByteView(ResponseBuffer, RESPONSE_SIZE), 0);
     FRUInfo.accessMode = ResponseBuffer[2] & 0x01;
@@ -103,9 +98,9 @@ int FRU::GetFRU() {
 
 int FRU::GetCommonHeaderInfo() {
     if (IsInitOK() == 0) return -1;
-    AllocateData({kBmcInventory, 0, 0, kHeaderLength});
-    const int result = Transact(STORAGE_CMD, Read_FRU_info, ANY_ADDRESS);
-    ClearRequest();
+    const int result = ExchangeUnchecked(STORAGE_CMD, Read_FRU_info, ANY_ADDRESS,
+                                         {kBmcInventory, 0, 0, kHeaderLength});
+    request = {};
     if (result != 0) return -1;
 
     // Behind the count of bytes read.
@@ -121,17 +116,19 @@ int FRU::GetCommonHeaderInfo() {
     return 0;
 }
 
-// Reads the area at `offset` into the response buffer, where it starts at byte 1. Kept: its length
-// is that of one byte, and whole areas are asked for in one request.
+// Reads the area at `offset` into the response buffer, where it starts at byte 1. Kept: the whole
+// area is asked for in one request, whose count has one byte: of an area of 256 bytes or more, what
+// is left of its length.
 int FRU::ReadArea(int offset) {
     if (IsInitOK() == 0) return -1;
-    AllocateData({kBmcInventory, LowByte(offset), HighByte(offset), kAreaHead});
-    int result = Transact(STORAGE_CMD, Read_FRU_info, ANY_ADDRESS);
+    constexpr int kReadLength = 4;
+    const RequestData read = CopyOf({kBmcInventory, LowByte(offset), HighByte(offset), kAreaHead});
+    int result = Transact(STORAGE_CMD, Read_FRU_info, ANY_ADDRESS, read.get(), kReadLength);
     if (result == 0) {
-        request.data[3] = LowByte(ResponseBuffer[2] * kBlock);
-        result = Transact(STORAGE_CMD, Read_FRU_info, ANY_ADDRESS);
+        read[kReadLength - 1] = LowByte(ResponseBuffer[2] * kBlock);
+        result = Transact(STORAGE_CMD, Read_FRU_info, ANY_ADDRESS, read.get(), kReadLength);
     }
-    ClearRequest();
+    request = {};
     return result == 0 && ResponseBuffer[1] == kAreaVersion ? 0 : -1;
 }
 

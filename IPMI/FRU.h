@@ -156,7 +156,6 @@ private:
 
     // The operations' own helpers, not exported.
     struct FieldReader;
-    TALVANE_LOCAL void ClearRequest();
     TALVANE_LOCAL int ReadArea(int offset);
     TALVANE_LOCAL int EndArea(bool decoded);
     TALVANE_LOCAL int CopyField(char (&text)[64], char* out);

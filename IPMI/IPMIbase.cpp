@@ -14,8 +14,8 @@
 #include <cstddef>
 #include <cstdint>
 #include <cstring>
-#include <memory>
 
+#include "IPMI/RequestData.h"
 #include "PortIo.h"
 
 int hDevice = -1;
@@ -116,23 +116,19 @@ int IPMIbase::IpmiSrtringCopy(char* destination, char* source, int destinationSi
     return 0;
 }
 
-void IPMIbase::AllocateData(std::initializer_list<unsigned char> data) {
-    request.data = data.size() == 0 ? nullptr : new unsigned char[data.size()];
-    request.dataLength = static_cast<int>(data.size());
-    std::copy(data.begin(), data.end(), request.data);
-}
-
-int IPMIbase::Transact(int netFn, int code, int responder) {
+int IPMIbase::Transact(int netFn, int code, int responder, unsigned char* data, int length) {
     request.cmdType = static_cast<unsigned char>(code);
     request.rsSa = static_cast<unsigned char>(responder);
     request.busType = PUBLIC_BUS;
     request.netFn = static_cast<unsigned char>(netFn);
     request.rsLun = BMC_LUN;
+    request.data = data;
+    request.dataLength = length;
     ClearResponse();
     unsigned char completion = 0;
-    int length = 0;
+    int responseLength = 0;
     // Result not used: a request that the driver refuses reads as a response of zeros.
-    (void)SendTimedImbpRequest(&request, kTimeout, ResponseBuffer, &length, &completion);
+    (void)SendTimedImbpRequest(&request, kTimeout, ResponseBuffer, &responseLength, &completion);
     // Kept: the transport leaves this byte alone; an agent's own transport may write it.
     return completion == 0 ? 0 : -1;
 }
@@ -141,17 +137,10 @@ void IPMIbase::ClearResponse() {
     std::memset(ResponseBuffer, 0, RESPONSE_SIZE);
 }
 
-void IPMIbase::ReleaseData() {
-    delete[] request.data;
-    request.data = nullptr;
-}
-
 int IPMIbase::ExchangeUnchecked(int netFn, int code, int responder,
                                 std::initializer_list<unsigned char> data) {
-    AllocateData(data);
-    // Held here as well: a call from within the request may put its own data into the record.
-    const std::unique_ptr<unsigned char[]> sent(request.data);
-    const int result = Transact(netFn, code, responder);
+    const RequestData sent = CopyOf(data);
+    const int result = Transact(netFn, code, responder, sent.get(), static_cast<int>(data.size()));
     request.data = nullptr;
     return result;
 }

@@ -144,11 +144,8 @@ protected:
     TALVANE_LOCAL int ExchangeUnchecked(int netFn, int code, int responder,
                                         std::initializer_list<unsigned char> data);
 
-    // The parts of an exchange: a copy of `data` in the request, the exchange with what is there,
-    // and its release.
-    TALVANE_LOCAL void AllocateData(std::initializer_list<unsigned char> data);
-    TALVANE_LOCAL int Transact(int netFn, int code, int responder);
-    TALVANE_LOCAL void ReleaseData();
+    // Request and response alone. The caller frees the data, to which the record points on return.
+    TALVANE_LOCAL int Transact(int netFn, int code, int responder, unsigned char* data, int length);
 
     TALVANE_LOCAL void ClearResponse();
 

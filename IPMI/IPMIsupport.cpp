@@ -4,7 +4,19 @@
 
 #include "IPMI/IPMIsupport.h"
 
+#include <utility>
+
 #include "Bytes.h"
+#include "IPMI/RequestData.h"
+
+namespace {
+
+// Of the watchdog timer, in milliseconds.
+constexpr int kShortestTimeOut = 10000;
+constexpr int kLongestTimeOut = 999000;
+constexpr int kTick = 100;
+
+}  // namespace
 
 IPMIsupport::IPMIsupport() {
     (void)InitIpmiBase();  // result not used: IsInitOK tells
@@ -35,14 +47,6 @@ int IPMIsupport::GetTemSensorsNum() {
     return sensor.IsInitOK() != 0 ? sensor.TSInfo.quantity : 0;
 }
 
-namespace {
-
-constexpr int kShortestTimeOut = 10000;
-constexpr int kLongestTimeOut = 999000;
-constexpr int kTick = 100;  // milliseconds
-
-}  // namespace
-
 int IPMIsupport::SetWatchDogTimer(unsigned char timerAction, int timeOutValue) {
     if (IsInitOK() == 0) return -1;
     if (timeOutValue < kShortestTimeOut || timeOutValue > kLongestTimeOut) return -1;
@@ -68,7 +72,14 @@ int IPMIsupport::ResetWatchDogTimer() {
     return Exchange(APP_CMD, reset_watchdog_timer, BMC_ADDRESS, {});
 }
 
-// One request of a command that changes the controller's settings.
+// One request of a command that changes the controller's settings. Kept: the record of a request
+// that is refused goes on pointing at its data.
 int IPMIsupport::Request(int netFn, int code, std::initializer_list<unsigned char> data) {
-    return ExchangeUnchecked(netFn, code, BMC_ADDRESS, data);
+    RequestData sent = CopyOf(data);
+    if (Transact(netFn, code, BMC_ADDRESS, sent.get(), static_cast<int>(data.size())) != 0) {
+        KeepRefused(std::move(sent));
+        return -1;
+    }
+    request.data = nullptr;
+    return 0;
 }

@@ -88,9 +88,15 @@ TEST_F(Completion, ARefusedChannelReleasesItsRequest) {
     EXPECT_EQ(sent, 2) << "the search ends with the first failure";
 }
 
-TEST_F(Completion, ARefusedSettingReleasesItsRequest) {
+TEST_F(Completion, TheRecordOfARefusedSettingGoesOnPointingAtItsData) {
     EXPECT_EQ(support->SetWatchDogTimer(1, 10000), -1);
-    EXPECT_EQ(support->request.data, nullptr);
+    ASSERT_NE(support->request.data, nullptr);
+    EXPECT_EQ(support->request.data[4], 100);
+    EXPECT_EQ(support->SetWatchDogTimer(1, 20000), -1);
+    ASSERT_NE(support->request.data, nullptr);
+    EXPECT_EQ(support->request.data[4], 200);
+    EXPECT_EQ(support->ResetWatchDogTimer(), -1);
+    EXPECT_EQ(support->request.data, nullptr) << "until the next request";
 }
 
 TEST_F(Completion, ALanSettingRefusedAtTheSubnetMaskHasSentFiveRequests) {
@@ -98,20 +104,24 @@ TEST_F(Completion, ALanSettingRefusedAtTheSubnetMaskHasSentFiveRequests) {
     const LANParameter lan{1, {192, 168, 0, 7}, {0, 1, 2, 3, 4, 5}, {255, 255, 255, 0}};
     EXPECT_EQ(support->SetLANParameter(lan), -1);
     EXPECT_EQ(sent, 5);
-    EXPECT_EQ(support->request.data, nullptr);
+    ASSERT_NE(support->request.data, nullptr);
+    EXPECT_EQ(support->request.data[1], 6) << "the mask's selector";
 }
 
 TEST_F(Completion, ARefusedUserNameSendsNoPassword) {
     EXPECT_EQ(support->SetUserInfo(2, "admin", nullptr), -1);
     EXPECT_EQ(sent, 1);
-    EXPECT_EQ(support->request.data, nullptr);
+    ASSERT_NE(support->request.data, nullptr);
+    EXPECT_EQ(support->request.data[1], 'a');
 }
 
 TEST_F(Completion, ARefusedPasswordFails) {
     refuseFrom = 2;
     EXPECT_EQ(support->SetUserInfo(2, "admin", nullptr), -1);
     EXPECT_EQ(sent, 2);
-    EXPECT_EQ(support->request.data, nullptr);
+    ASSERT_NE(support->request.data, nullptr);
+    EXPECT_EQ(support->request.data[0], 2);
+    EXPECT_EQ(support->request.data[1], 0);
 }
 
 TEST_F(Completion, ARefusedInventoryClearsItsRequest) {

@@ -8,6 +8,8 @@
 
 namespace {
 
+using ::testing::ElementsAre;
+
 constexpr int kSensors = 60;
 constexpr int kInnerRecords = 2;
 
@@ -116,6 +118,30 @@ TEST_F(NestedWalk, ARequestWithinARequestReleasesItsOwnDataOnly) {
     unsigned char reading = 0;
     EXPECT_EQ(Sensors().ReadSensor(2, reading), 0);
     EXPECT_EQ(Sensors().request.data, nullptr) << "and what another one left there is not freed";
+}
+
+IPMIsupport* entered = nullptr;
+
+TEST_F(NestedWalk, ARequestWithinTheReadingOfAnAreaLeavesItsSecondOne) {
+    entered = &Support();
+    bmc.setInventory(sim::Bytes(64, 1));
+    server.during("ioctl", [] { (void)entered->fru.GetFRU(); });
+    EXPECT_EQ(Support().fru.GetBoardInfo(), 0);
+    EXPECT_THAT(bmc.requestTexts(),
+                ElementsAre("Get FRU Inventory Area Info 00", "Read FRU Data 00 00 00 02",
+                            "Read FRU Data 00 00 00 08"));
+}
+
+TEST_F(NestedWalk, ARequestWithinTheSettingOfAUserLeavesItsSecondOne) {
+    entered = &Support();
+    server.during("ioctl", [] { (void)entered->SetWatchDogTimer(1, 10000); });
+    EXPECT_EQ(Support().SetUserInfo(2, "abcdefghijklmnop", nullptr), 0);
+    EXPECT_THAT(
+        bmc.requestTexts(),
+        ElementsAre("Set Watchdog Timer 04 01 00 00 64 00",
+                    "Get Channel Info 02 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70",
+                    "Set User Password 02 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));
+    EXPECT_EQ(Support().request.data, nullptr);
 }
 
 }  // namespace

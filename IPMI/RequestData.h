@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+//
+// Who owns the data of a request. The request record only points there: a call from within the
+// request may put its own data into the record.
+#ifndef TALVANE_IPMI_REQUESTDATA_H
+#define TALVANE_IPMI_REQUESTDATA_H
+
+#include <algorithm>
+#include <initializer_list>
+#include <memory>
+
+using RequestData = std::unique_ptr<unsigned char[]>;
+
+// Null for no bytes.
+inline RequestData CopyOf(std::initializer_list<unsigned char> bytes) {
+    if (bytes.size() == 0) return nullptr;
+    RequestData copy(new unsigned char[bytes.size()]);
+    std::copy(bytes.begin(), bytes.end(), copy.get());
+    return copy;
+}
+
+// Takes over the data of a refused setting, to which the record of that request goes on pointing,
+// until the next one is refused.
+void KeepRefused(RequestData data);
+
+#endif
