@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "IPMI/IPMIsupport.h"
+#include "ReentryGuard.h"
 #include "Talvane.h"
 
 int NoEnterIPMI = 0;
@@ -17,11 +18,15 @@ int IPMIGetSensorInfoOK = 0;
 namespace {
 
 IPMIsupport* pIPMI = nullptr;
+int creating = 0;
 
 }  // namespace
 
 IPMIsupport& Ipmi() {
-    if (pIPMI == nullptr) pIPMI = new IPMIsupport;
+    if (pIPMI == nullptr) {
+        const ReentryGuard guard(creating);
+        pIPMI = new IPMIsupport;
+    }
     return *pIPMI;
 }
 
@@ -31,5 +36,6 @@ void ReleaseIpmi() {
 }
 
 int IsIpmiSupport(void) {
+    if (creating != 0) return 0;  // a call from within the creation: there is no second object
     return Ipmi().IsInitOK() != 0 ? 1 : 0;
 }

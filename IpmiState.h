@@ -17,7 +17,7 @@ extern int NoEnterWatchDogTimer;
 // afterwards has no sensors.
 extern int IPMIGetSensorInfoOK;
 
-// Created on first use.
+// Created on first use. REQUIRES: not called from within the creation, where IsIpmiSupport is 0.
 IPMIsupport& Ipmi();
 
 // Frees the object; the next use creates another.

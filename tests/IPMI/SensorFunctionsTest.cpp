@@ -3,13 +3,12 @@
 // GetIpmiInfo: its guards, the reading of the repository and the records.
 
 #include <cstring>
+#include <string>
 
 #include "Talvane.h"
 #include "support/IpmiTest.h"
 
 namespace {
-
-using ::testing::SizeIs;
 
 // A record, and bytes behind it that no call may touch.
 template <class Record>
@@ -171,7 +170,27 @@ TEST_F(SensorQuery, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
     EXPECT_EQ(fan.max[0], 0x5A);
     EXPECT_EQ(fan.speed[8], 0x5A) << "behind the terminator";
     EXPECT_EQ(fan.sti.readableFlag, 0x5A);
+    EXPECT_EQ(fan.sti.MaxThreshold, 0.0) << "written, though no threshold";
+    EXPECT_EQ(fan.sti.MinThreshold, 0.0);
     EXPECT_EQ(fans.record.fan[1].sensorNumber, 0x5A);
+}
+
+TEST_F(SensorQuery, OfVoltagesAndTemperaturesTooWhatIsNotWrittenStays) {
+    Add(Voltage("V", 0x20), 165);
+    Add(Temperature("T", 0x10), 42);
+    std::memset(&voltages.record, 0x5A, sizeof voltages.record);
+    std::memset(&temperatures.record, 0x5A, sizeof temperatures.record);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
+    EXPECT_EQ(voltages.record.voltage[0].status, 0x5A);
+    EXPECT_EQ(voltages.record.voltage[0].sti.settableFlag, 0x5A);
+    EXPECT_EQ(voltages.record.voltage[1].sensorNumber, 0x5A);
+    const TEMPERATURE_PROBE& temperature = temperatures.record.temperature[0];
+    EXPECT_EQ(temperature.status, 0x5A);
+    EXPECT_EQ(std::string(temperature.min, 16), std::string(16, 0x5A));
+    EXPECT_EQ(std::string(temperature.max, 16), std::string(16, 0x5A));
+    EXPECT_EQ(temperature.sti.settableFlag, 0x5A);
+    EXPECT_EQ(temperatures.record.temperature[1].sensorNumber, 0x5A);
 }
 
 TEST_F(SensorQuery, TheRepositoryIsReadOnce) {
@@ -228,63 +247,6 @@ TEST_F(SensorQuery, AnInventoryQueryMayRunInside) {
     });
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
     EXPECT_EQ(nested, -1) << "no SMBIOS here, and not busy";
-}
-
-TEST_F(SensorQuery, AfterAReleaseNoSensorIsKnown) {
-    Add(Fan("F", 0x30), 70);
-    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
-    const std::size_t opened = server.log().count("open");
-    EXPECT_EQ(release(), 0);
-    EXPECT_EQ(server.log().count("close"), 3u);
-    EXPECT_EQ(IsIpmiSupport(), 1) << "the interface was found before";
-    EXPECT_EQ(server.log().count("open"), opened);
-    bmc.forgetRequests();
-    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1);
-    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1) << "not busy";
-    EXPECT_THAT(bmc.requests(), SizeIs(0)) << "the repository is not read again";
-}
-
-TEST_F(SensorQuery, ReleasingTwiceIsHarmless) {
-    EXPECT_EQ(IsIpmiSupport(), 1);
-    EXPECT_EQ(release(), 0);
-    EXPECT_EQ(release(), 0);
-    EXPECT_EQ(server.log().count("close"), 3u);
-}
-
-class WithoutIpmi : public ::testing::Test {
-protected:
-    sim::SimulatedServer server;
-};
-
-TEST_F(WithoutIpmi, TheFirstQueryFailsAndEveryLaterOneIsBusy) {
-    FanInformation fans{};
-    EXPECT_EQ(IsIpmiSupport(), 0);
-    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
-    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);
-    EXPECT_EQ(GetIpmiInfo(0, &fans), 1);
-}
-
-TEST_F(WithoutIpmi, TheDeviceIsTriedByEachPartOfTheObjectOnce) {
-    EXPECT_EQ(IsIpmiSupport(), 0);
-    EXPECT_EQ(IsIpmiSupport(), 0);
-    EXPECT_EQ(server.log().count("open"), 3u);
-}
-
-TEST_F(WithoutIpmi, EveryOtherFunctionFails) {
-    unsigned char byte = 0;
-    int number = 0;
-    SensorThresholdInformation thresholds{};
-    EXPECT_EQ(SetWatchDogTimer(1, 10000), -1);
-    EXPECT_EQ(ResetWatchDogTimer(), -1);
-    EXPECT_EQ(StopWatchDogTimer(), -1);
-    EXPECT_EQ(GetWatchDogTimer(&byte, &number, &number), -1);
-    EXPECT_EQ(GetBMCVersion(&byte, &byte), -1);
-    EXPECT_EQ(GetAllThresholdInfo(&thresholds), -1);
-    EXPECT_EQ(GetThresholdInfo(3, 1, &thresholds), -1);
-    EXPECT_EQ(SetThresholdInfo(3, 1, 0, 1.0), -1);
-    EXPECT_EQ(SetThresholdInfo(3, 1, 0, 1.0), -1) << "not busy";
-    FanInformation fans{};
-    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1) << "no flag was left set";
 }
 
 }  // namespace

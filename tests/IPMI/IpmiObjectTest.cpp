@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+//
+// The one IPMI object of the process: made on first use, freed by release.
+
+#include <new>
+
+#include "Talvane.h"
+#include "support/IpmiTest.h"
+
+namespace {
+
+using ::testing::Each;
+using ::testing::SizeIs;
+
+int nested[7];
+
+class IpmiObject : public IpmiTest {
+protected:
+    FanInformation fans{};
+};
+
+TEST_F(IpmiObject, IsThereOnceAlsoWhenAskedForWithinItsCreation) {
+    server.during("open", [] { nested[0] = IsIpmiSupport(); });
+    EXPECT_EQ(IsIpmiSupport(), 1);
+    EXPECT_EQ(nested[0], 0) << "not ready yet";
+    EXPECT_EQ(IsIpmiSupport(), 1);
+    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(server.log().count("close"), 3u) << "of one object";
+}
+
+TEST_F(IpmiObject, ServesNoFunctionWithinItsCreation) {
+    Add(Fan("F", 0x30), 70);
+    server.during("open", [] {
+        unsigned char byte = 0;
+        int number = 0;
+        SensorThresholdInformation list;
+        nested[0] = SetWatchDogTimer(1, 10000);
+        nested[1] = ResetWatchDogTimer();
+        nested[2] = StopWatchDogTimer();
+        nested[3] = GetWatchDogTimer(&byte, &number, &number);
+        nested[4] = GetBMCVersion(&byte, &byte);
+        nested[5] = GetAllThresholdInfo(&list);
+        nested[6] = SetThresholdInfo(3, 1, 0, 1.0);
+    });
+    EXPECT_EQ(IsIpmiSupport(), 1);
+    EXPECT_THAT(nested, Each(-1));
+    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0) << "no flag was left set";
+}
+
+TEST_F(IpmiObject, IsMadeByALaterCallWhenMemoryRanOut) {
+    constexpr int kAllocations = 4;  // its own and those of its response buffers
+    for (int nth = 1; nth <= kAllocations; ++nth) {
+        server.failAllocation(nth);
+        EXPECT_THROW(IsIpmiSupport(), std::bad_alloc) << nth;
+    }
+    EXPECT_EQ(IsIpmiSupport(), 1);
+}
+
+TEST_F(IpmiObject, LeavesNoQueryBusyWhenMemoryRanOut) {
+    Add(Fan("F", 0x30), 70);
+    server.failAllocation(1);
+    EXPECT_THROW(GetIpmiInfo(TALVANE_FANS, &fans), std::bad_alloc);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
+    EXPECT_EQ(fans.quantity, 1);
+}
+
+TEST_F(IpmiObject, AfterAReleaseNoSensorIsKnown) {
+    Add(Fan("F", 0x30), 70);
+    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
+    const std::size_t opened = server.log().count("open");
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(server.log().count("close"), 3u);
+    EXPECT_EQ(IsIpmiSupport(), 1) << "the interface was found before";
+    EXPECT_EQ(server.log().count("open"), opened);
+    bmc.forgetRequests();
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1) << "not busy";
+    EXPECT_THAT(bmc.requests(), SizeIs(0)) << "the repository is not read again";
+}
+
+TEST_F(IpmiObject, ReleasingTwiceIsHarmless) {
+    EXPECT_EQ(IsIpmiSupport(), 1);
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(release(), 0);
+    EXPECT_EQ(server.log().count("close"), 3u);
+}
+
+}  // namespace
