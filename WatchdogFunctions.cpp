@@ -12,7 +12,7 @@ int SetWatchDogTimer(int timerAction, int timeOutValue) {
     if (IsIpmiSupport() == 0) return kFailure;
     ReentryGuard watchdog(NoEnterWatchDogTimer);
     if (NoEnterIPMI != 0) {
-        watchdog.LeaveSet();  // Kept: sensor queries are answered busy until a later call succeeds.
+        watchdog.LeaveSet();  // Kept: sensor queries are answered busy until a later call is done.
         return kBusy;
     }
     const ReentryGuard ipmi(NoEnterIPMI);

@@ -73,9 +73,13 @@ TEST_F(Controller, TheFirmwareRevisionIsTwoNumbers) {
     EXPECT_EQ(major, 1);
     EXPECT_EQ(minor, 25);
     EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Device ID"));
+    bmc.setFirmware(0xFF, 0x1F);
+    EXPECT_EQ(Support().GetDeviceID(&major, &minor), 0);
+    EXPECT_EQ(major, 0x7F);
+    EXPECT_EQ(minor, 25) << "10 and 15: the digits are not checked";
     EXPECT_EQ(Support().GetDeviceID(nullptr, &minor), -1);
     EXPECT_EQ(Support().GetDeviceID(&major, nullptr), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(1));
+    EXPECT_THAT(bmc.requests(), SizeIs(2));
 }
 
 TEST_F(Controller, AChannelIsDescribedUnderTheNumberThatWasAskedFor) {
@@ -99,6 +103,14 @@ TEST_F(Controller, TheLanChannelIsLookedForUpToTheFirst) {
     EXPECT_EQ(channel.channelMediatype, 4);
     EXPECT_THAT(bmc.requestTexts(),
                 ElementsAre("Get Channel Info 01", "Get Channel Info 02", "Get Channel Info 03"));
+}
+
+TEST_F(Controller, ALanChannelIsOneWhoseWholeMediumByteSaysSo) {
+    bmc.setChannel(2, {0x84, 1});
+    bmc.setChannel(5, {4, 1});
+    ChannelInfo channel{};
+    EXPECT_EQ(Support().GetLANChannelInfo(&channel), 0);
+    EXPECT_EQ(channel.channelNumber, 5);
 }
 
 TEST_F(Controller, WithoutALanChannelTheSeventhIsTheAnswer) {
@@ -141,6 +153,37 @@ TEST_F(Controller, ALanChannelIsSetInTwelveSteps) {
     EXPECT_EQ(bmc.requests()[0].netFn, 0x0C);
     EXPECT_EQ(bmc.lan().at({1, 3}), (sim::Bytes{192, 168, 0, 7}));
     EXPECT_EQ(Support().request.rsSa, 0x20);
+}
+
+TEST_F(Controller, TheNumberOfALanChannelGoesOutAsItStands) {
+    LANParameter lan{};
+    lan.channelNumber = 0xFE;
+    EXPECT_EQ(Support().SetLANParameter(lan), 0);
+    for (const sim::BmcRequest& request : bmc.requests()) EXPECT_EQ(request.data[0], 0xFE);
+}
+
+TEST_F(Controller, EveryCommandGoesToTheControllerOnThePublicBus) {
+    int number = 0;
+    unsigned char byte = 0;
+    ChannelInfo channel{};
+    const auto ask = [&](auto command) {
+        Support().request.busType = Sensors().request.busType = 7;
+        Support().request.rsLun = Sensors().request.rsLun = 7;
+        bmc.forgetRequests();
+        EXPECT_EQ(command(Support()), 0);
+        for (const sim::BmcRequest& request : bmc.requests()) {
+            EXPECT_EQ(request.bus, 0) << request.text();
+            EXPECT_EQ(request.lun, 0) << request.text();
+        }
+        return bmc.requests().size();
+    };
+    EXPECT_EQ(ask([](IPMIsupport& s) { return s.SetWatchDogTimer(1, 10000); }), 1u);
+    EXPECT_EQ(ask([&](IPMIsupport& s) { return s.GetWatchDogTimer(number, number, number); }), 1u);
+    EXPECT_EQ(ask([](IPMIsupport& s) { return s.ResetWatchDogTimer(); }), 1u);
+    EXPECT_EQ(ask([&](IPMIsupport& s) { return s.GetDeviceID(&byte, &byte); }), 1u);
+    EXPECT_EQ(ask([&](IPMIsupport& s) { return s.GetChannelInfo(1, &channel); }), 1u);
+    EXPECT_EQ(ask([](IPMIsupport& s) { return s.SetUserInfo(2, "admin", nullptr); }), 2u);
+    EXPECT_EQ(ask([](IPMIsupport& s) { return s.SetLANParameter({}); }), 12u);
 }
 
 TEST_F(Controller, WithoutAControllerEveryCommandFails) {

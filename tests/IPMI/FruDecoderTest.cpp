@@ -60,6 +60,8 @@ TEST_F(FruDecoder, SixBitTextsOfUpToTwoBytesDecodeOneGroup) {
     EXPECT_EQ(Decode(2, ""), Text("    "));
     // b0: 0x21 -> 0x41; second: b0 alone -> 0x41; the others -> blanks.
     EXPECT_EQ(Decode(2, "\x21"), Text("AA  "));
+    // Of b0 the low six bits alone, in both.
+    EXPECT_EQ(Decode(2, "\xE1"), Text("AA  "));
     // b1 = 0xF3: second ((0xF3 * 4) & 0x3C) | 0x21 = 0x2D -> 'M'; third 0x0F -> '/'.
     EXPECT_EQ(Decode(2, "\x21\xF3"), Text("AM/ "));
 }

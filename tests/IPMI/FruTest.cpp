@@ -2,6 +2,8 @@
 //
 // Reading the inventory device.
 
+#include <cstring>
+#include <new>
 #include <string>
 #include <vector>
 
@@ -9,6 +11,7 @@
 
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
@@ -113,6 +116,31 @@ TEST_F(Inventory, TheRequestRecordIsClearedAfterwards) {
     EXPECT_EQ(Fru().ResponseBuffer[1], 0) << "and so is the response";
 }
 
+TEST_F(Inventory, TheRequestRecordIsClearedAfterEachPart) {
+    PlaceAll();
+    using Part = int (FRU::*)();
+    for (const Part part : {&FRU::GetFRU, &FRU::GetCommonHeaderInfo, &FRU::GetBoardInfo,
+                            &FRU::GetChassisInfo, &FRU::GetProductInfo}) {
+        EXPECT_EQ((Fru().*part)(), 0);
+        EXPECT_EQ(Fru().request.cmdType, 0);
+        EXPECT_EQ(Fru().request.rsSa, 0);
+        EXPECT_EQ(Fru().request.netFn, 0);
+        EXPECT_EQ(Fru().request.data, nullptr);
+        EXPECT_EQ(Fru().request.dataLength, 0);
+    }
+}
+
+TEST_F(Inventory, TheResponseIsClearedAfterEachArea) {
+    PlaceAll();
+    ASSERT_EQ(Fru().GetCommonHeaderInfo(), 0);
+    EXPECT_EQ(Fru().ResponseBuffer[1], 1) << "the header stays there";
+    using Part = int (FRU::*)();
+    for (const Part part : {&FRU::GetBoardInfo, &FRU::GetChassisInfo, &FRU::GetProductInfo}) {
+        EXPECT_EQ((Fru().*part)(), 0);
+        EXPECT_THAT(sim::Bytes(Fru().ResponseBuffer, Fru().ResponseBuffer + 256), Each(0));
+    }
+}
+
 TEST_F(Inventory, SizeAccessModeAndOffsetsAreKept) {
     bmc.intercept([](const sim::BmcRequest& request) {
         return request.command == 0x10 ? sim::Bytes{0x34, 0x12, 0xFF}
@@ -137,8 +165,10 @@ TEST_F(Inventory, FixedBytesAndFieldHeadsAreKept) {
     EXPECT_EQ(Fru().BoardInfo.boardInfoAreaLength, 32);
     EXPECT_EQ(Fru().BoardInfo.ManufacturerInfo.typeCode, 3);
     EXPECT_EQ(Fru().BoardInfo.ManufacturerInfo.manufacturerBytesLen, 5);
+    EXPECT_EQ(Fru().ChassisInfo.version, 1);
     EXPECT_EQ(Fru().ChassisInfo.chassisType, 0x17);
     EXPECT_EQ(Fru().ChassisInfo.chassisInfoAreaLength, 24);
+    EXPECT_EQ(Fru().ProductInfo.version, 1);
     EXPECT_EQ(Fru().ProductInfo.AssetTagInfo.AssetTagInfoBytesLen, 4);
     EXPECT_EQ(Fru().ProductInfo.productInfoAreaLength, 40);
 }
@@ -170,9 +200,12 @@ TEST_F(Inventory, SerialNumbersAreEnglishInEveryArea) {
           OtherArea(Field("abc") + Field("abc") + Field("abc") + Field("abc") + Field("abc"), 1));
     ASSERT_EQ(Support().GetFRUInfo(), 0);
     EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated("ab"));
+    EXPECT_EQ(AskText(&IPMIsupport::GetBoardProductName), Terminated("ab"));
     EXPECT_EQ(AskText(&IPMIsupport::GetBoardSerialNumber), Terminated("abc"));
     EXPECT_EQ(AskText(&IPMIsupport::GetBoardPartNumber), Terminated("ab"));
     EXPECT_EQ(AskText(&IPMIsupport::GetChassisPartNumber), Terminated("abc"));
+    EXPECT_EQ(AskText(&IPMIsupport::GetProductManufacturerName), Terminated("ab"));
+    EXPECT_EQ(AskText(&IPMIsupport::GetProductName), Terminated("ab"));
     EXPECT_EQ(AskText(&IPMIsupport::GetProductPartName), Terminated("ab"));
     EXPECT_EQ(AskText(&IPMIsupport::GetProductSerialNumber), Terminated("abc"));
     EXPECT_EQ(AskText(&IPMIsupport::GetProductAssetTag), Terminated("\xC3"
@@ -219,6 +252,36 @@ TEST_F(Inventory, AShorterTextLeavesTheTailOfTheOneBefore) {
     EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated("Zzker"));
 }
 
+TEST_F(Inventory, AnAreaOfAnotherVersionLeavesTheOneBefore) {
+    PlaceAll();
+    ASSERT_EQ(Support().GetFRUInfo(), 0);
+    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        if (request.command == 0x10 || request.data[3] == 8) return std::nullopt;
+        return sim::Bytes{24, 2, 3, 9, 0xC2, 'X', 'Y', 0xC2, 'X', 'Y', 0xC2, 'X', 'Y'};
+    });
+    ASSERT_EQ(Support().GetFRUInfo(), 0);
+    EXPECT_EQ(Fru().BoardInfo.version, 1);
+    EXPECT_EQ(Fru().BoardInfo.boardInfoAreaLength, 32);
+    EXPECT_EQ(Fru().BoardInfo.languageCode, 0);
+    EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated("Maker"));
+    EXPECT_EQ(Fru().ChassisInfo.version, 1);
+    EXPECT_EQ(Fru().ChassisInfo.chassisType, 0x17);
+    EXPECT_EQ(AskText(&IPMIsupport::GetChassisPartNumber), Terminated("CH-PN"));
+    EXPECT_EQ(Fru().ProductInfo.version, 1);
+    EXPECT_EQ(AskText(&IPMIsupport::GetProductName), Terminated("Server"));
+}
+
+TEST_F(Inventory, LengthsOfAreasAreCountedPastAByte) {
+    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{1, 1, 0xFF}; });
+    EXPECT_EQ(Fru().GetBoardInfo(), 0);
+    EXPECT_EQ(Fru().GetChassisInfo(), 0);
+    EXPECT_EQ(Fru().GetProductInfo(), 0);
+    EXPECT_EQ(Fru().BoardInfo.boardInfoAreaLength, 2040);
+    EXPECT_EQ(Fru().ChassisInfo.chassisInfoAreaLength, 2040);
+    EXPECT_EQ(Fru().ProductInfo.productInfoAreaLength, 2040);
+    EXPECT_EQ(bmc.requests()[1].data[3], 0xF8) << "not so the count that is asked for";
+}
+
 TEST_F(Inventory, FieldsPastTheResponseReadAsZeros) {
     bmc.intercept([](const sim::BmcRequest&) {
         sim::Bytes response(256, 0xFF);  // fields of 63 bytes, 256 of them
@@ -246,16 +309,29 @@ TEST_F(Inventory, WithoutAControllerNothingIsRead) {
     EXPECT_THAT(bmc.requests(), SizeIs(0));
 }
 
+using Getter = int (FRU::*)(char*);
+constexpr Getter kGetters[] = {
+    &FRU::GetBoardManufacturer,       &FRU::GetBoardProductName,  &FRU::GetBoardSerialNumber,
+    &FRU::GetBoardPartNumber,         &FRU::GetChassisPartNumber, &FRU::GetChassisSerialNumber,
+    &FRU::GetProductManufacturerName, &FRU::GetProductName,       &FRU::GetProductPartName,
+    &FRU::GetProductSerialNumber,     &FRU::GetProductVersion,    &FRU::GetProductAssetTag,
+};
+
 TEST_F(Inventory, NullPointersAreRefused) {
-    using Getter = int (IPMIsupport::*)(char*);
-    for (const Getter getter :
-         {&IPMIsupport::GetBoardManufacturer, &IPMIsupport::GetBoardProductName,
-          &IPMIsupport::GetBoardSerialNumber, &IPMIsupport::GetBoardPartNumber,
-          &IPMIsupport::GetChassisPartNumber, &IPMIsupport::GetChassisSerialNumber,
-          &IPMIsupport::GetProductManufacturerName, &IPMIsupport::GetProductName,
-          &IPMIsupport::GetProductPartName, &IPMIsupport::GetProductSerialNumber,
-          &IPMIsupport::GetProductVersion, &IPMIsupport::GetProductAssetTag})
-        EXPECT_EQ((Support().*getter)(nullptr), -1);
+    for (const Getter getter : kGetters) EXPECT_EQ((Fru().*getter)(nullptr), -1);
+}
+
+TEST_F(Inventory, TextsAreEmptyWhateverTheMemoryHeldBefore) {
+    alignas(FRU) unsigned char memory[sizeof(FRU)];
+    std::memset(memory, 0xA5, sizeof memory);
+    FRU* const fru = new (memory) FRU;
+    for (const Getter getter : kGetters)
+        EXPECT_EQ(AskWith(Buffer::marked, [&](char* out) { return (fru->*getter)(out); }),
+                  Terminated(""));
+    EXPECT_EQ(fru->ProductInfo.ProductVersionInfo.ProductVersionBytesLen, 0);
+    EXPECT_EQ(fru->ChassisInfo.chassisType, 0);
+    EXPECT_EQ(fru->BoardInfo.boardInfoAreaLength, 0);
+    fru->~FRU();
 }
 
 }  // namespace

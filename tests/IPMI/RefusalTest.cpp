@@ -15,7 +15,9 @@
 
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::SizeIs;
 
 constexpr int kResetWatchdog = 0x22;
 constexpr int kSetWatchdog = 0x24;
@@ -24,9 +26,12 @@ constexpr int kSetThresholds = 0x26;
 constexpr int kGetDeviceId = 0x01;
 constexpr int kRepositoryInfo = 0x20;
 constexpr int kGetRecord = 0x23;
+constexpr int kInventoryInfo = 0x10;
+constexpr int kReadInventory = 0x11;
 
 // Without a network function: none of these commands has a number that another one has.
 std::vector<int> sent;
+std::vector<int> responders;
 std::map<int, int> refusals;     // the command, and which of its requests is refused
 std::map<int, int> sentPerCode;  // so far
 
@@ -36,6 +41,7 @@ int IPMIbase::SendTimedImbpRequest(IMBPREQUESTDATA* imbRequest, int, unsigned ch
                                    unsigned char* completionCode) {
     const int code = imbRequest->cmdType;
     sent.push_back(code);
+    responders.push_back(imbRequest->rsSa);
     const auto refusal = refusals.find(code);
     if (++sentPerCode[code]; refusal != refusals.end() && sentPerCode[code] == refusal->second)
         *completionCode = 0xCC;
@@ -136,9 +142,40 @@ TEST_F(Refusal, OfAThresholdWritesNoLaterSensor) {
 
 TEST_F(Refusal, OfTheInventoryReadsNoHeader) {
     IPMIsupport support;
-    refusals = {{0x10, 1}};
+    refusals = {{kInventoryInfo, 1}};
     EXPECT_EQ(support.GetFRUInfo(), -1);
-    EXPECT_THAT(sent, ElementsAre(0x10));
+    EXPECT_THAT(sent, ElementsAre(kInventoryInfo));
+}
+
+TEST_F(Refusal, OfTheInventorysHeaderReadsNoArea) {
+    IPMIsupport support;
+    refusals = {{kReadInventory, 1}};
+    EXPECT_EQ(support.GetFRUInfo(), -1);
+    EXPECT_THAT(sent, ElementsAre(kInventoryInfo, kReadInventory));
+}
+
+TEST_F(Refusal, OfAnAreaLeavesItAndReadsTheOthers) {
+    constexpr int kHead = 2;   // behind the header, the board's first request
+    constexpr int kWhole = 3;  // and its second
+    for (const int request : {kHead, kWhole}) {
+        IPMIsupport support;
+        support.fru.BoardInfo.version = 7;
+        support.fru.BoardInfo.ManufacturerInfo.manufacturer[0] = 'M';
+        sent.clear();
+        sentPerCode.clear();
+        refusals = {{kReadInventory, request}};
+        EXPECT_EQ(support.GetFRUInfo(), 0);
+        EXPECT_EQ(support.fru.BoardInfo.version, 7);
+        EXPECT_EQ(support.fru.BoardInfo.ManufacturerInfo.manufacturer[0], 'M');
+        EXPECT_EQ(sentPerCode[kReadInventory], request + 4) << "two for each other area";
+    }
+}
+
+TEST_F(Refusal, OfNoneShowsThatInventoryRequestsNameAnyResponder) {
+    IPMIsupport support;
+    EXPECT_EQ(support.GetFRUInfo(), 0);
+    EXPECT_THAT(responders, SizeIs(8));
+    EXPECT_THAT(responders, Each(0xFF));
 }
 
 }  // namespace

@@ -184,10 +184,16 @@ TEST_F(StatusDescription, IsEmptyWithoutAController) {
     EXPECT_EQ(Ask(&Sensor::GetFanStatusDescription, 0), Terminated(""));
 }
 
-TEST_F(StatusDescription, ANullPointerIsRefused) {
+TEST_F(StatusDescription, ANullPointerIsRefusedBeforeARequest) {
+    Add(Fan("F", 0x30).event(10), 70);
+    Add(Voltage("V", 0x20).event(9), 70);
+    Add(Temperature("T", 0x10).event(7), 70);
+    Loaded();
+    bmc.forgetRequests();
     EXPECT_EQ(Sensors().GetFanStatusDescription(0, nullptr), -1);
     EXPECT_EQ(Sensors().GetVoltageStatusDescription(0, nullptr), -1);
     EXPECT_EQ(Sensors().GetTemperatureStatusDescription(0, nullptr), -1);
+    EXPECT_THAT(bmc.requests(), SizeIs(0));
 }
 
 }  // namespace

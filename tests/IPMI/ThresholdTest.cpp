@@ -56,8 +56,10 @@ TEST_F(Thresholds, WhatIsNotReadIsCleared) {
 
 TEST_F(Thresholds, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
     raw.deviceID = 7;
+    converted.MaxThreshold = 7;
     EXPECT_EQ(Sensors().GetSensorThreshold(0xFF, tenths, raw, converted), -1);
     EXPECT_EQ(raw.deviceID, 7);
+    EXPECT_EQ(converted.MaxThreshold, 7);
     EXPECT_EQ(Sensors().SetSensorThreshold(0xFF, raw), -1);
     EXPECT_THAT(bmc.requests(), SizeIs(0));
 }
@@ -147,6 +149,38 @@ INSTANTIATE_TEST_SUITE_P(
               0,
               15,
               {13, 14, 15, 100, 110, 120}},
+        Order{"LeavesATieThatAMovedOneMakesBelow",
+              0x3F,
+              {14, 20, 30, 100, 110, 120},
+              0,
+              15,
+              {14, 14, 15, 100, 110, 120}},
+        Order{"LeavesATieThatAMovedOneMakesAbove",
+              0x3F,
+              {10, 20, 30, 100, 110, 116},
+              3,
+              115,
+              {10, 20, 30, 115, 116, 116}},
+        Order{"LeavesADisorderAboveATie",
+              0x3F,
+              {10, 20, 30, 25, 110, 120},
+              1,
+              30,
+              {10, 30, 30, 25, 110, 120}},
+        Order{"GoesOnDownPastAPairInOrder",
+              0x3F,
+              {200, 10, 20, 100, 110, 120},
+              3,
+              15,
+              {9, 10, 14, 15, 110, 120}},
+        Order{"GoesOnUpPastAPairInOrder",
+              0x3F,
+              {10, 20, 30, 100, 200, 5},
+              0,
+              150,
+              {10, 20, 150, 151, 200, 201}},
+        Order{
+            "PushesBothWays", 0x3F, {10, 50, 30, 40, 110, 120}, 0, 45, {10, 44, 45, 46, 110, 120}},
         Order{"StopsAtTheMinimum", 0x3F, kStart, 0, 5, {8, 8, 5, 100, 110, 120}, 8},
         Order{"StopsAtZero", 0x3F, kStart, 0, 1, {0, 0, 1, 100, 110, 120}},
         Order{"StopsAtTheMaximum", 0x3F, kStart, 3, 254, {10, 20, 30, 254, 255, 255}},
