@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The results of the getters are not used, that of the name's excepted: a reading that fails has a
-// text of its own, and what cannot be read otherwise stays as the caller gave it.
+// text of its own, and what a getter does not write stays as the caller gave it.
 
 #include "IpmiRecords.h"
 
@@ -76,16 +76,17 @@ constexpr SensorKind<TEMPERATURE_PROBE> kTemperatures = {
     .getName = &IPMIsupport::GetTemperatureIDString,
 };
 
-// Asks for a text of up to 64 bytes and cuts it to the field, terminated. Returns the getter's
-// result; for -1 nothing is written.
+// Has a text of up to 64 bytes written over the field's and cuts it to the field, terminated. What
+// the getter leaves alone stays. Returns the getter's result.
 int ReadText(IPMIsupport& ipmi, TextGetter getter, int i, char (&field)[16]) {
     char text[64] = "";
+    std::memcpy(text, field, sizeof field);
     const int result = (ipmi.*getter)(i, text);
-    if (result != 0) return result;
+    if (std::memcmp(text, field, sizeof field) == 0) return result;
     const std::size_t length = std::min(std::strlen(text), sizeof field - 1);
     std::memcpy(field, text, length);
     field[length] = '\0';
-    return 0;
+    return result;
 }
 
 template <class Element>
