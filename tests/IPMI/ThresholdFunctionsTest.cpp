@@ -1,16 +1,17 @@
 // SPDX-License-Identifier: MIT
 //
-// The exported functions that list and change thresholds.
+// The exported functions that list thresholds.
 
 #include <cstring>
+#include <vector>
 
 #include "Talvane.h"
 #include "support/IpmiTest.h"
 
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
-using ::testing::SizeIs;
 
 class ThresholdList : public IpmiTest {
 protected:
@@ -104,6 +105,8 @@ TEST_F(ThresholdList, AfterAListOfOneKindNoSensorIsKnown) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(29, kFan, &list), -1);
     EXPECT_EQ(list.quantity, 1);
+    EXPECT_EQ(list.SensorThreshold[0].LowerNonCriticalThreshold, 150.0)
+        << "of the fan's entry of the walk, the third";
     FanInformation fans{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
 }
@@ -115,6 +118,15 @@ TEST_F(ThresholdList, OfOneEntityAndTypeAnswersFailureWhenFilled) {
     EXPECT_EQ(list.SensorThreshold[0].LowerNonCriticalThreshold, 30.0);
     EXPECT_EQ(list.SensorThreshold[1].LowerNonCriticalThreshold, 31.0);
     EXPECT_EQ(list.SensorThreshold[1].DeviceID, 3);
+}
+
+TEST_F(ThresholdList, OfOneEntityIsClearedToItsEnd) {
+    AddThree();
+    EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
+    const auto* const end = reinterpret_cast<const unsigned char*>(&list + 1);
+    const auto* const behindTheTwo =
+        reinterpret_cast<const unsigned char*>(&list.SensorThreshold[2]);
+    EXPECT_THAT(std::vector<unsigned char>(behindTheTwo, end), Each(0));
 }
 
 TEST_F(ThresholdList, OfOneEntityRepeatsTheWholeArguments) {
@@ -138,85 +150,6 @@ TEST_F(ThresholdList, ReadsTheRepositoryOnce) {
     bmc.forgetRequests();
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
     EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get SDR Repository Info"));
-}
-
-class ThresholdChange : public ThresholdList {};
-
-TEST_F(ThresholdChange, ReachesEverySensorOfTheKind) {
-    AddThree();
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
-    EXPECT_EQ(bmc.count(0x04, 0x26), 2u);
-    EXPECT_EQ(bmc.requestTexts().at(7), "Set Sensor Thresholds 10 3F 1E 14 0A 69 6E 78");
-    EXPECT_EQ(bmc.requestTexts().at(8), "Set Sensor Thresholds 11 38 1F 15 0B 69 6F 79");
-    EXPECT_THAT(bmc.thresholds(0x11).values, ElementsAre(0, 0, 0, 105, 111, 121))
-        << "the settable ones";
-}
-
-TEST_F(ThresholdChange, MovesTheNeighboursOverTheWholeRange) {
-    AddThree();
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_LOWER_WARNING, 5.0), 0);
-    EXPECT_THAT(bmc.thresholds(0x10).values, ElementsAre(5, 4, 3, 100, 110, 120));
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_CRITICAL, 254.0), 0);
-    EXPECT_THAT(bmc.thresholds(0x10).values, ElementsAre(30, 20, 10, 100, 254, 255))
-        << "from the thresholds of the walk";
-}
-
-TEST_F(ThresholdChange, OfAThresholdThatIsNotSettableChangesNothing) {
-    AddThree();
-    EXPECT_EQ(SetThresholdInfo(29, kFan, THRESHOLD_LOWER_CRITICAL, 1000.0), 0);
-    EXPECT_EQ(bmc.requestTexts().back(), "Set Sensor Thresholds 30 00 03 02 01 64 6E 78");
-}
-
-TEST_F(ThresholdChange, AsTheFirstWalkLeavesNoSensorKnown) {
-    AddThree();
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
-    FanInformation fans{};
-    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
-}
-
-TEST_F(ThresholdChange, AfterASensorQueryTheSensorsStayKnown) {
-    AddThree();
-    FanInformation fans{};
-    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
-    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
-}
-
-TEST_F(ThresholdChange, OfNoSensorSucceeds) {
-    AddThree();
-    EXPECT_EQ(SetThresholdInfo(7, kTemperature, 0, 1.0), 0);
-    EXPECT_EQ(SetThresholdInfo(7, kTemperature, 0, 1.0), 0) << "not busy";
-    EXPECT_EQ(bmc.count(0x04, 0x26), 0u);
-}
-
-TEST_F(ThresholdChange, WithoutARepositoryFails) {
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, 0, 1.0), -1);
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, 0, 1.0), -1) << "not busy";
-}
-
-TEST_F(ThresholdChange, ConvertsTheValueBySensor) {
-    Add(Voltage("V", 0x20).entity(10).thresholdMasks(0x3F, 0x3F), 165);
-    EXPECT_EQ(SetThresholdInfo(10, kVoltage, THRESHOLD_UPPER_NON_RECOVERABLE, 3.6), 0);
-    EXPECT_EQ(bmc.thresholds(0x20).values[5], 180);
-}
-
-int nestedChange = 77;
-int nestedList = 77;
-int nestedAll = 77;
-
-TEST_F(ThresholdChange, ANestedOneIsBusyAndListsAreNot) {
-    AddThree();
-    server.during("ioctl", [] {
-        SensorThresholdInformation inner{};
-        nestedChange = SetThresholdInfo(3, 1, 0, 1.0);
-        nestedList = GetThresholdInfo(3, 1, &inner);
-        nestedAll = GetAllThresholdInfo(&inner);
-    });
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
-    EXPECT_EQ(nestedChange, 1);
-    EXPECT_EQ(nestedList, -1);
-    EXPECT_EQ(nestedAll, 0);
-    EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
 }
 
 }  // namespace

@@ -93,6 +93,42 @@ TEST_F(Watchdog, InsideAQueryEveryFunctionIsBusy) {
     EXPECT_THAT(bmc.requests(), SizeIs(1));
 }
 
+FanInformation innerFans;
+
+void AskForFans() {
+    nested[0] = GetIpmiInfo(TALVANE_FANS, &innerFans);
+}
+
+TEST_F(Watchdog, InsideEveryFunctionASensorQueryIsBusy) {
+    Add(Fan("F", 0x30), 70);
+    unsigned char byte = 0;
+    int number = 0;
+    const auto queryWithin = [&](auto function) {
+        nested[0] = 77;
+        server.during("ioctl", AskForFans);
+        EXPECT_EQ(function(), 0);
+        return nested[0];
+    };
+    EXPECT_EQ(queryWithin([] { return SetWatchDogTimer(1, 20000); }), 1);
+    EXPECT_EQ(queryWithin(ResetWatchDogTimer), 1);
+    EXPECT_EQ(queryWithin(StopWatchDogTimer), 1);
+    EXPECT_EQ(queryWithin([&] { return GetWatchDogTimer(&byte, &number, &number); }), 1);
+    EXPECT_EQ(queryWithin([&] { return GetBMCVersion(&byte, &byte); }), 1);
+    AskForFans();
+    EXPECT_EQ(nested[0], 0) << "and afterwards it is not";
+}
+
+TEST_F(Watchdog, InsideTheResetBehindASettingASensorQueryIsBusy) {
+    Add(Fan("F", 0x30), 70);
+    bmc.intercept([this](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        constexpr std::uint8_t kSetWatchdog = 0x24;
+        if (request.command == kSetWatchdog) server.during("ioctl", AskForFans);
+        return std::nullopt;
+    });
+    EXPECT_EQ(SetWatchDogTimer(1, 20000), 0);
+    EXPECT_EQ(nested[0], 1);
+}
+
 TEST_F(Watchdog, ARefusedSettingLeavesSensorQueriesBusyUntilALaterCall) {
     Add(Fan("F", 0x30), 70);
     server.during("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
@@ -100,7 +136,10 @@ TEST_F(Watchdog, ARefusedSettingLeavesSensorQueriesBusyUntilALaterCall) {
     EXPECT_EQ(nested[0], 1);
     FanInformation fans{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);
+    unsigned char byte = 0;
     EXPECT_EQ(ResetWatchDogTimer(), 0) << "does not look at that flag";
+    EXPECT_EQ(StopWatchDogTimer(), 0) << "nor does this";
+    EXPECT_EQ(GetBMCVersion(&byte, &byte), 0) << "nor this";
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);
     EXPECT_EQ(SetWatchDogTimer(1, 20000), 0);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
@@ -118,6 +157,19 @@ TEST_F(Watchdog, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
     FanInformation fans{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);
     EXPECT_EQ(SetWatchDogTimer(1, 1), -1) << "a call that fails clears the flag, too";
+    EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
+}
+
+TEST_F(Watchdog, AReadingThatIsDoneEndsThatToo) {
+    Add(Fan("F", 0x30), 70);
+    server.during("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
+    EXPECT_EQ(ResetWatchDogTimer(), 0);
+    FanInformation fans{};
+    ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);
+    unsigned char action = 0;
+    int timeOut = 0;
+    int present = 0;
+    EXPECT_EQ(GetWatchDogTimer(&action, &timeOut, &present), 0);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
 }
 
