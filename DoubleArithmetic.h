@@ -9,9 +9,9 @@
 #include <cmath>
 #include <limits>
 
-// 113 digits: more than twice a double's 53 and two. A sum, product or quotient of doubles that was
-// rounded to so many digits rounds to a double as the exact result would (Figueroa, "When is double
-// rounding innocuous?", 1995).
+// 113 binary digits: more than twice a double's 53 and two. A sum, product or quotient of doubles
+// that was rounded to so many digits rounds to a double as the exact result would (Figueroa, "When
+// is double rounding innocuous?", 1995).
 __extension__ typedef __float128 WideDouble;
 
 // The step through memory keeps the compiler from computing in narrower types from the start.

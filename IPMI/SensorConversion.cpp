@@ -20,8 +20,8 @@ Format FormatOf(const SensorFormulaParameter& p) {
 
 constexpr unsigned char kLinearization = 0x7F;
 
-// The C library's functions of 113 digits, rounded once. They compute in integers, so the result is
-// the same for every processor and word size; those for doubles differ in the last digit.
+// The C library's functions of 113 binary digits, rounded once. They compute in integers, so the
+// result is the same for every processor and word size; those for doubles differ in the last digit.
 double Power(double base, double exponent) {
     return RoundedOnce(powf128(base, exponent));
 }

@@ -69,8 +69,9 @@ int PCIscan::getAllDevice(std::list<PCIdevice>& devices) {
 }
 
 int PCIscan::readPCIheader(unsigned char bus, unsigned char dev, unsigned char func) {
-    char image[sizeof(_HEADER)] = {};
-    for (unsigned char reg = 0; reg < sizeof image; reg += 4) {
+    constexpr unsigned char kSize = sizeof(_HEADER);
+    char image[kSize] = {};
+    for (unsigned char reg = 0; reg < kSize; reg += 4) {
         const unsigned long value = readPCIDeviceRegister(bus, dev, func, reg);
         std::memcpy(image + reg, &value, sizeof value);
     }
