@@ -79,10 +79,14 @@ constexpr SensorKind<TEMPERATURE_PROBE> kTemperatures = {
 // Has a text of up to 64 bytes written over the field's and cuts it to the field, terminated. What
 // the getter leaves alone stays. Returns the getter's result.
 int ReadText(IPMIsupport& ipmi, TextGetter getter, int i, char (&field)[16]) {
-    char text[64] = "";
-    std::memcpy(text, field, sizeof field);
+    // Behind the field's bytes one that a text as long as they are would replace.
+    char before[64] = "";
+    std::memcpy(before, field, sizeof field);
+    before[sizeof field] = '\1';
+    char text[sizeof before];
+    std::memcpy(text, before, sizeof text);
     const int result = (ipmi.*getter)(i, text);
-    if (std::memcmp(text, field, sizeof field) == 0) return result;
+    if (std::memcmp(text, before, sizeof text) == 0) return result;
     const std::size_t length = std::min(std::strlen(text), sizeof field - 1);
     std::memcpy(field, text, length);
     field[length] = '\0';

@@ -231,6 +231,12 @@ TEST_F(ElementCalls, ATextIsTakenWhateverItsGetterAnswers) {
     EXPECT_EQ(fans.fan[1].speed, std::string(15, 'x')) << "cut to its field";
 }
 
+TEST_F(ElementCalls, ATextThatRepeatsTheCallersBytesIsCutToItsField) {
+    texts = {{"reading 0", std::string(16, 0x5A)}, {"reading 1", std::string(40, 0x5A)}};
+    EXPECT_EQ(FirstFan().speed, std::string(15, 0x5A));
+    EXPECT_EQ(fans.fan[1].speed, std::string(15, 0x5A));
+}
+
 TEST_F(ElementCalls, ATextThatIsNotWrittenStaysAsTheCallerGaveIt) {
     const FAN_DEVICE& fan = FirstFan();
     EXPECT_EQ(std::string(fan.speed, sizeof fan.speed), std::string(16, 0x5A));
