@@ -29,8 +29,8 @@ constexpr std::size_t kResponse = 20;
 constexpr std::size_t kResponseLength = 24;
 constexpr std::size_t kCompletion = 28;
 
-// A response never is longer than this.
-constexpr std::size_t kLongestResponse = 256;
+// Neither a request's data nor a response is ever longer than this.
+constexpr std::size_t kLongest = 256;
 
 template <typename Value>
 Value get(const void* record, std::size_t offset) {
@@ -64,13 +64,14 @@ public:
         message.timeout = get<unsigned>(argument, kTimeout);
         const auto* const data = get<const std::uint8_t*>(argument, kData);
         const unsigned length = get<unsigned>(argument, kDataLength);
+        if (length > kLongest) return Answer::failed(EINVAL);
         if (length != 0 && data == nullptr) return Answer::failed(EFAULT);
         message.data.assign(data, data + length);
 
         bmc_->answer(message);
         if (message.error != 0) return Answer::failed(message.error);
 
-        const std::size_t size = std::min(message.response.size(), kLongestResponse);
+        const std::size_t size = std::min(message.response.size(), kLongest);
         auto* const response = get<std::uint8_t*>(argument, kResponse);
         if (size != 0 && response == nullptr) return Answer::failed(EFAULT);
         std::copy_n(message.response.begin(), size, response);
