@@ -8,13 +8,11 @@
 #include <cstdio>
 
 #include "AccessLog.h"
+#include "BmcReply.h"
 #include "CallText.h"
 
 namespace sim {
 namespace {
-
-constexpr std::uint8_t kUnknownCommand = 0xC1;
-constexpr std::uint8_t kWrongLength = 0xC7;
 
 std::string hexBytes(const Bytes& bytes) {
     std::string text;

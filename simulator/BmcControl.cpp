@@ -4,24 +4,14 @@
 // LAN parameters (23).
 
 #include "Bmc.h"
+#include "BmcReply.h"
 
 namespace sim {
 namespace {
 
-constexpr std::uint8_t kWrongLength = 0xC7;
-constexpr std::uint8_t kInvalidField = 0xCC;
-
 constexpr unsigned kTicksASecond = 10;
 constexpr std::uint8_t kDontStop = 0x40;     // of the timer use
 constexpr std::uint8_t kFirmwareUse = 0x02;  // the machine's firmware, while it starts
-
-std::uint8_t low(unsigned value) {
-    return static_cast<std::uint8_t>(value & 0xFF);
-}
-
-std::uint8_t high(unsigned value) {
-    return static_cast<std::uint8_t>((value >> 8) & 0xFF);
-}
 
 }  // namespace
 

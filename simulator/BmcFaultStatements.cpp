@@ -9,7 +9,6 @@ namespace sim {
 namespace {
 
 constexpr std::uint32_t kMostRequests = 1000000;
-constexpr std::uint32_t kMostByte = 0xFF;
 constexpr std::uint32_t kLongestResponse = 256;
 
 // What the driver's call can fail with.
@@ -30,7 +29,7 @@ void readKind(MachineLine& line, BmcFault& fault) {
     const std::string kind = line.word("the fault");
     if (kind == "refused") {
         fault.kind = BmcFault::Kind::refused;
-        fault.value = line.number("the completion code", kMostByte);
+        fault.value = line.byte("the completion code");
         if (fault.value == 0) line.fail("the completion code 0 refuses nothing");
     } else if (kind == "short") {
         fault.kind = BmcFault::Kind::cut;

@@ -10,12 +10,6 @@
 namespace sim {
 namespace {
 
-constexpr std::uint32_t kMostByte = 0xFF;
-
-std::uint8_t byteOf(MachineLine& line, const char* what, std::uint32_t max = kMostByte) {
-    return static_cast<std::uint8_t>(line.number(what, max));
-}
-
 void readDump(MachineLine& line, MachineDraft& draft) {
     Bytes dump = draft.capture(line);
     BmcDraft& bmc = controllerOf(line, draft);
@@ -24,7 +18,7 @@ void readDump(MachineLine& line, MachineDraft& draft) {
 }
 
 void readSensor(MachineLine& line, MachineDraft& draft) {
-    const std::uint8_t number = byteOf(line, "the sensor number");
+    const std::uint8_t number = line.byte("the sensor number");
     const std::string name = line.text("the sensor name");
     BmcDraft& bmc = controllerOf(line, draft);
     try {
@@ -39,7 +33,7 @@ void readSensor(MachineLine& line, MachineDraft& draft) {
 void readRecord(MachineLine& line, MachineDraft& draft) {
     constexpr std::uint8_t kVersion = 0x51;
     constexpr std::size_t kMost = 0xFF;
-    Bytes bytes{0, 0, kVersion, byteOf(line, "the record type"), 0};
+    Bytes bytes{0, 0, kVersion, line.byte("the record type"), 0};
     while (line.more()) bytes.push_back(line.hexByte("the byte"));
     const std::size_t length = bytes.size() - SdrRecord::kHeaderSize;
     if (length > kMost) line.fail("a record has at most 255 bytes behind its header");
@@ -85,28 +79,28 @@ SdrRecord& field(const char* word, MachineLine& line, MachineDraft& draft) {
 }
 
 void readType(MachineLine& line, MachineDraft& draft) {
-    (void)field("type", line, draft).kind(byteOf(line, "the sensor type"));
+    (void)field("type", line, draft).kind(line.byte("the sensor type"));
 }
 
 void readEntity(MachineLine& line, MachineDraft& draft) {
     SdrRecord& record = field("entity", line, draft);
-    const std::uint8_t id = byteOf(line, "the entity");
-    const std::uint8_t instance = line.more() ? byteOf(line, "the instance") : std::uint8_t{1};
+    const std::uint8_t id = line.byte("the entity");
+    const std::uint8_t instance = line.more() ? line.byte("the instance") : std::uint8_t{1};
     (void)record.entity(id, instance);
 }
 
 void readEvent(MachineLine& line, MachineDraft& draft) {
-    (void)field("event", line, draft).event(byteOf(line, "the event/reading type"));
+    (void)field("event", line, draft).event(line.byte("the event/reading type"));
 }
 
 void readUnit(MachineLine& line, MachineDraft& draft) {
     SdrRecord& record = field("unit", line, draft);
-    const std::uint8_t base = byteOf(line, "the unit");
-    (void)record.unit(base, line.more() ? byteOf(line, "the modifier unit") : std::uint8_t{0});
+    const std::uint8_t base = line.byte("the unit");
+    (void)record.unit(base, line.more() ? line.byte("the modifier unit") : std::uint8_t{0});
 }
 
 void readFormat(MachineLine& line, MachineDraft& draft) {
-    (void)field("format", line, draft).unit1(byteOf(line, "the format byte"));
+    (void)field("format", line, draft).unit1(line.byte("the format byte"));
 }
 
 void readFactors(MachineLine& line, MachineDraft& draft) {
@@ -118,19 +112,19 @@ void readFactors(MachineLine& line, MachineDraft& draft) {
 }
 
 void readLinearization(MachineLine& line, MachineDraft& draft) {
-    (void)field("linearization", line, draft).linearization(byteOf(line, "the linearization"));
+    (void)field("linearization", line, draft).linearization(line.byte("the linearization"));
 }
 
 void readLimits(MachineLine& line, MachineDraft& draft) {
     SdrRecord& record = field("limits", line, draft);
-    const std::uint8_t maximum = byteOf(line, "the maximum reading");
-    (void)record.limits(maximum, byteOf(line, "the minimum reading"));
+    const std::uint8_t maximum = line.byte("the maximum reading");
+    (void)record.limits(maximum, line.byte("the minimum reading"));
 }
 
 void readMasks(MachineLine& line, MachineDraft& draft) {
     SdrRecord& record = field("masks", line, draft);
-    const std::uint8_t readable = byteOf(line, "the readable thresholds");
-    (void)record.thresholdMasks(readable, byteOf(line, "the settable thresholds"));
+    const std::uint8_t readable = line.byte("the readable thresholds");
+    (void)record.thresholdMasks(readable, line.byte("the settable thresholds"));
 }
 
 void readDelivered(MachineLine& line, MachineDraft& draft) {
@@ -142,7 +136,7 @@ void readDelivered(MachineLine& line, MachineDraft& draft) {
 void readReread(MachineLine& line, MachineDraft& draft) {
     RecordDraft& last = lastSensor("reread", line, draft);
     const std::size_t offset = line.number("the offset", SdrRecord::kSize - 1);
-    if (!last.quirks.reread.emplace(offset, byteOf(line, "the byte")).second)
+    if (!last.quirks.reread.emplace(offset, line.byte("the byte")).second)
         line.fail("the byte was given already");
 }
 

@@ -13,12 +13,6 @@
 namespace sim {
 namespace {
 
-constexpr std::uint8_t kAllOnes = 0xFF;
-
-std::uint8_t byteOf(MachineLine& line, const char* what, std::uint8_t max = kAllOnes) {
-    return static_cast<std::uint8_t>(line.number(what, max));
-}
-
 // "at SECOND", the beginning when it is not there.
 std::chrono::seconds takeMoment(MachineLine& line) {
     if (!line.takeIf("at")) return {};
@@ -41,18 +35,17 @@ void readStatesStatement(MachineLine& line, MachineDraft& draft) {
 
 void readThresholds(MachineLine& line, MachineDraft& draft) {
     constexpr std::uint8_t kAll = 0x3F;
-    const std::uint8_t sensor = byteOf(line, "the sensor number");
+    const std::uint8_t sensor = line.byte("the sensor number");
     BmcThresholds thresholds;
-    thresholds.readable = byteOf(line, "the readable thresholds", kAll);
-    for (std::uint8_t& value : thresholds.values) value = byteOf(line, "the raw threshold");
+    thresholds.readable = line.byte("the readable thresholds", kAll);
+    for (std::uint8_t& value : thresholds.values) value = line.byte("the raw threshold");
     if (!controllerOf(line, draft).thresholds.emplace(sensor, thresholds).second)
         line.fail("the sensor has thresholds already");
 }
 
 // The file need not be there: a person writes it when something is to change.
 void readControl(MachineLine& line, MachineDraft& draft) {
-    constexpr const char* what = "the file name";
-    const std::string name = line.quotedNext() ? line.text(what) : line.word(what);
+    const std::string name = line.name("the file name");
     BmcDraft& bmc = controllerOf(line, draft);
     if (!bmc.controlFile.empty()) line.fail("the controller has a control file already");
     bmc.controlFile = draft.folder / name;
@@ -68,20 +61,20 @@ constexpr MachineStatement kStatements[] = {
 }  // namespace
 
 void readReading(MachineLine& line, std::map<std::uint8_t, BmcCourse>& courses) {
-    BmcCourse& course = courses[byteOf(line, "the sensor number")];
+    BmcCourse& course = courses[line.byte("the sensor number")];
     const std::chrono::seconds from = takeMoment(line);
     BmcReading reading;
     reading.available = !line.takeIf("unavailable");
-    if (reading.available || line.more()) reading.raw = byteOf(line, "the raw reading");
+    if (reading.available || line.more()) reading.raw = line.byte("the raw reading");
     if (!course.readings.emplace(from, reading).second) failTwice(line, "a reading", from);
 }
 
 void readStates(MachineLine& line, std::map<std::uint8_t, BmcCourse>& courses) {
-    BmcCourse& course = courses[byteOf(line, "the sensor number")];
+    BmcCourse& course = courses[line.byte("the sensor number")];
     const std::chrono::seconds from = takeMoment(line);
     BmcStates states{};
-    states[0] = byteOf(line, "the states 0 to 7");
-    if (line.more()) states[1] = byteOf(line, "the states 8 to 15");
+    states[0] = line.byte("the states 0 to 7");
+    if (line.more()) states[1] = line.byte("the states 8 to 15");
     if (!course.states.emplace(from, states).second) failTwice(line, "states", from);
 }
 

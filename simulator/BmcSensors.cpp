@@ -3,13 +3,9 @@
 // Readings, states and thresholds of the sensors (IPMI 2.0, 35).
 
 #include "Bmc.h"
+#include "BmcReply.h"
 
 namespace sim {
-namespace {
-
-constexpr std::uint8_t kNotPresent = 0xCB;
-
-}  // namespace
 
 void Bmc::setReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from) {
     sensors_[sensor].course.readings[from] = {raw, true};

@@ -11,20 +11,14 @@
 namespace sim {
 namespace {
 
-constexpr std::uint32_t kMostByte = 0xFF;
-
-std::uint8_t byteOf(MachineLine& line, const char* what, std::uint32_t max = kMostByte) {
-    return static_cast<std::uint8_t>(line.number(what, max));
-}
-
 std::uint8_t bcd(unsigned value) {
     return static_cast<std::uint8_t>(value / 10 << 4 | value % 10);
 }
 
 void readFirmware(MachineLine& line, BmcDraft& bmc) {
-    constexpr std::uint32_t kMostMajor = 127;
+    constexpr std::uint8_t kMostMajor = 127;
     constexpr std::uint32_t kMostMinor = 99;
-    bmc.major = byteOf(line, "the major firmware revision", kMostMajor);
+    bmc.major = line.byte("the major firmware revision", kMostMajor);
     bmc.minorBcd = bcd(line.number("the minor firmware revision", kMostMinor));
 }
 
@@ -53,10 +47,10 @@ void readInventory(MachineLine& line, MachineDraft& draft) {
 }
 
 void readChannel(MachineLine& line, MachineDraft& draft) {
-    constexpr std::uint32_t kMostChannel = 0x0F;
-    const std::uint8_t number = byteOf(line, "the channel", kMostChannel);
-    const std::uint8_t medium = byteOf(line, "the medium");
-    const std::uint8_t protocol = byteOf(line, "the protocol");
+    constexpr std::uint8_t kMostChannel = 0x0F;
+    const std::uint8_t number = line.byte("the channel", kMostChannel);
+    const std::uint8_t medium = line.byte("the medium");
+    const std::uint8_t protocol = line.byte("the protocol");
     if (!controllerOf(line, draft)
              .channels.try_emplace(number, BmcChannel{medium, protocol})
              .second)
@@ -65,13 +59,13 @@ void readChannel(MachineLine& line, MachineDraft& draft) {
 
 // A timer that something else than the program set, at the machine's start.
 void readWatchdog(MachineLine& line, MachineDraft& draft) {
-    constexpr std::uint32_t kMostAction = 3;
+    constexpr std::uint8_t kMostAction = 3;
     constexpr std::uint32_t kMostSeconds = 6553;
     BmcDraft& bmc = controllerOf(line, draft);
     if (bmc.watchdog) line.fail("the watchdog was given already");
     WatchdogDraft& watchdog = bmc.watchdog.emplace();
     if (line.takeIf("action")) {
-        watchdog.action = byteOf(line, "the action", kMostAction);
+        watchdog.action = line.byte("the action", kMostAction);
         line.expect("seconds");
         watchdog.seconds = static_cast<std::uint16_t>(line.number("the seconds", kMostSeconds));
         watchdog.runs = true;

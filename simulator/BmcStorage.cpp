@@ -6,21 +6,12 @@
 #include <stdexcept>
 
 #include "Bmc.h"
+#include "BmcReply.h"
 
 namespace sim {
 namespace {
 
-constexpr std::uint8_t kNotPresent = 0xCB;
-constexpr std::uint8_t kOutOfRange = 0xC9;
 constexpr std::uint8_t kWholeRecord = 0xFF;
-
-std::uint8_t low(std::size_t value) {
-    return static_cast<std::uint8_t>(value & 0xFF);
-}
-
-std::uint8_t high(std::size_t value) {
-    return static_cast<std::uint8_t>((value >> 8) & 0xFF);
-}
 
 unsigned idOf(const Bytes& record) {
     return record[0] | (unsigned{record[1]} << 8);

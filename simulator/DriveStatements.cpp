@@ -98,7 +98,7 @@ void readEntry(MachineLine& line, MachineDraft& draft) {
     const std::uint32_t number = line.number("the entry's number", 4);
     if (number == 0) line.fail("a partition table has the entries 1 to 4");
     TableEntry entry;
-    entry.type = static_cast<std::uint8_t>(line.number("the type", 0xFF));
+    entry.type = line.byte("the type");
     entry.start = line.number("the start", kMost);
     entry.sectors = line.number("the number of sectors", kMost);
     draft.entries.push_back({letter, sector, number, entry, line});

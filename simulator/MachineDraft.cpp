@@ -57,9 +57,7 @@ void requireSmbiosMemory(const SmbiosDraft& smbios, const PhysicalMemory& memory
 }  // namespace
 
 std::filesystem::path MachineDraft::captureFile(MachineLine& line) const {
-    constexpr const char* what = "the file name";
-    const std::string name = line.quotedNext() ? line.text(what) : line.word(what);
-    std::filesystem::path path = folder / name;
+    std::filesystem::path path = folder / line.name("the file name");
     std::error_code error;
     (void)std::filesystem::status(path, error);
     if (error) line.fail(path.string() + ": " + error.message());

@@ -94,6 +94,10 @@ std::string MachineLine::text(const char* what) {
     return word.text;
 }
 
+std::string MachineLine::name(const char* what) {
+    return quotedNext() ? text(what) : word(what);
+}
+
 std::uint64_t MachineLine::parse(const std::string& digits, const char* what) const {
     const bool hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
     const char* const begin = digits.data() + (hexadecimal ? 2 : 0);
@@ -112,6 +116,10 @@ std::uint32_t MachineLine::number(const char* what, std::uint32_t max) {
     const std::uint64_t value = parse(digits, what);
     if (value > max) fail(std::string(what) + " " + digits + " is above " + std::to_string(max));
     return static_cast<std::uint32_t>(value);
+}
+
+std::uint8_t MachineLine::byte(const char* what, std::uint8_t max) {
+    return static_cast<std::uint8_t>(number(what, max));
 }
 
 int MachineLine::integer(const char* what, int min, int max) {

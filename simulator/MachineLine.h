@@ -24,10 +24,12 @@ public:
     // The next word, which must be there; `what` names it in the complaint.
     std::string word(const char* what);
     std::string text(const char* what);                         // in quotes, not empty
+    std::string name(const char* what);                         // in quotes or without
     std::uint32_t number(const char* what, std::uint32_t max);  // decimal, or hexadecimal with 0x
-    int integer(const char* what, int min, int max);            // decimal, may be negative
-    std::uint64_t size(const char* what, std::uint64_t max);    // a number with K, M or G behind it
-    std::uint8_t hexByte(const char* what);                     // one or two hexadecimal digits
+    std::uint8_t byte(const char* what, std::uint8_t max = 0xFF);  // the same, of 8 bits
+    int integer(const char* what, int min, int max);               // decimal, may be negative
+    std::uint64_t size(const char* what, std::uint64_t max);  // a number with K, M or G behind it
+    std::uint8_t hexByte(const char* what);                   // one or two hexadecimal digits
 
     // The next word is this one.
     void expect(std::string_view literal);

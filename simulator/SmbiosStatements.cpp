@@ -126,7 +126,7 @@ std::size_t readOffset(MachineLine& line) {
 
 void readByte(MachineLine& line, MachineDraft& draft) {
     const std::size_t offset = readOffset(line);
-    const auto value = static_cast<std::uint8_t>(line.number("the value", kMostByte));
+    const std::uint8_t value = line.byte("the value");
     setField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.byte(offset, value); });
 }
 
