@@ -100,6 +100,27 @@ SensorWalk::Thresholds SensorWalk::Current(const WalkedSensor& sensor) {
     return thresholds;
 }
 
+bool SensorWalk::IsUnavailable(unsigned char number) {
+    constexpr int kMilliseconds = 3000;
+    constexpr std::size_t kLongestResponse = 256;
+    constexpr unsigned char kUnavailable =
+        0x20;  // of the byte behind the reading (IPMI 2.0, 35.14)
+    constexpr unsigned char kScanned = 0x40;
+    IMBPREQUESTDATA request{IPMIbase::Get_sensor_reading,
+                            0,  // the transport fills the responder in
+                            IPMIbase::PUBLIC_BUS,
+                            IPMIbase::SENSER_EVENT_CMD,
+                            IPMIbase::BMC_LUN,
+                            &number,
+                            1};
+    unsigned char response[kLongestResponse] = {};
+    int length = 0;
+    unsigned char completion = 0;
+    // Results not used: without an answer the flags stay zero, that is not scanned.
+    (void)sensor_.SendTimedImbpRequest(&request, kMilliseconds, response, &length, &completion);
+    return (response[1] & kUnavailable) != 0 || (response[1] & kScanned) == 0;
+}
+
 double SensorWalk::Value(const SensorFormulaParameter& formula, unsigned char raw) {
     double value = 0;
     (void)sensor_.GetReadingConversion(formula, raw, value);  // result not used: always 0

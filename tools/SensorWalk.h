@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The BMC's sensors through the library's classes, for what its C interface does not tell: the
-// thresholds that the BMC holds for one sensor now, by the sensor's number, and how they are
-// converted.
+// thresholds that the BMC holds for one sensor now, by the sensor's number, how they are converted,
+// and whether its reading counts.
 #ifndef TALVANE_TOOLS_SENSORWALK_H
 #define TALVANE_TOOLS_SENSORWALK_H
 
@@ -60,6 +60,10 @@ public:
         SensorThresholdInfoConverted converted;
     };
     Thresholds Current(const WalkedSensor& sensor);
+
+    // Whether the BMC has no valid reading of the sensor now: it says so, or gives no answer. The
+    // library does not look at the flags beside a reading.
+    bool IsUnavailable(unsigned char number);
 
     double Value(const SensorFormulaParameter& formula, unsigned char raw);
     unsigned char Raw(const SensorFormulaParameter& formula, double value);

@@ -66,6 +66,34 @@ TEST_F(BmcRecord, SensorsTellSignedFormats) {
     EXPECT_TRUE(listed[2].isSigned);
 }
 
+TEST_F(BmcRecord, SensorsTellWhetherTheirReadingCounts) {
+    Add(Temperature("T1", 0x10).entity(3), 40);
+    Add(Temperature("T2", 0x11).entity(3), 40);
+    bmc.setUnavailable(0x11);
+    const auto before = ReadSensors()->temperatures.listed;
+    ASSERT_THAT(before, SizeIs(2));
+    EXPECT_FALSE(before[0].isUnavailable);
+    EXPECT_TRUE(before[1].isUnavailable);
+    bmc.setReading(0x11, 41);
+    EXPECT_FALSE(ReadSensors()->temperatures.listed[1].isUnavailable);
+}
+
+TEST_F(BmcRecord, AReadingThatWasNotAnsweredDoesNotCount) {
+    Add(Temperature("T1", 0x10).entity(3), 40);
+    ASSERT_TRUE(ReadSensors().has_value());
+    bmc.inject("Get Sensor Reading", sim::BmcFault::Kind::refused, 0xCB);
+    EXPECT_TRUE(ReadSensors()->temperatures.listed[0].isUnavailable);
+}
+
+TEST_F(BmcRecord, AReadingOfASensorThatIsNotScannedDoesNotCount) {
+    Add(Temperature("T1", 0x10).entity(3), 40);
+    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        if (!request.text().starts_with("Get Sensor Reading")) return std::nullopt;
+        return sim::Bytes{40, 0x80, 0xC0, 0};
+    });
+    EXPECT_TRUE(ReadSensors()->temperatures.listed[0].isUnavailable);
+}
+
 TEST_F(BmcRecord, MoreFansThanTheRecordHoldsAreCounted) {
     for (int i = 0; i < 20; ++i) Add(Fan("FAN", static_cast<std::uint8_t>(i)).entity(29), 70);
     const auto sensors = ReadSensors();

@@ -40,6 +40,9 @@ TEST(LimitState, IsLeftOpenWhereItCannotBeTold) {
     SensorState withSign = Read("95.00degree C", kUpper);
     withSign.isSigned = true;
     EXPECT_EQ(LimitState(withSign), "");
+    SensorState unavailable = Read("95.00degree C", kUpper);
+    unavailable.isUnavailable = true;
+    EXPECT_EQ(LimitState(unavailable), "");
 }
 
 TEST(SensorText, IsOneAlignedTable) {
@@ -63,6 +66,14 @@ TEST(SensorText, IsOneAlignedTable) {
               "1000     -     -     -\n"
               "\n"
               "  L lower, U upper; NR non-recoverable, CR critical, NC non-critical\n");
+}
+
+TEST(SensorText, SaysWhenAReadingDoesNotCount) {
+    SensorState sensor = Read("0.00degree C", kUpper);
+    sensor.isUnavailable = true;
+    EXPECT_TRUE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "  0.00 degree C  unavailable "));
+    sensor.state = "Device Enabled";
+    EXPECT_TRUE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "  0.00 degree C  unavailable "));
 }
 
 TEST(SensorText, MarksSensorsWithSignedValues) {

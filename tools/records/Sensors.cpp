@@ -28,6 +28,7 @@ SensorState StateOf(const Element& element, const char (Element::*reading)[N]) {
     sensor.highest = FieldText(element.max);
     sensor.recordLimits = AllOf(LimitValues<double>(element.sti));
     SensorWalk& walk = SensorWalk::Get();
+    sensor.isUnavailable = walk.IsUnavailable(element.sensorNumber);
     if (const auto walked = walk.Find(sensor.entity, sensor.type, sensor.number)) {
         const auto current = walk.Current(*walked);
         sensor.limits = OnlyIn(current.raw.readableFlag, LimitValues<double>(current.converted));
@@ -63,11 +64,15 @@ std::optional<double> Number(const std::string& reading) {
     return value;
 }
 
+std::string StateText(const SensorState& sensor) {
+    if (sensor.isUnavailable) return "unavailable";
+    return sensor.state.empty() ? LimitState(sensor) : sensor.state;
+}
+
 void AddRows(std::vector<Row>& rows, const char* kind, const SensorGroup& group) {
     for (const SensorState& sensor : group.listed) {
-        const std::string state = sensor.state.empty() ? LimitState(sensor) : sensor.state;
         Row row{sensor.name, kind, std::to_string(sensor.entity),
-                Spaced(sensor.reading) + (sensor.isSigned ? " *" : ""), state};
+                Spaced(sensor.reading) + (sensor.isSigned ? " *" : ""), StateText(sensor)};
         AddLimitCells(row, sensor.limits);
         rows.push_back(row);
     }
@@ -96,7 +101,8 @@ Json ToJson(const SensorState& sensor) {
                  {"limit", limit.empty() ? Json() : Json(limit)},
                  {"lowest", Utf8(sensor.lowest)},
                  {"highest", Utf8(sensor.highest)},
-                 {"signed", sensor.isSigned}};
+                 {"signed", sensor.isSigned},
+                 {"unavailable", sensor.isUnavailable}};
     json["thresholds"] = LimitsJson(sensor.limits);
     json["recordThresholds"] = LimitsJson(sensor.recordLimits);
     return json;
@@ -126,7 +132,7 @@ std::string LimitState(const SensorState& sensor) {
     const auto reading = Number(sensor.reading);
     const bool hasLimit = std::any_of(sensor.limits.begin(), sensor.limits.end(),
                                       [](const auto& limit) { return limit.has_value(); });
-    if (!reading || !hasLimit || sensor.isSigned) return "";
+    if (!reading || !hasLimit || sensor.isSigned || sensor.isUnavailable) return "";
     const auto reached = ReachedLimit(*reading, sensor.limits);
     return reached ? kLimitNames[*reached] : "ok";
 }

@@ -25,6 +25,7 @@ struct SensorState {
     Limits limits;        // that the BMC holds for this sensor
     Limits recordLimits;  // of the library's record
     bool isSigned;        // values that the library converts differently from the standard
+    bool isUnavailable;   // the BMC has no valid reading; the library shows the byte in its place
 };
 
 struct SensorGroup {
@@ -43,7 +44,7 @@ struct Sensors {
 std::optional<Sensors> ReadSensors();
 
 // The limit that the reading has reached as text, "ok" for none. Empty where nothing can be told:
-// no reading, no limit, a percentage (its limits are none), signed values.
+// no valid reading, no limit, a percentage (its limits are none), signed values.
 std::string LimitState(const SensorState& sensor);
 
 std::string ToText(const Sensors& sensors);
