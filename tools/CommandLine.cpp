@@ -3,8 +3,10 @@
 #include "tools/CommandLine.h"
 
 #include <CLI/CLI.hpp>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <optional>
 #include <string_view>
 
 #include "Talvane.h"
@@ -53,28 +55,55 @@ void AddConfirmation(CLI::App& change, Options& options) {
     change.add_flag("--yes", options.order.confirmed, "Do it; without, it is only shown");
 }
 
-// A number within these bounds, and the complaint about any other text.
-std::string OutOfRange(const std::string& text, double least, double most, bool whole) {
+// The number that a text stands for; nothing when it is none.
+std::optional<double> Number(const std::string& text) {
     char* end = nullptr;
     const double value = std::strtod(text.c_str(), &end);
-    const bool isNumber = !text.empty() && *end == '\0';
-    if (isNumber && value >= least && value <= most && (!whole || value == std::floor(value)))
-        return "";
-    return text + " is no " + (whole ? "whole " : "") + "number from " + NumberText(least) +
-           " to " + NumberText(most);
+    if (text.empty() || *end != '\0' || !std::isfinite(value)) return std::nullopt;
+    return value;
 }
 
-CLI::Validator Within(double least, double most, bool whole = true) {
+// The same of whole numbers, decimal or hexadecimal with 0x in front.
+std::optional<int> WholeNumber(const std::string& text) {
+    const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
+    const char* const begin = text.data() + (isHexadecimal ? 2 : 0);
+    const char* const end = text.data() + text.size();
+    int value = 0;
+    const auto [stop, error] = std::from_chars(begin, end, value, isHexadecimal ? 16 : 10);
+    if (stop != end || error != std::errc()) return std::nullopt;
+    return value;
+}
+
+CLI::Validator Within(double least, double most) {
     return CLI::Validator(
-        [=](const std::string& text) { return OutOfRange(text, least, most, whole); }, "");
+        [=](const std::string& text) {
+            const auto value = Number(text);
+            if (value && *value >= least && *value <= most) return std::string();
+            return text + " is no number from " + NumberText(least) + " to " + NumberText(most);
+        },
+        "");
+}
+
+// Leaves the number in decimal digits without zeros in front, which would be read as octal.
+CLI::Validator WholeWithin(int least, int most) {
+    return CLI::Validator(
+        [=](std::string& text) {
+            const auto value = WholeNumber(text);
+            if (!value || *value < least || *value > most)
+                return text + " is no whole number from " + std::to_string(least) + " to " +
+                       std::to_string(most);
+            text = std::to_string(*value);
+            return std::string();
+        },
+        "");
 }
 
 void AddWatch(CLI::App& sensors, Watch& watch) {
     auto* seconds = sensors.add_option("--watch", watch.seconds, "Show again after every so many");
-    seconds->type_name("SECONDS")->check(Within(1, kMostSeconds));
+    seconds->type_name("SECONDS")->transform(WholeWithin(1, kMostSeconds));
     sensors.add_option("--count", watch.count, "End after so many tables")
         ->type_name("N")
-        ->check(Within(1, kMostTables))
+        ->transform(WholeWithin(1, kMostTables))
         ->needs(seconds);
 }
 
@@ -91,22 +120,20 @@ CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names, bool
                 }
                 known += (known.empty() ? "" : ", ") + name;
             }
-            if (orByte && OutOfRange(text, 0, kMostByte, true).empty()) return "";
+            if (orByte && WholeWithin(0, kMostByte)(text).empty()) return "";
             return text + " is none of " + known + (orByte ? ", nor a number from 0 to 255" : "");
         },
         "");
 }
 
 std::string NumberProblem(const std::string& text) {
-    char* end = nullptr;
-    const double value = std::strtod(text.c_str(), &end);
-    const bool isNumber = !text.empty() && *end == '\0' && std::isfinite(value);
-    return isNumber ? "" : text + " is no number";
+    return Number(text) ? "" : text + " is no number";
 }
 
 void AddThresholdChange(CLI::App& app, Options& options) {
     CLI::App* threshold = app.add_subcommand("threshold", "Set a threshold: threshold set --help");
     threshold->group("Commands");
+    AddOptions(*threshold, options);
     // The least number is checked below, in words of the tool's own.
     threshold->require_subcommand(0, 1);
     threshold->final_callback([threshold] {
@@ -123,7 +150,7 @@ void AddThresholdChange(CLI::App& app, Options& options) {
     set->add_option("--entity", order.entity, "Entity's number, as talvane sensors shows it")
         ->type_name("E")
         ->required()
-        ->check(Within(0, kMostByte));
+        ->transform(WholeWithin(0, kMostByte));
     set->add_option("--type", order.type, "temperature, voltage, fan, or a sensor type's number")
         ->type_name("T")
         ->required()
@@ -166,7 +193,7 @@ void AddWatchdogChanges(CLI::App& watchdog, Options& options) {
            "Seconds until the action, 10 to 999")
         ->type_name("SECONDS")
         ->required()
-        ->check(Within(10, 999, false));
+        ->check(Within(10, 999));
     AddConfirmation(*set, options);
     AddConfirmation(
         *AddChange(watchdog, options, "watchdog reset", "Start it over; asks for --yes"), options);
@@ -185,7 +212,7 @@ void AddCommands(CLI::App& app, Options& options) {
                 ->add_option("--interval", options.settings.loadInterval,
                              "Watch the processors for so long; 1 when not given")
                 ->type_name("SECONDS")
-                ->check(Within(1, kMostSeconds));
+                ->transform(WholeWithin(1, kMostSeconds));
     }
     AddThresholdChange(app, options);
 }

@@ -93,6 +93,9 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{{"sensors", "--watch", "1.5"},
                 "--watch: 1.5 is no whole number from 1 to 86400",
                 "sensors"},
+        Refused{{"sensors", "--watch", "1", "--count", "1000001"},
+                "--count: 1000001 is no whole number from 1 to 1000000",
+                "sensors"},
         Refused{{"load", "--interval", "0"},
                 "--interval: 0 is no whole number from 1 to 86400",
                 "load"},
@@ -112,6 +115,12 @@ INSTANTIATE_TEST_SUITE_P(
     testing::Values(
         RefusedThreshold("256", "fan", "lower-critical", "1",
                          "--entity: 256 is no whole number from 0 to 255"),
+        RefusedThreshold("1e0", "fan", "lower-critical", "1",
+                         "--entity: 1e0 is no whole number from 0 to 255"),
+        RefusedThreshold("0x", "fan", "lower-critical", "1",
+                         "--entity: 0x is no whole number from 0 to 255"),
+        RefusedThreshold("99999999999", "fan", "lower-critical", "1",
+                         "--entity: 99999999999 is no whole number from 0 to 255"),
         RefusedThreshold("7", "spoon", "lower-critical", "1",
                          "--type: spoon is none of temperature, voltage, fan, nor a number from "
                          "0 to 255"),

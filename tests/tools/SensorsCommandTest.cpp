@@ -103,6 +103,29 @@ TEST(ThresholdSetCommand, TakesNegativeValuesAndNumbersOfTypes) {
     EXPECT_THAT(run.out, StartsWith("Thresholds as the library would write them\n"));
 }
 
+TEST(ThresholdSetCommand, TakesCodesInDecimalAndHexadecimal) {
+    const MachineFolder machine(kMachine);
+    const auto set = [&](const char* entity, const char* type) {
+        return machine.Run({"threshold", "set", "--entity", entity, "--type", type, "--which",
+                            "upper-critical", "88"});
+    };
+    const std::string expected = machine.Run(kSet).out;
+    EXPECT_EQ(set("003", "01").out, expected);
+    EXPECT_EQ(set("0x03", "0x1").out, expected);
+    EXPECT_THAT(set("010", "1").err, HasSubstr("no sensor of entity 10 ")) << "not octal";
+    EXPECT_THAT(set("3", "010").err, HasSubstr("and type 10 ")) << "not octal";
+}
+
+TEST(ThresholdSetCommand, TakesOptionsOfAllCommandsBeforeItsSecondWord) {
+    const MachineFolder machine(kMachine);
+    auto arguments = kSet;
+    arguments.push_back("--json");
+    const std::string expected = machine.Run(arguments).out;
+    arguments.pop_back();
+    arguments.insert(arguments.begin() + 1, "--json");
+    EXPECT_EQ(machine.Run(arguments).out, expected);
+}
+
 TEST(ThresholdSetCommand, AnswersInJsonWithTheReasonForNotWriting) {
     auto arguments = kSet;
     arguments.push_back("--json");
