@@ -99,8 +99,8 @@ public:
     Bmc(Clock clock, AccessLog& log);
 
     // Sensor data records, in the repository's order. Each gets the next record ID unless its own
-    // is to be kept. A record that names a sensor gives it a reading of 0 and readable thresholds
-    // of 0.
+    // is to be kept; std::invalid_argument for one that is there already. A record that names a
+    // sensor gives it a reading of 0 and readable thresholds of 0.
     void add(const SdrRecord& record) { addRecord(record.bytes()); }
     void addRecord(Bytes record, bool keepId = false, BmcRecordQuirks quirks = {});
 

@@ -7,6 +7,7 @@
 
 #include "Bmc.h"
 #include "BmcReply.h"
+#include "CallText.h"
 
 namespace sim {
 namespace {
@@ -27,6 +28,11 @@ void Bmc::addRecord(Bytes record, bool keepId, BmcRecordQuirks quirks) {
         record[0] = low(id);
         record[1] = high(id);
     }
+    const auto id = static_cast<std::uint16_t>(idOf(record));
+    constexpr std::uint16_t kEnd = 0xFFFF;  // in place of the ID behind the last record's
+    if (id == kEnd) throw std::invalid_argument("0xFFFF is no ID of a record");
+    if (hasRecord(id))
+        throw std::invalid_argument("the repository has a record " + hex(id) + " already");
     constexpr std::size_t kNumber = 7;
     constexpr std::uint8_t kFullSensor = 1;
     constexpr std::uint8_t kCompactSensor = 2;

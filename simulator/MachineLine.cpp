@@ -22,6 +22,8 @@ bool isBlank(char c) {
 
 MachineLine::MachineLine(std::string file, int number, std::string_view text)
     : file_(std::move(file)), number_(number) {
+    if (text.find('\0') != std::string_view::npos)
+        fail("a byte 00 stands in the line, which is no text");
     std::size_t at = 0;
     while (true) {
         at = text.find_first_not_of(kBlanks, at);

@@ -150,6 +150,7 @@ class BadBmc : public testing::TestWithParam<BadController> {};
 TEST_P(BadBmc, IsReportedWithItsLine) {
     const MachineFolder folder(GetParam().text);
     folder.write("short.bin", "short");
+    folder.write("one.bin", std::string("\1\0\x51\xC0\0", 5));
     sim::Machine machine;
     try {
         loadMachine(folder.path, machine);
@@ -185,6 +186,8 @@ INSTANTIATE_TEST_SUITE_P(
         BadController{FAN "thresholds 1 0x40 1 2 3 4 5 6",
                       "3: the readable thresholds 0x40 is above 63"},
         BadController{"bmc kcs\nsdr short.bin", "2: no dump of a sensor data record repository"},
+        BadController{"bmc kcs\nrecord 0xC0\nrecord 0xC0\nsdr one.bin",
+                      "4: the repository has a record 0x1 already"},
         BadController{"bmc kcs\ninventory short.bin\ninventory short.bin",
                       "3: the controller has an inventory already"},
         BadController{"bmc kcs\nchannel 1 4 1\nchannel 1 4 1",

@@ -66,9 +66,16 @@ TEST_F(BmcModel, ADumpKeepsItsRecordIds) {
     bmc.loadRepository(dump);
     EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0}), (Bytes{0, 0x99, 0x00}));
     EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0x34, 0x12, 0, 0}), (Bytes{0, 0x99, 0x00}));
+    EXPECT_THROW(bmc.loadRepository(dump), std::invalid_argument) << "IDs that are there";
+    dump[0] = 0x35;
     dump.pop_back();
     EXPECT_THROW(bmc.loadRepository(dump), std::runtime_error);
     EXPECT_THROW(bmc.loadRepository(Bytes{1, 2, 3}), std::runtime_error);
+}
+
+TEST_F(BmcModel, TheMarkOfTheEndIsNoRecordsId) {
+    bmc.addRecord(sim::SdrRecord("A", 1).byte(0, 0xFE).byte(1, 0xFF).bytes(), true);
+    EXPECT_THROW(bmc.add(sim::SdrRecord("B", 2)), std::invalid_argument);
 }
 
 TEST_F(BmcModel, SensorsAreThoseOfTheRecordsAndTheGivenOnes) {

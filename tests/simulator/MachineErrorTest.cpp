@@ -156,4 +156,11 @@ TEST(MachineCaptureError, AFolderWithoutADescriptionIsNoMachine) {
     EXPECT_EQ(complaint(folder), "machine.txt: No such file or directory");
 }
 
+// The rest of such a line would be missing from a complaint.
+TEST(MachineErrors, ALineWithAZeroByteIsNoText) {
+    using namespace std::string_view_literals;
+    EXPECT_EQ(complaint(MachineFolder("memory 1M\ncpu\0 0"sv)),
+              "machine.txt:2: a byte 00 stands in the line, which is no text");
+}
+
 }  // namespace
