@@ -50,10 +50,17 @@ int main(int argc, char** argv) {
     app.formatter(std::make_shared<Help>());
     std::filesystem::path machine;
     sim::LaunchOptions options;
-    app.add_option("MACHINE", machine, "folder that describes the server")->required();
-    app.add_option("--log", options.logFile, "file to write every access to");
+    app.failure_message([](const CLI::App*, const CLI::Error& error) {
+        return std::string("talvane-sim: ") + error.what() +
+               "\nRun talvane-sim --help for its options.\n";
+    });
+    app.add_option("MACHINE", machine, "folder that describes the server")
+        ->type_name("")
+        ->required();
+    app.add_option("--log", options.logFile, "file to write every access to")->type_name("FILE");
     app.add_option("--control", options.controlFile,
-                   "file by which sensors are changed while the program runs");
+                   "file by which sensors are changed while the program runs")
+        ->type_name("FILE");
     app.add_flag("--real-time", options.realTime,
                  "sleeping takes its time; without, the machine's clock jumps");
     try {
