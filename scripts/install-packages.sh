@@ -11,7 +11,7 @@ test="$build googletest clang-format abigail-tools binutils make pkg-config dmid
 bench="$build valgrind dmidecode"
 lint="$build clang-tidy"
 # The emulated machine is put together from Debian's packages.
-vm="$build pkg-config qemu-system-x86 openipmi kmod cpio e2fsprogs python3"
+vm="$build pkg-config libfuse3-dev qemu-system-x86 openipmi kmod cpio e2fsprogs python3"
 
 wanted=
 for task in "$@"; do
