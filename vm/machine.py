@@ -39,7 +39,7 @@ SERIALS = ["RT00001", "KST3-00815-7", "PL00001", "RS00001"]
 
 def free_port():
     with socket.socket() as listener:
-        listener.bind(("localhost", 0))
+        listener.bind(("127.0.0.1", 0))
         return listener.getsockname()[1]
 
 
@@ -95,7 +95,7 @@ def emulator(machine, disks, port, monitor, kind):
                           "connector_type=0x0B,port_type=0x1F",
                "-smbios", "type=17,loc_pfx=DIMM,bank=Bank 1,manufacturer=Tarn Memory,speed=266",
                # Connects again until the simulator, started at the same time, listens.
-               "-chardev", f"socket,id=ipmi0,host=localhost,port={port},reconnect=1",
+               "-chardev", f"socket,id=ipmi0,host=127.0.0.1,port={port},reconnect=1",
                "-device", "ipmi-bmc-extern,id=bmc0,chardev=ipmi0",
                "-device", "isa-ipmi-kcs,bmc=bmc0",
                # More for the PCI report: a bridge with a device behind it, and several interfaces.

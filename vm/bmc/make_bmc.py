@@ -169,7 +169,7 @@ def main():
     folder = pathlib.Path(sys.argv[1])
     (folder / "state").mkdir(parents=True)
     (folder / "lan.conf").write_text(
-        f'name "machine"\nserial 15 localhost {int(sys.argv[2])} codec VM\n')
+        f'name "machine"\nserial 15 127.0.0.1 {int(sys.argv[2])} codec VM\n')
     (folder / "bmc.emu").write_text("".join(line + "\n" for line in controller()))
 
 
