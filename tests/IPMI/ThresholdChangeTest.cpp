@@ -9,18 +9,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class ThresholdChange : public IpmiTest {
-protected:
-    // Two temperatures of the processor and a fan; thresholds are those of the entry's index.
-    void AddThree() {
-        Add(Temperature("T1", 0x10).entity(3).thresholdMasks(0x3F, 0x3F), 40);
-        Add(Temperature("T2", 0x11).entity(3).thresholdMasks(0x3F, 0x38), 40);
-        Add(Fan("F1", 0x30).entity(29).thresholdMasks(0x3F, 0x00), 70);
-        bmc.setThresholds(0, {0x3F, {30, 20, 10, 100, 110, 120}});
-        bmc.setThresholds(1, {0x3F, {31, 21, 11, 101, 111, 121}});
-        bmc.setThresholds(2, {0x3F, {3, 2, 1, 100, 110, 120}});
-    }
-};
+class ThresholdChange : public IpmiTest {};
 
 TEST_F(ThresholdChange, ReachesEverySensorOfTheKind) {
     AddThree();
