@@ -77,11 +77,7 @@ int IPMIsupport::SetUserInfo(unsigned char userID, const char* userName, const c
         user[0] = userID;
         result = Transact(APP_CMD, Set_user_passwd, BMC_ADDRESS, user.get(), kLength);
     }
-    if (result == 0)
-        request.data = nullptr;
-    else
-        KeepRefused(std::move(user));  // Kept: the record goes on pointing there.
-    return result;
+    return Settled(result, std::move(user), request.data);
 }
 
 int IPMIsupport::SetLANParameter(LANParameter lp) {

@@ -72,14 +72,10 @@ int IPMIsupport::ResetWatchDogTimer() {
     return Exchange(APP_CMD, reset_watchdog_timer, BMC_ADDRESS, {});
 }
 
-// One request of a command that changes the controller's settings. Kept: the record of a request
-// that is refused goes on pointing at its data.
+// One request of a command that changes the controller's settings.
 int IPMIsupport::Request(int netFn, int code, std::initializer_list<unsigned char> data) {
     RequestData sent = CopyOf(data);
-    if (Transact(netFn, code, BMC_ADDRESS, sent.get(), static_cast<int>(data.size())) != 0) {
-        KeepRefused(std::move(sent));
-        return -1;
-    }
-    request.data = nullptr;
-    return 0;
+    const int result =
+        Transact(netFn, code, BMC_ADDRESS, sent.get(), static_cast<int>(data.size()));
+    return Settled(result, std::move(sent), request.data);
 }

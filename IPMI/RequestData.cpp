@@ -12,6 +12,10 @@ RequestData refused;
 
 }  // namespace
 
-void KeepRefused(RequestData data) {
-    refused = std::move(data);
+int Settled(int result, RequestData sent, unsigned char*& recorded) {
+    if (result == 0)
+        recorded = nullptr;
+    else
+        refused = std::move(sent);
+    return result;
 }

@@ -19,8 +19,9 @@ inline RequestData CopyOf(std::initializer_list<unsigned char> bytes) {
     return copy;
 }
 
-// Takes over the data of a refused setting, to which the record of that request goes on pointing,
-// until the next one is refused.
-void KeepRefused(RequestData data);
+// The end of a setting, whose last request had this result; answers the result. `recorded`, the
+// record's pointer, becomes null. Kept: that of a refused setting goes on pointing at its data,
+// which live until another setting is refused.
+int Settled(int result, RequestData sent, unsigned char*& recorded);
 
 #endif
