@@ -41,16 +41,21 @@ Bmc::Reply Bmc::execute(const BmcRequest& request) {
     return (this->*row->run)(request.data);
 }
 
+void Bmc::carryOut(BmcRequest& request) {
+    Reply reply = execute(request);
+    request.completion = reply.completion;
+    request.response = std::move(reply.data);
+}
+
 void Bmc::answer(BmcRequest& request) {
     const std::optional<Bytes> given = interceptor_ ? interceptor_(request) : std::nullopt;
     const std::optional<BmcFault> fault = given ? std::nullopt : strike(request);
-    if (fault) {
+    if (given)
+        request.response = *given;
+    else if (fault)
         answerWith(*fault, request);
-    } else {
-        Reply reply = given ? Reply{0, *given} : execute(request);
-        request.completion = reply.completion;
-        request.response = std::move(reply.data);
-    }
+    else
+        carryOut(request);
     log_.add({"bmc", request.asked(), request.answered()});
     log_.add({"ipmi", request.text(),
               request.error != 0

@@ -201,6 +201,7 @@ private:
     friend struct BmcRequest;
 
     Reply execute(const BmcRequest& request);
+    void carryOut(BmcRequest& request);
     std::optional<BmcFault> strike(const BmcRequest& request);
     void answerWith(const BmcFault& fault, BmcRequest& request);
     std::optional<Shown> shownNow(std::uint8_t sensor);

@@ -6,6 +6,7 @@
 #include <cstdio>
 
 #include "Bmc.h"
+#include "BmcReply.h"
 #include "CallText.h"
 
 namespace sim {
@@ -127,13 +128,13 @@ std::string refusal(std::uint8_t completion) {
     };
     constexpr Meaning kMeanings[] = {
         {0xC0, "busy"},
-        {0xC1, "unknown command"},
+        {kUnknownCommand, "unknown command"},
         {0xC3, "timed out"},
         {0xC5, "reservation cancelled"},
-        {0xC7, "wrong length"},
-        {0xC9, "out of range"},
-        {0xCB, "not present"},
-        {0xCC, "invalid field"},
+        {kWrongLength, "wrong length"},
+        {kOutOfRange, "out of range"},
+        {kNotPresent, "not present"},
+        {kInvalidField, "invalid field"},
         {0xCE, "cannot be answered"},
         {0xD5, "not in this state"},
         {0xFF, "unspecified error"},

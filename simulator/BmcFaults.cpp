@@ -50,9 +50,7 @@ void Bmc::answerWith(const BmcFault& fault, BmcRequest& request) {
         request.error = static_cast<int>(fault.value);
         return;
     }
-    Reply reply = execute(request);
-    request.completion = reply.completion;
-    request.response = std::move(reply.data);
+    carryOut(request);
     if (fault.kind == BmcFault::Kind::cut)
         request.response.resize(std::min<std::size_t>(request.response.size(), fault.value));
     else
