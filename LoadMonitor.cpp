@@ -12,10 +12,10 @@
 #include <cstring>
 #include <memory>
 
-#include "CallResult.h"
-#include "CpuTimeText.h"
-#include "DoubleArithmetic.h"
 #include "Talvane.h"
+#include "base/DoubleArithmetic.h"
+#include "interface/CallResult.h"
+#include "load/CpuTimeText.h"
 
 int ExecuteFirstTime = 0;
 

@@ -5,12 +5,12 @@
 
 #include "Talvane.h"
 
-#include "CallResult.h"
 #include "GetPciInfo.h"
-#include "InventoryRecords.h"
-#include "IpmiState.h"
-#include "ReentryGuard.h"
 #include "SmBios/SmBios.h"
+#include "interface/CallResult.h"
+#include "interface/InventoryRecords.h"
+#include "interface/IpmiState.h"
+#include "interface/ReentryGuard.h"
 #include "storage/GetAllPartitionInfo.h"
 #include "storage/GetStorageInfo.h"
 

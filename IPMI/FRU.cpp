@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <array>
 
-#include "Bytes.h"
 #include "IPMI/RequestData.h"
+#include "base/Bytes.h"
 
 namespace {
 

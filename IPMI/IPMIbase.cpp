@@ -16,7 +16,7 @@
 #include <cstring>
 
 #include "IPMI/RequestData.h"
-#include "PortIo.h"
+#include "base/PortIo.h"
 
 int hDevice = -1;
 int InitOK = 0;

@@ -6,8 +6,8 @@
 
 #include <utility>
 
-#include "Bytes.h"
 #include "IPMI/RequestData.h"
+#include "base/Bytes.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include <cstring>
 
-#include "Bytes.h"
+#include "base/Bytes.h"
 
 Sensor::Sensor() : TSInfo(), VSInfo(), FSInfo(), PSInfo(), SensorsInformation(nullptr) {
     sdr = nullptr;

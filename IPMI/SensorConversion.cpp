@@ -6,8 +6,8 @@
 #include <cmath>
 #include <iterator>
 
-#include "DoubleArithmetic.h"
 #include "IPMI/Sensor.h"
+#include "base/DoubleArithmetic.h"
 
 namespace {
 

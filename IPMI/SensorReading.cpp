@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <cstring>
 
-#include "DoubleArithmetic.h"
 #include "IPMI/Sensor.h"
 #include "IPMI/SensorNames.h"
 #include "IPMI/SensorTable.h"
 #include "IPMI/SensorText.h"
+#include "base/DoubleArithmetic.h"
 
 namespace {
 

@@ -7,10 +7,10 @@
 #include <cstring>
 #include <iterator>
 
-#include "DoubleArithmetic.h"
 #include "IPMI/Sensor.h"
 #include "IPMI/SensorNames.h"
 #include "IPMI/SensorText.h"
+#include "base/DoubleArithmetic.h"
 
 namespace {
 

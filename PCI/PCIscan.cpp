@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "PortIo.h"
+#include "base/PortIo.h"
 
 namespace {
 

@@ -6,8 +6,8 @@
 
 #include <optional>
 
-#include "Bytes.h"
 #include "SmBios/EntryPoint.h"
+#include "base/Bytes.h"
 
 // Anchors lie on 16-byte boundaries (SMBIOS 2.3.4, section 2.1.1); the first one counts. Kept: no
 // checksum is verified and the intermediate anchor is not compared, since firmware in the field has

@@ -4,11 +4,11 @@
 
 #include <cstring>
 
-#include "CodeName.h"
 #include "SmBios/SmBios.h"
 #include "SmBios/SmBiosStatus.h"
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
+#include "base/CodeName.h"
 
 namespace {
 

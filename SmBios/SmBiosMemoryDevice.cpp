@@ -4,12 +4,12 @@
 
 #include <cstring>
 
-#include "CodeName.h"
 #include "SmBios/MemoryDevice.h"
 #include "SmBios/MemorySize.h"
 #include "SmBios/SmBios.h"
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
+#include "base/CodeName.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 #include <memory>
 #include <new>
 
-#include "CodeName.h"
 #include "SmBios/SmBios.h"
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
+#include "base/CodeName.h"
 
 namespace {
 

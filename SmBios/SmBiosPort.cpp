@@ -4,10 +4,10 @@
 
 #include <cstring>
 
-#include "CodeName.h"
 #include "SmBios/SmBios.h"
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
+#include "base/CodeName.h"
 
 namespace {
 

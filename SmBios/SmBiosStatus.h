@@ -4,7 +4,7 @@
 #ifndef TALVANE_SMBIOS_SMBIOSSTATUS_H
 #define TALVANE_SMBIOS_SMBIOSSTATUS_H
 
-#include "CodeName.h"
+#include "base/CodeName.h"
 
 constexpr CodeName kStatuses[] = {
     {1, "Other"},        {2, "Unknown"},  {3, "OK"},

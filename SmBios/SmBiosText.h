@@ -6,8 +6,8 @@
 
 #include <memory>
 
-#include "Bytes.h"
 #include "SmBios/BiosDataItem.h"
+#include "base/Bytes.h"
 
 // The formatted area of an item; empty for a null item.
 [[nodiscard]] ByteView FormattedArea(const std::unique_ptr<BiosDataItem>& item);

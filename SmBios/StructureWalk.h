@@ -6,8 +6,8 @@
 
 #include <memory>
 
-#include "Bytes.h"
 #include "SmBios/BiosDataItem.h"
+#include "base/Bytes.h"
 
 // Zero bytes behind the copy of the table. A damaged structure that starts on the table's last
 // bytes finds its header, the longest formatted area and the two bytes that end its string set

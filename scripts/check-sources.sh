@@ -15,7 +15,7 @@ SmBios/PhysicalMemory.cpp
 storage/DriveAccess.cpp
 storage/Llseek.cpp'
 # The only library files with port instructions.
-port_files='PortIo.h'
+port_files='base/PortIo.h'
 
 violations=$(mktemp)
 trap 'rm -f "$violations"' EXIT
@@ -35,7 +35,7 @@ lines_of() { printf '%s\n' "$@" | grep .; }  # of lists that may be empty
 
 cpp_files=$(select_files '\.(cpp|h|c)$')
 build_files=$(select_files '(\.sh|\.cmake|\.cmake\.in|CMakeLists\.txt|Makefile|^\.ci/run)$')
-library_files=$(lines_of "$cpp_files" | grep -E '^(SmBios/|IPMI/|PCI/|storage/)?[^/]+$')
+library_files=$(lines_of "$cpp_files" | grep -E '^(SmBios/|IPMI/|PCI/|storage/|interface/|load/|base/)?[^/]+$')
 
 report() { sed "s|\$|: $1|" >>"$violations"; }      # of lines naming a place
 without() { grep -vxF -e "$1" || true; }

@@ -14,7 +14,7 @@ messages=$(mktemp)
 trap 'rm -f "$messages"' EXIT
 # Findings come on standard output; standard error counts what was found in system headers.
 if ! find . -maxdepth 2 -name '*.cpp' |
-    grep -E '^\./((SmBios|IPMI|PCI|storage)/)?[^/]*$' | sort |
+    grep -E '^\./((SmBios|IPMI|PCI|storage|interface|load|base)/)?[^/]*$' | sort |
     xargs -P "$(nproc)" -n 4 clang-tidy -p "$build" --quiet 2>"$messages"; then
     cat "$messages" >&2
     exit 1

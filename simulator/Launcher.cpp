@@ -3,7 +3,7 @@
 // Checks everything that can be checked before the process is replaced, since afterwards only the
 // program could tell.
 
-#include "Launcher.h"
+#include "simulator/Launcher.h"
 
 #include <unistd.h>
 
@@ -14,10 +14,10 @@
 #include <stdexcept>
 #include <system_error>
 
-#include "Environment.h"
-#include "Machine.h"
-#include "MachineFile.h"
-#include "ProgramFile.h"
+#include "simulator/Environment.h"
+#include "simulator/ProgramFile.h"
+#include "simulator/description/MachineFile.h"
+#include "simulator/machine/Machine.h"
 
 namespace sim {
 namespace {

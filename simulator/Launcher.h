@@ -8,7 +8,7 @@
 #include <filesystem>
 #include <string>
 
-#include "MachineError.h"
+#include "simulator/description/MachineError.h"
 
 namespace sim {
 

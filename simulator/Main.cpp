@@ -11,7 +11,7 @@
 #include <string_view>
 #include <vector>
 
-#include "Launcher.h"
+#include "simulator/Launcher.h"
 
 namespace {
 

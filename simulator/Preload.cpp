@@ -11,10 +11,11 @@
 #include <fstream>
 #include <string>
 
-#include "Environment.h"
-#include "Machine.h"
-#include "RealFunction.h"
-#include "SimulatedServer.h"
+#include "simulator/Environment.h"
+#include "simulator/SimulatedServer.h"
+#include "simulator/description/BmcControlFile.h"
+#include "simulator/machine/Machine.h"
+#include "simulator/process/RealFunction.h"
 
 namespace {
 
@@ -49,7 +50,7 @@ void leaveEnvironment() {
 // a leak checker finds them in use.
 void start(const std::string& machine, const std::string& logFile, const std::string& controlFile) {
     static auto* const server = new sim::SimulatedServer(machine);
-    if (!controlFile.empty()) server->bmc().follow(controlFile);
+    if (!controlFile.empty()) sim::FollowControlFile(controlFile, server->bmc());
     if (std::getenv(sim::kRealTimeVariable) != nullptr)
         server->machine().sleepBy(sim::realFunction<unsigned(unsigned)>("sleep"));
     if (logFile.empty()) return;

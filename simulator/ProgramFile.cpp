@@ -2,7 +2,7 @@
 //
 // Program lookup, and the few fields of an ELF file that matter here.
 
-#include "ProgramFile.h"
+#include "simulator/ProgramFile.h"
 
 #include <elf.h>
 #include <unistd.h>

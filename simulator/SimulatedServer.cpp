@@ -2,15 +2,15 @@
 //
 // A machine, put in front of the real one for as long as the object lives.
 
-#include "SimulatedServer.h"
+#include "simulator/SimulatedServer.h"
 
 #include <optional>
 
-#include "Callers.h"
-#include "Interpose.h"
-#include "Machine.h"
-#include "MachineFile.h"
-#include "PortFault.h"
+#include "simulator/description/MachineFile.h"
+#include "simulator/machine/Machine.h"
+#include "simulator/process/Callers.h"
+#include "simulator/process/Interpose.h"
+#include "simulator/process/PortFault.h"
 
 namespace sim {
 

@@ -22,12 +22,12 @@
 #include <string>
 #include <string_view>
 
-#include "AccessLog.h"
-#include "Bmc.h"
-#include "FreeProgram.h"
-#include "PciBus.h"
-#include "PhysicalMemory.h"
-#include "ProcStat.h"
+#include "simulator/base/AccessLog.h"
+#include "simulator/bmc/Bmc.h"
+#include "simulator/machine/FreeProgram.h"
+#include "simulator/machine/PciBus.h"
+#include "simulator/machine/PhysicalMemory.h"
+#include "simulator/machine/ProcStat.h"
 
 namespace sim {
 

@@ -7,7 +7,7 @@
 
 #include <cstddef>
 
-#include "Bytes.h"
+#include "base/Bytes.h"
 
 // In which the kernel and partition tables count.
 constexpr unsigned long long kSectorSize = 512;

@@ -7,7 +7,7 @@
 #include <cstring>
 #include <iterator>
 
-#include "CodeName.h"
+#include "base/CodeName.h"
 #include "storage/DriveAccess.h"
 #include "storage/DriveSlot.h"
 #include "storage/GetStorageInfo.h"

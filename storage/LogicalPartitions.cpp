@@ -3,7 +3,7 @@
 // The chain of extended boot records. Each holds two entries: its logical partition, and a link
 // whose type tells whether another record follows.
 
-#include "CodeName.h"
+#include "base/CodeName.h"
 #include "storage/DriveAccess.h"
 #include "storage/PartitionEntry.h"
 

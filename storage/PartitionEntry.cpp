@@ -5,7 +5,7 @@
 #include <cstdio>
 #include <cstring>
 
-#include "Bytes.h"
+#include "base/Bytes.h"
 #include "storage/DriveAccess.h"
 #include "storage/lltostr.h"
 

@@ -2,7 +2,7 @@
 //
 // The controller's own commands: watchdog, device ID, channels, users, LAN.
 
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
 #include "support/IpmiTest.h"
 
 namespace {

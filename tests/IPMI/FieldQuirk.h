@@ -14,9 +14,9 @@
 
 #include "IPMI/IPMIsupport.h"
 #include "Talvane.h"
-#include "simulator/Machine.h"
 #include "simulator/MachineFolder.h"
 #include "simulator/SimulatedServer.h"
+#include "simulator/machine/Machine.h"
 
 // Sensors whose raw readings are degrees.
 inline std::string Temperature(int number, const std::string& name,

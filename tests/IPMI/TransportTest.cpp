@@ -5,9 +5,9 @@
 #include <array>
 #include <memory>
 
-#include "simulator/Device.h"
-#include "simulator/IpmiDevice.h"
-#include "simulator/Machine.h"
+#include "simulator/machine/Device.h"
+#include "simulator/machine/IpmiDevice.h"
+#include "simulator/machine/Machine.h"
 #include "support/IpmiTest.h"
 
 namespace {

@@ -3,7 +3,7 @@
 // The exported functions of the watchdog timer and the BMC's version.
 
 #include "Talvane.h"
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
 #include "support/IpmiTest.h"
 
 namespace {

@@ -7,7 +7,7 @@
 
 #include "PCI/LspciText.h"
 #include "PCI/PciTest.h"
-#include "simulator/PciText.h"
+#include "simulator/description/PciText.h"
 #include "support/SharedData.h"
 
 namespace {

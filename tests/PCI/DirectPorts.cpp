@@ -4,8 +4,8 @@
 // simulated server without executing an instruction, whose fault costs more than all the rest. A
 // full scan makes 90,112 accesses.
 #include "PCI/PCIscan.h"
-#include "simulator/Interpose.h"
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
+#include "simulator/process/Interpose.h"
 
 void PCIscan::out(unsigned short port, unsigned long value) {
     sim::Interposition::machine()->portOut(port, 4, value);

@@ -11,7 +11,7 @@
 #include "SmBios/PrivateCalls.h"
 #include "SmBios/SmBios.h"
 #include "simulator/SimulatedServer.h"
-#include "simulator/SmbiosTable.h"
+#include "simulator/machine/SmbiosTable.h"
 
 namespace {
 

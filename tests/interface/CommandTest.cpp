@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The command codes of GetInfo: matched exactly, and what each answers without a table.
-#include "simulator/IdeDrive.h"
+#include "simulator/machine/IdeDrive.h"
 #include "support/InterfaceTest.h"
 
 namespace {

@@ -10,7 +10,7 @@
 #include <memory>
 #include <string>
 
-#include "CpuTimeText.h"
+#include "load/CpuTimeText.h"
 
 namespace {
 

@@ -10,7 +10,7 @@
 #include "SmBios/SmBios.h"
 #include "Talvane.h"
 #include "simulator/SimulatedServer.h"
-#include "simulator/SmbiosTable.h"
+#include "simulator/machine/SmbiosTable.h"
 
 // Stands for SmBios::GetItem, which is private: a method takes its object as first argument.
 extern "C" BiosDataItem* AgentsGetItem(SmBios* bios, unsigned char type,

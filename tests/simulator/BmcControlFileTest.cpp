@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include "MachineFolder.h"
-#include "simulator/Machine.h"
-#include "simulator/MachineFile.h"
+#include "simulator/description/MachineFile.h"
+#include "simulator/machine/Machine.h"
 
 namespace {
 
@@ -61,7 +61,7 @@ TEST_F(BmcControl, ASensorThatNothingElseNamesIsThere) {
     EXPECT_EQ(read(7), (Bytes{1, 0xC0, 0, 0}));
 }
 
-TEST_F(BmcControl, ItMayHaveACourseOfItsOwn) {
+TEST_F(BmcControl, ItMayHaveATimelineOfItsOwn) {
     say("reading 1 at 5 90\n");
     EXPECT_EQ(read(1)[0], 20);
     (void)machine.sleep(5);

@@ -8,8 +8,8 @@
 #include <cerrno>
 #include <stdexcept>
 
-#include "simulator/AccessLog.h"
-#include "simulator/Bmc.h"
+#include "simulator/base/AccessLog.h"
+#include "simulator/bmc/Bmc.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "MachineFolder.h"
-#include "simulator/Machine.h"
-#include "simulator/MachineFile.h"
+#include "simulator/description/MachineFile.h"
+#include "simulator/machine/Machine.h"
 
 namespace {
 
@@ -86,7 +86,7 @@ TEST_F(BmcStatements, CapturesAndChannels) {
     EXPECT_EQ(ask(6, 0x42, {1})[1], 4);
 }
 
-TEST_F(BmcStatements, ReadingsAndStatesHaveACourse) {
+TEST_F(BmcStatements, ReadingsAndStatesHaveATimeline) {
     loadMachine(MachineFolder("bmc kcs\nreading 1 20\nreading 1 at 5 80\n"
                               "reading 1 at 9 unavailable\nreading 2 unavailable 0xFF\n"
                               "states 1 at 5 2\n")

@@ -7,8 +7,8 @@
 
 #include <stdexcept>
 
-#include "simulator/AccessLog.h"
-#include "simulator/Bmc.h"
+#include "simulator/base/AccessLog.h"
+#include "simulator/bmc/Bmc.h"
 
 namespace {
 
@@ -87,7 +87,7 @@ TEST_F(BmcModel, SensorsAreThoseOfTheRecordsAndTheGivenOnes) {
     EXPECT_EQ(ask(4, 0x2D, {9}), (Bytes{0, 42, 0xC0, 1, 2}));
 }
 
-TEST_F(BmcModel, ReadingsAndStatesFollowTheirCourse) {
+TEST_F(BmcModel, ReadingsAndStatesFollowTheirTimeline) {
     bmc.setReading(9, 10);
     bmc.setReading(9, 80, std::chrono::seconds(5));
     bmc.setUnavailable(9, std::chrono::seconds(8));

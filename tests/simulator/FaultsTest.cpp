@@ -10,7 +10,7 @@
 #include <stdexcept>
 
 #include "ProbedServer.h"
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <string>
 
 #include "MachineFolder.h"
-#include "simulator/Machine.h"
-#include "simulator/MachineError.h"
-#include "simulator/MachineFile.h"
+#include "simulator/description/MachineError.h"
+#include "simulator/description/MachineFile.h"
+#include "simulator/machine/Machine.h"
 
 namespace {
 
@@ -228,7 +228,7 @@ TEST_F(Inventory, ProcessorsWorkAtTheirRates) {
               "cpu  12120 101000 3030 85850\ncpu0 12120 0 3030 85850\ncpu1 0 101000 0 0\n");
 }
 
-TEST_F(Inventory, StatFollowsItsCourse) {
+TEST_F(Inventory, StatFollowsItsTimeline) {
     const MachineFolder folder("cpu 0 idle 1\nstat a\nstat at 5 b");
     folder.write("a", "first\n");
     folder.write("b", "second\n");
@@ -240,7 +240,7 @@ TEST_F(Inventory, StatFollowsItsCourse) {
     EXPECT_EQ(Content("/proc/stat"), "second\n");
 }
 
-TEST_F(Inventory, CourseThatStartsLaterFollowsTheRates) {
+TEST_F(Inventory, TimelineThatStartsLaterFollowsTheRates) {
     const MachineFolder folder("cpu 0 idle 1\nstat at 5 b");
     folder.write("b", "second\n");
     Load(folder);

@@ -9,7 +9,7 @@
 #include <array>
 #include <cerrno>
 
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <string>
 
 #include "MachineFolder.h"
-#include "simulator/Machine.h"
-#include "simulator/MachineFile.h"
+#include "simulator/description/MachineFile.h"
+#include "simulator/machine/Machine.h"
 
 namespace {
 

@@ -10,9 +10,9 @@
 #include <string>
 
 #include "MachineFolder.h"
-#include "simulator/Machine.h"
-#include "simulator/MachineFile.h"
-#include "simulator/SmbiosTable.h"
+#include "simulator/description/MachineFile.h"
+#include "simulator/machine/Machine.h"
+#include "simulator/machine/SmbiosTable.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include <stdexcept>
 #include <string>
 
-#include "simulator/PhysicalMemory.h"
-#include "simulator/SmbiosTable.h"
+#include "simulator/machine/PhysicalMemory.h"
+#include "simulator/machine/SmbiosTable.h"
 
 namespace {
 

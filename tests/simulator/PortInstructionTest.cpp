@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "simulator/PortInstruction.h"
+#include "simulator/process/PortInstruction.h"
 
 namespace {
 

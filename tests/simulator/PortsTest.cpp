@@ -8,7 +8,7 @@
 #include <vector>
 
 #include "ProbedServer.h"
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
 
 namespace {
 

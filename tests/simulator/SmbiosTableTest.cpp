@@ -7,7 +7,7 @@
 
 #include <stdexcept>
 
-#include "simulator/SmbiosTable.h"
+#include "simulator/machine/SmbiosTable.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 #include <map>
 #include <sstream>
 
-#include "simulator/SectorText.h"
+#include "simulator/description/SectorText.h"
 #include "storage/StorageTest.h"
 #include "support/SharedData.h"
 

@@ -9,9 +9,9 @@
 
 #include <string>
 
-#include "simulator/IdeDrive.h"
-#include "simulator/Machine.h"
 #include "simulator/SimulatedServer.h"
+#include "simulator/machine/IdeDrive.h"
+#include "simulator/machine/Machine.h"
 #include "storage/GetAllPartitionInfo.h"
 #include "storage/GetStorageInfo.h"
 

@@ -12,7 +12,7 @@
 
 #include "Talvane.h"
 #include "simulator/SimulatedServer.h"
-#include "simulator/SmbiosTable.h"
+#include "simulator/machine/SmbiosTable.h"
 #include "support/RecordImage.h"
 
 class InterfaceTest : public ::testing::Test {

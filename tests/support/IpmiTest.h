@@ -10,8 +10,8 @@
 #include <memory>
 #include <string>
 
-#include "simulator/SdrRecord.h"
 #include "simulator/SimulatedServer.h"
+#include "simulator/bmc/SdrRecord.h"
 #include "support/Answer.h"
 #include "support/OpenIpmi.h"
 

@@ -12,7 +12,7 @@
 #include <memory>
 
 #include "simulator/SimulatedServer.h"
-#include "simulator/SmbiosTable.h"
+#include "simulator/machine/SmbiosTable.h"
 #include "support/Answer.h"
 #include "support/OpenSmBios.h"
 

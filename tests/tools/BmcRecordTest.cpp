@@ -6,7 +6,7 @@
 
 #include <cerrno>
 
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
 #include "support/IpmiTest.h"
 #include "tools/Source.h"
 #include "tools/records/Bmc.h"

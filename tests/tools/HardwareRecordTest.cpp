@@ -7,11 +7,11 @@
 
 #include <cerrno>
 
-#include "simulator/FreeProgram.h"
-#include "simulator/IdeDrive.h"
-#include "simulator/Machine.h"
-#include "simulator/ProcStat.h"
 #include "simulator/SimulatedServer.h"
+#include "simulator/machine/FreeProgram.h"
+#include "simulator/machine/IdeDrive.h"
+#include "simulator/machine/Machine.h"
+#include "simulator/machine/ProcStat.h"
 #include "tools/records/Drives.h"
 #include "tools/records/Load.h"
 #include "tools/records/Partitions.h"

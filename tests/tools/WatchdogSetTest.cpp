@@ -4,7 +4,7 @@
 
 #include <gmock/gmock.h>
 
-#include "simulator/Machine.h"
+#include "simulator/machine/Machine.h"
 #include "support/IpmiTest.h"
 #include "tools/changes/WatchdogChange.h"
 #include "tools/records/Watchdog.h"

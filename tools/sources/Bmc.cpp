@@ -8,7 +8,7 @@
 
 #include <cerrno>
 
-#include "PortIo.h"
+#include "base/PortIo.h"
 #include "tools/Source.h"
 #include "tools/sources/Descriptor.h"
 #include "tools/sources/ErrorText.h"

@@ -12,7 +12,7 @@
 #include <cstring>
 #include <optional>
 
-#include "Bytes.h"
+#include "base/Bytes.h"
 #include "tools/Source.h"
 #include "tools/sources/Descriptor.h"
 #include "tools/sources/ErrorText.h"

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+//
+// Tables that give a code its name. The texts are part of the interface and spelled as agents know
+// them. A table stands directly above its only decoder, rows in the order of their codes.
+#ifndef TALVANE_BASE_CODENAME_H
+#define TALVANE_BASE_CODENAME_H
+
+#include <cstddef>
+
+struct CodeName {
+    unsigned code;
+    const char* name;
+};
+
+// Linear on purpose: the longest table has under 100 rows.
+template <std::size_t N>
+constexpr const char* NameOf(const CodeName (&table)[N], unsigned code, const char* fallback) {
+    for (const CodeName& row : table)
+        if (row.code == code) return row.name;
+    return fallback;
+}
+
+template <std::size_t N>
+constexpr bool StrictlyAscending(const CodeName (&table)[N]) {
+    for (std::size_t i = 1; i < N; ++i)
+        if (table[i - 1].code >= table[i].code) return false;
+    return true;
+}
+
+#endif

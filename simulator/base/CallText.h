@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+//
+// How calls and their arguments read in the access log and in messages.
+#ifndef TALVANE_SIMULATOR_BASE_CALLTEXT_H
+#define TALVANE_SIMULATOR_BASE_CALLTEXT_H
+
+#include <cstdint>
+#include <string>
+
+namespace sim {
+
+std::string hex(std::uint64_t value);                     // 0xF0000
+std::string errorName(int error);                         // EACCES
+std::string quoted(const char* text);                     // in double quotes, or NULL
+std::string openFlags(int flags);                         // O_RDONLY|O_CLOEXEC
+std::string seekTarget(std::int64_t offset, int whence);  // 0xF0000, +16, END-1
+
+}  // namespace sim
+
+#endif

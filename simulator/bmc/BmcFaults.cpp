@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+//
+// Requests that are not answered as they should be.
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "simulator/bmc/Bmc.h"
+
+namespace sim {
+
+void Bmc::inject(const BmcFault& fault) {
+    if (find(fault.netFn, fault.command) == nullptr)
+        throw std::invalid_argument("the controller knows no such command");
+    faults_.push_back(fault);
+}
+
+void Bmc::inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth) {
+    for (const Command& row : commands()) {
+        if (row.name != command) continue;
+        faults_.push_back({row.netFn, row.command, nth, kind, value});
+        return;
+    }
+    throw std::invalid_argument("the controller knows no command \"" + std::string(command) + "\"");
+}
+
+// The fault that this request meets: counts it for each that waits for its command, and drops the
+// ones whose request it is.
+std::optional<BmcFault> Bmc::strike(const BmcRequest& request) {
+    std::optional<BmcFault> met;
+    for (auto fault = faults_.begin(); fault != faults_.end();) {
+        const bool isMeant = fault->netFn == request.netFn && fault->command == request.command;
+        const bool isOnce = fault->nth != 0;
+        if (!isMeant || (isOnce && --fault->nth != 0)) {
+            ++fault;
+            continue;
+        }
+        if (!met) met = *fault;
+        fault = isOnce ? faults_.erase(fault) : fault + 1;
+    }
+    return met;
+}
+
+void Bmc::answerWith(const BmcFault& fault, BmcRequest& request) {
+    if (fault.kind == BmcFault::Kind::refused) {
+        request.completion = static_cast<std::uint8_t>(fault.value);
+        return;
+    }
+    if (fault.kind == BmcFault::Kind::fails) {
+        request.error = static_cast<int>(fault.value);
+        return;
+    }
+    carryOut(request);
+    if (fault.kind == BmcFault::Kind::cut)
+        request.response.resize(std::min<std::size_t>(request.response.size(), fault.value));
+    else
+        request.response = requests_.empty() ? Bytes{} : requests_.back().response;
+}
+
+}  // namespace sim

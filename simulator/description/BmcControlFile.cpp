@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+//
+// The file is small and read whole: an editor may replace it within the resolution of a time stamp.
+
+#include "simulator/description/BmcControlFile.h"
+
+#include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+
+#include "simulator/bmc/Bmc.h"
+#include "simulator/description/BmcSensorStatements.h"
+#include "simulator/description/MachineError.h"
+#include "simulator/description/MachineLine.h"
+
+namespace sim {
+
+const std::map<std::uint8_t, BmcTimeline>& BmcControlFile::timelines() {
+    std::ifstream stream(file_);
+    std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    if (text != text_) readAgain(text);
+    text_ = std::move(text);
+    return timelines_;
+}
+
+void BmcControlFile::readAgain(const std::string& text) {
+    std::map<std::uint8_t, BmcTimeline> read;
+    std::istringstream lines(text);
+    std::string words;
+    try {
+        for (int number = 1; std::getline(lines, words); ++number) {
+            MachineLine line(file_.string(), number, words);
+            readTimelineLine(line, read);
+        }
+        timelines_ = std::move(read);
+    } catch (const MachineError& error) {
+        (void)std::fprintf(stderr, "simulated server: %s; what it said before holds\n",
+                           error.what());
+    }
+}
+
+void FollowControlFile(const std::filesystem::path& file, Bmc& bmc) {
+    bmc.follow([control = BmcControlFile(file)]() mutable -> const auto& {
+        return control.timelines();
+    });
+}
+
+}  // namespace sim

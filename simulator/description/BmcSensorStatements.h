@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+//
+// The statements about what sensors show, shared by machine descriptions and control files.
+#ifndef TALVANE_SIMULATOR_DESCRIPTION_BMCSENSORSTATEMENTS_H
+#define TALVANE_SIMULATOR_DESCRIPTION_BMCSENSORSTATEMENTS_H
+
+#include <cstdint>
+#include <map>
+
+#include "simulator/bmc/BmcTimeline.h"
+#include "simulator/description/MachineLine.h"
+
+namespace sim {
+
+// What stands behind the words `reading` and `states`.
+void readReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
+void readStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
+
+// A whole line of a control file: one of these statements, or nothing.
+void readTimelineLine(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+//
+// PCI functions, drives and load while a description is being read.
+#ifndef TALVANE_SIMULATOR_DESCRIPTION_INVENTORYDRAFT_H
+#define TALVANE_SIMULATOR_DESCRIPTION_INVENTORYDRAFT_H
+
+#include <chrono>
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "simulator/description/MachineLine.h"
+#include "simulator/machine/FreeProgram.h"
+#include "simulator/machine/IdeDrive.h"
+#include "simulator/machine/PciBus.h"
+#include "simulator/machine/ProcStat.h"
+
+namespace sim {
+
+struct PciDraft {
+    Bytes configuration;
+    int line;
+};
+
+struct DriveDraft {
+    MachineLine line;
+    IdeDrive drive = {};
+    std::optional<std::uint64_t> size = {};       // in sectors
+    std::filesystem::path image = {};             // a file; empty: zeroes
+    std::map<std::uint64_t, Bytes> sectors = {};  // written over the zeroes
+};
+
+// What an identity block is made of.
+struct DriveTexts {
+    std::string model;
+    std::string serial;
+    std::string firmware;
+};
+
+// An entry of a partition table on a drive.
+struct EntryDraft {
+    char drive;
+    std::uint64_t sector;
+    unsigned number;
+    TableEntry entry;
+    MachineLine line;
+};
+
+struct LoadDraft {
+    std::map<unsigned, ProcStat::Rates> cpus;
+    std::map<std::chrono::seconds, std::string> stat;
+    std::optional<FreeProgram> free;
+};
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,90 @@
+// SPDX-License-Identifier: MIT
+//
+// A machine while its description is being read. Statements, grouped by topic, fill it in any
+// order; build() then checks what only the whole tells and makes the machine.
+#ifndef TALVANE_SIMULATOR_DESCRIPTION_MACHINEDRAFT_H
+#define TALVANE_SIMULATOR_DESCRIPTION_MACHINEDRAFT_H
+
+#include <filesystem>
+#include <map>
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "simulator/description/BmcDraft.h"
+#include "simulator/description/InventoryDraft.h"
+#include "simulator/description/MachineLine.h"
+#include "simulator/machine/PhysicalMemory.h"
+#include "simulator/machine/SmbiosTable.h"
+
+namespace sim {
+
+class Machine;
+
+// Bytes at a place in memory.
+struct MemoryPiece {
+    std::uint32_t address;
+    Bytes bytes;
+    MachineLine line;
+};
+
+// Where a machine's SMBIOS comes from: one of the three, said in `line`.
+struct SmbiosDraft {
+    enum class Source { dump, segment, text };
+    Source source;
+    MachineLine line;
+    Bytes bytes;                        // dump or segment
+    SmbiosPlacement placement;          // text
+    SmbiosTable table;                  // text
+    SmbiosStructure* last = nullptr;    // the structure that field statements belong to
+    std::map<std::size_t, int> fields;  // its bytes that were set, and the line that did it
+};
+
+struct MachineDraft {
+    std::filesystem::path folder;
+    std::optional<std::pair<std::uint64_t, int>> memorySize;  // and its line
+    std::vector<MemoryPiece> pieces;
+    std::optional<SmbiosDraft> smbios;
+    std::optional<BmcDraft> bmc;
+    std::map<PciLocation, PciDraft> pci;
+    std::map<char, DriveDraft> drives;  // by letter
+    std::vector<EntryDraft> entries;
+    LoadDraft load;
+    std::map<std::string, int> without;  // device, errno
+
+    // The path of a capture that the line names.
+    std::filesystem::path captureFile(MachineLine& line) const;
+
+    // A capture: the file that the line names, from the machine's folder.
+    Bytes capture(MachineLine& line) const;
+
+    void build(Machine& machine) const;
+};
+
+// A statement: its first word, and what reads the rest of its line.
+struct MachineStatement {
+    std::string_view word;
+    void (*read)(MachineLine& line, MachineDraft& draft);
+};
+
+// Gives the machine its PCI functions, drives and load.
+void buildInventory(const MachineDraft& draft, Machine& machine);
+
+// The statements by topic.
+std::span<const MachineStatement> memoryStatements();
+std::span<const MachineStatement> smbiosStatements();
+std::span<const MachineStatement> deviceStatements();
+std::span<const MachineStatement> bmcStatements();
+std::span<const MachineStatement> bmcRecordStatements();
+std::span<const MachineStatement> bmcSensorStatements();
+std::span<const MachineStatement> bmcFaultStatements();
+std::span<const MachineStatement> pciStatements();
+std::span<const MachineStatement> driveStatements();
+std::span<const MachineStatement> loadStatements();
+
+}  // namespace sim
+
+#endif

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+//
+// What devices do unless they say otherwise.
+
+#include "simulator/machine/Device.h"
+
+#include <sys/mman.h>
+
+namespace sim {
+
+int OpenFile::makeDescriptor(const char* path) const {
+    return memfd_create(path, MFD_CLOEXEC);
+}
+
+std::optional<Answer> OpenFile::ioctl(unsigned long, void*) {
+    return std::nullopt;
+}
+
+}  // namespace sim

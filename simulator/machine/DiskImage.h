@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+//
+// The sectors of a simulated disk, behind real descriptors: programs move on a disk with system
+// calls of their own, which no interposed function sees.
+#ifndef TALVANE_SIMULATOR_MACHINE_DISKIMAGE_H
+#define TALVANE_SIMULATOR_MACHINE_DISKIMAGE_H
+
+#include <cstdint>
+#include <filesystem>
+#include <span>
+#include <string>
+
+namespace sim {
+
+// An entry of a boot record's partition table.
+struct TableEntry {
+    std::uint8_t type = 0;
+    std::uint32_t start = 0;
+    std::uint32_t sectors = 0;
+};
+
+// Failures of the system are std::system_error.
+class DiskImage {
+public:
+    static constexpr std::size_t kSectorSize = 512;
+
+    // Zeroes; only what is written takes memory.
+    explicit DiskImage(std::uint64_t sectors);
+
+    // An image in a file, which is never written to.
+    explicit DiskImage(const std::filesystem::path& file);
+
+    ~DiskImage();
+    DiskImage(const DiskImage&) = delete;
+    DiskImage& operator=(const DiskImage&) = delete;
+
+    // Both std::out_of_range for what lies past the end or, a sector, has more than 512 bytes, and
+    // std::logic_error for an image in a file.
+    void write(std::uint64_t sector, std::span<const std::uint8_t> bytes);
+    void setEntry(std::uint64_t sector, unsigned number, const TableEntry& entry);  // 1 to 4
+
+    std::uint64_t sectors() const { return sectors_; }
+
+    // A new descriptor for reading, at position 0; owned by the caller. -1 with errno set on
+    // failure.
+    int open() const;
+
+private:
+    void writeAt(std::uint64_t offset, std::span<const std::uint8_t> bytes);
+
+    std::string path_;
+    int memory_ = -1;  // holds the zeroes; -1 for a file
+    std::uint64_t sectors_ = 0;
+};
+
+}  // namespace sim
+
+#endif

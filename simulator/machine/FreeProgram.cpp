@@ -1,0 +1,38 @@
+// SPDX-License-Identifier: MIT
+//
+// A function of the shell, which a shell looks for before it looks for a program.
+
+#include "simulator/machine/FreeProgram.h"
+
+#include <cstdio>
+#include <string_view>
+
+namespace sim {
+
+void FreeProgram::setMemory(std::uint64_t total, std::uint64_t used) {
+    constexpr const char* layout =
+        "             total       used       free     shared    buffers     cached\n"
+        "Mem:    %10llu %10llu %10llu          0          0          0\n"
+        "-/+ buffers/cache: %10llu %10llu\n"
+        "Swap:            0          0          0\n";
+    const auto inAll = static_cast<unsigned long long>(total);
+    const auto inUse = static_cast<unsigned long long>(used);
+    char text[512];
+    (void)std::snprintf(text, sizeof text, layout, inAll, inUse, inAll - inUse, inUse,
+                        inAll - inUse);
+    setText(text);
+}
+
+bool FreeProgram::isRunBy(const char* command) const {
+    constexpr std::string_view name = "free";
+    if (text_.empty() || command == nullptr) return false;
+    const std::string_view text = command;
+    return text.starts_with(name) &&
+           (text.size() == name.size() || text[name.size()] == ' ' || text[name.size()] == '|');
+}
+
+std::string FreeProgram::before(const char* command) const {
+    return "free() {\ncat <<'END OF FREE'\n" + text_ + "END OF FREE\n}\n" + command;
+}
+
+}  // namespace sim

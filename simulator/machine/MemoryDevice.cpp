@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+//
+// Seeking moves the position and never fails for an address of memory; reading past the memory's
+// end is refused as a whole with EFAULT, as drivers/char/mem.c does.
+
+#include "simulator/machine/MemoryDevice.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+namespace sim {
+namespace {
+
+class OpenMemory : public OpenFile {
+public:
+    explicit OpenMemory(const PhysicalMemory& memory) : memory_(memory) {}
+
+    Answer read(void* out, std::size_t size) override {
+        if (!memory_.read(position_, {static_cast<std::uint8_t*>(out), size}))
+            return Answer::failed(EFAULT);
+        position_ += size;
+        return {static_cast<std::int64_t>(size)};
+    }
+
+    Answer seek(std::int64_t offset, int whence) override {
+        // The kernel knows no end of this device.
+        if (whence != SEEK_SET && whence != SEEK_CUR) return Answer::failed(EINVAL);
+        const std::int64_t base = whence == SEEK_CUR ? static_cast<std::int64_t>(position_) : 0;
+        // Addresses have 32 bits: an off_t past 2 GiB arrives negative and means the upper half.
+        // The last 4095 values are error numbers to the caller.
+        const std::int64_t target = base + offset;
+        if (target < 0 && target >= -4095) return Answer::failed(EOVERFLOW);
+        position_ =
+            target < 0 ? static_cast<std::uint32_t>(target) : static_cast<std::uint64_t>(target);
+        return {static_cast<std::int64_t>(position_)};
+    }
+
+    std::uint64_t position() const override { return position_; }
+
+private:
+    const PhysicalMemory& memory_;
+    std::uint64_t position_ = 0;
+};
+
+}  // namespace
+
+std::unique_ptr<OpenFile> MemoryDevice::open(int flags, int& error) {
+    if ((flags & O_ACCMODE) != O_RDONLY) {
+        error = EACCES;
+        return nullptr;
+    }
+    return std::make_unique<OpenMemory>(memory_);
+}
+
+}  // namespace sim

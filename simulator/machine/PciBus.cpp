@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+//
+// Only a double word at the address register's own port selects; anything else there belongs to
+// other devices and finds nobody.
+
+#include "simulator/machine/PciBus.h"
+
+#include <cstdio>
+#include <stdexcept>
+
+namespace sim {
+namespace {
+
+constexpr std::uint16_t kAddressPort = 0xCF8;
+constexpr std::uint16_t kDataPort = 0xCFC;
+constexpr std::uint32_t kEnable = 0x80000000;
+constexpr std::uint32_t kKeptBits = 0x80FFFFFC;  // the others read as zero
+
+}  // namespace
+
+std::string PciLocation::text() const {
+    char text[24];
+    (void)std::snprintf(text, sizeof text, "%02x:%02x.%x", bus, device, function);
+    return text;
+}
+
+void PciBus::set(const PciLocation& location, Bytes configuration) {
+    if (location.bus > 255 || location.device > 31 || location.function > 7)
+        throw std::invalid_argument("there is no PCI location " + location.text());
+    if (configuration.size() > kConfigurationSize)
+        throw std::invalid_argument("a PCI function has 256 bytes of configuration space");
+    functions_.insert_or_assign(location, std::move(configuration));
+}
+
+std::uint8_t PciBus::byteAt(std::size_t windowOffset) const {
+    if ((address_ & kEnable) == 0) return 0xFF;
+    const PciLocation location = {(address_ >> 16) & 0xFF, (address_ >> 11) & 0x1F,
+                                  (address_ >> 8) & 0x07};
+    const auto function = functions_.find(location);
+    if (function == functions_.end()) return 0xFF;
+    const std::size_t offset = (address_ & 0xFC) + windowOffset;
+    return offset < function->second.size() ? function->second[offset] : std::uint8_t{0};
+}
+
+std::uint32_t PciBus::in(std::uint16_t port, unsigned width) {
+    if (port == kAddressPort && width == 4) return address_;
+    std::uint32_t value = 0;
+    for (unsigned i = 0; i < width; ++i) {
+        const std::uint16_t at = static_cast<std::uint16_t>(port + i);
+        const std::uint8_t byte = at >= kDataPort ? byteAt(at - kDataPort) : std::uint8_t{0xFF};
+        value |= std::uint32_t{byte} << (8 * i);
+    }
+    return value;
+}
+
+void PciBus::out(std::uint16_t port, unsigned width, std::uint32_t value) {
+    if (port == kAddressPort && width == 4) address_ = value & kKeptBits;
+}
+
+}  // namespace sim

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+//
+// The I/O ports, and the ones where nobody answers.
+
+#include "simulator/machine/PortMap.h"
+
+#include <algorithm>
+
+namespace sim {
+namespace {
+
+// A bus on which nobody drives the data lines reads all ones and loses what is written.
+class EmptyBus : public PortDevice {
+public:
+    std::uint32_t in(std::uint16_t, unsigned width) override {
+        return width == 4 ? 0xFFFFFFFF : (1u << (8 * width)) - 1;
+    }
+    void out(std::uint16_t, unsigned, std::uint32_t) override {}
+};
+
+constexpr std::uint16_t kKcsStatus = 0xCA3;  // IPMI 2.0, 9.5
+constexpr std::uint16_t kSmicFlags = 0xCAA;  // IPMI 2.0, 10.2
+
+}  // namespace
+
+PortMap::PortMap() {
+    const auto nobody = std::make_shared<EmptyBus>();
+    install(kKcsStatus, 1, nobody);
+    install(kSmicFlags, 1, nobody);
+}
+
+void PortMap::install(std::uint16_t first, std::uint16_t count,
+                      std::shared_ptr<PortDevice> device) {
+    ranges_.push_back({first, unsigned{first} + count, std::move(device)});
+}
+
+PortDevice* PortMap::find(std::uint16_t port, unsigned width) const {
+    const auto range = std::find_if(ranges_.rbegin(), ranges_.rend(), [=](const Range& candidate) {
+        return port >= candidate.first && port + width <= candidate.end;
+    });
+    return range != ranges_.rend() ? range->device.get() : nullptr;
+}
+
+}  // namespace sim

@@ -1,0 +1,62 @@
+// SPDX-License-Identifier: MIT
+//
+// Writes an SMBIOS structure table, structure by structure.
+//
+//     SmbiosTable table;
+//     table.add(4, 0x0400, 35).byte(24, 0x41).word(20, 3600).string(7, "Intel");
+//     server.memory().placeSmbios(table.bytes());
+#ifndef TALVANE_SIMULATOR_MACHINE_SMBIOSTABLE_H
+#define TALVANE_SIMULATOR_MACHINE_SMBIOSTABLE_H
+
+#include <cstdint>
+#include <deque>
+#include <span>
+#include <string>
+#include <string_view>
+#include <variant>
+#include <vector>
+
+#include "simulator/base/Bytes.h"
+
+namespace sim {
+
+// One structure. Offsets count from the header's first byte, as in the standard's tables; writing
+// past the formatted area is refused with std::out_of_range.
+class SmbiosStructure {
+public:
+    SmbiosStructure(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
+
+    SmbiosStructure& byte(std::size_t offset, std::uint8_t value);
+    SmbiosStructure& word(std::size_t offset, std::uint16_t value);
+    SmbiosStructure& dword(std::size_t offset, std::uint32_t value);
+    SmbiosStructure& string(std::size_t offset,
+                            std::string_view text);  // adds it, stores its number
+    SmbiosStructure& string(std::string_view text);  // adds it only
+
+    Bytes bytes() const;
+
+private:
+    Bytes formatted_;
+    std::vector<std::string> strings_;
+};
+
+class SmbiosTable {
+public:
+    // The reference stays valid while structures are added.
+    SmbiosStructure& add(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
+
+    // Appends bytes as they are, for tables that no firmware should have. Not counted as a
+    // structure.
+    SmbiosTable& raw(std::span<const std::uint8_t> bytes);
+
+    std::size_t structures() const;
+    Bytes bytes() const;
+
+private:
+    using Part = std::variant<SmbiosStructure, Bytes>;
+    std::deque<Part> parts_;
+};
+
+}  // namespace sim
+
+#endif

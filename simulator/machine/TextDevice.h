@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+//
+// A file of /proc: text that the kernel makes when the file is opened.
+#ifndef TALVANE_SIMULATOR_MACHINE_TEXTDEVICE_H
+#define TALVANE_SIMULATOR_MACHINE_TEXTDEVICE_H
+
+#include <functional>
+#include <string>
+
+#include "simulator/machine/Device.h"
+
+namespace sim {
+
+class TextDevice : public Device {
+public:
+    explicit TextDevice(std::function<std::string()> text) : text_(std::move(text)) {}
+    explicit TextDevice(std::string text) : text_([text = std::move(text)] { return text; }) {}
+
+    // Reading only; anything else is refused with EACCES.
+    std::unique_ptr<OpenFile> open(int flags, int& error) override;
+
+private:
+    std::function<std::string()> text_;
+};
+
+}  // namespace sim
+
+#endif
