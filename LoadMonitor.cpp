@@ -17,6 +17,8 @@
 #include "interface/CallResult.h"
 #include "load/CpuTimeText.h"
 
+using namespace talvane;
+
 int ExecuteFirstTime = 0;
 
 namespace {

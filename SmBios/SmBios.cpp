@@ -15,6 +15,8 @@
 #include "SmBios/PhysicalMemory.h"
 #include "SmBios/StructureWalk.h"
 
+using namespace talvane;
+
 namespace {
 
 using Buffer = std::unique_ptr<unsigned char[]>;

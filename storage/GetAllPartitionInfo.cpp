@@ -13,6 +13,8 @@
 #include "storage/GetStorageInfo.h"
 #include "storage/PartitionEntry.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr int kPrimaries = 4;

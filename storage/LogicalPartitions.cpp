@@ -7,6 +7,8 @@
 #include "storage/DriveAccess.h"
 #include "storage/PartitionEntry.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr CodeName kLogicalTypes[] = {

@@ -9,6 +9,8 @@
 #include "storage/DriveAccess.h"
 #include "storage/lltostr.h"
 
+using namespace talvane;
+
 void valueofarray(unsigned char* bytes, unsigned long long* out) {
     *out = Le32(ByteView(bytes, 4), 0);
 }
