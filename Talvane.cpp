@@ -14,6 +14,8 @@
 #include "storage/GetAllPartitionInfo.h"
 #include "storage/GetStorageInfo.h"
 
+using namespace talvane;
+
 namespace {
 
 SmBios* bios = nullptr;
