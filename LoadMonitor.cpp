@@ -5,8 +5,10 @@
 #include "LoadMonitor.h"
 
 #include <fcntl.h>
+#include <time.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -109,6 +111,33 @@ int CountCpus() {
     return count;
 }
 
+// Whether a signal ended this sleep early; `left` then holds the whole seconds that are left, of
+// which there may be none. Leaves errno alone.
+bool SleepEndedEarly(unsigned seconds, unsigned& left) {
+    const int errnoBefore = errno;
+    errno = 0;
+    left = sleep(seconds);
+    const bool endedEarly = left != 0 || errno == EINTR;
+    errno = errnoBefore;
+    return endedEarly;
+}
+
+// Sleeps for the whole interval, whatever signals come: the answer describes the interval, and one
+// without a tick would end the program by a division by zero.
+void SleepThrough(unsigned seconds) {
+    timespec wholeSecond{};
+    unsigned left = seconds;
+    do {
+        seconds = left;
+        (void)clock_gettime(CLOCK_MONOTONIC, &wholeSecond);  // result not used: the clock exists
+        if (!SleepEndedEarly(seconds, left)) return;
+        // sleep() says how many whole seconds are left and drops the fraction: wait for its end.
+        wholeSecond.tv_sec += static_cast<time_t>(seconds - left);
+        while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &wholeSecond, nullptr) == EINTR)
+            continue;
+    } while (left != 0);
+}
+
 constexpr const char* kMemoryFile = "Memusage_dat";
 
 struct CloseFile {
@@ -137,7 +166,7 @@ int GetCpuUsageRate(int interval, CpuUsageRageInformation* buffer) {
         retrieve_all_cpus = 0;
     }
     if (SampleAll(quantity) == kFailure) return kFailure;
-    (void)sleep(static_cast<unsigned>(interval));  // an interrupted sleep is not resumed
+    SleepThrough(static_cast<unsigned>(interval));
     if (SampleAll(quantity) == kFailure) return kFailure;
     for (int cpu = 0; cpu < quantity; ++cpu)
         buffer->UsageRate[cpu] =

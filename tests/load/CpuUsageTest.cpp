@@ -224,16 +224,12 @@ TEST_F(CpuUsage, EveryFileIsReadOnceAndClosed) {
                             readAll, closed));
 }
 
-sim::SimulatedServer* serverOfTheAction = nullptr;
-
-TEST_F(CpuUsage, InterruptedSleepIsNotResumed) {
-    server.stat().setText(seconds(0), "cpu0 1 2 3 4\n");
-    serverOfTheAction = &server;
-    server.during("sleep", [] { serverOfTheAction->stat().setText(seconds(0), "cpu0 2 2 3 7\n"); });
+TEST_F(CpuUsage, SleepThatASignalEndsIsResumedForTheRest) {
+    Course("cpu0 1 2 3 4\n", "cpu0 2 2 3 7\n");
     server.fail("sleep", 1, EINTR);
     EXPECT_THAT(Measure(), ElementsAre(25));
-    EXPECT_EQ(server.log().count("sleep"), 1u);
-    EXPECT_EQ(server.clock(), seconds(0));
+    EXPECT_EQ(server.log().count("sleep"), 2u);
+    EXPECT_EQ(server.clock(), seconds(5));
 }
 
 TEST_F(CpuUsage, FirstSampleOfTheProcessSetsTheFlagAndItStays) {
