@@ -42,15 +42,13 @@ const DriveSlot* SlotOf(const DriveInfo& drive) {
 }
 
 void ListPartitions(int descriptor, char* device, PartitionInformation& info, int& count) {
-    part_info scratch[kPrimaryPartitions + kMaxPartitions] = {};
+    part_info scratch[kMaxPartitions] = {};
     for (int i = 0; i < kPrimaryPartitions; ++i) {
         SeekTo(descriptor, kPartitionTable + i * static_cast<long>(sizeof(partition)));
         const partition entry = ReadEntry(descriptor);
-        scratch[i].filesys = entry.sys_ind;
         if (entry.sys_ind == kExtendedLba) {
             // result not used: `count` already says how many entries are filled
-            (void)get_logic_info_from_ext(descriptor, entry, scratch + kPrimaryPartitions, &info,
-                                          &count, device);
+            (void)get_logic_info_from_ext(descriptor, entry, scratch, &info, &count, device);
             continue;
         }
         const char* name = NameOf(kPrimaryTypes, entry.sys_ind, nullptr);
