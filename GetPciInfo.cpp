@@ -82,7 +82,7 @@ void DescribeFunction(PCIdevice& function, DEV& entry) {
 bool Scan(PCIscan& scan, std::list<PCIdevice>& functions) {
     for (int attempt = 0; attempt < kScanAttempts; ++attempt) {
         if (scan.getAllDevice(functions) == 0) return true;
-        // Kept: the pause follows the last failure, too.
+        // Kept: the pause also follows the last failure.
         (void)sleep(kPauseSeconds);  // result not used: a signal may cut the pause short
     }
     return false;

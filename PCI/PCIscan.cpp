@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The walk over all functions that there can be, and the two ports behind which their configuration
-// space lies.
+// The walk over all functions that there can be, and the two ports that give access to their
+// configuration space.
 
 #include "PCI/PCIscan.h"
 
@@ -59,7 +59,7 @@ int PCIscan::isInitOK() {
 
 int PCIscan::searchDevice(short classCode, short subClassCode) {
     return AnyFunction([&](unsigned char bus, unsigned char dev, unsigned char func) {
-        (void)readPCIheader(bus, dev, func);  // result not used: absent functions count, too
+        (void)readPCIheader(bus, dev, func);  // result not used: an absent function counts
         return m_dev.getClassCode() == classCode && m_dev.getSubClassCode() == subClassCode;
     });
 }
