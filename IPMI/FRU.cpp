@@ -10,6 +10,8 @@
 #include "IPMI/RequestData.h"
 #include "base/Bytes.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr unsigned char kBmcInventory = 0;  // FRU device ID

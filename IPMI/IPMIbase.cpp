@@ -18,6 +18,8 @@
 #include "IPMI/RequestData.h"
 #include "base/PortIo.h"
 
+using namespace talvane;
+
 int hDevice = -1;
 int InitOK = 0;
 

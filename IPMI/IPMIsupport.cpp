@@ -9,6 +9,8 @@
 #include "IPMI/RequestData.h"
 #include "base/Bytes.h"
 
+using namespace talvane;
+
 namespace {
 
 // Of the watchdog timer, in milliseconds.

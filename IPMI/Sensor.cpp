@@ -8,6 +8,8 @@
 
 #include "base/Bytes.h"
 
+using namespace talvane;
+
 Sensor::Sensor() : TSInfo(), VSInfo(), FSInfo(), PSInfo(), SensorsInformation(nullptr) {
     sdr = nullptr;
     (void)InitIpmiBase();  // result not used: IsInitOK tells

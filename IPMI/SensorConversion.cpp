@@ -9,6 +9,8 @@
 #include "IPMI/Sensor.h"
 #include "base/DoubleArithmetic.h"
 
+using namespace talvane;
+
 namespace {
 
 // Bits 7-6 of Unit1: how the raw byte is to be taken.

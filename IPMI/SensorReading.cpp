@@ -11,6 +11,8 @@
 #include "IPMI/SensorText.h"
 #include "base/DoubleArithmetic.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr unsigned char kNoSensor = 0xFF;

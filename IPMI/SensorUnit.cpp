@@ -12,6 +12,8 @@
 #include "IPMI/SensorText.h"
 #include "base/DoubleArithmetic.h"
 
+using namespace talvane;
+
 namespace {
 
 // Unit 1 (IPMI 2.0, 43.1, byte 21).

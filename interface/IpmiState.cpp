@@ -11,6 +11,8 @@
 #include "Talvane.h"
 #include "interface/ReentryGuard.h"
 
+using namespace talvane;
+
 int NoEnterIPMI = 0;
 int NoEnterWatchDogTimer = 0;
 int IPMIGetSensorInfoOK = 0;

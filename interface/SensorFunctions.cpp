@@ -10,6 +10,8 @@
 #include "interface/IpmiState.h"
 #include "interface/ReentryGuard.h"
 
+using namespace talvane;
+
 namespace {
 
 struct SensorCommand {

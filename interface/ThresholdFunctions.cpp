@@ -13,6 +13,8 @@
 #include "interface/IpmiState.h"
 #include "interface/ReentryGuard.h"
 
+using namespace talvane;
+
 namespace {
 
 int NoEnterGetThreshold = 0;  // Kept: tested and cleared, and set by nobody.

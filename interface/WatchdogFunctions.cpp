@@ -8,6 +8,8 @@
 #include "interface/IpmiState.h"
 #include "interface/ReentryGuard.h"
 
+using namespace talvane;
+
 int SetWatchDogTimer(int timerAction, int timeOutValue) {
     if (IsIpmiSupport() == 0) return kFailure;
     ReentryGuard watchdog(NoEnterWatchDogTimer);
