@@ -11,6 +11,8 @@
 #include "IPMI/IPMIsupport.h"
 #include "IPMI/RequestData.h"
 
+using namespace talvane;
+
 namespace {
 
 // Parameters of a LAN channel (IPMI 2.0, 23.2, table 23-4).
@@ -40,7 +42,7 @@ constexpr unsigned char kTwoSeconds = 4;  // of 500 milliseconds each
 
 int IPMIsupport::GetChannelInfo(unsigned char channelNum, ChannelInfo* pCI) {
     if (pCI == nullptr) return -1;
-    if (Exchange(APP_CMD, Get_channel_info, BMC_ADDRESS, {channelNum}) != 0) return -1;
+    if (Exchange(APP_CMD, Get_channel_info, kBmcAddress, {channelNum}) != 0) return -1;
     pCI->channelNumber = channelNum;  // Kept: not the number in the response.
     pCI->channelMediatype = ResponseBuffer[1];
     pCI->channelProtocoltype = ResponseBuffer[2];
@@ -69,13 +71,13 @@ int IPMIsupport::SetUserInfo(unsigned char userID, const char* userName, const c
     user[0] = userID;
     std::memcpy(&user[1], userName, std::min(std::strlen(userName), kLongestName));
     // Kept: the name goes out under the code of another command.
-    int result = Transact(APP_CMD, Get_channel_info, BMC_ADDRESS, user.get(), kLength);
+    int result = Transact(APP_CMD, Get_channel_info, kBmcAddress, user.get(), kLength);
     if (result == 0) {
         // Kept: the operation byte behind the user is 0, and the password, which is empty here,
         // leaves the others zero.
         std::fill_n(user.get(), kLength, static_cast<unsigned char>(0));
         user[0] = userID;
-        result = Transact(APP_CMD, Set_user_passwd, BMC_ADDRESS, user.get(), kLength);
+        result = Transact(APP_CMD, Set_user_passwd, kBmcAddress, user.get(), kLength);
     }
     return Settled(result, std::move(user), request.data);
 }

@@ -9,6 +9,8 @@
 #include "IPMI/RequestData.h"
 #include "base/Bytes.h"
 
+using namespace talvane;
+
 namespace {
 
 // Of the watchdog timer, in milliseconds.
@@ -60,8 +62,8 @@ int IPMIsupport::SetWatchDogTimer(unsigned char timerAction, int timeOutValue) {
 }
 
 int IPMIsupport::GetWatchDogTimer(int& timerAcion, int& timeOutValue, int& presentTimeOutValue) {
-    if (Exchange(APP_CMD, get_watchdog_timer, BMC_ADDRESS, {}) != 0) return -1;
-    const ByteView response(ResponseBuffer, RESPONSE_SIZE);
+    if (Exchange(APP_CMD, get_watchdog_timer, kBmcAddress, {}) != 0) return -1;
+    const ByteView response(ResponseBuffer, kResponseSize);
     timerAcion = ByteAt(response, 1) & 0x07;
     timeOutValue = Le16(response, 4) * kTick;
     presentTimeOutValue = Le16(response, 6) * kTick;
@@ -69,13 +71,13 @@ int IPMIsupport::GetWatchDogTimer(int& timerAcion, int& timeOutValue, int& prese
 }
 
 int IPMIsupport::ResetWatchDogTimer() {
-    return Exchange(APP_CMD, reset_watchdog_timer, BMC_ADDRESS, {});
+    return Exchange(APP_CMD, reset_watchdog_timer, kBmcAddress, {});
 }
 
 // One request of a command that changes the controller's settings.
 int IPMIsupport::Request(int netFn, int code, std::initializer_list<unsigned char> data) {
     RequestData sent = CopyOf(data);
     const int result =
-        Transact(netFn, code, BMC_ADDRESS, sent.get(), static_cast<int>(data.size()));
+        Transact(netFn, code, kBmcAddress, sent.get(), static_cast<int>(data.size()));
     return Settled(result, std::move(sent), request.data);
 }

@@ -6,6 +6,8 @@
 
 #include <utility>
 
+namespace talvane {
+
 namespace {
 
 RequestData refused;
@@ -19,3 +21,5 @@ int Settled(int result, RequestData sent, unsigned char*& recorded) {
         refused = std::move(sent);
     return result;
 }
+
+}  // namespace talvane

@@ -6,19 +6,17 @@
 #include <cstring>
 
 #include "IPMI/Sensor.h"
+#include "IPMI/SensorCodes.h"
 #include "IPMI/SensorNames.h"
 #include "IPMI/SensorTable.h"
 #include "IPMI/SensorText.h"
 #include "base/DoubleArithmetic.h"
 
+using namespace talvane;
+
 namespace {
 
-constexpr unsigned char kNoSensor = 0xFF;
 constexpr unsigned char kNoReading = 0xFF;
-
-// Event/reading types (IPMI 2.0, 42.1).
-constexpr unsigned char kAvailability = 0x0A;
-constexpr unsigned char kSensorSpecific = 0x6F;
 
 // Always 0: to agents a sensor that cannot be read is one whose reading is "Unknown".
 int WriteUnknown(char* out) {
@@ -43,18 +41,18 @@ bool Sensor::IsProcessorAbsent(const SensorDescription& sensor) const {
         std::min(static_cast<std::size_t>(PSInfo.quantity), std::size(PSInfo.sd));
     return std::any_of(PSInfo.sd, PSInfo.sd + used, [&](const SensorDescription& presence) {
         return presence.SensorEntityInstance == sensor.SensorEntityInstance &&
-               presence.SensorEventReadingCode == kSensorSpecific &&
+               presence.SensorEventReadingCode == kSensorSpecificType &&
                presence.SensorCodeOffset < kPresent;
     });
 }
 
 // Whether a sensor that tells its availability is running or on line. All others are in service.
 bool Sensor::IsInService(const SensorDescription& sensor) {
-    if (sensor.SensorEventReadingCode != kAvailability) return true;
+    if (sensor.SensorEventReadingCode != kAvailabilityType) return true;
     constexpr unsigned char kRunningOrOnLine = 0x09;
     unsigned char state = 0;
     // Result not used: the state of a sensor that cannot be read stays 0, which is out of service.
-    (void)GetSensorStatus(sensor.SensorNumbers, kAvailability, state);
+    (void)GetSensorStatus(sensor.SensorNumbers, kAvailabilityType, state);
     return (state & kRunningOrOnLine) != 0;
 }
 
