@@ -21,11 +21,6 @@ inline RequestData CopyOf(std::initializer_list<unsigned char> bytes) {
     return copy;
 }
 
-// The end of a setting, whose last request had this result; answers the result. `recorded`, the
-// record's pointer, becomes null. Kept: that of a refused setting goes on pointing at its data,
-// which live until another setting is refused.
-int Settled(int result, RequestData sent, unsigned char*& recorded);
-
 }  // namespace talvane
 
 #endif
