@@ -6,6 +6,7 @@
 #include "IPMI/Sensor.h"
 
 #include "IPMI/Responses.h"
+#include "IPMI/WalkEntries.h"
 #include "base/Bytes.h"
 
 using namespace talvane;
@@ -16,7 +17,7 @@ Sensor::Sensor() : TSInfo(), VSInfo(), FSInfo(), PSInfo(), SensorsInformation(nu
 }
 
 Sensor::~Sensor() {
-    FreeWalks();
+    WalkEntries(SensorsInformation).FreeAll();
 }
 
 int Sensor::GetSDRRepositoryInfo(int& recordCount, int& sdrVersion) {

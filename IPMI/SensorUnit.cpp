@@ -8,6 +8,7 @@
 #include "IPMI/SensorCodes.h"
 #include "IPMI/SensorText.h"
 #include "IPMI/UnitText.h"
+#include "IPMI/WalkEntries.h"
 #include "base/DoubleArithmetic.h"
 
 using namespace talvane;
@@ -36,7 +37,7 @@ int Sensor::GetSensorUnit(char* out, int size) {
 
 // The record's highest or lowest reading, with the unit of walk entry k.
 int Sensor::WriteLimit(int k, unsigned char raw, char* out) {
-    const SensorDescription* const entry = WalkEntry(k);
+    const SensorDescription* const entry = WalkEntries(SensorsInformation).At(k);
     if (out == nullptr || entry == nullptr) return -1;
     if (IsHighestRawValue(DataFormatOf(entry->sfp.Unit1), raw)) {
         WriteHex(out, raw, entry->SensorUnit);
