@@ -90,7 +90,7 @@ int IsSmBiosSupport(void) {
 int release(void) {
     delete bios;
     bios = nullptr;
-    ReleaseIpmi();
+    talvane::ReleaseIpmi();
     return kSuccess;
 }
 
