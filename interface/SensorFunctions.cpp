@@ -29,6 +29,8 @@ constexpr SensorCommand kSensorCommands[] = {
 
 int GetIpmiInfo(unsigned long command, void* buffer) {
     if (NoEnterIPMI != 0 || NoEnterWatchDogTimer != 0) return kBusy;
+    // IsIpmiSupport would answer 0 here, which would be taken for a machine without IPMI.
+    if (IsIpmiBeingCreated()) return kBusy;
     ReentryGuard guard(NoEnterIPMI);
     if (IsIpmiSupport() == 0) {
         guard.LeaveSet();  // Kept: without IPMI, every later call answers busy.
