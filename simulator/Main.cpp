@@ -25,7 +25,7 @@ public:
     }
 };
 
-int run(const std::filesystem::path& machine, std::vector<std::string>& command,
+int Run(const std::filesystem::path& machine, std::vector<std::string>& command,
         const sim::LaunchOptions& options) {
     std::vector<char*> argv;
     for (std::string& word : command) argv.push_back(word.data());
@@ -69,5 +69,5 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
-    return run(machine, command, options);
+    return Run(machine, command, options);
 }

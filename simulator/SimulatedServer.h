@@ -46,43 +46,43 @@ public:
     SimulatedServer(const SimulatedServer&) = delete;
     SimulatedServer& operator=(const SimulatedServer&) = delete;
 
-    PhysicalMemory& memory();
-    PciBus& pci();
+    PhysicalMemory& GetMemory();
+    PciBus& GetPci();
 
     // The management controller; the first call gives the server one, with a KCS interface.
-    Bmc& bmc();
-    ProcStat& stat();            // the first call gives the server a /proc/stat
-    FreeProgram& freeProgram();  // what `free` prints in a shell of the library
+    Bmc& GetBmc();
+    ProcStat& GetStat();            // the first call gives the server a /proc/stat
+    FreeProgram& GetFreeProgram();  // what `free` prints in a shell of the library
 
     // Every access so far, in order.
-    AccessLog& log();
+    AccessLog& GetLog();
 
     // Faults. `nth` counts from 1, from the moment of this call on.
-    void fail(std::string_view call, int nth,
+    void Fail(std::string_view call, int nth,
               int error = EIO);                  // "open", "lseek", "read", "iopl" ...
-    void shortRead(int nth, std::size_t bytes);  // the read delivers at most so many bytes
-    void failAllocation(int nth);                // an allocation made by the library
+    void ShortRead(int nth, std::size_t bytes);  // the read delivers at most so many bytes
+    void FailAllocation(int nth);                // an allocation made by the library
 
     // Allocations (operator new) made by the library's own code so far; what the C++ runtime
     // allocates on its behalf is not counted.
-    std::size_t allocations() const;
+    std::size_t Allocations() const;
 
     // Opening `path` fails with `error` from now on.
-    void refuse(const std::string& path, int error = EACCES);
+    void Refuse(const std::string& path, int error = EACCES);
 
     // Seconds that the program has slept so far.
-    std::chrono::seconds clock() const;
+    std::chrono::seconds Clock() const;
 
     // Called inside the next simulated call named `call`, before it is answered: a place from
     // which a test enters the library again.
-    void during(std::string_view call, void (*action)());
+    void During(std::string_view call, void (*action)());
 
     // Also treats modules whose file name begins with `library` as the library under observation,
     // as it does those of libTalvane.so: they have nothing but this server.
-    void observe(const std::string& library);
+    void Observe(const std::string& library);
 
     // The machine itself, for installing devices.
-    Machine& machine();
+    Machine& GetMachine();
 
 private:
     class State;

@@ -33,20 +33,20 @@ struct Access {
     std::string what;
     std::string answer;
 
-    std::string text() const { return call + " " + what + " -> " + answer; }
+    std::string Text() const { return call + " " + what + " -> " + answer; }
 };
 
 class AccessLog {
 public:
-    void add(Access access);
-    void clear() { accesses_.clear(); }
+    void Add(Access access);
+    void Clear() { accesses_.clear(); }
 
-    const std::vector<Access>& accesses() const { return accesses_; }
-    std::size_t count(std::string_view call) const;
-    std::vector<std::string> lines() const;  // text() of each
+    const std::vector<Access>& Accesses() const { return accesses_; }
+    std::size_t Count(std::string_view call) const;
+    std::vector<std::string> Lines() const;  // text() of each
 
     // From now on each access is also written there at once, a line each; null ends that.
-    void copyTo(std::ostream* stream) { copy_ = stream; }
+    void CopyTo(std::ostream* stream) { copy_ = stream; }
 
 private:
     std::vector<Access> accesses_;

@@ -13,22 +13,22 @@
 
 namespace sim {
 
-std::string hex(std::uint64_t value) {
+std::string Hex(std::uint64_t value) {
     char text[2 + 16 + 1];
     (void)std::snprintf(text, sizeof text, "0x%llX", static_cast<unsigned long long>(value));
     return text;
 }
 
-std::string errorName(int error) {
+std::string ErrorName(int error) {
     const char* const name = strerrorname_np(error);
     return name != nullptr ? name : "errno " + std::to_string(error);
 }
 
-std::string quoted(const char* text) {
+std::string Quoted(const char* text) {
     return text == nullptr ? "NULL" : "\"" + std::string(text) + "\"";
 }
 
-std::string openFlags(int flags) {
+std::string OpenFlags(int flags) {
     struct Name {
         int flag;
         const char* name;
@@ -45,10 +45,10 @@ std::string openFlags(int flags) {
     return text;
 }
 
-std::string seekTarget(std::int64_t offset, int whence) {
+std::string SeekTarget(std::int64_t offset, int whence) {
     // An off_t past 2 GiB arrives negative and means an address in the upper half.
     if (whence == SEEK_SET)
-        return hex(offset < 0 ? static_cast<std::uint32_t>(offset)
+        return Hex(offset < 0 ? static_cast<std::uint32_t>(offset)
                               : static_cast<std::uint64_t>(offset));
     const std::string distance = (offset < 0 ? "" : "+") + std::to_string(offset);
     return whence == SEEK_CUR ? distance : "END" + distance;

@@ -9,11 +9,11 @@
 
 namespace sim {
 
-std::string hex(std::uint64_t value);                     // 0xF0000
-std::string errorName(int error);                         // EACCES
-std::string quoted(const char* text);                     // in double quotes, or NULL
-std::string openFlags(int flags);                         // O_RDONLY|O_CLOEXEC
-std::string seekTarget(std::int64_t offset, int whence);  // 0xF0000, +16, END-1
+std::string Hex(std::uint64_t value);                     // 0xF0000
+std::string ErrorName(int error);                         // EACCES
+std::string Quoted(const char* text);                     // in double quotes, or NULL
+std::string OpenFlags(int flags);                         // O_RDONLY|O_CLOEXEC
+std::string SeekTarget(std::int64_t offset, int whence);  // 0xF0000, +16, END-1
 
 }  // namespace sim
 

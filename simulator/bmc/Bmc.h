@@ -39,11 +39,11 @@ struct BmcRequest {
     int error = 0;  // errno when the driver's call failed
 
     // In bytes, "Get SDR 00 00 00 00 00 FF": the command's name, or its numbers, and the data.
-    std::string text() const;
+    std::string Text() const;
 
     // For people: "Get SDR 0x0003", and "64 bytes, next 0x0004".
-    std::string asked() const;
-    std::string answered() const;
+    std::string Asked() const;
+    std::string Answered() const;
 };
 
 // In the order of the threshold masks.
@@ -77,15 +77,15 @@ struct BmcRecordQuirks {
 // What befalls a request.
 struct BmcFault {
     enum class Kind {
-        refused,  // answered with the completion code `value`, and not carried out
-        cut,      // carried out; `value` bytes of the response arrive at most
-        stale,    // carried out, and answered with the response to the request before
-        fails     // the driver's call fails with the errno `value`
+        kRefused,  // answered with the completion code `value`, and not carried out
+        kCut,      // carried out; `value` bytes of the response arrive at most
+        kStale,    // carried out, and answered with the response to the request before
+        kFails     // the driver's call fails with the errno `value`
     };
     std::uint8_t netFn = 0;
     std::uint8_t command = 0;
     unsigned nth = 0;  // of these requests, counted from 1; 0 for each
-    Kind kind = Kind::refused;
+    Kind kind = Kind::kRefused;
     unsigned value = 0;
 };
 
@@ -99,73 +99,73 @@ public:
     // Sensor data records, in the repository's order. Each gets the next record ID unless its own
     // is to be kept; std::invalid_argument for one that is there already. A record that names a
     // sensor gives it a reading of 0 and readable thresholds of 0.
-    void add(const SdrRecord& record) { addRecord(record.bytes()); }
-    void addRecord(Bytes record, bool keepId = false, BmcRecordQuirks quirks = {});
+    void Add(const SdrRecord& record) { AddRecord(record.Image()); }
+    void AddRecord(Bytes record, bool keepId = false, BmcRecordQuirks quirks = {});
 
     // What `ipmitool sdr dump` wrote, record IDs kept. std::runtime_error when it is no such dump.
-    void loadRepository(std::span<const std::uint8_t> dump);
+    void LoadRepository(std::span<const std::uint8_t> dump);
 
-    bool hasRecord(std::uint16_t id) const;
+    bool HasRecord(std::uint16_t id) const;
 
     // What Get SDR Repository Info claims in place of the truth.
-    void setRepositoryCount(std::uint16_t count) { claimedCount_ = count; }
+    void SetRepositoryCount(std::uint16_t count) { claimedCount_ = count; }
 
     // The record ID that Get SDR names behind this one, whatever follows it.
-    void setNextRecord(std::uint16_t id, std::uint16_t next) { nextIds_[id] = next; }
+    void SetNextRecord(std::uint16_t id, std::uint16_t next) { nextIds_[id] = next; }
 
     // Sensors, by number; those of the repository and any other. A value holds from its moment of
     // the machine's time on.
-    void setReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from = {});
-    void setUnavailable(std::uint8_t sensor, std::chrono::seconds from = {});
-    void setStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high = 0,
+    void SetReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from = {});
+    void SetUnavailable(std::uint8_t sensor, std::chrono::seconds from = {});
+    void SetStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high = 0,
                    std::chrono::seconds from = {});
-    void setTimeline(std::uint8_t sensor, BmcTimeline timeline);
+    void SetTimeline(std::uint8_t sensor, BmcTimeline timeline);
 
     // Readings and states that the source gives from now on, by sensor, stand in place of the ones
     // set here. It is asked whenever a sensor is.
     using TimelineSource = std::function<const std::map<std::uint8_t, BmcTimeline>&()>;
-    void follow(TimelineSource source) { timelineSource_ = std::move(source); }
-    void setThresholds(std::uint8_t sensor, const BmcThresholds& thresholds);
-    BmcThresholds thresholds(std::uint8_t sensor) const;
+    void Follow(TimelineSource source) { timelineSource_ = std::move(source); }
+    void SetThresholds(std::uint8_t sensor, const BmcThresholds& thresholds);
+    BmcThresholds Thresholds(std::uint8_t sensor) const;
 
-    void setInventory(Bytes image) { inventory_ = std::move(image); }
-    void setFirmware(std::uint8_t major, std::uint8_t minorBcd);
-    void setChannel(std::uint8_t number, BmcChannel channel);
+    void SetInventory(Bytes image) { inventory_ = std::move(image); }
+    void SetFirmware(std::uint8_t major, std::uint8_t minorBcd);
+    void SetChannel(std::uint8_t number, BmcChannel channel);
 
     // The watchdog as it stands now: stopped once it has counted down.
-    BmcWatchdog watchdog();
-    unsigned watchdogPresent();  // what is left, in tenths of a second
-    int watchdogExpirations();   // since power-on
+    BmcWatchdog Watchdog();
+    unsigned WatchdogPresent();  // what is left, in tenths of a second
+    int WatchdogExpirations();   // since power-on
 
     // As if something else than the program had set and started it.
-    void startWatchdog(std::uint8_t action, std::uint16_t seconds);
+    void StartWatchdog(std::uint8_t action, std::uint16_t seconds);
 
     // Once it runs it counts down whatever Set Watchdog Timer says.
-    void makeWatchdogUnstoppable() { watchdogStops_ = false; }
+    void MakeWatchdogUnstoppable() { watchdogStops_ = false; }
 
     // LAN parameters that were set, by channel and selector.
-    const std::map<std::pair<std::uint8_t, std::uint8_t>, Bytes>& lan() const { return lan_; }
+    const std::map<std::pair<std::uint8_t, std::uint8_t>, Bytes>& Lan() const { return lan_; }
 
     // Users whose password was set or who were switched off: the bytes behind the user ID.
-    const std::map<std::uint8_t, Bytes>& users() const { return users_; }
+    const std::map<std::uint8_t, Bytes>& Users() const { return users_; }
 
     // What the next requests are answered with in place of the controller: nothing for the
     // controller's own answer, else the response, empty for none at all.
     using Interceptor = std::function<std::optional<Bytes>(const BmcRequest&)>;
-    void intercept(Interceptor interceptor) { interceptor_ = std::move(interceptor); }
+    void Intercept(Interceptor interceptor) { interceptor_ = std::move(interceptor); }
 
     // From now on. std::invalid_argument for commands that the controller does not know.
-    void inject(const BmcFault& fault);
-    void inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
+    void Inject(const BmcFault& fault);
+    void Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
 
     // Every request so far, in order, and those of one command.
-    const std::vector<BmcRequest>& requests() const { return requests_; }
-    std::vector<std::string> requestTexts() const;
-    std::size_t count(std::uint8_t netFn, std::uint8_t command) const;
-    void forgetRequests() { requests_.clear(); }
+    const std::vector<BmcRequest>& Requests() const { return requests_; }
+    std::vector<std::string> RequestTexts() const;
+    std::size_t Count(std::uint8_t netFn, std::uint8_t command) const;
+    void ForgetRequests() { requests_.clear(); }
 
     // Answers a request: fills in its completion code and response.
-    void answer(BmcRequest& request);
+    void Answer(BmcRequest& request);
 
 private:
     struct Reply {
@@ -196,31 +196,31 @@ private:
         bool wasRead = false;
     };
 
-    static std::span<const Command> commands();
-    static const Command* find(std::uint8_t netFn, std::uint8_t command);
+    static std::span<const Command> Commands();
+    static const Command* Find(std::uint8_t netFn, std::uint8_t command);
     friend struct BmcRequest;
 
-    Reply execute(const BmcRequest& request);
-    void carryOut(BmcRequest& request);
-    std::optional<BmcFault> strike(const BmcRequest& request);
-    void answerWith(const BmcFault& fault, BmcRequest& request);
-    std::optional<Shown> shownNow(std::uint8_t sensor);
-    Reply getDeviceId(const Bytes& data);
-    Reply resetWatchdog(const Bytes& data);
-    Reply setWatchdog(const Bytes& data);
-    Reply getWatchdog(const Bytes& data);
-    Reply getChannelInfo(const Bytes& data);
-    Reply setUserPassword(const Bytes& data);
-    Reply setLanParameter(const Bytes& data);
-    Reply getInventoryArea(const Bytes& data);
-    Reply readInventory(const Bytes& data);
-    Reply getRepositoryInfo(const Bytes& data);
-    Reply reserveRepository(const Bytes& data);
-    Reply getRecord(const Bytes& data);
-    Reply getReading(const Bytes& data);
-    Reply getThresholds(const Bytes& data);
-    Reply setThresholdValues(const Bytes& data);
-    void countDown();
+    Reply Execute(const BmcRequest& request);
+    void CarryOut(BmcRequest& request);
+    std::optional<BmcFault> Strike(const BmcRequest& request);
+    void AnswerWith(const BmcFault& fault, BmcRequest& request);
+    std::optional<Shown> ShownNow(std::uint8_t sensor);
+    Reply GetDeviceId(const Bytes& data);
+    Reply ResetWatchdog(const Bytes& data);
+    Reply SetWatchdog(const Bytes& data);
+    Reply GetWatchdog(const Bytes& data);
+    Reply GetChannelInfo(const Bytes& data);
+    Reply SetUserPassword(const Bytes& data);
+    Reply SetLanParameter(const Bytes& data);
+    Reply GetInventoryArea(const Bytes& data);
+    Reply ReadInventory(const Bytes& data);
+    Reply GetRepositoryInfo(const Bytes& data);
+    Reply ReserveRepository(const Bytes& data);
+    Reply GetRecord(const Bytes& data);
+    Reply GetReading(const Bytes& data);
+    Reply GetThresholds(const Bytes& data);
+    Reply SetThresholdValues(const Bytes& data);
+    void CountDown();
 
     Clock clock_;
     AccessLog& log_;

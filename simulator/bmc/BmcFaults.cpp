@@ -9,14 +9,14 @@
 
 namespace sim {
 
-void Bmc::inject(const BmcFault& fault) {
-    if (find(fault.netFn, fault.command) == nullptr)
+void Bmc::Inject(const BmcFault& fault) {
+    if (Find(fault.netFn, fault.command) == nullptr)
         throw std::invalid_argument("the controller knows no such command");
     faults_.push_back(fault);
 }
 
-void Bmc::inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth) {
-    for (const Command& row : commands()) {
+void Bmc::Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth) {
+    for (const Command& row : Commands()) {
         if (row.name != command) continue;
         faults_.push_back({row.netFn, row.command, nth, kind, value});
         return;
@@ -26,7 +26,7 @@ void Bmc::inject(std::string_view command, BmcFault::Kind kind, unsigned value, 
 
 // The fault that this request meets: counts it for each that waits for its command, and drops the
 // ones whose request it is.
-std::optional<BmcFault> Bmc::strike(const BmcRequest& request) {
+std::optional<BmcFault> Bmc::Strike(const BmcRequest& request) {
     std::optional<BmcFault> met;
     for (auto fault = faults_.begin(); fault != faults_.end();) {
         const bool isMeant = fault->netFn == request.netFn && fault->command == request.command;
@@ -41,17 +41,17 @@ std::optional<BmcFault> Bmc::strike(const BmcRequest& request) {
     return met;
 }
 
-void Bmc::answerWith(const BmcFault& fault, BmcRequest& request) {
-    if (fault.kind == BmcFault::Kind::refused) {
+void Bmc::AnswerWith(const BmcFault& fault, BmcRequest& request) {
+    if (fault.kind == BmcFault::Kind::kRefused) {
         request.completion = static_cast<std::uint8_t>(fault.value);
         return;
     }
-    if (fault.kind == BmcFault::Kind::fails) {
+    if (fault.kind == BmcFault::Kind::kFails) {
         request.error = static_cast<int>(fault.value);
         return;
     }
-    carryOut(request);
-    if (fault.kind == BmcFault::Kind::cut)
+    CarryOut(request);
+    if (fault.kind == BmcFault::Kind::kCut)
         request.response.resize(std::min<std::size_t>(request.response.size(), fault.value));
     else
         request.response = requests_.empty() ? Bytes{} : requests_.back().response;

@@ -16,11 +16,11 @@ inline constexpr std::uint8_t kOutOfRange = 0xC9;
 inline constexpr std::uint8_t kNotPresent = 0xCB;
 inline constexpr std::uint8_t kInvalidField = 0xCC;
 
-constexpr std::uint8_t low(std::size_t value) {
+constexpr std::uint8_t Low(std::size_t value) {
     return static_cast<std::uint8_t>(value & 0xFF);
 }
 
-constexpr std::uint8_t high(std::size_t value) {
+constexpr std::uint8_t High(std::size_t value) {
     return static_cast<std::uint8_t>((value >> 8) & 0xFF);
 }
 

@@ -27,7 +27,7 @@ struct BmcTimeline {
 
 // Nothing before the first moment.
 template <typename Value>
-std::optional<Value> valueAt(const std::map<std::chrono::seconds, Value>& timeline,
+std::optional<Value> ValueAt(const std::map<std::chrono::seconds, Value>& timeline,
                              std::chrono::seconds now) {
     const auto behind = timeline.upper_bound(now);
     if (behind == timeline.begin()) return std::nullopt;

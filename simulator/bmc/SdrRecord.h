@@ -22,25 +22,25 @@ public:
     // std::invalid_argument for names of more than 16 characters.
     SdrRecord(std::string_view name, std::uint8_t sensorNumber);
 
-    SdrRecord& kind(std::uint8_t sensorType);
-    SdrRecord& entity(std::uint8_t id, std::uint8_t instance = 1);
-    SdrRecord& event(std::uint8_t eventReadingType);
-    SdrRecord& unit(std::uint8_t base, std::uint8_t modifier = 0);
-    SdrRecord& unit1(std::uint8_t bits);  // data format, rate, modifier use, percentage
-    SdrRecord& linearization(std::uint8_t code);
+    SdrRecord& Kind(std::uint8_t sensorType);
+    SdrRecord& Entity(std::uint8_t id, std::uint8_t instance = 1);
+    SdrRecord& Event(std::uint8_t eventReadingType);
+    SdrRecord& Unit(std::uint8_t base, std::uint8_t modifier = 0);
+    SdrRecord& Unit1(std::uint8_t bits);  // data format, rate, modifier use, percentage
+    SdrRecord& Linearization(std::uint8_t code);
 
     // M and B of 10 bits, exponents of 4, all signed; std::invalid_argument outside of that.
-    SdrRecord& factors(int m, int b, int bExponent, int rExponent);
+    SdrRecord& Factors(int m, int b, int bExponent, int rExponent);
 
-    SdrRecord& limits(std::uint8_t maximum, std::uint8_t minimum);
+    SdrRecord& Limits(std::uint8_t maximum, std::uint8_t minimum);
 
     // The masks in the order of the thresholds: bit 0 lower non-critical to bit 5 upper
     // non-recoverable.
-    SdrRecord& thresholdMasks(std::uint8_t readable, std::uint8_t settable);
+    SdrRecord& ThresholdMasks(std::uint8_t readable, std::uint8_t settable);
 
-    SdrRecord& byte(std::size_t offset, std::uint8_t value);  // any byte of the record
+    SdrRecord& Byte(std::size_t offset, std::uint8_t value);  // any byte of the record
 
-    const Bytes& bytes() const { return bytes_; }
+    const Bytes& Image() const { return bytes_; }
 
 private:
     Bytes bytes_;

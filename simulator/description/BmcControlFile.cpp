@@ -16,22 +16,22 @@
 
 namespace sim {
 
-const std::map<std::uint8_t, BmcTimeline>& BmcControlFile::timelines() {
+const std::map<std::uint8_t, BmcTimeline>& BmcControlFile::Timelines() {
     std::ifstream stream(file_);
     std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (text != text_) readAgain(text);
+    if (text != text_) ReadAgain(text);
     text_ = std::move(text);
     return timelines_;
 }
 
-void BmcControlFile::readAgain(const std::string& text) {
+void BmcControlFile::ReadAgain(const std::string& text) {
     std::map<std::uint8_t, BmcTimeline> read;
     std::istringstream lines(text);
     std::string words;
     try {
         for (int number = 1; std::getline(lines, words); ++number) {
             MachineLine line(file_.string(), number, words);
-            readTimelineLine(line, read);
+            ReadTimelineLine(line, read);
         }
         timelines_ = std::move(read);
     } catch (const MachineError& error) {
@@ -41,8 +41,8 @@ void BmcControlFile::readAgain(const std::string& text) {
 }
 
 void FollowControlFile(const std::filesystem::path& file, Bmc& bmc) {
-    bmc.follow([control = BmcControlFile(file)]() mutable -> const auto& {
-        return control.timelines();
+    bmc.Follow([control = BmcControlFile(file)]() mutable -> const auto& {
+        return control.Timelines();
     });
 }
 

@@ -23,10 +23,10 @@ public:
 
     // What the file says now, by sensor; nothing when it is not there. While it cannot be
     // understood what it said before holds, and the complaint goes to standard error, once.
-    const std::map<std::uint8_t, BmcTimeline>& timelines();
+    const std::map<std::uint8_t, BmcTimeline>& Timelines();
 
 private:
-    void readAgain(const std::string& text);
+    void ReadAgain(const std::string& text);
 
     std::filesystem::path file_;
     std::string text_;

@@ -72,10 +72,10 @@ struct BmcDraft {
 struct MachineDraft;
 
 // The controller that a statement is about, whether or not it was said that there is one.
-BmcDraft& controllerOf(const MachineLine& line, MachineDraft& draft);
+BmcDraft& ControllerOf(const MachineLine& line, MachineDraft& draft);
 
 // Gives the machine the described controller.
-void buildBmc(const BmcDraft& draft, Machine& machine);
+void BuildBmc(const BmcDraft& draft, Machine& machine);
 
 }  // namespace sim
 

@@ -14,55 +14,55 @@ constexpr std::uint32_t kLongestResponse = 256;
 // What the driver's call can fail with.
 constexpr int kErrors[] = {EIO, EBUSY, EAGAIN, EINTR, ENODEV, ETIMEDOUT};
 
-unsigned errorNamed(MachineLine& line) {
-    if (!line.more()) return EIO;
-    const std::string name = line.word("the error");
+unsigned ErrorNamed(MachineLine& line) {
+    if (!line.More()) return EIO;
+    const std::string name = line.Word("the error");
     std::string known;
     for (const int error : kErrors) {
-        if (errorName(error) == name) return static_cast<unsigned>(error);
-        known += " " + errorName(error);
+        if (ErrorName(error) == name) return static_cast<unsigned>(error);
+        known += " " + ErrorName(error);
     }
-    line.fail("the error \"" + name + "\" is none of" + known);
+    line.Fail("the error \"" + name + "\" is none of" + known);
 }
 
-void readKind(MachineLine& line, BmcFault& fault) {
-    const std::string kind = line.word("the fault");
+void ReadKind(MachineLine& line, BmcFault& fault) {
+    const std::string kind = line.Word("the fault");
     if (kind == "refused") {
-        fault.kind = BmcFault::Kind::refused;
-        fault.value = line.byte("the completion code");
-        if (fault.value == 0) line.fail("the completion code 0 refuses nothing");
+        fault.kind = BmcFault::Kind::kRefused;
+        fault.value = line.Byte("the completion code");
+        if (fault.value == 0) line.Fail("the completion code 0 refuses nothing");
     } else if (kind == "short") {
-        fault.kind = BmcFault::Kind::cut;
-        fault.value = line.number("the number of bytes", kLongestResponse);
+        fault.kind = BmcFault::Kind::kCut;
+        fault.value = line.Number("the number of bytes", kLongestResponse);
     } else if (kind == "empty") {
-        fault.kind = BmcFault::Kind::cut;
+        fault.kind = BmcFault::Kind::kCut;
     } else if (kind == "stale") {
-        fault.kind = BmcFault::Kind::stale;
+        fault.kind = BmcFault::Kind::kStale;
     } else if (kind == "fails") {
-        fault.kind = BmcFault::Kind::fails;
-        fault.value = errorNamed(line);
+        fault.kind = BmcFault::Kind::kFails;
+        fault.value = ErrorNamed(line);
     } else {
-        line.fail("the fault \"" + kind + "\" is none of refused, short, empty, stale, fails");
+        line.Fail("the fault \"" + kind + "\" is none of refused, short, empty, stale, fails");
     }
 }
 
-void readFault(MachineLine& line, MachineDraft& draft) {
-    BmcDraft& bmc = controllerOf(line, draft);
-    const std::string command = line.text("the command");
+void ReadFault(MachineLine& line, MachineDraft& draft) {
+    BmcDraft& bmc = ControllerOf(line, draft);
+    const std::string command = line.Text("the command");
     BmcFault fault;
-    if (!line.takeIf("every")) {
-        fault.nth = line.number("the request's number", kMostRequests);
-        if (fault.nth == 0) line.fail("requests count from 1");
+    if (!line.TakeIf("every")) {
+        fault.nth = line.Number("the request's number", kMostRequests);
+        if (fault.nth == 0) line.Fail("requests count from 1");
     }
-    readKind(line, fault);
+    ReadKind(line, fault);
     bmc.faults.push_back({command, fault, line});
 }
 
-constexpr MachineStatement kStatements[] = {{"fault", readFault}};
+constexpr MachineStatement kStatements[] = {{"fault", ReadFault}};
 
 }  // namespace
 
-std::span<const MachineStatement> bmcFaultStatements() {
+std::span<const MachineStatement> BmcFaultStatements() {
     return kStatements;
 }
 

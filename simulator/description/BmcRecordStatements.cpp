@@ -10,157 +10,157 @@
 namespace sim {
 namespace {
 
-void readDump(MachineLine& line, MachineDraft& draft) {
-    Bytes dump = draft.capture(line);
-    BmcDraft& bmc = controllerOf(line, draft);
+void ReadDump(MachineLine& line, MachineDraft& draft) {
+    Bytes dump = draft.Capture(line);
+    BmcDraft& bmc = ControllerOf(line, draft);
     bmc.sensorIsLast = false;
     bmc.records.push_back({std::nullopt, std::move(dump), true, line});
 }
 
-void readSensor(MachineLine& line, MachineDraft& draft) {
-    const std::uint8_t number = line.byte("the sensor number");
-    const std::string name = line.text("the sensor name");
-    BmcDraft& bmc = controllerOf(line, draft);
+void ReadSensor(MachineLine& line, MachineDraft& draft) {
+    const std::uint8_t number = line.Byte("the sensor number");
+    const std::string name = line.Text("the sensor name");
+    BmcDraft& bmc = ControllerOf(line, draft);
     try {
         bmc.records.push_back({SdrRecord(name, number), {}, false, line});
     } catch (const std::exception& error) {
-        line.fail(error.what());
+        line.Fail(error.what());
     }
     bmc.sensorIsLast = true;
 }
 
 // A record of another kind than a sensor's: its type, and the bytes behind the header.
-void readRecord(MachineLine& line, MachineDraft& draft) {
+void ReadRecord(MachineLine& line, MachineDraft& draft) {
     constexpr std::uint8_t kVersion = 0x51;
     constexpr std::size_t kMost = 0xFF;
-    Bytes bytes{0, 0, kVersion, line.byte("the record type"), 0};
-    while (line.more()) bytes.push_back(line.hexByte("the byte"));
+    Bytes bytes{0, 0, kVersion, line.Byte("the record type"), 0};
+    while (line.More()) bytes.push_back(line.HexByte("the byte"));
     const std::size_t length = bytes.size() - SdrRecord::kHeaderSize;
-    if (length > kMost) line.fail("a record has at most 255 bytes behind its header");
+    if (length > kMost) line.Fail("a record has at most 255 bytes behind its header");
     bytes[4] = static_cast<std::uint8_t>(length);
-    BmcDraft& bmc = controllerOf(line, draft);
+    BmcDraft& bmc = ControllerOf(line, draft);
     bmc.sensorIsLast = false;
     bmc.records.push_back({std::nullopt, std::move(bytes), false, line});
 }
 
-std::uint16_t wordOf(MachineLine& line, const char* what) {
+std::uint16_t WordOf(MachineLine& line, const char* what) {
     constexpr std::uint32_t kMost = 0xFFFF;
-    return static_cast<std::uint16_t>(line.number(what, kMost));
+    return static_cast<std::uint16_t>(line.Number(what, kMost));
 }
 
-void readRepository(MachineLine& line, MachineDraft& draft) {
-    BmcDraft& bmc = controllerOf(line, draft);
-    if (line.takeIf("count")) {
-        if (bmc.recordCount) line.fail("the count was given already");
-        bmc.recordCount = wordOf(line, "the count");
+void ReadRepository(MachineLine& line, MachineDraft& draft) {
+    BmcDraft& bmc = ControllerOf(line, draft);
+    if (line.TakeIf("count")) {
+        if (bmc.recordCount) line.Fail("the count was given already");
+        bmc.recordCount = WordOf(line, "the count");
         return;
     }
-    line.expect("next");
-    const std::uint16_t id = wordOf(line, "the record ID");
-    const std::uint16_t next = wordOf(line, "the next record ID");
+    line.Expect("next");
+    const std::uint16_t id = WordOf(line, "the record ID");
+    const std::uint16_t next = WordOf(line, "the next record ID");
     if (!bmc.nextRecords.try_emplace(id, NextRecordDraft{next, line}).second)
-        line.fail("what follows the record was given already");
+        line.Fail("what follows the record was given already");
 }
 
 // The sensor's record that a field statement belongs to.
-RecordDraft& lastSensor(const char* word, MachineLine& line, MachineDraft& draft) {
-    BmcDraft& bmc = controllerOf(line, draft);
-    if (!bmc.sensorIsLast) line.fail(std::string(word) + " belongs to a sensor, and there is none");
+RecordDraft& LastSensor(const char* word, MachineLine& line, MachineDraft& draft) {
+    BmcDraft& bmc = ControllerOf(line, draft);
+    if (!bmc.sensorIsLast) line.Fail(std::string(word) + " belongs to a sensor, and there is none");
     return bmc.records.back();
 }
 
 // The same, each field once.
-SdrRecord& field(const char* word, MachineLine& line, MachineDraft& draft) {
-    RecordDraft& last = lastSensor(word, line, draft);
-    const auto [before, isNew] = last.fields.emplace(word, line.number());
+SdrRecord& Field(const char* word, MachineLine& line, MachineDraft& draft) {
+    RecordDraft& last = LastSensor(word, line, draft);
+    const auto [before, isNew] = last.fields.emplace(word, line.Number());
     if (!isNew)
-        line.fail(std::string(word) + " was given in line " + std::to_string(before->second));
+        line.Fail(std::string(word) + " was given in line " + std::to_string(before->second));
     return *last.sensor;
 }
 
-void readType(MachineLine& line, MachineDraft& draft) {
-    (void)field("type", line, draft).kind(line.byte("the sensor type"));
+void ReadType(MachineLine& line, MachineDraft& draft) {
+    (void)Field("type", line, draft).Kind(line.Byte("the sensor type"));
 }
 
-void readEntity(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("entity", line, draft);
-    const std::uint8_t id = line.byte("the entity");
-    const std::uint8_t instance = line.more() ? line.byte("the instance") : std::uint8_t{1};
-    (void)record.entity(id, instance);
+void ReadEntity(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = Field("entity", line, draft);
+    const std::uint8_t id = line.Byte("the entity");
+    const std::uint8_t instance = line.More() ? line.Byte("the instance") : std::uint8_t{1};
+    (void)record.Entity(id, instance);
 }
 
-void readEvent(MachineLine& line, MachineDraft& draft) {
-    (void)field("event", line, draft).event(line.byte("the event/reading type"));
+void ReadEvent(MachineLine& line, MachineDraft& draft) {
+    (void)Field("event", line, draft).Event(line.Byte("the event/reading type"));
 }
 
-void readUnit(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("unit", line, draft);
-    const std::uint8_t base = line.byte("the unit");
-    (void)record.unit(base, line.more() ? line.byte("the modifier unit") : std::uint8_t{0});
+void ReadUnit(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = Field("unit", line, draft);
+    const std::uint8_t base = line.Byte("the unit");
+    (void)record.Unit(base, line.More() ? line.Byte("the modifier unit") : std::uint8_t{0});
 }
 
-void readFormat(MachineLine& line, MachineDraft& draft) {
-    (void)field("format", line, draft).unit1(line.byte("the format byte"));
+void ReadFormat(MachineLine& line, MachineDraft& draft) {
+    (void)Field("format", line, draft).Unit1(line.Byte("the format byte"));
 }
 
-void readFactors(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("factors", line, draft);
-    const int m = line.integer("M", -512, 511);
-    const int b = line.integer("B", -512, 511);
-    const int bExponent = line.integer("the exponent of B", -8, 7);
-    (void)record.factors(m, b, bExponent, line.integer("the result exponent", -8, 7));
+void ReadFactors(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = Field("factors", line, draft);
+    const int m = line.Integer("M", -512, 511);
+    const int b = line.Integer("B", -512, 511);
+    const int bExponent = line.Integer("the exponent of B", -8, 7);
+    (void)record.Factors(m, b, bExponent, line.Integer("the result exponent", -8, 7));
 }
 
-void readLinearization(MachineLine& line, MachineDraft& draft) {
-    (void)field("linearization", line, draft).linearization(line.byte("the linearization"));
+void ReadLinearization(MachineLine& line, MachineDraft& draft) {
+    (void)Field("linearization", line, draft).Linearization(line.Byte("the linearization"));
 }
 
-void readLimits(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("limits", line, draft);
-    const std::uint8_t maximum = line.byte("the maximum reading");
-    (void)record.limits(maximum, line.byte("the minimum reading"));
+void ReadLimits(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = Field("limits", line, draft);
+    const std::uint8_t maximum = line.Byte("the maximum reading");
+    (void)record.Limits(maximum, line.Byte("the minimum reading"));
 }
 
-void readMasks(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("masks", line, draft);
-    const std::uint8_t readable = line.byte("the readable thresholds");
-    (void)record.thresholdMasks(readable, line.byte("the settable thresholds"));
+void ReadMasks(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = Field("masks", line, draft);
+    const std::uint8_t readable = line.Byte("the readable thresholds");
+    (void)record.ThresholdMasks(readable, line.Byte("the settable thresholds"));
 }
 
-void readDelivered(MachineLine& line, MachineDraft& draft) {
-    (void)field("delivered", line, draft);
-    lastSensor("delivered", line, draft).quirks.delivered =
-        line.number("the number of bytes", SdrRecord::kSize);
+void ReadDelivered(MachineLine& line, MachineDraft& draft) {
+    (void)Field("delivered", line, draft);
+    LastSensor("delivered", line, draft).quirks.delivered =
+        line.Number("the number of bytes", SdrRecord::kSize);
 }
 
-void readReread(MachineLine& line, MachineDraft& draft) {
-    RecordDraft& last = lastSensor("reread", line, draft);
-    const std::size_t offset = line.number("the offset", SdrRecord::kSize - 1);
-    if (!last.quirks.reread.emplace(offset, line.byte("the byte")).second)
-        line.fail("the byte was given already");
+void ReadReread(MachineLine& line, MachineDraft& draft) {
+    RecordDraft& last = LastSensor("reread", line, draft);
+    const std::size_t offset = line.Number("the offset", SdrRecord::kSize - 1);
+    if (!last.quirks.reread.emplace(offset, line.Byte("the byte")).second)
+        line.Fail("the byte was given already");
 }
 
 constexpr MachineStatement kStatements[] = {
-    {"sdr", readDump},
-    {"sensor", readSensor},
-    {"record", readRecord},
-    {"repository", readRepository},
-    {"type", readType},
-    {"entity", readEntity},
-    {"event", readEvent},
-    {"unit", readUnit},
-    {"format", readFormat},
-    {"factors", readFactors},
-    {"linearization", readLinearization},
-    {"limits", readLimits},
-    {"masks", readMasks},
-    {"delivered", readDelivered},
-    {"reread", readReread},
+    {"sdr", ReadDump},
+    {"sensor", ReadSensor},
+    {"record", ReadRecord},
+    {"repository", ReadRepository},
+    {"type", ReadType},
+    {"entity", ReadEntity},
+    {"event", ReadEvent},
+    {"unit", ReadUnit},
+    {"format", ReadFormat},
+    {"factors", ReadFactors},
+    {"linearization", ReadLinearization},
+    {"limits", ReadLimits},
+    {"masks", ReadMasks},
+    {"delivered", ReadDelivered},
+    {"reread", ReadReread},
 };
 
 }  // namespace
 
-std::span<const MachineStatement> bmcRecordStatements() {
+std::span<const MachineStatement> BmcRecordStatements() {
     return kStatements;
 }
 

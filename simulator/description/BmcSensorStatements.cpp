@@ -14,83 +14,83 @@ namespace sim {
 namespace {
 
 // "at SECOND", the beginning when it is not there.
-std::chrono::seconds takeMoment(MachineLine& line) {
-    if (!line.takeIf("at")) return {};
-    return std::chrono::seconds(line.number("the second", std::numeric_limits<int>::max()));
+std::chrono::seconds TakeMoment(MachineLine& line) {
+    if (!line.TakeIf("at")) return {};
+    return std::chrono::seconds(line.Number("the second", std::numeric_limits<int>::max()));
 }
 
-void failTwice(const MachineLine& line, const char* what, std::chrono::seconds from) {
+void FailTwice(const MachineLine& line, const char* what, std::chrono::seconds from) {
     const std::string moment =
         from.count() == 0 ? "" : " from second " + std::to_string(from.count()) + " on";
-    line.fail(std::string("the sensor has ") + what + moment + " already");
+    line.Fail(std::string("the sensor has ") + what + moment + " already");
 }
 
-void readReadingStatement(MachineLine& line, MachineDraft& draft) {
-    readReading(line, controllerOf(line, draft).timelines);
+void ReadReadingStatement(MachineLine& line, MachineDraft& draft) {
+    ReadReading(line, ControllerOf(line, draft).timelines);
 }
 
-void readStatesStatement(MachineLine& line, MachineDraft& draft) {
-    readStates(line, controllerOf(line, draft).timelines);
+void ReadStatesStatement(MachineLine& line, MachineDraft& draft) {
+    ReadStates(line, ControllerOf(line, draft).timelines);
 }
 
-void readThresholds(MachineLine& line, MachineDraft& draft) {
+void ReadThresholds(MachineLine& line, MachineDraft& draft) {
     constexpr std::uint8_t kAll = 0x3F;
-    const std::uint8_t sensor = line.byte("the sensor number");
+    const std::uint8_t sensor = line.Byte("the sensor number");
     BmcThresholds thresholds;
-    thresholds.readable = line.byte("the readable thresholds", kAll);
-    for (std::uint8_t& value : thresholds.values) value = line.byte("the raw threshold");
-    if (!controllerOf(line, draft).thresholds.emplace(sensor, thresholds).second)
-        line.fail("the sensor has thresholds already");
+    thresholds.readable = line.Byte("the readable thresholds", kAll);
+    for (std::uint8_t& value : thresholds.values) value = line.Byte("the raw threshold");
+    if (!ControllerOf(line, draft).thresholds.emplace(sensor, thresholds).second)
+        line.Fail("the sensor has thresholds already");
 }
 
 // The file need not be there: a person writes it when something is to change.
-void readControl(MachineLine& line, MachineDraft& draft) {
-    const std::string name = line.name("the file name");
-    BmcDraft& bmc = controllerOf(line, draft);
-    if (!bmc.controlFile.empty()) line.fail("the controller has a control file already");
+void ReadControl(MachineLine& line, MachineDraft& draft) {
+    const std::string name = line.Name("the file name");
+    BmcDraft& bmc = ControllerOf(line, draft);
+    if (!bmc.controlFile.empty()) line.Fail("the controller has a control file already");
     bmc.controlFile = draft.folder / name;
 }
 
 constexpr MachineStatement kStatements[] = {
-    {"reading", readReadingStatement},
-    {"states", readStatesStatement},
-    {"thresholds", readThresholds},
-    {"control", readControl},
+    {"reading", ReadReadingStatement},
+    {"states", ReadStatesStatement},
+    {"thresholds", ReadThresholds},
+    {"control", ReadControl},
 };
 
 }  // namespace
 
-void readReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
-    BmcTimeline& timeline = timelines[line.byte("the sensor number")];
-    const std::chrono::seconds from = takeMoment(line);
+void ReadReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
+    BmcTimeline& timeline = timelines[line.Byte("the sensor number")];
+    const std::chrono::seconds from = TakeMoment(line);
     BmcReading reading;
-    reading.available = !line.takeIf("unavailable");
-    if (reading.available || line.more()) reading.raw = line.byte("the raw reading");
-    if (!timeline.readings.emplace(from, reading).second) failTwice(line, "a reading", from);
+    reading.available = !line.TakeIf("unavailable");
+    if (reading.available || line.More()) reading.raw = line.Byte("the raw reading");
+    if (!timeline.readings.emplace(from, reading).second) FailTwice(line, "a reading", from);
 }
 
-void readStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
-    BmcTimeline& timeline = timelines[line.byte("the sensor number")];
-    const std::chrono::seconds from = takeMoment(line);
+void ReadStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
+    BmcTimeline& timeline = timelines[line.Byte("the sensor number")];
+    const std::chrono::seconds from = TakeMoment(line);
     BmcStates states{};
-    states[0] = line.byte("the states 0 to 7");
-    if (line.more()) states[1] = line.byte("the states 8 to 15");
-    if (!timeline.states.emplace(from, states).second) failTwice(line, "states", from);
+    states[0] = line.Byte("the states 0 to 7");
+    if (line.More()) states[1] = line.Byte("the states 8 to 15");
+    if (!timeline.states.emplace(from, states).second) FailTwice(line, "states", from);
 }
 
-void readTimelineLine(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
-    if (!line.more()) return;
-    const std::string word = line.word("the statement");
+void ReadTimelineLine(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
+    if (!line.More()) return;
+    const std::string word = line.Word("the statement");
     if (word == "reading")
-        readReading(line, timelines);
+        ReadReading(line, timelines);
     else if (word == "states")
-        readStates(line, timelines);
+        ReadStates(line, timelines);
     else
-        line.fail("the statement \"" + word + "\" is none of reading, states");
-    line.end();
+        line.Fail("the statement \"" + word + "\" is none of reading, states");
+    line.End();
 }
 
-std::span<const MachineStatement> bmcSensorStatements() {
+std::span<const MachineStatement> BmcSensorStatements() {
     return kStatements;
 }
 

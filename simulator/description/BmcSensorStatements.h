@@ -13,11 +13,11 @@
 namespace sim {
 
 // What stands behind the words `reading` and `states`.
-void readReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
-void readStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
+void ReadReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
+void ReadStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
 
 // A whole line of a control file: one of these statements, or nothing.
-void readTimelineLine(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
+void ReadTimelineLine(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
 
 }  // namespace sim
 

@@ -14,29 +14,29 @@ namespace {
 // What opening a device can be refused with.
 constexpr int kErrors[] = {ENOENT, EACCES, EPERM, ENXIO, ENODEV, EBUSY, EIO};
 
-int errorNamed(MachineLine& line) {
-    const std::string name = line.word("the error");
+int ErrorNamed(MachineLine& line) {
+    const std::string name = line.Word("the error");
     std::string known;
     for (const int error : kErrors) {
-        if (errorName(error) == name) return error;
-        known += " " + errorName(error);
+        if (ErrorName(error) == name) return error;
+        known += " " + ErrorName(error);
     }
-    line.fail("the error \"" + name + "\" is none of" + known);
+    line.Fail("the error \"" + name + "\" is none of" + known);
 }
 
-void readWithout(MachineLine& line, MachineDraft& draft) {
-    const std::string device = line.word("the device");
-    if (!Machine::isMachinePath(device)) line.fail("no server has a device " + device);
-    const int error = line.more() ? errorNamed(line) : ENOENT;
+void ReadWithout(MachineLine& line, MachineDraft& draft) {
+    const std::string device = line.Word("the device");
+    if (!Machine::IsMachinePath(device)) line.Fail("no server has a device " + device);
+    const int error = line.More() ? ErrorNamed(line) : ENOENT;
     if (!draft.without.emplace(device, error).second)
-        line.fail("the machine is without " + device + " already");
+        line.Fail("the machine is without " + device + " already");
 }
 
-constexpr MachineStatement kStatements[] = {{"without", readWithout}};
+constexpr MachineStatement kStatements[] = {{"without", ReadWithout}};
 
 }  // namespace
 
-std::span<const MachineStatement> deviceStatements() {
+std::span<const MachineStatement> DeviceStatements() {
     return kStatements;
 }
 

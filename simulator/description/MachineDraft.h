@@ -33,7 +33,7 @@ struct MemoryPiece {
 
 // Where a machine's SMBIOS comes from: one of the three, said in `line`.
 struct SmbiosDraft {
-    enum class Source { dump, segment, text };
+    enum class Source { kDump, kSegment, kText };
     Source source;
     MachineLine line;
     Bytes bytes;                        // dump or segment
@@ -56,12 +56,12 @@ struct MachineDraft {
     std::map<std::string, int> without;  // device, errno
 
     // The path of a capture that the line names.
-    std::filesystem::path captureFile(MachineLine& line) const;
+    std::filesystem::path CaptureFile(MachineLine& line) const;
 
     // A capture: the file that the line names, from the machine's folder.
-    Bytes capture(MachineLine& line) const;
+    Bytes Capture(MachineLine& line) const;
 
-    void build(Machine& machine) const;
+    void Build(Machine& machine) const;
 };
 
 // A statement: its first word, and what reads the rest of its line.
@@ -71,19 +71,19 @@ struct MachineStatement {
 };
 
 // Gives the machine its PCI functions, drives and load.
-void buildInventory(const MachineDraft& draft, Machine& machine);
+void BuildInventory(const MachineDraft& draft, Machine& machine);
 
 // The statements by topic.
-std::span<const MachineStatement> memoryStatements();
-std::span<const MachineStatement> smbiosStatements();
-std::span<const MachineStatement> deviceStatements();
-std::span<const MachineStatement> bmcStatements();
-std::span<const MachineStatement> bmcRecordStatements();
-std::span<const MachineStatement> bmcSensorStatements();
-std::span<const MachineStatement> bmcFaultStatements();
-std::span<const MachineStatement> pciStatements();
-std::span<const MachineStatement> driveStatements();
-std::span<const MachineStatement> loadStatements();
+std::span<const MachineStatement> MemoryStatements();
+std::span<const MachineStatement> SmbiosStatements();
+std::span<const MachineStatement> DeviceStatements();
+std::span<const MachineStatement> BmcStatements();
+std::span<const MachineStatement> BmcRecordStatements();
+std::span<const MachineStatement> BmcSensorStatements();
+std::span<const MachineStatement> BmcFaultStatements();
+std::span<const MachineStatement> PciStatements();
+std::span<const MachineStatement> DriveStatements();
+std::span<const MachineStatement> LoadStatements();
 
 }  // namespace sim
 

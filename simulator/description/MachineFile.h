@@ -15,7 +15,7 @@ class Machine;
 
 // Makes a fresh machine the described one. Throws MachineError, naming file and line, when the
 // description cannot be used.
-void loadMachine(const std::filesystem::path& folder, Machine& machine);
+void LoadMachine(const std::filesystem::path& folder, Machine& machine);
 
 }  // namespace sim
 

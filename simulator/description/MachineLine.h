@@ -18,45 +18,45 @@ public:
     // \xHH; what follows # outside of it is a comment.
     MachineLine(std::string file, int number, std::string_view text);
 
-    int number() const { return number_; }
-    bool more() const { return next_ < words_.size(); }
+    int Number() const { return number_; }
+    bool More() const { return next_ < words_.size(); }
 
     // The next word, which must be there; `what` names it in the complaint.
-    std::string word(const char* what);
-    std::string text(const char* what);                         // in quotes, not empty
-    std::string name(const char* what);                         // in quotes or without
-    std::uint32_t number(const char* what, std::uint32_t max);  // decimal, or hexadecimal with 0x
-    std::uint8_t byte(const char* what, std::uint8_t max = 0xFF);  // the same, of 8 bits
-    int integer(const char* what, int min, int max);               // decimal, may be negative
-    std::uint64_t size(const char* what, std::uint64_t max);  // a number with K, M or G behind it
-    std::uint8_t hexByte(const char* what);                   // one or two hexadecimal digits
+    std::string Word(const char* what);
+    std::string Text(const char* what);                         // in quotes, not empty
+    std::string Name(const char* what);                         // in quotes or without
+    std::uint32_t Number(const char* what, std::uint32_t max);  // decimal, or hexadecimal with 0x
+    std::uint8_t Byte(const char* what, std::uint8_t max = 0xFF);  // the same, of 8 bits
+    int Integer(const char* what, int min, int max);               // decimal, may be negative
+    std::uint64_t Size(const char* what, std::uint64_t max);  // a number with K, M or G behind it
+    std::uint8_t HexByte(const char* what);                   // one or two hexadecimal digits
 
     // The next word is this one.
-    void expect(std::string_view literal);
+    void Expect(std::string_view literal);
 
     // Takes the next word when it is this one.
-    bool takeIf(std::string_view literal);
+    bool TakeIf(std::string_view literal);
 
     // Whether the next word is quoted.
-    bool quotedNext() const { return more() && words_[next_].quoted; }
+    bool QuotedNext() const { return More() && words_[next_].quoted; }
 
     // The statement ends here.
-    void end() const;
+    void End() const;
 
-    [[noreturn]] void fail(const std::string& message) const;
+    [[noreturn]] void Fail(const std::string& message) const;
 
 private:
-    struct Word {
+    struct Token {
         std::string text;
         bool quoted;
     };
-    const Word& take(const char* what);
-    std::size_t takeQuoted(std::string_view text, std::size_t at);
-    std::uint64_t parse(const std::string& digits, const char* what) const;
+    const Token& Take(const char* what);
+    std::size_t TakeQuoted(std::string_view text, std::size_t at);
+    std::uint64_t Parse(const std::string& digits, const char* what) const;
 
     std::string file_;
     int number_;
-    std::vector<Word> words_;
+    std::vector<Token> words_;
     std::size_t next_ = 0;
 };
 

@@ -11,25 +11,25 @@ namespace {
 
 constexpr std::uint64_t kMostMemory = std::uint64_t{4} << 30;
 
-void readMemory(MachineLine& line, MachineDraft& draft) {
-    const std::uint64_t size = line.size("the memory size", kMostMemory);
+void ReadMemory(MachineLine& line, MachineDraft& draft) {
+    const std::uint64_t size = line.Size("the memory size", kMostMemory);
     if (draft.memorySize)
-        line.fail("the memory size was given in line " + std::to_string(draft.memorySize->second));
-    draft.memorySize.emplace(size, line.number());
+        line.Fail("the memory size was given in line " + std::to_string(draft.memorySize->second));
+    draft.memorySize.emplace(size, line.Number());
 }
 
-void readPages(MachineLine& line, MachineDraft& draft) {
+void ReadPages(MachineLine& line, MachineDraft& draft) {
     const std::uint32_t address =
-        line.number("the address", std::numeric_limits<std::uint32_t>::max());
-    Bytes bytes = draft.capture(line);
+        line.Number("the address", std::numeric_limits<std::uint32_t>::max());
+    Bytes bytes = draft.Capture(line);
     draft.pieces.push_back({address, std::move(bytes), line});
 }
 
-constexpr MachineStatement kStatements[] = {{"memory", readMemory}, {"pages", readPages}};
+constexpr MachineStatement kStatements[] = {{"memory", ReadMemory}, {"pages", ReadPages}};
 
 }  // namespace
 
-std::span<const MachineStatement> memoryStatements() {
+std::span<const MachineStatement> MemoryStatements() {
     return kStatements;
 }
 

@@ -14,7 +14,7 @@ namespace sim {
 // The functions of domain 0, each with its first 256 bytes: configuration mechanism #1 reaches no
 // others. Blank and indented lines, as `lspci -v` adds them, are passed over. std::runtime_error,
 // which names the line, for text of another kind.
-std::map<PciLocation, Bytes> readPciText(std::string_view text);
+std::map<PciLocation, Bytes> ReadPciText(std::string_view text);
 
 }  // namespace sim
 

@@ -14,7 +14,7 @@
 namespace sim {
 
 // By number. std::runtime_error, which names the line, for text of another kind.
-std::map<std::uint64_t, Bytes> readSectorText(std::string_view text);
+std::map<std::uint64_t, Bytes> ReadSectorText(std::string_view text);
 
 }  // namespace sim
 

@@ -18,8 +18,8 @@ struct Answer {
     std::int64_t value = 0;
     int error = 0;
 
-    static Answer failed(int error) { return {-1, error}; }
-    bool ok() const { return error == 0; }
+    static Answer Failed(int error) { return {-1, error}; }
+    bool Ok() const { return error == 0; }
 };
 
 // One open of a device. Its position is its own.
@@ -30,15 +30,15 @@ public:
     // A real descriptor that stands for this file in the process, so that descriptor numbers,
     // close, fcntl and system calls made without libc behave as they should. Called once; the
     // caller owns it. By default an empty anonymous file named after the device.
-    virtual int makeDescriptor(const char* path) const;
+    virtual int MakeDescriptor(const char* path) const;
 
-    virtual Answer read(void* out, std::size_t size) = 0;
-    virtual Answer seek(std::int64_t offset, int whence) = 0;
+    virtual Answer Read(void* out, std::size_t size) = 0;
+    virtual Answer Seek(std::int64_t offset, int whence) = 0;
 
     // No answer when the device knows no such request.
-    virtual std::optional<Answer> ioctl(unsigned long request, void* argument);
+    virtual std::optional<Answer> Ioctl(unsigned long request, void* argument);
 
-    virtual std::uint64_t position() const = 0;
+    virtual std::uint64_t Position() const = 0;
 };
 
 // What a path leads to.
@@ -47,15 +47,15 @@ public:
     virtual ~Device() = default;
 
     // Null when `error` was set instead.
-    virtual std::unique_ptr<OpenFile> open(int flags, int& error) = 0;
+    virtual std::unique_ptr<OpenFile> Open(int flags, int& error) = 0;
 };
 
 // Answers a range of I/O ports. Widths are 1, 2 and 4 bytes.
 class PortDevice {
 public:
     virtual ~PortDevice() = default;
-    virtual std::uint32_t in(std::uint16_t port, unsigned width) = 0;
-    virtual void out(std::uint16_t port, unsigned width, std::uint32_t value) = 0;
+    virtual std::uint32_t In(std::uint16_t port, unsigned width) = 0;
+    virtual void Out(std::uint16_t port, unsigned width, std::uint32_t value) = 0;
 };
 
 }  // namespace sim

@@ -36,17 +36,17 @@ public:
 
     // Both std::out_of_range for what lies past the end or, a sector, has more than 512 bytes, and
     // std::logic_error for an image in a file.
-    void write(std::uint64_t sector, std::span<const std::uint8_t> bytes);
-    void setEntry(std::uint64_t sector, unsigned number, const TableEntry& entry);  // 1 to 4
+    void Write(std::uint64_t sector, std::span<const std::uint8_t> bytes);
+    void SetEntry(std::uint64_t sector, unsigned number, const TableEntry& entry);  // 1 to 4
 
-    std::uint64_t sectors() const { return sectors_; }
+    std::uint64_t Sectors() const { return sectors_; }
 
     // A new descriptor for reading, at position 0; owned by the caller. -1 with errno set on
     // failure.
-    int open() const;
+    int Open() const;
 
 private:
-    void writeAt(std::uint64_t offset, std::span<const std::uint8_t> bytes);
+    void WriteAt(std::uint64_t offset, std::span<const std::uint8_t> bytes);
 
     std::string path_;
     int memory_ = -1;  // holds the zeroes; -1 for a file

@@ -16,19 +16,19 @@ namespace sim {
 class Faults {
 public:
     // std::invalid_argument for calls that the server does not answer and for nth below 1.
-    void fail(std::string_view call, int nth, int error);
-    void shortRead(int nth, std::size_t bytes);
-    void failAllocation(int nth);
-    void during(std::string_view call, void (*action)());
+    void Fail(std::string_view call, int nth, int error);
+    void ShortRead(int nth, std::size_t bytes);
+    void FailAllocation(int nth);
+    void During(std::string_view call, void (*action)());
 
     // Runs the action that waits for `call`, then counts the call: the errno it is to fail with.
-    std::optional<int> enter(std::string_view call);
+    std::optional<int> Enter(std::string_view call);
 
     // The size that this read is cut to, at most `size`.
-    std::size_t readSize(std::size_t size);
+    std::size_t ReadSize(std::size_t size);
 
     // Whether this allocation is to fail.
-    bool allocationFails();
+    bool AllocationFails();
 
 private:
     struct Fault {
@@ -36,7 +36,7 @@ private:
         int left;
         int error;
     };
-    struct ShortRead {
+    struct CutRead {
         int left;
         std::size_t bytes;
     };
@@ -45,7 +45,7 @@ private:
         void (*run)();
     };
     std::list<Fault> faults_;
-    std::list<ShortRead> shortReads_;
+    std::list<CutRead> shortReads_;
     std::list<int> allocations_;
     std::list<Action> actions_;
 };

@@ -12,16 +12,16 @@ namespace sim {
 class FreeProgram {
 public:
     // What it prints from now on; ends in a line feed.
-    void setText(std::string text) { text_ = std::move(text); }
+    void SetText(std::string text) { text_ = std::move(text); }
 
     // The same in its own layout, numbers in KiB.
-    void setMemory(std::uint64_t total, std::uint64_t used);
+    void SetMemory(std::uint64_t total, std::uint64_t used);
 
     // Whether the command starts with this program; never before it was given a text.
-    bool isRunBy(const char* command) const;
+    bool IsRunBy(const char* command) const;
 
     // The command for a shell that finds this program before the real one.
-    std::string before(const char* command) const;
+    std::string Before(const char* command) const;
 
 private:
     std::string text_;

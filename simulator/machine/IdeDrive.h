@@ -28,16 +28,16 @@ struct IdeDrive {
 };
 
 // A disk of this size with an empty image, no line of whose description is missing.
-IdeDrive makeDisk(const std::string& model, std::uint64_t sectors, const std::string& serial);
+IdeDrive MakeDisk(const std::string& model, std::uint64_t sectors, const std::string& serial);
 
 // An identity block whose serial number (20 bytes), firmware version (8) and model (40) are filled
 // up with blanks, as drives do (ATA-5, 8.12.8).
-DriveIdentity makeIdentity(const std::string& serial, const std::string& firmware,
+DriveIdentity MakeIdentity(const std::string& serial, const std::string& firmware,
                            const std::string& model);
 
 // Puts the drive into the machine as hda, hdb ...; its channel follows from the letter.
 // std::invalid_argument for a letter past d.
-void installDrive(Machine& machine, char letter, const IdeDrive& drive);
+void InstallDrive(Machine& machine, char letter, const IdeDrive& drive);
 
 }  // namespace sim
 

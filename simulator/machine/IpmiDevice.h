@@ -17,7 +17,7 @@ public:
     explicit IpmiDevice(std::shared_ptr<Bmc> bmc) : bmc_(std::move(bmc)) {}
 
     // Any access mode will do.
-    std::unique_ptr<OpenFile> open(int flags, int& error) override;
+    std::unique_ptr<OpenFile> Open(int flags, int& error) override;
 
 private:
     std::shared_ptr<Bmc> bmc_;
@@ -28,8 +28,8 @@ class InterfaceRegister : public PortDevice {
 public:
     explicit InterfaceRegister(std::uint8_t value) : value_(value) {}
 
-    std::uint32_t in(std::uint16_t, unsigned) override { return value_; }
-    void out(std::uint16_t, unsigned, std::uint32_t) override {}
+    std::uint32_t In(std::uint16_t, unsigned) override { return value_; }
+    void Out(std::uint16_t, unsigned, std::uint32_t) override {}
 
 private:
     std::uint8_t value_;

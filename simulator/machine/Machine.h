@@ -37,75 +37,75 @@ public:
     // 64 MiB of memory behind /dev/mem and a PCI bus without functions, nothing else.
     Machine();
 
-    PhysicalMemory& memory() { return memory_; }
-    AccessLog& log() { return log_; }
-    Faults& faults() { return faults_; }
-    PortMap& ports() { return ports_; }
-    PciBus& pci() { return *pci_; }
-    FreeProgram& freeProgram() { return free_; }
-    ProcStat& stat();
+    PhysicalMemory& GetMemory() { return memory_; }
+    AccessLog& GetLog() { return log_; }
+    Faults& GetFaults() { return faults_; }
+    PortMap& Ports() { return ports_; }
+    PciBus& GetPci() { return *pci_; }
+    FreeProgram& GetFreeProgram() { return free_; }
+    ProcStat& GetStat();
     // The management controller. The first call gives the machine one, behind /dev/ipmi, with a KCS
     // interface; giveBmc before it says which interfaces answer.
-    Bmc& bmc();
-    void giveBmc(bool kcs, bool smic);
-    bool hasBmc() const { return bmc_ != nullptr; }
+    Bmc& GetBmc();
+    void GiveBmc(bool kcs, bool smic);
+    bool HasBmc() const { return bmc_ != nullptr; }
 
-    std::chrono::seconds clock() const { return clock_; }
+    std::chrono::seconds Clock() const { return clock_; }
 
     // From now on a sleep lasts as long as this function does, which answers the seconds left.
-    void sleepBy(unsigned (*sleeper)(unsigned)) { sleeper_ = sleeper; }
+    void SleepBy(unsigned (*sleeper)(unsigned)) { sleeper_ = sleeper; }
 
     // Whether a server could have something at this path.
-    static bool isMachinePath(std::string_view path);
+    static bool IsMachinePath(std::string_view path);
 
     // A path that can be opened from now on. std::invalid_argument when isMachinePath is false.
-    void install(const std::string& path, std::unique_ptr<Device> device);
+    void Install(const std::string& path, std::unique_ptr<Device> device);
 
     // A directory below /proc/ide; those above it are there, too, and so are those of devices.
-    void installDirectory(const std::string& path);
+    void InstallDirectory(const std::string& path);
 
     // Opening the path fails with this errno from now on.
-    void refuse(const std::string& path, int error);
+    void Refuse(const std::string& path, int error);
 
-    std::optional<Answer> open(Caller caller, const char* path, int flags);
-    std::optional<Answer> seek(Caller caller, int descriptor, std::int64_t offset, int whence);
-    std::optional<Answer> read(Caller caller, int descriptor, void* out, std::size_t size);
-    std::optional<Answer> ioctl(Caller caller, int descriptor, unsigned long request,
+    std::optional<Answer> Open(Caller caller, const char* path, int flags);
+    std::optional<Answer> Seek(Caller caller, int descriptor, std::int64_t offset, int whence);
+    std::optional<Answer> Read(Caller caller, int descriptor, void* out, std::size_t size);
+    std::optional<Answer> Ioctl(Caller caller, int descriptor, unsigned long request,
                                 void* argument);
-    std::optional<Answer> close(Caller caller, int descriptor);
+    std::optional<Answer> Close(Caller caller, int descriptor);
 
     // A directory that can be opened gets its handle from the caller, who says which it became.
-    std::optional<Answer> openDirectory(Caller caller, const char* path);
-    void directoryOpened(const void* handle, const char* path);
-    std::optional<Answer> closeDirectory(Caller caller, const void* handle);
+    std::optional<Answer> OpenDirectory(Caller caller, const char* path);
+    void DirectoryOpened(const void* handle, const char* path);
+    std::optional<Answer> CloseDirectory(Caller caller, const void* handle);
 
     // Runs a command of the shell with this machine's programs in front of the real ones, by the
     // real function.
-    std::optional<Answer> system(Caller caller, const char* command, int (*run)(const char*));
+    std::optional<Answer> System(Caller caller, const char* command, int (*run)(const char*));
 
-    Answer setPrivilege(int level);
-    Answer sleep(unsigned seconds);
-    std::uint32_t portIn(std::uint16_t port, unsigned width);
-    void portOut(std::uint16_t port, unsigned width, std::uint32_t value);
+    Answer SetPrivilege(int level);
+    Answer Sleep(unsigned seconds);
+    std::uint32_t PortIn(std::uint16_t port, unsigned width);
+    void PortOut(std::uint16_t port, unsigned width, std::uint32_t value);
 
     // An allocation of the observed library; whether it is to fail.
-    bool allocate();
-    std::size_t allocations() const { return allocations_; }
+    bool Allocate();
+    std::size_t Allocations() const { return allocations_; }
 
 private:
-    struct Open {
+    struct OpenedFile {
         std::string path;
         std::unique_ptr<OpenFile> file;
         std::uint64_t device;  // identity of the real file behind the descriptor, which tells
         std::uint64_t inode;   // a descriptor that was closed and given out again elsewhere
     };
 
-    Answer findDirectory(const std::string& path) const;
-    Open* find(int descriptor);
-    std::optional<Answer> notOpen(Caller caller, const std::string& call);
-    Answer openFile(const std::string& path, int flags);
-    Answer logged(std::string call, std::string what, Answer answer, std::string shown);
-    void requirePrivilege(const std::string& instruction) const;
+    Answer FindDirectory(const std::string& path) const;
+    OpenedFile* Find(int descriptor);
+    std::optional<Answer> NotOpen(Caller caller, const std::string& call);
+    Answer OpenPath(const std::string& path, int flags);
+    Answer Logged(std::string call, std::string what, Answer answer, std::string shown);
+    void RequirePrivilege(const std::string& instruction) const;
 
     PhysicalMemory memory_;
     AccessLog log_;
@@ -117,7 +117,7 @@ private:
     std::shared_ptr<Bmc> bmc_;
     std::map<std::string, std::unique_ptr<Device>, std::less<>> devices_;
     std::map<std::string, int, std::less<>> refused_;
-    std::map<int, Open> opened_;
+    std::map<int, OpenedFile> opened_;
     std::set<std::string, std::less<>> directories_;
     std::map<const void*, std::string> openedDirectories_;
     std::chrono::seconds clock_{0};

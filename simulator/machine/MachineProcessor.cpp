@@ -13,60 +13,60 @@ namespace {
 
 constexpr int kPortPrivilege = 3;
 
-std::string bytes(unsigned width) {
+std::string ByteCount(unsigned width) {
     return std::to_string(width) + (width == 1 ? " byte" : " bytes");
 }
 
 }  // namespace
 
-Answer Machine::setPrivilege(int level) {
-    const std::optional<int> fault = faults_.enter("iopl");
+Answer Machine::SetPrivilege(int level) {
+    const std::optional<int> fault = faults_.Enter("iopl");
     Answer answer;
     if (fault)
-        answer = Answer::failed(*fault);
+        answer = Answer::Failed(*fault);
     else if (level < 0 || level > kPortPrivilege)
-        answer = Answer::failed(EINVAL);
+        answer = Answer::Failed(EINVAL);
     else
         privilege_ = level;
-    return logged("iopl", std::to_string(level), answer, "0");
+    return Logged("iopl", std::to_string(level), answer, "0");
 }
 
 // A fault means an interrupted sleep: the seconds left are returned, here all of them.
-Answer Machine::sleep(unsigned seconds) {
-    const std::optional<int> fault = faults_.enter("sleep");
+Answer Machine::Sleep(unsigned seconds) {
+    const std::optional<int> fault = faults_.Enter("sleep");
     const unsigned left = fault ? seconds : sleeper_ != nullptr ? sleeper_(seconds) : 0;
     clock_ += std::chrono::seconds(seconds - left);
-    return logged("sleep", std::to_string(seconds), {left}, std::to_string(left));
+    return Logged("sleep", std::to_string(seconds), {left}, std::to_string(left));
 }
 
-void Machine::requirePrivilege(const std::string& instruction) const {
+void Machine::RequirePrivilege(const std::string& instruction) const {
     if (privilege_ < kPortPrivilege)
-        violation(instruction + " at I/O privilege level " + std::to_string(privilege_) +
+        Violation(instruction + " at I/O privilege level " + std::to_string(privilege_) +
                   ", which needs iopl(3)");
 }
 
-std::uint32_t Machine::portIn(std::uint16_t port, unsigned width) {
-    const std::string what = hex(port) + " " + std::to_string(width);
-    const std::string instruction = "in of " + bytes(width) + " from port " + hex(port);
-    (void)faults_.enter("in");  // runs the action that waits for it; instructions do not fail
-    requirePrivilege(instruction);
-    PortDevice* const device = ports_.find(port, width);
-    if (device == nullptr) violation(instruction + ", which this machine does not have");
-    const std::uint32_t value = device->in(port, width);
-    log_.add({"in", what, hex(value)});
+std::uint32_t Machine::PortIn(std::uint16_t port, unsigned width) {
+    const std::string what = Hex(port) + " " + std::to_string(width);
+    const std::string instruction = "in of " + ByteCount(width) + " from port " + Hex(port);
+    (void)faults_.Enter("in");  // runs the action that waits for it; instructions do not fail
+    RequirePrivilege(instruction);
+    PortDevice* const device = ports_.Find(port, width);
+    if (device == nullptr) Violation(instruction + ", which this machine does not have");
+    const std::uint32_t value = device->In(port, width);
+    log_.Add({"in", what, Hex(value)});
     return value;
 }
 
-void Machine::portOut(std::uint16_t port, unsigned width, std::uint32_t value) {
-    const std::string what = hex(port) + " " + std::to_string(width) + " " + hex(value);
+void Machine::PortOut(std::uint16_t port, unsigned width, std::uint32_t value) {
+    const std::string what = Hex(port) + " " + std::to_string(width) + " " + Hex(value);
     const std::string instruction =
-        "out of " + hex(value) + ", " + bytes(width) + ", to port " + hex(port);
-    (void)faults_.enter("out");
-    requirePrivilege(instruction);
-    PortDevice* const device = ports_.find(port, width);
-    if (device == nullptr) violation(instruction + ", which this machine does not have");
-    device->out(port, width, value);
-    log_.add({"out", what, "ok"});
+        "out of " + Hex(value) + ", " + ByteCount(width) + ", to port " + Hex(port);
+    (void)faults_.Enter("out");
+    RequirePrivilege(instruction);
+    PortDevice* const device = ports_.Find(port, width);
+    if (device == nullptr) Violation(instruction + ", which this machine does not have");
+    device->Out(port, width, value);
+    log_.Add({"out", what, "ok"});
 }
 
 }  // namespace sim

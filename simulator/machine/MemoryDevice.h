@@ -14,7 +14,7 @@ public:
     explicit MemoryDevice(const PhysicalMemory& memory) : memory_(memory) {}
 
     // Reading only: a simulated memory has no writer, so that is refused with EACCES.
-    std::unique_ptr<OpenFile> open(int flags, int& error) override;
+    std::unique_ptr<OpenFile> Open(int flags, int& error) override;
 
 private:
     const PhysicalMemory& memory_;

@@ -21,7 +21,7 @@ struct PciLocation {
     unsigned function;  // to 7
 
     auto operator<=>(const PciLocation&) const = default;
-    std::string text() const;  // 00:1f.1
+    std::string Text() const;  // 00:1f.1
 };
 
 class PciBus : public PortDevice {
@@ -33,14 +33,14 @@ public:
     // Adds a function, or gives a known one another configuration space. Bytes behind the given
     // ones read as zero. std::invalid_argument for more than 256 bytes and for a location that
     // there cannot be.
-    void set(const PciLocation& location, Bytes configuration);
+    void Set(const PciLocation& location, Bytes configuration);
 
     // Locations without a function read all ones. What is written to configuration space is lost.
-    std::uint32_t in(std::uint16_t port, unsigned width) override;
-    void out(std::uint16_t port, unsigned width, std::uint32_t value) override;
+    std::uint32_t In(std::uint16_t port, unsigned width) override;
+    void Out(std::uint16_t port, unsigned width, std::uint32_t value) override;
 
 private:
-    std::uint8_t byteAt(std::size_t windowOffset) const;
+    std::uint8_t ByteAt(std::size_t windowOffset) const;
 
     std::map<PciLocation, Bytes> functions_;
     std::uint32_t address_ = 0;

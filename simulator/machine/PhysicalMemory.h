@@ -16,8 +16,8 @@ namespace sim {
 
 // Where a table goes and what its entry point says of it.
 struct SmbiosPlacement {
-    enum class Anchor { smbios, dmi };
-    Anchor anchor = Anchor::smbios;
+    enum class Anchor { kSmbios, kDmi };
+    Anchor anchor = Anchor::kSmbios;
     std::uint8_t major = 2;
     std::uint8_t minor = 3;
     std::uint32_t entry = 0xF0010;  // address of the entry point
@@ -31,27 +31,27 @@ class PhysicalMemory {
 public:
     // Bytes of memory, at most 4 GiB; a read that goes past them is refused with EFAULT, as the
     // kernel does.
-    void resize(std::uint64_t size);
+    void Resize(std::uint64_t size);
 
     // What lies past size() is kept, and readable once the memory is large enough. Past 4 GiB:
     // std::out_of_range.
-    void write(std::uint32_t address, std::span<const std::uint8_t> bytes);
+    void Write(std::uint32_t address, std::span<const std::uint8_t> bytes);
 
     // Entry point with right checksums, and the table. std::length_error when the table is longer
     // than the entry point can state and no other length is given.
-    void placeSmbios(std::span<const std::uint8_t> table, const SmbiosPlacement& placement = {});
+    void PlaceSmbios(std::span<const std::uint8_t> table, const SmbiosPlacement& placement = {});
 
     // What `dmidecode --dump-bin` wrote. A dump whose entry point is of another kind (_SM3_, _DMI_
     // alone) gets an _SM_ one. Throws std::runtime_error when it is no such dump.
-    void placeDump(std::span<const std::uint8_t> dump);
+    void PlaceDump(std::span<const std::uint8_t> dump);
 
     // 64 KiB as they lay at 0xF0000; std::runtime_error for any other size.
-    void placeSegment(std::span<const std::uint8_t> image);
+    void PlaceSegment(std::span<const std::uint8_t> image);
 
-    std::uint64_t size() const { return size_; }
+    std::uint64_t Size() const { return size_; }
 
     // Fills `out` with the bytes at `address`. Returns false when they are not all within size().
-    bool read(std::uint64_t address, std::span<std::uint8_t> out) const;
+    bool Read(std::uint64_t address, std::span<std::uint8_t> out) const;
 
 private:
     static constexpr std::size_t kPageSize = 4096;

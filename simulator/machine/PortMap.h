@@ -18,10 +18,10 @@ public:
     PortMap();
 
     // Answers `count` ports from `first`; covers what answered there before.
-    void install(std::uint16_t first, std::uint16_t count, std::shared_ptr<PortDevice> device);
+    void Install(std::uint16_t first, std::uint16_t count, std::shared_ptr<PortDevice> device);
 
     // The device that answers all the ports of an access; null when none does.
-    PortDevice* find(std::uint16_t port, unsigned width) const;
+    PortDevice* Find(std::uint16_t port, unsigned width) const;
 
 private:
     struct Range {

@@ -15,7 +15,7 @@ constexpr std::uint64_t kSecondsBefore = 1000;
 
 using Ticks = std::array<std::uint64_t, 4>;
 
-std::string line(const std::string& name, const Ticks& ticks) {
+std::string Line(const std::string& name, const Ticks& ticks) {
     std::string text = name;
     for (const std::uint64_t count : ticks) text += " " + std::to_string(count);
     return text + "\n";
@@ -23,7 +23,7 @@ std::string line(const std::string& name, const Ticks& ticks) {
 
 }  // namespace
 
-std::string ProcStat::text(std::chrono::seconds now) const {
+std::string ProcStat::Text(std::chrono::seconds now) const {
     const auto behind = texts_.upper_bound(now);
     if (behind != texts_.begin()) return std::prev(behind)->second;
 
@@ -33,9 +33,9 @@ std::string ProcStat::text(std::chrono::seconds now) const {
     for (const auto& [cpu, rates] : rates_) {
         const Ticks ticks = {rates.user * up, rates.nice * up, rates.system * up, rates.idle * up};
         for (std::size_t i = 0; i < ticks.size(); ++i) sum[i] += ticks[i];
-        cpus += line("cpu" + std::to_string(cpu), ticks);
+        cpus += Line("cpu" + std::to_string(cpu), ticks);
     }
-    return line("cpu ", sum) + cpus;
+    return Line("cpu ", sum) + cpus;
 }
 
 }  // namespace sim

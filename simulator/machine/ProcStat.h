@@ -23,12 +23,12 @@ public:
 
     // The server has been up for a thousand seconds when its time starts. A processor without
     // rates is not there.
-    void setRates(unsigned cpu, const Rates& rates) { rates_[cpu] = rates; }
+    void SetRates(unsigned cpu, const Rates& rates) { rates_[cpu] = rates; }
 
     // From this moment on the file holds this text, whatever the rates say.
-    void setText(std::chrono::seconds from, std::string text) { texts_[from] = std::move(text); }
+    void SetText(std::chrono::seconds from, std::string text) { texts_[from] = std::move(text); }
 
-    std::string text(std::chrono::seconds now) const;
+    std::string Text(std::chrono::seconds now) const;
 
 private:
     std::map<unsigned, Rates> rates_;

@@ -26,14 +26,14 @@ class SmbiosStructure {
 public:
     SmbiosStructure(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
 
-    SmbiosStructure& byte(std::size_t offset, std::uint8_t value);
-    SmbiosStructure& word(std::size_t offset, std::uint16_t value);
-    SmbiosStructure& dword(std::size_t offset, std::uint32_t value);
-    SmbiosStructure& string(std::size_t offset,
+    SmbiosStructure& Byte(std::size_t offset, std::uint8_t value);
+    SmbiosStructure& Word(std::size_t offset, std::uint16_t value);
+    SmbiosStructure& Dword(std::size_t offset, std::uint32_t value);
+    SmbiosStructure& String(std::size_t offset,
                             std::string_view text);  // adds it, stores its number
-    SmbiosStructure& string(std::string_view text);  // adds it only
+    SmbiosStructure& String(std::string_view text);  // adds it only
 
-    Bytes bytes() const;
+    Bytes Image() const;
 
 private:
     Bytes formatted_;
@@ -43,14 +43,14 @@ private:
 class SmbiosTable {
 public:
     // The reference stays valid while structures are added.
-    SmbiosStructure& add(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
+    SmbiosStructure& Add(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
 
     // Appends bytes as they are, for tables that no firmware should have. Not counted as a
     // structure.
-    SmbiosTable& raw(std::span<const std::uint8_t> bytes);
+    SmbiosTable& Raw(std::span<const std::uint8_t> bytes);
 
-    std::size_t structures() const;
-    Bytes bytes() const;
+    std::size_t Structures() const;
+    Bytes Image() const;
 
 private:
     using Part = std::variant<SmbiosStructure, Bytes>;

@@ -17,7 +17,7 @@ public:
     explicit TextDevice(std::string text) : text_([text = std::move(text)] { return text; }) {}
 
     // Reading only; anything else is refused with EACCES.
-    std::unique_ptr<OpenFile> open(int flags, int& error) override;
+    std::unique_ptr<OpenFile> Open(int flags, int& error) override;
 
 private:
     std::function<std::string()> text_;

@@ -38,20 +38,20 @@ struct Table {
 
 // Made without operator new, which asks for it, and never destroyed: the program's last destructors
 // still allocate and close.
-Table& table() {
+Table& SharedTable() {
     alignas(Table) static std::byte storage[sizeof(Table)];
     static Table* const instance = new (storage) Table;
     return *instance;
 }
 
-std::string_view fileName(const char* path) {
+std::string_view FileName(const char* path) {
     const std::string_view text = path;
     const std::size_t slash = text.rfind('/');
     return slash == std::string_view::npos ? text : text.substr(slash + 1);
 }
 
-void addModule(Table& known, const dl_phdr_info& module) {
-    const std::string_view file = fileName(module.dlpi_name);
+void AddModule(Table& known, const dl_phdr_info& module) {
+    const std::string_view file = FileName(module.dlpi_name);
     for (std::size_t name = 0; name < known.nameCount; ++name) {
         if (!file.starts_with(known.names[name])) continue;
         for (int i = 0; i < module.dlpi_phnum && known.rangeCount < kMaxRanges; ++i) {
@@ -65,8 +65,8 @@ void addModule(Table& known, const dl_phdr_info& module) {
 }
 
 // The first module carries the linker's counters; when they have not moved, nothing else has.
-int visit(dl_phdr_info* module, std::size_t, void* first) {
-    Table& known = table();
+int Visit(dl_phdr_info* module, std::size_t, void* first) {
+    Table& known = SharedTable();
     bool& isFirst = *static_cast<bool*>(first);
     if (isFirst) {
         isFirst = false;
@@ -77,14 +77,14 @@ int visit(dl_phdr_info* module, std::size_t, void* first) {
         known.unloads = module->dlpi_subs;
         known.rangeCount = 0;
     }
-    addModule(known, *module);
+    AddModule(known, *module);
     return 0;
 }
 
 }  // namespace
 
-void observeLibrary(const std::string& name) {
-    Table& known = table();
+void ObserveLibrary(const std::string& name) {
+    Table& known = SharedTable();
     const auto end = known.names.begin() + known.nameCount;
     if (std::find(known.names.begin(), end, name) != end) return;
     if (known.nameCount == kMaxNames) throw std::length_error("too many observed libraries");
@@ -92,10 +92,10 @@ void observeLibrary(const std::string& name) {
     known.known = false;
 }
 
-std::string_view observedCaller(const void* address) {
+std::string_view ObservedCaller(const void* address) {
     bool first = true;
-    (void)dl_iterate_phdr(visit, &first);
-    const Table& known = table();
+    (void)dl_iterate_phdr(Visit, &first);
+    const Table& known = SharedTable();
     const auto at = reinterpret_cast<std::uintptr_t>(address);
     for (std::size_t i = 0; i < known.rangeCount; ++i)
         if (at >= known.ranges[i].begin && at < known.ranges[i].end)

@@ -11,11 +11,11 @@ namespace sim {
 
 // Observes modules whose file name begins with `name`, such as "libTalvane.so", also those that are
 // loaded later. libTalvane.so is observed from the start.
-void observeLibrary(const std::string& name);
+void ObserveLibrary(const std::string& name);
 
 // The name under which the module of this address is observed; empty when it is not. Costs no
 // allocation.
-std::string_view observedCaller(const void* address);
+std::string_view ObservedCaller(const void* address);
 
 }  // namespace sim
 

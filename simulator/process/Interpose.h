@@ -20,12 +20,12 @@ public:
     Interposition& operator=(const Interposition&) = delete;
 
     // Null while nothing is simulated.
-    static Machine* machine();
+    static Machine* GetMachine();
 };
 
 // Does nothing; calling it keeps the allocating operators in a program that links them from an
 // archive, where nothing else would ask for their file.
-void linkInterposedAllocations();
+void LinkInterposedAllocations();
 
 }  // namespace sim
 

@@ -13,43 +13,43 @@
 
 namespace {
 
-bool refused(const void* caller) {
-    sim::Machine* const machine = sim::Interposition::machine();
-    return machine != nullptr && !sim::observedCaller(caller).empty() && machine->allocate();
+bool Refused(const void* caller) {
+    sim::Machine* const machine = sim::Interposition::GetMachine();
+    return machine != nullptr && !sim::ObservedCaller(caller).empty() && machine->Allocate();
 }
 
-void* throwing(const char* name, const void* caller, std::size_t size) {
-    if (refused(caller)) throw std::bad_alloc();
-    return sim::realFunction<void*(std::size_t)>(name)(size);
+void* Throwing(const char* name, const void* caller, std::size_t size) {
+    if (Refused(caller)) throw std::bad_alloc();
+    return sim::RealFunction<void*(std::size_t)>(name)(size);
 }
 
-void* quiet(const char* name, const void* caller, std::size_t size) {
-    if (refused(caller)) return nullptr;
+void* Quiet(const char* name, const void* caller, std::size_t size) {
+    if (Refused(caller)) return nullptr;
     using Function = void*(std::size_t, const std::nothrow_t&);
-    return sim::realFunction<Function>(name)(size, std::nothrow);
+    return sim::RealFunction<Function>(name)(size, std::nothrow);
 }
 
 }  // namespace
 
 namespace sim {
 
-void linkInterposedAllocations() {}
+void LinkInterposedAllocations() {}
 
 }  // namespace sim
 
 // The names are those of the i686 C++ ABI, where size_t is unsigned int (j).
 void* operator new(std::size_t size) {
-    return throwing("_Znwj", __builtin_return_address(0), size);
+    return Throwing("_Znwj", __builtin_return_address(0), size);
 }
 
 void* operator new[](std::size_t size) {
-    return throwing("_Znaj", __builtin_return_address(0), size);
+    return Throwing("_Znaj", __builtin_return_address(0), size);
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return quiet("_ZnwjRKSt9nothrow_t", __builtin_return_address(0), size);
+    return Quiet("_ZnwjRKSt9nothrow_t", __builtin_return_address(0), size);
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return quiet("_ZnajRKSt9nothrow_t", __builtin_return_address(0), size);
+    return Quiet("_ZnajRKSt9nothrow_t", __builtin_return_address(0), size);
 }

@@ -19,26 +19,26 @@ namespace {
 struct sigaction previous;
 
 // Answers the instruction and moves behind it; false when it is not a port instruction.
-bool execute(mcontext_t& registers, Machine& machine) {
+bool Execute(mcontext_t& registers, Machine& machine) {
     greg_t* const general = registers.gregs;
     const auto* const code = reinterpret_cast<const std::uint8_t*>(general[REG_EIP]);
-    const std::optional<PortInstruction> instruction = decodePortInstruction(code);
+    const std::optional<PortInstruction> instruction = DecodePortInstruction(code);
     if (!instruction) return false;
 
     const auto eax = static_cast<std::uint32_t>(general[REG_EAX]);
     const std::uint16_t port =
         instruction->port ? *instruction->port : static_cast<std::uint16_t>(general[REG_EDX]);
     if (instruction->output) {
-        machine.portOut(port, instruction->width, valueOfOut(eax, instruction->width));
+        machine.PortOut(port, instruction->width, ValueOfOut(eax, instruction->width));
     } else {
-        const std::uint32_t value = machine.portIn(port, instruction->width);
-        general[REG_EAX] = static_cast<greg_t>(accumulatorAfterIn(eax, instruction->width, value));
+        const std::uint32_t value = machine.PortIn(port, instruction->width);
+        general[REG_EAX] = static_cast<greg_t>(AccumulatorAfterIn(eax, instruction->width, value));
     }
     general[REG_EIP] += static_cast<greg_t>(instruction->length);
     return true;
 }
 
-void passOn(int signal, siginfo_t* info, void* context) {
+void PassOn(int signal, siginfo_t* info, void* context) {
     if ((previous.sa_flags & SA_SIGINFO) != 0) {
         previous.sa_sigaction(signal, info, context);
     } else if (previous.sa_handler != SIG_DFL && previous.sa_handler != SIG_IGN) {
@@ -49,15 +49,15 @@ void passOn(int signal, siginfo_t* info, void* context) {
     }
 }
 
-void onFault(int signal, siginfo_t* info, void* context) {
+void OnFault(int signal, siginfo_t* info, void* context) {
     const int before = errno;
-    Machine* const machine = Interposition::machine();
+    Machine* const machine = Interposition::GetMachine();
     auto& registers = static_cast<ucontext_t*>(context)->uc_mcontext;
     // SI_KERNEL: a general protection fault, so the instruction itself was fetched and is readable.
     // Page faults carry another code, and their instruction may not be there at all.
     const bool executed =
-        info->si_code == SI_KERNEL && machine != nullptr && execute(registers, *machine);
-    if (!executed) passOn(signal, info, context);
+        info->si_code == SI_KERNEL && machine != nullptr && Execute(registers, *machine);
+    if (!executed) PassOn(signal, info, context);
     errno = before;
 }
 
@@ -65,7 +65,7 @@ void onFault(int signal, siginfo_t* info, void* context) {
 
 PortFaultHandler::PortFaultHandler() {
     struct sigaction action {};
-    action.sa_sigaction = onFault;
+    action.sa_sigaction = OnFault;
     // SA_NODEFER: what runs inside a port access may itself use ports. SA_ONSTACK: the handler
     // before ours may depend on its own stack to report an overflow of the ordinary one.
     action.sa_flags = SA_SIGINFO | SA_NODEFER | SA_ONSTACK;

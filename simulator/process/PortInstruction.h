@@ -18,13 +18,13 @@ struct PortInstruction {
 
 // The instruction at `code` in 32-bit mode, or nothing when it is another one (the string forms
 // ins and outs included). Reads no byte past the instruction's end.
-std::optional<PortInstruction> decodePortInstruction(const std::uint8_t* code);
+std::optional<PortInstruction> DecodePortInstruction(const std::uint8_t* code);
 
 // What `in` leaves in eax: a narrow value replaces only the low part.
-std::uint32_t accumulatorAfterIn(std::uint32_t eax, unsigned width, std::uint32_t value);
+std::uint32_t AccumulatorAfterIn(std::uint32_t eax, unsigned width, std::uint32_t value);
 
 // What `out` writes of eax.
-std::uint32_t valueOfOut(std::uint32_t eax, unsigned width);
+std::uint32_t ValueOfOut(std::uint32_t eax, unsigned width);
 
 }  // namespace sim
 

@@ -10,7 +10,7 @@ namespace sim {
 
 // The next definition of `name` after this module's, usually libc's.
 template <typename Function>
-Function* realFunction(const char* name) {
+Function* RealFunction(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 

@@ -8,9 +8,9 @@
 #include "simulator/process/Interpose.h"
 
 void PCIscan::out(unsigned short port, unsigned long value) {
-    sim::Interposition::machine()->portOut(port, 4, value);
+    sim::Interposition::GetMachine()->PortOut(port, 4, value);
 }
 
 unsigned long PCIscan::in(unsigned short port) {
-    return sim::Interposition::machine()->portIn(port, 4);
+    return sim::Interposition::GetMachine()->PortIn(port, 4);
 }

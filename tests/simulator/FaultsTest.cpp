@@ -22,142 +22,142 @@ protected:
 };
 
 TEST_F(Faults, TheNthCallFailsAndNoOther) {
-    server.fail("open", 2, ENOMEM);
-    EXPECT_GE(probe::open("/dev/mem", O_RDONLY), 0);
-    EXPECT_EQ(probe::open("/dev/mem", O_RDONLY), -1);
+    server.Fail("open", 2, ENOMEM);
+    EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0);
+    EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
     EXPECT_EQ(errno, ENOMEM);
-    EXPECT_GE(probe::open("/dev/mem", O_RDONLY), 0);
+    EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0);
 }
 
 TEST_F(Faults, CountFromTheMomentTheyAreAskedFor) {
-    const int memory = probe::open("/dev/mem", O_RDONLY);
-    probe::read(memory, buffer, 1);
-    server.fail("read", 1);
-    EXPECT_EQ(probe::read(memory, buffer, 1), -1);
+    const int memory = probe::Open("/dev/mem", O_RDONLY);
+    probe::Read(memory, buffer, 1);
+    server.Fail("read", 1);
+    EXPECT_EQ(probe::Read(memory, buffer, 1), -1);
     EXPECT_EQ(errno, EIO);
 }
 
 TEST_F(Faults, StrikeEveryCallTheyAreFor) {
-    const int memory = probe::open("/dev/mem", O_RDONLY);
-    server.fail("lseek", 1, ESPIPE);
-    EXPECT_EQ(probe::lseek(memory, 16, SEEK_SET), -1);
+    const int memory = probe::Open("/dev/mem", O_RDONLY);
+    server.Fail("lseek", 1, ESPIPE);
+    EXPECT_EQ(probe::Lseek(memory, 16, SEEK_SET), -1);
     EXPECT_EQ(errno, ESPIPE);
-    server.fail("ioctl", 1, ENODEV);
-    EXPECT_EQ(probe::ioctl(memory, 0x30D, nullptr), -1);
+    server.Fail("ioctl", 1, ENODEV);
+    EXPECT_EQ(probe::Ioctl(memory, 0x30D, nullptr), -1);
     EXPECT_EQ(errno, ENODEV);
-    server.fail("iopl", 1, EPERM);
-    EXPECT_EQ(probe::iopl(3), -1);
+    server.Fail("iopl", 1, EPERM);
+    EXPECT_EQ(probe::Iopl(3), -1);
     EXPECT_EQ(errno, EPERM);
-    server.fail("opendir", 1, EMFILE);
-    EXPECT_FALSE(probe::opendir("/proc/ide"));
+    server.Fail("opendir", 1, EMFILE);
+    EXPECT_FALSE(probe::Opendir("/proc/ide"));
     EXPECT_EQ(errno, EMFILE);
-    server.fail("close", 1, EINTR);
-    EXPECT_EQ(probe::close(memory), -1);
+    server.Fail("close", 1, EINTR);
+    EXPECT_EQ(probe::Close(memory), -1);
     EXPECT_EQ(errno, EINTR);
     EXPECT_EQ(fcntl(memory, F_GETFD), -1) << "Linux frees the descriptor all the same";
 }
 
 TEST_F(Faults, AnInterruptedSleepAnswersTheSecondsLeft) {
-    server.fail("sleep", 1, EINTR);
-    EXPECT_EQ(probe::sleep(5), 5u);
-    EXPECT_EQ(server.clock().count(), 0);
+    server.Fail("sleep", 1, EINTR);
+    EXPECT_EQ(probe::Sleep(5), 5u);
+    EXPECT_EQ(server.Clock().count(), 0);
 }
 
 TEST_F(Faults, ASleepThatTakesItsTimeMovesTheClockAsFarAsItLasted) {
-    server.machine().sleepBy([](unsigned seconds) { return seconds / 5; });
-    EXPECT_EQ(probe::sleep(10), 2u);
-    EXPECT_EQ(server.clock().count(), 8);
+    server.GetMachine().SleepBy([](unsigned seconds) { return seconds / 5; });
+    EXPECT_EQ(probe::Sleep(10), 2u);
+    EXPECT_EQ(server.Clock().count(), 8);
 }
 
 TEST_F(Faults, SeveralCountAlongside) {
-    server.fail("open", 1, EACCES);
-    server.fail("open", 2, EMFILE);
-    EXPECT_EQ(probe::open("/dev/mem", O_RDONLY), -1);
+    server.Fail("open", 1, EACCES);
+    server.Fail("open", 2, EMFILE);
+    EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
     EXPECT_EQ(errno, EACCES);
-    EXPECT_EQ(probe::open("/dev/mem", O_RDONLY), -1);
+    EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
     EXPECT_EQ(errno, EMFILE);
 }
 
 TEST_F(Faults, AShortReadDeliversNoMoreThanToldAndMovesAsFar) {
-    const int memory = probe::open("/dev/mem", O_RDONLY);
-    server.shortRead(1, 3);
-    EXPECT_EQ(probe::read(memory, buffer, 16), 3);
-    EXPECT_EQ(probe::lseek(memory, 0, SEEK_CUR), 3);
-    EXPECT_EQ(probe::read(memory, buffer, 16), 16);
+    const int memory = probe::Open("/dev/mem", O_RDONLY);
+    server.ShortRead(1, 3);
+    EXPECT_EQ(probe::Read(memory, buffer, 16), 3);
+    EXPECT_EQ(probe::Lseek(memory, 0, SEEK_CUR), 3);
+    EXPECT_EQ(probe::Read(memory, buffer, 16), 16);
 }
 
 TEST_F(Faults, OnlyTheLibrarysAllocationsAreCounted) {
-    probe::allocate();
-    probe::allocateArray();
-    probe::allocateQuietly();
-    probe::allocateArrayQuietly();
+    probe::Allocate();
+    probe::AllocateArray();
+    probe::AllocateQuietly();
+    probe::AllocateArrayQuietly();
     operator delete(operator new(16));
-    EXPECT_EQ(server.allocations(), 4u);
+    EXPECT_EQ(server.Allocations(), 4u);
 }
 
 TEST_F(Faults, AnAllocationFailsAsItsFormDoes) {
-    server.failAllocation(1);
-    EXPECT_THROW(probe::allocate(), std::bad_alloc);
-    server.failAllocation(1);
-    EXPECT_THROW(probe::allocateArray(), std::bad_alloc);
-    server.failAllocation(2);
-    EXPECT_TRUE(probe::allocateQuietly());
-    EXPECT_FALSE(probe::allocateQuietly());
-    server.failAllocation(1);
-    EXPECT_FALSE(probe::allocateArrayQuietly());
-    EXPECT_TRUE(probe::allocateArrayQuietly());
+    server.FailAllocation(1);
+    EXPECT_THROW(probe::Allocate(), std::bad_alloc);
+    server.FailAllocation(1);
+    EXPECT_THROW(probe::AllocateArray(), std::bad_alloc);
+    server.FailAllocation(2);
+    EXPECT_TRUE(probe::AllocateQuietly());
+    EXPECT_FALSE(probe::AllocateQuietly());
+    server.FailAllocation(1);
+    EXPECT_FALSE(probe::AllocateArrayQuietly());
+    EXPECT_TRUE(probe::AllocateArrayQuietly());
 }
 
 int openedInside = -1;
-void openInside() {
-    openedInside = probe::open("/dev/mem", O_RDONLY);
+void OpenInside() {
+    openedInside = probe::Open("/dev/mem", O_RDONLY);
 }
 
 TEST_F(Faults, AnActionRunsInsideTheNextCallOnceAndBeforeItsAnswer) {
-    const int memory = probe::open("/dev/mem", O_RDONLY);
-    server.log().clear();
-    server.during("read", openInside);
-    probe::read(memory, buffer, 2);
-    probe::read(memory, buffer, 2);
+    const int memory = probe::Open("/dev/mem", O_RDONLY);
+    server.GetLog().Clear();
+    server.During("read", OpenInside);
+    probe::Read(memory, buffer, 2);
+    probe::Read(memory, buffer, 2);
     EXPECT_GE(openedInside, 0);
-    EXPECT_THAT(server.log().lines(),
+    EXPECT_THAT(server.GetLog().Lines(),
                 ElementsAre("open /dev/mem O_RDONLY -> ok", "read /dev/mem 0x0 2 -> 2",
                             "read /dev/mem 0x2 2 -> 2"));
 }
 
 std::uint32_t readInside = 0;
-void inInside() {
-    readInside = probe::in8(0xCAA, 0);
+void InInside() {
+    readInside = probe::In8(0xCAA, 0);
 }
 
 TEST_F(Faults, AnActionInsideAPortInstructionMayUsePorts) {
-    probe::iopl(3);
-    server.log().clear();
-    server.during("in", inInside);
-    EXPECT_EQ(probe::in8(0xCA3, 0), 0xFFu);
+    probe::Iopl(3);
+    server.GetLog().Clear();
+    server.During("in", InInside);
+    EXPECT_EQ(probe::In8(0xCA3, 0), 0xFFu);
     EXPECT_EQ(readInside, 0xFFu);
-    EXPECT_THAT(server.log().lines(), ElementsAre("in 0xCAA 1 -> 0xFF", "in 0xCA3 1 -> 0xFF"));
+    EXPECT_THAT(server.GetLog().Lines(), ElementsAre("in 0xCAA 1 -> 0xFF", "in 0xCA3 1 -> 0xFF"));
 }
 
 int closedInside = -1;
-void closeInside() {
-    probe::close(closedInside);
+void CloseInside() {
+    probe::Close(closedInside);
 }
 
 TEST_F(Faults, ACallWhoseFileIsClosedInsideItFails) {
-    closedInside = probe::open("/dev/mem", O_RDONLY);
-    server.during("read", closeInside);
-    EXPECT_EQ(probe::read(closedInside, buffer, 1), -1);
+    closedInside = probe::Open("/dev/mem", O_RDONLY);
+    server.During("read", CloseInside);
+    EXPECT_EQ(probe::Read(closedInside, buffer, 1), -1);
     EXPECT_EQ(errno, EBADF);
 }
 
 TEST_F(Faults, NamesAndCountsAreChecked) {
-    EXPECT_THROW(server.fail("write", 1), std::invalid_argument);
-    EXPECT_THROW(server.fail("in", 1), std::invalid_argument) << "instructions cannot fail";
-    EXPECT_THROW(server.fail("open", 0), std::invalid_argument);
-    EXPECT_THROW(server.shortRead(0, 1), std::invalid_argument);
-    EXPECT_THROW(server.failAllocation(0), std::invalid_argument);
-    EXPECT_THROW(server.during("write", openInside), std::invalid_argument);
+    EXPECT_THROW(server.Fail("write", 1), std::invalid_argument);
+    EXPECT_THROW(server.Fail("in", 1), std::invalid_argument) << "instructions cannot fail";
+    EXPECT_THROW(server.Fail("open", 0), std::invalid_argument);
+    EXPECT_THROW(server.ShortRead(0, 1), std::invalid_argument);
+    EXPECT_THROW(server.FailAllocation(0), std::invalid_argument);
+    EXPECT_THROW(server.During("write", OpenInside), std::invalid_argument);
 }
 
 }  // namespace

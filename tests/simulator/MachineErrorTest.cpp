@@ -14,10 +14,10 @@
 namespace {
 
 // The complaint about a description, behind the name of its folder; empty when there is none.
-std::string complaint(const MachineFolder& folder) {
+std::string Complaint(const MachineFolder& folder) {
     try {
         sim::Machine machine;
-        loadMachine(folder.path, machine);
+        LoadMachine(folder.path, machine);
     } catch (const sim::MachineError& error) {
         const std::string text = error.what();
         const std::string start = folder.path.string() + "/";
@@ -42,7 +42,7 @@ void PrintTo(const BadDescription& bad, std::ostream* out) {
 class MachineError : public testing::TestWithParam<BadDescription> {};
 
 TEST_P(MachineError, IsReportedWithItsLine) {
-    EXPECT_EQ(complaint(MachineFolder(GetParam().text)),
+    EXPECT_EQ(Complaint(MachineFolder(GetParam().text)),
               std::string("machine.txt:") + GetParam().complaint);
 }
 
@@ -122,44 +122,44 @@ INSTANTIATE_TEST_SUITE_P(Smbios, MachineError, testing::ValuesIn(kSmbios));
 
 TEST(MachineCaptureError, CapturesThatDoNotFitAreReportedWithTheirLine) {
     const MachineFolder segment("memory 1G\nsegment low.bin");
-    segment.write("low.bin", "short");
-    EXPECT_EQ(complaint(segment), "machine.txt:2: a segment image has 65536 bytes, this one has 5");
+    segment.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(segment), "machine.txt:2: a segment image has 65536 bytes, this one has 5");
     const MachineFolder dump("smbios dump low.bin");
-    dump.write("low.bin", "short");
-    EXPECT_EQ(complaint(dump),
+    dump.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(dump),
               "machine.txt:1: no SMBIOS dump: it does not start with a whole _SM_, _SM3_ or _DMI_ "
               "entry point");
     const MachineFolder pages("pages 0x4000 low.bin\npages 0x3FFF low.bin");
-    pages.write("low.bin", "short");
-    EXPECT_EQ(complaint(pages), "machine.txt:2: these bytes overlap those of line 1");
+    pages.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(pages), "machine.txt:2: these bytes overlap those of line 1");
     const MachineFolder outside("pages 0x3FFFFFC low.bin");
-    outside.write("low.bin", "short");
-    EXPECT_EQ(complaint(outside),
+    outside.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(outside),
               "machine.txt:1: 5 bytes at 0x3FFFFFC are past the end of the memory at 0x4000000");
 }
 
 TEST(MachineCaptureError, AnEmptyCaptureIsRefused) {
     const MachineFolder folder("pages 0 empty.bin");
-    folder.write("empty.bin", "");
-    EXPECT_EQ(complaint(folder), "machine.txt:1: empty.bin: is empty");
+    folder.Write("empty.bin", "");
+    EXPECT_EQ(Complaint(folder), "machine.txt:1: empty.bin: is empty");
 }
 
 TEST(MachineCaptureError, TwoSourcesOfSmbiosContradict) {
     const MachineFolder folder("segment low.bin\nsmbios dump low.bin");
-    folder.write("low.bin", "short");
-    EXPECT_EQ(complaint(folder), "machine.txt:2: the machine's SMBIOS was given in line 1");
+    folder.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(folder), "machine.txt:2: the machine's SMBIOS was given in line 1");
 }
 
 TEST(MachineCaptureError, AFolderWithoutADescriptionIsNoMachine) {
     const MachineFolder folder("");
     std::filesystem::remove(folder.path / "machine.txt");
-    EXPECT_EQ(complaint(folder), "machine.txt: No such file or directory");
+    EXPECT_EQ(Complaint(folder), "machine.txt: No such file or directory");
 }
 
 // The rest of such a line would be missing from a complaint.
 TEST(MachineErrors, ALineWithAZeroByteIsNoText) {
     using namespace std::string_view_literals;
-    EXPECT_EQ(complaint(MachineFolder("memory 1M\ncpu\0 0"sv)),
+    EXPECT_EQ(Complaint(MachineFolder("memory 1M\ncpu\0 0"sv)),
               "machine.txt:2: a byte 00 stands in the line, which is no text");
 }
 
