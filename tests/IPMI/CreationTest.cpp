@@ -29,11 +29,11 @@ protected:
     // `create` makes the object. A sensor query from within the creation answers busy and does
     // nothing; afterwards nothing is busy.
     void ExpectQueryWithinIsBusy(void (*create)()) {
-        server.during("open", AskForFans);
+        server.During("open", AskForFans);
         create();
         EXPECT_THAT(answers, Each(1));
         EXPECT_EQ(innerFans.quantity, 0);
-        EXPECT_EQ(server.log().count("open"), 1u) << "one object";
+        EXPECT_EQ(server.GetLog().Count("open"), 1u) << "one object";
         EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0) << "no flag was left set";
         EXPECT_EQ(fans.quantity, 1);
     }
@@ -54,43 +54,43 @@ TEST_F(Creation, AQueryWithinTheCreationByAThresholdListIsBusyAndLeavesNoFlag) {
 }
 
 TEST_F(Creation, AQueryWithinTheCreationByAQueryIsBusyAndTheOuterOneIsServed) {
-    server.during("open", AskForFans);
+    server.During("open", AskForFans);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     EXPECT_EQ(fans.quantity, 1);
     EXPECT_THAT(answers, Each(1));
 }
 
 TEST_F(Creation, ASettingWithinTheCreationByASettingIsBusy) {
-    server.during("open", [] { answers[0] = SetThresholdInfo(29, 4, 0, 1.0); });
+    server.During("open", [] { answers[0] = SetThresholdInfo(29, 4, 0, 1.0); });
     EXPECT_EQ(SetThresholdInfo(29, kFan, 0, 1.0), 0);
     EXPECT_EQ(answers[0], 1);
     EXPECT_EQ(SetThresholdInfo(29, kFan, 0, 1.0), 0);
 }
 
 TEST_F(Creation, ReleaseWithinTheCreationFreesNothing) {
-    server.during("open", [] { answers[0] = release(); });
+    server.During("open", [] { answers[0] = release(); });
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(answers[0], 0);
-    EXPECT_EQ(server.log().count("close"), 0u);
+    EXPECT_EQ(server.GetLog().Count("close"), 0u);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
 }
 
 TEST_F(Creation, ACallWithinTheReleaseCreatesAnotherObject) {
     EXPECT_EQ(IsIpmiSupport(), 1);
-    server.during("close", [] { answers[0] = IsIpmiSupport(); });
+    server.During("close", [] { answers[0] = IsIpmiSupport(); });
     EXPECT_EQ(release(), 0);
     EXPECT_EQ(answers[0], 1);
-    EXPECT_EQ(server.log().count("close"), 3u);
+    EXPECT_EQ(server.GetLog().Count("close"), 3u);
     EXPECT_EQ(release(), 0);
-    EXPECT_EQ(server.log().count("close"), 6u) << "the other object is freed in its turn";
+    EXPECT_EQ(server.GetLog().Count("close"), 6u) << "the other object is freed in its turn";
 }
 
 TEST_F(Creation, AThresholdListWithoutARecordCreatesTheObjectFirst) {
     EXPECT_EQ(GetAllThresholdInfo(nullptr), -1);
-    EXPECT_EQ(server.log().count("open"), 1u);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
     EXPECT_EQ(release(), 0);
-    EXPECT_EQ(server.log().count("close"), 3u);
+    EXPECT_EQ(server.GetLog().Count("close"), 3u);
 }
 
 TEST_F(Creation, DescriptorZeroCountsAsOpenAndIsClosed) {
@@ -99,7 +99,7 @@ TEST_F(Creation, DescriptorZeroCountsAsOpenAndIsClosed) {
     ASSERT_EQ(hDevice, STDIN_FILENO) << "the lowest free one";
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     EXPECT_EQ(release(), 0);
-    EXPECT_EQ(server.log().count("close"), 3u);
+    EXPECT_EQ(server.GetLog().Count("close"), 3u);
 }
 
 }  // namespace

@@ -13,15 +13,15 @@ class ProcessorState : public IpmiTest {
 protected:
     // The text of a temperature of processor 1, whose own sensor has these states.
     Answer TextWithStates(std::uint8_t states) {
-        Add(Temperature("CPU", 0x10).entity(3, 1), 42);
+        Add(Temperature("CPU", 0x10).Entity(3, 1), 42);
         AddProcessorOf(states);
         Loaded();
         return Ask(&Sensor::GetTemperatureCurrent, 0);
     }
 
     void AddProcessorOf(std::uint8_t states) {
-        bmc.setStates(0x40, states);
-        Add(sim::SdrRecord("P", 0x40).kind(kProcessor).entity(3, 1).unit1(0xC0).event(0x6F), 0);
+        bmc.SetStates(0x40, states);
+        Add(sim::SdrRecord("P", 0x40).Kind(kProcessor).Entity(3, 1).Unit1(0xC0).Event(0x6F), 0);
     }
 
     const Answer present = Terminated("42.00degree C");
@@ -46,14 +46,14 @@ TEST_F(ProcessorState, EveryStateWithBitSevenIsPresentAndNoOther) {
 }
 
 TEST_F(ProcessorState, AnAbsentProcessorsSensorIsNotAskedForItsAvailability) {
-    Add(Voltage("VCORE", 0x20).entity(3, 1).event(10), 165);
-    Add(Fan("CPU FAN", 0x30).entity(3, 1).event(10), 70);
+    Add(Voltage("VCORE", 0x20).Entity(3, 1).Event(10), 165);
+    Add(Fan("CPU FAN", 0x30).Entity(3, 1).Event(10), 70);
     AddProcessorOf(0x00);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(Ask(&Sensor::GetVoltageCurrent, 0), absent);
     EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 0), absent);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 30"))
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 30"))
         << "the readings alone";
 }
 

@@ -78,7 +78,7 @@ namespace {
 
 class ReplacedMethods : public ::testing::Test {
 protected:
-    ReplacedMethods() { server.bmc(); }
+    ReplacedMethods() { server.GetBmc(); }
 
     sim::SimulatedServer server;
 };
