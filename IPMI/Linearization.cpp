@@ -34,8 +34,8 @@ double Logarithm2(double value) {
     return Quotient(Logarithm10(value), kLogarithm10Of2);
 }
 
-// The powers of ten for every exponent that fits the four bits of a record. They stand here because
-// computing one takes long and every reading needs two.
+// The powers of ten for every exponent that fits the four bits of a record. They are listed because
+// computing one takes long, and every reading needs two.
 constexpr int kLowestExponent = -8;
 constexpr double kPowersOfTen[] = {1e-8, 1e-7, 1e-6, 1e-5, 1e-4, 1e-3, 1e-2, 1e-1,
                                    1e0,  1e1,  1e2,  1e3,  1e4,  1e5,  1e6,  1e7};

@@ -12,8 +12,9 @@
 
 namespace talvane {
 
-// Kept: of a complement format the byte's complement counts, so that readings are never negative.
-// The same step leads from a raw byte to its count and back. The other two formats change nothing.
+// Kept: in the two complement formats, the complement of the byte is used as an unsigned count, so
+// that readings are never negative. The same step turns a count back into a raw byte. The other two
+// formats change nothing.
 unsigned char Complemented(DataFormat format, unsigned char raw);
 
 // y = (m * x + b * 10^bExponent) * 10^resultExponent

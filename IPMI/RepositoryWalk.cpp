@@ -16,11 +16,10 @@ namespace {
 constexpr int kWholeRecord = 0xFF;
 constexpr int kRecordBufferSize = 256;
 
-constexpr int kFirstRecordId = 0;
-constexpr int kLastRecordId = 0xFFFF;
 constexpr unsigned short kNoReservation = 0;
+constexpr int kFirstRecordId = 0;
+constexpr int kNoMoreRecords = 0xFFFF;  // in place of the next record's ID (IPMI 2.0, 33.12)
 
-// Values of a record's bytes that say nothing.
 constexpr unsigned char kUnknownEntity = 0xFF;
 constexpr unsigned char kUnknownState = 0xFF;
 
@@ -60,7 +59,7 @@ int Sensor::GetSensorNumbers(int n) {
         SensorsInformation = entries;  // another walk may have run within the request
         FillWalkEntry(kept, entries[kept]);
         ++kept;
-        if ((recordID & kLastRecordId) == kLastRecordId) break;
+        if ((recordID & kNoMoreRecords) == kNoMoreRecords) break;
     }
     SensorsInformation = entries;  // of walks within each other, the one that ends last counts
     return 0;

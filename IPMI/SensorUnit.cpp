@@ -15,7 +15,7 @@ using namespace talvane;
 
 namespace {
 
-// Kept: the highest raw value of its format is written as a number of its own, not converted.
+// Kept: the highest raw value of a format is not converted but written as it is, in hexadecimal.
 bool IsHighestRawValue(DataFormat format, unsigned char raw) {
     constexpr unsigned char kHighestUnsigned = 0xFF;
     constexpr unsigned char kHighestTwosComplement = 0x7F;

@@ -7,16 +7,17 @@
 
 namespace talvane {
 
-// The unit text where the Unit 1 byte alone decides it: no unit, a rate, a percentage. Returns
-// false and leaves `out` untouched where it takes the codes of base unit and modifier unit. A rate
-// is not NUL-terminated: pass zeroed bytes.
+// Writes the unit text when the Unit 1 byte says all of it: no unit, a rate, or a percentage.
+// Returns false and leaves `out` untouched when the text is made of the codes of the other two
+// bytes. A rate is not NUL-terminated: pass zeroed bytes.
 bool WriteUnitWithoutCodes(unsigned char unit1, char* out, int size);
 
-// Whether the text is made of both codes or of the base unit alone.
+// Whether WriteUnitOfCodes uses the modifier unit.
 bool HasModifierUnit(unsigned char unit1);
 
-// The unit text made of the codes. A base unit alone is not NUL-terminated: pass zeroed bytes.
-// Leaves `out` untouched for the reserved use of the modifier.
+// Writes the unit text that is made of the codes. A base unit without a modifier unit is not
+// NUL-terminated: pass zeroed bytes. Leaves `out` untouched for the reserved use of the modifier
+// unit.
 void WriteUnitOfCodes(unsigned char unit1, unsigned base, unsigned modifier, char* out, int size);
 
 }  // namespace talvane
