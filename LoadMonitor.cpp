@@ -1,80 +1,83 @@
 // SPDX-License-Identifier: MIT
 //
-// How busy the processors and the memory are.
+// The exported load functions: how busy the processors are and how much of the memory is in use.
 
 #include "LoadMonitor.h"
 
 #include <fcntl.h>
+#include <time.h>
 #include <unistd.h>
 
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <memory>
 
 #include "Talvane.h"
-#include "base/DoubleArithmetic.h"
 #include "interface/CallResult.h"
 #include "load/CpuTimeText.h"
+#include "load/UsageShare.h"
+
+using namespace talvane;
 
 int ExecuteFirstTime = 0;
 
 namespace {
 
-constexpr int kMostCpus = sizeof CpuUsageRageInformation{}.UsageRate / sizeof(int);
+constexpr int kMaxCpus = sizeof CpuUsageRageInformation{}.UsageRate / sizeof(int);
 constexpr const char* kStatFile = "/proc/stat";
-constexpr int kFewestCounters = 2;
+constexpr std::size_t kSearchedLength = 1024;  // Kept: a line beyond these bytes is not found.
+constexpr int kMinCounters = 2;
 
-// Counters since the processor's start, now and at the sample before, and what came in between.
-long cp_time[kMostCpus][kCpuCounters];
-long cp_old[kMostCpus][kCpuCounters];
-long UserTime[kMostCpus];
-long NiceTime[kMostCpus];
-long SysTime[kMostCpus];
-long IdleTime[kMostCpus];
+// Ticks since the processor's start, at the latest sample and at the one before, and the ticks of
+// each kind in between.
+long cp_time[kMaxCpus][kCpuCounters];
+long cp_old[kMaxCpus][kCpuCounters];
+long UserTime[kMaxCpus];
+long NiceTime[kMaxCpus];
+long SysTime[kMaxCpus];
+long IdleTime[kMaxCpus];
 
-// The 32-bit arithmetic of the counters wraps around, as they do themselves.
-long Wrapped(unsigned long value) {
-    return static_cast<long>(value);
-}
-
+// The difference wraps around at 32 bits, as the counters do.
 long Elapsed(long now, long before) {
-    return Wrapped(static_cast<unsigned long>(now) - static_cast<unsigned long>(before));
+    return static_cast<long>(static_cast<unsigned long>(now) - static_cast<unsigned long>(before));
 }
 
+// An open /proc/stat, closed when it goes out of scope.
 class StatFile {
 public:
-    StatFile() : descriptor(open(kStatFile, O_RDONLY)) {}
+    StatFile() : descriptor_(open(kStatFile, O_RDONLY)) {}
     ~StatFile() {
-        if (IsOpen()) (void)close(descriptor);  // result not used: nothing was written
+        if (IsOpen()) (void)close(descriptor_);  // result not used: nothing was written
     }
     StatFile(const StatFile&) = delete;
     StatFile& operator=(const StatFile&) = delete;
 
-    bool IsOpen() const { return descriptor >= 0; }
+    bool IsOpen() const { return descriptor_ >= 0; }
 
+    // Reads from the start. Returns the number of bytes, or -1.
     ssize_t Read(char* text, std::size_t size) {
-        (void)lseek(descriptor, 0, SEEK_SET);
-        return read(descriptor, text, size);
+        (void)lseek(descriptor_, 0, SEEK_SET);  // result not used: a file just opened is there
+        return read(descriptor_, text, size);
     }
 
 private:
-    int descriptor;
+    int descriptor_;
 };
 
-// Takes one sample of a processor. Returns 0, or -1 when the file has no line with two numbers or
-// more for it. Kept: a file that cannot be read is reported on a standard stream and is a success
-// that leaves everything as it was.
+// Takes one sample of a processor. Returns 0, or -1 when the file has no line of the processor with
+// at least two numbers. Kept: a file that cannot be opened or read is reported on a standard stream
+// and counts as a success; the counters stay as they were.
 int RetrieveCpuTime(int nr_cpu) {
     static int n;
-    constexpr std::size_t kSearched = 1024;  // Kept: what lies behind is not looked at.
     StatFile stat;
     if (!stat.IsOpen()) {
         (void)std::printf("File open failed!\n");
         return kSuccess;
     }
-    char text[kSearched + 1];
-    n = static_cast<int>(stat.Read(text, kSearched));
+    char text[kSearchedLength + 1];
+    n = static_cast<int>(stat.Read(text, kSearchedLength));
     if (n < 0) {
         std::perror(kStatFile);
         return kSuccess;
@@ -83,7 +86,7 @@ int RetrieveCpuTime(int nr_cpu) {
 
     long(&now)[kCpuCounters] = cp_time[nr_cpu];
     long(&before)[kCpuCounters] = cp_old[nr_cpu];
-    if (ScanCpuTimes(text, nr_cpu, now) < kFewestCounters) return kFailure;
+    if (ScanCpuTimes(text, nr_cpu, now) < kMinCounters) return kFailure;
     if (ExecuteFirstTime == 0) {
         ExecuteFirstTime = 1;
     } else {
@@ -104,20 +107,35 @@ int SampleAll(int quantity) {
 
 int CountCpus() {
     int count = 0;
-    while (count < kMostCpus && RetrieveCpuTime(count) != kFailure) ++count;
+    while (count < kMaxCpus && RetrieveCpuTime(count) != kFailure) ++count;
     return count;
 }
 
-// Share of the ticks between two samples that were not idle. Kept: no ticks at all divide by zero;
-// the caller lets time pass.
-int BusyPercent(int cpu) {
-    const unsigned long idle = static_cast<unsigned long>(IdleTime[cpu]);
-    const long total = Wrapped(idle + static_cast<unsigned long>(UserTime[cpu]) +
-                               static_cast<unsigned long>(NiceTime[cpu]) +
-                               static_cast<unsigned long>(SysTime[cpu]));
-    // In 64 bits: of two wrapped numbers the lowest by -1 has a quotient that 32 do not hold.
-    const long long idlePercent = static_cast<long long>(Wrapped(idle * 100)) / total;
-    return static_cast<int>(Wrapped(static_cast<unsigned long>(100 - idlePercent)));
+// Whether a signal ended this sleep early; `left` then holds the whole seconds that are left, of
+// which there may be none. Leaves errno alone.
+bool SleepEndedEarly(unsigned seconds, unsigned& left) {
+    const int errnoBefore = errno;
+    errno = 0;
+    left = sleep(seconds);
+    const bool endedEarly = left != 0 || errno == EINTR;
+    errno = errnoBefore;
+    return endedEarly;
+}
+
+// Sleeps for the whole interval, whatever signals come: the answer describes the interval, and one
+// without a tick would end the program by a division by zero.
+void SleepThrough(unsigned seconds) {
+    timespec wholeSecond{};
+    unsigned left = seconds;
+    do {
+        seconds = left;
+        (void)clock_gettime(CLOCK_MONOTONIC, &wholeSecond);  // result not used: the clock exists
+        if (!SleepEndedEarly(seconds, left)) return;
+        // sleep() says how many whole seconds are left and drops the fraction: wait for its end.
+        wholeSecond.tv_sec += static_cast<time_t>(seconds - left);
+        while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &wholeSecond, nullptr) == EINTR)
+            continue;
+    } while (left != 0);
 }
 
 constexpr const char* kMemoryFile = "Memusage_dat";
@@ -128,10 +146,10 @@ struct CloseFile {
     }
 };
 
-// The number in the file's next line; a line that is missing or no number is 0.
+// The number in the file's next line; 0 for a line that is missing or holds no number.
 long ReadNumber(std::FILE* file) {
     char line[256] = {};
-    (void)std::fgets(line, sizeof line, file);
+    (void)std::fgets(line, sizeof line, file);  // result not used: the line then stays empty
     return std::strtol(line, nullptr, 10);
 }
 
@@ -148,9 +166,11 @@ int GetCpuUsageRate(int interval, CpuUsageRageInformation* buffer) {
         retrieve_all_cpus = 0;
     }
     if (SampleAll(quantity) == kFailure) return kFailure;
-    (void)sleep(static_cast<unsigned>(interval));  // an interrupted sleep is not resumed
+    SleepThrough(static_cast<unsigned>(interval));
     if (SampleAll(quantity) == kFailure) return kFailure;
-    for (int cpu = 0; cpu < quantity; ++cpu) buffer->UsageRate[cpu] = BusyPercent(cpu);
+    for (int cpu = 0; cpu < quantity; ++cpu)
+        buffer->UsageRate[cpu] =
+            BusyPercent(IdleTime[cpu], UserTime[cpu], NiceTime[cpu], SysTime[cpu]);
     buffer->quantity = quantity;
     return kSuccess;
 }
@@ -160,9 +180,9 @@ int GetMemUsageRate(void) {
     std::strcat(command, "free |awk '{FS=");
     std::strcat(command, "\":\"");
     std::strcat(command, "; if ($1~/Mem/){print $2}}'|awk '{print $1;print $2}' > Memusage_dat ");
-    (void)std::system(command);  // result not used: the file tells
+    (void)std::system(command);  // result not used: the file shows whether the command ran
 
-    double rate = 0;
+    int percent = 0;
     {
         const std::unique_ptr<std::FILE, CloseFile> file(std::fopen(kMemoryFile, "r"));
         if (file == nullptr) {
@@ -171,12 +191,10 @@ int GetMemUsageRate(void) {
         }
         const long total = ReadNumber(file.get());
         const long used = ReadNumber(file.get());
-        rate = Quotient(Product(static_cast<double>(used), 100.0), static_cast<double>(total));
+        percent = UsedPercent(used, total);
     }
-    (void)std::remove(kMemoryFile);  // result not used: the next call overwrites it
-    // Kept: the share is narrowed before it is truncated, so it can round up to a whole percent.
-    const volatile float percent = static_cast<float>(rate);
-    return ToInt32(percent);
+    (void)std::remove(kMemoryFile);  // result not used: the next call overwrites the file
+    return percent;
 }
 
 }  // extern "C"

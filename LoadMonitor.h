@@ -6,8 +6,9 @@
 
 #include "Export.h"
 
-// 0 until the first sample of any processor has been taken. Kept: one flag for all processors, so
-// the first sample of each but that one is compared with zero. No answer is made of those.
+// 0 until the first sample of any processor has been taken, then 1. Kept: one flag serves all
+// processors, so the first sample of every other processor is compared with zero. An answer is made
+// of such a sample only where the processor's later samples cannot be read.
 extern TALVANE_EXPORT int ExecuteFirstTime;
 
 #endif

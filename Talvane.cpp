@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// The exported interface: the reader, created on first use, the guard against nested calls, and the
-// dispatch of a command to the function that fills its record.
+// The exported inventory functions: the SMBIOS reader, created on first use, the guards against
+// nested calls, and the dispatch of a command to the function that fills its record.
 
 #include "Talvane.h"
+
+#include <utility>
 
 #include "GetPciInfo.h"
 #include "SmBios/SmBios.h"
@@ -14,17 +16,24 @@
 #include "storage/GetAllPartitionInfo.h"
 #include "storage/GetStorageInfo.h"
 
+using namespace talvane;
+
 namespace {
 
 SmBios* bios = nullptr;
-int NoEntersmBIOS = 0;
+int creatingReader = 0;  // 1 while the reader reads the machine
+int NoEntersmBIOS = 0;   // 1 while GetInfo is in progress
 
+// Created on first use. REQUIRES: not called from within the creation.
 SmBios& Bios() {
-    if (bios == nullptr) bios = new SmBios;
+    if (bios == nullptr) {
+        const ReentryGuard guard(creatingReader);
+        bios = new SmBios;
+    }
     return *bios;
 }
 
-// Either of the two functions fills the record: from the SMBIOS table, or without one.
+// One of the two functions fills the record: from the SMBIOS table, or without one.
 struct InventoryCommand {
     unsigned long code;
     void (*fromTable)(SmBios& reader, void* record) = nullptr;
@@ -32,7 +41,7 @@ struct InventoryCommand {
 };
 
 void FillPciFunctions(void* record) {
-    // Result not used: a failed scan leaves the record as it was.
+    // result not used: a failed scan leaves the record as it was
     (void)GetPciInfo(static_cast<DeviceInformation*>(record));
 }
 
@@ -66,7 +75,7 @@ int Run(const InventoryCommand& row, void* record) {
         return kSuccess;
     }
     SmBios& reader = Bios();
-    if (reader.IsInitOK() == 0) return kFailure;
+    if (!reader.IsUsable()) return kFailure;
     row.fromTable(reader, record);
     return kSuccess;
 }
@@ -76,7 +85,7 @@ int Run(const InventoryCommand& row, void* record) {
 extern "C" {
 
 int GetInfo(unsigned long command, void* buffer) {
-    if (NoEntersmBIOS != 0) return kBusy;
+    if (NoEntersmBIOS != 0 || creatingReader != 0) return kBusy;
     const ReentryGuard guard(NoEntersmBIOS);
     for (const InventoryCommand& row : kInventoryCommands)
         if (row.code == command) return Run(row, buffer);
@@ -84,13 +93,13 @@ int GetInfo(unsigned long command, void* buffer) {
 }
 
 int IsSmBiosSupport(void) {
-    return Bios().IsMatchSmBios();
+    if (creatingReader != 0) return 0;  // there is no reader yet, and no second one is made
+    return Bios().HasSmBiosEntryPoint();
 }
 
 int release(void) {
-    delete bios;
-    bios = nullptr;
-    talvane::ReleaseIpmi();
+    delete std::exchange(bios, nullptr);  // forgotten first: a nested call finds no half of it
+    ReleaseIpmi();
     return kSuccess;
 }
 

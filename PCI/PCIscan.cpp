@@ -6,6 +6,8 @@
 
 #include "base/PortIo.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr unsigned long kConfigAddressPort = 0xCF8;

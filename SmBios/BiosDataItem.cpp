@@ -5,7 +5,10 @@
 #include <cstring>
 #include <new>
 
+#include "SmBios/FreeBuffer.h"
 #include "SmBios/StructureWalk.h"
+
+using namespace talvane;
 
 namespace {
 
@@ -36,10 +39,8 @@ BiosDataItem::BiosDataItem(unsigned char* structure)
 }
 
 BiosDataItem::~BiosDataItem() {
-    delete[] FormatedData;
-    delete[] StringBuffer;
-    FormatedData = nullptr;
-    StringBuffer = nullptr;
+    FreeBuffer(FormatedData);
+    FreeBuffer(StringBuffer);
 }
 
 unsigned char BiosDataItem::GetType() {

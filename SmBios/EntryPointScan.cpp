@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <cstring>
 
+using namespace talvane;
+
 namespace {
 
 constexpr std::size_t kAnchorBoundary = 16;

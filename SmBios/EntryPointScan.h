@@ -12,7 +12,7 @@
 // Anchors lie on 16-byte boundaries (SMBIOS 2.3.4, section 2.1.1); the first one counts. Kept: no
 // checksum is verified and the intermediate anchor is not compared, since firmware in the field has
 // them wrong. An entry point that runs past the end of `segment` reads as zero there.
-[[nodiscard]] std::optional<SmBiosTableEntryPoint> FindSmBiosEntryPoint(ByteView segment);
-[[nodiscard]] std::optional<DMITableEntryPoint> FindDmiEntryPoint(ByteView segment);
+[[nodiscard]] std::optional<SmBiosTableEntryPoint> FindSmBiosEntryPoint(talvane::ByteView segment);
+[[nodiscard]] std::optional<DMITableEntryPoint> FindDmiEntryPoint(talvane::ByteView segment);
 
 #endif

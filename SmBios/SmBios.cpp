@@ -12,8 +12,11 @@
 #include <new>
 
 #include "SmBios/EntryPointScan.h"
+#include "SmBios/FreeBuffer.h"
 #include "SmBios/PhysicalMemory.h"
 #include "SmBios/StructureWalk.h"
+
+using namespace talvane;
 
 namespace {
 
@@ -102,8 +105,7 @@ SmBios::SmBios(char*)
       DmiEntry() {}
 
 SmBios::~SmBios() {
-    delete[] BiosData;
-    BiosData = nullptr;
+    FreeBuffer(BiosData);
 }
 
 int SmBios::IsInitOK() {

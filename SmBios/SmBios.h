@@ -115,6 +115,12 @@ public:
     unsigned char IsMatchSmBios();  // 1 if an SMBIOS entry point was found
     unsigned char IsMatchDMI();     // 1 if only a legacy DMI entry point was found
 
+    // The same as the first two, read from the fields. The exported functions go by these: a
+    // program can put functions of its own in front of the methods above, but not in front of
+    // hidden ones.
+    TALVANE_LOCAL bool IsUsable() const { return InitOK != 0; }
+    TALVANE_LOCAL unsigned char HasSmBiosEntryPoint() const { return MatchSMBIOS; }
+
     // BIOS (7.1), system (7.2) and base board (7.3). With several boards the first counts that
     // contains no other objects.
     int GetBiosVendor(char* buf, unsigned size);

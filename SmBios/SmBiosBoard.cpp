@@ -5,6 +5,8 @@
 #include "SmBios/SmBios.h"
 #include "SmBios/SmBiosText.h"
 
+using namespace talvane;
+
 namespace {
 
 // BIOS information (7.1).

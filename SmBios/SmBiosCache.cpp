@@ -8,6 +8,8 @@
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr std::size_t kProcessorL1Handle = 26;  // L2 and L3 follow, two bytes each

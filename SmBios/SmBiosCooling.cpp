@@ -10,6 +10,8 @@
 #include "SmBios/StructureWalk.h"
 #include "base/CodeName.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr std::size_t kTypeAndStatus = 6;

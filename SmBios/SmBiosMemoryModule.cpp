@@ -11,6 +11,8 @@
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
 
+using namespace talvane;
+
 namespace {
 
 // Memory controller.

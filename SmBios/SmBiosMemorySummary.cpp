@@ -12,6 +12,8 @@
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr std::size_t kModuleInstalledSize = 9;

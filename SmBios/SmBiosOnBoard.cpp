@@ -11,6 +11,8 @@
 #include "SmBios/StructureWalk.h"
 #include "base/CodeName.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr unsigned char kEnabled = 0x80;

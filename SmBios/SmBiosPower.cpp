@@ -11,6 +11,8 @@
 #include "SmBios/StructureWalk.h"
 #include "base/CodeName.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr std::size_t kPowerUnitGroup = 4;

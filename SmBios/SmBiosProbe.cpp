@@ -9,6 +9,8 @@
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr std::size_t kDescription = 4;

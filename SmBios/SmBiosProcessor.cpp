@@ -9,6 +9,8 @@
 #include "SmBios/StructureWalk.h"
 #include "base/CodeName.h"
 
+using namespace talvane;
+
 namespace {
 
 constexpr std::size_t kFamily = 6;

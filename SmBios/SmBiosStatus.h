@@ -6,16 +6,16 @@
 
 #include "base/CodeName.h"
 
-constexpr CodeName kStatuses[] = {
+constexpr talvane::CodeName kStatuses[] = {
     {1, "Other"},        {2, "Unknown"},  {3, "OK"},
     {4, "Non-critical"}, {5, "Critical"}, {6, "Non-recoverable"},
 };
-static_assert(StrictlyAscending(kStatuses));
+static_assert(talvane::StrictlyAscending(kStatuses));
 
 // Kept: the bits are compared where they stand, not shifted down, so every status reads "error".
 constexpr const char* StatusText(unsigned char typeAndStatus) {
     constexpr unsigned kStatus = 0xE0;
-    return NameOf(kStatuses, typeAndStatus & kStatus, "error");
+    return talvane::NameOf(kStatuses, typeAndStatus & kStatus, "error");
 }
 
 #endif

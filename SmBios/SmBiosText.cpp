@@ -7,6 +7,8 @@
 
 #include "SmBios/SmBios.h"
 
+using namespace talvane;
+
 ByteView FormattedArea(const std::unique_ptr<BiosDataItem>& item) {
     if (item == nullptr || item->GetFormatedData() == nullptr) return {};
     return ByteView(item->GetFormatedData(), item->GetFormatedDataLength());

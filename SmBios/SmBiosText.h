@@ -10,7 +10,7 @@
 #include "base/Bytes.h"
 
 // The formatted area of an item; empty for a null item.
-[[nodiscard]] ByteView FormattedArea(const std::unique_ptr<BiosDataItem>& item);
+[[nodiscard]] talvane::ByteView FormattedArea(const std::unique_ptr<BiosDataItem>& item);
 
 // The string whose number stands at `offset`, or null when the item or the string is missing.
 [[nodiscard]] char* StringAt(const std::unique_ptr<BiosDataItem>& item, std::size_t offset);

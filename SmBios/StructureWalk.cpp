@@ -4,6 +4,8 @@
 
 #include <new>
 
+using namespace talvane;
+
 namespace {
 
 // Header fields (SMBIOS 6.1.2).

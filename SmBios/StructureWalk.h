@@ -17,7 +17,7 @@ constexpr std::size_t kZeroBytesBehindTable = 255 + 2;
 [[nodiscard]] HEADER HeaderOf(const unsigned char* structure);
 
 // The formatted area, as long as the header says.
-[[nodiscard]] ByteView FormattedAreaOf(const unsigned char* structure);
+[[nodiscard]] talvane::ByteView FormattedAreaOf(const unsigned char* structure);
 
 // The first of the two zero bytes that end the structure. Relies on the zero bytes behind a table.
 [[nodiscard]] unsigned char* EndOfStringSet(unsigned char* structure);

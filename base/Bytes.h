@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <span>
 
+namespace talvane {
+
 // Borrowed; never outlives the buffer it was made from.
 using ByteView = std::span<const unsigned char>;
 
@@ -32,5 +34,7 @@ constexpr unsigned char LowByte(int value) {
 constexpr unsigned char HighByte(int value) {
     return static_cast<unsigned char>((value >> 8) & 0xFF);
 }
+
+}  // namespace talvane
 
 #endif

@@ -7,6 +7,8 @@
 
 #include <cstddef>
 
+namespace talvane {
+
 struct CodeName {
     unsigned code;
     const char* name;
@@ -26,5 +28,7 @@ constexpr bool StrictlyAscending(const CodeName (&table)[N]) {
         if (table[i - 1].code >= table[i].code) return false;
     return true;
 }
+
+}  // namespace talvane
 
 #endif

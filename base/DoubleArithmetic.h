@@ -9,6 +9,8 @@
 #include <cmath>
 #include <limits>
 
+namespace talvane {
+
 // 113 binary digits: more than twice a double's 53 and two. A sum, product or quotient of doubles
 // that was rounded to so many digits rounds to a double as the exact result would (Figueroa, "When
 // is double rounding innocuous?", 1995).
@@ -60,5 +62,7 @@ inline short ToInt16(double value) {
     return value > -32769.0 && value < 32768.0 ? static_cast<short>(value)
                                                : std::numeric_limits<short>::min();
 }
+
+}  // namespace talvane
 
 #endif

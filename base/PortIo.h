@@ -7,6 +7,8 @@
 
 #include <cstdint>
 
+namespace talvane {
+
 inline std::uint8_t ReadPort8(std::uint16_t port) {
     std::uint8_t value;
     asm volatile("inb %w1, %b0" : "=a"(value) : "Nd"(port));
@@ -22,5 +24,7 @@ inline std::uint32_t ReadPort32(std::uint16_t port) {
 inline void WritePort32(std::uint16_t port, std::uint32_t value) {
     asm volatile("outl %0, %w1" : : "a"(value), "Nd"(port));
 }
+
+}  // namespace talvane
 
 #endif

@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The results of the getters are not used anywhere below: what a getter does not find stays as the
-// caller gave it, and only the counts decide how far a loop goes.
+// Fills each inventory record from the getters of the SMBIOS reader. Their results are not used: a
+// field for which a getter finds nothing stays as the caller gave it, and only the counts decide
+// how far a loop goes.
 
 #include "interface/InventoryRecords.h"
 
@@ -9,29 +10,26 @@
 #include <cstring>
 
 #include "InformationRecords.h"
+#include "SmBios/ProcessorStatus.h"
 #include "SmBios/SmBios.h"
 
+namespace talvane {
 namespace {
 
-// Element i of the array at `offset` of a record. Kept: counts from the firmware are not clamped to
-// the record's array; a caller that expects more elements passes a longer record.
+// Element i, from 0, of the array at `offset` in a record. Kept: the firmware's counts are not cut
+// to the size of the record's array; a caller that expects more elements passes a longer record.
 template <class Element>
 Element& ElementAt(void* record, std::size_t offset, int i) {
     return reinterpret_cast<Element*>(static_cast<char*>(record) + offset)[i];
 }
 
-// Processor status (SMBIOS 7.5.4).
-constexpr unsigned char kCpuStatus = 0x07;
-constexpr unsigned char kStatusUnknown = 0;
-constexpr unsigned char kDisabledByUser = 2;
-constexpr unsigned char kDisabledByBios = 3;
-
 void FillProcessor(SmBios& reader, int index, CPU& cpu) {
     unsigned char status = 0;
     (void)reader.GetProcessorStatus(index, &status);
-    status &= kCpuStatus;
-    if (status == kDisabledByUser || status == kDisabledByBios) cpu.IsDisabled = 1;
-    if (status == kStatusUnknown) cpu.IsUHT = 1;
+    const int state = status & processor_status::kState;
+    if (state == processor_status::kDisabledByUser || state == processor_status::kDisabledByBios)
+        cpu.IsDisabled = 1;
+    if (state == processor_status::kUnknown) cpu.IsUHT = 1;
 
     (void)reader.GetProcessorMaxSpeed(index, cpu.MaxSpeed);
     (void)reader.GetProcessorCurrentSpeed(index, cpu.CurrentSpeed);
@@ -41,7 +39,7 @@ void FillProcessor(SmBios& reader, int index, CPU& cpu) {
 
     int level = 0;
     for (CACHE& cache : cpu.cache) {
-        // The order decides what is left where a text runs into the next field.
+        // The order of the calls decides what remains where a text runs into the next field.
         (void)reader.GetCacheDesignation(index, level, cache.designation, sizeof cache.designation);
         (void)reader.GetCacheInstalledSize(index, level, cache.InstalledSize);
         (void)reader.GetCacheMaxSize(index, level, cache.MaxSize);
@@ -63,7 +61,7 @@ void FillSupplies(SmBios& reader, void* record, int typeMask) {
     }
 }
 
-// Kept: the probes of one location stand for all.
+// Kept: only the probes of this location are asked for, whatever probes the machine has.
 constexpr int kProbeLocation = SmBios::TnV_PROCESSOR;
 
 }  // namespace
@@ -75,7 +73,7 @@ void FillBoard(SmBios& reader, void* record) {
     (void)reader.GetBiosReleaseDate(board.RomReleaseDate, sizeof board.RomReleaseDate);
     (void)reader.GetBiosVendor(board.RomVendor, sizeof board.RomVendor);
     (void)reader.GetBiosVersion(board.RomVersion, sizeof board.RomVersion);
-    // Kept: the release date and the maker are asked for twice.
+    // Kept: the release date and the manufacturer are asked for twice.
     (void)reader.GetBiosReleaseDate(board.RomReleaseDate, sizeof board.RomReleaseDate);
     (void)reader.GetBoardManufacturer(board.Manufacturer, sizeof board.Manufacturer);
     (void)reader.GetBoardSerialNo(board.SerialNo, sizeof board.SerialNo);
@@ -102,7 +100,7 @@ void FillMemory(SmBios& reader, void* record) {
     while (filled < memory.quantity && local < kLocalBanks) {
         const BankInfo& from = summary.bank[local];
         if (from.type[0] == '\0') {
-            local += 2;  // Kept: the bank behind one without a type is passed over, too.
+            local += 2;  // Kept: the bank after one without a type is left out, too.
             continue;
         }
         BANK& bank = memory.bank[filled];
@@ -171,3 +169,5 @@ void FillSystem(SmBios& reader, void* record) {
     (void)reader.GetSysProductname(system.SysProductName, sizeof system.SysProductName);
     (void)reader.GetSysVersion(system.version, sizeof system.version);
 }
+
+}  // namespace talvane

@@ -1,9 +1,13 @@
 // SPDX-License-Identifier: MIT
+//
+// The scan of a processor's line in /proc/stat, with the line's name as part of the scan format.
 
 #include "load/CpuTimeText.h"
 
 #include <cstdio>
 #include <cstring>
+
+namespace talvane {
 
 int ScanCpuTimes(const char* text, int number, long (&times)[kCpuCounters]) {
     char format[64];
@@ -18,3 +22,5 @@ int ScanCpuTimes(const char* text, int number, long (&times)[kCpuCounters]) {
     for (int i = 0; i < kCpuCounters; ++i) times[i] = static_cast<long>(scanned[i]);
     return count;
 }
+
+}  // namespace talvane

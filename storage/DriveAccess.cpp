@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The system calls of the storage subsystem, but for _llseek.
 
 #include "storage/DriveAccess.h"
 
@@ -10,6 +12,8 @@
 
 #include <cstring>
 
+namespace talvane {
+
 bool DirectoryCanBeOpened(const char* path) {
     DIR* const directory = opendir(path);
     if (directory == nullptr) return false;
@@ -17,10 +21,10 @@ bool DirectoryCanBeOpened(const char* path) {
     return true;
 }
 
-ReadOnlyFile::ReadOnlyFile(const char* path) : descriptor(open(path, O_RDONLY)) {}
+ReadOnlyFile::ReadOnlyFile(const char* path) : descriptor_(open(path, O_RDONLY)) {}
 
 ReadOnlyFile::~ReadOnlyFile() {
-    if (IsOpen()) (void)close(descriptor);  // result not used: nothing was written
+    if (IsOpen()) (void)close(descriptor_);  // result not used: nothing was written
 }
 
 std::size_t ReadBytes(int descriptor, void* out, std::size_t size) {
@@ -30,10 +34,12 @@ std::size_t ReadBytes(int descriptor, void* out, std::size_t size) {
 }
 
 void SeekTo(int descriptor, long offset) {
-    (void)lseek(descriptor, offset, SEEK_SET);
+    (void)lseek(descriptor, offset, SEEK_SET);  // result not used: the next read shows it
 }
 
 bool ReadIdentity(int descriptor, unsigned char (&identity)[kIdentitySize]) {
     std::memset(identity, 0, sizeof identity);
     return ioctl(descriptor, HDIO_GET_IDENTITY, identity) == 0;
 }
+
+}  // namespace talvane

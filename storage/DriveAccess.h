@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// Files, directories and drives as the kernel shows them: the one place, with _llseek, where the
-// storage subsystem touches the machine. Everything here only reads.
+// Files, directories and drives as the kernel shows them. Together with _llseek this is the only
+// place where the storage subsystem touches the machine, and it only reads.
 #ifndef TALVANE_STORAGE_DRIVEACCESS_H
 #define TALVANE_STORAGE_DRIVEACCESS_H
 
 #include <cstddef>
 
-#include "base/Bytes.h"
+namespace talvane {
 
-// In which the kernel and partition tables count.
+// The unit, in bytes, in which the kernel and partition tables count.
 constexpr unsigned long long kSectorSize = 512;
 
 [[nodiscard]] bool DirectoryCanBeOpened(const char* path);
@@ -22,22 +22,25 @@ public:
     ReadOnlyFile(const ReadOnlyFile&) = delete;
     ReadOnlyFile& operator=(const ReadOnlyFile&) = delete;
 
-    [[nodiscard]] bool IsOpen() const { return descriptor >= 0; }
-    [[nodiscard]] int Descriptor() const { return descriptor; }
+    [[nodiscard]] bool IsOpen() const { return descriptor_ >= 0; }
+    [[nodiscard]] int Descriptor() const { return descriptor_; }
 
 private:
-    int descriptor;
+    int descriptor_;
 };
 
-// Reads on from where the last access ended. Returns how many bytes came; those that did not are
-// zero.
+// Reads on from where the last access ended. Returns how many bytes it read and fills the rest of
+// `out` with zeros.
 std::size_t ReadBytes(int descriptor, void* out, std::size_t size);
 
-// Moves to an offset from the start. A refused move shows in what is read next.
+// Moves to an offset from the start. When that is refused, the next read starts where the last one
+// ended.
 void SeekTo(int descriptor, long offset);
 
-// Asks a drive for its identity block. Returns false when it refuses.
+// Asks a drive for its identity block. Returns false when it refuses; the block is then zero.
 constexpr std::size_t kIdentitySize = 512;
 [[nodiscard]] bool ReadIdentity(int descriptor, unsigned char (&identity)[kIdentitySize]);
+
+}  // namespace talvane
 
 #endif

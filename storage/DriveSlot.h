@@ -4,10 +4,12 @@
 #ifndef TALVANE_STORAGE_DRIVESLOT_H
 #define TALVANE_STORAGE_DRIVESLOT_H
 
+namespace talvane {
+
 struct DriveSlot {
     int channel;
-    const char* device;        // below /dev
-    const char* controllerNo;  // as agents know it, misspellings included
+    const char* device;        // in /dev
+    const char* controllerNo;  // Kept: agents know the misspelled names
 };
 
 constexpr DriveSlot kDriveSlots[] = {
@@ -16,5 +18,7 @@ constexpr DriveSlot kDriveSlots[] = {
     {1, "hdc", "Secondry Master"},
     {1, "hdd", "Secondry Slave"},
 };
+
+}  // namespace talvane
 
 #endif

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The walk over the disks and the primary partitions of each.
 
 #include "storage/GetAllPartitionInfo.h"
 
@@ -13,11 +15,13 @@
 #include "storage/GetStorageInfo.h"
 #include "storage/PartitionEntry.h"
 
+using namespace talvane;
+
 namespace {
 
-constexpr int kPrimaries = 4;
+constexpr int kPrimaryPartitions = 4;
 
-// Kept: only this one of the extended types is walked.
+// Kept: of the extended types only this one is walked.
 constexpr unsigned char kExtendedLba = 0x0F;
 
 constexpr CodeName kPrimaryTypes[] = {
@@ -28,7 +32,7 @@ constexpr CodeName kPrimaryTypes[] = {
 };
 static_assert(StrictlyAscending(kPrimaryTypes));
 
-// The slot that a drive's controller number names; null for any other text.
+// The slot that the drive's `ControllerNo` names, or null when the text names none.
 const DriveSlot* SlotOf(const DriveInfo& drive) {
     const auto slot =
         std::find_if(std::begin(kDriveSlots), std::end(kDriveSlots), [&](const DriveSlot& row) {
@@ -38,14 +42,13 @@ const DriveSlot* SlotOf(const DriveInfo& drive) {
 }
 
 void ListPartitions(int descriptor, char* device, PartitionInformation& info, int& count) {
-    part_info scratch[kPrimaries + kMostPartitions] = {};
-    for (int i = 0; i < kPrimaries; ++i) {
+    part_info scratch[kMaxPartitions] = {};
+    for (int i = 0; i < kPrimaryPartitions; ++i) {
         SeekTo(descriptor, kPartitionTable + i * static_cast<long>(sizeof(partition)));
         const partition entry = ReadEntry(descriptor);
-        scratch[i].filesys = entry.sys_ind;
         if (entry.sys_ind == kExtendedLba) {
-            (void)get_logic_info_from_ext(descriptor, entry, scratch + kPrimaries, &info, &count,
-                                          device);  // result not used: `count` tells
+            // result not used: `count` already says how many entries are filled
+            (void)get_logic_info_from_ext(descriptor, entry, scratch, &info, &count, device);
             continue;
         }
         const char* name = NameOf(kPrimaryTypes, entry.sys_ind, nullptr);
@@ -61,8 +64,8 @@ void GetAllPartitionInfo(PartitionInformation* info) {
     StorageInformation drives = {};
     GetStorageInfo(&drives);
     int count = 0;
-    constexpr int kMostDrives = sizeof drives.driveArray / sizeof drives.driveArray[0];
-    for (int d = 0; d < std::min(drives.quantityIDE, kMostDrives); ++d) {
+    constexpr int kMaxDrives = sizeof drives.driveArray / sizeof drives.driveArray[0];
+    for (int d = 0; d < std::min(drives.quantityIDE, kMaxDrives); ++d) {
         const DriveSlot* slot = SlotOf(drives.driveArray[d]);
         if (slot == nullptr) continue;
         char device[16];

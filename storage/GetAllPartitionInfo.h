@@ -7,7 +7,7 @@
 #include "../Export.h"
 #include "../InformationRecords.h"
 
-// One of the four entries of a boot record's partition table, as it lies on the disk.
+// One of the four entries of a boot record's partition table: the image of it on the disk.
 struct partition {
     unsigned char boot_ind;
     unsigned char head;
@@ -22,7 +22,7 @@ struct partition {
 };
 static_assert(sizeof(partition) == 16, "the memory image of a table entry");
 
-// What a walk notes of a partition.
+// What the walk over logical partitions notes about one of them.
 struct part_info {
     int flag;
     unsigned long long size;  // bytes
@@ -32,23 +32,27 @@ struct part_info {
 };
 
 // Fills one entry per partition of a listed type, at most 26: `description`, `FileSystem` and
-// `size`, terminated. Prints and does all that GetStorageInfo does.
+// `size`, NUL-terminated. Looks for the disks with GetStorageInfo, which prints a line on standard
+// output where there are no IDE devices.
 TALVANE_EXPORT void GetAllPartitionInfo(PartitionInformation* info);
 
-// Appends the logical partitions of the extended partition `ext` to the entries; `*count` of them
-// are filled, and `device` is the path that their descriptions start with. Notes the first 26 in
-// `scratch`. Returns the number of extended boot records visited.
+// Appends the logical partitions of the extended partition `ext` to the entries. `*count` is the
+// number of filled entries, before and after. `device` is the path with which the descriptions
+// start. Notes type and size of the first 26 partitions in `scratch`. Returns the number of
+// extended boot records that it visited.
 //
-// Kept: the disk is taken to have 255 heads and 63 sectors, and each record to lie on the cylinder
-// behind the partition before; where the links point is not looked at. A chain ends, too, at a
-// listed type without a free entry and after 2^25 steps from cylinder to cylinder.
+// Kept: the disk is taken to have 255 heads and 63 sectors per track, and each record to lie on the
+// cylinder after the partition before it; where the links point to is not looked at. A chain also
+// ends at a partition of a listed type when no entry is free, and after 2^25 steps from cylinder to
+// cylinder.
 TALVANE_EXPORT int get_logic_info_from_ext(int fd, partition ext, part_info* scratch,
                                            PartitionInformation* info, int* count, char* device);
 
-// The 4-byte little-endian number at `bytes`.
+// Writes the 4-byte little-endian number at `bytes` to `*out`.
 TALVANE_EXPORT void valueofarray(unsigned char* bytes, unsigned long long* out);
 
-// The Linux system call: moves a descriptor by 64 bits. Returns 0, or -1 with errno set.
+// The Linux system call: moves a descriptor by a 64-bit offset and writes the new position to
+// `*result`. Returns 0, or -1 with errno set.
 TALVANE_EXPORT int _llseek(unsigned int fd, unsigned long offset_high, unsigned long offset_low,
                            long long* result, unsigned int whence);
 

@@ -7,10 +7,10 @@
 #include "../Export.h"
 #include "../InformationRecords.h"
 
-// Fills one entry per disk among hda to hdd, in this order; optical drives and the like have none.
-// Texts are terminated. What a file or the drive does not tell stays as the caller gave it; of the
-// entry behind the last disk `type` is overwritten. Without IDE devices the quantity is 0 and "No
-// ide devices." is printed on standard output.
+// Fills one entry per disk among hda to hdd, in this order; optical drives and the like get none.
+// Texts are NUL-terminated. A field for which a file or the drive has no answer stays as the caller
+// gave it. The entry after the last disk may have its `type` overwritten. Without IDE devices the
+// quantity is 0, and "No ide devices." is printed on standard output.
 TALVANE_EXPORT void GetStorageInfo(StorageInformation* info);
 
 #endif

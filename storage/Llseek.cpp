@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Without it a program whose off_t has 32 bits reaches no more than 2 GiB of a disk.
+// The 64-bit seek. Without it a program whose off_t has 32 bits reaches only 2 GiB of a disk.
 
 #include <sys/syscall.h>
 #include <unistd.h>

@@ -1,11 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// The chain of extended boot records. Each holds two entries: its logical partition, and a link
-// whose type tells whether another record follows.
+// The walk along the chain of extended boot records. Each record holds two entries: its logical
+// partition, and a link whose type says whether another record follows.
 
 #include "base/CodeName.h"
 #include "storage/DriveAccess.h"
 #include "storage/PartitionEntry.h"
+
+using namespace talvane;
 
 namespace {
 
@@ -23,14 +25,17 @@ static_assert(StrictlyAscending(kLogicalTypes));
 
 constexpr unsigned long kSectorsPerCylinder = 255 * 63;
 constexpr unsigned long kBytesPerCylinder = kSectorsPerCylinder * kSectorSize;
-constexpr unsigned long long kMostSteps = 1ULL << 25;
+constexpr unsigned long long kMaxCylinderSteps = 1ULL << 25;
 
-constexpr int kFirstLogical = 5;
-constexpr unsigned kFromStart = 0;  // SEEK_SET
-constexpr unsigned kFromHere = 1;   // SEEK_CUR
+constexpr int kFirstLogicalNumber = 5;
 
-// One step per cylinder: no offset that does not fit 32 bits is ever needed.
-void SeekToTableOf(int descriptor, unsigned long long cylinder) {
+// Origins of _llseek: SEEK_SET and SEEK_CUR of the system header.
+constexpr unsigned kFromStart = 0;
+constexpr unsigned kFromHere = 1;
+
+// Moves to the partition table of the record on a cylinder, one step per cylinder, so every offset
+// fits 32 bits. The results are not used: a refused move shows in what is read next.
+void SeekToTableOn(int descriptor, unsigned long long cylinder) {
     const unsigned fd = static_cast<unsigned>(descriptor);
     long long position = 0;
     (void)_llseek(fd, 0, 0, &position, kFromStart);
@@ -46,22 +51,22 @@ int get_logic_info_from_ext(int fd, partition ext, part_info* scratch, Partition
     unsigned long long firstSector = 0;
     valueofarray(ext.start4, &firstSector);
     unsigned long long cylinder = firstSector / kSectorsPerCylinder;
-    unsigned long long stepsLeft = kMostSteps;
+    unsigned long long stepsLeft = kMaxCylinderSteps;
     int visited = 0;
     while (cylinder <= stepsLeft) {
         stepsLeft -= cylinder;
-        SeekToTableOf(fd, cylinder);
+        SeekToTableOn(fd, cylinder);
         const partition entry = ReadEntry(fd);
         const unsigned long long sectors = SectorsOf(entry);
-        if (visited < kMostPartitions) {
+        if (visited < kMaxPartitions) {
             scratch[visited].filesys = entry.sys_ind;
             scratch[visited].size = sectors * kSectorSize;
         }
-        const int number = kFirstLogical + visited++;
+        const int number = kFirstLogicalNumber + visited++;
         const char* name = NameOf(kLogicalTypes, entry.sys_ind, nullptr);
         if (name != nullptr && !AddEntry(*info, *count, name, device, number)) break;
-        // Kept: after an unlisted type this is the entry of the partition before, a primary one or
-        // that of another disk included.
+        // Kept: after an unlisted type this overwrites the size of the entry filled before, even
+        // one of a primary partition or of another disk.
         if (*count > 0) WriteSize(info->partition[*count - 1], sectors);
         cylinder += sectors / kSectorsPerCylinder + 1;
         if (ReadEntry(fd).sys_ind == 0) break;

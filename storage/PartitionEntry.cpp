@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Entries of partition tables and of the partition record.
 
 #include "storage/PartitionEntry.h"
 
@@ -10,12 +12,14 @@
 #include "storage/lltostr.h"
 
 void valueofarray(unsigned char* bytes, unsigned long long* out) {
-    *out = Le32(ByteView(bytes, 4), 0);
+    *out = talvane::Le32(talvane::ByteView(bytes, sizeof(partition::size4)), 0);
 }
+
+namespace talvane {
 
 partition ReadEntry(int descriptor) {
     partition entry;
-    (void)ReadBytes(descriptor, &entry, sizeof entry);  // result not used: zero is an empty entry
+    (void)ReadBytes(descriptor, &entry, sizeof entry);  // result not used: zeros are an empty entry
     return entry;
 }
 
@@ -31,10 +35,12 @@ void WriteSize(PARTITION& entry, unsigned long long sectors) {
 
 bool AddEntry(PartitionInformation& info, int& count, const char* fileSystem, const char* device,
               int number) {
-    if (count >= kMostPartitions) return false;
+    if (count >= kMaxPartitions) return false;
     PARTITION& entry = info.partition[count];
     std::strcpy(entry.FileSystem, fileSystem);
     (void)std::snprintf(entry.description, sizeof entry.description, "%s%d", device, number);
     ++count;
     return true;
 }
+
+}  // namespace talvane

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Decimal digits of a 64-bit number, highest first, and the end of a line.
 
 #include "storage/lltostr.h"
 

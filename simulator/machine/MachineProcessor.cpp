@@ -2,6 +2,7 @@
 //
 // What a simulated server does without a file: I/O privilege, port instructions and time.
 
+#include <cerrno>
 #include <stdexcept>
 
 #include "simulator/base/CallText.h"
@@ -31,12 +32,17 @@ Answer Machine::SetPrivilege(int level) {
     return Logged("iopl", std::to_string(level), answer, "0");
 }
 
-// A fault means an interrupted sleep: the seconds left are returned, here all of them.
+// A fault means an interrupted sleep: the seconds left are returned, here all of them. Unlike other
+// calls an interrupted sleep answers a number and sets errno, too.
 Answer Machine::Sleep(unsigned seconds) {
     const std::optional<int> fault = faults_.Enter("sleep");
+    errno = 0;
     const unsigned left = fault ? seconds : sleeper_ != nullptr ? sleeper_(seconds) : 0;
+    const int error = fault.value_or(errno);
     clock_ += std::chrono::seconds(seconds - left);
-    return Logged("sleep", std::to_string(seconds), {left}, std::to_string(left));
+    Answer answer = Logged("sleep", std::to_string(seconds), {left}, std::to_string(left));
+    answer.error = error;
+    return answer;
 }
 
 void Machine::RequirePrivilege(const std::string& instruction) const {

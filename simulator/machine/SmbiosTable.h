@@ -4,7 +4,7 @@
 //
 //     SmbiosTable table;
 //     table.add(4, 0x0400, 35).byte(24, 0x41).word(20, 3600).string(7, "Intel");
-//     server.memory().placeSmbios(table.bytes());
+//     server.GetMemory().PlaceSmbios(table.Image());
 #ifndef TALVANE_SIMULATOR_MACHINE_SMBIOSTABLE_H
 #define TALVANE_SIMULATOR_MACHINE_SMBIOSTABLE_H
 

@@ -70,6 +70,18 @@ TEST_F(MemorySummaryTest, ListedModuleThatDoesNotExistGivesNoBankEntry) {
     ExpectZeroFrom(1);
 }
 
+TEST_F(MemorySummaryTest, ModuleWithHandleZeroCountsInTheTotalAndGivesNoBankEntry) {
+    AddController({1});
+    AddModule(0, 9, 0x0100).String(4, "SLOT2");
+    AddModule(1, 8, 0x0100).String(4, "SLOT1");
+    EXPECT_EQ(Summarise(), 0);
+    EXPECT_EQ(info.quantity, 1);
+    EXPECT_EQ(info.TotalSize, 512 + 256);
+    EXPECT_STREQ(info.bank[0].size, "256 MB");
+    EXPECT_EQ(info.bank[0].SlotNumber, 1);
+    ExpectZeroFrom(1);
+}
+
 TEST_F(MemorySummaryTest, HandlesAbove127LeaveTheModulePathWithoutBanks) {
     AddController({0x600});
     AddModule(0x600, 8, 0x0100);

@@ -14,6 +14,8 @@
 
 namespace {
 
+using talvane::kCpuCounters;
+using talvane::ScanCpuTimes;
 using ::testing::ElementsAre;
 
 class CpuTimes : public ::testing::Test {

@@ -28,7 +28,8 @@ std::string WhyBmcNotRead() {
         return "cannot open /dev/ipmi: " + ErrorText(errno, "no BMC, or its driver is not loaded");
     if (iopl(3) != 0)
         return "cannot use the ports of the BMC: " + ErrorText(errno, "no port access");
-    const bool answers = ReadPort8(kKcsStatus) != kNobody || ReadPort8(kSmicControl) != kNobody;
+    const bool answers =
+        talvane::ReadPort8(kKcsStatus) != kNobody || talvane::ReadPort8(kSmicControl) != kNobody;
     (void)iopl(0);  // result not used: lowering is always allowed
     if (!answers) return "no BMC answers at port 0xCA3 (KCS) or 0xCAA (SMIC)";
     return "the BMC behind /dev/ipmi did not answer";

@@ -53,16 +53,17 @@ std::string Explained(int error) {
     return ErrorText(error, "the kernel or container offers no such device");
 }
 
-std::optional<std::size_t> FindAnchor(ByteView segment, const char* anchor) {
+std::optional<std::size_t> FindAnchor(talvane::ByteView segment, const char* anchor) {
     for (std::size_t at = 0; at + kParagraph <= segment.size(); at += kParagraph)
         if (std::memcmp(segment.data() + at, anchor, std::strlen(anchor)) == 0) return at;
     return std::nullopt;
 }
 
-std::optional<std::uint32_t> TableAddress(ByteView segment) {
+std::optional<std::uint32_t> TableAddress(talvane::ByteView segment) {
     if (const auto smbios = FindAnchor(segment, "_SM_"))
-        return Le32(segment, *smbios + kSmbiosAddressAt);
-    if (const auto dmi = FindAnchor(segment, "_DMI")) return Le32(segment, *dmi + kDmiAddressAt);
+        return talvane::Le32(segment, *smbios + kSmbiosAddressAt);
+    if (const auto dmi = FindAnchor(segment, "_DMI"))
+        return talvane::Le32(segment, *dmi + kDmiAddressAt);
     return std::nullopt;
 }
 

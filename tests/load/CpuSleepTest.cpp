@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+//
+// The sleep of the processor load while signals come, in virtual time: this program is an agent
+// with a timer, whose clock stands still but for the library's sleeps.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "Talvane.h"
+#include "simulator/SimulatedServer.h"
+#include "simulator/machine/Machine.h"
+
+namespace {
+
+using std::chrono::seconds;
+using ::testing::ElementsAre;
+
+constexpr long long kSecond = 1'000'000'000;
+constexpr long long kMillisecond = 1'000'000;
+
+// Virtual time in nanoseconds, and when the agent's next signals come.
+long long now = 0;
+long long nextSignal = 0;  // 0: never
+long long period = 0;      // 0: once
+int fractionsWaitedFor = 0;
+
+// Sleeps until `end` or the next signal. Returns whether a signal came first.
+bool InterruptedBefore(long long end) {
+    if (nextSignal == 0 || nextSignal >= end) {
+        now = std::max(now, end);
+        return false;
+    }
+    now = nextSignal;
+    nextSignal = period == 0 ? 0 : nextSignal + period;
+    return true;
+}
+
+// As the C library's sleep: drops the fraction of what is left, and only errno tells an interrupted
+// last second from a whole one.
+unsigned VirtualSleep(unsigned length) {
+    const long long end = now + length * kSecond;
+    if (!InterruptedBefore(end)) return 0;
+    errno = EINTR;
+    return static_cast<unsigned>((end - now) / kSecond);
+}
+
+}  // namespace
+
+int clock_gettime(clockid_t clock, timespec* time) noexcept {
+    if (clock != CLOCK_MONOTONIC) return static_cast<int>(syscall(SYS_clock_gettime, clock, time));
+    time->tv_sec = static_cast<time_t>(now / kSecond);
+    time->tv_nsec = static_cast<long>(now % kSecond);
+    return 0;
+}
+
+int clock_nanosleep(clockid_t clock, int flags, const timespec* request, timespec*) {
+    EXPECT_EQ(clock, CLOCK_MONOTONIC);
+    EXPECT_EQ(flags, TIMER_ABSTIME);
+    ++fractionsWaitedFor;
+    return InterruptedBefore(request->tv_sec * kSecond + request->tv_nsec) ? EINTR : 0;
+}
+
+namespace {
+
+class CpuSleep : public ::testing::Test {
+protected:
+    CpuSleep() {
+        now = 17 * kSecond + 345 * kMillisecond;
+        nextSignal = 0;
+        fractionsWaitedFor = 0;
+        server.GetMachine().SleepBy(VirtualSleep);
+    }
+
+    void SignalAfter(long long time, long long every = 0) {
+        nextSignal = now + time;
+        period = every;
+    }
+
+    // Measures, and returns the virtual time that it took.
+    long long Measure(int interval) {
+        server.GetStat().SetText(server.Clock(), "cpu0 0 0 0 0\n");
+        server.GetStat().SetText(server.Clock() + seconds(interval), "cpu0 40 0 0 60\n");
+        const long long start = now;
+        CpuUsageRageInformation record{};
+        EXPECT_EQ(GetCpuUsageRate(interval, &record), 0);
+        EXPECT_EQ(record.UsageRate[0], 40);
+        return now - start;
+    }
+
+    std::vector<std::string> Sleeps() {
+        std::vector<std::string> sleeps;
+        for (const std::string& line : server.GetLog().Lines())
+            if (line.starts_with("sleep")) sleeps.push_back(line);
+        return sleeps;
+    }
+
+    sim::SimulatedServer server;
+};
+
+TEST_F(CpuSleep, WithoutASignalOneSleepIsTheInterval) {
+    EXPECT_EQ(Measure(5), 5 * kSecond);
+    EXPECT_THAT(Sleeps(), ElementsAre("sleep 5 -> 0"));
+    EXPECT_EQ(fractionsWaitedFor, 0);
+}
+
+TEST_F(CpuSleep, AfterASignalTheRestIsSleptToTheFraction) {
+    SignalAfter(2400 * kMillisecond);
+    EXPECT_EQ(Measure(5), 5 * kSecond);
+    EXPECT_THAT(Sleeps(), ElementsAre("sleep 5 -> 2", "sleep 2 -> 0"));
+    EXPECT_EQ(fractionsWaitedFor, 1);
+}
+
+TEST_F(CpuSleep, SignalInTheLastSecondIsNoticedThoughNoWholeSecondIsLeft) {
+    SignalAfter(300 * kMillisecond);
+    EXPECT_EQ(Measure(1), 1 * kSecond);
+    EXPECT_THAT(Sleeps(), ElementsAre("sleep 1 -> 0"));
+    EXPECT_EQ(fractionsWaitedFor, 1);
+}
+
+TEST_F(CpuSleep, TimerOfThreeMillisecondsDoesNotShortenTheInterval) {
+    SignalAfter(3 * kMillisecond, 3 * kMillisecond);
+    EXPECT_EQ(Measure(3), 3 * kSecond);
+    EXPECT_THAT(Sleeps(), ElementsAre("sleep 3 -> 2", "sleep 2 -> 1", "sleep 1 -> 0"));
+}
+
+TEST_F(CpuSleep, ErrnoIsLeftAlone) {
+    for (const long long signalAfter : {0LL, 300 * kMillisecond, 1300 * kMillisecond}) {
+        if (signalAfter != 0) SignalAfter(signalAfter);
+        errno = ENOTTY;
+        Measure(2);
+        EXPECT_EQ(errno, ENOTTY);
+    }
+}
+
+}  // namespace
