@@ -43,7 +43,7 @@ void SetVariable(const char* name, const std::string& value) {
 }
 
 // The dynamic linker takes a list, parted by blanks or colons and without any escape.
-void Preload(const std::string& library) {
+void AddPreload(const std::string& library) {
     if (library.find_first_of(": \t\n") != std::string::npos)
         throw std::runtime_error(library +
                                  ": cannot be preloaded from a path with blanks or colons");
@@ -53,7 +53,7 @@ void Preload(const std::string& library) {
     // AddressSanitizer insists on coming first in the list; here it need not, as every function
     // that the preload library interposes hands on to it.
     const char* const options = std::getenv("ASAN_OPTIONS");
-    setVariable("ASAN_OPTIONS",
+    SetVariable("ASAN_OPTIONS",
                 std::string(options != nullptr ? options : "") + ":verify_asan_link_order=0");
 #endif
 }
@@ -75,7 +75,7 @@ int RunOnMachine(const fs::path& machine, char* const argv[], const LaunchOption
     const fs::path library = FindPreloadLibrary();
     if (!options.logFile.empty()) RequireWritable(options.logFile);
 
-    Preload(library.string());
+    AddPreload(library.string());
     SetVariable(kMachineVariable, fs::absolute(machine).string());
     if (!options.logFile.empty()) SetVariable(kLogVariable, fs::absolute(options.logFile).string());
     if (!options.controlFile.empty())

@@ -25,8 +25,8 @@ public:
     }
 };
 
-int Run(const std::filesystem::path& machine, std::vector<std::string>& command,
-        const sim::LaunchOptions& options) {
+int RunCommand(const std::filesystem::path& machine, std::vector<std::string>& command,
+               const sim::LaunchOptions& options) {
     std::vector<char*> argv;
     for (std::string& word : command) argv.push_back(word.data());
     argv.push_back(nullptr);
@@ -69,5 +69,5 @@ int main(int argc, char** argv) {
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
-    return Run(machine, command, options);
+    return RunCommand(machine, command, options);
 }

@@ -26,7 +26,7 @@ namespace {
 }
 
 // Empty when it is not set.
-std::string ValueOf(const char* variable) {
+std::string VariableValue(const char* variable) {
     const char* const value = std::getenv(variable);
     return value != nullptr ? value : "";
 }
@@ -48,7 +48,8 @@ void LeaveEnvironment() {
 
 // The server and its log last as long as the process, through its last destructor. Static, so that
 // a leak checker finds them in use.
-void Start(const std::string& machine, const std::string& logFile, const std::string& controlFile) {
+void StartServer(const std::string& machine, const std::string& logFile,
+                 const std::string& controlFile) {
     static auto* const server = new sim::SimulatedServer(machine);
     if (!controlFile.empty()) sim::FollowControlFile(controlFile, server->GetBmc());
     if (std::getenv(sim::kRealTimeVariable) != nullptr)
@@ -63,7 +64,8 @@ void Start(const std::string& machine, const std::string& logFile, const std::st
     const char* const machine = std::getenv(sim::kMachineVariable);
     if (machine == nullptr) return;
     try {
-        Start(machine, ValueOf(sim::kLogVariable), ValueOf(sim::kControlVariable));
+        StartServer(machine, VariableValue(sim::kLogVariable),
+                    VariableValue(sim::kControlVariable));
     } catch (const std::exception& error) {
         GiveUp(error.what());
     }

@@ -42,8 +42,8 @@ struct BmcRequest {
     std::string Text() const;
 
     // For people: "Get SDR 0x0003", and "64 bytes, next 0x0004".
-    std::string Asked() const;
-    std::string Answered() const;
+    std::string DescribeRequest() const;
+    std::string DescribeResponse() const;
 };
 
 // In the order of the threshold masks.
@@ -175,12 +175,13 @@ private:
     struct Command {
         std::uint8_t netFn;
         std::uint8_t command;
-        std::size_t leastData;
+        std::size_t minData;
         const char* name;
         Reply (Bmc::*run)(const Bytes& data);
-        std::string (*asked)(const Bytes& data);  // for people; null when there are no data
-        std::size_t leastResponse;
-        std::string (*answered)(const Bytes& response);  // null when there is no response
+        std::string (*describeRequest)(
+            const Bytes& data);  // for people; null when there are no data
+        std::size_t minResponse;
+        std::string (*describeResponse)(const Bytes& response);  // null when there is no response
     };
     struct SensorState {
         BmcTimeline timeline;
@@ -202,8 +203,8 @@ private:
 
     Reply Execute(const BmcRequest& request);
     void CarryOut(BmcRequest& request);
-    std::optional<BmcFault> Strike(const BmcRequest& request);
-    void AnswerWith(const BmcFault& fault, BmcRequest& request);
+    std::optional<BmcFault> TakeFaultFor(const BmcRequest& request);
+    void AnswerWithFault(const BmcFault& fault, BmcRequest& request);
     std::optional<Shown> ShownNow(std::uint8_t sensor);
     Reply GetDeviceId(const Bytes& data);
     Reply ResetWatchdog(const Bytes& data);

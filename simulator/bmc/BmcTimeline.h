@@ -29,9 +29,9 @@ struct BmcTimeline {
 template <typename Value>
 std::optional<Value> ValueAt(const std::map<std::chrono::seconds, Value>& timeline,
                              std::chrono::seconds now) {
-    const auto behind = timeline.upper_bound(now);
-    if (behind == timeline.begin()) return std::nullopt;
-    return std::prev(behind)->second;
+    const auto next = timeline.upper_bound(now);
+    if (next == timeline.begin()) return std::nullopt;
+    return std::prev(next)->second;
 }
 
 }  // namespace sim

@@ -10,7 +10,7 @@
 #include <sstream>
 
 #include "simulator/bmc/Bmc.h"
-#include "simulator/description/BmcSensorStatements.h"
+#include "simulator/description/BmcReadingStatements.h"
 #include "simulator/description/MachineError.h"
 #include "simulator/description/MachineLine.h"
 

@@ -79,7 +79,7 @@ std::span<const MachineStatement> SmbiosStatements();
 std::span<const MachineStatement> DeviceStatements();
 std::span<const MachineStatement> BmcStatements();
 std::span<const MachineStatement> BmcRecordStatements();
-std::span<const MachineStatement> BmcSensorStatements();
+std::span<const MachineStatement> BmcReadingStatements();
 std::span<const MachineStatement> BmcFaultStatements();
 std::span<const MachineStatement> PciStatements();
 std::span<const MachineStatement> DriveStatements();

@@ -78,29 +78,29 @@ void MachineLine::Fail(const std::string& message) const {
     throw MachineError(file_ + ":" + std::to_string(number_) + ": " + message);
 }
 
-const MachineLine::Token& MachineLine::Take(const char* what) {
-    if (!More()) Fail(std::string(what) + " is missing");
+const MachineLine::Token& MachineLine::TakeToken(const char* what) {
+    if (!HasMore()) Fail(std::string(what) + " is missing");
     return words_[next_++];
 }
 
-std::string MachineLine::Word(const char* what) {
-    const Token& word = Take(what);
+std::string MachineLine::TakeWord(const char* what) {
+    const Token& word = TakeToken(what);
     if (word.quoted) Fail(std::string(what) + " takes no quotes");
     return word.text;
 }
 
-std::string MachineLine::Text(const char* what) {
-    const Token& word = Take(what);
+std::string MachineLine::TakeText(const char* what) {
+    const Token& word = TakeToken(what);
     if (!word.quoted) Fail(std::string(what) + " must be in double quotes");
     if (word.text.empty()) Fail(std::string(what) + " is empty");
     return word.text;
 }
 
-std::string MachineLine::Name(const char* what) {
-    return QuotedNext() ? Text(what) : Word(what);
+std::string MachineLine::TakeName(const char* what) {
+    return IsNextQuoted() ? TakeText(what) : TakeWord(what);
 }
 
-std::uint64_t MachineLine::Parse(const std::string& digits, const char* what) const {
+std::uint64_t MachineLine::ParseNumber(const std::string& digits, const char* what) const {
     const bool hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
     const char* const begin = digits.data() + (hexadecimal ? 2 : 0);
     const char* const end = digits.data() + digits.size();
@@ -113,19 +113,19 @@ std::uint64_t MachineLine::Parse(const std::string& digits, const char* what) co
     return value;
 }
 
-std::uint32_t MachineLine::Number(const char* what, std::uint32_t max) {
-    const std::string digits = Word(what);
-    const std::uint64_t value = Parse(digits, what);
+std::uint32_t MachineLine::TakeNumber(const char* what, std::uint32_t max) {
+    const std::string digits = TakeWord(what);
+    const std::uint64_t value = ParseNumber(digits, what);
     if (value > max) Fail(std::string(what) + " " + digits + " is above " + std::to_string(max));
     return static_cast<std::uint32_t>(value);
 }
 
-std::uint8_t MachineLine::Byte(const char* what, std::uint8_t max) {
-    return static_cast<std::uint8_t>(Number(what, max));
+std::uint8_t MachineLine::TakeByte(const char* what, std::uint8_t max) {
+    return static_cast<std::uint8_t>(TakeNumber(what, max));
 }
 
-int MachineLine::Integer(const char* what, int min, int max) {
-    const std::string text = Word(what);
+int MachineLine::TakeInteger(const char* what, int min, int max) {
+    const std::string text = TakeWord(what);
     int value = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
@@ -137,8 +137,8 @@ int MachineLine::Integer(const char* what, int min, int max) {
     return value;
 }
 
-std::uint64_t MachineLine::Size(const char* what, std::uint64_t max) {
-    std::string digits = Word(what);
+std::uint64_t MachineLine::TakeSize(const char* what, std::uint64_t max) {
+    std::string digits = TakeWord(what);
     const std::string given = digits;
     unsigned shift = 0;
     switch (digits.back()) {
@@ -155,14 +155,14 @@ std::uint64_t MachineLine::Size(const char* what, std::uint64_t max) {
             break;
     }
     if (shift != 0) digits.pop_back();
-    const std::uint64_t value = Parse(digits, what);
+    const std::uint64_t value = ParseNumber(digits, what);
     if (value == 0 || value > max >> shift)
         Fail(std::string(what) + " " + given + " is not between 1 and " + std::to_string(max));
     return value << shift;
 }
 
-std::uint8_t MachineLine::HexByte(const char* what) {
-    const std::string digits = Word(what);
+std::uint8_t MachineLine::TakeHexByte(const char* what) {
+    const std::string digits = TakeWord(what);
     unsigned value = 0;
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, value, 16);
@@ -171,20 +171,20 @@ std::uint8_t MachineLine::HexByte(const char* what) {
     return static_cast<std::uint8_t>(value);
 }
 
-void MachineLine::Expect(std::string_view literal) {
+void MachineLine::ExpectWord(std::string_view literal) {
     const std::string what = "the word \"" + std::string(literal) + "\"";
-    const std::string found = Word(what.c_str());
+    const std::string found = TakeWord(what.c_str());
     if (found != literal) Fail(what + " was expected, not \"" + found + "\"");
 }
 
 bool MachineLine::TakeIf(std::string_view literal) {
-    if (!More() || words_[next_].quoted || words_[next_].text != literal) return false;
+    if (!HasMore() || words_[next_].quoted || words_[next_].text != literal) return false;
     ++next_;
     return true;
 }
 
-void MachineLine::End() const {
-    if (More()) Fail("nothing may follow here, but \"" + words_[next_].text + "\" does");
+void MachineLine::ExpectEnd() const {
+    if (HasMore()) Fail("nothing may follow here, but \"" + words_[next_].text + "\" does");
 }
 
 }  // namespace sim

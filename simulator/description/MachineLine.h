@@ -18,30 +18,32 @@ public:
     // \xHH; what follows # outside of it is a comment.
     MachineLine(std::string file, int number, std::string_view text);
 
-    int Number() const { return number_; }
-    bool More() const { return next_ < words_.size(); }
+    int LineNumber() const { return number_; }
+    bool HasMore() const { return next_ < words_.size(); }
 
     // The next word, which must be there; `what` names it in the complaint.
-    std::string Word(const char* what);
-    std::string Text(const char* what);                         // in quotes, not empty
-    std::string Name(const char* what);                         // in quotes or without
-    std::uint32_t Number(const char* what, std::uint32_t max);  // decimal, or hexadecimal with 0x
-    std::uint8_t Byte(const char* what, std::uint8_t max = 0xFF);  // the same, of 8 bits
-    int Integer(const char* what, int min, int max);               // decimal, may be negative
-    std::uint64_t Size(const char* what, std::uint64_t max);  // a number with K, M or G behind it
-    std::uint8_t HexByte(const char* what);                   // one or two hexadecimal digits
+    std::string TakeWord(const char* what);
+    std::string TakeText(const char* what);  // in quotes, not empty
+    std::string TakeName(const char* what);  // in quotes or without
+    std::uint32_t TakeNumber(const char* what,
+                             std::uint32_t max);  // decimal, or hexadecimal with 0x
+    std::uint8_t TakeByte(const char* what, std::uint8_t max = 0xFF);  // the same, of 8 bits
+    int TakeInteger(const char* what, int min, int max);               // decimal, may be negative
+    std::uint64_t TakeSize(const char* what,
+                           std::uint64_t max);   // a number with K, M or G behind it
+    std::uint8_t TakeHexByte(const char* what);  // one or two hexadecimal digits
 
     // The next word is this one.
-    void Expect(std::string_view literal);
+    void ExpectWord(std::string_view literal);
 
     // Takes the next word when it is this one.
     bool TakeIf(std::string_view literal);
 
     // Whether the next word is quoted.
-    bool QuotedNext() const { return More() && words_[next_].quoted; }
+    bool IsNextQuoted() const { return HasMore() && words_[next_].quoted; }
 
     // The statement ends here.
-    void End() const;
+    void ExpectEnd() const;
 
     [[noreturn]] void Fail(const std::string& message) const;
 
@@ -50,9 +52,9 @@ private:
         std::string text;
         bool quoted;
     };
-    const Token& Take(const char* what);
+    const Token& TakeToken(const char* what);
     std::size_t TakeQuoted(std::string_view text, std::size_t at);
-    std::uint64_t Parse(const std::string& digits, const char* what) const;
+    std::uint64_t ParseNumber(const std::string& digits, const char* what) const;
 
     std::string file_;
     int number_;

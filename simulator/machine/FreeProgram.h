@@ -21,7 +21,7 @@ public:
     bool IsRunBy(const char* command) const;
 
     // The command for a shell that finds this program before the real one.
-    std::string Before(const char* command) const;
+    std::string DefineBefore(const char* command) const;
 
 private:
     std::string text_;

@@ -28,14 +28,14 @@ public:
     int MakeDescriptor(const char*) const override { return descriptor_; }
 
     Answer Read(void* out, std::size_t size) override {
-        return OfSystemCall(syscall(SYS_read, descriptor_, out, size));
+        return AnswerFromSystemCall(syscall(SYS_read, descriptor_, out, size));
     }
 
     Answer Seek(std::int64_t offset, int whence) override {
         std::int64_t position = 0;
-        const Answer moved =
-            OfSystemCall(syscall(SYS__llseek, descriptor_, static_cast<std::uint32_t>(offset >> 32),
-                                 static_cast<std::uint32_t>(offset), &position, whence));
+        const Answer moved = AnswerFromSystemCall(
+            syscall(SYS__llseek, descriptor_, static_cast<std::uint32_t>(offset >> 32),
+                    static_cast<std::uint32_t>(offset), &position, whence));
         return moved.Ok() ? Answer{position} : moved;
     }
 
@@ -53,7 +53,7 @@ public:
     }
 
 private:
-    static Answer OfSystemCall(long result) {
+    static Answer AnswerFromSystemCall(long result) {
         return result < 0 ? Answer::Failed(errno) : Answer{result};
     }
 

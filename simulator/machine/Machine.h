@@ -18,8 +18,8 @@
 
 #include "simulator/base/AccessLog.h"
 #include "simulator/bmc/Bmc.h"
+#include "simulator/machine/CallFaults.h"
 #include "simulator/machine/Device.h"
-#include "simulator/machine/Faults.h"
 #include "simulator/machine/FreeProgram.h"
 #include "simulator/machine/PciBus.h"
 #include "simulator/machine/PhysicalMemory.h"
@@ -39,7 +39,7 @@ public:
 
     PhysicalMemory& GetMemory() { return memory_; }
     AccessLog& GetLog() { return log_; }
-    Faults& GetFaults() { return faults_; }
+    CallFaults& GetFaults() { return faults_; }
     PortMap& Ports() { return ports_; }
     PciBus& GetPci() { return *pci_; }
     FreeProgram& GetFreeProgram() { return free_; }
@@ -89,7 +89,7 @@ public:
     void PortOut(std::uint16_t port, unsigned width, std::uint32_t value);
 
     // An allocation of the observed library; whether it is to fail.
-    bool Allocate();
+    bool AllocationFails();
     std::size_t Allocations() const { return allocations_; }
 
 private:
@@ -102,14 +102,14 @@ private:
 
     Answer FindDirectory(const std::string& path) const;
     OpenedFile* Find(int descriptor);
-    std::optional<Answer> NotOpen(Caller caller, const std::string& call);
+    std::optional<Answer> RefuseUnopened(Caller caller, const std::string& call);
     Answer OpenPath(const std::string& path, int flags);
-    Answer Logged(std::string call, std::string what, Answer answer, std::string shown);
+    Answer LogAnswer(std::string call, std::string what, Answer answer, std::string shown);
     void RequirePrivilege(const std::string& instruction) const;
 
     PhysicalMemory memory_;
     AccessLog log_;
-    Faults faults_;
+    CallFaults faults_;
     PortMap ports_;
     std::shared_ptr<PciBus> pci_ = std::make_shared<PciBus>();
     std::shared_ptr<ProcStat> stat_;

@@ -28,7 +28,7 @@ Answer Machine::SetPrivilege(int level) {
         answer = Answer::Failed(EINVAL);
     else
         privilege_ = level;
-    return Logged("iopl", std::to_string(level), answer, "0");
+    return LogAnswer("iopl", std::to_string(level), answer, "0");
 }
 
 // A fault means an interrupted sleep: the seconds left are returned, here all of them.
@@ -36,13 +36,13 @@ Answer Machine::Sleep(unsigned seconds) {
     const std::optional<int> fault = faults_.Enter("sleep");
     const unsigned left = fault ? seconds : sleeper_ != nullptr ? sleeper_(seconds) : 0;
     clock_ += std::chrono::seconds(seconds - left);
-    return Logged("sleep", std::to_string(seconds), {left}, std::to_string(left));
+    return LogAnswer("sleep", std::to_string(seconds), {left}, std::to_string(left));
 }
 
 void Machine::RequirePrivilege(const std::string& instruction) const {
     if (privilege_ < kPortPrivilege)
-        Violation(instruction + " at I/O privilege level " + std::to_string(privilege_) +
-                  ", which needs iopl(3)");
+        AbortOnViolation(instruction + " at I/O privilege level " + std::to_string(privilege_) +
+                         ", which needs iopl(3)");
 }
 
 std::uint32_t Machine::PortIn(std::uint16_t port, unsigned width) {
@@ -51,7 +51,7 @@ std::uint32_t Machine::PortIn(std::uint16_t port, unsigned width) {
     (void)faults_.Enter("in");  // runs the action that waits for it; instructions do not fail
     RequirePrivilege(instruction);
     PortDevice* const device = ports_.Find(port, width);
-    if (device == nullptr) Violation(instruction + ", which this machine does not have");
+    if (device == nullptr) AbortOnViolation(instruction + ", which this machine does not have");
     const std::uint32_t value = device->In(port, width);
     log_.Add({"in", what, Hex(value)});
     return value;
@@ -64,7 +64,7 @@ void Machine::PortOut(std::uint16_t port, unsigned width, std::uint32_t value) {
     (void)faults_.Enter("out");
     RequirePrivilege(instruction);
     PortDevice* const device = ports_.Find(port, width);
-    if (device == nullptr) Violation(instruction + ", which this machine does not have");
+    if (device == nullptr) AbortOnViolation(instruction + ", which this machine does not have");
     device->Out(port, width, value);
     log_.Add({"out", what, "ok"});
 }

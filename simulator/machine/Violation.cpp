@@ -10,7 +10,7 @@
 
 namespace sim {
 
-void Violation(const std::string& what) {
+void AbortOnViolation(const std::string& what) {
     std::fprintf(stderr, "simulated server: %s\n", what.c_str());
     std::abort();
 }

@@ -9,7 +9,7 @@
 namespace sim {
 
 // Says "simulated server: WHAT" on standard error and aborts.
-[[noreturn]] void Violation(const std::string& what);
+[[noreturn]] void AbortOnViolation(const std::string& what);
 
 }  // namespace sim
 

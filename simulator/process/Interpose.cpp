@@ -28,7 +28,7 @@ using sim::Answer;
 using sim::Interposition;
 using sim::Machine;
 
-Machine* active = nullptr;
+Machine* activeMachine = nullptr;
 
 // errno as libc leaves it: set by a failure, untouched by success.
 class ErrnoGuard {
@@ -50,10 +50,10 @@ private:
 
 // Asks the machine; without a machine or an answer of it, the real function.
 template <typename Result, typename Ask, typename Real>
-Result AnswerOr(Ask ask, Real real) {
-    if (active != nullptr) {
+Result AskMachineOr(Ask ask, Real real) {
+    if (activeMachine != nullptr) {
         ErrnoGuard guard;
-        if (const std::optional<Answer> answer = ask(*active); answer.has_value())
+        if (const std::optional<Answer> answer = ask(*activeMachine); answer.has_value())
             return guard.Finish<Result>(*answer);
     }
     return real();
@@ -66,13 +66,13 @@ mode_t ModeOf(int flags, std::va_list arguments) {
 }
 
 int OpenAs(const char* name, const void* caller, const char* path, int flags, mode_t mode) {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
         [&] { return sim::RealFunction<int(const char*, int, ...)>(name)(path, flags, mode); });
 }
 
 int OpenCheckedAs(const char* name, const void* caller, const char* path, int flags) {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
         [&] { return sim::RealFunction<int(const char*, int)>(name)(path, flags); });
 }
@@ -80,7 +80,7 @@ int OpenCheckedAs(const char* name, const void* caller, const char* path, int fl
 // Relative to a directory only for a relative path, and no machine path is relative.
 int OpenAtAs(const char* name, const void* caller, int directory, const char* path, int flags,
              mode_t mode) {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
         [&] {
             return sim::RealFunction<int(int, const char*, int, ...)>(name)(directory, path, flags,
@@ -90,7 +90,7 @@ int OpenAtAs(const char* name, const void* caller, int directory, const char* pa
 
 template <typename Offset>
 Offset SeekAs(const char* name, const void* caller, int descriptor, Offset offset, int whence) {
-    return AnswerOr<Offset>(
+    return AskMachineOr<Offset>(
         [&](Machine& machine) {
             return machine.Seek(sim::ObservedCaller(caller), descriptor, offset, whence);
         },
@@ -101,7 +101,7 @@ Offset SeekAs(const char* name, const void* caller, int descriptor, Offset offse
 
 int IoctlAs(const char* name, const void* caller, int descriptor, unsigned long request,
             void* argument) {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
             return machine.Ioctl(sim::ObservedCaller(caller), descriptor, request, argument);
         },
@@ -126,17 +126,17 @@ DIR* EmptyDirectory() {
 namespace sim {
 
 Interposition::Interposition(Machine& machine) {
-    if (active != nullptr) throw std::logic_error("one simulated server at a time");
+    if (activeMachine != nullptr) throw std::logic_error("one simulated server at a time");
     LinkInterposedAllocations();
-    active = &machine;
+    activeMachine = &machine;
 }
 
 Interposition::~Interposition() {
-    active = nullptr;
+    activeMachine = nullptr;
 }
 
 Machine* Interposition::GetMachine() {
-    return active;
+    return activeMachine;
 }
 
 }  // namespace sim
@@ -195,7 +195,7 @@ off64_t lseek64(int descriptor, off64_t offset, int whence) noexcept {
 
 ssize_t read(int descriptor, void* out, size_t size) {
     const void* const caller = CALLER;
-    return AnswerOr<ssize_t>(
+    return AskMachineOr<ssize_t>(
         [&](Machine& machine) {
             return machine.Read(sim::ObservedCaller(caller), descriptor, out, size);
         },
@@ -206,7 +206,7 @@ ssize_t read(int descriptor, void* out, size_t size) {
 
 ssize_t __read_chk(int descriptor, void* out, size_t size, size_t room) {
     const void* const caller = CALLER;
-    return AnswerOr<ssize_t>(
+    return AskMachineOr<ssize_t>(
         [&](Machine& machine) -> std::optional<Answer> {
             if (size > room) return std::nullopt;  // libc ends the program, with its own message
             return machine.Read(sim::ObservedCaller(caller), descriptor, out, size);
@@ -219,7 +219,7 @@ ssize_t __read_chk(int descriptor, void* out, size_t size, size_t room) {
 
 int close(int descriptor) {
     const void* const caller = CALLER;
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return machine.Close(sim::ObservedCaller(caller), descriptor); },
         [&] { return sim::RealFunction<int(int)>("close")(descriptor); });
 }
@@ -243,10 +243,10 @@ int __ioctl_time64(int descriptor, unsigned long request, ...) {
 
 DIR* opendir(const char* path) {
     const void* const caller = CALLER;
-    if (active != nullptr) {
+    if (activeMachine != nullptr) {
         ErrnoGuard guard;
         const std::optional<Answer> answer =
-            active->OpenDirectory(sim::ObservedCaller(caller), path);
+            activeMachine->OpenDirectory(sim::ObservedCaller(caller), path);
         if (answer && !answer->Ok()) {
             (void)guard.Finish<int>(*answer);
             return nullptr;
@@ -256,7 +256,7 @@ DIR* opendir(const char* path) {
             if (handle == nullptr)
                 (void)guard.Finish<int>(Answer::Failed(errno));
             else
-                active->DirectoryOpened(handle, path);
+                activeMachine->DirectoryOpened(handle, path);
             return handle;
         }
     }
@@ -265,7 +265,7 @@ DIR* opendir(const char* path) {
 
 int closedir(DIR* directory) {
     const void* const caller = CALLER;
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
             const std::optional<Answer> answer =
                 machine.CloseDirectory(sim::ObservedCaller(caller), directory);
@@ -276,20 +276,20 @@ int closedir(DIR* directory) {
 }
 
 int iopl(int level) noexcept {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return std::optional(machine.SetPrivilege(level)); },
         [&] { return sim::RealFunction<int(int)>("iopl")(level); });
 }
 
 unsigned sleep(unsigned seconds) {
-    return AnswerOr<unsigned>(
+    return AskMachineOr<unsigned>(
         [&](Machine& machine) { return std::optional(machine.Sleep(seconds)); },
         [&] { return sim::RealFunction<unsigned(unsigned)>("sleep")(seconds); });
 }
 
 int system(const char* command) {
     const void* const caller = CALLER;
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
             return machine.System(sim::ObservedCaller(caller), command,
                                   sim::RealFunction<int(const char*)>("system"));

@@ -55,7 +55,7 @@ TEST_F(BmcFaults, TheDriversCallFails) {
     const sim::BmcRequest failed = Read(1);
     EXPECT_EQ(failed.error, EBUSY);
     EXPECT_EQ(failed.response, Bytes{});
-    EXPECT_EQ(failed.Answered(), "-1 EBUSY");
+    EXPECT_EQ(failed.DescribeResponse(), "-1 EBUSY");
     EXPECT_EQ(Read(1).error, 0) << "once";
 }
 
@@ -73,7 +73,7 @@ TEST_F(BmcFaults, AResponseIsEmpty) {
     const sim::BmcRequest empty = Read(1);
     EXPECT_EQ(empty.response, Bytes{});
     EXPECT_EQ(empty.completion, 0);
-    EXPECT_EQ(empty.Answered(), "0 bytes");
+    EXPECT_EQ(empty.DescribeResponse(), "0 bytes");
 }
 
 TEST_F(BmcFaults, AResponseIsStale) {
@@ -89,7 +89,7 @@ TEST_F(BmcFaults, ARequestIsRefusedAndNotCarriedOut) {
     const sim::BmcRequest refused = Send(4, 0x26, {1, 0x3F, 9, 9, 9, 9, 9, 9});
     EXPECT_EQ(refused.completion, 0xC0);
     EXPECT_EQ(bmc.Thresholds(1).values[0], 1);
-    EXPECT_EQ(refused.Answered(), "refused, 0xC0 busy");
+    EXPECT_EQ(refused.DescribeResponse(), "refused, 0xC0 busy");
 }
 
 TEST_F(BmcFaults, SeveralWaitAlongside) {

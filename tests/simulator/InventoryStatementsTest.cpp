@@ -252,18 +252,18 @@ TEST_F(Inventory, TimelineThatStartsLaterFollowsTheRates) {
 TEST_F(Inventory, MachineThatSaysNothingHasOneIdleProcessorAndFreeMemory) {
     Load("memory 512M");
     EXPECT_EQ(Content("/proc/stat"), "cpu  0 0 0 100000\ncpu0 0 0 0 100000\n");
-    EXPECT_THAT(machine.GetFreeProgram().Before("free"),
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"),
                 HasSubstr("Mem:        524288          0"));
 }
 
 TEST_F(Inventory, FreePrintsWhatItIsTold) {
     Load("free total 1000 used 250");
-    EXPECT_THAT(machine.GetFreeProgram().Before("free"),
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"),
                 HasSubstr("Mem:          1000        250        750"));
     const MachineFolder folder("free output");
     folder.Write("output", "Mem: 1 2 3");
     LoadMachine(folder.path, machine);
-    EXPECT_THAT(machine.GetFreeProgram().Before("free"), HasSubstr("\nMem: 1 2 3\n"));
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"), HasSubstr("\nMem: 1 2 3\n"));
 }
 
 TEST_F(Inventory, LoadThatCannotBeIsRefused) {

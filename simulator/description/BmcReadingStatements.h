@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The statements about what sensors show, shared by machine descriptions and control files.
-#ifndef TALVANE_SIMULATOR_DESCRIPTION_BMCSENSORSTATEMENTS_H
-#define TALVANE_SIMULATOR_DESCRIPTION_BMCSENSORSTATEMENTS_H
+#ifndef TALVANE_SIMULATOR_DESCRIPTION_BMCREADINGSTATEMENTS_H
+#define TALVANE_SIMULATOR_DESCRIPTION_BMCREADINGSTATEMENTS_H
 
 #include <cstdint>
 #include <map>

@@ -2,8 +2,8 @@
 //
 // Calls that are to fail, and actions to run inside them. Counts run from the moment a fault is
 // asked for; each fault strikes once.
-#ifndef TALVANE_SIMULATOR_MACHINE_FAULTS_H
-#define TALVANE_SIMULATOR_MACHINE_FAULTS_H
+#ifndef TALVANE_SIMULATOR_MACHINE_CALLFAULTS_H
+#define TALVANE_SIMULATOR_MACHINE_CALLFAULTS_H
 
 #include <cstddef>
 #include <list>
@@ -13,7 +13,7 @@
 
 namespace sim {
 
-class Faults {
+class CallFaults {
 public:
     // std::invalid_argument for calls that the server does not answer and for nth below 1.
     void Fail(std::string_view call, int nth, int error);
