@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Program lookup, and the few fields of an ELF file that matter here.
+// Looks programs up in PATH and reads the few fields of an ELF file that matter here.
 
 #include "simulator/ProgramFile.h"
 

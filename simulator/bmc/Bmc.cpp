@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// How a request comes to its answer, and how it is logged.
+// Answers a request and logs it.
 
 #include "simulator/bmc/Bmc.h"
 

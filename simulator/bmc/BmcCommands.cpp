@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The commands that the controller knows, and how the log tells of them: what was asked and what
-// was answered, in a few words each.
+// The table of the commands that the controller knows, and the few words by which the log describes
+// each request and each response.
 
 #include <cstdio>
 
@@ -76,7 +76,7 @@ std::string DescribeChannel(const Bytes& response) {
     return FormatText("medium %u, protocol %u", response[1], response[2]);
 }
 
-// The password itself stays out of it.
+// Without the password itself.
 std::string DescribeUser(const Bytes& data) {
     return FormatText("user %u, operation %u", data[0] & 0x3Fu, data[1] & 0x03u);
 }
@@ -121,7 +121,7 @@ std::string DescribeRecord(const Bytes& response) {
     return FormatText("%zu bytes, next 0x%04X", response.size() - 2, WordAt(response, 0));
 }
 
-// IPMI 2.0, 5.2 and the commands' own.
+// Completion codes: the generic ones of IPMI 2.0, 5.2, and those of single commands.
 std::string DescribeRefusal(std::uint8_t completion) {
     struct Meaning {
         std::uint8_t code;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Requests that are not answered as they should be.
+// Faults of the controller: requests that it does not answer as it should.
 
 #include <algorithm>
 #include <stdexcept>
@@ -24,8 +24,8 @@ void Bmc::Inject(std::string_view command, BmcFault::Kind kind, unsigned value, 
     throw std::invalid_argument("the controller knows no command \"" + std::string(command) + "\"");
 }
 
-// The fault that this request meets: counts it for each that waits for its command, and drops the
-// ones whose request it is.
+// Counts the request for every fault that waits for its command. Returns the first fault that is
+// due and drops all that are due and strike once.
 std::optional<BmcFault> Bmc::TakeFaultFor(const BmcRequest& request) {
     std::optional<BmcFault> met;
     for (auto fault = faults_.begin(); fault != faults_.end();) {

@@ -29,8 +29,8 @@ void Bmc::AddRecord(Bytes record, bool keepId, BmcRecordQuirks quirks) {
         record[1] = High(id);
     }
     const auto id = static_cast<std::uint16_t>(RecordId(record));
-    constexpr std::uint16_t kEnd = 0xFFFF;  // in place of the ID behind the last record's
-    if (id == kEnd) throw std::invalid_argument("0xFFFF is no ID of a record");
+    constexpr std::uint16_t kEnd = 0xFFFF;  // named as the next record after the last one
+    if (id == kEnd) throw std::invalid_argument("0xFFFF marks the end and is not a record ID");
     if (HasRecord(id))
         throw std::invalid_argument("the repository has a record " + Hex(id) + " already");
     constexpr std::size_t kNumber = 7;
@@ -54,7 +54,7 @@ void Bmc::LoadRepository(std::span<const std::uint8_t> dump) {
         const std::size_t size =
             dump.size() < SdrRecord::kHeaderSize ? 0 : SdrRecord::kHeaderSize + dump[4];
         if (size == 0 || size > dump.size())
-            throw std::runtime_error("no dump of a sensor data record repository");
+            throw std::runtime_error("not a dump of a sensor data record repository");
         AddRecord(Bytes(dump.begin(), dump.begin() + static_cast<std::ptrdiff_t>(size)), true);
         dump = dump.subspan(size);
     }

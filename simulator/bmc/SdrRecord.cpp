@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Where the fields of a full sensor record lie.
+// The offsets of the fields in a full sensor record (IPMI 2.0, 43.1).
 
 #include "simulator/bmc/SdrRecord.h"
 

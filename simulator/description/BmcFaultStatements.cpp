@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The statement about requests that are not answered as they should be: fault.
+// The statement about requests that the controller does not answer as it should: fault.
 
 #include "simulator/base/CallText.h"
 #include "simulator/description/MachineDraft.h"
@@ -11,7 +11,7 @@ namespace {
 constexpr std::uint32_t kMaxRequests = 1000000;
 constexpr std::uint32_t kMaxResponse = 256;
 
-// What the driver's call can fail with.
+// The errors with which the driver's call can fail.
 constexpr int kRequestErrors[] = {EIO, EBUSY, EAGAIN, EINTR, ENODEV, ETIMEDOUT};
 
 unsigned TakeRequestError(MachineLine& line) {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The statements about what sensors show: readings and states over time, thresholds, and the file
-// that changes them.
+// The statements about what sensors show: reading, states, thresholds, and control, which names the
+// file that changes readings and states. The sensor statement itself is in BmcRecordStatements.cpp.
 
 #include "simulator/description/BmcReadingStatements.h"
 
@@ -13,7 +13,7 @@
 namespace sim {
 namespace {
 
-// "at SECOND", the beginning when it is not there.
+// Takes "at SECOND" off the line; the moment is 0 when the line does not go on with it.
 std::chrono::seconds TakeMoment(MachineLine& line) {
     if (!line.TakeIf("at")) return {};
     return std::chrono::seconds(line.TakeNumber("the second", std::numeric_limits<int>::max()));
@@ -43,7 +43,7 @@ void ReadThresholds(MachineLine& line, MachineDraft& draft) {
         line.Fail("the sensor has thresholds already");
 }
 
-// The file need not be there: a person writes it when something is to change.
+// The file need not exist: a person writes it when something is to change.
 void ReadControl(MachineLine& line, MachineDraft& draft) {
     const std::string name = line.TakeName("the file name");
     BmcDraft& bmc = ControllerOf(line, draft);

@@ -12,11 +12,11 @@
 
 namespace sim {
 
-// What stands behind the words `reading` and `states`.
+// Read the rest of a line that begins with `reading` or `states`.
 void ReadReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
 void ReadStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
 
-// A whole line of a control file: one of these statements, or nothing.
+// Reads a whole line of a control file: one of these statements, or an empty line.
 void ReadTimelineLine(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
 
 }  // namespace sim

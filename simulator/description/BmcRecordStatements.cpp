@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The statements about the repository: sensors' records field by field, records of other kinds and
-// dumps, and what can be wrong with them.
+// The statements about the sensor data record repository: sdr, record, repository, and sensor with
+// its field statements. What sensors show is in BmcReadingStatements.cpp.
 
 #include <exception>
 
@@ -29,14 +29,14 @@ void ReadSensor(MachineLine& line, MachineDraft& draft) {
     bmc.sensorIsLast = true;
 }
 
-// A record of another kind than a sensor's: its type, and the bytes behind the header.
+// A record of another type than a sensor's: its type, and the bytes after the header.
 void ReadOtherRecord(MachineLine& line, MachineDraft& draft) {
     constexpr std::uint8_t kVersion = 0x51;
     constexpr std::size_t kMax = 0xFF;
     Bytes bytes{0, 0, kVersion, line.TakeByte("the record type"), 0};
     while (line.HasMore()) bytes.push_back(line.TakeHexByte("the byte"));
     const std::size_t length = bytes.size() - SdrRecord::kHeaderSize;
-    if (length > kMax) line.Fail("a record has at most 255 bytes behind its header");
+    if (length > kMax) line.Fail("a record has at most 255 bytes after its header");
     bytes[4] = static_cast<std::uint8_t>(length);
     BmcDraft& bmc = ControllerOf(line, draft);
     bmc.sensorIsLast = false;
@@ -62,14 +62,14 @@ void ReadRepository(MachineLine& line, MachineDraft& draft) {
         line.Fail("what follows the record was given already");
 }
 
-// The sensor's record that a field statement belongs to.
+// The sensor record that a field statement belongs to.
 RecordDraft& LastSensorRecord(const char* word, MachineLine& line, MachineDraft& draft) {
     BmcDraft& bmc = ControllerOf(line, draft);
     if (!bmc.sensorIsLast) line.Fail(std::string(word) + " belongs to a sensor, and there is none");
     return bmc.records.back();
 }
 
-// The same, each field once.
+// The same for a field that may be given only once.
 SdrRecord& SensorField(const char* word, MachineLine& line, MachineDraft& draft) {
     RecordDraft& last = LastSensorRecord(word, line, draft);
     const auto [before, isNew] = last.fields.emplace(word, line.LineNumber());

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The statements about the management controller itself: its interfaces, inventory, channels and
-// watchdog; and how all that was said of it becomes one.
+// The statements about the management controller itself: bmc, inventory, channel, watchdog. Also
+// builds the controller from everything that a description says about it.
 
 #include <exception>
 
@@ -58,7 +58,7 @@ void ReadChannel(MachineLine& line, MachineDraft& draft) {
         line.Fail("the controller has this channel already");
 }
 
-// A timer that something else than the program set, at the machine's start.
+// A watchdog that firmware sets when the machine starts, or that cannot be stopped.
 void ReadWatchdog(MachineLine& line, MachineDraft& draft) {
     constexpr std::uint8_t kMaxAction = 3;
     constexpr std::uint32_t kMaxSeconds = 6553;

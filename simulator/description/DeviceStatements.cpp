@@ -11,7 +11,7 @@
 namespace sim {
 namespace {
 
-// What opening a device can be refused with.
+// The errors with which opening a device can fail.
 constexpr int kOpenErrors[] = {ENOENT, EACCES, EPERM, ENXIO, ENODEV, EBUSY, EIO};
 
 int TakeOpenError(MachineLine& line) {

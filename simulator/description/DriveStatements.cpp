@@ -104,7 +104,7 @@ void ReadEntry(MachineLine& line, MachineDraft& draft) {
     draft.entries.push_back({letter, sector, number, entry, line});
 }
 
-// A folder with what lies below /proc/ide of a machine: ide0/hda/media and so on.
+// A folder with a copy of a machine's /proc/ide: ide0/hda/media and so on.
 void ReadIde(MachineLine& line, MachineDraft& draft) {
     const std::filesystem::path folder = draft.CaptureFile(line);
     bool found = false;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The statements about load: cpu, stat, free.
+// The statements about the load of a machine: cpu, stat, free.
 
 #include <set>
 

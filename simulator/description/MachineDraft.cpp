@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// From a description to a machine.
+// Checks a description as a whole and builds the machine from it.
 
 #include "simulator/description/MachineDraft.h"
 
@@ -16,7 +16,7 @@
 namespace sim {
 namespace {
 
-// Whether this many bytes at the address are memory of the machine.
+// Fails unless all these bytes lie within the memory of the machine.
 void RequireInMemory(const MachineLine& line, const PhysicalMemory& memory, std::uint64_t address,
                      std::size_t size) {
     if (address + size > memory.Size())
@@ -47,7 +47,7 @@ void PlaceSmbios(PhysicalMemory& memory, const SmbiosDraft& smbios) {
     }
 }
 
-// The first megabyte holds the entry point; a table may lie elsewhere.
+// The entry point lies in the first megabyte; a table may lie elsewhere.
 void RequireSmbiosMemory(const SmbiosDraft& smbios, const PhysicalMemory& memory) {
     RequireInMemory(smbios.line, memory, 0xF0000, 0x10000);
     if (smbios.source == SmbiosDraft::Source::kText && smbios.placement.table != 0)
@@ -68,7 +68,7 @@ Bytes MachineDraft::Capture(MachineLine& line) const {
     const std::string path = CaptureFile(line).string();
     std::ifstream stream(path, std::ios::binary);
     if (!stream) line.Fail(path + ": " + std::strerror(errno));
-    if (!std::filesystem::is_regular_file(path)) line.Fail(path + ": is no file");
+    if (!std::filesystem::is_regular_file(path)) line.Fail(path + ": is not a file");
     Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     if (bytes.empty()) line.Fail(path + ": is empty");
     return bytes;

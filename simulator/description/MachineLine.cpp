@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Words, texts and numbers of a machine description.
+// Splits a line of a machine description into words, and reads words as texts and numbers.
 
 #include "simulator/description/MachineLine.h"
 
@@ -23,7 +23,7 @@ bool IsBlank(char c) {
 MachineLine::MachineLine(std::string file, int number, std::string_view text)
     : file_(std::move(file)), number_(number) {
     if (text.find('\0') != std::string_view::npos)
-        Fail("a byte 00 stands in the line, which is no text");
+        Fail("the line holds a byte 00, so it is not text");
     std::size_t at = 0;
     while (true) {
         at = text.find_first_not_of(kBlanks, at);
@@ -43,7 +43,8 @@ MachineLine::MachineLine(std::string file, int number, std::string_view text)
     }
 }
 
-// Takes the text from behind the opening quote; returns the place behind the closing one.
+// Takes the text after the opening quote, which ends before `at`. Returns the place after the
+// closing quote.
 std::size_t MachineLine::TakeQuoted(std::string_view text, std::size_t at) {
     std::string result;
     while (true) {
@@ -107,7 +108,7 @@ std::uint64_t MachineLine::ParseNumber(const std::string& digits, const char* wh
     std::uint64_t value = 0;
     const auto [stop, error] = std::from_chars(begin, end, value, hexadecimal ? 16 : 10);
     if (stop != end || error == std::errc::invalid_argument)
-        Fail(std::string(what) + " \"" + digits + "\" is no number");
+        Fail(std::string(what) + " \"" + digits + "\" is not a number");
     if (error == std::errc::result_out_of_range)
         Fail(std::string(what) + " " + digits + " is too large");
     return value;
@@ -130,7 +131,7 @@ int MachineLine::TakeInteger(const char* what, int min, int max) {
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     if (error != std::errc() || stop != end)
-        Fail(std::string(what) + " \"" + text + "\" is no decimal number");
+        Fail(std::string(what) + " \"" + text + "\" is not a decimal number");
     if (value < min || value > max)
         Fail(std::string(what) + " " + text + " is not between " + std::to_string(min) + " and " +
              std::to_string(max));

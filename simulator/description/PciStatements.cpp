@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The statement about PCI functions: a capture of lspci, or one function written out.
+// The statement about PCI functions: pci, which names a capture of lspci or spells one function
+// out.
 
 #include <array>
 #include <charconv>
@@ -31,7 +32,7 @@ void PutHeaderField(Bytes& header, std::size_t offset, std::uint32_t value, std:
         header[offset + i] = static_cast<std::uint8_t>(value >> (8 * i));
 }
 
-// Hexadecimal numbers parted by these characters, each not above its limit.
+// Takes a word of N hexadecimal numbers with these separators between them, each up to its limit.
 template <std::size_t N>
 std::array<unsigned, N> TakeParts(MachineLine& line, const char* what, const char* format,
                                   const char (&separators)[N],

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Two kinds of lines count: a function's, which starts with [DOMAIN:]BUS:DEVICE.FUNCTION, and its
-// bytes', which start with an offset.
+// Reads two kinds of lines: one that names a function as [DOMAIN:]BUS:DEVICE.FUNCTION, and those
+// with its bytes, which start with an offset.
 
 #include "simulator/description/PciText.h"
 
@@ -14,8 +14,8 @@
 namespace sim {
 namespace {
 
-// Takes a hexadecimal number of so many digits at most and the character behind it off the front.
-// Nothing, and the text as it was, when they do not stand there.
+// Takes a hexadecimal number of at most `digits` digits, and the separator after it, off the front
+// of the text. Returns nothing and leaves the text unchanged when it does not begin like that.
 std::optional<unsigned> TakeHexNumber(std::string_view& text, std::size_t digits, char separator) {
     unsigned value = 0;
     const char* const end = text.data() + text.size();
@@ -42,7 +42,7 @@ std::optional<FunctionLine> ParseFunctionLine(std::string_view line) {
         bus = device;
     }
     device = TakeHexNumber(line, 2, '.');
-    const std::string withBlank = std::string(line) + ' ';  // the line may end with the function
+    const std::string withBlank = std::string(line) + ' ';  // the line may end after the function
     std::string_view rest = withBlank;
     const std::optional<unsigned> function = TakeHexNumber(rest, 1, ' ');
     if (!device || !function || *bus > 0xFF || *function > 7) return std::nullopt;
@@ -108,7 +108,7 @@ private:
 
     Bytes* current_ = nullptr;
     Bytes outOfReach_;
-    unsigned expected_ = 0;  // offset of the next byte
+    unsigned expected_ = 0;  // the offset of the next byte
 };
 
 }  // namespace

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Splits the text into lines, and each line into a sector's number and its bytes.
 
 #include "simulator/description/SectorText.h"
 

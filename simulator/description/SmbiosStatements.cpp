@@ -35,7 +35,7 @@ void ReadVersion(MachineLine& line, SmbiosPlacement& placement) {
         line.Fail("the version \"" + text + "\" is not MAJOR.MINOR");
 }
 
-// What may follow the version, each at most once.
+// The options that may follow the version.
 void ReadTableOption(const std::string& option, MachineLine& line, SmbiosPlacement& placement) {
     if (option == "anchor") {
         line.ExpectWord("dmi");
@@ -102,7 +102,8 @@ SmbiosStructure& StructureOf(MachineLine& line, MachineDraft& draft) {
     return *draft.smbios->last;
 }
 
-// Sets a field by `set`, where it lies in the structure and no earlier line wrote to it.
+// Sets a field by `set`. Fails when an earlier line set one of its bytes, or when it does not lie
+// in the structure.
 template <typename Set>
 void SetField(MachineLine& line, MachineDraft& draft, std::size_t offset, std::size_t size,
               Set set) {

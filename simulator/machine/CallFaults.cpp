@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// CallFaults on demand: each counts the calls it is meant for and is dropped once it has struck.
+// Each fault counts the calls it is meant for and is dropped after it has struck.
 
 #include "simulator/machine/CallFaults.h"
 
@@ -28,7 +28,7 @@ void RequireCount(int nth) {
 
 void CallFaults::Fail(std::string_view call, int nth, int error) {
     if (!Contains(kCalls, call))
-        throw std::invalid_argument("no call \"" + std::string(call) + "\" that could fail");
+        throw std::invalid_argument("there is no call \"" + std::string(call) + "\" that can fail");
     RequireCount(nth);
     faults_.push_back({std::string(call), nth, error});
 }
@@ -45,7 +45,7 @@ void CallFaults::FailAllocation(int nth) {
 
 void CallFaults::During(std::string_view call, void (*action)()) {
     if (!Contains(kCalls, call) && !Contains(kInstructions, call))
-        throw std::invalid_argument("no simulated call \"" + std::string(call) + "\"");
+        throw std::invalid_argument("there is no simulated call \"" + std::string(call) + "\"");
     actions_.push_back({std::string(call), action});
 }
 
@@ -54,7 +54,7 @@ std::optional<int> CallFaults::Enter(std::string_view call) {
                                      [call](const Action& next) { return next.call == call; });
     if (action != actions_.end()) {
         void (*const run)() = action->run;
-        actions_.erase(action);  // first, since the action may come here again
+        actions_.erase(action);  // before it runs, since the action may come here again
         run();
     }
     std::optional<int> error;

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// A disk of zeroes is a sparse file in memory; an image is the file itself, opened for reading.
 
 #include "simulator/machine/DiskImage.h"
 
@@ -47,7 +49,8 @@ DiskImage::~DiskImage() {
 }
 
 void DiskImage::WriteAt(std::uint64_t offset, std::span<const std::uint8_t> bytes) {
-    if (memory_ < 0) throw std::logic_error(path_ + " is not written to");
+    if (memory_ < 0)
+        throw std::logic_error(path_ + " is an image in a file, which is never written to");
     if (offset + bytes.size() > sectors_ * kSectorSize)
         throw std::out_of_range("a disk of " + std::to_string(sectors_) +
                                 " sectors does not have these bytes");
@@ -70,7 +73,7 @@ void DiskImage::SetEntry(std::uint64_t sector, unsigned number, const TableEntry
     WriteAt(sector * kSectorSize + kPartitionTable + (number - 1) * kPartitionEntrySize, bytes);
 }
 
-// Through the path, so that each descriptor has a position of its own.
+// Opens the path again, so that each descriptor has a position of its own.
 int DiskImage::Open() const {
     return static_cast<int>(
         syscall(SYS_openat, AT_FDCWD, path_.c_str(), O_RDONLY | O_LARGEFILE | O_CLOEXEC));

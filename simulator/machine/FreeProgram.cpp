@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A function of the shell, which a shell looks for before it looks for a program.
+// `free` becomes a function of the shell, which looks for functions before it looks for programs.
 
 #include "simulator/machine/FreeProgram.h"
 

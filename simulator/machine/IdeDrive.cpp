@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// IDE drives as devices of a machine: the files in /proc/ide, and the drive itself.
 
 #include "simulator/machine/IdeDrive.h"
 
@@ -18,13 +20,14 @@
 namespace sim {
 namespace {
 
-// Moves by the descriptor itself, so that it agrees with system calls made behind libc's back.
+// Reads and seeks through the real descriptor, so that it agrees with the program's direct system
+// calls on it.
 class OpenDrive : public OpenFile {
 public:
     OpenDrive(int descriptor, std::optional<DriveIdentity> identity)
         : descriptor_(descriptor), identity_(std::move(identity)) {}
 
-    // The machine closes it.
+    // The machine closes the descriptor.
     int MakeDescriptor(const char*) const override { return descriptor_; }
 
     Answer Read(void* out, std::size_t size) override {
@@ -82,8 +85,8 @@ private:
     std::shared_ptr<DiskImage> image_;
 };
 
-// Texts of the identity block are words with the first character in the upper half; the kernel
-// has swapped them by the time a program sees them.
+// A drive stores the texts of its identity block as words with the first character in the upper
+// half. The kernel swaps them before a program sees them, so here they are in plain order.
 void PutText(DriveIdentity& identity, std::size_t offset, std::size_t size, std::string text) {
     text.resize(size, ' ');
     std::copy(text.begin(), text.end(), identity.begin() + static_cast<std::ptrdiff_t>(offset));

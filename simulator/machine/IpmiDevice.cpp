@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The driver's request 1 of type 'S': send a message and wait for its response. Its argument is the
-// record of a 32-bit program, read and written byte by byte here.
+// The driver's one request, number 1 of type 'S': send a message and wait for its response. Its
+// argument is a record laid out as in a 32-bit program; it is read and written byte by byte here.
 
 #include "simulator/machine/IpmiDevice.h"
 
@@ -16,7 +16,7 @@ namespace {
 
 constexpr unsigned long kSendMessage = 0xC0045301;
 
-// Where the fields lie in the request record.
+// Offsets of the fields in the request record.
 constexpr std::size_t kCommandOffset = 0;
 constexpr std::size_t kResponderOffset = 1;
 constexpr std::size_t kBusOffset = 2;
@@ -29,7 +29,7 @@ constexpr std::size_t kResponseOffset = 20;
 constexpr std::size_t kResponseLengthOffset = 24;
 constexpr std::size_t kCompletionOffset = 28;
 
-// Neither a request's data nor a response is ever longer than this.
+// The data of a request or a response is never longer.
 constexpr std::size_t kMaxMessage = 256;
 
 template <typename Value>

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Files and descriptors of a simulated server. This code runs inside interposed calls, so it makes
-// none itself.
+// Files, directories and the shell of a simulated server. This code runs inside interposed calls,
+// so it must not make an interposed call itself.
 
 #include "simulator/machine/Machine.h"
 
@@ -21,7 +21,7 @@
 namespace sim {
 namespace {
 
-// Paths are compared without doubled or trailing slashes.
+// The path without doubled or trailing slashes, as paths are compared.
 std::string NormalPath(std::string_view path) {
     std::string result;
     for (const char c : path)
@@ -78,7 +78,8 @@ Answer Machine::LogAnswer(std::string call, std::string what, Answer answer, std
     return answer;
 }
 
-// An open descriptor of this machine. One that the program closed behind libc's back is forgotten.
+// The open file of a descriptor; null when it is not one of this machine. A descriptor that the
+// program closed by a direct system call is forgotten.
 Machine::OpenedFile* Machine::Find(int descriptor) {
     const auto entry = opened_.find(descriptor);
     if (entry == opened_.end()) return nullptr;
@@ -91,7 +92,7 @@ Machine::OpenedFile* Machine::Find(int descriptor) {
     return nullptr;
 }
 
-// To the observed library only this machine's files are open; anyone else's stay out of its reach.
+// The observed library may use this machine's descriptors only: any other is not open to it.
 std::optional<Answer> Machine::RefuseUnopened(Caller caller, const std::string& call) {
     if (caller.empty()) return std::nullopt;
     return LogAnswer(call, "a descriptor that is not open", Answer::Failed(EBADF), "");
@@ -172,7 +173,7 @@ std::optional<Answer> Machine::Close(Caller caller, int descriptor) {
     const std::string path = opened->path;
     opened_.erase(descriptor);  // Linux frees the descriptor whatever close answers
     const Answer answer = LogAnswer("close", path, fault ? Answer::Failed(*fault) : Answer{}, "0");
-    (void)syscall(SYS_close, descriptor);  // result not used: the file behind it holds nothing
+    (void)syscall(SYS_close, descriptor);  // the result does not matter: the file is empty
     return answer;
 }
 

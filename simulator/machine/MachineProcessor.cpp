@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What a simulated server does without a file: I/O privilege, port instructions and time.
+// What a simulated server does without a file: I/O privilege, port accesses and time.
 
 #include <stdexcept>
 
@@ -31,7 +31,7 @@ Answer Machine::SetPrivilege(int level) {
     return LogAnswer("iopl", std::to_string(level), answer, "0");
 }
 
-// A fault means an interrupted sleep: the seconds left are returned, here all of them.
+// A fault interrupts the sleep at once, so all of its seconds are left.
 Answer Machine::Sleep(unsigned seconds) {
     const std::optional<int> fault = faults_.Enter("sleep");
     const unsigned left = fault ? seconds : sleeper_ != nullptr ? sleeper_(seconds) : 0;
@@ -48,7 +48,7 @@ void Machine::RequirePrivilege(const std::string& instruction) const {
 std::uint32_t Machine::PortIn(std::uint16_t port, unsigned width) {
     const std::string what = Hex(port) + " " + std::to_string(width);
     const std::string instruction = "in of " + ByteCount(width) + " from port " + Hex(port);
-    (void)faults_.Enter("in");  // runs the action that waits for it; instructions do not fail
+    (void)faults_.Enter("in");  // only for the action that waits for it: an instruction cannot fail
     RequirePrivilege(instruction);
     PortDevice* const device = ports_.Find(port, width);
     if (device == nullptr) AbortOnViolation(instruction + ", which this machine does not have");

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The layout is that of Linux 2.4: four counters a line, in ticks of a hundredth of a second on
-// each processor. The first line is the sum of the others.
+// Writes /proc/stat as Linux 2.4 does: a line per processor with four counters, in ticks of a
+// hundredth of a second. The first line is the sum of the others.
 
 #include "simulator/machine/ProcStat.h"
 

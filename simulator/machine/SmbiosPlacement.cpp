@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Entry points: the _SM_ one of DSP0134 section 5.2.1, the older _DMI_ one that is its second half,
-// and those of table dumps.
+// Places SMBIOS tables with their entry points: the _SM_ one (DSP0134, 5.2.1), the older _DMI_ one,
+// which is the second half of it, and those of table dumps.
 
 #include <algorithm>
 #include <array>
@@ -46,7 +46,7 @@ void SetAnchor(std::span<std::uint8_t> bytes, std::string_view anchor) {
     std::copy(anchor.begin(), anchor.end(), bytes.begin());
 }
 
-// Makes the bytes sum up to zero.
+// Sets the byte at `offset` so that all bytes add up to zero.
 void SetChecksum(std::span<std::uint8_t> bytes, std::size_t offset) {
     bytes[offset] = 0;
     bytes[offset] = static_cast<std::uint8_t>(-std::accumulate(bytes.begin(), bytes.end(), 0));
@@ -57,7 +57,7 @@ struct TableFacts {
     std::size_t longest = 0;
 };
 
-// Counts the whole structures up to the end of the table or the first that is none.
+// Measures the whole structures, up to the end of the table or the first bytes that are not one.
 TableFacts MeasureTable(std::span<const std::uint8_t> table) {
     TableFacts facts;
     while (table.size() >= 4 && table[1] >= 4) {
@@ -100,7 +100,7 @@ void FillDmiHalf(std::span<std::uint8_t> half, std::span<const std::uint8_t> tab
     SetChecksum(half, 5);
 }
 
-// _SM3_ and _DMI_ say the same in other places (DSP0134 5.2.2).
+// _SM3_ (DSP0134, 5.2.2) and _DMI_ hold the same facts at other offsets.
 SmbiosPlacement PlacementOfSm3(std::span<const std::uint8_t> dump) {
     SmbiosPlacement placement;
     placement.major = dump[7];
@@ -116,7 +116,7 @@ SmbiosPlacement PlacementOfDmi(std::span<const std::uint8_t> dump) {
     return placement;
 }
 
-// The dump's table: as long as the entry point says, or as the file is.
+// The dump's table, as long as the entry point says but not past the end of the dump.
 std::span<const std::uint8_t> TableOf(std::span<const std::uint8_t> dump, std::uint32_t offset,
                                       std::size_t length) {
     if (offset >= dump.size())
@@ -157,7 +157,7 @@ void PhysicalMemory::PlaceDump(std::span<const std::uint8_t> dump) {
         PlaceSmbios(TableOf(dump, ReadNumber(dump, 8, 4), ReadNumber(dump, 6, 2)),
                     PlacementOfDmi(dump));
     } else if (HasAnchor(dump, "_SM_") && dump.size() >= kEntryPointSize) {
-        // The entry point stays the machine's own; only the table's address is a new one.
+        // The machine's own entry point is kept; only the address of the table changes.
         Entry entry;
         std::copy_n(dump.begin(), kEntryPointSize, entry.begin());
         const auto table = TableOf(dump, ReadNumber(dump, 0x18, 4), ReadNumber(dump, 0x16, 2));
@@ -172,7 +172,7 @@ void PhysicalMemory::PlaceDump(std::span<const std::uint8_t> dump) {
         Write(place, entry);
     } else {
         throw std::runtime_error(
-            "no SMBIOS dump: it does not start with a whole _SM_, _SM3_ or "
+            "not an SMBIOS dump: it does not start with a whole _SM_, _SM3_ or "
             "_DMI_ entry point");
     }
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// SMBIOS structures in the form of DSP0134 section 6.1: header, formatted area, strings.
+// Lays SMBIOS structures out as DSP0134, 6.1 says: header, formatted area, strings.
 
 #include "simulator/machine/SmbiosTable.h"
 
@@ -13,7 +13,7 @@ namespace {
 
 constexpr std::size_t kStructureHeaderSize = 4;
 
-// The place of a field, checked against the area's end.
+// A pointer to the field; std::out_of_range when it does not lie within the area.
 std::uint8_t* FieldAt(Bytes& area, std::size_t offset, std::size_t size) {
     if (offset > area.size() || size > area.size() - offset)
         throw std::out_of_range("offset " + std::to_string(offset) + " with " +
@@ -48,7 +48,7 @@ SmbiosStructure& SmbiosStructure::Dword(std::size_t offset, std::uint32_t value)
 }
 
 SmbiosStructure& SmbiosStructure::String(std::size_t offset, std::string_view text) {
-    (void)FieldAt(formatted_, offset, 1);  // refuse before the string is added
+    (void)FieldAt(formatted_, offset, 1);  // throws before the string is added
     String(text);
     return Byte(offset, static_cast<std::uint8_t>(strings_.size()));
 }

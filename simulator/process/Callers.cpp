@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The observed libraries' places in memory, looked up again whenever a module was loaded or
-// unloaded. Fixed arrays, since this runs inside operator new.
+// Where the code of the observed libraries lies in memory. It is looked up again after a module was
+// loaded or unloaded. The arrays are fixed, since this code runs inside operator new.
 
 #include "simulator/process/Callers.h"
 
@@ -31,13 +31,13 @@ struct ObservedModules {
     std::size_t nameCount = 1;
     std::array<CodeRange, kMaxRanges> ranges{};
     std::size_t rangeCount = 0;
-    unsigned long long loads = 0;  // of the dynamic linker, when the ranges were taken
+    unsigned long long loads = 0;  // the dynamic linker's counters when `ranges` was filled
     unsigned long long unloads = 0;
     bool current = false;
 };
 
-// Made without operator new, which asks for it, and never destroyed: the program's last destructors
-// still allocate and close.
+// Created without operator new, which itself asks for it, and never destroyed: the program's last
+// destructors still allocate memory and close files.
 ObservedModules& SharedModules() {
     alignas(ObservedModules) static std::byte storage[sizeof(ObservedModules)];
     static ObservedModules* const instance = new (storage) ObservedModules;
@@ -64,7 +64,8 @@ void AddModule(ObservedModules& known, const dl_phdr_info& module) {
     }
 }
 
-// The first module carries the linker's counters; when they have not moved, nothing else has.
+// Called with each module. The first one carries the linker's counters: while they are unchanged,
+// so are the modules.
 int VisitModule(dl_phdr_info* module, std::size_t, void* first) {
     ObservedModules& known = SharedModules();
     bool& isFirst = *static_cast<bool*>(first);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Files, directories, privilege, time and the shell. Every function has the same three lines: the
-// machine's answer; the real function where it has none. The variants (64-bit offsets, fortified
-// forms) are other doors to the same room.
+// The interposed libc functions for files, directories, privilege, time and the shell. Each asks
+// the machine first and calls the real function when the machine has no answer. The variants
+// (64-bit offsets, fortified forms) all ask the machine the same question.
 
 #include "simulator/process/Interpose.h"
 
@@ -30,7 +30,7 @@ using sim::Machine;
 
 Machine* activeMachine = nullptr;
 
-// errno as libc leaves it: set by a failure, untouched by success.
+// Leaves errno as libc does: set by a failure, untouched by success.
 class ErrnoGuard {
 public:
     ErrnoGuard() : before_(errno) {}
@@ -48,7 +48,7 @@ private:
     int before_;
 };
 
-// Asks the machine; without a machine or an answer of it, the real function.
+// Asks the machine. Calls the real function when there is no machine or it has no answer.
 template <typename Result, typename Ask, typename Real>
 Result AskMachineOr(Ask ask, Real real) {
     if (activeMachine != nullptr) {
@@ -59,7 +59,7 @@ Result AskMachineOr(Ask ask, Real real) {
     return real();
 }
 
-// The third argument of open, which is there only when a file may be created.
+// The third argument of open, which is present only when a file may be created.
 mode_t ModeOf(int flags, std::va_list arguments) {
     const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
     return creates ? va_arg(arguments, mode_t) : 0;
@@ -77,7 +77,7 @@ int OpenCheckedAs(const char* name, const void* caller, const char* path, int fl
         [&] { return sim::RealFunction<int(const char*, int)>(name)(path, flags); });
 }
 
-// Relative to a directory only for a relative path, and no machine path is relative.
+// The directory matters only for relative paths, and no path of a machine is relative.
 int OpenAtAs(const char* name, const void* caller, int directory, const char* path, int flags,
              mode_t mode) {
     return AskMachineOr<int>(
@@ -111,8 +111,8 @@ int IoctlAs(const char* name, const void* caller, int descriptor, unsigned long 
         });
 }
 
-// A handle without entries: of a directory that is no longer there. Names below a simulated
-// directory are known to those who open them only.
+// A handle without entries, of a directory that is already removed. A program cannot list a
+// simulated directory; it can only open names that it knows.
 DIR* EmptyDirectory() {
     char name[] = "/tmp/talvane-directory-XXXXXX";
     if (mkdtemp(name) == nullptr) return nullptr;
@@ -232,7 +232,7 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     return IoctlAs("ioctl", CALLER, descriptor, request, argument);
 }
 
-// The door that ioctl is with 64-bit time stamps.
+// What ioctl calls in programs with 64-bit time stamps.
 int __ioctl_time64(int descriptor, unsigned long request, ...) {
     std::va_list arguments;
     va_start(arguments, request);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The allocating operators, so that allocations of the observed library can be counted and made to
-// fail. Memory still comes from the operators behind these, which keeps the pairing that
-// AddressSanitizer checks; releasing needs no interposition.
+// fail. The memory still comes from the real operators, so that it can be released by the real
+// ones, as AddressSanitizer demands.
 
 #include <new>
 
@@ -37,7 +37,7 @@ void LinkInterposedAllocations() {}
 
 }  // namespace sim
 
-// The names are those of the i686 C++ ABI, where size_t is unsigned int (j).
+// The names passed on are those of the i686 C++ ABI, where size_t is unsigned int (j).
 void* operator new(std::size_t size) {
     return AllocateOrThrow("_Znwj", __builtin_return_address(0), size);
 }

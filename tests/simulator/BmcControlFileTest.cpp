@@ -75,16 +75,17 @@ TEST_F(BmcControl, AMistakeIsToldOnceAndChangesNothing) {
     testing::internal::CaptureStderr();
     EXPECT_EQ(Read(1)[0], 90);
     EXPECT_EQ(Read(2)[0], 30);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "simulated server: " + (folder.path / "live").string() +
-                  ":2: the raw reading \"3oo\" is no number; what it said before holds\n");
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "simulated server: " + (folder.path / "live").string() +
+            ":2: the raw reading \"3oo\" is not a number; its previous content still applies\n");
     Say("type 4\n");
     testing::internal::CaptureStderr();
     EXPECT_EQ(Read(1)[0], 90);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "simulated server: " + (folder.path / "live").string() +
                   ":1: the statement \"type\" is none of reading, states; "
-                  "what it said before holds\n");
+                  "its previous content still applies\n");
     Say("reading 1 95\nreading 2 31\n");
     EXPECT_EQ(Read(1)[0], 95);
     EXPECT_EQ(Read(2)[0], 31);

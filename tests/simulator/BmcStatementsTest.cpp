@@ -110,7 +110,7 @@ TEST_F(BmcStatements, ARepositoryCanBeWrong) {
     EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0xFF}),
               (Bytes{1, 0, 0, 0, 0x51, 1, 59, 0x20, 0, 1, 7, 1}));
     EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 8, 0xFF}), (Bytes{1, 0, 0x42, 1})) << "read again";
-    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 20, 4}), (Bytes{1, 0})) << "behind its end";
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 20, 4}), (Bytes{1, 0})) << "past its end";
     EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 1, 0, 0, 0xFF}),
               (Bytes{0, 0, 1, 0, 0x51, 0xC0, 4, 0x57, 0x01, 0x00, 0x0D}));
 }
@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadController{FAN "type 4\ntype 4", "4: type was given in line 3"},
         BadController{FAN "factors 512 0 0 0", "3: M 512 is not between -512 and 511"},
         BadController{FAN "factors 1 0 0 8", "3: the result exponent 8 is not between -8 and 7"},
-        BadController{FAN "factors 0x1 0 0 0", "3: M \"0x1\" is no decimal number"},
+        BadController{FAN "factors 0x1 0 0 0", "3: M \"0x1\" is not a decimal number"},
         BadController{"bmc kcs\nsensor 1 \"seventeen letters\"",
                       "2: the sensor name \"seventeen letters\" is longer than 16 characters"},
         BadController{"bmc kcs\nsensor 256 \"FAN\"", "2: the sensor number 256 is above 255"},
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadController{FAN "states 1 2\nstates 1 2", "4: the sensor has states already"},
         BadController{FAN "thresholds 1 0x40 1 2 3 4 5 6",
                       "3: the readable thresholds 0x40 is above 63"},
-        BadController{"bmc kcs\nsdr short.bin", "2: no dump of a sensor data record repository"},
+        BadController{"bmc kcs\nsdr short.bin", "2: not a dump of a sensor data record repository"},
         BadController{"bmc kcs\nrecord 0xC0\nrecord 0xC0\nsdr one.bin",
                       "4: the repository has a record 0x1 already"},
         BadController{"bmc kcs\ninventory short.bin\ninventory short.bin",

@@ -13,7 +13,7 @@
 
 namespace {
 
-// The complaint about a description, behind the name of its folder; empty when there is none.
+// The error text about a description, without the name of its folder; empty when there is none.
 std::string Complaint(const MachineFolder& folder) {
     try {
         sim::Machine machine;
@@ -53,16 +53,16 @@ constexpr BadDescription kWords[] = {
     {"memory 1M 2M", "1: nothing may follow here, but \"2M\" does"},
     {"memory \"1M\"", "1: the memory size takes no quotes"},
     {"memory 1M\nmemory 1M", "2: the memory size was given in line 1"},
-    {"memory M", "1: the memory size \"\" is no number"},
-    {"memory 0x", "1: the memory size \"0x\" is no number"},
-    {"memory -1", "1: the memory size \"-1\" is no number"},
-    {"memory 1T", "1: the memory size \"1T\" is no number"},
+    {"memory M", "1: the memory size \"\" is not a number"},
+    {"memory 0x", "1: the memory size \"0x\" is not a number"},
+    {"memory -1", "1: the memory size \"-1\" is not a number"},
+    {"memory 1T", "1: the memory size \"1T\" is not a number"},
     {"memory 0M", "1: the memory size 0M is not between 1 and 4294967296"},
     {"memory 5G", "1: the memory size 5G is not between 1 and 4294967296"},
     {"memory 99999999999999999999", "1: the memory size 99999999999999999999 is too large"},
     {"pages 0x100000000 x", "1: the address 0x100000000 is above 4294967295"},
     {"pages 0 none.bin", "1: none.bin: No such file or directory"},
-    {"segment .", "1: .: is no file"},
+    {"segment .", "1: .: is not a file"},
     {"without /dev/mem EWHAT",
      "1: the error \"EWHAT\" is none of ENOENT EACCES EPERM ENXIO ENODEV EBUSY EIO"},
     {"without /dev/null", "1: no server has a device /dev/null"},
@@ -126,9 +126,10 @@ TEST(MachineCaptureError, CapturesThatDoNotFitAreReportedWithTheirLine) {
     EXPECT_EQ(Complaint(segment), "machine.txt:2: a segment image has 65536 bytes, this one has 5");
     const MachineFolder dump("smbios dump low.bin");
     dump.Write("low.bin", "short");
-    EXPECT_EQ(Complaint(dump),
-              "machine.txt:1: no SMBIOS dump: it does not start with a whole _SM_, _SM3_ or _DMI_ "
-              "entry point");
+    EXPECT_EQ(
+        Complaint(dump),
+        "machine.txt:1: not an SMBIOS dump: it does not start with a whole _SM_, _SM3_ or _DMI_ "
+        "entry point");
     const MachineFolder pages("pages 0x4000 low.bin\npages 0x3FFF low.bin");
     pages.Write("low.bin", "short");
     EXPECT_EQ(Complaint(pages), "machine.txt:2: these bytes overlap those of line 1");
@@ -160,7 +161,7 @@ TEST(MachineCaptureError, AFolderWithoutADescriptionIsNoMachine) {
 TEST(MachineErrors, ALineWithAZeroByteIsNoText) {
     using namespace std::string_view_literals;
     EXPECT_EQ(Complaint(MachineFolder("memory 1M\ncpu\0 0"sv)),
-              "machine.txt:2: a byte 00 stands in the line, which is no text");
+              "machine.txt:2: the line holds a byte 00, so it is not text");
 }
 
 }  // namespace

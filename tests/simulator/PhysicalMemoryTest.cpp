@@ -156,7 +156,7 @@ TEST(SmbiosPlacement, CountsNoStructureThatIsNotWhole) {
     EXPECT_EQ(Number(At(memory, 0xF0010, 31), 28, 2), 2u);
 }
 
-// A dump as dmidecode writes it: the entry point in the first 32 bytes, the table behind.
+// A dump as dmidecode writes it: the entry point in the first 32 bytes, the table after it.
 Bytes Dump(const std::string& anchor, const Bytes& table) {
     Bytes bytes(32 + table.size());
     std::copy(anchor.begin(), anchor.end(), bytes.begin());
