@@ -70,6 +70,11 @@ std::vector<std::string> Bmc::RequestTexts() const {
     return texts;
 }
 
+std::size_t Bmc::Count(std::string_view command) const {
+    const Command& row = FindByName(command);
+    return Count(row.netFn, row.command);
+}
+
 std::size_t Bmc::Count(std::uint8_t netFn, std::uint8_t command) const {
     return static_cast<std::size_t>(
         std::count_if(requests_.begin(), requests_.end(), [=](const BmcRequest& request) {

@@ -163,9 +163,11 @@ public:
     void Inject(const BmcFault& fault);
     void Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
 
-    // Every request so far, in order; their texts; how many were for one command.
+    // Every request so far, in order; their texts; how many were for one command, which is given by
+    // its numbers or by its name. std::invalid_argument for a name that the controller does not know.
     const std::vector<BmcRequest>& Requests() const { return requests_; }
     std::vector<std::string> RequestTexts() const;
+    std::size_t Count(std::string_view command) const;
     std::size_t Count(std::uint8_t netFn, std::uint8_t command) const;
     void ForgetRequests() { requests_.clear(); }
 
@@ -204,6 +206,7 @@ private:
 
     static std::span<const Command> Commands();
     static const Command* Find(std::uint8_t netFn, std::uint8_t command);
+    static const Command& FindByName(std::string_view name);
     friend struct BmcRequest;
 
     Reply Execute(const BmcRequest& request);

@@ -4,6 +4,7 @@
 // each request and each response.
 
 #include <cstdio>
+#include <stdexcept>
 
 #include "simulator/base/CallText.h"
 #include "simulator/bmc/Bmc.h"
@@ -183,6 +184,12 @@ const Bmc::Command* Bmc::Find(std::uint8_t netFn, std::uint8_t command) {
     for (const Command& row : Commands())
         if (row.netFn == netFn && row.command == command) return &row;
     return nullptr;
+}
+
+const Bmc::Command& Bmc::FindByName(std::string_view name) {
+    for (const Command& row : Commands())
+        if (row.name == name) return row;
+    throw std::invalid_argument("the controller knows no command \"" + std::string(name) + "\"");
 }
 
 std::string BmcRequest::DescribeRequest() const {

@@ -16,12 +16,8 @@ void Bmc::Inject(const BmcFault& fault) {
 }
 
 void Bmc::Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth) {
-    for (const Command& row : Commands()) {
-        if (row.name != command) continue;
-        faults_.push_back({row.netFn, row.command, nth, kind, value});
-        return;
-    }
-    throw std::invalid_argument("the controller knows no command \"" + std::string(command) + "\"");
+    const Command& row = FindByName(command);
+    faults_.push_back({row.netFn, row.command, nth, kind, value});
 }
 
 // Counts the request for every fault that waits for its command. Returns the first fault that is

@@ -15,7 +15,7 @@ namespace {
 
 using sim::Bytes;
 
-class BmcStatements : public testing::Test {
+class BmcStatementsTest : public testing::Test {
 protected:
     Bytes Ask(std::uint8_t netFn, std::uint8_t command, Bytes data) {
         sim::BmcRequest request;
@@ -30,7 +30,7 @@ protected:
     sim::Machine machine;
 };
 
-TEST_F(BmcStatements, InterfacesShowAtTheirPorts) {
+TEST_F(BmcStatementsTest, InterfaceAnswersAtItsPort) {
     for (const auto& [name, kcs, smic] : {std::tuple<std::string, bool, bool>{"kcs", true, false},
                                           {"smic", false, true},
                                           {"both", true, true},
@@ -43,7 +43,7 @@ TEST_F(BmcStatements, InterfacesShowAtTheirPorts) {
     EXPECT_FALSE(Answers(0xCA3));
 }
 
-TEST_F(BmcStatements, ASensorIsARecordWithItsFields) {
+TEST_F(BmcStatementsTest, SensorWithFieldsBecomesARecord) {
     LoadMachine(MachineFolder("reading 0x30 70\n"
                               "bmc kcs firmware 2 34\n"
                               "sensor 0x10 \"CPU Temp\"\n"
@@ -75,7 +75,7 @@ TEST_F(BmcStatements, ASensorIsARecordWithItsFields) {
     EXPECT_EQ(Ask(6, 0x01, {})[3], 0x34);
 }
 
-TEST_F(BmcStatements, CapturesAndChannels) {
+TEST_F(BmcStatementsTest, CapturesAndChannelsReachTheController) {
     const MachineFolder folder("bmc smic\nsdr records.bin\ninventory fru.bin\nchannel 1 4 1\n");
     const Bytes record = sim::SdrRecord("A", 1).Byte(0, 0x42).Image();
     folder.Write("records.bin", std::string(record.begin(), record.end()));
@@ -86,7 +86,7 @@ TEST_F(BmcStatements, CapturesAndChannels) {
     EXPECT_EQ(Ask(6, 0x42, {1})[1], 4);
 }
 
-TEST_F(BmcStatements, ReadingsAndStatesHaveATimeline) {
+TEST_F(BmcStatementsTest, ReadingsAndStatesFollowTheirMoments) {
     LoadMachine(MachineFolder("bmc kcs\nreading 1 20\nreading 1 at 5 80\n"
                               "reading 1 at 9 unavailable\nreading 2 unavailable 0xFF\n"
                               "states 1 at 5 2\n")
@@ -100,7 +100,7 @@ TEST_F(BmcStatements, ReadingsAndStatesHaveATimeline) {
     EXPECT_EQ(Ask(4, 0x2D, {1}), (Bytes{0, 0xE0, 2, 0}));
 }
 
-TEST_F(BmcStatements, ARepositoryCanBeWrong) {
+TEST_F(BmcStatementsTest, RepositoryShowsItsDescribedDefects) {
     LoadMachine(MachineFolder("bmc kcs\nrepository count 7\nrepository next 1 0\n"
                               "sensor 1 \"A\"\n  delivered 10\n  reread 8 0x42\n"
                               "record 0xC0 57 01 00 0D\n")
@@ -115,7 +115,7 @@ TEST_F(BmcStatements, ARepositoryCanBeWrong) {
               (Bytes{0, 0, 1, 0, 0x51, 0xC0, 4, 0x57, 0x01, 0x00, 0x0D}));
 }
 
-TEST_F(BmcStatements, AWatchdogMayRunFromTheStartAndNeverStop) {
+TEST_F(BmcStatementsTest, UnstoppableWatchdogRunsOnAfterSetWatchdogTimer) {
     LoadMachine(MachineFolder("bmc kcs\nwatchdog action 1 seconds 60 unstoppable\n").path, machine);
     (void)Ask(6, 0x24, {4, 0, 0, 0, 200, 0});
     EXPECT_TRUE(machine.GetBmc().Watchdog().running);
@@ -124,7 +124,7 @@ TEST_F(BmcStatements, AWatchdogMayRunFromTheStartAndNeverStop) {
     EXPECT_FALSE(other.GetBmc().Watchdog().running);
 }
 
-TEST_F(BmcStatements, FaultsStrikeTheirRequest) {
+TEST_F(BmcStatementsTest, FaultStrikesItsRequestOnly) {
     LoadMachine(MachineFolder("bmc kcs\nreading 1 20\nfault \"Get Sensor Reading\" 2 short 1\n"
                               "fault \"Get Device ID\" every empty\n")
                     .path,
@@ -145,9 +145,9 @@ void PrintTo(const BadController& bad, std::ostream* out) {
     *out << bad.text;
 }
 
-class BadBmc : public testing::TestWithParam<BadController> {};
+class BmcStatementErrorTest : public testing::TestWithParam<BadController> {};
 
-TEST_P(BadBmc, IsReportedWithItsLine) {
+TEST_P(BmcStatementErrorTest, MistakeIsReportedWithItsLine) {
     const MachineFolder folder(GetParam().text);
     folder.Write("short.bin", "short");
     folder.Write("one.bin", std::string("\1\0\x51\xC0\0", 5));
@@ -163,7 +163,7 @@ TEST_P(BadBmc, IsReportedWithItsLine) {
 
 #define FAN "bmc kcs\nsensor 1 \"FAN\"\n"
 INSTANTIATE_TEST_SUITE_P(
-    BmcStatements, BadBmc,
+    BmcStatements, BmcStatementErrorTest,
     testing::Values(
         BadController{"bmc", "1: the interface is missing"},
         BadController{"bmc ssif", "1: the interface \"ssif\" is none of kcs, smic, both, none"},

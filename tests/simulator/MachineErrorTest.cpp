@@ -39,9 +39,9 @@ void PrintTo(const BadDescription& bad, std::ostream* out) {
     *out << bad.text;
 }
 
-class MachineError : public testing::TestWithParam<BadDescription> {};
+class MachineErrorTest : public testing::TestWithParam<BadDescription> {};
 
-TEST_P(MachineError, IsReportedWithItsLine) {
+TEST_P(MachineErrorTest, MistakeIsReportedWithItsLine) {
     EXPECT_EQ(Complaint(MachineFolder(GetParam().text)),
               std::string("machine.txt:") + GetParam().complaint);
 }
@@ -68,7 +68,7 @@ constexpr BadDescription kWords[] = {
     {"without /dev/null", "1: no server has a device /dev/null"},
     {"without /dev/mem\nwithout /dev/mem EIO", "2: the machine is without /dev/mem already"},
 };
-INSTANTIATE_TEST_SUITE_P(Words, MachineError, testing::ValuesIn(kWords));
+INSTANTIATE_TEST_SUITE_P(Words, MachineErrorTest, testing::ValuesIn(kWords));
 
 #define TABLE     "smbios version 2.3\n"
 #define STRUCTURE TABLE "structure 1 handle 1 length 8\n"
@@ -118,9 +118,9 @@ constexpr BadDescription kSmbios[] = {
     {"smbios version 2.3 table 0x4000000\nstructure 1 handle 1 length 8",
      "1: 10 bytes at 0x4000000 are past the end of the memory at 0x4000000"},
 };
-INSTANTIATE_TEST_SUITE_P(Smbios, MachineError, testing::ValuesIn(kSmbios));
+INSTANTIATE_TEST_SUITE_P(Smbios, MachineErrorTest, testing::ValuesIn(kSmbios));
 
-TEST(MachineCaptureError, CapturesThatDoNotFitAreReportedWithTheirLine) {
+TEST(MachineCaptureTest, CaptureThatDoesNotFitIsReportedWithItsLine) {
     const MachineFolder segment("memory 1G\nsegment low.bin");
     segment.Write("low.bin", "short");
     EXPECT_EQ(Complaint(segment), "machine.txt:2: a segment image has 65536 bytes, this one has 5");
@@ -139,26 +139,26 @@ TEST(MachineCaptureError, CapturesThatDoNotFitAreReportedWithTheirLine) {
               "machine.txt:1: 5 bytes at 0x3FFFFFC are past the end of the memory at 0x4000000");
 }
 
-TEST(MachineCaptureError, AnEmptyCaptureIsRefused) {
+TEST(MachineCaptureTest, EmptyCaptureIsRefused) {
     const MachineFolder folder("pages 0 empty.bin");
     folder.Write("empty.bin", "");
     EXPECT_EQ(Complaint(folder), "machine.txt:1: empty.bin: is empty");
 }
 
-TEST(MachineCaptureError, TwoSourcesOfSmbiosContradict) {
+TEST(MachineCaptureTest, SecondSourceOfSmbiosIsRefused) {
     const MachineFolder folder("segment low.bin\nsmbios dump low.bin");
     folder.Write("low.bin", "short");
     EXPECT_EQ(Complaint(folder), "machine.txt:2: the machine's SMBIOS was given in line 1");
 }
 
-TEST(MachineCaptureError, AFolderWithoutADescriptionIsNoMachine) {
+TEST(MachineCaptureTest, FolderWithoutADescriptionIsRefused) {
     const MachineFolder folder("");
     std::filesystem::remove(folder.path / "machine.txt");
     EXPECT_EQ(Complaint(folder), "machine.txt: No such file or directory");
 }
 
-// The rest of such a line would be missing from a complaint.
-TEST(MachineErrors, ALineWithAZeroByteIsNoText) {
+// The rest of such a line would be missing from an error text.
+TEST(MachineLineTest, LineWithAZeroByteIsRefused) {
     using namespace std::string_view_literals;
     EXPECT_EQ(Complaint(MachineFolder("memory 1M\ncpu\0 0"sv)),
               "machine.txt:2: the line holds a byte 00, so it is not text");
