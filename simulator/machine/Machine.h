@@ -107,7 +107,11 @@ private:
     std::optional<Answer> RefuseUnopened(Caller caller, const std::string& call);
     Answer OpenPath(const std::string& path, int flags);
     Answer LogAnswer(std::string call, std::string what, Answer answer, std::string shown);
-    void RequirePrivilege(const std::string& instruction) const;
+
+    // The device that answers a port access. Ends the process when the program lacks the privilege
+    // or the machine has no such port; only then is the access described, as `describe` returns it.
+    template <typename Describe>
+    PortDevice& FindPort(std::uint16_t port, unsigned width, Describe describe) const;
 
     PhysicalMemory memory_;
     AccessLog log_;

@@ -39,34 +39,33 @@ Answer Machine::Sleep(unsigned seconds) {
     return LogAnswer("sleep", std::to_string(seconds), {left}, std::to_string(left));
 }
 
-void Machine::RequirePrivilege(const std::string& instruction) const {
+template <typename Describe>
+PortDevice& Machine::FindPort(std::uint16_t port, unsigned width, Describe describe) const {
     if (privilege_ < kPortPrivilege)
-        AbortOnViolation(instruction + " at I/O privilege level " + std::to_string(privilege_) +
+        AbortOnViolation(describe() + " at I/O privilege level " + std::to_string(privilege_) +
                          ", which needs iopl(3)");
+    PortDevice* const device = ports_.Find(port, width);
+    if (device == nullptr) AbortOnViolation(describe() + ", which this machine does not have");
+    return *device;
 }
 
 std::uint32_t Machine::PortIn(std::uint16_t port, unsigned width) {
-    const std::string what = Hex(port) + " " + std::to_string(width);
-    const std::string instruction = "in of " + ByteCount(width) + " from port " + Hex(port);
-    (void)faults_.Enter("in");  // only for the action that waits for it: an instruction cannot fail
-    RequirePrivilege(instruction);
-    PortDevice* const device = ports_.Find(port, width);
-    if (device == nullptr) AbortOnViolation(instruction + ", which this machine does not have");
-    const std::uint32_t value = device->In(port, width);
-    log_.Add({"in", what, Hex(value)});
+    // Only for the action that waits for it: an instruction cannot fail.
+    (void)faults_.Enter("in");
+    PortDevice& device = FindPort(
+        port, width, [=] { return "in of " + ByteCount(width) + " from port " + Hex(port); });
+    const std::uint32_t value = device.In(port, width);
+    log_.Add({"in", Hex(port) + " " + std::to_string(width), Hex(value)});
     return value;
 }
 
 void Machine::PortOut(std::uint16_t port, unsigned width, std::uint32_t value) {
-    const std::string what = Hex(port) + " " + std::to_string(width) + " " + Hex(value);
-    const std::string instruction =
-        "out of " + Hex(value) + ", " + ByteCount(width) + ", to port " + Hex(port);
     (void)faults_.Enter("out");
-    RequirePrivilege(instruction);
-    PortDevice* const device = ports_.Find(port, width);
-    if (device == nullptr) AbortOnViolation(instruction + ", which this machine does not have");
-    device->Out(port, width, value);
-    log_.Add({"out", what, "ok"});
+    PortDevice& device = FindPort(port, width, [=] {
+        return "out of " + Hex(value) + ", " + ByteCount(width) + ", to port " + Hex(port);
+    });
+    device.Out(port, width, value);
+    log_.Add({"out", Hex(port) + " " + std::to_string(width) + " " + Hex(value), "ok"});
 }
 
 }  // namespace sim

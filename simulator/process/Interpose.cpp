@@ -128,6 +128,7 @@ namespace sim {
 Interposition::Interposition(Machine& machine) {
     if (activeMachine != nullptr) throw std::logic_error("one simulated server at a time");
     LinkInterposedAllocations();
+    LinkInterposedPorts();
     activeMachine = &machine;
 }
 

@@ -23,9 +23,10 @@ public:
     static Machine* GetMachine();
 };
 
-// Does nothing. The call to it makes the linker take the file of the allocating operators from the
-// archive, which nothing else refers to.
+// Do nothing. The calls to them make the linker take the files of the allocating operators and of the
+// port primitives from the archive, since nothing else refers to those files.
 void LinkInterposedAllocations();
+void LinkInterposedPorts();
 
 }  // namespace sim
 
