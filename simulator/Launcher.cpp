@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Checks everything that can be checked before the process is replaced, since afterwards only the
-// program could tell.
+// Checks everything before the process is replaced, since nobody could report a mistake after that.
 
 #include "simulator/Launcher.h"
 
@@ -24,7 +23,8 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Relative to the folder of the running program: as installed, beside it, and as built.
+// Where the library can be, relative to the folder of the running program: as installed, beside the
+// program, and as built.
 constexpr std::array kPreloadFolders = {TALVANE_PRELOAD_FOLDER, ".", "../simulator"};
 
 fs::path FindPreloadLibrary() {
@@ -42,18 +42,18 @@ void SetVariable(const char* name, const std::string& value) {
         throw std::system_error(errno, std::generic_category(), name);
 }
 
-// The dynamic linker takes a list, parted by blanks or colons and without any escape.
-void Preload(const std::string& library) {
+// The dynamic linker takes a list separated by blanks or colons, and knows no escape.
+void AddPreload(const std::string& library) {
     if (library.find_first_of(": \t\n") != std::string::npos)
         throw std::runtime_error(library +
                                  ": cannot be preloaded from a path with blanks or colons");
     const char* const others = std::getenv(kPreloadVariable);
     SetVariable(kPreloadVariable, others != nullptr ? library + ":" + others : library);
 #ifdef __SANITIZE_ADDRESS__
-    // AddressSanitizer insists on coming first in the list; here it need not, as every function
-    // that the preload library interposes hands on to it.
+    // AddressSanitizer insists on coming first in the list. Here it need not: every function that
+    // the preload library interposes passes calls on to it.
     const char* const options = std::getenv("ASAN_OPTIONS");
-    setVariable("ASAN_OPTIONS",
+    SetVariable("ASAN_OPTIONS",
                 std::string(options != nullptr ? options : "") + ":verify_asan_link_order=0");
 #endif
 }
@@ -75,7 +75,7 @@ int RunOnMachine(const fs::path& machine, char* const argv[], const LaunchOption
     const fs::path library = FindPreloadLibrary();
     if (!options.logFile.empty()) RequireWritable(options.logFile);
 
-    Preload(library.string());
+    AddPreload(library.string());
     SetVariable(kMachineVariable, fs::absolute(machine).string());
     if (!options.logFile.empty()) SetVariable(kLogVariable, fs::absolute(options.logFile).string());
     if (!options.controlFile.empty())

@@ -19,20 +19,20 @@
 
 namespace {
 
-// By C means: std::cerr need not be there yet.
+// Uses C streams: std::cerr may not be initialised yet.
 [[noreturn]] void GiveUp(const std::string& why) {
     (void)std::fprintf(stderr, "simulated server: %s\n", why.c_str());
     _exit(2);
 }
 
-// Empty when it is not set.
-std::string ValueOf(const char* variable) {
+// The variable's value; empty when it is not set.
+std::string VariableValue(const char* variable) {
     const char* const value = std::getenv(variable);
     return value != nullptr ? value : "";
 }
 
-// Children of the program run on the real machine: takes this library out of their environment.
-// It stands first in the list.
+// Takes this library, the first in its list, out of the environment, so that children of the
+// program run on the real machine.
 void LeaveEnvironment() {
     const char* const list = std::getenv(sim::kPreloadVariable);
     const std::string preloaded = list != nullptr ? list : "";
@@ -46,9 +46,10 @@ void LeaveEnvironment() {
         (void)unsetenv(variable);
 }
 
-// The server and its log last as long as the process, through its last destructor. Static, so that
-// a leak checker finds them in use.
-void Start(const std::string& machine, const std::string& logFile, const std::string& controlFile) {
+// The server and its log live as long as the process, so that its last destructors still find them.
+// They are static, so that a leak checker finds them in use.
+void StartServer(const std::string& machine, const std::string& logFile,
+                 const std::string& controlFile) {
     static auto* const server = new sim::SimulatedServer(machine);
     if (!controlFile.empty()) sim::FollowControlFile(controlFile, server->GetBmc());
     if (std::getenv(sim::kRealTimeVariable) != nullptr)
@@ -63,7 +64,8 @@ void Start(const std::string& machine, const std::string& logFile, const std::st
     const char* const machine = std::getenv(sim::kMachineVariable);
     if (machine == nullptr) return;
     try {
-        Start(machine, ValueOf(sim::kLogVariable), ValueOf(sim::kControlVariable));
+        StartServer(machine, VariableValue(sim::kLogVariable),
+                    VariableValue(sim::kControlVariable));
     } catch (const std::exception& error) {
         GiveUp(error.what());
     }

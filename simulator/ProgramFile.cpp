@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Program lookup, and the few fields of an ELF file that matter here.
+// Looks programs up in PATH and reads the few fields of an ELF file that matter here.
 
 #include "simulator/ProgramFile.h"
 
@@ -24,7 +24,7 @@ bool IsExecutable(const std::filesystem::path& file) {
 }
 
 template <typename Record>
-bool ReadRecord(std::ifstream& stream, std::streamoff offset, Record& record) {
+bool ReadElfRecord(std::ifstream& stream, std::streamoff offset, Record& record) {
     return stream.seekg(offset) && stream.read(reinterpret_cast<char*>(&record), sizeof record);
 }
 
@@ -48,7 +48,7 @@ std::filesystem::path FindProgram(const std::string& name) {
 void RequirePreloadable(const std::filesystem::path& program) {
     std::ifstream stream(program, std::ios::binary);
     Elf32_Ehdr header{};
-    const bool matches = ReadRecord(stream, 0, header) &&
+    const bool matches = ReadElfRecord(stream, 0, header) &&
                          std::memcmp(header.e_ident, ELFMAG, SELFMAG) == 0 &&
                          header.e_ident[EI_CLASS] == ELFCLASS32 && header.e_machine == EM_386;
     if (!matches) throw std::runtime_error(program.string() + ": not a 32-bit x86 program");
@@ -56,7 +56,7 @@ void RequirePreloadable(const std::filesystem::path& program) {
         Elf32_Phdr segment{};
         const std::streamoff offset =
             std::streamoff{header.e_phoff} + std::streamoff{i} * header.e_phentsize;
-        if (ReadRecord(stream, offset, segment) && segment.p_type == PT_INTERP) return;
+        if (ReadElfRecord(stream, offset, segment) && segment.p_type == PT_INTERP) return;
     }
     throw std::runtime_error(program.string() +
                              ": statically linked, so it cannot run on a simulated server");

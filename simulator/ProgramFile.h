@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Finds a program as a shell would and tells whether it can run with a preloaded library.
+// Finds a program as a shell does, and checks whether it can run with a preloaded library.
 #ifndef TALVANE_SIMULATOR_PROGRAMFILE_H
 #define TALVANE_SIMULATOR_PROGRAMFILE_H
 
@@ -13,8 +13,8 @@ namespace sim {
 // name in PATH. std::system_error when there is none.
 std::filesystem::path FindProgram(const std::string& name);
 
-// std::runtime_error unless the file is a 32-bit x86 program that the dynamic linker starts; any
-// other would run on the real machine without a word.
+// std::runtime_error unless the file is a 32-bit x86 program that the dynamic linker starts. Any
+// other program would silently run on the real machine.
 void RequirePreloadable(const std::filesystem::path& program);
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A machine, put in front of the real one for as long as the object lives.
+// Puts a machine in front of the real one for as long as the object lives.
 
 #include "simulator/SimulatedServer.h"
 

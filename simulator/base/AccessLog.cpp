@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Counting and listing accesses.
+// Collects, counts and lists accesses.
 
 #include "simulator/base/AccessLog.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Texts for arguments.
+// Turns numbers, errors, texts and flags of a call into readable text.
 
 #include "simulator/base/CallText.h"
 
@@ -33,7 +33,7 @@ std::string OpenFlags(int flags) {
         int flag;
         const char* name;
     };
-    // O_LARGEFILE is left out: which variant of open was called says nothing of interest.
+    // O_LARGEFILE is left out: the log does not distinguish the variants of open.
     constexpr std::array names{Name{O_CREAT, "O_CREAT"},       Name{O_EXCL, "O_EXCL"},
                                Name{O_TRUNC, "O_TRUNC"},       Name{O_APPEND, "O_APPEND"},
                                Name{O_NONBLOCK, "O_NONBLOCK"}, Name{O_SYNC, "O_SYNC"},

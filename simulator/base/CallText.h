@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// How calls and their arguments read in the access log and in messages.
+// The arguments of calls as text, for the access log and for messages.
 #ifndef TALVANE_SIMULATOR_BASE_CALLTEXT_H
 #define TALVANE_SIMULATOR_BASE_CALLTEXT_H
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// How a request comes to its answer, and how it is logged.
+// Answers a request and logs it.
 
 #include "simulator/bmc/Bmc.h"
 
@@ -37,7 +37,7 @@ Bmc::Bmc(Clock clock, AccessLog& log) : clock_(std::move(clock)), log_(log) {}
 Bmc::Reply Bmc::Execute(const BmcRequest& request) {
     const Command* const row = Find(request.netFn, request.command);
     if (row == nullptr) return {kUnknownCommand, {}};
-    if (request.data.size() < row->leastData) return {kWrongLength, {}};
+    if (request.data.size() < row->minData) return {kWrongLength, {}};
     return (this->*row->run)(request.data);
 }
 
@@ -49,14 +49,14 @@ void Bmc::CarryOut(BmcRequest& request) {
 
 void Bmc::Answer(BmcRequest& request) {
     const std::optional<Bytes> given = interceptor_ ? interceptor_(request) : std::nullopt;
-    const std::optional<BmcFault> fault = given ? std::nullopt : Strike(request);
+    const std::optional<BmcFault> fault = given ? std::nullopt : TakeFaultFor(request);
     if (given)
         request.response = *given;
     else if (fault)
-        AnswerWith(*fault, request);
+        AnswerWithFault(*fault, request);
     else
         CarryOut(request);
-    log_.Add({"bmc", request.Asked(), request.Answered()});
+    log_.Add({"bmc", request.DescribeRequest(), request.DescribeResponse()});
     log_.Add({"ipmi", request.Text(),
               request.error != 0
                   ? "-1 " + ErrorName(request.error)
@@ -68,6 +68,11 @@ std::vector<std::string> Bmc::RequestTexts() const {
     std::vector<std::string> texts;
     for (const BmcRequest& request : requests_) texts.push_back(request.Text());
     return texts;
+}
+
+std::size_t Bmc::Count(std::string_view command) const {
+    const Command& row = FindByName(command);
+    return Count(row.netFn, row.command);
 }
 
 std::size_t Bmc::Count(std::uint8_t netFn, std::uint8_t command) const {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The controller itself: device ID (IPMI 2.0, 20.1), watchdog timer (27), channels and users (22),
-// LAN parameters (23).
+// Commands about the controller itself: device ID (IPMI 2.0, 20.1), watchdog timer (27), channels
+// and users (22), LAN parameters (23).
 
 #include "simulator/bmc/Bmc.h"
 #include "simulator/bmc/BmcReply.h"
@@ -10,8 +10,8 @@ namespace sim {
 namespace {
 
 constexpr unsigned kTicksASecond = 10;
-constexpr std::uint8_t kDontStop = 0x40;     // of the timer use
-constexpr std::uint8_t kFirmwareUse = 0x02;  // the machine's firmware, while it starts
+constexpr std::uint8_t kDontStop = 0x40;     // bit of the timer use
+constexpr std::uint8_t kFirmwareUse = 0x02;  // BIOS power-on self-test
 
 }  // namespace
 
@@ -33,7 +33,7 @@ Bmc::Reply Bmc::GetDeviceId(const Bytes&) {
         {kId, kRevision, firmware_[0], firmware_[1], kIpmi2, kSensorsAndInventory, 0, 0, 0, 0, 0}};
 }
 
-// Ends a countdown whose time has come.
+// Ends the countdown when its time is over.
 void Bmc::CountDown() {
     if (!watchdog_.running || WatchdogPresent() != 0) return;
     watchdog_.running = false;
@@ -104,7 +104,7 @@ Bmc::Reply Bmc::GetChannelInfo(const Bytes& data) {
     if (data.size() != 1) return {kWrongLength, {}};
     const auto channel = channels_.find(data[0] & 0x0F);
     if (channel == channels_.end()) return {kInvalidField, {}};
-    // Behind them: session support, vendor, auxiliary information.
+    // The last six bytes: session support, vendor, auxiliary information.
     return {
         0,
         {channel->first, channel->second.medium, channel->second.protocol, 0, 0xF2, 0x1B, 0, 0, 0}};

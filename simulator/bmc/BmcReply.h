@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What the controller's replies are made of: completion codes (IPMI 2.0, 5.2) and the two bytes of
-// 16-bit values, the lower one first.
+// Parts of the controller's replies: completion codes (IPMI 2.0, 5.2), and the two bytes of a
+// 16-bit value, which is sent low byte first.
 #ifndef TALVANE_SIMULATOR_BMC_BMCREPLY_H
 #define TALVANE_SIMULATOR_BMC_BMCREPLY_H
 

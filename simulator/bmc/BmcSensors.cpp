@@ -33,7 +33,7 @@ BmcThresholds Bmc::Thresholds(std::uint8_t sensor) const {
     return found == sensors_.end() ? BmcThresholds{} : found->second.thresholds;
 }
 
-// The sensor as it stands now; nothing when neither a record nor a person names it.
+// What the sensor shows now; nothing when there is no such sensor.
 std::optional<Bmc::Shown> Bmc::ShownNow(std::uint8_t sensor) {
     const std::chrono::seconds now = clock_();
     const auto own = sensors_.find(sensor);

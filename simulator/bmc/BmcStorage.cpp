@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::uint8_t kWholeRecord = 0xFF;
 
-unsigned IdOf(const Bytes& record) {
+unsigned RecordId(const Bytes& record) {
     return record[0] | (unsigned{record[1]} << 8);
 }
 
@@ -24,13 +24,13 @@ void Bmc::AddRecord(Bytes record, bool keepId, BmcRecordQuirks quirks) {
     if (record.size() < SdrRecord::kHeaderSize)
         throw std::invalid_argument("a sensor data record has a header of 5 bytes");
     if (!keepId) {
-        const std::size_t id = records_.empty() ? 0 : IdOf(records_.back().bytes) + 1;
+        const std::size_t id = records_.empty() ? 0 : RecordId(records_.back().bytes) + 1;
         record[0] = Low(id);
         record[1] = High(id);
     }
-    const auto id = static_cast<std::uint16_t>(IdOf(record));
-    constexpr std::uint16_t kEnd = 0xFFFF;  // in place of the ID behind the last record's
-    if (id == kEnd) throw std::invalid_argument("0xFFFF is no ID of a record");
+    const auto id = static_cast<std::uint16_t>(RecordId(record));
+    constexpr std::uint16_t kEnd = 0xFFFF;  // named as the next record after the last one
+    if (id == kEnd) throw std::invalid_argument("0xFFFF marks the end and is not a record ID");
     if (HasRecord(id))
         throw std::invalid_argument("the repository has a record " + Hex(id) + " already");
     constexpr std::size_t kNumber = 7;
@@ -46,7 +46,7 @@ void Bmc::AddRecord(Bytes record, bool keepId, BmcRecordQuirks quirks) {
 
 bool Bmc::HasRecord(std::uint16_t id) const {
     return std::any_of(records_.begin(), records_.end(),
-                       [id](const Record& record) { return IdOf(record.bytes) == id; });
+                       [id](const Record& record) { return RecordId(record.bytes) == id; });
 }
 
 void Bmc::LoadRepository(std::span<const std::uint8_t> dump) {
@@ -54,7 +54,7 @@ void Bmc::LoadRepository(std::span<const std::uint8_t> dump) {
         const std::size_t size =
             dump.size() < SdrRecord::kHeaderSize ? 0 : SdrRecord::kHeaderSize + dump[4];
         if (size == 0 || size > dump.size())
-            throw std::runtime_error("no dump of a sensor data record repository");
+            throw std::runtime_error("not a dump of a sensor data record repository");
         AddRecord(Bytes(dump.begin(), dump.begin() + static_cast<std::ptrdiff_t>(size)), true);
         dump = dump.subspan(size);
     }
@@ -80,7 +80,7 @@ Bmc::Reply Bmc::GetRecord(const Bytes& data) {
     const unsigned wanted = data[2] | (unsigned{data[3]} << 8);
     const auto record =
         std::find_if(records_.begin(), records_.end(), [=](const Record& candidate) {
-            return wanted == kFirst || IdOf(candidate.bytes) == wanted;
+            return wanted == kFirst || RecordId(candidate.bytes) == wanted;
         });
     if (record == records_.end()) return {kNotPresent, {}};
     Bytes bytes = record->bytes;
@@ -88,8 +88,8 @@ Bmc::Reply Bmc::GetRecord(const Bytes& data) {
         for (const auto& [offset, value] : record->quirks.reread) bytes[offset] = value;
     record->wasRead = true;
     const auto next = record + 1;
-    unsigned nextId = next == records_.end() ? 0xFFFF : IdOf(next->bytes);
-    if (const auto given = nextIds_.find(static_cast<std::uint16_t>(IdOf(record->bytes)));
+    unsigned nextId = next == records_.end() ? 0xFFFF : RecordId(next->bytes);
+    if (const auto given = nextIds_.find(static_cast<std::uint16_t>(RecordId(record->bytes)));
         given != nextIds_.end())
         nextId = given->second;
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Where the fields of a full sensor record lie.
+// The offsets of the fields in a full sensor record (IPMI 2.0, 43.1).
 
 #include "simulator/bmc/SdrRecord.h"
 
@@ -11,14 +11,14 @@
 namespace sim {
 namespace {
 
-constexpr std::size_t kName = 48;
-constexpr std::size_t kLongestName = 16;
+constexpr std::size_t kNameOffset = 48;
+constexpr std::size_t kMaxName = 16;
 
-std::uint8_t ByteOf(unsigned bits) {
+std::uint8_t LowByte(unsigned bits) {
     return static_cast<std::uint8_t>(bits & 0xFF);
 }
 
-unsigned BitsOf(int value, unsigned width, const char* what) {
+unsigned SignedBits(int value, unsigned width, const char* what) {
     const int limit = 1 << (width - 1);
     if (value < -limit || value >= limit)
         throw std::invalid_argument(std::string(what) + " does not fit " + std::to_string(width) +
@@ -29,9 +29,9 @@ unsigned BitsOf(int value, unsigned width, const char* what) {
 }  // namespace
 
 SdrRecord::SdrRecord(std::string_view name, std::uint8_t sensorNumber) : bytes_(kSize) {
-    if (name.size() > kLongestName)
+    if (name.size() > kMaxName)
         throw std::invalid_argument("the sensor name \"" + std::string(name) +
-                                    "\" is longer than " + std::to_string(kLongestName) +
+                                    "\" is longer than " + std::to_string(kMaxName) +
                                     " characters");
     constexpr std::uint8_t kVersion = 0x51;
     constexpr std::uint8_t kFullSensor = 1;
@@ -39,8 +39,8 @@ SdrRecord::SdrRecord(std::string_view name, std::uint8_t sensorNumber) : bytes_(
     constexpr std::uint8_t kLatin = 0xC0;
     Byte(2, kVersion).Byte(3, kFullSensor).Byte(4, kSize - kHeaderSize).Byte(5, kOwnerBmc);
     Byte(7, sensorNumber);
-    Byte(47, ByteOf(kLatin | static_cast<unsigned>(name.size())));
-    std::copy(name.begin(), name.end(), bytes_.begin() + kName);
+    Byte(47, LowByte(kLatin | static_cast<unsigned>(name.size())));
+    std::copy(name.begin(), name.end(), bytes_.begin() + kNameOffset);
     constexpr std::uint8_t kSystemBoard = 7;
     constexpr std::uint8_t kThreshold = 1;
     Entity(kSystemBoard).Event(kThreshold).Factors(1, 0, 0, 0).Limits(0xFF, 0x00);
@@ -71,12 +71,12 @@ SdrRecord& SdrRecord::Linearization(std::uint8_t code) {
 }
 
 SdrRecord& SdrRecord::Factors(int m, int b, int bExponent, int rExponent) {
-    const unsigned mBits = BitsOf(m, 10, "M");
-    const unsigned bBits = BitsOf(b, 10, "B");
-    Byte(24, ByteOf(mBits)).Byte(25, ByteOf((mBits >> 8) << 6));
-    Byte(26, ByteOf(bBits)).Byte(27, ByteOf((bBits >> 8) << 6));
-    return Byte(29, ByteOf((BitsOf(rExponent, 4, "the result exponent") << 4) |
-                           BitsOf(bExponent, 4, "the exponent of B")));
+    const unsigned mBits = SignedBits(m, 10, "M");
+    const unsigned bBits = SignedBits(b, 10, "B");
+    Byte(24, LowByte(mBits)).Byte(25, LowByte((mBits >> 8) << 6));
+    Byte(26, LowByte(bBits)).Byte(27, LowByte((bBits >> 8) << 6));
+    return Byte(29, LowByte((SignedBits(rExponent, 4, "the result exponent") << 4) |
+                            SignedBits(bExponent, 4, "the exponent of B")));
 }
 
 SdrRecord& SdrRecord::Limits(std::uint8_t maximum, std::uint8_t minimum) {

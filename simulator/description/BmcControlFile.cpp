@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The file is small and read whole: an editor may replace it within the resolution of a time stamp.
+// Reads the whole file each time, since its time stamp can stay the same when it changes twice
+// within a moment.
 
 #include "simulator/description/BmcControlFile.h"
 
@@ -10,7 +11,7 @@
 #include <sstream>
 
 #include "simulator/bmc/Bmc.h"
-#include "simulator/description/BmcSensorStatements.h"
+#include "simulator/description/BmcReadingStatements.h"
 #include "simulator/description/MachineError.h"
 #include "simulator/description/MachineLine.h"
 
@@ -35,7 +36,7 @@ void BmcControlFile::ReadAgain(const std::string& text) {
         }
         timelines_ = std::move(read);
     } catch (const MachineError& error) {
-        (void)std::fprintf(stderr, "simulated server: %s; what it said before holds\n",
+        (void)std::fprintf(stderr, "simulated server: %s; its previous content still applies\n",
                            error.what());
     }
 }

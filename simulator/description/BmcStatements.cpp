@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The statements about the management controller itself: its interfaces, inventory, channels and
-// watchdog; and how all that was said of it becomes one.
+// The statements about the management controller itself: bmc, inventory, channel, watchdog. Also
+// builds the controller from everything that a description says about it.
 
 #include <exception>
 
@@ -17,24 +17,24 @@ std::uint8_t Bcd(unsigned value) {
 }
 
 void ReadFirmware(MachineLine& line, BmcDraft& bmc) {
-    constexpr std::uint8_t kMostMajor = 127;
-    constexpr std::uint32_t kMostMinor = 99;
-    bmc.major = line.Byte("the major firmware revision", kMostMajor);
-    bmc.minorBcd = Bcd(line.Number("the minor firmware revision", kMostMinor));
+    constexpr std::uint8_t kMaxMajor = 127;
+    constexpr std::uint32_t kMaxMinor = 99;
+    bmc.major = line.TakeByte("the major firmware revision", kMaxMajor);
+    bmc.minorBcd = Bcd(line.TakeNumber("the minor firmware revision", kMaxMinor));
 }
 
 void ReadBmc(MachineLine& line, MachineDraft& draft) {
     BmcDraft& bmc = ControllerOf(line, draft);
     if (bmc.line)
-        line.Fail("the controller was given in line " + std::to_string(bmc.line->Number()));
+        line.Fail("the controller was given in line " + std::to_string(bmc.line->LineNumber()));
     bmc.line = line;
-    const std::string interface = line.Word("the interface");
+    const std::string interface = line.TakeWord("the interface");
     bmc.kcs = interface == "kcs" || interface == "both";
     bmc.smic = interface == "smic" || interface == "both";
     if (!bmc.kcs && !bmc.smic && interface != "none")
         line.Fail("the interface \"" + interface + "\" is none of kcs, smic, both, none");
-    if (!line.More()) return;
-    line.Expect("firmware");
+    if (!line.HasMore()) return;
+    line.ExpectWord("firmware");
     ReadFirmware(line, bmc);
 }
 
@@ -42,40 +42,40 @@ void ReadInventory(MachineLine& line, MachineDraft& draft) {
     Bytes image = draft.Capture(line);
     BmcDraft& bmc = ControllerOf(line, draft);
     if (!bmc.inventory.empty()) line.Fail("the controller has an inventory already");
-    constexpr std::size_t kMost = 0xFFFF;
-    if (image.size() > kMost) line.Fail("an inventory has at most 65535 bytes");
+    constexpr std::size_t kMax = 0xFFFF;
+    if (image.size() > kMax) line.Fail("an inventory has at most 65535 bytes");
     bmc.inventory = std::move(image);
 }
 
 void ReadChannel(MachineLine& line, MachineDraft& draft) {
-    constexpr std::uint8_t kMostChannel = 0x0F;
-    const std::uint8_t number = line.Byte("the channel", kMostChannel);
-    const std::uint8_t medium = line.Byte("the medium");
-    const std::uint8_t protocol = line.Byte("the protocol");
+    constexpr std::uint8_t kMaxChannel = 0x0F;
+    const std::uint8_t number = line.TakeByte("the channel", kMaxChannel);
+    const std::uint8_t medium = line.TakeByte("the medium");
+    const std::uint8_t protocol = line.TakeByte("the protocol");
     if (!ControllerOf(line, draft)
              .channels.try_emplace(number, BmcChannel{medium, protocol})
              .second)
         line.Fail("the controller has this channel already");
 }
 
-// A timer that something else than the program set, at the machine's start.
+// A watchdog that firmware sets when the machine starts, or that cannot be stopped.
 void ReadWatchdog(MachineLine& line, MachineDraft& draft) {
-    constexpr std::uint8_t kMostAction = 3;
-    constexpr std::uint32_t kMostSeconds = 6553;
+    constexpr std::uint8_t kMaxAction = 3;
+    constexpr std::uint32_t kMaxSeconds = 6553;
     BmcDraft& bmc = ControllerOf(line, draft);
     if (bmc.watchdog) line.Fail("the watchdog was given already");
     WatchdogDraft& watchdog = bmc.watchdog.emplace();
     if (line.TakeIf("action")) {
-        watchdog.action = line.Byte("the action", kMostAction);
-        line.Expect("seconds");
-        watchdog.seconds = static_cast<std::uint16_t>(line.Number("the seconds", kMostSeconds));
+        watchdog.action = line.TakeByte("the action", kMaxAction);
+        line.ExpectWord("seconds");
+        watchdog.seconds = static_cast<std::uint16_t>(line.TakeNumber("the seconds", kMaxSeconds));
         watchdog.runs = true;
     }
     watchdog.stops = !line.TakeIf("unstoppable");
-    if (!watchdog.runs && watchdog.stops) line.Expect("unstoppable");
+    if (!watchdog.runs && watchdog.stops) line.ExpectWord("unstoppable");
 }
 
-constexpr MachineStatement kStatements[] = {
+constexpr MachineStatement kBmcStatements[] = {
     {"bmc", ReadBmc},
     {"inventory", ReadInventory},
     {"channel", ReadChannel},
@@ -107,7 +107,7 @@ BmcDraft& ControllerOf(const MachineLine& line, MachineDraft& draft) {
 }
 
 std::span<const MachineStatement> BmcStatements() {
-    return kStatements;
+    return kBmcStatements;
 }
 
 void BuildBmc(const BmcDraft& draft, Machine& machine) {

@@ -11,13 +11,13 @@
 namespace sim {
 namespace {
 
-// What opening a device can be refused with.
-constexpr int kErrors[] = {ENOENT, EACCES, EPERM, ENXIO, ENODEV, EBUSY, EIO};
+// The errors with which opening a device can fail.
+constexpr int kOpenErrors[] = {ENOENT, EACCES, EPERM, ENXIO, ENODEV, EBUSY, EIO};
 
-int ErrorNamed(MachineLine& line) {
-    const std::string name = line.Word("the error");
+int TakeOpenError(MachineLine& line) {
+    const std::string name = line.TakeWord("the error");
     std::string known;
-    for (const int error : kErrors) {
+    for (const int error : kOpenErrors) {
         if (ErrorName(error) == name) return error;
         known += " " + ErrorName(error);
     }
@@ -25,19 +25,19 @@ int ErrorNamed(MachineLine& line) {
 }
 
 void ReadWithout(MachineLine& line, MachineDraft& draft) {
-    const std::string device = line.Word("the device");
+    const std::string device = line.TakeWord("the device");
     if (!Machine::IsMachinePath(device)) line.Fail("no server has a device " + device);
-    const int error = line.More() ? ErrorNamed(line) : ENOENT;
+    const int error = line.HasMore() ? TakeOpenError(line) : ENOENT;
     if (!draft.without.emplace(device, error).second)
         line.Fail("the machine is without " + device + " already");
 }
 
-constexpr MachineStatement kStatements[] = {{"without", ReadWithout}};
+constexpr MachineStatement kDeviceStatements[] = {{"without", ReadWithout}};
 
 }  // namespace
 
 std::span<const MachineStatement> DeviceStatements() {
-    return kStatements;
+    return kDeviceStatements;
 }
 
 }  // namespace sim

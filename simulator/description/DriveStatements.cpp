@@ -13,10 +13,10 @@
 namespace sim {
 namespace {
 
-constexpr std::uint32_t kMost = 0xFFFFFFFF;
+constexpr std::uint32_t kMaxNumber = 0xFFFFFFFF;
 
-char DriveLetter(MachineLine& line) {
-    const std::string name = line.Word("the drive");
+char TakeDriveLetter(MachineLine& line) {
+    const std::string name = line.TakeWord("the drive");
     if (name.size() != 3 || !name.starts_with("hd") || name[2] < 'a' || name[2] > 'd')
         line.Fail("the drive \"" + name + "\" is none of hda to hdd");
     return name[2];
@@ -26,7 +26,7 @@ DriveDraft& AddDrive(MachineDraft& draft, char letter, const MachineLine& line) 
     const auto [drive, fresh] = draft.drives.try_emplace(letter, DriveDraft{line});
     if (!fresh)
         line.Fail(std::string("the drive hd") + letter + " was given in line " +
-                  std::to_string(drive->second.line.Number()));
+                  std::to_string(drive->second.line.LineNumber()));
     return drive->second;
 }
 
@@ -38,7 +38,7 @@ void ReadIdentity(MachineLine& line, const MachineDraft& draft, IdeDrive& drive)
     drive.identity = identity;
 }
 
-void ReadDump(MachineLine& line, const MachineDraft& draft, DriveDraft& drive) {
+void ReadSectorDump(MachineLine& line, const MachineDraft& draft, DriveDraft& drive) {
     const Bytes bytes = draft.Capture(line);
     try {
         drive.sectors = ReadSectorText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
@@ -47,26 +47,26 @@ void ReadDump(MachineLine& line, const MachineDraft& draft, DriveDraft& drive) {
     }
 }
 
-void ReadOption(const std::string& option, MachineLine& line, const MachineDraft& draft,
-                DriveDraft& drive, DriveTexts& texts) {
+void ReadDriveOption(const std::string& option, MachineLine& line, const MachineDraft& draft,
+                     DriveDraft& drive, DriveTexts& texts) {
     if (option == "media") {
-        drive.drive.files["media"] = line.Text("the media") + "\n";
+        drive.drive.files["media"] = line.TakeText("the media") + "\n";
     } else if (option == "model") {
-        texts.model = line.Text("the model");
+        texts.model = line.TakeText("the model");
         drive.drive.files["model"] = texts.model + "\n";
     } else if (option == "serial") {
-        texts.serial = line.Text("the serial number");
+        texts.serial = line.TakeText("the serial number");
     } else if (option == "firmware") {
-        texts.firmware = line.Text("the firmware version");
+        texts.firmware = line.TakeText("the firmware version");
     } else if (option == "sectors") {
-        drive.size = line.Number("the number of sectors", kMost);
+        drive.size = line.TakeNumber("the number of sectors", kMaxNumber);
         drive.drive.files["capacity"] = std::to_string(*drive.size) + "\n";
     } else if (option == "identity") {
         ReadIdentity(line, draft, drive.drive);
     } else if (option == "image") {
         drive.image = draft.CaptureFile(line);
     } else if (option == "dump") {
-        ReadDump(line, draft, drive);
+        ReadSectorDump(line, draft, drive);
     } else {
         line.Fail("\"" + option +
                   "\" is none of media, model, serial, firmware, sectors, identity, image, dump");
@@ -74,15 +74,15 @@ void ReadOption(const std::string& option, MachineLine& line, const MachineDraft
 }
 
 void ReadDrive(MachineLine& line, MachineDraft& draft) {
-    const char letter = DriveLetter(line);
+    const char letter = TakeDriveLetter(line);
     DriveDraft& drive = AddDrive(draft, letter, line);
     drive.drive.files["media"] = "disk\n";
     DriveTexts texts;
     std::set<std::string> seen;
-    while (line.More()) {
-        const std::string option = line.Word("the option");
+    while (line.HasMore()) {
+        const std::string option = line.TakeWord("the option");
         if (!seen.insert(option).second) line.Fail("\"" + option + "\" is given twice");
-        ReadOption(option, line, draft, drive, texts);
+        ReadDriveOption(option, line, draft, drive, texts);
     }
     if (seen.contains("image") && seen.contains("dump"))
         line.Fail("a drive has an image or a dump, not both");
@@ -93,18 +93,18 @@ void ReadDrive(MachineLine& line, MachineDraft& draft) {
 }
 
 void ReadEntry(MachineLine& line, MachineDraft& draft) {
-    const char letter = DriveLetter(line);
-    const std::uint32_t sector = line.Number("the boot record's sector", kMost);
-    const std::uint32_t number = line.Number("the entry's number", 4);
+    const char letter = TakeDriveLetter(line);
+    const std::uint32_t sector = line.TakeNumber("the boot record's sector", kMaxNumber);
+    const std::uint32_t number = line.TakeNumber("the entry's number", 4);
     if (number == 0) line.Fail("a partition table has the entries 1 to 4");
     TableEntry entry;
-    entry.type = line.Byte("the type");
-    entry.start = line.Number("the start", kMost);
-    entry.sectors = line.Number("the number of sectors", kMost);
+    entry.type = line.TakeByte("the type");
+    entry.start = line.TakeNumber("the start", kMaxNumber);
+    entry.sectors = line.TakeNumber("the number of sectors", kMaxNumber);
     draft.entries.push_back({letter, sector, number, entry, line});
 }
 
-// A folder with what lies below /proc/ide of a machine: ide0/hda/media and so on.
+// A folder with a copy of a machine's /proc/ide: ide0/hda/media and so on.
 void ReadIde(MachineLine& line, MachineDraft& draft) {
     const std::filesystem::path folder = draft.CaptureFile(line);
     bool found = false;
@@ -124,13 +124,13 @@ void ReadIde(MachineLine& line, MachineDraft& draft) {
     if (!found) line.Fail(folder.string() + ": holds no ide0/hda to ide1/hdd");
 }
 
-constexpr MachineStatement kStatements[] = {
+constexpr MachineStatement kDriveStatements[] = {
     {"drive", ReadDrive}, {"entry", ReadEntry}, {"ide", ReadIde}};
 
 }  // namespace
 
 std::span<const MachineStatement> DriveStatements() {
-    return kStatements;
+    return kDriveStatements;
 }
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// From what a description says of PCI functions, drives and load to the machine's.
+// Gives a machine the PCI functions, drives and load that a description asks for.
 
 #include "simulator/description/InventoryDraft.h"
 
@@ -45,7 +45,7 @@ void BuildDrives(const MachineDraft& draft, Machine& machine) {
     }
 }
 
-// A machine that says nothing has one idle processor and all its memory free.
+// Without any statement about load a machine has one idle processor, and all its memory is free.
 void BuildLoad(const LoadDraft& load, Machine& machine) {
     ProcStat& stat = machine.GetStat();
     for (const auto& [cpu, rates] : load.cpus) stat.SetRates(cpu, rates);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// From a description to a machine.
+// Checks a description as a whole and builds the machine from it.
 
 #include "simulator/description/MachineDraft.h"
 
@@ -16,9 +16,9 @@
 namespace sim {
 namespace {
 
-// Whether this many bytes at the address are memory of the machine.
-void RequireMemory(const MachineLine& line, const PhysicalMemory& memory, std::uint64_t address,
-                   std::size_t size) {
+// Fails unless all these bytes lie within the memory of the machine.
+void RequireInMemory(const MachineLine& line, const PhysicalMemory& memory, std::uint64_t address,
+                     std::size_t size) {
     if (address + size > memory.Size())
         line.Fail(std::to_string(size) + " bytes at " + Hex(address) +
                   " are past the end of the memory at " + Hex(memory.Size()));
@@ -30,7 +30,7 @@ void RequireApart(const std::vector<MemoryPiece>& pieces) {
             if (piece->address < std::uint64_t{before->address} + before->bytes.size() &&
                 before->address < std::uint64_t{piece->address} + piece->bytes.size())
                 piece->line.Fail("these bytes overlap those of line " +
-                                 std::to_string(before->line.Number()));
+                                 std::to_string(before->line.LineNumber()));
 }
 
 void PlaceSmbios(PhysicalMemory& memory, const SmbiosDraft& smbios) {
@@ -47,17 +47,17 @@ void PlaceSmbios(PhysicalMemory& memory, const SmbiosDraft& smbios) {
     }
 }
 
-// The first megabyte holds the entry point; a table may lie elsewhere.
+// The entry point lies in the first megabyte; a table may lie elsewhere.
 void RequireSmbiosMemory(const SmbiosDraft& smbios, const PhysicalMemory& memory) {
-    RequireMemory(smbios.line, memory, 0xF0000, 0x10000);
+    RequireInMemory(smbios.line, memory, 0xF0000, 0x10000);
     if (smbios.source == SmbiosDraft::Source::kText && smbios.placement.table != 0)
-        RequireMemory(smbios.line, memory, smbios.placement.table, smbios.table.Image().size());
+        RequireInMemory(smbios.line, memory, smbios.placement.table, smbios.table.Image().size());
 }
 
 }  // namespace
 
 std::filesystem::path MachineDraft::CaptureFile(MachineLine& line) const {
-    std::filesystem::path path = folder / line.Name("the file name");
+    std::filesystem::path path = folder / line.TakeName("the file name");
     std::error_code error;
     (void)std::filesystem::status(path, error);
     if (error) line.Fail(path.string() + ": " + error.message());
@@ -68,7 +68,7 @@ Bytes MachineDraft::Capture(MachineLine& line) const {
     const std::string path = CaptureFile(line).string();
     std::ifstream stream(path, std::ios::binary);
     if (!stream) line.Fail(path + ": " + std::strerror(errno));
-    if (!std::filesystem::is_regular_file(path)) line.Fail(path + ": is no file");
+    if (!std::filesystem::is_regular_file(path)) line.Fail(path + ": is not a file");
     Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     if (bytes.empty()) line.Fail(path + ": is empty");
     return bytes;
@@ -87,7 +87,7 @@ void MachineDraft::Build(Machine& machine) const {
     }
     RequireApart(pieces);
     for (const MemoryPiece& piece : pieces) {
-        RequireMemory(piece.line, memory, piece.address, piece.bytes.size());
+        RequireInMemory(piece.line, memory, piece.address, piece.bytes.size());
         memory.Write(piece.address, piece.bytes);
     }
     if (bmc) BuildBmc(*bmc, machine);

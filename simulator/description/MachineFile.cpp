@@ -16,10 +16,10 @@
 namespace sim {
 namespace {
 
-const MachineStatement* Find(std::string_view word) {
+const MachineStatement* FindStatement(std::string_view word) {
     for (const auto topic :
          {MemoryStatements(), SmbiosStatements(), DeviceStatements(), BmcStatements(),
-          BmcRecordStatements(), BmcSensorStatements(), BmcFaultStatements(), PciStatements(),
+          BmcRecordStatements(), BmcReadingStatements(), BmcFaultStatements(), PciStatements(),
           DriveStatements(), LoadStatements()}) {
         const auto row =
             std::find_if(topic.begin(), topic.end(),
@@ -29,13 +29,13 @@ const MachineStatement* Find(std::string_view word) {
     return nullptr;
 }
 
-void ReadLine(MachineLine& line, MachineDraft& draft) {
-    if (!line.More()) return;
-    const std::string word = line.Word("the statement");
-    const MachineStatement* const statement = Find(word);
+void ReadStatementLine(MachineLine& line, MachineDraft& draft) {
+    if (!line.HasMore()) return;
+    const std::string word = line.TakeWord("the statement");
+    const MachineStatement* const statement = FindStatement(word);
     if (statement == nullptr) line.Fail("unknown statement \"" + word + "\"");
     statement->read(line, draft);
-    line.End();
+    line.ExpectEnd();
 }
 
 }  // namespace
@@ -49,7 +49,7 @@ void LoadMachine(const std::filesystem::path& folder, Machine& machine) {
     std::string text;
     for (int number = 1; std::getline(stream, text); ++number) {
         MachineLine line(file, number, text);
-        ReadLine(line, draft);
+        ReadStatementLine(line, draft);
     }
     if (stream.bad()) throw MachineError(file + ": cannot be read");
     draft.Build(machine);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Words, texts and numbers of a machine description.
+// Splits a line of a machine description into words, and reads words as texts and numbers.
 
 #include "simulator/description/MachineLine.h"
 
@@ -23,7 +23,7 @@ bool IsBlank(char c) {
 MachineLine::MachineLine(std::string file, int number, std::string_view text)
     : file_(std::move(file)), number_(number) {
     if (text.find('\0') != std::string_view::npos)
-        Fail("a byte 00 stands in the line, which is no text");
+        Fail("the line holds a byte 00, so it is not text");
     std::size_t at = 0;
     while (true) {
         at = text.find_first_not_of(kBlanks, at);
@@ -43,7 +43,8 @@ MachineLine::MachineLine(std::string file, int number, std::string_view text)
     }
 }
 
-// Takes the text from behind the opening quote; returns the place behind the closing one.
+// Takes the text after the opening quote, which ends before `at`. Returns the place after the
+// closing quote.
 std::size_t MachineLine::TakeQuoted(std::string_view text, std::size_t at) {
     std::string result;
     while (true) {
@@ -78,67 +79,67 @@ void MachineLine::Fail(const std::string& message) const {
     throw MachineError(file_ + ":" + std::to_string(number_) + ": " + message);
 }
 
-const MachineLine::Token& MachineLine::Take(const char* what) {
-    if (!More()) Fail(std::string(what) + " is missing");
+const MachineLine::Token& MachineLine::TakeToken(const char* what) {
+    if (!HasMore()) Fail(std::string(what) + " is missing");
     return words_[next_++];
 }
 
-std::string MachineLine::Word(const char* what) {
-    const Token& word = Take(what);
+std::string MachineLine::TakeWord(const char* what) {
+    const Token& word = TakeToken(what);
     if (word.quoted) Fail(std::string(what) + " takes no quotes");
     return word.text;
 }
 
-std::string MachineLine::Text(const char* what) {
-    const Token& word = Take(what);
+std::string MachineLine::TakeText(const char* what) {
+    const Token& word = TakeToken(what);
     if (!word.quoted) Fail(std::string(what) + " must be in double quotes");
     if (word.text.empty()) Fail(std::string(what) + " is empty");
     return word.text;
 }
 
-std::string MachineLine::Name(const char* what) {
-    return QuotedNext() ? Text(what) : Word(what);
+std::string MachineLine::TakeName(const char* what) {
+    return IsNextQuoted() ? TakeText(what) : TakeWord(what);
 }
 
-std::uint64_t MachineLine::Parse(const std::string& digits, const char* what) const {
+std::uint64_t MachineLine::ParseNumber(const std::string& digits, const char* what) const {
     const bool hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
     const char* const begin = digits.data() + (hexadecimal ? 2 : 0);
     const char* const end = digits.data() + digits.size();
     std::uint64_t value = 0;
     const auto [stop, error] = std::from_chars(begin, end, value, hexadecimal ? 16 : 10);
     if (stop != end || error == std::errc::invalid_argument)
-        Fail(std::string(what) + " \"" + digits + "\" is no number");
+        Fail(std::string(what) + " \"" + digits + "\" is not a number");
     if (error == std::errc::result_out_of_range)
         Fail(std::string(what) + " " + digits + " is too large");
     return value;
 }
 
-std::uint32_t MachineLine::Number(const char* what, std::uint32_t max) {
-    const std::string digits = Word(what);
-    const std::uint64_t value = Parse(digits, what);
+std::uint32_t MachineLine::TakeNumber(const char* what, std::uint32_t max) {
+    const std::string digits = TakeWord(what);
+    const std::uint64_t value = ParseNumber(digits, what);
     if (value > max) Fail(std::string(what) + " " + digits + " is above " + std::to_string(max));
     return static_cast<std::uint32_t>(value);
 }
 
-std::uint8_t MachineLine::Byte(const char* what, std::uint8_t max) {
-    return static_cast<std::uint8_t>(Number(what, max));
+std::uint8_t MachineLine::TakeByte(const char* what, std::uint8_t max) {
+    return static_cast<std::uint8_t>(TakeNumber(what, max));
 }
 
-int MachineLine::Integer(const char* what, int min, int max) {
-    const std::string text = Word(what);
+int MachineLine::TakeInteger(const char* what, int min, int max) {
+    const std::string text = TakeWord(what);
     int value = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     if (error != std::errc() || stop != end)
-        Fail(std::string(what) + " \"" + text + "\" is no decimal number");
+        Fail(std::string(what) + " \"" + text + "\" is not a decimal number");
     if (value < min || value > max)
         Fail(std::string(what) + " " + text + " is not between " + std::to_string(min) + " and " +
              std::to_string(max));
     return value;
 }
 
-std::uint64_t MachineLine::Size(const char* what, std::uint64_t max) {
-    std::string digits = Word(what);
+std::uint64_t MachineLine::TakeSize(const char* what, std::uint64_t max) {
+    std::string digits = TakeWord(what);
     const std::string given = digits;
     unsigned shift = 0;
     switch (digits.back()) {
@@ -155,14 +156,14 @@ std::uint64_t MachineLine::Size(const char* what, std::uint64_t max) {
             break;
     }
     if (shift != 0) digits.pop_back();
-    const std::uint64_t value = Parse(digits, what);
+    const std::uint64_t value = ParseNumber(digits, what);
     if (value == 0 || value > max >> shift)
         Fail(std::string(what) + " " + given + " is not between 1 and " + std::to_string(max));
     return value << shift;
 }
 
-std::uint8_t MachineLine::HexByte(const char* what) {
-    const std::string digits = Word(what);
+std::uint8_t MachineLine::TakeHexByte(const char* what) {
+    const std::string digits = TakeWord(what);
     unsigned value = 0;
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, value, 16);
@@ -171,20 +172,20 @@ std::uint8_t MachineLine::HexByte(const char* what) {
     return static_cast<std::uint8_t>(value);
 }
 
-void MachineLine::Expect(std::string_view literal) {
+void MachineLine::ExpectWord(std::string_view literal) {
     const std::string what = "the word \"" + std::string(literal) + "\"";
-    const std::string found = Word(what.c_str());
+    const std::string found = TakeWord(what.c_str());
     if (found != literal) Fail(what + " was expected, not \"" + found + "\"");
 }
 
 bool MachineLine::TakeIf(std::string_view literal) {
-    if (!More() || words_[next_].quoted || words_[next_].text != literal) return false;
+    if (!HasMore() || words_[next_].quoted || words_[next_].text != literal) return false;
     ++next_;
     return true;
 }
 
-void MachineLine::End() const {
-    if (More()) Fail("nothing may follow here, but \"" + words_[next_].text + "\" does");
+void MachineLine::ExpectEnd() const {
+    if (HasMore()) Fail("nothing may follow here, but \"" + words_[next_].text + "\" does");
 }
 
 }  // namespace sim

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Two kinds of lines count: a function's, which starts with [DOMAIN:]BUS:DEVICE.FUNCTION, and its
-// bytes', which start with an offset.
+// Reads two kinds of lines: one that names a function as [DOMAIN:]BUS:DEVICE.FUNCTION, and those
+// with its bytes, which start with an offset.
 
 #include "simulator/description/PciText.h"
 
@@ -14,14 +14,14 @@
 namespace sim {
 namespace {
 
-// Takes a hexadecimal number of so many digits at most and the character behind it off the front.
-// Nothing, and the text as it was, when they do not stand there.
-std::optional<unsigned> Take(std::string_view& text, std::size_t digits, char behind) {
+// Takes a hexadecimal number of at most `digits` digits, and the separator after it, off the front
+// of the text. Returns nothing and leaves the text unchanged when it does not begin like that.
+std::optional<unsigned> TakeHexNumber(std::string_view& text, std::size_t digits, char separator) {
     unsigned value = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value, 16);
     const auto length = static_cast<std::size_t>(stop - text.data());
-    if (error != std::errc() || length > digits || stop == end || *stop != behind)
+    if (error != std::errc() || length > digits || stop == end || *stop != separator)
         return std::nullopt;
     text.remove_prefix(length + 1);
     return value;
@@ -34,17 +34,17 @@ struct FunctionLine {
 
 std::optional<FunctionLine> ParseFunctionLine(std::string_view line) {
     FunctionLine result;
-    std::optional<unsigned> bus = Take(line, 8, ':');
+    std::optional<unsigned> bus = TakeHexNumber(line, 8, ':');
     if (!bus) return std::nullopt;
-    std::optional<unsigned> device = Take(line, 2, ':');
+    std::optional<unsigned> device = TakeHexNumber(line, 2, ':');
     if (device) {
         result.domain = *bus;
         bus = device;
     }
-    device = Take(line, 2, '.');
-    const std::string withBlank = std::string(line) + ' ';  // the line may end with the function
+    device = TakeHexNumber(line, 2, '.');
+    const std::string withBlank = std::string(line) + ' ';  // the line may end after the function
     std::string_view rest = withBlank;
-    const std::optional<unsigned> function = Take(rest, 1, ' ');
+    const std::optional<unsigned> function = TakeHexNumber(rest, 1, ' ');
     if (!device || !function || *bus > 0xFF || *function > 7) return std::nullopt;
     result.location = {*bus, *device, *function};
     return result;
@@ -57,21 +57,21 @@ struct BytesLine {
 
 std::optional<BytesLine> ParseBytesLine(std::string_view line) {
     BytesLine result;
-    const std::optional<unsigned> offset = Take(line, 3, ':');
+    const std::optional<unsigned> offset = TakeHexNumber(line, 3, ':');
     if (!offset) return std::nullopt;
     result.offset = *offset;
     std::istringstream words{std::string(line)};
     for (std::string word; words >> word;) {
         word += ' ';
         std::string_view digits = word;
-        const std::optional<unsigned> byte = Take(digits, 2, ' ');
+        const std::optional<unsigned> byte = TakeHexNumber(digits, 2, ' ');
         if (!byte) return std::nullopt;
         result.bytes.push_back(static_cast<std::uint8_t>(*byte));
     }
     return result;
 }
 
-class Reader {
+class LspciReader {
 public:
     void Read(const std::string& line) {
         if (line.empty() || line.front() == ' ' || line.front() == '\t') return;
@@ -108,13 +108,13 @@ private:
 
     Bytes* current_ = nullptr;
     Bytes outOfReach_;
-    unsigned expected_ = 0;  // offset of the next byte
+    unsigned expected_ = 0;  // the offset of the next byte
 };
 
 }  // namespace
 
 std::map<PciLocation, Bytes> ReadPciText(std::string_view text) {
-    Reader reader;
+    LspciReader reader;
     std::istringstream lines{std::string(text)};
     int number = 0;
     for (std::string line; std::getline(lines, line);) {

@@ -13,19 +13,19 @@
 namespace sim {
 namespace {
 
-constexpr std::uint32_t kMostByte = 0xFF;
-constexpr std::uint32_t kMostWord = 0xFFFF;
-constexpr std::uint32_t kMostDword = 0xFFFFFFFF;
+constexpr std::uint32_t kMaxByte = 0xFF;
+constexpr std::uint32_t kMaxWord = 0xFFFF;
+constexpr std::uint32_t kMaxDword = 0xFFFFFFFF;
 
-SmbiosDraft& Begin(SmbiosDraft::Source source, MachineLine& line, MachineDraft& draft) {
+SmbiosDraft& BeginSmbios(SmbiosDraft::Source source, MachineLine& line, MachineDraft& draft) {
     if (draft.smbios)
         line.Fail("the machine's SMBIOS was given in line " +
-                  std::to_string(draft.smbios->line.Number()));
+                  std::to_string(draft.smbios->line.LineNumber()));
     return draft.smbios.emplace(SmbiosDraft{source, line, {}, {}, {}, nullptr, {}});
 }
 
 void ReadVersion(MachineLine& line, SmbiosPlacement& placement) {
-    const std::string text = line.Word("the version");
+    const std::string text = line.TakeWord("the version");
     const char* const end = text.data() + text.size();
     const auto major = std::from_chars(text.data(), end, placement.major);
     if (major.ec != std::errc() || major.ptr == end || *major.ptr != '.')
@@ -35,41 +35,41 @@ void ReadVersion(MachineLine& line, SmbiosPlacement& placement) {
         line.Fail("the version \"" + text + "\" is not MAJOR.MINOR");
 }
 
-// What may follow the version, each at most once.
-void ReadOption(const std::string& option, MachineLine& line, SmbiosPlacement& placement) {
+// The options that may follow the version.
+void ReadTableOption(const std::string& option, MachineLine& line, SmbiosPlacement& placement) {
     if (option == "anchor") {
-        line.Expect("dmi");
+        line.ExpectWord("dmi");
         placement.anchor = SmbiosPlacement::Anchor::kDmi;
     } else if (option == "entry") {
-        placement.entry = line.Number("the entry point's address", kMostDword);
+        placement.entry = line.TakeNumber("the entry point's address", kMaxDword);
         constexpr std::uint32_t last = 0xFFFE0;
         if (placement.entry < 0xF0000 || placement.entry > last || placement.entry % 16 != 0)
             line.Fail("an entry point lies on a multiple of 16 from 0xF0000 to 0xFFFE0");
     } else if (option == "table") {
-        placement.table = line.Number("the table's address", kMostDword);
+        placement.table = line.TakeNumber("the table's address", kMaxDword);
         if (placement.table == 0) line.Fail("a table does not lie at address 0");
     } else if (option == "structures") {
-        placement.structures = static_cast<int>(line.Number("the structure count", kMostWord));
+        placement.structures = static_cast<int>(line.TakeNumber("the structure count", kMaxWord));
     } else if (option == "length") {
-        placement.length = static_cast<int>(line.Number("the table length", kMostWord));
+        placement.length = static_cast<int>(line.TakeNumber("the table length", kMaxWord));
     } else {
         line.Fail("\"" + option + "\" is none of anchor, entry, table, structures, length");
     }
 }
 
 void ReadSmbios(MachineLine& line, MachineDraft& draft) {
-    const std::string kind = line.Word("\"dump\" or \"version\"");
+    const std::string kind = line.TakeWord("\"dump\" or \"version\"");
     if (kind == "dump") {
         Bytes bytes = draft.Capture(line);
-        Begin(SmbiosDraft::Source::kDump, line, draft).bytes = std::move(bytes);
+        BeginSmbios(SmbiosDraft::Source::kDump, line, draft).bytes = std::move(bytes);
     } else if (kind == "version") {
-        SmbiosPlacement& placement = Begin(SmbiosDraft::Source::kText, line, draft).placement;
+        SmbiosPlacement& placement = BeginSmbios(SmbiosDraft::Source::kText, line, draft).placement;
         ReadVersion(line, placement);
         std::set<std::string> seen;
-        while (line.More()) {
-            const std::string option = line.Word("the option");
+        while (line.HasMore()) {
+            const std::string option = line.TakeWord("the option");
             if (!seen.insert(option).second) line.Fail("\"" + option + "\" is given twice");
-            ReadOption(option, line, placement);
+            ReadTableOption(option, line, placement);
         }
     } else {
         line.Fail("smbios is followed by \"dump\" or \"version\", not by \"" + kind + "\"");
@@ -78,15 +78,15 @@ void ReadSmbios(MachineLine& line, MachineDraft& draft) {
 
 void ReadSegment(MachineLine& line, MachineDraft& draft) {
     Bytes bytes = draft.Capture(line);
-    Begin(SmbiosDraft::Source::kSegment, line, draft).bytes = std::move(bytes);
+    BeginSmbios(SmbiosDraft::Source::kSegment, line, draft).bytes = std::move(bytes);
 }
 
 void ReadStructure(MachineLine& line, MachineDraft& draft) {
-    const std::uint32_t type = line.Number("the type", kMostByte);
-    line.Expect("handle");
-    const std::uint32_t handle = line.Number("the handle", kMostWord);
-    line.Expect("length");
-    const std::uint32_t length = line.Number("the length", kMostByte);
+    const std::uint32_t type = line.TakeNumber("the type", kMaxByte);
+    line.ExpectWord("handle");
+    const std::uint32_t handle = line.TakeNumber("the handle", kMaxWord);
+    line.ExpectWord("length");
+    const std::uint32_t length = line.TakeNumber("the length", kMaxByte);
     if (length < 4) line.Fail("a structure is at least as long as its header of 4 bytes");
     if (!draft.smbios || draft.smbios->source != SmbiosDraft::Source::kText)
         line.Fail("structures follow an \"smbios version\" line");
@@ -102,13 +102,14 @@ SmbiosStructure& StructureOf(MachineLine& line, MachineDraft& draft) {
     return *draft.smbios->last;
 }
 
-// Sets a field by `set`, where it lies in the structure and no earlier line wrote to it.
+// Sets a field by `set`. Fails when an earlier line set one of its bytes, or when it does not lie
+// in the structure.
 template <typename Set>
 void SetField(MachineLine& line, MachineDraft& draft, std::size_t offset, std::size_t size,
               Set set) {
     SmbiosStructure& structure = StructureOf(line, draft);
     for (std::size_t at = offset; at < offset + size; ++at) {
-        const auto [field, fresh] = draft.smbios->fields.emplace(at, line.Number());
+        const auto [field, fresh] = draft.smbios->fields.emplace(at, line.LineNumber());
         if (!fresh)
             line.Fail("the byte at offset " + std::to_string(at) + " was set in line " +
                       std::to_string(field->second));
@@ -120,49 +121,49 @@ void SetField(MachineLine& line, MachineDraft& draft, std::size_t offset, std::s
     }
 }
 
-std::size_t ReadOffset(MachineLine& line) {
-    return line.Number("the offset", kMostByte);
+std::size_t TakeOffset(MachineLine& line) {
+    return line.TakeNumber("the offset", kMaxByte);
 }
 
 void ReadByte(MachineLine& line, MachineDraft& draft) {
-    const std::size_t offset = ReadOffset(line);
-    const std::uint8_t value = line.Byte("the value");
+    const std::size_t offset = TakeOffset(line);
+    const std::uint8_t value = line.TakeByte("the value");
     SetField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.Byte(offset, value); });
 }
 
 void ReadWord(MachineLine& line, MachineDraft& draft) {
-    const std::size_t offset = ReadOffset(line);
-    const auto value = static_cast<std::uint16_t>(line.Number("the value", kMostWord));
+    const std::size_t offset = TakeOffset(line);
+    const auto value = static_cast<std::uint16_t>(line.TakeNumber("the value", kMaxWord));
     SetField(line, draft, offset, 2, [&](SmbiosStructure& to) { to.Word(offset, value); });
 }
 
 void ReadDword(MachineLine& line, MachineDraft& draft) {
-    const std::size_t offset = ReadOffset(line);
-    const std::uint32_t value = line.Number("the value", kMostDword);
+    const std::size_t offset = TakeOffset(line);
+    const std::uint32_t value = line.TakeNumber("the value", kMaxDword);
     SetField(line, draft, offset, 4, [&](SmbiosStructure& to) { to.Dword(offset, value); });
 }
 
 void ReadBytes(MachineLine& line, MachineDraft& draft) {
-    std::size_t offset = ReadOffset(line);
+    std::size_t offset = TakeOffset(line);
     do {
-        const std::uint8_t value = line.HexByte("the byte");
+        const std::uint8_t value = line.TakeHexByte("the byte");
         SetField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.Byte(offset, value); });
         ++offset;
-    } while (line.More());
+    } while (line.HasMore());
 }
 
 void ReadString(MachineLine& line, MachineDraft& draft) {
-    if (line.QuotedNext()) {
-        const std::string text = line.Text("the string");
+    if (line.IsNextQuoted()) {
+        const std::string text = line.TakeText("the string");
         SetField(line, draft, 0, 0, [&](SmbiosStructure& to) { to.String(text); });
         return;
     }
-    const std::size_t offset = ReadOffset(line);
-    const std::string text = line.Text("the string");
+    const std::size_t offset = TakeOffset(line);
+    const std::string text = line.TakeText("the string");
     SetField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.String(offset, text); });
 }
 
-constexpr MachineStatement kStatements[] = {
+constexpr MachineStatement kSmbiosStatements[] = {
     {"smbios", ReadSmbios}, {"segment", ReadSegment}, {"structure", ReadStructure},
     {"byte", ReadByte},     {"word", ReadWord},       {"dword", ReadDword},
     {"bytes", ReadBytes},   {"string", ReadString},
@@ -171,7 +172,7 @@ constexpr MachineStatement kStatements[] = {
 }  // namespace
 
 std::span<const MachineStatement> SmbiosStatements() {
-    return kStatements;
+    return kSmbiosStatements;
 }
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What devices do unless they say otherwise.
+// The default behaviour of an open file.
 
 #include "simulator/machine/Device.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A function of the shell, which a shell looks for before it looks for a program.
+// `free` becomes a function of the shell, which looks for functions before it looks for programs.
 
 #include "simulator/machine/FreeProgram.h"
 
@@ -31,7 +31,7 @@ bool FreeProgram::IsRunBy(const char* command) const {
            (text.size() == name.size() || text[name.size()] == ' ' || text[name.size()] == '|');
 }
 
-std::string FreeProgram::Before(const char* command) const {
+std::string FreeProgram::DefineBefore(const char* command) const {
     return "free() {\ncat <<'END OF FREE'\n" + text_ + "END OF FREE\n}\n" + command;
 }
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// IDE drives as devices of a machine: the files in /proc/ide, and the drive itself.
 
 #include "simulator/machine/IdeDrive.h"
 
@@ -18,24 +20,25 @@
 namespace sim {
 namespace {
 
-// Moves by the descriptor itself, so that it agrees with system calls made behind libc's back.
+// Reads and seeks through the real descriptor, so that it agrees with the program's direct system
+// calls on it.
 class OpenDrive : public OpenFile {
 public:
     OpenDrive(int descriptor, std::optional<DriveIdentity> identity)
         : descriptor_(descriptor), identity_(std::move(identity)) {}
 
-    // The machine closes it.
+    // The machine closes the descriptor.
     int MakeDescriptor(const char*) const override { return descriptor_; }
 
     Answer Read(void* out, std::size_t size) override {
-        return OfSystemCall(syscall(SYS_read, descriptor_, out, size));
+        return AnswerFromSystemCall(syscall(SYS_read, descriptor_, out, size));
     }
 
     Answer Seek(std::int64_t offset, int whence) override {
         std::int64_t position = 0;
-        const Answer moved =
-            OfSystemCall(syscall(SYS__llseek, descriptor_, static_cast<std::uint32_t>(offset >> 32),
-                                 static_cast<std::uint32_t>(offset), &position, whence));
+        const Answer moved = AnswerFromSystemCall(
+            syscall(SYS__llseek, descriptor_, static_cast<std::uint32_t>(offset >> 32),
+                    static_cast<std::uint32_t>(offset), &position, whence));
         return moved.Ok() ? Answer{position} : moved;
     }
 
@@ -53,7 +56,7 @@ public:
     }
 
 private:
-    static Answer OfSystemCall(long result) {
+    static Answer AnswerFromSystemCall(long result) {
         return result < 0 ? Answer::Failed(errno) : Answer{result};
     }
 
@@ -82,8 +85,8 @@ private:
     std::shared_ptr<DiskImage> image_;
 };
 
-// Texts of the identity block are words with the first character in the upper half; the kernel
-// has swapped them by the time a program sees them.
+// A drive stores the texts of its identity block as words with the first character in the upper
+// half. The kernel swaps them before a program sees them, so here they are in plain order.
 void PutText(DriveIdentity& identity, std::size_t offset, std::size_t size, std::string text) {
     text.resize(size, ' ');
     std::copy(text.begin(), text.end(), identity.begin() + static_cast<std::ptrdiff_t>(offset));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The driver's request 1 of type 'S': send a message and wait for its response. Its argument is the
-// record of a 32-bit program, read and written byte by byte here.
+// The driver's one request, number 1 of type 'S': send a message and wait for its response. Its
+// argument is a record laid out as in a 32-bit program; it is read and written byte by byte here.
 
 #include "simulator/machine/IpmiDevice.h"
 
@@ -16,31 +16,31 @@ namespace {
 
 constexpr unsigned long kSendMessage = 0xC0045301;
 
-// Where the fields lie in the request record.
-constexpr std::size_t kCommand = 0;
-constexpr std::size_t kResponder = 1;
-constexpr std::size_t kBus = 2;
-constexpr std::size_t kNetFunction = 3;
-constexpr std::size_t kLun = 4;
-constexpr std::size_t kData = 8;
-constexpr std::size_t kDataLength = 12;
-constexpr std::size_t kTimeout = 16;
-constexpr std::size_t kResponse = 20;
-constexpr std::size_t kResponseLength = 24;
-constexpr std::size_t kCompletion = 28;
+// Offsets of the fields in the request record.
+constexpr std::size_t kCommandOffset = 0;
+constexpr std::size_t kResponderOffset = 1;
+constexpr std::size_t kBusOffset = 2;
+constexpr std::size_t kNetFunctionOffset = 3;
+constexpr std::size_t kLunOffset = 4;
+constexpr std::size_t kDataOffset = 8;
+constexpr std::size_t kDataLengthOffset = 12;
+constexpr std::size_t kTimeoutOffset = 16;
+constexpr std::size_t kResponseOffset = 20;
+constexpr std::size_t kResponseLengthOffset = 24;
+constexpr std::size_t kCompletionOffset = 28;
 
-// Neither a request's data nor a response is ever longer than this.
-constexpr std::size_t kLongest = 256;
+// The data of a request or a response is never longer.
+constexpr std::size_t kMaxMessage = 256;
 
 template <typename Value>
-Value Get(const void* record, std::size_t offset) {
+Value ReadField(const void* record, std::size_t offset) {
     Value value;
     std::memcpy(&value, static_cast<const std::uint8_t*>(record) + offset, sizeof value);
     return value;
 }
 
 template <typename Value>
-void Put(void* record, std::size_t offset, Value value) {
+void WriteField(void* record, std::size_t offset, Value value) {
     std::memcpy(static_cast<std::uint8_t*>(record) + offset, &value, sizeof value);
 }
 
@@ -56,27 +56,27 @@ public:
         if (request != kSendMessage) return std::nullopt;
         if (argument == nullptr) return Answer::Failed(EFAULT);
         BmcRequest message;
-        message.command = Get<std::uint8_t>(argument, kCommand);
-        message.responder = Get<std::uint8_t>(argument, kResponder);
-        message.bus = Get<std::uint8_t>(argument, kBus);
-        message.netFn = Get<std::uint8_t>(argument, kNetFunction);
-        message.lun = Get<std::uint8_t>(argument, kLun);
-        message.timeout = Get<unsigned>(argument, kTimeout);
-        const auto* const data = Get<const std::uint8_t*>(argument, kData);
-        const unsigned length = Get<unsigned>(argument, kDataLength);
-        if (length > kLongest) return Answer::Failed(EINVAL);
+        message.command = ReadField<std::uint8_t>(argument, kCommandOffset);
+        message.responder = ReadField<std::uint8_t>(argument, kResponderOffset);
+        message.bus = ReadField<std::uint8_t>(argument, kBusOffset);
+        message.netFn = ReadField<std::uint8_t>(argument, kNetFunctionOffset);
+        message.lun = ReadField<std::uint8_t>(argument, kLunOffset);
+        message.timeout = ReadField<unsigned>(argument, kTimeoutOffset);
+        const auto* const data = ReadField<const std::uint8_t*>(argument, kDataOffset);
+        const unsigned length = ReadField<unsigned>(argument, kDataLengthOffset);
+        if (length > kMaxMessage) return Answer::Failed(EINVAL);
         if (length != 0 && data == nullptr) return Answer::Failed(EFAULT);
         message.data.assign(data, data + length);
 
         bmc_->Answer(message);
         if (message.error != 0) return Answer::Failed(message.error);
 
-        const std::size_t size = std::min(message.response.size(), kLongest);
-        auto* const response = Get<std::uint8_t*>(argument, kResponse);
+        const std::size_t size = std::min(message.response.size(), kMaxMessage);
+        auto* const response = ReadField<std::uint8_t*>(argument, kResponseOffset);
         if (size != 0 && response == nullptr) return Answer::Failed(EFAULT);
         std::copy_n(message.response.begin(), size, response);
-        Put(argument, kResponseLength, static_cast<unsigned>(size));
-        Put(argument, kCompletion, message.completion);
+        WriteField(argument, kResponseLengthOffset, static_cast<unsigned>(size));
+        WriteField(argument, kCompletionOffset, message.completion);
         return Answer{};
     }
 

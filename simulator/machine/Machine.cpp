@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Files and descriptors of a simulated server. This code runs inside interposed calls, so it makes
-// none itself.
+// Files, directories and the shell of a simulated server. This code runs inside interposed calls,
+// so it must not make an interposed call itself.
 
 #include "simulator/machine/Machine.h"
 
@@ -21,8 +21,8 @@
 namespace sim {
 namespace {
 
-// Paths are compared without doubled or trailing slashes.
-std::string Normal(std::string_view path) {
+// The path without doubled or trailing slashes, as paths are compared.
+std::string NormalPath(std::string_view path) {
     std::string result;
     for (const char c : path)
         if (c != '/' || result.empty() || result.back() != '/') result += c;
@@ -30,7 +30,7 @@ std::string Normal(std::string_view path) {
     return result;
 }
 
-bool Identify(int descriptor, std::uint64_t& device, std::uint64_t& inode) {
+bool IdentifyFile(int descriptor, std::uint64_t& device, std::uint64_t& inode) {
     struct stat64 status;
     const int before = errno;
     const bool known = fstat64(descriptor, &status) == 0;
@@ -49,7 +49,7 @@ Machine::Machine() {
 }
 
 bool Machine::IsMachinePath(std::string_view given) {
-    const std::string path = Normal(given);
+    const std::string path = NormalPath(given);
     if (path == "/dev/mem" || path == "/dev/ipmi" || path == "/proc/stat") return true;
     if (path == "/proc/ide" || path.starts_with("/proc/ide/")) return true;
     constexpr std::string_view disk = "/dev/hd";
@@ -59,53 +59,54 @@ bool Machine::IsMachinePath(std::string_view given) {
 
 void Machine::Install(const std::string& path, std::unique_ptr<Device> device) {
     if (!IsMachinePath(path)) throw std::invalid_argument("no server has a device " + path);
-    devices_.insert_or_assign(Normal(path), std::move(device));
+    devices_.insert_or_assign(NormalPath(path), std::move(device));
 }
 
 void Machine::InstallDirectory(const std::string& path) {
     if (!IsMachinePath(path)) throw std::invalid_argument("no server has a directory " + path);
-    directories_.insert(Normal(path));
+    directories_.insert(NormalPath(path));
 }
 
 void Machine::Refuse(const std::string& path, int error) {
     if (!IsMachinePath(path)) throw std::invalid_argument("no server has a device " + path);
-    refused_.insert_or_assign(Normal(path), error);
+    refused_.insert_or_assign(NormalPath(path), error);
 }
 
-Answer Machine::Logged(std::string call, std::string what, Answer answer, std::string shown) {
+Answer Machine::LogAnswer(std::string call, std::string what, Answer answer, std::string shown) {
     log_.Add({std::move(call), std::move(what),
               answer.Ok() ? std::move(shown) : "-1 " + ErrorName(answer.error)});
     return answer;
 }
 
-// An open descriptor of this machine. One that the program closed behind libc's back is forgotten.
+// The open file of a descriptor; null when it is not one of this machine. A descriptor that the
+// program closed by a direct system call is forgotten.
 Machine::OpenedFile* Machine::Find(int descriptor) {
     const auto entry = opened_.find(descriptor);
     if (entry == opened_.end()) return nullptr;
     std::uint64_t device = 0;
     std::uint64_t inode = 0;
-    if (Identify(descriptor, device, inode) && device == entry->second.device &&
+    if (IdentifyFile(descriptor, device, inode) && device == entry->second.device &&
         inode == entry->second.inode)
         return &entry->second;
     opened_.erase(entry);
     return nullptr;
 }
 
-// To the observed library only this machine's files are open; anyone else's stay out of its reach.
-std::optional<Answer> Machine::NotOpen(Caller caller, const std::string& call) {
+// The observed library may use this machine's descriptors only: any other is not open to it.
+std::optional<Answer> Machine::RefuseUnopened(Caller caller, const std::string& call) {
     if (caller.empty()) return std::nullopt;
-    return Logged(call, "a descriptor that is not open", Answer::Failed(EBADF), "");
+    return LogAnswer(call, "a descriptor that is not open", Answer::Failed(EBADF), "");
 }
 
 std::optional<Answer> Machine::Open(Caller caller, const char* path, int flags) {
     if (path == nullptr || !IsMachinePath(path)) {
         if (caller.empty()) return std::nullopt;
-        Violation(std::string(caller) + " asked for open(" + Quoted(path) +
-                  "), which this machine does not have");
+        AbortOnViolation(std::string(caller) + " asked for open(" + Quoted(path) +
+                         "), which this machine does not have");
     }
     const std::optional<int> fault = faults_.Enter("open");
-    const Answer answer = fault ? Answer::Failed(*fault) : OpenPath(Normal(path), flags);
-    return Logged("open", std::string(path) + " " + OpenFlags(flags), answer, "ok");
+    const Answer answer = fault ? Answer::Failed(*fault) : OpenPath(NormalPath(path), flags);
+    return LogAnswer("open", std::string(path) + " " + OpenFlags(flags), answer, "ok");
 }
 
 Answer Machine::OpenPath(const std::string& path, int flags) {
@@ -119,72 +120,72 @@ Answer Machine::OpenPath(const std::string& path, int flags) {
     const int descriptor = file->MakeDescriptor(path.c_str());
     if (descriptor < 0) return Answer::Failed(errno);
     OpenedFile opened{path, std::move(file), 0, 0};
-    Identify(descriptor, opened.device, opened.inode);
+    IdentifyFile(descriptor, opened.device, opened.inode);
     opened_.insert_or_assign(descriptor, std::move(opened));
     return {descriptor};
 }
 
 std::optional<Answer> Machine::Seek(Caller caller, int descriptor, std::int64_t offset,
                                     int whence) {
-    if (Find(descriptor) == nullptr) return NotOpen(caller, "lseek");
+    if (Find(descriptor) == nullptr) return RefuseUnopened(caller, "lseek");
     const std::optional<int> fault = faults_.Enter("lseek");
     OpenedFile* const opened =
         Find(descriptor);  // again: an action inside the call may have closed it
-    if (opened == nullptr) return NotOpen(caller, "lseek");
+    if (opened == nullptr) return RefuseUnopened(caller, "lseek");
     const Answer answer = fault ? Answer::Failed(*fault) : opened->file->Seek(offset, whence);
-    return Logged("lseek", opened->path + " " + SeekTarget(offset, whence), answer,
-                  Hex(static_cast<std::uint64_t>(answer.value)));
+    return LogAnswer("lseek", opened->path + " " + SeekTarget(offset, whence), answer,
+                     Hex(static_cast<std::uint64_t>(answer.value)));
 }
 
 std::optional<Answer> Machine::Read(Caller caller, int descriptor, void* out, std::size_t size) {
-    if (Find(descriptor) == nullptr) return NotOpen(caller, "read");
+    if (Find(descriptor) == nullptr) return RefuseUnopened(caller, "read");
     const std::optional<int> fault = faults_.Enter("read");
     OpenedFile* const opened = Find(descriptor);
-    if (opened == nullptr) return NotOpen(caller, "read");
+    if (opened == nullptr) return RefuseUnopened(caller, "read");
     const std::string what =
         opened->path + " " + Hex(opened->file->Position()) + " " + std::to_string(size);
     const std::size_t wanted = faults_.ReadSize(size);
     const Answer answer = fault ? Answer::Failed(*fault) : opened->file->Read(out, wanted);
-    return Logged("read", what, answer, std::to_string(answer.value));
+    return LogAnswer("read", what, answer, std::to_string(answer.value));
 }
 
 std::optional<Answer> Machine::Ioctl(Caller caller, int descriptor, unsigned long request,
                                      void* argument) {
-    if (Find(descriptor) == nullptr) return NotOpen(caller, "ioctl");
+    if (Find(descriptor) == nullptr) return RefuseUnopened(caller, "ioctl");
     const std::optional<int> fault = faults_.Enter("ioctl");
     OpenedFile* const opened = Find(descriptor);
-    if (opened == nullptr) return NotOpen(caller, "ioctl");
+    if (opened == nullptr) return RefuseUnopened(caller, "ioctl");
     const std::string what = opened->path + " " + Hex(request);
-    if (fault) return Logged("ioctl", what, Answer::Failed(*fault), "");
+    if (fault) return LogAnswer("ioctl", what, Answer::Failed(*fault), "");
     const std::optional<Answer> answer = opened->file->Ioctl(request, argument);
     if (!answer)
-        Violation((caller.empty() ? "the program" : std::string(caller)) + " asked for ioctl(" +
-                  Quoted(opened->path.c_str()) + ", " + Hex(request) +
-                  "), which this machine does not have");
-    return Logged("ioctl", what, *answer, std::to_string(answer->value));
+        AbortOnViolation((caller.empty() ? "the program" : std::string(caller)) +
+                         " asked for ioctl(" + Quoted(opened->path.c_str()) + ", " + Hex(request) +
+                         "), which this machine does not have");
+    return LogAnswer("ioctl", what, *answer, std::to_string(answer->value));
 }
 
 std::optional<Answer> Machine::Close(Caller caller, int descriptor) {
-    if (Find(descriptor) == nullptr) return NotOpen(caller, "close");
+    if (Find(descriptor) == nullptr) return RefuseUnopened(caller, "close");
     const std::optional<int> fault = faults_.Enter("close");
     OpenedFile* const opened = Find(descriptor);
-    if (opened == nullptr) return NotOpen(caller, "close");
+    if (opened == nullptr) return RefuseUnopened(caller, "close");
     const std::string path = opened->path;
     opened_.erase(descriptor);  // Linux frees the descriptor whatever close answers
-    const Answer answer = Logged("close", path, fault ? Answer::Failed(*fault) : Answer{}, "0");
-    (void)syscall(SYS_close, descriptor);  // result not used: the file behind it holds nothing
+    const Answer answer = LogAnswer("close", path, fault ? Answer::Failed(*fault) : Answer{}, "0");
+    (void)syscall(SYS_close, descriptor);  // the result does not matter: the file is empty
     return answer;
 }
 
 std::optional<Answer> Machine::OpenDirectory(Caller caller, const char* path) {
     if (path == nullptr || !IsMachinePath(path)) {
         if (caller.empty()) return std::nullopt;
-        Violation(std::string(caller) + " asked for opendir(" + Quoted(path) +
-                  "), which this machine does not have");
+        AbortOnViolation(std::string(caller) + " asked for opendir(" + Quoted(path) +
+                         "), which this machine does not have");
     }
     const std::optional<int> fault = faults_.Enter("opendir");
-    return Logged("opendir", path, fault ? Answer::Failed(*fault) : FindDirectory(Normal(path)),
-                  "ok");
+    return LogAnswer("opendir", path,
+                     fault ? Answer::Failed(*fault) : FindDirectory(NormalPath(path)), "ok");
 }
 
 Answer Machine::FindDirectory(const std::string& path) const {
@@ -208,23 +209,24 @@ std::optional<Answer> Machine::CloseDirectory(Caller caller, const void* handle)
     const auto opened = openedDirectories_.find(handle);
     if (opened == openedDirectories_.end()) {
         if (caller.empty()) return std::nullopt;
-        Violation(std::string(caller) + " asked for closedir of a directory that it was not given");
+        AbortOnViolation(std::string(caller) +
+                         " asked for closedir of a directory that it was not given");
     }
     const std::string path = opened->second;
     openedDirectories_.erase(opened);
     const std::optional<int> fault = faults_.Enter("closedir");
-    return Logged("closedir", path, fault ? Answer::Failed(*fault) : Answer{}, "0");
+    return LogAnswer("closedir", path, fault ? Answer::Failed(*fault) : Answer{}, "0");
 }
 
 std::optional<Answer> Machine::System(Caller caller, const char* command, int (*run)(const char*)) {
     if (caller.empty()) return std::nullopt;
     if (!free_.IsRunBy(command))
-        Violation(std::string(caller) + " asked for system(" + Quoted(command) +
-                  "), which this machine does not have");
+        AbortOnViolation(std::string(caller) + " asked for system(" + Quoted(command) +
+                         "), which this machine does not have");
     const std::optional<int> fault = faults_.Enter("system");
     const Answer answer =
-        fault ? Answer::Failed(*fault) : Answer{run(free_.Before(command).c_str())};
-    return Logged("system", command, answer, std::to_string(answer.value));
+        fault ? Answer::Failed(*fault) : Answer{run(free_.DefineBefore(command).c_str())};
+    return LogAnswer("system", command, answer, std::to_string(answer.value));
 }
 
 ProcStat& Machine::GetStat() {
@@ -236,7 +238,7 @@ ProcStat& Machine::GetStat() {
     return *stat_;
 }
 
-bool Machine::Allocate() {
+bool Machine::AllocationFails() {
     allocations_ += 1;
     return faults_.AllocationFails();
 }

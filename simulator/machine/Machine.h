@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The simulated server itself, apart from how calls get here: devices by path, open files by
-// descriptor, I/O ports, privilege, time, faults and the log. Each call answers what libc is to
-// return, or nothing when the call is not this machine's business and the real function is to
-// have it.
+// The simulated server itself: devices by path, open files by descriptor, I/O ports, privilege,
+// time, faults and the log. How calls reach it is not its business. Each call returns what libc is
+// to return, or nothing when the real function is to be called instead.
 #ifndef TALVANE_SIMULATOR_MACHINE_MACHINE_H
 #define TALVANE_SIMULATOR_MACHINE_MACHINE_H
 
@@ -18,8 +17,8 @@
 
 #include "simulator/base/AccessLog.h"
 #include "simulator/bmc/Bmc.h"
+#include "simulator/machine/CallFaults.h"
 #include "simulator/machine/Device.h"
-#include "simulator/machine/Faults.h"
 #include "simulator/machine/FreeProgram.h"
 #include "simulator/machine/PciBus.h"
 #include "simulator/machine/PhysicalMemory.h"
@@ -28,40 +27,42 @@
 
 namespace sim {
 
-// Who made a call: the file name of the library under observation, or empty for any other module.
-// The former has nothing but this machine; the latter keeps the real one beside it.
+// Who made a call: the name of the observed library, or empty for any other module. An observed
+// library can reach nothing but this machine; other modules can reach the real one, too.
 using Caller = std::string_view;
 
 class Machine {
 public:
-    // 64 MiB of memory behind /dev/mem and a PCI bus without functions, nothing else.
+    // A machine with 64 MiB of memory, readable in /dev/mem, and a PCI bus without functions.
     Machine();
 
     PhysicalMemory& GetMemory() { return memory_; }
     AccessLog& GetLog() { return log_; }
-    Faults& GetFaults() { return faults_; }
+    CallFaults& GetFaults() { return faults_; }
     PortMap& Ports() { return ports_; }
     PciBus& GetPci() { return *pci_; }
     FreeProgram& GetFreeProgram() { return free_; }
     ProcStat& GetStat();
-    // The management controller. The first call gives the machine one, behind /dev/ipmi, with a KCS
-    // interface; giveBmc before it says which interfaces answer.
+
+    // The management controller. The first call creates it, at /dev/ipmi and with a KCS interface.
+    // GiveBmc, called before that, creates it with the interfaces that it names; std::logic_error
+    // when there is one already.
     Bmc& GetBmc();
     void GiveBmc(bool kcs, bool smic);
     bool HasBmc() const { return bmc_ != nullptr; }
 
     std::chrono::seconds Clock() const { return clock_; }
 
-    // From now on a sleep lasts as long as this function does, which answers the seconds left.
+    // From now on a sleep takes as long as this function does, which returns the seconds left.
     void SleepBy(unsigned (*sleeper)(unsigned)) { sleeper_ = sleeper; }
 
     // Whether a server could have something at this path.
     static bool IsMachinePath(std::string_view path);
 
-    // A path that can be opened from now on. std::invalid_argument when isMachinePath is false.
+    // Puts a device at a path. std::invalid_argument when IsMachinePath is false.
     void Install(const std::string& path, std::unique_ptr<Device> device);
 
-    // A directory below /proc/ide; those above it are there, too, and so are those of devices.
+    // Creates a directory in /proc/ide, with its parents. The directories of devices exist anyway.
     void InstallDirectory(const std::string& path);
 
     // Opening the path fails with this errno from now on.
@@ -74,13 +75,14 @@ public:
                                 void* argument);
     std::optional<Answer> Close(Caller caller, int descriptor);
 
-    // A directory that can be opened gets its handle from the caller, who says which it became.
+    // When a directory can be opened, the caller creates the handle and registers it by
+    // DirectoryOpened.
     std::optional<Answer> OpenDirectory(Caller caller, const char* path);
     void DirectoryOpened(const void* handle, const char* path);
     std::optional<Answer> CloseDirectory(Caller caller, const void* handle);
 
-    // Runs a command of the shell with this machine's programs in front of the real ones, by the
-    // real function.
+    // Runs a shell command by the real function `run`, with this machine's programs in place of the
+    // real ones.
     std::optional<Answer> System(Caller caller, const char* command, int (*run)(const char*));
 
     Answer SetPrivilege(int level);
@@ -88,28 +90,32 @@ public:
     std::uint32_t PortIn(std::uint16_t port, unsigned width);
     void PortOut(std::uint16_t port, unsigned width, std::uint32_t value);
 
-    // An allocation of the observed library; whether it is to fail.
-    bool Allocate();
+    // Counts an allocation of the observed library. Returns whether it is to fail.
+    bool AllocationFails();
     std::size_t Allocations() const { return allocations_; }
 
 private:
     struct OpenedFile {
         std::string path;
         std::unique_ptr<OpenFile> file;
-        std::uint64_t device;  // identity of the real file behind the descriptor, which tells
-        std::uint64_t inode;   // a descriptor that was closed and given out again elsewhere
+        std::uint64_t device;  // identity of the real file: differs after the descriptor
+        std::uint64_t inode;   // was closed and reused for another file
     };
 
     Answer FindDirectory(const std::string& path) const;
     OpenedFile* Find(int descriptor);
-    std::optional<Answer> NotOpen(Caller caller, const std::string& call);
+    std::optional<Answer> RefuseUnopened(Caller caller, const std::string& call);
     Answer OpenPath(const std::string& path, int flags);
-    Answer Logged(std::string call, std::string what, Answer answer, std::string shown);
-    void RequirePrivilege(const std::string& instruction) const;
+    Answer LogAnswer(std::string call, std::string what, Answer answer, std::string shown);
+
+    // The device that answers a port access. Ends the process when the program lacks the privilege
+    // or the machine has no such port; only then is the access described, as `describe` returns it.
+    template <typename Describe>
+    PortDevice& FindPort(std::uint16_t port, unsigned width, Describe describe) const;
 
     PhysicalMemory memory_;
     AccessLog log_;
-    Faults faults_;
+    CallFaults faults_;
     PortMap ports_;
     std::shared_ptr<PciBus> pci_ = std::make_shared<PciBus>();
     std::shared_ptr<ProcStat> stat_;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Seeking moves the position and never fails for an address of memory; reading past the memory's
-// end is refused as a whole with EFAULT, as drivers/char/mem.c does.
+// Behaves as the kernel's drivers/char/mem.c: seeking never fails for an address of memory, and a
+// read past the end of memory fails as a whole with EFAULT.
 
 #include "simulator/machine/MemoryDevice.h"
 
@@ -23,11 +23,11 @@ public:
     }
 
     Answer Seek(std::int64_t offset, int whence) override {
-        // The kernel knows no end of this device.
+        // This device has no end for the kernel.
         if (whence != SEEK_SET && whence != SEEK_CUR) return Answer::Failed(EINVAL);
         const std::int64_t base = whence == SEEK_CUR ? static_cast<std::int64_t>(position_) : 0;
-        // Addresses have 32 bits: an off_t past 2 GiB arrives negative and means the upper half.
-        // The last 4095 values are error numbers to the caller.
+        // Addresses have 32 bits, so an off_t past 2 GiB arrives as a negative number. The last
+        // 4095 values would be error numbers to the caller.
         const std::int64_t target = base + offset;
         if (target < 0 && target >= -4095) return Answer::Failed(EOVERFLOW);
         position_ =

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Only a double word at the address register's own port selects; anything else there belongs to
-// other devices and finds nobody.
+// Only a write of a double word to the address register's port selects a register. Other accesses
+// to these ports would belong to other devices, of which there are none.
 
 #include "simulator/machine/PciBus.h"
 

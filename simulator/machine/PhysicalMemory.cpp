@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Sparse memory: a page exists once something was written to it.
+// The memory is sparse: a page exists after something was written to it.
 
 #include "simulator/machine/PhysicalMemory.h"
 

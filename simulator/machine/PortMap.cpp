@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The I/O ports, and the ones where nobody answers.
+// Finds the device of a port; some ports have an empty bus in place of a device.
 
 #include "simulator/machine/PortMap.h"
 
@@ -9,7 +9,7 @@
 namespace sim {
 namespace {
 
-// A bus on which nobody drives the data lines reads all ones and loses what is written.
+// A bus on which no device drives the data lines: it reads as all ones and ignores writes.
 class EmptyBus : public PortDevice {
 public:
     std::uint32_t In(std::uint16_t, unsigned width) override {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// SMBIOS structures in the form of DSP0134 section 6.1: header, formatted area, strings.
+// Lays SMBIOS structures out as DSP0134, 6.1 says: header, formatted area, strings.
 
 #include "simulator/machine/SmbiosTable.h"
 
@@ -11,10 +11,10 @@
 namespace sim {
 namespace {
 
-constexpr std::size_t kHeaderSize = 4;
+constexpr std::size_t kStructureHeaderSize = 4;
 
-// The place of a field, checked against the area's end.
-std::uint8_t* Field(Bytes& area, std::size_t offset, std::size_t size) {
+// A pointer to the field; std::out_of_range when it does not lie within the area.
+std::uint8_t* FieldAt(Bytes& area, std::size_t offset, std::size_t size) {
     if (offset > area.size() || size > area.size() - offset)
         throw std::out_of_range("offset " + std::to_string(offset) + " with " +
                                 std::to_string(size) + " bytes is past the formatted area of " +
@@ -26,29 +26,29 @@ std::uint8_t* Field(Bytes& area, std::size_t offset, std::size_t size) {
 
 // A structure that states less than its header still has the header.
 SmbiosStructure::SmbiosStructure(std::uint8_t type, std::uint16_t handle, std::uint8_t length)
-    : formatted_(std::max<std::size_t>(length, kHeaderSize)) {
+    : formatted_(std::max<std::size_t>(length, kStructureHeaderSize)) {
     Byte(0, type).Byte(1, length).Word(2, handle);
 }
 
 SmbiosStructure& SmbiosStructure::Byte(std::size_t offset, std::uint8_t value) {
-    *Field(formatted_, offset, 1) = value;
+    *FieldAt(formatted_, offset, 1) = value;
     return *this;
 }
 
 SmbiosStructure& SmbiosStructure::Word(std::size_t offset, std::uint16_t value) {
-    std::uint8_t* at = Field(formatted_, offset, 2);
+    std::uint8_t* at = FieldAt(formatted_, offset, 2);
     for (unsigned i = 0; i < 2; ++i) at[i] = static_cast<std::uint8_t>(value >> (8 * i));
     return *this;
 }
 
 SmbiosStructure& SmbiosStructure::Dword(std::size_t offset, std::uint32_t value) {
-    std::uint8_t* at = Field(formatted_, offset, 4);
+    std::uint8_t* at = FieldAt(formatted_, offset, 4);
     for (unsigned i = 0; i < 4; ++i) at[i] = static_cast<std::uint8_t>(value >> (8 * i));
     return *this;
 }
 
 SmbiosStructure& SmbiosStructure::String(std::size_t offset, std::string_view text) {
-    (void)Field(formatted_, offset, 1);  // refuse before the string is added
+    (void)FieldAt(formatted_, offset, 1);  // throws before the string is added
     String(text);
     return Byte(offset, static_cast<std::uint8_t>(strings_.size()));
 }

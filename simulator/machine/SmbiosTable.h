@@ -3,7 +3,7 @@
 // Writes an SMBIOS structure table, structure by structure.
 //
 //     SmbiosTable table;
-//     table.add(4, 0x0400, 35).byte(24, 0x41).word(20, 3600).string(7, "Intel");
+//     table.Add(4, 0x0400, 35).Byte(24, 0x41).Word(20, 3600).String(7, "Intel");
 //     server.GetMemory().PlaceSmbios(table.Image());
 #ifndef TALVANE_SIMULATOR_MACHINE_SMBIOSTABLE_H
 #define TALVANE_SIMULATOR_MACHINE_SMBIOSTABLE_H
@@ -20,8 +20,8 @@
 
 namespace sim {
 
-// One structure. Offsets count from the header's first byte, as in the standard's tables; writing
-// past the formatted area is refused with std::out_of_range.
+// One structure. Offsets count from the header's first byte, as in the tables of the standard.
+// std::out_of_range for a field past the formatted area.
 class SmbiosStructure {
 public:
     SmbiosStructure(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
@@ -30,9 +30,10 @@ public:
     SmbiosStructure& Word(std::size_t offset, std::uint16_t value);
     SmbiosStructure& Dword(std::size_t offset, std::uint32_t value);
     SmbiosStructure& String(std::size_t offset,
-                            std::string_view text);  // adds it, stores its number
-    SmbiosStructure& String(std::string_view text);  // adds it only
+                            std::string_view text);  // adds it and stores its number
+    SmbiosStructure& String(std::string_view text);  // only adds it
 
+    // The whole structure as it lies in memory, with its strings.
     Bytes Image() const;
 
 private:
@@ -45,10 +46,11 @@ public:
     // The reference stays valid while structures are added.
     SmbiosStructure& Add(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
 
-    // Appends bytes as they are, for tables that no firmware should have. Not counted as a
+    // Appends bytes as they are, for tables that no firmware should have. They do not count as a
     // structure.
     SmbiosTable& Raw(std::span<const std::uint8_t> bytes);
 
+    // The number of structures, and the whole table as it lies in memory.
     std::size_t Structures() const;
     Bytes Image() const;
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The text is made when the file is opened and stays the same for that open file.
 
 #include "simulator/machine/TextDevice.h"
 
@@ -25,7 +27,7 @@ public:
     }
 
     Answer Seek(std::int64_t offset, int whence) override {
-        // The kernel does not know where such a file ends.
+        // SEEK_END is refused, since the kernel does not know where such a file ends.
         if (whence != SEEK_SET && whence != SEEK_CUR) return Answer::Failed(EINVAL);
         const std::int64_t target =
             offset + (whence == SEEK_CUR ? static_cast<std::int64_t>(position_) : 0);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Files, directories, privilege, time and the shell. Every function has the same three lines: the
-// machine's answer; the real function where it has none. The variants (64-bit offsets, fortified
-// forms) are other doors to the same room.
+// The interposed libc functions for files, directories, privilege, time and the shell. Each asks
+// the machine first and calls the real function when the machine has no answer. The variants
+// (64-bit offsets, fortified forms) all ask the machine the same question.
 
 #include "simulator/process/Interpose.h"
 
@@ -28,9 +28,9 @@ using sim::Answer;
 using sim::Interposition;
 using sim::Machine;
 
-Machine* active = nullptr;
+Machine* activeMachine = nullptr;
 
-// errno as libc leaves it: set by a failure, untouched by success.
+// Leaves errno as libc does: set by a failure, untouched by success.
 class ErrnoGuard {
 public:
     ErrnoGuard() : before_(errno) {}
@@ -48,39 +48,39 @@ private:
     int before_;
 };
 
-// Asks the machine; without a machine or an answer of it, the real function.
+// Asks the machine. Calls the real function when there is no machine or it has no answer.
 template <typename Result, typename Ask, typename Real>
-Result AnswerOr(Ask ask, Real real) {
-    if (active != nullptr) {
+Result AskMachineOr(Ask ask, Real real) {
+    if (activeMachine != nullptr) {
         ErrnoGuard guard;
-        if (const std::optional<Answer> answer = ask(*active); answer.has_value())
+        if (const std::optional<Answer> answer = ask(*activeMachine); answer.has_value())
             return guard.Finish<Result>(*answer);
     }
     return real();
 }
 
-// The third argument of open, which is there only when a file may be created.
+// The third argument of open, which is present only when a file may be created.
 mode_t ModeOf(int flags, std::va_list arguments) {
     const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
     return creates ? va_arg(arguments, mode_t) : 0;
 }
 
 int OpenAs(const char* name, const void* caller, const char* path, int flags, mode_t mode) {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
         [&] { return sim::RealFunction<int(const char*, int, ...)>(name)(path, flags, mode); });
 }
 
 int OpenCheckedAs(const char* name, const void* caller, const char* path, int flags) {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
         [&] { return sim::RealFunction<int(const char*, int)>(name)(path, flags); });
 }
 
-// Relative to a directory only for a relative path, and no machine path is relative.
+// The directory matters only for relative paths, and no path of a machine is relative.
 int OpenAtAs(const char* name, const void* caller, int directory, const char* path, int flags,
              mode_t mode) {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
         [&] {
             return sim::RealFunction<int(int, const char*, int, ...)>(name)(directory, path, flags,
@@ -90,7 +90,7 @@ int OpenAtAs(const char* name, const void* caller, int directory, const char* pa
 
 template <typename Offset>
 Offset SeekAs(const char* name, const void* caller, int descriptor, Offset offset, int whence) {
-    return AnswerOr<Offset>(
+    return AskMachineOr<Offset>(
         [&](Machine& machine) {
             return machine.Seek(sim::ObservedCaller(caller), descriptor, offset, whence);
         },
@@ -101,7 +101,7 @@ Offset SeekAs(const char* name, const void* caller, int descriptor, Offset offse
 
 int IoctlAs(const char* name, const void* caller, int descriptor, unsigned long request,
             void* argument) {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
             return machine.Ioctl(sim::ObservedCaller(caller), descriptor, request, argument);
         },
@@ -111,8 +111,8 @@ int IoctlAs(const char* name, const void* caller, int descriptor, unsigned long 
         });
 }
 
-// A handle without entries: of a directory that is no longer there. Names below a simulated
-// directory are known to those who open them only.
+// A handle without entries, of a directory that is already removed. A program cannot list a
+// simulated directory; it can only open names that it knows.
 DIR* EmptyDirectory() {
     char name[] = "/tmp/talvane-directory-XXXXXX";
     if (mkdtemp(name) == nullptr) return nullptr;
@@ -126,17 +126,18 @@ DIR* EmptyDirectory() {
 namespace sim {
 
 Interposition::Interposition(Machine& machine) {
-    if (active != nullptr) throw std::logic_error("one simulated server at a time");
+    if (activeMachine != nullptr) throw std::logic_error("one simulated server at a time");
     LinkInterposedAllocations();
-    active = &machine;
+    LinkInterposedPorts();
+    activeMachine = &machine;
 }
 
 Interposition::~Interposition() {
-    active = nullptr;
+    activeMachine = nullptr;
 }
 
 Machine* Interposition::GetMachine() {
-    return active;
+    return activeMachine;
 }
 
 }  // namespace sim
@@ -195,7 +196,7 @@ off64_t lseek64(int descriptor, off64_t offset, int whence) noexcept {
 
 ssize_t read(int descriptor, void* out, size_t size) {
     const void* const caller = CALLER;
-    return AnswerOr<ssize_t>(
+    return AskMachineOr<ssize_t>(
         [&](Machine& machine) {
             return machine.Read(sim::ObservedCaller(caller), descriptor, out, size);
         },
@@ -206,7 +207,7 @@ ssize_t read(int descriptor, void* out, size_t size) {
 
 ssize_t __read_chk(int descriptor, void* out, size_t size, size_t room) {
     const void* const caller = CALLER;
-    return AnswerOr<ssize_t>(
+    return AskMachineOr<ssize_t>(
         [&](Machine& machine) -> std::optional<Answer> {
             if (size > room) return std::nullopt;  // libc ends the program, with its own message
             return machine.Read(sim::ObservedCaller(caller), descriptor, out, size);
@@ -219,7 +220,7 @@ ssize_t __read_chk(int descriptor, void* out, size_t size, size_t room) {
 
 int close(int descriptor) {
     const void* const caller = CALLER;
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return machine.Close(sim::ObservedCaller(caller), descriptor); },
         [&] { return sim::RealFunction<int(int)>("close")(descriptor); });
 }
@@ -232,7 +233,7 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     return IoctlAs("ioctl", CALLER, descriptor, request, argument);
 }
 
-// The door that ioctl is with 64-bit time stamps.
+// What ioctl calls in programs with 64-bit time stamps.
 int __ioctl_time64(int descriptor, unsigned long request, ...) {
     std::va_list arguments;
     va_start(arguments, request);
@@ -243,10 +244,10 @@ int __ioctl_time64(int descriptor, unsigned long request, ...) {
 
 DIR* opendir(const char* path) {
     const void* const caller = CALLER;
-    if (active != nullptr) {
+    if (activeMachine != nullptr) {
         ErrnoGuard guard;
         const std::optional<Answer> answer =
-            active->OpenDirectory(sim::ObservedCaller(caller), path);
+            activeMachine->OpenDirectory(sim::ObservedCaller(caller), path);
         if (answer && !answer->Ok()) {
             (void)guard.Finish<int>(*answer);
             return nullptr;
@@ -256,7 +257,7 @@ DIR* opendir(const char* path) {
             if (handle == nullptr)
                 (void)guard.Finish<int>(Answer::Failed(errno));
             else
-                active->DirectoryOpened(handle, path);
+                activeMachine->DirectoryOpened(handle, path);
             return handle;
         }
     }
@@ -265,7 +266,7 @@ DIR* opendir(const char* path) {
 
 int closedir(DIR* directory) {
     const void* const caller = CALLER;
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
             const std::optional<Answer> answer =
                 machine.CloseDirectory(sim::ObservedCaller(caller), directory);
@@ -276,20 +277,20 @@ int closedir(DIR* directory) {
 }
 
 int iopl(int level) noexcept {
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) { return std::optional(machine.SetPrivilege(level)); },
         [&] { return sim::RealFunction<int(int)>("iopl")(level); });
 }
 
 unsigned sleep(unsigned seconds) {
-    return AnswerOr<unsigned>(
+    return AskMachineOr<unsigned>(
         [&](Machine& machine) { return std::optional(machine.Sleep(seconds)); },
         [&] { return sim::RealFunction<unsigned(unsigned)>("sleep")(seconds); });
 }
 
 int system(const char* command) {
     const void* const caller = CALLER;
-    return AnswerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
             return machine.System(sim::ObservedCaller(caller), command,
                                   sim::RealFunction<int(const char*)>("system"));

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The SIGSEGV handler. The faults are synchronous (the program stands at its own `in` or `out`, not
-// inside malloc), so the handler may do what any call may.
+// The SIGSEGV handler. The faults are synchronous: the program is at its own `in` or `out`, not
+// inside malloc. So the handler may do whatever an ordinary function may do.
 
 #include "simulator/process/PortFault.h"
 
@@ -16,10 +16,10 @@
 namespace sim {
 namespace {
 
-struct sigaction previous;
+struct sigaction previousAction;
 
-// Answers the instruction and moves behind it; false when it is not a port instruction.
-bool Execute(mcontext_t& registers, Machine& machine) {
+// Executes the instruction and moves past it; false when it is not a port instruction.
+bool ExecutePortInstruction(mcontext_t& registers, Machine& machine) {
     greg_t* const general = registers.gregs;
     const auto* const code = reinterpret_cast<const std::uint8_t*>(general[REG_EIP]);
     const std::optional<PortInstruction> instruction = DecodePortInstruction(code);
@@ -38,26 +38,26 @@ bool Execute(mcontext_t& registers, Machine& machine) {
     return true;
 }
 
-void PassOn(int signal, siginfo_t* info, void* context) {
-    if ((previous.sa_flags & SA_SIGINFO) != 0) {
-        previous.sa_sigaction(signal, info, context);
-    } else if (previous.sa_handler != SIG_DFL && previous.sa_handler != SIG_IGN) {
-        previous.sa_handler(signal);
+void PassFaultOn(int signal, siginfo_t* info, void* context) {
+    if ((previousAction.sa_flags & SA_SIGINFO) != 0) {
+        previousAction.sa_sigaction(signal, info, context);
+    } else if (previousAction.sa_handler != SIG_DFL && previousAction.sa_handler != SIG_IGN) {
+        previousAction.sa_handler(signal);
     } else {
-        // The fault strikes again on return and ends the process as it would have without us.
-        (void)sigaction(SIGSEGV, &previous, nullptr);
+        // The fault occurs again on return and ends the process as it would without this handler.
+        (void)sigaction(SIGSEGV, &previousAction, nullptr);
     }
 }
 
-void OnFault(int signal, siginfo_t* info, void* context) {
+void OnSegmentationFault(int signal, siginfo_t* info, void* context) {
     const int before = errno;
     Machine* const machine = Interposition::GetMachine();
     auto& registers = static_cast<ucontext_t*>(context)->uc_mcontext;
-    // SI_KERNEL: a general protection fault, so the instruction itself was fetched and is readable.
-    // Page faults carry another code, and their instruction may not be there at all.
-    const bool executed =
-        info->si_code == SI_KERNEL && machine != nullptr && Execute(registers, *machine);
-    if (!executed) PassOn(signal, info, context);
+    // SI_KERNEL means a general protection fault: the instruction was fetched, so it can be read.
+    // A page fault has another code, and its instruction may not even be mapped.
+    const bool executed = info->si_code == SI_KERNEL && machine != nullptr &&
+                          ExecutePortInstruction(registers, *machine);
+    if (!executed) PassFaultOn(signal, info, context);
     errno = before;
 }
 
@@ -65,16 +65,16 @@ void OnFault(int signal, siginfo_t* info, void* context) {
 
 PortFaultHandler::PortFaultHandler() {
     struct sigaction action {};
-    action.sa_sigaction = OnFault;
-    // SA_NODEFER: what runs inside a port access may itself use ports. SA_ONSTACK: the handler
-    // before ours may depend on its own stack to report an overflow of the ordinary one.
+    action.sa_sigaction = OnSegmentationFault;
+    // SA_NODEFER: an action inside a port access may itself use ports. SA_ONSTACK: the previous
+    // handler may need its own stack to report an overflow of the ordinary one.
     action.sa_flags = SA_SIGINFO | SA_NODEFER | SA_ONSTACK;
     (void)sigemptyset(&action.sa_mask);
-    (void)sigaction(SIGSEGV, &action, &previous);
+    (void)sigaction(SIGSEGV, &action, &previousAction);
 }
 
 PortFaultHandler::~PortFaultHandler() {
-    (void)sigaction(SIGSEGV, &previous, nullptr);
+    (void)sigaction(SIGSEGV, &previousAction, nullptr);
 }
 
 }  // namespace sim

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Encodings of IN and OUT: Intel SDM volume 2. 0xE4 to 0xE7 carry the port in the next byte,
-// 0xEC to 0xEF take it from dx; bit 1 says output, bit 0 a full-size operand, which the prefix
-// 0x66 makes 16 bits wide.
+// The encodings of IN and OUT (Intel SDM, volume 2). Opcodes 0xE4 to 0xE7 carry the port in the
+// next byte; 0xEC to 0xEF take it from dx. Bit 1 is set for output, bit 0 for a full-size operand,
+// which has 16 bits after the prefix 0x66, else 32.
 
 #include "simulator/process/PortInstruction.h"
 

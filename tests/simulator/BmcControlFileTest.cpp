@@ -12,9 +12,9 @@ namespace {
 
 using sim::Bytes;
 
-class BmcControl : public testing::Test {
+class BmcControlFileTest : public testing::Test {
 protected:
-    BmcControl() { LoadMachine(folder.path, machine); }
+    BmcControlFileTest() { LoadMachine(folder.path, machine); }
 
     Bytes Read(std::uint8_t sensor) {
         sim::BmcRequest request;
@@ -30,11 +30,11 @@ protected:
     sim::Machine machine;
 };
 
-TEST_F(BmcControl, BeforeItIsThereTheMachineIsAsDescribed) {
+TEST_F(BmcControlFileTest, MissingFileLeavesTheSensorsAsDescribed) {
     EXPECT_EQ(Read(1), (Bytes{20, 0xC0, 3, 0}));
 }
 
-TEST_F(BmcControl, EachChangeShowsWithTheNextReading) {
+TEST_F(BmcControlFileTest, ChangeShowsInTheNextReading) {
     Say("# hot\nreading 1 90\n");
     EXPECT_EQ(Read(1), (Bytes{90, 0xC0, 3, 0}));
     EXPECT_EQ(Read(2), (Bytes{30, 0xC0, 0, 0})) << "another sensor";
@@ -44,7 +44,7 @@ TEST_F(BmcControl, EachChangeShowsWithTheNextReading) {
     EXPECT_EQ(Read(1), (Bytes{0, 0xE0, 3, 0}));
 }
 
-TEST_F(BmcControl, WhatIsTakenOutIsAsDescribedAgain) {
+TEST_F(BmcControlFileTest, RemovedStatementRestoresTheDescribedValue) {
     Say("reading 1 90\n");
     EXPECT_EQ(Read(1)[0], 90);
     Say("");
@@ -55,36 +55,37 @@ TEST_F(BmcControl, WhatIsTakenOutIsAsDescribedAgain) {
     EXPECT_EQ(Read(1)[0], 20);
 }
 
-TEST_F(BmcControl, ASensorThatNothingElseNamesIsThere) {
+TEST_F(BmcControlFileTest, StatementAboutAnUnknownSensorCreatesIt) {
     EXPECT_EQ(Read(7), Bytes{});
     Say("reading 7 1\n");
     EXPECT_EQ(Read(7), (Bytes{1, 0xC0, 0, 0}));
 }
 
-TEST_F(BmcControl, ItMayHaveATimelineOfItsOwn) {
+TEST_F(BmcControlFileTest, ReadingWithAMomentShowsFromThatMomentOn) {
     Say("reading 1 at 5 90\n");
     EXPECT_EQ(Read(1)[0], 20);
     (void)machine.Sleep(5);
     EXPECT_EQ(Read(1)[0], 90);
 }
 
-TEST_F(BmcControl, AMistakeIsToldOnceAndChangesNothing) {
+TEST_F(BmcControlFileTest, MistakeIsReportedOnceAndChangesNothing) {
     Say("reading 1 90\n");
     EXPECT_EQ(Read(1)[0], 90);
     Say("reading 1 95\nreading 2 3oo\n");
     testing::internal::CaptureStderr();
     EXPECT_EQ(Read(1)[0], 90);
     EXPECT_EQ(Read(2)[0], 30);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "simulated server: " + (folder.path / "live").string() +
-                  ":2: the raw reading \"3oo\" is no number; what it said before holds\n");
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "simulated server: " + (folder.path / "live").string() +
+            ":2: the raw reading \"3oo\" is not a number; its previous content still applies\n");
     Say("type 4\n");
     testing::internal::CaptureStderr();
     EXPECT_EQ(Read(1)[0], 90);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "simulated server: " + (folder.path / "live").string() +
                   ":1: the statement \"type\" is none of reading, states; "
-                  "what it said before holds\n");
+                  "its previous content still applies\n");
     Say("reading 1 95\nreading 2 31\n");
     EXPECT_EQ(Read(1)[0], 95);
     EXPECT_EQ(Read(2)[0], 31);

@@ -15,7 +15,7 @@ namespace {
 
 using sim::Bytes;
 
-class BmcStatements : public testing::Test {
+class BmcStatementsTest : public testing::Test {
 protected:
     Bytes Ask(std::uint8_t netFn, std::uint8_t command, Bytes data) {
         sim::BmcRequest request;
@@ -30,7 +30,7 @@ protected:
     sim::Machine machine;
 };
 
-TEST_F(BmcStatements, InterfacesShowAtTheirPorts) {
+TEST_F(BmcStatementsTest, InterfaceAnswersAtItsPort) {
     for (const auto& [name, kcs, smic] : {std::tuple<std::string, bool, bool>{"kcs", true, false},
                                           {"smic", false, true},
                                           {"both", true, true},
@@ -43,7 +43,7 @@ TEST_F(BmcStatements, InterfacesShowAtTheirPorts) {
     EXPECT_FALSE(Answers(0xCA3));
 }
 
-TEST_F(BmcStatements, ASensorIsARecordWithItsFields) {
+TEST_F(BmcStatementsTest, SensorWithFieldsBecomesARecord) {
     LoadMachine(MachineFolder("reading 0x30 70\n"
                               "bmc kcs firmware 2 34\n"
                               "sensor 0x10 \"CPU Temp\"\n"
@@ -75,7 +75,7 @@ TEST_F(BmcStatements, ASensorIsARecordWithItsFields) {
     EXPECT_EQ(Ask(6, 0x01, {})[3], 0x34);
 }
 
-TEST_F(BmcStatements, CapturesAndChannels) {
+TEST_F(BmcStatementsTest, CapturesAndChannelsReachTheController) {
     const MachineFolder folder("bmc smic\nsdr records.bin\ninventory fru.bin\nchannel 1 4 1\n");
     const Bytes record = sim::SdrRecord("A", 1).Byte(0, 0x42).Image();
     folder.Write("records.bin", std::string(record.begin(), record.end()));
@@ -86,7 +86,7 @@ TEST_F(BmcStatements, CapturesAndChannels) {
     EXPECT_EQ(Ask(6, 0x42, {1})[1], 4);
 }
 
-TEST_F(BmcStatements, ReadingsAndStatesHaveATimeline) {
+TEST_F(BmcStatementsTest, ReadingsAndStatesFollowTheirMoments) {
     LoadMachine(MachineFolder("bmc kcs\nreading 1 20\nreading 1 at 5 80\n"
                               "reading 1 at 9 unavailable\nreading 2 unavailable 0xFF\n"
                               "states 1 at 5 2\n")
@@ -100,7 +100,7 @@ TEST_F(BmcStatements, ReadingsAndStatesHaveATimeline) {
     EXPECT_EQ(Ask(4, 0x2D, {1}), (Bytes{0, 0xE0, 2, 0}));
 }
 
-TEST_F(BmcStatements, ARepositoryCanBeWrong) {
+TEST_F(BmcStatementsTest, RepositoryShowsItsDescribedDefects) {
     LoadMachine(MachineFolder("bmc kcs\nrepository count 7\nrepository next 1 0\n"
                               "sensor 1 \"A\"\n  delivered 10\n  reread 8 0x42\n"
                               "record 0xC0 57 01 00 0D\n")
@@ -110,12 +110,12 @@ TEST_F(BmcStatements, ARepositoryCanBeWrong) {
     EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0xFF}),
               (Bytes{1, 0, 0, 0, 0x51, 1, 59, 0x20, 0, 1, 7, 1}));
     EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 8, 0xFF}), (Bytes{1, 0, 0x42, 1})) << "read again";
-    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 20, 4}), (Bytes{1, 0})) << "behind its end";
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 20, 4}), (Bytes{1, 0})) << "past its end";
     EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 1, 0, 0, 0xFF}),
               (Bytes{0, 0, 1, 0, 0x51, 0xC0, 4, 0x57, 0x01, 0x00, 0x0D}));
 }
 
-TEST_F(BmcStatements, AWatchdogMayRunFromTheStartAndNeverStop) {
+TEST_F(BmcStatementsTest, UnstoppableWatchdogRunsOnAfterSetWatchdogTimer) {
     LoadMachine(MachineFolder("bmc kcs\nwatchdog action 1 seconds 60 unstoppable\n").path, machine);
     (void)Ask(6, 0x24, {4, 0, 0, 0, 200, 0});
     EXPECT_TRUE(machine.GetBmc().Watchdog().running);
@@ -124,7 +124,7 @@ TEST_F(BmcStatements, AWatchdogMayRunFromTheStartAndNeverStop) {
     EXPECT_FALSE(other.GetBmc().Watchdog().running);
 }
 
-TEST_F(BmcStatements, FaultsStrikeTheirRequest) {
+TEST_F(BmcStatementsTest, FaultStrikesItsRequestOnly) {
     LoadMachine(MachineFolder("bmc kcs\nreading 1 20\nfault \"Get Sensor Reading\" 2 short 1\n"
                               "fault \"Get Device ID\" every empty\n")
                     .path,
@@ -145,9 +145,9 @@ void PrintTo(const BadController& bad, std::ostream* out) {
     *out << bad.text;
 }
 
-class BadBmc : public testing::TestWithParam<BadController> {};
+class BmcStatementErrorTest : public testing::TestWithParam<BadController> {};
 
-TEST_P(BadBmc, IsReportedWithItsLine) {
+TEST_P(BmcStatementErrorTest, MistakeIsReportedWithItsLine) {
     const MachineFolder folder(GetParam().text);
     folder.Write("short.bin", "short");
     folder.Write("one.bin", std::string("\1\0\x51\xC0\0", 5));
@@ -163,7 +163,7 @@ TEST_P(BadBmc, IsReportedWithItsLine) {
 
 #define FAN "bmc kcs\nsensor 1 \"FAN\"\n"
 INSTANTIATE_TEST_SUITE_P(
-    BmcStatements, BadBmc,
+    BmcStatements, BmcStatementErrorTest,
     testing::Values(
         BadController{"bmc", "1: the interface is missing"},
         BadController{"bmc ssif", "1: the interface \"ssif\" is none of kcs, smic, both, none"},
@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadController{FAN "type 4\ntype 4", "4: type was given in line 3"},
         BadController{FAN "factors 512 0 0 0", "3: M 512 is not between -512 and 511"},
         BadController{FAN "factors 1 0 0 8", "3: the result exponent 8 is not between -8 and 7"},
-        BadController{FAN "factors 0x1 0 0 0", "3: M \"0x1\" is no decimal number"},
+        BadController{FAN "factors 0x1 0 0 0", "3: M \"0x1\" is not a decimal number"},
         BadController{"bmc kcs\nsensor 1 \"seventeen letters\"",
                       "2: the sensor name \"seventeen letters\" is longer than 16 characters"},
         BadController{"bmc kcs\nsensor 256 \"FAN\"", "2: the sensor number 256 is above 255"},
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadController{FAN "states 1 2\nstates 1 2", "4: the sensor has states already"},
         BadController{FAN "thresholds 1 0x40 1 2 3 4 5 6",
                       "3: the readable thresholds 0x40 is above 63"},
-        BadController{"bmc kcs\nsdr short.bin", "2: no dump of a sensor data record repository"},
+        BadController{"bmc kcs\nsdr short.bin", "2: not a dump of a sensor data record repository"},
         BadController{"bmc kcs\nrecord 0xC0\nrecord 0xC0\nsdr one.bin",
                       "4: the repository has a record 0x1 already"},
         BadController{"bmc kcs\ninventory short.bin\ninventory short.bin",

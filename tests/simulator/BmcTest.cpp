@@ -15,7 +15,7 @@ namespace {
 using sim::Bytes;
 using testing::ElementsAre;
 
-class BmcModel : public testing::Test {
+class BmcTest : public testing::Test {
 protected:
     // Completion code, then the response.
     Bytes Ask(std::uint8_t netFn, std::uint8_t command, Bytes data) {
@@ -33,7 +33,7 @@ protected:
     sim::Bmc bmc{[this] { return now; }, log};
 };
 
-TEST_F(BmcModel, UnknownCommandsAndShortRequestsAreRefused) {
+TEST_F(BmcTest, UnknownCommandsAndShortRequestsAreRefused) {
     EXPECT_EQ(Ask(6, 0x99, {}), Bytes{0xC1});
     EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 0}), Bytes{0xC7});
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Command 06 99 with", "Get SDR 00 00 00 00 00"));
@@ -44,7 +44,7 @@ TEST_F(BmcModel, UnknownCommandsAndShortRequestsAreRefused) {
                             "ipmi Get SDR 00 00 00 00 00 -> C7"));
 }
 
-TEST_F(BmcModel, RecordsAreNumberedAndLinked) {
+TEST_F(BmcTest, RecordsAreNumberedAndLinked) {
     bmc.Add(sim::SdrRecord("A", 1));
     bmc.Add(sim::SdrRecord("B", 2));
     EXPECT_EQ(Ask(0x0A, 0x20, {})[2], 2) << "the count";
@@ -59,7 +59,7 @@ TEST_F(BmcModel, RecordsAreNumberedAndLinked) {
     EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 1, 0, 65, 1}), Bytes{0xC9});
 }
 
-TEST_F(BmcModel, ADumpKeepsItsRecordIds) {
+TEST_F(BmcTest, DumpKeepsItsRecordIds) {
     Bytes dump = sim::SdrRecord("A", 1).Byte(0, 0x34).Byte(1, 0x12).Image();
     const Bytes second = sim::SdrRecord("B", 2).Byte(0, 0x99).Image();
     dump.insert(dump.end(), second.begin(), second.end());
@@ -73,12 +73,12 @@ TEST_F(BmcModel, ADumpKeepsItsRecordIds) {
     EXPECT_THROW(bmc.LoadRepository(Bytes{1, 2, 3}), std::runtime_error);
 }
 
-TEST_F(BmcModel, TheMarkOfTheEndIsNoRecordsId) {
+TEST_F(BmcTest, RecordAfterIdFffeIsRefused) {
     bmc.AddRecord(sim::SdrRecord("A", 1).Byte(0, 0xFE).Byte(1, 0xFF).Image(), true);
     EXPECT_THROW(bmc.Add(sim::SdrRecord("B", 2)), std::invalid_argument);
 }
 
-TEST_F(BmcModel, SensorsAreThoseOfTheRecordsAndTheGivenOnes) {
+TEST_F(BmcTest, SensorsOfRecordsAndGivenSensorsAnswer) {
     EXPECT_EQ(Ask(4, 0x2D, {7}), Bytes{0xCB});
     bmc.Add(sim::SdrRecord("A", 7));
     EXPECT_EQ(Ask(4, 0x2D, {7}), (Bytes{0, 0, 0xC0, 0, 0}));
@@ -87,7 +87,7 @@ TEST_F(BmcModel, SensorsAreThoseOfTheRecordsAndTheGivenOnes) {
     EXPECT_EQ(Ask(4, 0x2D, {9}), (Bytes{0, 42, 0xC0, 1, 2}));
 }
 
-TEST_F(BmcModel, ReadingsAndStatesFollowTheirTimeline) {
+TEST_F(BmcTest, ReadingsAndStatesFollowTheirTimeline) {
     bmc.SetReading(9, 10);
     bmc.SetReading(9, 80, std::chrono::seconds(5));
     bmc.SetUnavailable(9, std::chrono::seconds(8));
@@ -103,7 +103,7 @@ TEST_F(BmcModel, ReadingsAndStatesFollowTheirTimeline) {
     EXPECT_EQ(Ask(4, 0x2D, {9}), (Bytes{0, 0, 0xE0, 1, 2})) << "unavailable";
 }
 
-TEST_F(BmcModel, ThresholdsAreStoredByMask) {
+TEST_F(BmcTest, SetThresholdsStoresThoseOfTheMask) {
     EXPECT_EQ(Ask(4, 0x27, {7}), Bytes{0xCB});
     EXPECT_EQ(Ask(4, 0x26, {7, 0x3F, 1, 2, 3, 4, 5, 6}), Bytes{0xCB});
     bmc.SetThresholds(7, {0x1F, {1, 1, 1, 1, 1, 1}});
@@ -111,7 +111,7 @@ TEST_F(BmcModel, ThresholdsAreStoredByMask) {
     EXPECT_EQ(Ask(4, 0x27, {7}), (Bytes{0, 0x1F, 9, 1, 1, 1, 1, 9}));
 }
 
-TEST_F(BmcModel, TheWatchdogCountsDownInItsTime) {
+TEST_F(BmcTest, StartedWatchdogCountsDownAndExpiresOnce) {
     EXPECT_EQ(Ask(6, 0x22, {}), Bytes{0x80}) << "not set yet";
     EXPECT_EQ(Ask(6, 0x24, {4, 1, 0, 0, 100, 0}), Bytes{0});
     now = std::chrono::seconds(50);
@@ -123,10 +123,10 @@ TEST_F(BmcModel, TheWatchdogCountsDownInItsTime) {
     EXPECT_EQ(bmc.WatchdogExpirations(), 1);
     EXPECT_EQ(Ask(6, 0x25, {}), (Bytes{0, 0x04, 1, 0, 0, 100, 0, 0, 0}));
     now = std::chrono::seconds(90);
-    EXPECT_EQ(bmc.WatchdogExpirations(), 1) << "once";
+    EXPECT_EQ(bmc.WatchdogExpirations(), 1) << "only once";
 }
 
-TEST_F(BmcModel, SettingTheWatchdogKeepsItRunningWhenAskedTo) {
+TEST_F(BmcTest, SetWatchdogTimerStopsItUnlessTheDontStopBitIsSet) {
     (void)Ask(6, 0x24, {4, 1, 0, 0, 100, 0});
     (void)Ask(6, 0x22, {});
     (void)Ask(6, 0x24, {0x44, 1, 0, 0, 100, 0});
@@ -135,7 +135,7 @@ TEST_F(BmcModel, SettingTheWatchdogKeepsItRunningWhenAskedTo) {
     EXPECT_FALSE(bmc.Watchdog().running);
 }
 
-TEST_F(BmcModel, AnUnstoppableWatchdogCountsOn) {
+TEST_F(BmcTest, UnstoppableWatchdogCountsOnAfterSetWatchdogTimer) {
     bmc.MakeWatchdogUnstoppable();
     (void)Ask(6, 0x24, {4, 1, 0, 0, 100, 0});
     EXPECT_FALSE(bmc.Watchdog().running) << "not started yet";
@@ -146,13 +146,13 @@ TEST_F(BmcModel, AnUnstoppableWatchdogCountsOn) {
     EXPECT_EQ(bmc.WatchdogExpirations(), 1);
 }
 
-TEST_F(BmcModel, AWatchdogOfTheFirmwareRunsFromTheStart) {
+TEST_F(BmcTest, WatchdogStartedByTheFirmwareRunsFromTheStart) {
     bmc.StartWatchdog(1, 60);
     now = std::chrono::seconds(10);
     EXPECT_EQ(Ask(6, 0x25, {}), (Bytes{0, 0x42, 1, 0, 0, 0x58, 0x02, 0xF4, 0x01}));
 }
 
-TEST_F(BmcModel, TheInventoryIsReadInPieces) {
+TEST_F(BmcTest, InventoryIsReadInPieces) {
     EXPECT_EQ(Ask(0x0A, 0x10, {0}), Bytes{0xCB});
     bmc.SetInventory({10, 11, 12, 13});
     EXPECT_EQ(Ask(0x0A, 0x10, {0}), (Bytes{0, 4, 0, 0}));
@@ -162,7 +162,7 @@ TEST_F(BmcModel, TheInventoryIsReadInPieces) {
     EXPECT_EQ(Ask(0x0A, 0x11, {0, 4, 0, 1}), Bytes{0xC9});
 }
 
-TEST_F(BmcModel, ChannelsUsersAndLanSettings) {
+TEST_F(BmcTest, ChannelsUsersAndLanSettingsAreKept) {
     EXPECT_EQ(Ask(6, 0x42, {3}), Bytes{0xCC});
     bmc.SetChannel(3, {4, 1});
     EXPECT_THAT(Ask(6, 0x42, {3}), ElementsAre(0, 3, 4, 1, 0, 0xF2, 0x1B, 0, 0, 0));
@@ -175,19 +175,21 @@ TEST_F(BmcModel, ChannelsUsersAndLanSettings) {
     EXPECT_EQ(bmc.Lan().at({1, 3}), (Bytes{10, 0, 0, 1}));
 }
 
-TEST_F(BmcModel, AnInterceptorAnswersInItsPlace) {
+TEST_F(BmcTest, InterceptorAnswersInPlaceOfTheController) {
     bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<Bytes> {
         if (request.command == 0x2D) return Bytes{1, 2};
         return std::nullopt;
     });
     EXPECT_EQ(Ask(4, 0x2D, {7}), (Bytes{0, 1, 2}));
     EXPECT_EQ(Ask(6, 0x01, {})[3], 1) << "the controller's own firmware revision";
-    EXPECT_EQ(bmc.Count(4, 0x2D), 1u);
+    EXPECT_EQ(bmc.Count("Get Sensor Reading"), 1u);
+    EXPECT_EQ(bmc.Count(4, 0x2D), 1u) << "the same command by its numbers";
+    EXPECT_THROW((void)bmc.Count("Get Sensor"), std::invalid_argument);
     bmc.ForgetRequests();
-    EXPECT_EQ(bmc.Count(4, 0x2D), 0u);
+    EXPECT_EQ(bmc.Count("Get Sensor Reading"), 0u);
 }
 
-TEST(SdrRecord, RefusesWhatDoesNotFit) {
+TEST(SdrRecordTest, ValueThatDoesNotFitIsRefused) {
     EXPECT_THROW(sim::SdrRecord("seventeen letters", 1), std::invalid_argument);
     EXPECT_THROW(sim::SdrRecord("A", 1).Factors(512, 0, 0, 0), std::invalid_argument);
     EXPECT_THROW(sim::SdrRecord("A", 1).Factors(0, -513, 0, 0), std::invalid_argument);
@@ -195,7 +197,7 @@ TEST(SdrRecord, RefusesWhatDoesNotFit) {
     EXPECT_THROW(sim::SdrRecord("A", 1).Byte(64, 0), std::out_of_range);
 }
 
-TEST(SdrRecord, PacksTheFactors) {
+TEST(SdrRecordTest, FactorsArePackedIntoTheirBits) {
     const Bytes record = sim::SdrRecord("A", 1).Factors(-1, 511, -7, -2).Image();
     EXPECT_EQ(record[24], 0xFF);
     EXPECT_EQ(record[25], 0xC0);

@@ -18,9 +18,9 @@ namespace {
 
 using testing::ElementsAre;
 
-class FileCalls : public ProbedServer {
+class FileCallsTest : public ProbedServer {
 protected:
-    FileCalls() {
+    FileCallsTest() {
         const std::array<std::uint8_t, 4> bytes{0x11, 0x22, 0x33, 0x44};
         server.GetMemory().Write(0xF0000, bytes);
     }
@@ -28,14 +28,14 @@ protected:
     std::array<std::uint8_t, 4> buffer{};
 };
 
-TEST_F(FileCalls, MemoryReadsWhatWasWritten) {
+TEST_F(FileCallsTest, MemoryReadsWhatWasWritten) {
     EXPECT_EQ(probe::Lseek(memory, 0xF0000, SEEK_SET), 0xF0000);
     EXPECT_EQ(probe::Read(memory, buffer.data(), 4), 4);
     EXPECT_THAT(buffer, ElementsAre(0x11, 0x22, 0x33, 0x44));
     EXPECT_EQ(probe::Close(memory), 0);
 }
 
-TEST_F(FileCalls, AReadMovesThePosition) {
+TEST_F(FileCallsTest, ReadMovesThePosition) {
     probe::Lseek(memory, 0xF0000, SEEK_SET);
     probe::Read(memory, buffer.data(), 2);
     EXPECT_EQ(probe::Lseek(memory, 0, SEEK_CUR), 0xF0002);
@@ -43,14 +43,14 @@ TEST_F(FileCalls, AReadMovesThePosition) {
     EXPECT_EQ(buffer[0], 0x33);
 }
 
-TEST_F(FileCalls, EachOpenHasItsOwnPosition) {
+TEST_F(FileCallsTest, EachOpenHasItsOwnPosition) {
     const int other = probe::Open("/dev/mem", O_RDONLY);
     probe::Lseek(memory, 0xF0000, SEEK_SET);
     EXPECT_EQ(probe::Lseek(other, 0, SEEK_CUR), 0);
     EXPECT_NE(other, memory);
 }
 
-TEST_F(FileCalls, EveryVariantOfOpenReachesTheServer) {
+TEST_F(FileCallsTest, EveryVariantOfOpenReachesTheServer) {
     server.GetLog().Clear();
     for (const auto open : {probe::Open, probe::Open64, probe::OpenChecked, probe::Open64Checked,
                             probe::Openat, probe::Openat64})
@@ -58,13 +58,13 @@ TEST_F(FileCalls, EveryVariantOfOpenReachesTheServer) {
     EXPECT_EQ(server.GetLog().Count("open"), 6u);
 }
 
-TEST_F(FileCalls, TheOtherVariantsReachTheServerToo) {
+TEST_F(FileCallsTest, VariantsOfSeekAndReadReachTheServer) {
     EXPECT_EQ(probe::Lseek64(memory, 0xF0001, SEEK_SET), 0xF0001);
     EXPECT_EQ(probe::ReadChecked(memory, buffer.data(), 1), 1);
     EXPECT_EQ(buffer[0], 0x22);
 }
 
-TEST_F(FileCalls, ReadingToTheLastByteIsFineAndOneMoreIsAFault) {
+TEST_F(FileCallsTest, ReadPastTheLastByteFailsAsAWhole) {
     server.GetMemory().Resize(0x100000);
     probe::Lseek(memory, 0xFFFFC, SEEK_SET);
     EXPECT_EQ(probe::Read(memory, buffer.data(), 4), 4);
@@ -75,7 +75,7 @@ TEST_F(FileCalls, ReadingToTheLastByteIsFineAndOneMoreIsAFault) {
     EXPECT_EQ(probe::Lseek(memory, 0, SEEK_CUR), 0xFFFFD);
 }
 
-TEST_F(FileCalls, AnOffsetPastTwoGibibytesMeansTheUpperHalf) {
+TEST_F(FileCallsTest, OffsetPastTwoGibibytesMeansTheUpperHalf) {
     server.GetMemory().Resize(std::uint64_t{4} << 30);
     const std::array<std::uint8_t, 1> byte{0x5A};
     server.GetMemory().Write(0xDAA90000, byte);
@@ -85,19 +85,19 @@ TEST_F(FileCalls, AnOffsetPastTwoGibibytesMeansTheUpperHalf) {
     EXPECT_EQ(buffer[0], 0x5A);
 }
 
-TEST_F(FileCalls, TheEndOfMemoryIsNoPlaceToSeekFrom) {
+TEST_F(FileCallsTest, SeekFromTheEndOrToANegativeOffsetFails) {
     EXPECT_EQ(probe::Lseek(memory, 0, SEEK_END), -1);
     EXPECT_EQ(errno, EINVAL);
     EXPECT_EQ(probe::Lseek(memory, -1, SEEK_SET), -1);
     EXPECT_EQ(errno, EOVERFLOW);
 }
 
-TEST_F(FileCalls, MemoryCannotBeOpenedForWriting) {
+TEST_F(FileCallsTest, OpeningMemoryForWritingIsRefused) {
     EXPECT_EQ(probe::Open("/dev/mem", O_RDWR), -1);
     EXPECT_EQ(errno, EACCES);
 }
 
-TEST_F(FileCalls, ADeviceThatTheServerLacksIsMissing) {
+TEST_F(FileCallsTest, DeviceThatTheServerLacksCannotBeOpened) {
     for (const char* path : {"/dev/ipmi", "/dev/hda", "/proc/ide/ide0/hda/media", "/proc/stat"}) {
         errno = 0;
         EXPECT_EQ(probe::Open(path, O_RDONLY), -1) << path;
@@ -109,20 +109,20 @@ TEST_F(FileCalls, ADeviceThatTheServerLacksIsMissing) {
     EXPECT_EQ(errno, ENOTDIR);
 }
 
-TEST_F(FileCalls, SuccessLeavesErrnoAlone) {
+TEST_F(FileCallsTest, SuccessLeavesErrnoAlone) {
     errno = ERANGE;
     probe::Close(probe::Open("/dev/mem", O_RDONLY));
     EXPECT_EQ(errno, ERANGE);
 }
 
-TEST_F(FileCalls, ADescriptorIsARealOne) {
+TEST_F(FileCallsTest, DescriptorIsARealOneUntilItIsClosed) {
     EXPECT_EQ(fcntl(memory, F_GETFD), FD_CLOEXEC);
     probe::Close(memory);
     EXPECT_EQ(fcntl(memory, F_GETFD), -1);
     EXPECT_EQ(errno, EBADF);
 }
 
-TEST_F(FileCalls, ADescriptorClosedBehindLibcsBackIsForgotten) {
+TEST_F(FileCallsTest, DescriptorClosedByASystemCallIsForgotten) {
     (void)syscall(SYS_close, memory);
     const int file = open("/proc/self/status", O_RDONLY);
     ASSERT_EQ(file, memory);
@@ -132,7 +132,7 @@ TEST_F(FileCalls, ADescriptorClosedBehindLibcsBackIsForgotten) {
     EXPECT_EQ(close(file), 0);
 }
 
-TEST_F(FileCalls, AnotherFileOfTheSameKindIsNotMistakenForOurs) {
+TEST_F(FileCallsTest, AnotherAnonymousFileIsNotTakenForMemory) {
     (void)syscall(SYS_close, memory);
     const int file = memfd_create("of the test", 0);
     ASSERT_EQ(file, memory);
@@ -140,7 +140,7 @@ TEST_F(FileCalls, AnotherFileOfTheSameKindIsNotMistakenForOurs) {
     EXPECT_EQ(close(file), 0);
 }
 
-TEST_F(FileCalls, TheLibraryCannotReachDescriptorsOfOthers) {
+TEST_F(FileCallsTest, DescriptorOfAnotherModuleIsNotOpenToTheLibrary) {
     const int file = open("/proc/self/status", O_RDONLY);
     EXPECT_EQ(probe::Read(file, buffer.data(), 4), -1);
     EXPECT_EQ(errno, EBADF);
@@ -153,14 +153,14 @@ TEST_F(FileCalls, TheLibraryCannotReachDescriptorsOfOthers) {
     EXPECT_EQ(errno, EBADF);
 }
 
-TEST_F(FileCalls, OthersReachTheServersDevicesToo) {
+TEST_F(FileCallsTest, OtherModulesReachTheServersDevices) {
     const int mine = open("/dev/mem", O_RDONLY);
     EXPECT_EQ(lseek(mine, 0xF0000, SEEK_SET), 0xF0000);
     EXPECT_EQ(read(mine, buffer.data(), 1), 1);
     EXPECT_EQ(buffer[0], 0x11);
 }
 
-TEST_F(FileCalls, TheLogTellsEachAccess) {
+TEST_F(FileCallsTest, LogShowsEachAccess) {
     probe::Lseek(memory, 0xF0000, SEEK_SET);
     probe::Lseek(memory, 2, SEEK_CUR);
     probe::Read(memory, buffer.data(), 2);
@@ -173,7 +173,7 @@ TEST_F(FileCalls, TheLogTellsEachAccess) {
                     "close /dev/mem -> 0", "open /dev/ipmi O_RDWR|O_NONBLOCK -> -1 ENOENT"));
 }
 
-TEST_F(FileCalls, ARefusedDeviceFailsWithTheGivenError) {
+TEST_F(FileCallsTest, RefusedDeviceFailsWithTheGivenError) {
     server.Refuse("/dev/mem");
     EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
     EXPECT_EQ(errno, EACCES);
@@ -181,7 +181,7 @@ TEST_F(FileCalls, ARefusedDeviceFailsWithTheGivenError) {
     EXPECT_THROW(server.Refuse("/etc/passwd"), std::invalid_argument);
 }
 
-TEST(NoServer, CallsPassThrough) {
+TEST(SimulatedServerTest, CallsWithoutAServerReachTheRealMachine) {
     const int file = probe::Open("/proc/self/status", O_RDONLY);
     char text[5] = "";
     EXPECT_EQ(probe::Read(file, text, 4), 4);
@@ -189,13 +189,13 @@ TEST(NoServer, CallsPassThrough) {
     EXPECT_EQ(probe::Close(file), 0);
 }
 
-TEST(NoServer, ASecondServerIsRefused) {
+TEST(SimulatedServerTest, SecondServerIsRefused) {
     sim::SimulatedServer first;
     EXPECT_THROW(sim::SimulatedServer(), std::logic_error);
     EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0) << "the first one goes on";
 }
 
-TEST(NoServer, AfterOneServerComesTheNext) {
+TEST(SimulatedServerTest, ServerAfterAnotherAnswersCalls) {
     { const sim::SimulatedServer first; }
     sim::SimulatedServer second;
     probe::Open("/dev/mem", O_RDONLY);

@@ -14,12 +14,12 @@ namespace {
 
 using testing::KilledBySignal;
 
-class Hermetic : public ProbedServer {};
+class HermeticTest : public ProbedServer {};
 
 #define EXPECT_VIOLATION(call, message) \
     EXPECT_EXIT((void)(call), KilledBySignal(SIGABRT), "simulated server: " message)
 
-TEST_F(Hermetic, AnUnknownPathEndsTheProcess) {
+TEST_F(HermeticTest, UnknownPathEndsTheProcess) {
     EXPECT_VIOLATION(probe::Open("/etc/passwd", O_RDONLY),
                      "libprobe.so asked for open\\(\"/etc/passwd\"\\), which this machine does not "
                      "have");
@@ -28,28 +28,28 @@ TEST_F(Hermetic, AnUnknownPathEndsTheProcess) {
     EXPECT_VIOLATION(probe::Opendir("/proc"), "libprobe.so asked for opendir\\(\"/proc\"\\)");
 }
 
-TEST_F(Hermetic, NoVariantOfOpenIsAWayOut) {
+TEST_F(HermeticTest, UnknownPathEndsTheProcessInEveryVariantOfOpen) {
     for (const auto open : {probe::Open, probe::Open64, probe::OpenChecked, probe::Open64Checked,
                             probe::Openat, probe::Openat64})
         EXPECT_VIOLATION(open("/etc/passwd", O_RDONLY), "libprobe.so asked for open");
 }
 
-TEST_F(Hermetic, AnUnknownRequestEndsTheProcessWhoeverAsks) {
+TEST_F(HermeticTest, UnknownRequestEndsTheProcess) {
     const int memory = probe::Open("/dev/mem", O_RDONLY);
     EXPECT_VIOLATION(probe::Ioctl(memory, 0x30D, nullptr),
                      "libprobe.so asked for ioctl\\(\"/dev/mem\", 0x30D\\)");
     EXPECT_VIOLATION(probe::IoctlTime64(memory, 0x30D, nullptr), "libprobe.so asked for ioctl");
 }
 
-TEST_F(Hermetic, TheShellIsNotThere) {
+TEST_F(HermeticTest, CommandThatTheServerLacksEndsTheProcess) {
     EXPECT_VIOLATION(probe::System("free"), "libprobe.so asked for system\\(\"free\"\\)");
 }
 
-TEST_F(Hermetic, ADirectoryThatWasNotOpenedCannotBeClosed) {
+TEST_F(HermeticTest, ClosingADirectoryThatIsNotOpenEndsTheProcess) {
     EXPECT_VIOLATION(probe::ClosedirNull(), "libprobe.so asked for closedir");
 }
 
-TEST_F(Hermetic, APortWithoutPrivilegeEndsTheProcess) {
+TEST_F(HermeticTest, PortAccessWithoutPrivilegeEndsTheProcess) {
     EXPECT_VIOLATION(probe::In8(0xCA3, 0),
                      "in of 1 byte from port 0xCA3 at I/O privilege level 0, which needs "
                      "iopl\\(3\\)");
@@ -59,14 +59,14 @@ TEST_F(Hermetic, APortWithoutPrivilegeEndsTheProcess) {
     EXPECT_VIOLATION(probe::In8(0xCA3, 0), "in of 1 byte from port 0xCA3 at I/O privilege level 2");
 }
 
-TEST_F(Hermetic, LoweredPrivilegeClosesThePortsAgain) {
+TEST_F(HermeticTest, PortAccessAfterLoweredPrivilegeEndsTheProcess) {
     probe::Iopl(3);
     probe::In8(0xCA3, 0);
     probe::Iopl(0);
     EXPECT_VIOLATION(probe::In8(0xCA3, 0), "in of 1 byte from port 0xCA3 at I/O privilege level 0");
 }
 
-TEST_F(Hermetic, AnUnknownPortEndsTheProcess) {
+TEST_F(HermeticTest, UnknownPortEndsTheProcess) {
     probe::Iopl(3);
     EXPECT_VIOLATION(probe::In8(0x60, 0),
                      "in of 1 byte from port 0x60, which this machine does not have");
@@ -74,7 +74,7 @@ TEST_F(Hermetic, AnUnknownPortEndsTheProcess) {
     EXPECT_VIOLATION(probe::In16(0xCA3, 0), "in of 2 bytes from port 0xCA3, which");
 }
 
-TEST_F(Hermetic, OtherModulesKeepTheRealMachine) {
+TEST_F(HermeticTest, OtherModulesReachTheRealMachine) {
     EXPECT_GE(open("/etc/passwd", O_RDONLY), 0);
     EXPECT_EQ(std::system("exit 3"), 3 << 8);
 }
@@ -84,7 +84,7 @@ void ExitWithSeven(int) {
     _exit(7);
 }
 
-TEST(OtherFaults, GoToTheHandlerThatWasThereBefore) {
+TEST(PortFaultTest, PageFaultGoesToThePreviousHandler) {
     const auto fault = [] {
         std::signal(SIGSEGV, ExitWithSeven);
         const sim::SimulatedServer server;
@@ -94,7 +94,7 @@ TEST(OtherFaults, GoToTheHandlerThatWasThereBefore) {
     EXPECT_EXIT(fault(), testing::ExitedWithCode(7), "");
 }
 
-TEST(OtherFaults, OfOtherPrivilegedInstructionsGoThereToo) {
+TEST(PortFaultTest, OtherPrivilegedInstructionGoesToThePreviousHandler) {
     const auto fault = [] {
         std::signal(SIGSEGV, ExitWithSeven);
         const sim::SimulatedServer server;
@@ -103,7 +103,7 @@ TEST(OtherFaults, OfOtherPrivilegedInstructionsGoThereToo) {
     EXPECT_EXIT(fault(), testing::ExitedWithCode(7), "");
 }
 
-TEST(OtherFaults, EndTheProcessWhereNobodyHandlesThem) {
+TEST(PortFaultTest, OtherPrivilegedInstructionWithoutAHandlerEndsTheProcess) {
     const auto fault = [] {
         std::signal(SIGSEGV, SIG_DFL);
         const sim::SimulatedServer server;

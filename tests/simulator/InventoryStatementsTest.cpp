@@ -17,12 +17,12 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class Inventory : public testing::Test {
+class InventoryStatementsTest : public testing::Test {
 protected:
     void Load(std::string_view description) { Load(MachineFolder(description)); }
     void Load(const MachineFolder& folder) { LoadMachine(folder.path, machine); }
 
-    // The complaint about a machine.
+    // The error text about a description; "none" when there is none.
     static std::string Complaint(const MachineFolder& folder) {
         sim::Machine refused;
         try {
@@ -56,7 +56,7 @@ protected:
     sim::Machine machine;
 };
 
-TEST_F(Inventory, PciFunctionIsWrittenOut) {
+TEST_F(InventoryStatementsTest, PciFunctionShowsItsHeaderFields) {
     Load(
         "pci 0a:1f.7 8086:24db class 01.01.8a revision 2 command 0x0005 status 0x0280 header 0x80 "
         "irq 14 bar0 0x1F1 bar5 0xFEB00000");
@@ -72,7 +72,7 @@ TEST_F(Inventory, PciFunctionIsWrittenOut) {
     EXPECT_EQ(PciDword(0), 0xFFFFFFFFu);
 }
 
-TEST_F(Inventory, PciCaptureIsRead) {
+TEST_F(InventoryStatementsTest, PciCaptureShowsItsFunctions) {
     const MachineFolder folder("pci capture lspci.txt");
     folder.Write("lspci.txt",
                  "00:1f.1 IDE interface: of a maker\n"
@@ -92,7 +92,7 @@ TEST_F(Inventory, PciCaptureIsRead) {
     EXPECT_EQ(PciDword(0x10000), 0x44332211u);
 }
 
-TEST_F(Inventory, PciCaptureThatIsNoneIsRefused) {
+TEST_F(InventoryStatementsTest, TextThatIsNotAPciCaptureIsRefused) {
     for (const auto& [text, complaint] :
          {std::pair<const char*, const char*>{"words", "line 1: neither a function nor its bytes"},
           {"00: 11 22\n", "line 1: bytes before the first function"},
@@ -107,7 +107,7 @@ TEST_F(Inventory, PciCaptureThatIsNoneIsRefused) {
     }
 }
 
-TEST_F(Inventory, PciFunctionThatCannotBeIsRefused) {
+TEST_F(InventoryStatementsTest, ImpossiblePciFunctionIsRefused) {
     EXPECT_EQ(Complaint("pci 00:20.0 8086:1"),
               "1: the location \"00:20.0\" is not BUS:DEVICE.FUNCTION");
     EXPECT_EQ(Complaint("pci 00:1f.8 8086:1"),
@@ -126,7 +126,7 @@ TEST_F(Inventory, PciFunctionThatCannotBeIsRefused) {
     EXPECT_EQ(Complaint("pci capture nothing.txt").substr(0, 3), "1: ");
 }
 
-TEST_F(Inventory, DriveHasItsFilesAndItsSectors) {
+TEST_F(InventoryStatementsTest, DriveHasItsFilesAndItsSectors) {
     Load(
         "drive hdc model \"ST340014A\" sectors 78165360 serial \"5JX7\" firmware \"8.01\"\n"
         "entry hdc 0 2 0x83 63 0x12345678\n"
@@ -153,12 +153,12 @@ TEST_F(Inventory, DriveHasItsFilesAndItsSectors) {
     (void)machine.Close({}, descriptor);
 }
 
-TEST_F(Inventory, DriveOfAnotherMediaSaysSo) {
+TEST_F(InventoryStatementsTest, DriveWithAMediaShowsIt) {
     Load("drive hda media \"cdrom\" model \"SAMSUNG CD-ROM\" sectors 100");
     EXPECT_EQ(Content("/proc/ide/ide0/hda/media"), "cdrom\n");
 }
 
-TEST_F(Inventory, DriveFromAnImageTellsItsSize) {
+TEST_F(InventoryStatementsTest, DriveFromAnImageShowsItsSize) {
     const MachineFolder folder("drive hda image disk.img");
     folder.Write("disk.img", "boot" + std::string(1020, '\1'));
     Load(folder);
@@ -167,7 +167,7 @@ TEST_F(Inventory, DriveFromAnImageTellsItsSize) {
     EXPECT_EQ(Content("/dev/hda").size(), 1024u);
 }
 
-TEST_F(Inventory, DriveFromADumpHasItsSectors) {
+TEST_F(InventoryStatementsTest, DriveFromADumpHasItsSectors) {
     const MachineFolder folder("drive hda sectors 1000 dump sectors.txt identity id.bin");
     folder.Write("sectors.txt", "2 " + std::string(1022, '0') + "aF\n");
     folder.Write("id.bin", std::string(512, 'I'));
@@ -182,7 +182,7 @@ TEST_F(Inventory, DriveFromADumpHasItsSectors) {
     (void)machine.Close({}, descriptor);
 }
 
-TEST_F(Inventory, DrivesFromAFolderHaveItsFilesAndNoMedium) {
+TEST_F(InventoryStatementsTest, DrivesFromAFolderHaveItsFilesAndNoMedium) {
     const MachineFolder folder("ide tree");
     std::filesystem::create_directories(folder.path / "tree/ide1/hdd");
     folder.Write("tree/ide1/hdd/media", "cdrom\n");
@@ -192,7 +192,7 @@ TEST_F(Inventory, DrivesFromAFolderHaveItsFilesAndNoMedium) {
     EXPECT_EQ(Content("/dev/hdd"), "error " + std::to_string(ENOMEDIUM));
 }
 
-TEST_F(Inventory, DriveThatCannotBeIsRefused) {
+TEST_F(InventoryStatementsTest, ImpossibleDriveIsRefused) {
     EXPECT_EQ(Complaint("drive hde sectors 1"), "1: the drive \"hde\" is none of hda to hdd");
     EXPECT_EQ(Complaint("drive hda"), "1: a drive has a number of sectors or an image");
     EXPECT_EQ(Complaint("drive hda sectors 1\ndrive hda sectors 1"),
@@ -219,7 +219,7 @@ TEST_F(Inventory, DriveThatCannotBeIsRefused) {
     EXPECT_EQ(Complaint(folder), "1: a disk of 10 sectors does not have these bytes");
 }
 
-TEST_F(Inventory, ProcessorsWorkAtTheirRates) {
+TEST_F(InventoryStatementsTest, ProcessorsWorkAtTheirRates) {
     Load("cpu 0 user 12 system 3 idle 85\ncpu 1 nice 100");
     EXPECT_EQ(Content("/proc/stat"),
               "cpu  12000 100000 3000 85000\ncpu0 12000 0 3000 85000\ncpu1 0 100000 0 0\n");
@@ -228,7 +228,7 @@ TEST_F(Inventory, ProcessorsWorkAtTheirRates) {
               "cpu  12120 101000 3030 85850\ncpu0 12120 0 3030 85850\ncpu1 0 101000 0 0\n");
 }
 
-TEST_F(Inventory, StatFollowsItsTimeline) {
+TEST_F(InventoryStatementsTest, StatTextsFollowTheirMoments) {
     const MachineFolder folder("cpu 0 idle 1\nstat a\nstat at 5 b");
     folder.Write("a", "first\n");
     folder.Write("b", "second\n");
@@ -240,7 +240,7 @@ TEST_F(Inventory, StatFollowsItsTimeline) {
     EXPECT_EQ(Content("/proc/stat"), "second\n");
 }
 
-TEST_F(Inventory, TimelineThatStartsLaterFollowsTheRates) {
+TEST_F(InventoryStatementsTest, StatShowsTheRatesUntilItsFirstText) {
     const MachineFolder folder("cpu 0 idle 1\nstat at 5 b");
     folder.Write("b", "second\n");
     Load(folder);
@@ -249,24 +249,24 @@ TEST_F(Inventory, TimelineThatStartsLaterFollowsTheRates) {
     EXPECT_EQ(Content("/proc/stat"), "second\n");
 }
 
-TEST_F(Inventory, MachineThatSaysNothingHasOneIdleProcessorAndFreeMemory) {
+TEST_F(InventoryStatementsTest, EmptyDescriptionHasOneIdleProcessorAndFreeMemory) {
     Load("memory 512M");
     EXPECT_EQ(Content("/proc/stat"), "cpu  0 0 0 100000\ncpu0 0 0 0 100000\n");
-    EXPECT_THAT(machine.GetFreeProgram().Before("free"),
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"),
                 HasSubstr("Mem:        524288          0"));
 }
 
-TEST_F(Inventory, FreePrintsWhatItIsTold) {
+TEST_F(InventoryStatementsTest, FreePrintsItsDescribedText) {
     Load("free total 1000 used 250");
-    EXPECT_THAT(machine.GetFreeProgram().Before("free"),
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"),
                 HasSubstr("Mem:          1000        250        750"));
     const MachineFolder folder("free output");
     folder.Write("output", "Mem: 1 2 3");
     LoadMachine(folder.path, machine);
-    EXPECT_THAT(machine.GetFreeProgram().Before("free"), HasSubstr("\nMem: 1 2 3\n"));
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"), HasSubstr("\nMem: 1 2 3\n"));
 }
 
-TEST_F(Inventory, LoadThatCannotBeIsRefused) {
+TEST_F(InventoryStatementsTest, ImpossibleLoadIsRefused) {
     EXPECT_EQ(Complaint("cpu 0"), "1: the counter is missing");
     EXPECT_EQ(Complaint("cpu 0 user"), "1: the ticks a second is missing");
     EXPECT_THAT(Complaint("cpu 0 busy 1"), HasSubstr("\"busy\" is none of user"));

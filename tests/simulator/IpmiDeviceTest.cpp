@@ -29,7 +29,7 @@ struct Message {
 };
 static_assert(sizeof(Message) == 32);
 
-class IpmiDevice : public testing::Test {
+class IpmiDeviceTest : public testing::Test {
 protected:
     static constexpr unsigned long kSendMessage = 0xC0045301;
 
@@ -49,7 +49,7 @@ protected:
     std::array<std::uint8_t, 256> response{};
 };
 
-TEST_F(IpmiDevice, HandsOverResponseLengthAndCompletionCode) {
+TEST_F(IpmiDeviceTest, RequestReturnsResponseLengthAndCompletionCode) {
     bmc.SetReading(0x30, 70);
     Message message = GetReading(1);
     EXPECT_EQ(Send(message), 0);
@@ -63,7 +63,7 @@ TEST_F(IpmiDevice, HandsOverResponseLengthAndCompletionCode) {
     EXPECT_EQ(message.completion, 0xCB) << "no such sensor";
 }
 
-TEST_F(IpmiDevice, RefusesDataLongerThanAnyMessage) {
+TEST_F(IpmiDeviceTest, DataLongerThanAnyMessageIsRefused) {
     Message message = GetReading(256);
     EXPECT_EQ(Send(message), 0);
     for (const unsigned length : {257u, 0x80000000u, 0xFFFFFFFFu}) {
@@ -73,7 +73,7 @@ TEST_F(IpmiDevice, RefusesDataLongerThanAnyMessage) {
     EXPECT_EQ(bmc.Requests().size(), 1u);
 }
 
-TEST_F(IpmiDevice, RefusesNullPointersWhereBytesAreToBeCopied) {
+TEST_F(IpmiDeviceTest, NullPointerToDataOrResponseIsRefused) {
     bmc.SetReading(0x30, 70);
     Message message = GetReading(1);
     message.data = nullptr;

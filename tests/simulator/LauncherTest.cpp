@@ -45,21 +45,21 @@ Result Launch(const std::string& arguments) {
     return Shell(TALVANE_SIM " " + arguments);
 }
 
-TEST(Launcher, AProgramSeesTheMachineAndItsChildrenDoNot) {
+TEST(LauncherTest, ProgramSeesTheMachineAndItsChildrenDoNot) {
     const MachineFolder folder(kTable);
     const Result result = Launch(folder.path.string() + " -- " VISITOR " --help you");
     EXPECT_EQ(result.output, "anchor _SM_, port 0xFF, 2 arguments\n--help, a day later\n0\n");
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(Launcher, TheProgramsExitStatusIsHandedOn) {
+TEST(LauncherTest, ExitStatusOfTheProgramIsReturned) {
     const MachineFolder folder("without /dev/mem EACCES");
     const Result result = Launch(folder.path.string() + " -- " VISITOR);
     EXPECT_EQ(result.output, "open: Permission denied\n");
     EXPECT_EQ(result.status, 1);
 }
 
-TEST(Launcher, TheLogTellsWhatTheProgramAsked) {
+TEST(LauncherTest, LogFileShowsEachAccessOfTheProgram) {
     const MachineFolder folder(kTable);
     const std::string log = (folder.path / "log").string();
     EXPECT_EQ(Launch(folder.path.string() + " --log " + log + " -- " VISITOR).status, 0);
@@ -75,7 +75,7 @@ TEST(Launcher, TheLogTellsWhatTheProgramAsked) {
               "sleep 86400 -> 0\n");
 }
 
-TEST(Launcher, InRealTimeAProgramIsWhatItIsOtherwise) {
+TEST(LauncherTest, ProgramInRealTimeRunsToItsEnd) {
     const MachineFolder folder(kTable);
     const Result result =
         Launch(folder.path.string() + " --real-time -- " VISITOR_FOLDER "/emptiness");
@@ -83,7 +83,7 @@ TEST(Launcher, InRealTimeAProgramIsWhatItIsOtherwise) {
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(Launcher, RelativeNamesAndThePathWork) {
+TEST(LauncherTest, RelativeFolderAndProgramInPathAreFound) {
     const MachineFolder folder(kTable);
     const Result result =
         Shell("cd " + folder.path.string() +
@@ -92,7 +92,7 @@ TEST(Launcher, RelativeNamesAndThePathWork) {
     EXPECT_TRUE(std::filesystem::exists(folder.path / "log"));
 }
 
-TEST(Launcher, OtherPreloadedLibrariesStay) {
+TEST(LauncherTest, OtherPreloadedLibrariesStayPreloaded) {
     const MachineFolder folder(kTable);
     const Result result =
         Shell(kPreloading + std::string("LD_PRELOAD=" PROBE_LIBRARY " " TALVANE_SIM " ") +
@@ -100,7 +100,7 @@ TEST(Launcher, OtherPreloadedLibrariesStay) {
     EXPECT_THAT(result.output, EndsWith("\n1\n")) << "one of the variables is left";
 }
 
-TEST(Launcher, ABadMachineIsReportedBeforeTheProgramStarts) {
+TEST(LauncherTest, BadMachineIsReportedBeforeTheProgramStarts) {
     const MachineFolder folder("# one\nmemroy 1M\n");
     const Result result = Launch(folder.path.string() + " -- " VISITOR);
     EXPECT_EQ(result.output, "talvane-sim: " + folder.path.string() +
@@ -108,7 +108,7 @@ TEST(Launcher, ABadMachineIsReportedBeforeTheProgramStarts) {
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(Launcher, ProgramsThatCannotBeSimulatedAreRefused) {
+TEST(LauncherTest, ProgramsThatCannotBeSimulatedAreRefused) {
     const MachineFolder folder(kTable);
     const std::string machine = folder.path.string();
     folder.Write("script", "#!/bin/sh\n");
@@ -126,7 +126,7 @@ TEST(Launcher, ProgramsThatCannotBeSimulatedAreRefused) {
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(Launcher, AControlFileNeedsAController) {
+TEST(LauncherTest, ControlFileWithoutAControllerIsRefused) {
     const MachineFolder folder(kTable);
     const Result result = Launch(folder.path.string() + " --control file -- " VISITOR);
     EXPECT_EQ(result.output, "talvane-sim: " + folder.path.string() +
@@ -134,14 +134,14 @@ TEST(Launcher, AControlFileNeedsAController) {
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(Launcher, AnUnwritableLogIsReported) {
+TEST(LauncherTest, UnwritableLogIsReported) {
     const MachineFolder folder(kTable);
     const Result result = Launch(folder.path.string() + " --log /nowhere/log -- " VISITOR);
     EXPECT_EQ(result.output, "talvane-sim: /nowhere/log: No such file or directory\n");
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(Launcher, UsageErrorsExitWithTwo) {
+TEST(LauncherTest, UsageErrorsExitWithTwo) {
     EXPECT_EQ(Launch("").status, 2);
     EXPECT_EQ(Launch("machine").output,
               "talvane-sim: -- PROGRAM is required\nRun talvane-sim --help for its options.\n");
@@ -151,14 +151,14 @@ TEST(Launcher, UsageErrorsExitWithTwo) {
     EXPECT_EQ(Launch("--help").status, 0);
 }
 
-TEST(Preload, WithoutAMachineNothingIsSimulated) {
+TEST(PreloadTest, ProgramWithoutAMachineIsNotSimulated) {
     const Result result = Shell(
         kPreloading + std::string("LD_PRELOAD=" PRELOAD_LIBRARY " " VISITOR_FOLDER "/emptiness"));
     EXPECT_EQ(result.output, "no machine path was touched\n");
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(Preload, AMachineThatCannotBeUsedEndsTheProgram) {
+TEST(PreloadTest, BadMachineEndsTheProgram) {
     const Result result =
         Shell(kPreloading +
               std::string("TALVANE_MACHINE=/nowhere LD_PRELOAD=" PRELOAD_LIBRARY " " VISITOR));

@@ -18,7 +18,7 @@ namespace {
 
 using sim::Bytes;
 
-class MachineFile : public testing::Test {
+class MachineFileTest : public testing::Test {
 protected:
     void Load(std::string_view description) {
         LoadMachine(MachineFolder(description).path, machine);
@@ -38,12 +38,12 @@ protected:
     sim::Machine machine;
 };
 
-TEST_F(MachineFile, AnEmptyDescriptionIsAPlainMachine) {
+TEST_F(MachineFileTest, EmptyDescriptionIsAPlainMachine) {
     Load("");
     EXPECT_EQ(machine.GetMemory().Size(), 64u << 20);
 }
 
-TEST_F(MachineFile, MemorySizesHaveSuffixes) {
+TEST_F(MachineFileTest, MemorySizeWithASuffixIsInItsUnit) {
     for (const auto& [text, size] :
          {std::pair<const char*, std::uint64_t>{"memory 1048576", 1u << 20},
           {"memory 640K", 640u << 10},
@@ -56,12 +56,12 @@ TEST_F(MachineFile, MemorySizesHaveSuffixes) {
     }
 }
 
-TEST_F(MachineFile, CommentsBlanksAndLineEndsAreFree) {
+TEST_F(MachineFileTest, CommentsBlanksAndLineEndsAreSkipped) {
     Load("# a machine\r\n\n  \t memory\t128M# enough\r\n   # done");
     EXPECT_EQ(machine.GetMemory().Size(), 128u << 20);
 }
 
-TEST_F(MachineFile, StructuresBecomeATable) {
+TEST_F(MachineFileTest, StructuresBecomeATable) {
     Load(R"(smbios version 2.4
 structure 4 handle 0x0400 length 35   # a processor
   byte 5 3
@@ -90,7 +90,7 @@ structure 0x7F handle 32512 length 4
     EXPECT_EQ(At(0xF0000, 65536), segment);
 }
 
-TEST_F(MachineFile, OptionsPlaceTheTable) {
+TEST_F(MachineFileTest, OptionsPlaceTheTable) {
     Load(
         "smbios version 2.0 table 0x8000 anchor dmi structures 9 entry 0xFFFE0 length 77\n"
         "structure 1 handle 1 length 8\n");
@@ -102,7 +102,7 @@ TEST_F(MachineFile, OptionsPlaceTheTable) {
     EXPECT_EQ(At(0x8000, 2), (Bytes{1, 8}));
 }
 
-TEST_F(MachineFile, CapturesComeFromTheFolder) {
+TEST_F(MachineFileTest, CapturesAreReadFromTheFolder) {
     const MachineFolder folder("pages 0x300000 \"some page.bin\"\nsegment low.bin\n");
     folder.Write("some page.bin", "page");
     folder.Write("low.bin", "_SM_" + std::string(65532, '.'));
@@ -111,7 +111,7 @@ TEST_F(MachineFile, CapturesComeFromTheFolder) {
     EXPECT_EQ(TextAt(0xF0000, 5), "_SM_.");
 }
 
-TEST_F(MachineFile, PagesLieOverTheSegment) {
+TEST_F(MachineFileTest, PagesLieOverTheSegment) {
     const MachineFolder folder("pages 0xF0004 page.bin\nsegment low.bin\n");
     folder.Write("page.bin", "page");
     folder.Write("low.bin", std::string(65536, '.'));
@@ -119,7 +119,7 @@ TEST_F(MachineFile, PagesLieOverTheSegment) {
     EXPECT_EQ(TextAt(0xF0003, 6), ".page.");
 }
 
-TEST_F(MachineFile, ADumpIsPlaced) {
+TEST_F(MachineFileTest, DumpIsPlacedWithAnEntryPoint) {
     sim::SmbiosTable table;
     table.Add(1, 2, 8);
     const Bytes bytes = table.Image();
@@ -133,7 +133,7 @@ TEST_F(MachineFile, ADumpIsPlaced) {
     EXPECT_EQ(At(0xF0030, bytes.size()), bytes);
 }
 
-TEST_F(MachineFile, AMachineCanBeWithoutDevices) {
+TEST_F(MachineFileTest, WithoutMakesADeviceFailToOpen) {
     Load("without /dev/mem EACCES\nwithout /proc/stat\nwithout /dev/hda EIO");
     EXPECT_EQ(machine.Open({}, "/dev/mem", O_RDONLY)->error, EACCES);
     EXPECT_EQ(machine.Open({}, "/proc/stat", O_RDONLY)->error, ENOENT);

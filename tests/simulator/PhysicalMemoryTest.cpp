@@ -44,13 +44,13 @@ Bytes TwoStructures() {
     return table.Image();
 }
 
-TEST(PhysicalMemory, IsZeroUntilWritten) {
+TEST(PhysicalMemoryTest, UnwrittenBytesReadAsZero) {
     PhysicalMemory memory;
     EXPECT_EQ(memory.Size(), 64u << 20);
     EXPECT_THAT(At(memory, 0xF0000, 65536), Each(0));
 }
 
-TEST(PhysicalMemory, KeepsBytesAcrossPages) {
+TEST(PhysicalMemoryTest, BytesAcrossPagesAreKept) {
     PhysicalMemory memory;
     Bytes bytes(10000);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
@@ -60,14 +60,14 @@ TEST(PhysicalMemory, KeepsBytesAcrossPages) {
     EXPECT_THAT(At(memory, 0x1FFE + 9999, 2), ElementsAre(bytes.back(), 0));
 }
 
-TEST(PhysicalMemory, LaterBytesLieOverEarlierOnes) {
+TEST(PhysicalMemoryTest, LaterBytesReplaceEarlierOnes) {
     PhysicalMemory memory;
     memory.Write(0x100, Bytes{1, 2, 3, 4});
     memory.Write(0x101, Bytes{9, 9});
     EXPECT_THAT(At(memory, 0x100, 4), ElementsAre(1, 9, 9, 4));
 }
 
-TEST(PhysicalMemory, ReadsNothingPastItsEnd) {
+TEST(PhysicalMemoryTest, ReadPastTheEndFails) {
     PhysicalMemory memory;
     memory.Resize(0x2000);
     Bytes bytes(16, 0xEE);
@@ -78,7 +78,7 @@ TEST(PhysicalMemory, ReadsNothingPastItsEnd) {
     EXPECT_THAT(bytes, Each(0xEE)) << "a refused read delivers nothing";
 }
 
-TEST(PhysicalMemory, EndsAtFourGibibytes) {
+TEST(PhysicalMemoryTest, SizeOrBytesPastFourGibibytesAreRefused) {
     PhysicalMemory memory;
     memory.Resize(std::uint64_t{4} << 30);
     memory.Write(0xFFFFFFFF, Bytes{7});
@@ -87,7 +87,7 @@ TEST(PhysicalMemory, EndsAtFourGibibytes) {
     EXPECT_THROW(memory.Resize((std::uint64_t{4} << 30) + 1), std::out_of_range);
 }
 
-TEST(SmbiosPlacement, TheEntryPointDescribesTheTable) {
+TEST(SmbiosPlacementTest, EntryPointDescribesTheTable) {
     PhysicalMemory memory;
     const Bytes table = TwoStructures();
     memory.PlaceSmbios(table);
@@ -107,7 +107,7 @@ TEST(SmbiosPlacement, TheEntryPointDescribesTheTable) {
     EXPECT_EQ(At(memory, 0xF0030, table.size()), table);
 }
 
-TEST(SmbiosPlacement, TheOlderEntryPointStandsAlone) {
+TEST(SmbiosPlacementTest, DmiAnchorWritesTheOlderEntryPointAlone) {
     PhysicalMemory memory;
     memory.PlaceSmbios(TwoStructures(), {.anchor = SmbiosPlacement::Anchor::kDmi});
     const Bytes entry = At(memory, 0xF0010, 16);
@@ -117,7 +117,7 @@ TEST(SmbiosPlacement, TheOlderEntryPointStandsAlone) {
     EXPECT_EQ(Number(entry, 12, 2), 2u);
 }
 
-TEST(SmbiosPlacement, GoesWhereItIsToldAndClaimsWhatItIsTold) {
+TEST(SmbiosPlacementTest, GivenAddressesAndClaimsAreUsed) {
     PhysicalMemory memory;
     memory.PlaceSmbios(
         TwoStructures(),
@@ -130,7 +130,7 @@ TEST(SmbiosPlacement, GoesWhereItIsToldAndClaimsWhatItIsTold) {
     EXPECT_EQ(At(memory, 0x8000, 2), (Bytes{4, 35}));
 }
 
-TEST(SmbiosPlacement, TheTableStaysInTheSegmentWhileItFits) {
+TEST(SmbiosPlacementTest, TableGoesIntoTheSegmentWhereItFits) {
     const auto address = [](std::uint32_t entry, std::size_t size) {
         PhysicalMemory memory;
         memory.PlaceSmbios(Bytes(size), {.entry = entry, .structures = 0, .length = 0});
@@ -143,12 +143,12 @@ TEST(SmbiosPlacement, TheTableStaysInTheSegmentWhileItFits) {
     EXPECT_EQ(address(0xF0010, 0x10001), 0x100000u);
 }
 
-TEST(SmbiosPlacement, ATableTooLongForTheEntryPointIsRefused) {
+TEST(SmbiosPlacementTest, TableTooLongForTheEntryPointIsRefused) {
     PhysicalMemory memory;
     EXPECT_THROW(memory.PlaceSmbios(Bytes(0x10000)), std::length_error);
 }
 
-TEST(SmbiosPlacement, CountsNoStructureThatIsNotWhole) {
+TEST(SmbiosPlacementTest, CutStructureIsNotCounted) {
     PhysicalMemory memory;
     Bytes table = TwoStructures();
     table.insert(table.end(), {4, 4, 0, 0, 'x'});
@@ -156,7 +156,7 @@ TEST(SmbiosPlacement, CountsNoStructureThatIsNotWhole) {
     EXPECT_EQ(Number(At(memory, 0xF0010, 31), 28, 2), 2u);
 }
 
-// A dump as dmidecode writes it: the entry point in the first 32 bytes, the table behind.
+// A dump as dmidecode writes it: the entry point in the first 32 bytes, the table after it.
 Bytes Dump(const std::string& anchor, const Bytes& table) {
     Bytes bytes(32 + table.size());
     std::copy(anchor.begin(), anchor.end(), bytes.begin());
@@ -164,7 +164,7 @@ Bytes Dump(const std::string& anchor, const Bytes& table) {
     return bytes;
 }
 
-TEST(SmbiosDump, KeepsTheMachinesEntryPointButForTheAddress) {
+TEST(SmbiosDumpTest, SmEntryPointIsKeptExceptForTheAddress) {
     const Bytes table = TwoStructures();
     Bytes bytes = Dump("_SM_", table);
     bytes[5] = 31;
@@ -186,7 +186,7 @@ TEST(SmbiosDump, KeepsTheMachinesEntryPointButForTheAddress) {
     EXPECT_EQ(At(memory, 0xF0030, table.size()), table);
 }
 
-TEST(SmbiosDump, AnotherKindOfEntryPointBecomesThisOne) {
+TEST(SmbiosDumpTest, OtherEntryPointIsReplacedByAnSmOne) {
     const Bytes table = TwoStructures();
     Bytes three = Dump("_SM3_", table);
     three[7] = 3;
@@ -211,7 +211,7 @@ TEST(SmbiosDump, AnotherKindOfEntryPointBecomesThisOne) {
     }
 }
 
-TEST(SmbiosDump, WhatIsNoDumpIsRefused) {
+TEST(SmbiosDumpTest, BytesThatAreNotADumpAreRefused) {
     PhysicalMemory memory;
     EXPECT_THROW(memory.PlaceDump(Bytes{}), std::runtime_error);
     EXPECT_THROW(memory.PlaceDump(Bytes(64)), std::runtime_error);
@@ -221,7 +221,7 @@ TEST(SmbiosDump, WhatIsNoDumpIsRefused) {
     EXPECT_THROW(memory.PlaceDump(outside), std::runtime_error);
 }
 
-TEST(SmbiosSegment, IsASegmentOfMemory) {
+TEST(SmbiosSegmentTest, ImageIsPlacedAndOtherSizesAreRefused) {
     PhysicalMemory memory;
     Bytes image(65536);
     image.front() = 1;

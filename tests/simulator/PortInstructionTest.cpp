@@ -19,7 +19,7 @@ struct Encoding {
     std::optional<std::uint8_t> port;
 };
 
-TEST(PortInstruction, EveryFormIsDecoded) {
+TEST(PortInstructionTest, EveryFormIsDecoded) {
     const std::vector<Encoding> forms = {
         {{0xE4, 0x42}, false, 1, 0x42},
         {{0xE5, 0x42}, false, 4, 0x42},
@@ -46,7 +46,7 @@ TEST(PortInstruction, EveryFormIsDecoded) {
     }
 }
 
-TEST(PortInstruction, NoOtherOpcodeIsTakenForOne) {
+TEST(PortInstructionTest, OtherOpcodesAreNotDecoded) {
     for (unsigned opcode = 0; opcode < 256; ++opcode) {
         if (opcode == 0x66) continue;  // a prefix
         const bool port = (opcode >= 0xE4 && opcode <= 0xE7) || (opcode >= 0xEC && opcode <= 0xEF);
@@ -55,7 +55,7 @@ TEST(PortInstruction, NoOtherOpcodeIsTakenForOne) {
     }
 }
 
-TEST(PortInstruction, LongerThanTheProcessorTakesIsNone) {
+TEST(PortInstructionTest, InstructionLongerThanFifteenBytesIsNotDecoded) {
     std::array<std::uint8_t, 15> prefixes{};
     prefixes.fill(0x66);
     EXPECT_FALSE(sim::DecodePortInstruction(prefixes.data()).has_value());
@@ -65,7 +65,7 @@ TEST(PortInstruction, LongerThanTheProcessorTakesIsNone) {
     EXPECT_FALSE(sim::DecodePortInstruction(prefixes.data()).has_value());
 }
 
-TEST(PortInstruction, NarrowValuesTouchTheLowPartOfTheAccumulator) {
+TEST(PortInstructionTest, NarrowValueChangesOnlyTheLowPartOfTheAccumulator) {
     EXPECT_EQ(sim::AccumulatorAfterIn(0x11223344, 1, 0xAABBCCDD), 0x112233DDu);
     EXPECT_EQ(sim::AccumulatorAfterIn(0x11223344, 2, 0xAABBCCDD), 0x1122CCDDu);
     EXPECT_EQ(sim::AccumulatorAfterIn(0x11223344, 4, 0xAABBCCDD), 0xAABBCCDDu);

@@ -30,9 +30,9 @@ public:
     std::vector<Write> written;
 };
 
-class Ports : public ProbedServer {
+class PortsTest : public ProbedServer {
 protected:
-    Ports() {
+    PortsTest() {
         server.GetMachine().Ports().Install(0x40, 8, latch);
         server.GetMachine().Ports().Install(0x1000, 4, latch);
         probe::Iopl(3);
@@ -41,14 +41,14 @@ protected:
     std::shared_ptr<Latch> latch = std::make_shared<Latch>();
 };
 
-TEST_F(Ports, InReplacesAsMuchOfTheAccumulatorAsItIsWide) {
+TEST_F(PortsTest, InReplacesItsWidthOfTheAccumulator) {
     EXPECT_EQ(probe::In8(0x1000, 0x11223344), 0x112233DDu);
     EXPECT_EQ(probe::In16(0x1000, 0x11223344), 0x1122CCDDu);
     EXPECT_EQ(probe::In32(0x1000, 0x11223344), 0xAABBCCDDu);
     EXPECT_EQ(probe::In8FromPort0x42(0x11223344), 0x112233DDu);
 }
 
-TEST_F(Ports, OutWritesAsMuchOfTheAccumulatorAsItIsWide) {
+TEST_F(PortsTest, OutWritesItsWidthOfTheAccumulator) {
     probe::Out8(0x1001, 0x11223344);
     probe::Out16(0x1002, 0x11223344);
     probe::Out32(0x1000, 0x11223344);
@@ -59,26 +59,26 @@ TEST_F(Ports, OutWritesAsMuchOfTheAccumulatorAsItIsWide) {
                     Latch::Write{0x1000, 4, 0x11223344}, Latch::Write{0x42, 4, 0x11223344}));
 }
 
-TEST_F(Ports, ProbePortsWithoutADeviceReadAllOnes) {
+TEST_F(PortsTest, ProbePortWithoutADeviceReadsAllOnes) {
     EXPECT_EQ(probe::In8(0xCA3, 0), 0xFFu);
     EXPECT_EQ(probe::In8(0xCAA, 0), 0xFFu);
     probe::Out32(0xCF8, 0x80000000);
     EXPECT_EQ(probe::In32(0xCFC, 0), 0xFFFFFFFFu) << "no PCI function is there";
 }
 
-TEST_F(Ports, ADeviceCoversTheEmptyPort) {
+TEST_F(PortsTest, InstalledDeviceReplacesTheEmptyPort) {
     server.GetMachine().Ports().Install(0xCA3, 1, latch);
     EXPECT_EQ(probe::In8(0xCA3, 0), 0xDDu);
 }
 
-TEST_F(Ports, TheLogTellsPortWidthAndValue) {
+TEST_F(PortsTest, LogShowsPortWidthAndValue) {
     probe::In8(0xCA3, 0);
     probe::Out32(0xCF8, 0x80001234);
     EXPECT_THAT(server.GetLog().Lines(),
                 ElementsAre("in 0xCA3 1 -> 0xFF", "out 0xCF8 4 0x80001234 -> ok"));
 }
 
-TEST_F(Ports, PrivilegeLevelsAreZeroToThree) {
+TEST_F(PortsTest, PrivilegeLevelOutsideZeroToThreeIsRefused) {
     EXPECT_EQ(probe::Iopl(4), -1);
     EXPECT_EQ(errno, EINVAL);
     EXPECT_EQ(probe::Iopl(-1), -1);
@@ -88,13 +88,13 @@ TEST_F(Ports, PrivilegeLevelsAreZeroToThree) {
                                                      "in 0xCA3 1 -> 0xFF", "iopl 0 -> 0"));
 }
 
-TEST_F(Ports, AccessesLeaveErrnoAlone) {
+TEST_F(PortsTest, AccessLeavesErrnoAlone) {
     errno = ERANGE;
     probe::In8(0xCA3, 0);
     EXPECT_EQ(errno, ERANGE);
 }
 
-TEST_F(Ports, SleepingTakesNoTimeAndMovesTheClock) {
+TEST_F(PortsTest, SleepTakesNoTimeAndMovesTheClock) {
     EXPECT_EQ(server.Clock().count(), 0);
     EXPECT_EQ(probe::Sleep(86400), 0u);
     EXPECT_EQ(probe::Sleep(2), 0u);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Writing structures.
+// SMBIOS structures and tables, byte by byte.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -15,24 +15,24 @@ using sim::Bytes;
 using sim::SmbiosStructure;
 using sim::SmbiosTable;
 
-TEST(SmbiosStructure, WithoutStringsEndsInTwoNuls) {
+TEST(SmbiosStructureTest, StructureWithoutStringsEndsInTwoNuls) {
     EXPECT_EQ(SmbiosStructure(127, 0x7F01, 4).Image(), (Bytes{127, 4, 0x01, 0x7F, 0, 0}));
 }
 
-TEST(SmbiosStructure, FieldsAreLittleEndian) {
+TEST(SmbiosStructureTest, FieldsAreLittleEndian) {
     SmbiosStructure structure(1, 0, 11);
     structure.Byte(4, 0xAA).Word(5, 0x1122).Dword(7, 0x33445566);
     EXPECT_EQ(structure.Image(),
               (Bytes{1, 11, 0, 0, 0xAA, 0x22, 0x11, 0x66, 0x55, 0x44, 0x33, 0, 0}));
 }
 
-TEST(SmbiosStructure, StringsAreNumberedFromOne) {
+TEST(SmbiosStructureTest, StringsAreNumberedFromOne) {
     SmbiosStructure structure(1, 0, 6);
     structure.String(4, "A").String("B").String(5, "C");
     EXPECT_EQ(structure.Image(), (Bytes{1, 6, 0, 0, 1, 3, 'A', 0, 'B', 0, 'C', 0, 0}));
 }
 
-TEST(SmbiosStructure, NothingIsWrittenPastTheFormattedArea) {
+TEST(SmbiosStructureTest, FieldPastTheFormattedAreaIsRefused) {
     SmbiosStructure structure(1, 0, 8);
     EXPECT_THROW(structure.Byte(8, 0), std::out_of_range);
     EXPECT_THROW(structure.Word(7, 0), std::out_of_range);
@@ -42,7 +42,7 @@ TEST(SmbiosStructure, NothingIsWrittenPastTheFormattedArea) {
     EXPECT_EQ(structure.Image(), (Bytes{1, 8, 0, 0, 0, 0, 0, 0, 0, 0}));
 }
 
-TEST(SmbiosStructure, StringsThatWouldEndTheSetAreRefused) {
+TEST(SmbiosStructureTest, StringsThatWouldEndTheSetAreRefused) {
     SmbiosStructure structure(1, 0, 8);
     EXPECT_THROW(structure.String(""), std::invalid_argument);
     EXPECT_THROW(structure.String(std::string_view("a\0b", 3)), std::invalid_argument);
@@ -50,11 +50,11 @@ TEST(SmbiosStructure, StringsThatWouldEndTheSetAreRefused) {
     EXPECT_THROW(structure.String("x"), std::length_error);
 }
 
-TEST(SmbiosStructure, ALengthShorterThanTheHeaderIsOnlyClaimed) {
+TEST(SmbiosStructureTest, LengthShorterThanTheHeaderStillHasTheHeader) {
     EXPECT_EQ(SmbiosStructure(1, 0x0203, 2).Image(), (Bytes{1, 2, 3, 2, 0, 0}));
 }
 
-TEST(SmbiosTable, HoldsStructuresInOrder) {
+TEST(SmbiosTableTest, StructuresAndRawBytesKeepTheirOrder) {
     SmbiosTable table;
     SmbiosStructure& first = table.Add(1, 0x0100, 5);
     table.Raw(Bytes{9, 9});

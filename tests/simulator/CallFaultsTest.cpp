@@ -16,12 +16,12 @@ namespace {
 
 using testing::ElementsAre;
 
-class Faults : public ProbedServer {
+class CallFaultsTest : public ProbedServer {
 protected:
     char buffer[16] = {};
 };
 
-TEST_F(Faults, TheNthCallFailsAndNoOther) {
+TEST_F(CallFaultsTest, OnlyTheNthCallFails) {
     server.Fail("open", 2, ENOMEM);
     EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0);
     EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
@@ -29,7 +29,7 @@ TEST_F(Faults, TheNthCallFailsAndNoOther) {
     EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0);
 }
 
-TEST_F(Faults, CountFromTheMomentTheyAreAskedFor) {
+TEST_F(CallFaultsTest, FaultCountsCallsFromTheMomentItIsSet) {
     const int memory = probe::Open("/dev/mem", O_RDONLY);
     probe::Read(memory, buffer, 1);
     server.Fail("read", 1);
@@ -37,7 +37,7 @@ TEST_F(Faults, CountFromTheMomentTheyAreAskedFor) {
     EXPECT_EQ(errno, EIO);
 }
 
-TEST_F(Faults, StrikeEveryCallTheyAreFor) {
+TEST_F(CallFaultsTest, EachCallCanFail) {
     const int memory = probe::Open("/dev/mem", O_RDONLY);
     server.Fail("lseek", 1, ESPIPE);
     EXPECT_EQ(probe::Lseek(memory, 16, SEEK_SET), -1);
@@ -57,19 +57,19 @@ TEST_F(Faults, StrikeEveryCallTheyAreFor) {
     EXPECT_EQ(fcntl(memory, F_GETFD), -1) << "Linux frees the descriptor all the same";
 }
 
-TEST_F(Faults, AnInterruptedSleepAnswersTheSecondsLeft) {
+TEST_F(CallFaultsTest, InterruptedSleepReturnsTheSecondsLeft) {
     server.Fail("sleep", 1, EINTR);
     EXPECT_EQ(probe::Sleep(5), 5u);
     EXPECT_EQ(server.Clock().count(), 0);
 }
 
-TEST_F(Faults, ASleepThatTakesItsTimeMovesTheClockAsFarAsItLasted) {
+TEST_F(CallFaultsTest, SleepInRealTimeMovesTheClockByTheTimeItTook) {
     server.GetMachine().SleepBy([](unsigned seconds) { return seconds / 5; });
     EXPECT_EQ(probe::Sleep(10), 2u);
     EXPECT_EQ(server.Clock().count(), 8);
 }
 
-TEST_F(Faults, SeveralCountAlongside) {
+TEST_F(CallFaultsTest, TwoFaultsOfOneCallCountIndependently) {
     server.Fail("open", 1, EACCES);
     server.Fail("open", 2, EMFILE);
     EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
@@ -78,7 +78,7 @@ TEST_F(Faults, SeveralCountAlongside) {
     EXPECT_EQ(errno, EMFILE);
 }
 
-TEST_F(Faults, AShortReadDeliversNoMoreThanToldAndMovesAsFar) {
+TEST_F(CallFaultsTest, ShortReadDeliversAndMovesByTheGivenBytes) {
     const int memory = probe::Open("/dev/mem", O_RDONLY);
     server.ShortRead(1, 3);
     EXPECT_EQ(probe::Read(memory, buffer, 16), 3);
@@ -86,7 +86,7 @@ TEST_F(Faults, AShortReadDeliversNoMoreThanToldAndMovesAsFar) {
     EXPECT_EQ(probe::Read(memory, buffer, 16), 16);
 }
 
-TEST_F(Faults, OnlyTheLibrarysAllocationsAreCounted) {
+TEST_F(CallFaultsTest, AllocationsOfOtherModulesAreNotCounted) {
     probe::Allocate();
     probe::AllocateArray();
     probe::AllocateQuietly();
@@ -95,7 +95,7 @@ TEST_F(Faults, OnlyTheLibrarysAllocationsAreCounted) {
     EXPECT_EQ(server.Allocations(), 4u);
 }
 
-TEST_F(Faults, AnAllocationFailsAsItsFormDoes) {
+TEST_F(CallFaultsTest, FailingAllocationThrowsOrReturnsNullAsItsFormDoes) {
     server.FailAllocation(1);
     EXPECT_THROW(probe::Allocate(), std::bad_alloc);
     server.FailAllocation(1);
@@ -113,7 +113,7 @@ void OpenInside() {
     openedInside = probe::Open("/dev/mem", O_RDONLY);
 }
 
-TEST_F(Faults, AnActionRunsInsideTheNextCallOnceAndBeforeItsAnswer) {
+TEST_F(CallFaultsTest, ActionRunsOnceInsideTheNextCallBeforeItsAnswer) {
     const int memory = probe::Open("/dev/mem", O_RDONLY);
     server.GetLog().Clear();
     server.During("read", OpenInside);
@@ -130,7 +130,7 @@ void InInside() {
     readInside = probe::In8(0xCAA, 0);
 }
 
-TEST_F(Faults, AnActionInsideAPortInstructionMayUsePorts) {
+TEST_F(CallFaultsTest, ActionInsideAPortInstructionMayUsePorts) {
     probe::Iopl(3);
     server.GetLog().Clear();
     server.During("in", InInside);
@@ -144,14 +144,14 @@ void CloseInside() {
     probe::Close(closedInside);
 }
 
-TEST_F(Faults, ACallWhoseFileIsClosedInsideItFails) {
+TEST_F(CallFaultsTest, ReadFailsWhenAnActionInsideItClosesItsFile) {
     closedInside = probe::Open("/dev/mem", O_RDONLY);
     server.During("read", CloseInside);
     EXPECT_EQ(probe::Read(closedInside, buffer, 1), -1);
     EXPECT_EQ(errno, EBADF);
 }
 
-TEST_F(Faults, NamesAndCountsAreChecked) {
+TEST_F(CallFaultsTest, UnknownCallOrCountBelowOneIsRefused) {
     EXPECT_THROW(server.Fail("write", 1), std::invalid_argument);
     EXPECT_THROW(server.Fail("in", 1), std::invalid_argument) << "instructions cannot fail";
     EXPECT_THROW(server.Fail("open", 0), std::invalid_argument);

@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// Calls that are to fail, and actions to run inside them. Counts run from the moment a fault is
-// asked for; each fault strikes once.
-#ifndef TALVANE_SIMULATOR_MACHINE_FAULTS_H
-#define TALVANE_SIMULATOR_MACHINE_FAULTS_H
+// Faults of the program's calls: which call is to fail, which read is to be short, which allocation
+// is to be refused; and actions to run inside calls. A fault counts calls from the moment it is
+// set, and strikes once. Faults of the controller are in bmc/BmcFaults.cpp.
+#ifndef TALVANE_SIMULATOR_MACHINE_CALLFAULTS_H
+#define TALVANE_SIMULATOR_MACHINE_CALLFAULTS_H
 
 #include <cstddef>
 #include <list>
@@ -13,21 +14,23 @@
 
 namespace sim {
 
-class Faults {
+class CallFaults {
 public:
-    // std::invalid_argument for calls that the server does not answer and for nth below 1.
+    // `nth` counts from 1. std::invalid_argument for nth below 1 and for a call that the server
+    // does not answer.
     void Fail(std::string_view call, int nth, int error);
     void ShortRead(int nth, std::size_t bytes);
     void FailAllocation(int nth);
     void During(std::string_view call, void (*action)());
 
-    // Runs the action that waits for `call`, then counts the call: the errno it is to fail with.
+    // Runs the action that waits for `call`, then counts the call. Returns the errno that it is to
+    // fail with, or nothing when it is to succeed.
     std::optional<int> Enter(std::string_view call);
 
-    // The size that this read is cut to, at most `size`.
+    // Counts a read. Returns the number of bytes that it may deliver, at most `size`.
     std::size_t ReadSize(std::size_t size);
 
-    // Whether this allocation is to fail.
+    // Counts an allocation. Returns whether it is to fail.
     bool AllocationFails();
 
 private:

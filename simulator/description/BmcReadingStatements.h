@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The statements about what sensors show, shared by machine descriptions and control files.
-#ifndef TALVANE_SIMULATOR_DESCRIPTION_BMCSENSORSTATEMENTS_H
-#define TALVANE_SIMULATOR_DESCRIPTION_BMCSENSORSTATEMENTS_H
+#ifndef TALVANE_SIMULATOR_DESCRIPTION_BMCREADINGSTATEMENTS_H
+#define TALVANE_SIMULATOR_DESCRIPTION_BMCREADINGSTATEMENTS_H
 
 #include <cstdint>
 #include <map>
@@ -12,11 +12,11 @@
 
 namespace sim {
 
-// What stands behind the words `reading` and `states`.
+// Read the rest of a line that begins with `reading` or `states`.
 void ReadReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
 void ReadStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
 
-// A whole line of a control file: one of these statements, or nothing.
+// Reads a whole line of a control file: one of these statements, or an empty line.
 void ReadTimelineLine(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines);
 
 }  // namespace sim
