@@ -21,6 +21,20 @@
 #define TALVANE_AT(record, field, offset) \
     TALVANE_CHECK(offsetof(record, field) == (offset), record##_##field##_offset)
 
+/* The thresholds of a sensor, as SetThresholdInfo names them. */
+enum ThresholdFlag {
+    THRESHOLD_LOWER_WARNING = 0,
+    THRESHOLD_LOWER_CRITICAL = 1,
+    THRESHOLD_LOWER_NON_RECOVERABLE = 2,
+    THRESHOLD_UPPER_WARNING = 3,
+    THRESHOLD_UPPER_CRITICAL = 4,
+    THRESHOLD_UPPER_NON_RECOVERABLE = 5
+};
+
+/* The shortest and the longest time-out that SetWatchDogTimer accepts, in milliseconds. */
+#define TALVANE_WATCHDOG_SHORTEST 10000
+#define TALVANE_WATCHDOG_LONGEST  999000
+
 #ifdef __cplusplus
 extern "C" {
 #endif

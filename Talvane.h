@@ -40,16 +40,6 @@
 #define TALVANE_TEMPERATURES 0x8000000UL  /* TemperatureInformation */
 #define TALVANE_SYSTEM       0x10000000UL /* SysInformation */
 
-/* The thresholds of a sensor, as SetThresholdInfo names them. */
-enum ThresholdFlag {
-    THRESHOLD_LOWER_WARNING = 0,
-    THRESHOLD_LOWER_CRITICAL = 1,
-    THRESHOLD_LOWER_NON_RECOVERABLE = 2,
-    THRESHOLD_UPPER_WARNING = 3,
-    THRESHOLD_UPPER_CRITICAL = 4,
-    THRESHOLD_UPPER_NON_RECOVERABLE = 5
-};
-
 #ifdef __cplusplus
 extern "C" {
 #endif

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The state texts in groups of sixteen.
+// The state texts, in groups of sixteen rows.
 
 #include "IPMI/EventCodeTable.h"
 

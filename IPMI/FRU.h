@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// The BMC's own inventory (FRU device 0): board, chassis and product information areas, read once
-// and kept as texts ("Platform Management FRU Information Storage Definition" 1.0).
+// The BMC's own inventory (FRU device 0): the board, chassis and product information areas, read
+// once and kept as texts ("Platform Management FRU Information Storage Definition" 1.0).
 //
 // Rules of all operations, unless one says otherwise: they return 0, or -1 when no system interface
-// has been found or a pointer is null; texts are terminated.
+// has been found or a pointer is null. Texts are NUL-terminated.
 #ifndef TALVANE_IPMI_FRU_H
 #define TALVANE_IPMI_FRU_H
 
@@ -35,8 +35,8 @@ public:
         unsigned short multiRecordAreaStartOffset;
     };
 
-    // Fields: the encoding (0 to 3), the length as stored in the area, the decoded text. A text
-    // that fills its field is not terminated.
+    // Fields: the encoding (0 to 3), the length that the area states, the decoded text. A text that
+    // fills all 64 bytes is not NUL-terminated.
     struct _ManufacturerInfo {
         unsigned char typeCode;
         int manufacturerBytesLen;
@@ -99,44 +99,46 @@ public:
         _ProductNameInfo ProductNameInfo;
         _PartNumberInfo PartModuleInfo;
         _ProductVersionInfo ProductVersionInfo;  // not filled
-        _SerialNumberInfo SerialNumberInfo;      // Kept: holds the product version
-        _AssetTagInfo AssetTagInfo;              // Kept: holds the serial number
+        _SerialNumberInfo SerialNumberInfo;      // Kept: filled with the product version
+        _AssetTagInfo AssetTagInfo;              // Kept: filled with the serial number
     };
 
-    // Opens the IPMI device unless it is open.
+    // Opens the IPMI device unless it is open already.
     FRU();
     ~FRU();
 
-    // Reads everything. An area that cannot be read or decoded keeps what it held; a text shorter
-    // than the one it replaces leaves that one's tail. Returns -1 when the inventory device or its
-    // header cannot be read.
+    // Reads everything. The fields of an area that cannot be read or decoded keep their values. A
+    // text that is shorter than the one it replaces leaves the end of the old text. Returns -1 when
+    // the size of the inventory device or the common header cannot be read.
     int GetFRUInfo();
 
-    // The parts of GetFRUInfo: the inventory device's size, the common header, and the areas that
-    // the header points at. An area of another version than 1 answers -1.
+    // The parts of GetFRUInfo: the size of the inventory device, the common header, and the areas
+    // whose offsets the header holds. The areas return -1 for another version than 1.
     int GetFRU();
     int GetCommonHeaderInfo();
     int GetBoardInfo();
     int GetChassisInfo();
     int GetProductInfo();
 
-    // Decoders of the field encodings. They write no terminator and never more than the destination
-    // holds. The destination is a text field of this class or larger.
+    // Decoders of the field encodings. They write no NUL and at most destinationLength bytes.
     int CopyBinaryByte(unsigned char* source, int sourceLength, char* destination,
                        int destinationLength);
     int DecodeBCDPLUS(unsigned char* source, int sourceLength, char* destination,
                       int destinationLength);
-    // -1 when the destination has no room for the characters and one more.
+    // Returns -1 when the destination has no room for four characters for every three bytes of the
+    // source, and one more.
     int Decode6BitASC(unsigned char* source, int sourceLength, char* destination,
                       int destinationLength);
-    // Languages other than English (0 and 25) have characters of two bytes.
+    // Languages other than English (0 and 25) have characters of two bytes: an odd last byte is
+    // dropped.
     int DecodeASCLatin(unsigned char languageCode, unsigned char* source, int sourceLength,
                        char* destination, int destinationLength);
-    // By the encoding: 0 to 3 in the order above. Any other writes nothing and returns 0.
+    // Calls the decoder of the encoding: 0 to 3 in the order above. For any other encoding writes
+    // nothing and returns 0.
     int DecodeByte(unsigned char languageCode, unsigned char typeCode, unsigned char* source,
                    int sourceLength, char* destination, int destinationLength);
 
-    // The texts, up to 64 bytes; empty before they have been read.
+    // The texts, up to 64 bytes. Empty before GetFRUInfo has read them.
     int GetBoardManufacturer(char* out);
     int GetBoardProductName(char* out);
     int GetBoardSerialNumber(char* out);
@@ -154,9 +156,11 @@ private:
     FRU(const FRU&);             // not copyable
     FRU& operator=(const FRU&);  // not assignable
 
-    // The operations' own helpers, not exported.
-    struct FieldReader;
+    // Helpers of the operations; not exported. AreaByte and AreaLength (in bytes) are those of the
+    // area that ReadArea has read into the response buffer.
     TALVANE_LOCAL int ReadArea(int offset);
+    TALVANE_LOCAL unsigned char AreaByte(unsigned offset) const;
+    TALVANE_LOCAL int AreaLength() const;
     TALVANE_LOCAL int EndArea(bool decoded);
     TALVANE_LOCAL int CopyField(char (&text)[64], char* out);
 

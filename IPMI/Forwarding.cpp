@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What the facade hands on to its sensors and its inventory.
+// The operations that IPMIsupport passes on to its sensors and its inventory.
 
 #include "IPMI/IPMIsupport.h"
 

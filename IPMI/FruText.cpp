@@ -1,21 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// The decoders of the field encodings ("FRU Information Storage Definition", 13) and the getters of
-// the decoded texts.
+// The decoders of the field encodings, and the getters of the decoded texts.
 
 #include <algorithm>
 #include <array>
 #include <cstring>
 
 #include "IPMI/FRU.h"
+#include "IPMI/FruFormat.h"
 
-namespace {
-
-// English, in the two ways to say it (ibid., 15).
-constexpr unsigned char kEnglish = 25;
-constexpr unsigned char kEnglishByDefault = 0;
-
-}  // namespace
+using namespace talvane;
 
 int FRU::CopyBinaryByte(unsigned char* source, int sourceLength, char* destination,
                         int destinationLength) {
@@ -25,7 +19,8 @@ int FRU::CopyBinaryByte(unsigned char* source, int sourceLength, char* destinati
     return 0;
 }
 
-// Kept: no digits are unpacked. A byte below 10 stands for itself, as do those from 0x0F on.
+// Kept: packed digits are not unpacked. A byte below 10 and a byte from 0x0F on are copied, the
+// others become 0.
 int FRU::DecodeBCDPLUS(unsigned char* source, int sourceLength, char* destination,
                        int destinationLength) {
     if (source == nullptr || destination == nullptr) return -1;
@@ -37,8 +32,8 @@ int FRU::DecodeBCDPLUS(unsigned char* source, int sourceLength, char* destinatio
     return 0;
 }
 
-// Kept: sources of three bytes or more, which all real texts have, decode to nothing; the second
-// character mixes the first byte in.
+// Kept: a source of three bytes or more, and so every real text, writes nothing. The second
+// character mixes in the first byte.
 int FRU::Decode6BitASC(unsigned char* source, int sourceLength, char* destination,
                        int destinationLength) {
     if (source == nullptr || destination == nullptr) return -1;
@@ -61,7 +56,7 @@ int FRU::DecodeASCLatin(unsigned char languageCode, unsigned char* source, int s
                         char* destination, int destinationLength) {
     if (source == nullptr || destination == nullptr) return -1;
     int length = std::max(std::min(sourceLength, destinationLength), 0);
-    if (languageCode != kEnglishByDefault && languageCode != kEnglish) length -= length % 2;
+    if (languageCode != kFruEnglishByDefault && languageCode != kFruEnglish) length -= length % 2;
     std::memcpy(destination, source, static_cast<std::size_t>(length));
     return 0;
 }
@@ -69,13 +64,13 @@ int FRU::DecodeASCLatin(unsigned char languageCode, unsigned char* source, int s
 int FRU::DecodeByte(unsigned char languageCode, unsigned char typeCode, unsigned char* source,
                     int sourceLength, char* destination, int destinationLength) {
     switch (typeCode) {
-        case 0:
+        case kFruBinary:
             return CopyBinaryByte(source, sourceLength, destination, destinationLength);
-        case 1:
+        case kFruBcdPlus:
             return DecodeBCDPLUS(source, sourceLength, destination, destinationLength);
-        case 2:
+        case kFruSixBit:
             return Decode6BitASC(source, sourceLength, destination, destinationLength);
-        case 3:
+        case kFruLatin:
             return DecodeASCLatin(languageCode, source, sourceLength, destination,
                                   destinationLength);
         default:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The IPMI device, the probe of the system interfaces' ports, and the sequence that every command
-// follows. The one place where the IPMI subsystem touches the machine.
+// Opens the IPMI device, probes the ports of the system interfaces, and carries out the steps that
+// every command shares. The only file of the IPMI subsystem that touches the machine.
 
 #include "IPMI/IPMIbase.h"
 
@@ -16,6 +16,7 @@
 #include <cstring>
 
 #include "IPMI/RequestData.h"
+#include "base/Bytes.h"
 #include "base/PortIo.h"
 
 using namespace talvane;
@@ -25,18 +26,18 @@ int InitOK = 0;
 
 namespace {
 
-// Where the system interfaces answer: the KCS status register (IPMI 2.0, 9.5) and the SMIC flags
-// register (10.2). A bus on which nobody answers reads all ones.
+// The ports of the system interfaces: the KCS status register (IPMI 2.0, 9.5) and the SMIC flags
+// register (10.2). A port where no device answers reads all ones.
 constexpr std::uint16_t kKcsStatusPort = 0xCA3;
 constexpr std::uint16_t kSmicFlagsPort = 0xCAA;
-constexpr unsigned char kNobody = 0xFF;
+constexpr unsigned char kNoDevice = 0xFF;
 
-constexpr int kTimeout = 3000;
+constexpr int kRequestTimeOut = 3000;  // milliseconds
 
-// Read and write, 4 bytes, type 'S', number 1.
+// The driver's request "send and wait": read and write, 4 bytes, type 'S', number 1.
 constexpr unsigned long kSendMessage = 0xC0045301;
 
-// What the driver takes with kSendMessage, in the layout of a 32-bit kernel.
+// The argument of kSendMessage, in the layout of a 32-bit kernel and under the driver's own names.
 struct ipmi_request_data {
     unsigned char cmd_type;
     unsigned char resp_slave_addr;
@@ -54,8 +55,8 @@ struct ipmi_send_message {
     ipmi_request_data req;
     unsigned timeout;
     unsigned char* resp_data_ptr;
-    unsigned resp_data_len;         // 0: the driver does not need it
-    unsigned char completion_code;  // not read back
+    unsigned resp_data_len;         // left 0; the driver does not use it
+    unsigned char completion_code;  // the library does not read it back
 };
 static_assert(sizeof(ipmi_send_message) == 32);
 static_assert(offsetof(ipmi_send_message, timeout) == 16);
@@ -69,7 +70,7 @@ IPMIbase::IPMIbase()
     : IsSupportKCS(0),
       IsSupportSMIC(0),
       request(),
-      ResponseBuffer(new unsigned char[RESPONSE_SIZE]()) {}
+      ResponseBuffer(new unsigned char[kResponseSize]()) {}
 
 IPMIbase::~IPMIbase() {
     if (hDevice >= 0) (void)close(hDevice);  // result not used: nothing was written
@@ -85,9 +86,9 @@ int IPMIbase::InitIpmiBase() {
     hDevice = open("/dev/ipmi", O_RDONLY);
     if (hDevice < 0) return -1;
     if (iopl(3) != 0) return -1;
-    IsSupportKCS = ReadPort8(kKcsStatusPort) != kNobody ? 1 : 0;
-    IsSupportSMIC = ReadPort8(kSmicFlagsPort) != kNobody ? 1 : 0;
-    (void)iopl(0);  // result not used: lowering needs no permission
+    IsSupportKCS = ReadPort8(kKcsStatusPort) != kNoDevice ? 1 : 0;
+    IsSupportSMIC = ReadPort8(kSmicFlagsPort) != kNoDevice ? 1 : 0;
+    (void)iopl(0);  // result not used: lowering the level needs no permission
     InitOK = IsSupportKCS != 0 || IsSupportSMIC != 0 ? 1 : 0;
     return 0;
 }
@@ -97,7 +98,7 @@ int IPMIbase::SendTimedImbpRequest(IMBPREQUESTDATA* imbRequest, int timeout,
     if (InitOK == 0) return -1;
     ipmi_send_message message{};
     message.req.cmd_type = imbRequest->cmdType;
-    message.req.resp_slave_addr = ANY_ADDRESS;  // Kept: whatever the request says.
+    message.req.resp_slave_addr = kAnyAddress;  // Kept: whatever the request says.
     message.req.bus_type = imbRequest->busType;
     message.req.net_func = imbRequest->netFn;
     message.req.resp_lun = imbRequest->rsLun;
@@ -111,7 +112,7 @@ int IPMIbase::SendTimedImbpRequest(IMBPREQUESTDATA* imbRequest, int timeout,
 int IPMIbase::IpmiSrtringCopy(char* destination, char* source, int destinationSize,
                               int sourceLength) {
     if (destination == nullptr || source == nullptr) return -1;
-    if (destinationSize < 1 || sourceLength < 0) return 0;  // room for no byte, or no text
+    if (destinationSize < 1 || sourceLength < 0) return 0;  // no room, or no text
     const int length = std::min(sourceLength, destinationSize - 1);
     std::strncpy(destination, source, static_cast<std::size_t>(length));
     destination[length] = '\0';
@@ -129,14 +130,23 @@ int IPMIbase::Transact(int netFn, int code, int responder, unsigned char* data, 
     ClearResponse();
     unsigned char completion = 0;
     int responseLength = 0;
-    // Result not used: a request that the driver refuses reads as a response of zeros.
-    (void)SendTimedImbpRequest(&request, kTimeout, ResponseBuffer, &responseLength, &completion);
-    // Kept: the transport leaves this byte alone; an agent's own transport may write it.
+    // Result not used: when the driver refuses a request, the response stays all zeros.
+    (void)SendTimedImbpRequest(&request, kRequestTimeOut, ResponseBuffer, &responseLength,
+                               &completion);
+    // Kept: the library's transport leaves this byte untouched, an agent's own may write it.
     return completion == 0 ? 0 : -1;
 }
 
 void IPMIbase::ClearResponse() {
-    std::memset(ResponseBuffer, 0, RESPONSE_SIZE);
+    std::memset(ResponseBuffer, 0, kResponseSize);
+}
+
+unsigned char IPMIbase::ResponseByte(unsigned offset) const {
+    return ByteAt(ByteView(ResponseBuffer, kResponseSize), offset);
+}
+
+unsigned short IPMIbase::ResponseLe16(unsigned offset) const {
+    return Le16(ByteView(ResponseBuffer, kResponseSize), offset);
 }
 
 int IPMIbase::ExchangeUnchecked(int netFn, int code, int responder,

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The way to the baseboard management controller (BMC): the request record, the response buffer and
-// the one exchange with the kernel's IPMI device, which all objects of the process share.
-// Base of Sensor, FRU and IPMIsupport.
+// The transport to the baseboard management controller (BMC): one request and its response over the
+// kernel's IPMI device. All objects of the process share the device. Base of Sensor, FRU and
+// IPMIsupport.
 #ifndef TALVANE_IPMI_IPMIBASE_H
 #define TALVANE_IPMI_IPMIBASE_H
 
@@ -11,8 +11,8 @@
 #include "../Export.h"
 
 // Shared by all IPMIbase objects of the process.
-extern TALVANE_EXPORT int hDevice;  // descriptor of /dev/ipmi, negative while there is none
-extern TALVANE_EXPORT int InitOK;   // 1 once a system interface (KCS or SMIC) has answered
+extern TALVANE_EXPORT int hDevice;  // descriptor of /dev/ipmi; negative before it is opened
+extern TALVANE_EXPORT int InitOK;   // 1 once a system interface (KCS or SMIC) has answered, else 0
 
 // One request.
 struct IMBPREQUESTDATA {
@@ -21,13 +21,13 @@ struct IMBPREQUESTDATA {
     unsigned char busType;
     unsigned char netFn;
     unsigned char rsLun;
-    unsigned char* data;  // null when the command has none
+    unsigned char* data;  // null when the command has no data
     int dataLength;
 };
-static_assert(sizeof(IMBPREQUESTDATA) == 16, "three bytes of padding in front of the pointer");
+static_assert(sizeof(IMBPREQUESTDATA) == 16, "three bytes of padding before the pointer");
 
-// Kept: the destructors are not virtual. The virtual table has the two slots that agents know; no
-// object is deleted through its base.
+// Kept: the destructors are not virtual. The virtual table has the two slots that agents know, and
+// no object is deleted through a pointer to its base.
 #if defined(__GNUC__)
 #pragma GCC diagnostic push
 #pragma GCC diagnostic ignored "-Wnon-virtual-dtor"
@@ -35,8 +35,8 @@ static_assert(sizeof(IMBPREQUESTDATA) == 16, "three bytes of padding in front of
 
 class TALVANE_EXPORT IPMIbase {
 public:
-    // Command codes (IPMI 2.0, appendix G). Some share a value: they belong to different network
-    // functions.
+    // Command codes (IPMI 2.0, appendix G). Commands of different network functions can have the
+    // same code.
     enum command {
         get_device_id = 1,
         Get_FRU_info = 16,
@@ -104,61 +104,71 @@ public:
     enum ChannelProtocolType { IPMB_10 = 1 };
     enum channelMediaType { LAN_802_3 = 4 };
 
-    // Opens nothing.
+    // Does not open the device.
     IPMIbase();
 
-    // Closes the device for all objects, and leaves hDevice and InitOK as they are: an object made
-    // afterwards takes the device for open, and its requests go unanswered.
+    // Closes the device for all objects and leaves hDevice and InitOK as they are. An object that
+    // is created later takes the device for open, and its requests are not answered.
     ~IPMIbase();
 
-    // Non-zero once a system interface has been found.
+    // Returns InitOK: non-zero once a system interface has been found.
     virtual int IsInitOK();
 
-    // Opens the device and looks for a system interface, unless one has been found before. Returns
-    // -1 when the device cannot be opened or the ports may not be used, 0 otherwise, also when no
-    // interface answers.
+    // Opens the device and looks for a system interface, unless an earlier call found one. Returns
+    // -1 when the device cannot be opened or the I/O ports cannot be used. Returns 0 otherwise,
+    // also when no interface answers.
     virtual int InitIpmiBase();
 
-    // Sends one request and waits for its response, which the driver writes to `response` from the
-    // first byte behind the completion code on. Returns what the driver answers, or -1 while no
-    // system interface has been found. `responseLength` and `completionCode` are not written.
+    // Sends one request and waits for its response. The driver writes the response to `response`,
+    // beginning with the first byte after the completion code. Returns the driver's result, or -1
+    // while no system interface has been found. Leaves `responseLength` and `completionCode`
+    // untouched.
     int SendTimedImbpRequest(IMBPREQUESTDATA* imbRequest, int timeout, unsigned char* response,
                              int* responseLength, unsigned char* completionCode);
 
-    // Copies at most destinationSize - 1 of the sourceLength bytes and terminates them. Returns 0,
-    // or -1 for a null pointer.
+    // Copies at most destinationSize - 1 of the sourceLength bytes and adds a NUL. Returns 0, or -1
+    // when a pointer is null.
     int IpmiSrtringCopy(char* destination, char* source, int destinationSize, int sourceLength);
 
-    int ShutDownSystem(int, int);  // no body: agents that declare it get along without
+    int ShutDownSystem(int, int);  // declared only: it has no body, and nothing calls it
 
 protected:
-    // The steps of a command, not exported. A response stands in ResponseBuffer, all zero where the
-    // controller sent nothing; -1 is a completion code other than 0.
-    enum { RESPONSE_SIZE = 256, BMC_ADDRESS = 0x20, ANY_ADDRESS = 0xFF };
+    enum { kResponseSize = 256, kBmcAddress = 0x20, kAnyAddress = 0xFF };
 
-    // Readiness test, request, response, release of the request's data. Returns 0 or -1.
+    // The steps of a command; not exported. Each step that sends a request returns 0, or -1 when
+    // the completion code is not 0. The response is in ResponseBuffer; bytes that the controller
+    // did not send are 0.
+
+    // The whole command: test whether the transport is ready (-1 if not), send the request, take
+    // the response, free the request's data.
     TALVANE_LOCAL int Exchange(int netFn, int code, int responder,
                                std::initializer_list<unsigned char> data);
 
-    // The same without the readiness test.
+    // The same without the test whether the transport is ready.
     TALVANE_LOCAL int ExchangeUnchecked(int netFn, int code, int responder,
                                         std::initializer_list<unsigned char> data);
 
-    // Request and response alone. The caller frees the data, to which the record points on return.
+    // Only the request and its response. On return the request record still points at `data`, which
+    // the caller frees.
     TALVANE_LOCAL int Transact(int netFn, int code, int responder, unsigned char* data, int length);
 
     TALVANE_LOCAL void ClearResponse();
 
+    // A byte or a 16-bit value (low byte first) of the response. Offsets count from 0; bytes past
+    // the response buffer read as 0.
+    TALVANE_LOCAL unsigned char ResponseByte(unsigned offset) const;
+    TALVANE_LOCAL unsigned short ResponseLe16(unsigned offset) const;
+
     int IsSupportKCS;
     int IsSupportSMIC;
     IMBPREQUESTDATA request;
-    unsigned char* ResponseBuffer;  // RESPONSE_SIZE bytes
+    unsigned char* ResponseBuffer;  // kResponseSize bytes
 
 private:
     IPMIbase(const IPMIbase&);             // not copyable
     IPMIbase& operator=(const IPMIbase&);  // not assignable
 };
-static_assert(sizeof(IPMIbase) == 32, "the members above, in this order, behind the virtual table");
+static_assert(sizeof(IPMIbase) == 32, "the virtual table, then the members above in this order");
 
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop

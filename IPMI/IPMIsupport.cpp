@@ -1,27 +1,28 @@
 // SPDX-License-Identifier: MIT
 //
-// Construction, loading of the sensor tables, and the watchdog timer.
+// Construction, the loading of the sensor tables, the watchdog timer, and what the commands that
+// change a setting share.
 
 #include "IPMI/IPMIsupport.h"
 
 #include <utility>
 
 #include "IPMI/RequestData.h"
+#include "IPMI/Responses.h"
+#include "InformationRecords.h"
 #include "base/Bytes.h"
 
 using namespace talvane;
 
 namespace {
 
-// Of the watchdog timer, in milliseconds.
-constexpr int kShortestTimeOut = 10000;
-constexpr int kLongestTimeOut = 999000;
-constexpr int kTick = 100;
+constexpr int kMillisecondsPerTick = 100;  // of the watchdog timer
+constexpr unsigned char kActionBits = 0x07;
 
 }  // namespace
 
 IPMIsupport::IPMIsupport() {
-    (void)InitIpmiBase();  // result not used: IsInitOK tells
+    (void)InitIpmiBase();  // result not used: IsInitOK answers whether it worked
 }
 
 IPMIsupport::~IPMIsupport() {}
@@ -51,33 +52,45 @@ int IPMIsupport::GetTemSensorsNum() {
 
 int IPMIsupport::SetWatchDogTimer(unsigned char timerAction, int timeOutValue) {
     if (IsInitOK() == 0) return -1;
-    if (timeOutValue < kShortestTimeOut || timeOutValue > kLongestTimeOut) return -1;
+    if (timeOutValue < TALVANE_WATCHDOG_SHORTEST || timeOutValue > TALVANE_WATCHDOG_LONGEST)
+        return -1;
     constexpr unsigned char kOperatingSystem = 0x04;  // timer use; "don't stop", "don't log" clear
-    constexpr unsigned char kNoInterval = 0;          // before the time-out
-    constexpr unsigned char kKeepFlags = 0;           // of expirations
-    const int count = timeOutValue / kTick;
-    return Request(APP_CMD, set_watchdog_timer,
-                   {kOperatingSystem, LowByte(timerAction & 0x07), kNoInterval, kKeepFlags,
-                    LowByte(count), HighByte(count)});
+    constexpr unsigned char kNoPreTimeOut = 0;
+    constexpr unsigned char kClearNoFlags = 0;  // of expired timers
+    const int ticks = timeOutValue / kMillisecondsPerTick;
+    return SendSetting(APP_CMD, set_watchdog_timer,
+                       {kOperatingSystem, LowByte(timerAction & kActionBits), kNoPreTimeOut,
+                        kClearNoFlags, LowByte(ticks), HighByte(ticks)});
 }
 
 int IPMIsupport::GetWatchDogTimer(int& timerAcion, int& timeOutValue, int& presentTimeOutValue) {
-    if (Exchange(APP_CMD, get_watchdog_timer, BMC_ADDRESS, {}) != 0) return -1;
-    const ByteView response(ResponseBuffer, RESPONSE_SIZE);
-    timerAcion = ByteAt(response, 1) & 0x07;
-    timeOutValue = Le16(response, 4) * kTick;
-    presentTimeOutValue = Le16(response, 6) * kTick;
+    using Response = WatchdogResponse;
+    if (Exchange(APP_CMD, get_watchdog_timer, kBmcAddress, {}) != 0) return -1;
+    timerAcion = ResponseByte(Response::kAction) & kActionBits;
+    timeOutValue = ResponseLe16(Response::kInitialCountdown) * kMillisecondsPerTick;
+    presentTimeOutValue = ResponseLe16(Response::kPresentCountdown) * kMillisecondsPerTick;
     return 0;
 }
 
 int IPMIsupport::ResetWatchDogTimer() {
-    return Exchange(APP_CMD, reset_watchdog_timer, BMC_ADDRESS, {});
+    return Exchange(APP_CMD, reset_watchdog_timer, kBmcAddress, {});
 }
 
-// One request of a command that changes the controller's settings.
-int IPMIsupport::Request(int netFn, int code, std::initializer_list<unsigned char> data) {
+int IPMIsupport::SendSetting(int netFn, int code, std::initializer_list<unsigned char> data) {
     RequestData sent = CopyOf(data);
     const int result =
-        Transact(netFn, code, BMC_ADDRESS, sent.get(), static_cast<int>(data.size()));
-    return Settled(result, std::move(sent), request.data);
+        Transact(netFn, code, kBmcAddress, sent.get(), static_cast<int>(data.size()));
+    return FinishSetting(result, std::move(sent));
+}
+
+int IPMIsupport::FinishSetting(int result, RequestData sent) {
+    if (result == 0) {
+        request.data = nullptr;
+        return 0;
+    }
+    // Kept: the request record goes on pointing at the data of a refused setting. The data live
+    // until another setting is refused.
+    static RequestData refused;
+    refused = std::move(sent);
+    return result;
 }

@@ -1,14 +1,18 @@
 // SPDX-License-Identifier: MIT
 //
-// A machine's BMC: its sensors, its inventory, and the controller itself (watchdog, firmware
-// revision, channels, users, LAN). Sensor and FRU operations are those of Sensor.h and FRU.h, with
-// the same arguments and results.
+// The BMC of a machine: its sensors, its inventory, and the controller itself (watchdog, firmware
+// revision, channels, users, LAN). The operations of sensors and inventory are those of Sensor.h
+// and FRU.h, with the same arguments and results.
 //
-// Rules of the operations declared here, unless one says otherwise: they return 0, or -1 when no
-// system interface has been found, an output pointer is null or the controller refuses the command;
-// outputs are written on success alone. Section numbers are those of IPMI 2.0.
+// Rules of the other operations, unless one says otherwise: they return 0. They return -1 when no
+// system interface has been found, an output pointer is null, or the controller refuses the
+// command; then the outputs stay untouched. ThresholdFlag and the range of the watchdog's time-out
+// are declared in InformationRecords.h. Section numbers are those of IPMI 2.0.
 #ifndef TALVANE_IPMI_IPMISUPPORT_H
 #define TALVANE_IPMI_IPMISUPPORT_H
+
+#include <initializer_list>
+#include <memory>
 
 #include "../Export.h"
 #include "FRU.h"
@@ -86,47 +90,47 @@ public:
     enum LUNs { BMC_LUN = 0, OEM_LUN1 = 1, SMS_LUN = 2, OEM_LUN2 = 3 };
     enum BusTypeCode { PUBLIC_BUS = 0 };
 
-    // Opens the IPMI device unless it is open.
+    // Opens the IPMI device unless it is open already.
     IPMIsupport();
     ~IPMIsupport();
 
-    // Reads the repository and fills the four sensor tables. Returns -1 at the first step that
-    // fails.
+    // Walks over the repository and fills the four sensor tables: fans, voltages, temperatures,
+    // processors. Stops at the first step that fails and returns -1.
     int GetSensorInfo();
 
-    // The sensors in a table, without any bound; 0 while there is no system interface.
+    // The quantity of a table, which can exceed its 64 entries. 0 while no system interface has
+    // been found.
     int GetFanSensorsNum();
     int GetVoltSensorsNum();
     int GetTemSensorsNum();
 
-    // Puts `value` into the threshold `which` (0 lower non-critical, 1 lower critical, 2 lower
-    // non-recoverable, 3 upper non-critical, 4 upper critical, 5 upper non-recoverable) and moves
-    // the settable thresholds beyond it out of its way, to MinThreshold and MaxThreshold at most.
-    // Thresholds that are not settable, and a value for one of them, are left out. Always 0.
+    // Puts `value` into the threshold `which`, a ThresholdFlag, and moves the settable thresholds
+    // that would then be out of order, at most to MinThreshold and MaxThreshold. Thresholds that
+    // are not settable stay untouched; a value for one of them is dropped. Always returns 0.
     int SetThresholdOrder(SensorThresholdInfoRaw& raw, int which, unsigned char value);
 
-    // Watchdog timer (27.5 to 27.7). Setting it stops a running countdown, resetting starts it.
-    // Times are in milliseconds and counted in tenths of a second; only 10000 to 999000 are
-    // accepted. Of the action (0 none, 1 hard reset, 2 power down, 3 power cycle) the low three
-    // bits count.
+    // The watchdog timer (27.5 to 27.7). Set stops a running countdown, reset starts it. Times are
+    // in milliseconds, and the controller counts tenths of a second. Set returns -1 for a time-out
+    // outside of the range of TALVANE_WATCHDOG_SHORTEST and TALVANE_WATCHDOG_LONGEST. Only the low
+    // three bits of the action count: 0 none, 1 hard reset, 2 power down, 3 power cycle.
     int SetWatchDogTimer(unsigned char timerAction, int timeOutValue);
     int GetWatchDogTimer(int& timerAcion, int& timeOutValue, int& presentTimeOutValue);
     int ResetWatchDogTimer();
 
-    // Channels (22.24). The LAN channel is looked for from 1 to 7; where none is a LAN channel,
-    // the answer is 0 and `pCI` describes channel 7: check its medium.
+    // Channels (22.24). GetLANChannelInfo looks at channels 1 to 7. When none of them is a LAN
+    // channel it still returns 0, and `pCI` describes channel 7: check its medium.
     int GetChannelInfo(unsigned char channelNum, ChannelInfo* pCI);
     int GetLANChannelInfo(ChannelInfo* pCI);
 
-    // Kept: only for a user without a password, that is, with `passward` null; any other call
-    // answers -1. Names are cut to 16 characters.
+    // Kept: only a user without a password can be set. With `passward` other than null the call
+    // returns -1. A name is cut to 16 characters.
     int SetUserInfo(unsigned char userID, const char* userName, const char* passward);
 
-    // Address, mask and the fixed settings of a LAN channel (23.1), between "set in progress" and
-    // "commit". A refused step ends it where it is.
+    // Sets the addresses, the mask and the fixed settings of a LAN channel (23.1), between "set in
+    // progress" and "commit". Stops at the first request that is refused.
     int SetLANParameter(LANParameter lp);
 
-    // Of Sensor.
+    // See Sensor.h.
     int GetDeviceID(unsigned char* majorFirmwareRevision, unsigned char* minorFirmwareRevision);
     int GetSDRRepositoryInfo(int& recordCount, int& sdrVersion);
     int GetSensorNumbers(int n);
@@ -165,7 +169,7 @@ public:
     int GetVoltageStatusDescription(int i, char* out);
     int GetTemperatureStatusDescription(int i, char* out);
 
-    // Of FRU.
+    // See FRU.h.
     int GetFRUInfo();
     int GetBoardManufacturer(char* out);
     int GetBoardProductName(char* out);
@@ -184,14 +188,20 @@ private:
     IPMIsupport(const IPMIsupport&);             // not copyable
     IPMIsupport& operator=(const IPMIsupport&);  // not assignable
 
-    // The operations' own helpers, not exported.
-    TALVANE_LOCAL int Request(int netFn, int code, std::initializer_list<unsigned char> data);
+    // Helpers of the operations; not exported.
+
+    // One request of a command that changes a setting of the controller. Returns 0 or -1.
+    TALVANE_LOCAL int SendSetting(int netFn, int code, std::initializer_list<unsigned char> data);
+
+    // Ends a command that changes a setting: `result` is that of its last request, `sent` the data
+    // of that request. Returns `result`.
+    TALVANE_LOCAL int FinishSetting(int result, std::unique_ptr<unsigned char[]> sent);
 
     Sensor sensor;
     FRU fru;
 };
 static_assert(sizeof(IPMIsupport) == sizeof(IPMIbase) + sizeof(Sensor) + sizeof(FRU),
-              "the members above, in this order, without holes");
+              "the members above, in this order, without padding");
 
 #if defined(__GNUC__)
 #pragma GCC diagnostic pop

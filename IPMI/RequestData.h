@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Who owns the data of a request. The request record only points there: a call from within the
-// request may put its own data into the record.
+// The data bytes of a request, owned by the command that sends it. The request record only points
+// at them: a call from within the request may make the record point at its own data.
 #ifndef TALVANE_IPMI_REQUESTDATA_H
 #define TALVANE_IPMI_REQUESTDATA_H
 
@@ -9,9 +9,11 @@
 #include <initializer_list>
 #include <memory>
 
+namespace talvane {
+
 using RequestData = std::unique_ptr<unsigned char[]>;
 
-// Null for no bytes.
+// Null when there are no bytes.
 inline RequestData CopyOf(std::initializer_list<unsigned char> bytes) {
     if (bytes.size() == 0) return nullptr;
     RequestData copy(new unsigned char[bytes.size()]);
@@ -19,9 +21,6 @@ inline RequestData CopyOf(std::initializer_list<unsigned char> bytes) {
     return copy;
 }
 
-// The end of a setting, whose last request had this result; answers the result. `recorded`, the
-// record's pointer, becomes null. Kept: that of a refused setting goes on pointing at its data,
-// which live until another setting is refused.
-int Settled(int result, RequestData sent, unsigned char*& recorded);
+}  // namespace talvane
 
 #endif

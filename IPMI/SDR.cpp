@@ -1,34 +1,38 @@
 // SPDX-License-Identifier: MIT
 //
-// Loading a sensor data record and reading its fields.
+// Loads a sensor data record and reads its fields.
 
 #include "IPMI/SDR.h"
 
 #include <algorithm>
 #include <cstring>
 
+#include "IPMI/SensorCodes.h"
+
+using namespace talvane;
+
 namespace {
 
-// Field separations within bytes (IPMI 2.0, 43.1).
-constexpr unsigned kFormat = 0xC0;  // of unit1
-constexpr unsigned kNoAnalogReading = 0xC0;
-constexpr unsigned kLength = 0x1F;  // of the ID string's type/length byte
+// The ID string's type/length byte (IPMI 2.0, 43.1, byte 48).
+constexpr unsigned kIdTypeBits = 0xC0;
+constexpr unsigned kIdLengthBits = 0x1F;
 
-// What the last byte of the caller's ID string is; the record's own field is not terminated.
-constexpr int kLongestId = 15;
+constexpr int kMaxIdLength = 15;  // the caller's last byte is the NUL
 
-// Ten bits: the low eight in `low`, the others on top of `high`, whose lower six bits belong to
-// another field.
+// A signed value of ten bits: the low eight are `low`, the upper two are bits 7-6 of `high`. The
+// other bits of `high` belong to another field.
 short TenBits(int low, int high) {
     constexpr int kSign = 0x80;
-    if ((high & kSign) == 0) return static_cast<short>((high >> 6) * 256 + low);
-    // Kept: the two halves are negated apart, with the other field's bits in the upper half. A
-    // plain sign extension gives other values.
+    constexpr int kOtherFieldWidth = 6;
+    if ((high & kSign) == 0) return static_cast<short>((high >> kOtherFieldWidth) * 256 + low);
+    // Kept: the two halves are negated separately, and the other field's bits take part in the
+    // negation of the upper half. A plain sign extension gives other values.
     const int lowHalf = (256 - low) % 256;
-    const int highHalf = (-high >> 6) & 0x03;
+    const int highHalf = (-high >> kOtherFieldWidth) & 0x03;
     return static_cast<short>(-(highHalf * 256 + lowHalf));
 }
 
+// A signed value of four bits.
 char FourBits(int bits) {
     constexpr int kSign = 0x08;
     return static_cast<char>((bits & kSign) != 0 ? bits - 16 : bits);
@@ -139,7 +143,7 @@ unsigned char SDR::GetSensorReadingMin() {
 }
 
 char SDR::IsAnalog() {
-    return (body.unit1 & kFormat) != kNoAnalogReading ? 1 : 0;
+    return DataFormatOf(body.unit1) != DataFormat::kNoAnalogReading ? 1 : 0;
 }
 
 short SDR::GetValueM() {
@@ -159,17 +163,17 @@ char SDR::GetRExpValue() {
 }
 
 int SDR::GetIDstringLen() {
-    // Kept: the type bits are compared with a value that lies outside them, so that every length
-    // reads 0.
+    // Kept: the type bits are compared with a value outside of them, so that every record answers
+    // 0.
     constexpr unsigned kOtherType = 0x10;
-    const unsigned type = body.IDStringTypeLength & 0xC0u;
-    return type == kOtherType ? static_cast<int>(body.IDStringTypeLength & kLength) : 0;
+    const unsigned type = body.IDStringTypeLength & kIdTypeBits;
+    return type == kOtherType ? static_cast<int>(body.IDStringTypeLength & kIdLengthBits) : 0;
 }
 
 int SDR::GetIDstring(char* out) {
     if (out == nullptr) return -1;
-    const int length = std::min(static_cast<int>(body.IDStringTypeLength & kLength), kLongestId);
-    std::memcpy(out, body.IDString, static_cast<std::size_t>(length));
-    out[kLongestId] = '\0';
+    const int stated = static_cast<int>(body.IDStringTypeLength & kIdLengthBits);
+    std::memcpy(out, body.IDString, static_cast<std::size_t>(std::min(stated, kMaxIdLength)));
+    out[kMaxIdLength] = '\0';
     return 0;
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// One sensor data record as the controller keeps it (IPMI 2.0, 43.1: full sensor record).
+// One sensor data record (SDR) as the controller's repository holds it (IPMI 2.0, 43.1: full sensor
+// record).
 #ifndef TALVANE_IPMI_SDR_H
 #define TALVANE_IPMI_SDR_H
 
@@ -12,32 +13,33 @@ class TALVANE_EXPORT SDR {
 public:
     enum RecordType { FULL_SENSOR_RECORD = 1 };
 
-    // The record byte for byte: offsets in the record are those of the standard, counted from 0.
+    // The record byte for byte, in three parts. Offsets below count from 0.
 #pragma pack(push, 1)
     struct SensorRecordHeader {
         unsigned short RecordID;
         unsigned char version;
         unsigned char type;
-        unsigned char length;  // of what follows the header
+        unsigned char length;  // bytes after the header
     };
 
     struct RecordKey {
         unsigned char OwnerID;
         unsigned char OwnerLUN;
-        unsigned char SensorNumber;  // 0xFF: the record names no sensor
+        unsigned char SensorNumber;  // 0xFF when the record names no sensor
     };
 
     struct RecordBody {
         unsigned char EntityID;
-        unsigned char EntityInstance;  // 0x60 to 0x7F are device-relative
+        unsigned char EntityInstance;  // device-relative from 0x60 to 0x7F
         unsigned char SensorInitialization;
         unsigned char SensorCapabilities;
         unsigned char SensorType;
         unsigned char EventType;  // 0x01 threshold, 0x6F sensor-specific
         unsigned short ThresholdReadingMaskLow;
         unsigned short ThresholdReadingMaskUp;
-        unsigned short DiscreteReadingMask;  // readable thresholds, above them the settable ones
-        unsigned char unit1;                 // data format, rate unit, modifier use, percentage
+        unsigned short
+            DiscreteReadingMask;  // low byte: readable thresholds; high byte: settable ones
+        unsigned char unit1;      // data format, rate unit, modifier use, percentage
         unsigned char BaseUnit;
         unsigned char ModifierUnit;
         unsigned char linearization;
@@ -64,22 +66,22 @@ public:
         unsigned char reserved[2];
         unsigned char OEM;
         unsigned char IDStringTypeLength;
-        unsigned char IDString[16];  // not terminated
+        unsigned char IDString[16];  // not NUL-terminated
     };
 #pragma pack(pop)
 
-    // Sets nothing: not even IsInitOK means anything before a record is assigned.
+    // Initialises nothing: IsInitOK has no meaning before a record is assigned.
     SDR();
 
-    // A copy of the 64 bytes at `record`, which is not null.
+    // Copies the 64 bytes at `record`, which must not be null.
     SDR(unsigned char* record);
 
-    // Copies 64 bytes; null empties the object and leaves the bytes of the last record in place.
+    // Copies 64 bytes. Null empties the object; the bytes of the last record stay in it.
     SDR& operator=(unsigned char* record);
 
-    unsigned char IsInitOK();  // 1 while the object holds a record
+    unsigned char IsInitOK();  // 1 while the object holds a record, else 0
 
-    // Fields of the record; all ones while the object is empty.
+    // The record's fields. All bits are set while the object is empty.
     unsigned char GetSensorRecordType();
     unsigned char GetSensorOwnerID();
     unsigned char GetSensorOwnerLUN();
@@ -101,20 +103,20 @@ public:
     unsigned char GetSensorReadingMax();
     unsigned char GetSensorReadingMin();
 
-    // 1 when the sensor has an analog reading, else 0. Reads the last record's byte even while the
-    // object is empty.
+    // 1 when the sensor has an analog reading, else 0. Also while the object is empty, this looks
+    // at the byte of the last record.
     char IsAnalog();
 
-    // The factors of the conversion formula: M and B have 10 bits, the exponents 4.
+    // The signed factors of the conversion formula: M and B have 10 bits, the exponents 4.
     short GetValueM();
     short GetValueB();
     char GetBExpValue();
     char GetRExpValue();
 
-    int GetIDstringLen();  // 0 for every record; GetIDstring knows the length
+    int GetIDstringLen();  // 0 for every record; GetIDstring uses the real length
 
-    // Copies up to 15 characters and writes a zero to out[15]; pass 16 zeroed bytes. Returns 0, or
-    // -1 for a null pointer.
+    // Copies up to 15 characters and writes a NUL to out[15]. The bytes between them stay
+    // untouched: pass 16 zeroed bytes. Returns 0, or -1 for a null pointer.
     int GetIDstring(char* out);
 
 private:
@@ -129,6 +131,6 @@ static_assert(sizeof(SDR::RecordBody) == 56, "bytes 8 to 63");
 static_assert(offsetof(SDR::RecordBody, unit1) == 20 - 8, "byte 20");
 static_assert(offsetof(SDR::RecordBody, RExp) == 29 - 8, "byte 29");
 static_assert(offsetof(SDR::RecordBody, IDStringTypeLength) == 47 - 8, "byte 47");
-static_assert(sizeof(SDR) == 65, "the record, and whether there is one");
+static_assert(sizeof(SDR) == 65, "the record, then InitOK");
 
 #endif

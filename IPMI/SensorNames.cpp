@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Dense tables, ten codes a line where the names are short; the code of a line's first name stands
-// behind it.
+// The tables of names. The comment after each line is the code of the line's first name.
 
 #include "IPMI/SensorNames.h"
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The names of sensor units, sensor types and entities, indexed by code. The texts are part of the
-// interface and spelled as agents know them.
+// interface and keep the spelling that agents know.
 #ifndef TALVANE_IPMI_SENSORNAMES_H
 #define TALVANE_IPMI_SENSORNAMES_H
 

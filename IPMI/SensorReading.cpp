@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// Current readings as texts.
+// Current readings of the sensors in the tables, as texts, and the status of a fan.
 
 #include <algorithm>
 #include <cstring>
 
 #include "IPMI/Sensor.h"
+#include "IPMI/SensorCodes.h"
 #include "IPMI/SensorNames.h"
 #include "IPMI/SensorTable.h"
 #include "IPMI/SensorText.h"
@@ -15,57 +16,51 @@ using namespace talvane;
 
 namespace {
 
-constexpr unsigned char kNoSensor = 0xFF;
-constexpr unsigned char kNoReading = 0xFF;
-
-// Event/reading types (IPMI 2.0, 42.1).
-constexpr unsigned char kAvailability = 0x0A;
-constexpr unsigned char kSensorSpecific = 0x6F;
-
-// Always 0: to agents a sensor that cannot be read is one whose reading is "Unknown".
+// Always 0: for agents, a sensor that cannot be read has the reading "Unknown".
 int WriteUnknown(char* out) {
     std::strcpy(out, "Unknown");
     return 0;
 }
 
-}  // namespace
-
-// Reads a sensor of a table. Returns false where there is nothing to be read.
-bool Sensor::ReadAnalog(const SensorDescription* sensor, unsigned char& raw) {
-    return sensor != nullptr && sensor->SensorNumbers != kNoSensor &&
-           sensor->isAnalogReading == 0 && ReadSensor(sensor->SensorNumbers, raw) == 0;
-}
-
-// Whether the sensor is a processor's and the sensor of that processor's presence did not find it
-// when the repository was walked.
-bool Sensor::IsProcessorAbsent(const SensorDescription& sensor) const {
-    if (sensor.SensorEntityID != ENTITY_PROCESSOR) return false;
+// Whether the sensor belongs to a processor that was absent when the repository was walked.
+bool IsProcessorAbsent(const ProcessorSensorsInfo& processors, const SensorDescription& sensor) {
+    if (sensor.SensorEntityID != Sensor::ENTITY_PROCESSOR) return false;
     constexpr unsigned char kPresent = 0x80;  // processor presence, offset 7 (IPMI 2.0, 42.2)
     const std::size_t used =
-        std::min(static_cast<std::size_t>(PSInfo.quantity), std::size(PSInfo.sd));
-    return std::any_of(PSInfo.sd, PSInfo.sd + used, [&](const SensorDescription& presence) {
+        std::min(static_cast<std::size_t>(processors.quantity), std::size(processors.sd));
+    return std::any_of(processors.sd, processors.sd + used, [&](const SensorDescription& presence) {
         return presence.SensorEntityInstance == sensor.SensorEntityInstance &&
-               presence.SensorEventReadingCode == kSensorSpecific &&
+               presence.SensorEventReadingCode == kSensorSpecificType &&
                presence.SensorCodeOffset < kPresent;
     });
 }
 
-// Whether a sensor that tells its availability is running or on line. All others are in service.
+}  // namespace
+
+// Whether the sensor is in service. A sensor that reports its availability is when it is running or
+// on line; every other sensor is.
 bool Sensor::IsInService(const SensorDescription& sensor) {
-    if (sensor.SensorEventReadingCode != kAvailability) return true;
+    if (sensor.SensorEventReadingCode != kAvailabilityType) return true;
     constexpr unsigned char kRunningOrOnLine = 0x09;
     unsigned char state = 0;
-    // Result not used: the state of a sensor that cannot be read stays 0, which is out of service.
-    (void)GetSensorStatus(sensor.SensorNumbers, kAvailability, state);
+    // Result not used: when the sensor cannot be read, its state stays 0, which is out of service.
+    (void)GetSensorStatus(sensor.SensorNumbers, kAvailabilityType, state);
     return (state & kRunningOrOnLine) != 0;
+}
+
+// Reads a sensor of a table. Returns false where its reading is "Unknown".
+bool Sensor::ReadCurrent(const SensorDescription* sensor, unsigned char& raw) {
+    constexpr unsigned char kNoReading = 0xFF;
+    return sensor != nullptr && sensor->SensorNumbers != kNoSensor &&
+           sensor->isAnalogReading == 0 && ReadSensor(sensor->SensorNumbers, raw) == 0 &&
+           !IsProcessorAbsent(PSInfo, *sensor) && IsInService(*sensor) && raw != kNoReading;
 }
 
 int Sensor::WriteReading(const SensorDescription* sensor, char* out) {
     if (out == nullptr) return -1;
     unsigned char raw = 0;
     double value = 0.0;
-    if (!ReadAnalog(sensor, raw) || IsProcessorAbsent(*sensor) || !IsInService(*sensor) ||
-        raw == kNoReading || GetReadingConversion(sensor->sfp, raw, value) != 0)
+    if (!ReadCurrent(sensor, raw) || GetReadingConversion(sensor->sfp, raw, value) != 0)
         return WriteUnknown(out);
     WriteFixed(out, value, sensor->SensorUnit);
     return 0;
@@ -83,12 +78,11 @@ int Sensor::GetFanSpeed(int i, char* out) {
     if (out == nullptr) return -1;
     const SensorDescription* const fan = EntryOf(FSInfo, i);
     unsigned char raw = 0;
-    if (!ReadAnalog(fan, raw) || IsProcessorAbsent(*fan) || !IsInService(*fan) || raw == kNoReading)
-        return WriteUnknown(out);
+    if (!ReadCurrent(fan, raw)) return WriteUnknown(out);
     return WriteSpeed(*fan, raw, out);
 }
 
-// A fan without a unit, or measured in percent, is shown in percent of its highest reading.
+// A fan without a unit, or with the unit percent, is shown in percent of its highest reading.
 int Sensor::WriteSpeed(const SensorDescription& fan, unsigned char raw, char* out) {
     double speed = 0.0;
     if (GetReadingConversion(fan.sfp, raw, speed) != 0) return WriteUnknown(out);
@@ -101,12 +95,12 @@ int Sensor::WriteSpeed(const SensorDescription& fan, unsigned char raw, char* ou
         WriteWhole(out, percent(), "%");
         return 0;
     }
-    // Kept: the controller is asked who it is, and the answer is not used.
+    // Kept: the controller is asked for its device ID, and the answer is not used.
     unsigned char majorFirmwareRevision = 0;
     unsigned char minorFirmwareRevision = 0;
     (void)GetDeviceID(&majorFirmwareRevision, &minorFirmwareRevision);
     if (std::strcmp(fan.SensorUnit, "%") == 0)
-        WriteWhole(out, percent(), "%");
+        WriteWhole(out, percent(), "%");  // Kept: here a highest reading of 0 is not "Unknown".
     else
         WriteWhole(out, ToInt32(speed), fan.SensorUnit);
     return 0;

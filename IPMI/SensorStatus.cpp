@@ -6,48 +6,45 @@
 #include <cstring>
 
 #include "IPMI/EventCodeTable.h"
+#include "IPMI/Responses.h"
 #include "IPMI/Sensor.h"
+#include "IPMI/SensorCodes.h"
 #include "IPMI/SensorTable.h"
+
+using namespace talvane;
 
 namespace {
 
-constexpr int kOffsetsPerType = 16;
+constexpr int kOffsetsPerType = 16;  // rows of EventDesc
 
-// Event/reading types (IPMI 2.0, 42.1).
-constexpr unsigned char kUnspecified = 0x00;
-constexpr unsigned char kFirstDiscrete = 0x02;
-constexpr unsigned char kLastDiscrete = 0x0B;  // Kept: not 0x0C, device power states.
-constexpr unsigned char kDevicePresence = 0x08;
-constexpr unsigned char kSensorSpecific = 0x6F;
-constexpr unsigned char kFirstOem = 0x7F;
+bool IsDiscreteType(unsigned char code) {
+    return code >= kFirstDiscreteType && code <= kLastDiscreteType;
+}
 
-const char* TextOf(unsigned char code, int offset) {
-    if (code == kUnspecified) return "Unspecified";
-    if (code >= kFirstDiscrete && code <= kLastDiscrete)
-        return EventDesc[(code - 1) * kOffsetsPerType + offset];
-    if (code == kSensorSpecific) return "Sensor-specific";
-    if (code >= kFirstOem) return "OEM";
+const char* TextOfState(unsigned char code, int offset) {
+    if (code == kUnspecifiedType) return "Unspecified";
+    if (IsDiscreteType(code)) return EventDesc[(code - 1) * kOffsetsPerType + offset];
+    if (code == kSensorSpecificType) return "Sensor-specific";
+    if (code >= kFirstOemType) return "OEM";
     return "";
 }
 
-// The lowest bit that is set in `state`. Empty when none is set and for types without texts;
-// threshold events are not looked up.
+// Describes the lowest bit that is set in `state`. The text is empty when no bit is set and for
+// types without texts. Kept: threshold events have texts, and they are not looked up.
 EventInfo DescribeEvent(unsigned char code, unsigned char state) {
     if (state == 0) return {0, ""};
     const int offset = std::countr_zero(state);
-    EventInfo info{0, TextOf(code, offset)};
-    if (code == kDevicePresence && offset <= 1) info.meaning = offset + 1;
+    EventInfo info{0, TextOfState(code, offset)};
+    if (code == kDevicePresenceType && offset <= 1) info.meaning = offset + 1;
     return info;
 }
 
 }  // namespace
 
 int Sensor::GetSensorStatus(unsigned char sensorNumber, unsigned char code, unsigned char& state) {
-    if (Exchange(SENSER_EVENT_CMD, Get_sensor_reading, ANY_ADDRESS, {sensorNumber}) != 0) return -1;
-    const bool discrete =
-        (code >= kFirstDiscrete && code <= kLastDiscrete) || code == kSensorSpecific;
-    constexpr std::size_t kFirstStates = 2;
-    state = discrete ? ResponseBuffer[kFirstStates] : static_cast<unsigned char>(0);
+    if (Exchange(SENSER_EVENT_CMD, Get_sensor_reading, kAnyAddress, {sensorNumber}) != 0) return -1;
+    const bool hasStates = IsDiscreteType(code) || code == kSensorSpecificType;
+    state = hasStates ? ResponseByte(ReadingResponse::kStates) : static_cast<unsigned char>(0);
     return 0;
 }
 
@@ -61,7 +58,7 @@ int Sensor::GetDeviceStatus(unsigned char code, unsigned char state, char* out) 
 int Sensor::WriteState(const SensorDescription* sensor, char* out) {
     if (out == nullptr || sensor == nullptr) return -1;
     unsigned char state = 0;
-    // Result not used: the state of a sensor that cannot be read stays 0.
+    // Result not used: when the sensor cannot be read, its state stays 0.
     (void)GetSensorStatus(sensor->SensorNumbers, sensor->SensorEventReadingCode, state);
     if (GetDeviceStatus(sensor->SensorEventReadingCode, state, out) != 0) out[0] = '\0';
     return 0;

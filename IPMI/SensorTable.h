@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Entries of the sensor tables, which differ in their type's name only.
+// Access to the entries of the four sensor tables, whose types differ only in their names.
 #ifndef TALVANE_IPMI_SENSORTABLE_H
 #define TALVANE_IPMI_SENSORTABLE_H
 
@@ -8,10 +8,14 @@
 
 #include "IPMI/SensorRecords.h"
 
-// Entry i, counted from 0; null outside of the table.
+namespace talvane {
+
+// Entry i, counted from 0. Null outside of the table.
 template <class Table>
 const SensorDescription* EntryOf(const Table& table, int i) {
     return i >= 0 && i < static_cast<int>(std::size(table.sd)) ? &table.sd[i] : nullptr;
 }
+
+}  // namespace talvane
 
 #endif

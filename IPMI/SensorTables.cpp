@@ -1,14 +1,34 @@
 // SPDX-License-Identifier: MIT
 //
-// The four sensor tables: building them from the walk's entries, and what they say of a sensor
-// without asking the controller.
+// Builds the four sensor tables from the walk's entries and answers what they hold. No function
+// here sends a request.
 
 #include <cstring>
 
 #include "IPMI/Sensor.h"
 #include "IPMI/SensorTable.h"
+#include "IPMI/WalkEntries.h"
+
+using namespace talvane;
 
 namespace {
+
+// Copies those of the walk's first n entries that have the type into the table, from its first
+// entry on, and adds their number to the table's quantity. Returns -1 when n is below 1, else 0.
+template <class Table>
+int Collect(const WalkEntries& walk, int n, int type, bool analogOnly, Table& table) {
+    if (n < 1) return -1;
+    std::size_t copied = 0;
+    for (int j = 0; j < n && copied < std::size(table.sd); ++j) {
+        const SensorDescription* const entry = walk.At(j);
+        if (entry == nullptr) break;
+        if (entry->SensorType != type || (analogOnly && entry->isAnalogReading != 0)) continue;
+        table.sd[copied] = *entry;
+        ++copied;
+        ++table.quantity;
+    }
+    return 0;
+}
 
 int CopyByte(const SensorDescription* sensor, unsigned char SensorDescription::*field,
              unsigned char& out) {
@@ -33,40 +53,23 @@ int CopyThresholds(const SensorDescription* sensor, SensorThresholdInfoRaw& raw,
 
 }  // namespace
 
-// Copies the walk's entries of one type among the first n into the table, from its start on.
-template <class Table>
-int Sensor::Collect(Table& table, int n, int type, bool analogOnly) {
-    if (n < 1) return -1;
-    constexpr std::size_t kEntries = std::size(Table().sd);
-    std::size_t copied = 0;
-    for (int j = 0; j < n && copied < kEntries; ++j) {
-        const SensorDescription* const entry = WalkEntry(j);
-        if (entry == nullptr) break;
-        if (entry->SensorType != type || (analogOnly && entry->isAnalogReading != 0)) continue;
-        table.sd[copied] = *entry;
-        ++copied;
-        ++table.quantity;
-    }
-    return 0;
-}
-
 int Sensor::GetTemSensorsInfo(int n) {
-    return Collect(TSInfo, n, SENSOR_TYPE_TEMPERATURE, true);
+    return Collect(WalkEntries(SensorsInformation), n, SENSOR_TYPE_TEMPERATURE, true, TSInfo);
 }
 
 int Sensor::GetVoltSensorsInfo(int n) {
-    return Collect(VSInfo, n, SENSOR_TYPE_VOLTAGE, false);
+    return Collect(WalkEntries(SensorsInformation), n, SENSOR_TYPE_VOLTAGE, false, VSInfo);
 }
 
 int Sensor::GetFanSensorsInfo(int n) {
-    return Collect(FSInfo, n, SENSOR_TYPE_FAN, false);
+    return Collect(WalkEntries(SensorsInformation), n, SENSOR_TYPE_FAN, false, FSInfo);
 }
 
 int Sensor::GetProcessorSensorInfo(int n) {
-    return Collect(PSInfo, n, SENSOR_TYPE_PROCESSOR, false);
+    return Collect(WalkEntries(SensorsInformation), n, SENSOR_TYPE_PROCESSOR, false, PSInfo);
 }
 
-// Processor sensors are kept for the presence of the processors alone.
+// Kept: processor sensors only show whether a processor is present.
 int Sensor::GetProcessorTemperature(char*) {
     return 0;
 }

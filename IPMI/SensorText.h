@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
-// Texts of values with their unit, as the fields of SensorDescription hold them: numbers and units
-// come from the controller, so a longer text is cut to the field.
+// Writes a value with its unit into a text field of a SensorDescription. Numbers and units come
+// from the controller, so a text that is too long is cut to the field. Texts are NUL-terminated.
 #ifndef TALVANE_IPMI_SENSORTEXT_H
 #define TALVANE_IPMI_SENSORTEXT_H
 
-#include <cstddef>
+namespace talvane {
 
-// The size of a text field, terminator included.
-constexpr std::size_t kTextSize = 64;
+// Each writes at most kSensorTextSize bytes to `out`, including the NUL.
+constexpr unsigned kSensorTextSize = 64;
 
 void WriteFixed(char* out, double value, const char* unit);  // with two decimals
 void WriteWhole(char* out, int value, const char* unit);
-void WriteHex(char* out, unsigned value, const char* unit);  // upper case
+void WriteHex(char* out, unsigned value, const char* unit);  // in upper case
+
+}  // namespace talvane
 
 #endif

@@ -1,29 +1,37 @@
 // SPDX-License-Identifier: MIT
 //
-// Keeping thresholds in order when one of them changes.
+// Keeps the settable thresholds in order when one of them changes.
 
 #include <algorithm>
 #include <array>
 
 #include "IPMI/IPMIsupport.h"
-#include "Talvane.h"
+#include "IPMI/SensorCodes.h"
+#include "InformationRecords.h"
+
+using namespace talvane;
 
 namespace {
 
 struct Threshold {
-    int which;
-    unsigned char mask;  // its bit in the flags
+    int which;           // a ThresholdFlag
+    unsigned char mask;  // its bit in settableFlag
     unsigned char SensorThresholdInfoRaw::*value;
 };
 
 // In the order of their meaning, from the lowest to the highest.
 constexpr std::array<Threshold, 6> kThresholds = {{
-    {THRESHOLD_LOWER_NON_RECOVERABLE, 0x04, &SensorThresholdInfoRaw::LowerNonRecoverThreshold},
-    {THRESHOLD_LOWER_CRITICAL, 0x02, &SensorThresholdInfoRaw::LowerCriticalThreshold},
-    {THRESHOLD_LOWER_WARNING, 0x01, &SensorThresholdInfoRaw::LowerNonCriticalThreshold},
-    {THRESHOLD_UPPER_WARNING, 0x08, &SensorThresholdInfoRaw::UpperNonCriticalThresholdValue},
-    {THRESHOLD_UPPER_CRITICAL, 0x10, &SensorThresholdInfoRaw::UpperCriticalThresholdValue},
-    {THRESHOLD_UPPER_NON_RECOVERABLE, 0x20, &SensorThresholdInfoRaw::UpperNonRecoverThresholdValue},
+    {THRESHOLD_LOWER_NON_RECOVERABLE, kLowerNonRecoverable,
+     &SensorThresholdInfoRaw::LowerNonRecoverThreshold},
+    {THRESHOLD_LOWER_CRITICAL, kLowerCritical, &SensorThresholdInfoRaw::LowerCriticalThreshold},
+    {THRESHOLD_LOWER_WARNING, kLowerNonCritical,
+     &SensorThresholdInfoRaw::LowerNonCriticalThreshold},
+    {THRESHOLD_UPPER_WARNING, kUpperNonCritical,
+     &SensorThresholdInfoRaw::UpperNonCriticalThresholdValue},
+    {THRESHOLD_UPPER_CRITICAL, kUpperCritical,
+     &SensorThresholdInfoRaw::UpperCriticalThresholdValue},
+    {THRESHOLD_UPPER_NON_RECOVERABLE, kUpperNonRecoverable,
+     &SensorThresholdInfoRaw::UpperNonRecoverThresholdValue},
 }};
 
 }  // namespace
@@ -39,7 +47,7 @@ int IPMIsupport::SetThresholdOrder(SensorThresholdInfoRaw& raw, int which, unsig
         ++length;
     }
 
-    // Neighbours that are equal stay equal. The bounds can leave a pair out of order.
+    // Kept: equal neighbours stay equal, and the two bounds can leave a pair out of order.
     if (changed >= 1 && list[changed] < list[changed - 1])
         for (std::size_t j = changed; j-- > 0;)
             if (list[j + 1] < list[j]) list[j] = std::max(list[j + 1] - 1, int{raw.MinThreshold});

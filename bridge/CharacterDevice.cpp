@@ -103,8 +103,8 @@ void OnOpen(fuse_req_t request, fuse_file_info* info) {
 void OnRelease(fuse_req_t request, fuse_file_info* info) {
     const std::unique_ptr<OpenFile> file(&FileOf(info));
     Replying(request, [&] {
-        Log(Priority::kInfo, "closed after " + std::to_string(file->session.served()) +
-                                 " requests, " + std::to_string(file->kernel.sent()) +
+        Log(Priority::kInfo, "closed after " + std::to_string(file->session.Served()) +
+                                 " requests, " + std::to_string(file->kernel.Sent()) +
                                  " messages to the BMC");
         (void)fuse_reply_err(request, 0);  // result not used: the caller is gone anyway
         return 0;

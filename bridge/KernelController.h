@@ -28,7 +28,7 @@ public:
     [[nodiscard]] int Exchange(const Request& request, Deadline deadline,
                                Response& response) override;
 
-    [[nodiscard]] unsigned long sent() const { return sent_; }
+    [[nodiscard]] unsigned long Sent() const { return sent_; }
 
 private:
     using MessageBuffer = std::array<unsigned char, IPMI_MAX_MSG_LENGTH>;

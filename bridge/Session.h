@@ -24,7 +24,7 @@ public:
     // the record with its result, followed by the response, in `answer`; or an errno.
     [[nodiscard]] int Serve(std::span<const std::uint8_t> call, Bytes& answer);
 
-    [[nodiscard]] unsigned long served() const { return served_; }
+    [[nodiscard]] unsigned long Served() const { return served_; }
 
 private:
     std::timed_mutex oneAtATime_;

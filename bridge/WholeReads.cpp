@@ -72,7 +72,7 @@ public:
     Pieces(Controller& bmc, const Request& request, Deadline deadline)
         : bmc_(bmc), request_(request), deadline_(deadline) {}
 
-    Bytes& data() { return request_.data; }
+    Bytes& Data() { return request_.data; }
 
     // Asks for at most `wanted` bytes from the offset in the request on.
     [[nodiscard]] int Read(unsigned wanted, Response& response) {
@@ -84,7 +84,7 @@ public:
         }
     }
 
-    [[nodiscard]] unsigned asked() const { return request_.data.back(); }
+    [[nodiscard]] unsigned Asked() const { return request_.data.back(); }
 
 private:
     Controller& bmc_;
@@ -99,14 +99,14 @@ private:
                                Response& last) {
     unsigned at = offset + static_cast<unsigned>(record.size());
     while (at < end) {
-        pieces.data()[kRecordOffset] = static_cast<std::uint8_t>(at);
+        pieces.Data()[kRecordOffset] = static_cast<std::uint8_t>(at);
         if (const int error = pieces.Read(end - at, last)) return error;
         if (last.completion != kDone) return 0;
         if (last.data.size() <= kNextIdSize) {
             last.completion = kUnspecified;
             return 0;
         }
-        const auto count = std::min<std::size_t>(last.data.size() - kNextIdSize, pieces.asked());
+        const auto count = std::min<std::size_t>(last.data.size() - kNextIdSize, pieces.Asked());
         const auto from = last.data.begin() + kNextIdSize;
         record.insert(record.end(), from, from + static_cast<std::ptrdiff_t>(count));
         at += static_cast<unsigned>(count);
@@ -152,15 +152,15 @@ private:
     unsigned done = 0;
     while (done < wanted) {
         const unsigned at = offset + done;
-        pieces.data()[kInventoryOffset] = static_cast<std::uint8_t>(at);
-        pieces.data()[kInventoryOffset + 1] = static_cast<std::uint8_t>(at >> 8);
+        pieces.Data()[kInventoryOffset] = static_cast<std::uint8_t>(at);
+        pieces.Data()[kInventoryOffset + 1] = static_cast<std::uint8_t>(at >> 8);
         if (const int error = pieces.Read(wanted - done, response)) return error;
         if (response.completion == kOutOfRange && done != 0) break;
         if (response.completion != kDone) return 0;
         // Counted in words where the device is accessed by words, so the bytes may be twice as
         // many.
         const unsigned count = response.data.empty() ? 0 : response.data[0];
-        if (count > pieces.asked() || response.data.size() < count + std::size_t{1}) {
+        if (count > pieces.Asked() || response.data.size() < count + std::size_t{1}) {
             response = {kUnspecified, {}};
             return 0;
         }

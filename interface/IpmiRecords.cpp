@@ -1,15 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
-// The results of the getters are not used, that of the name's excepted: a reading that fails has a
-// text of its own, and what a getter does not write stays as the caller gave it.
+// Which getters fill an element of a sensor record, and in which order. Only the result of the
+// name's getter is used: a reading that fails has a text of its own, and what a getter does not
+// write stays as the caller gave it.
 
 #include "interface/IpmiRecords.h"
 
 #include <algorithm>
+#include <array>
 #include <cstring>
 #include <iterator>
 
 #include "IPMI/IPMIsupport.h"
+
+namespace talvane {
 
 namespace {
 
@@ -18,9 +22,9 @@ using ByteGetter = int (IPMIsupport::*)(int, unsigned char&);
 using ThresholdGetter = int (IPMIsupport::*)(int, SensorThresholdInfoRaw&,
                                              SensorThresholdInfoConverted&);
 
-// What tells one kind of sensors from the others. Fans and temperatures have no limits.
+// The getters of one kind of sensors. Those of the limits are null for fans and temperatures.
 template <class Element>
-struct SensorKind {
+struct SensorGetters {
     char (Element::*reading)[16];
     TextGetter getReading;
     ByteGetter getNumber;
@@ -29,12 +33,12 @@ struct SensorKind {
     TextGetter getMinimum;
     TextGetter getDescription;
     ThresholdGetter getThresholds;
-    bool ownThresholds;  // Kept: where not, every element carries those of sensor 0.
+    bool ownThresholds;  // Kept: if false, every element has the thresholds of sensor 0.
     ByteGetter getType;
     TextGetter getName;
 };
 
-constexpr SensorKind<FAN_DEVICE> kFans = {
+constexpr SensorGetters<FAN_DEVICE> kFanGetters = {
     .reading = &FAN_DEVICE::speed,
     .getReading = &IPMIsupport::GetFanSpeed,
     .getNumber = &IPMIsupport::GetFanSensorNumber,
@@ -48,7 +52,7 @@ constexpr SensorKind<FAN_DEVICE> kFans = {
     .getName = &IPMIsupport::GetFanIDString,
 };
 
-constexpr SensorKind<VOLTAGE_PROBE> kVoltages = {
+constexpr SensorGetters<VOLTAGE_PROBE> kVoltageGetters = {
     .reading = &VOLTAGE_PROBE::CurrentVoltage,
     .getReading = &IPMIsupport::GetVoltageCurrent,
     .getNumber = &IPMIsupport::GetVoltageSensorNumber,
@@ -62,7 +66,7 @@ constexpr SensorKind<VOLTAGE_PROBE> kVoltages = {
     .getName = &IPMIsupport::GetVoltageIDString,
 };
 
-constexpr SensorKind<TEMPERATURE_PROBE> kTemperatures = {
+constexpr SensorGetters<TEMPERATURE_PROBE> kTemperatureGetters = {
     .reading = &TEMPERATURE_PROBE::CurrentTemperature,
     .getReading = &IPMIsupport::GetTemperatureCurrent,
     .getNumber = &IPMIsupport::GetTemperatureSensorNumber,
@@ -76,52 +80,66 @@ constexpr SensorKind<TEMPERATURE_PROBE> kTemperatures = {
     .getName = &IPMIsupport::GetTemperatureIDString,
 };
 
-// Has a text of up to 64 bytes written over the field's and cuts it to the field, terminated. What
-// the getter leaves alone stays. Returns the getter's result.
+// Room for the longest text of a getter.
+using TextBuffer = std::array<char, 64>;
+
+// The buffer that a getter writes over. It holds the field's bytes. The byte after them is not a
+// NUL, so that also a text of exactly these 16 bytes changes the buffer by its NUL.
+TextBuffer BufferFor(const char (&field)[16]) {
+    constexpr char kNotNul = '\1';
+    TextBuffer buffer{};
+    std::copy(std::begin(field), std::end(field), buffer.begin());
+    buffer[sizeof field] = kNotNul;
+    return buffer;
+}
+
+bool WroteNothing(const TextBuffer& before, const TextBuffer& after) {
+    return before == after;
+}
+
+// Lets the getter write its text and puts it into the field, cut to the field and NUL-terminated. A
+// getter that writes nothing leaves the field untouched. Returns the getter's result.
 int ReadText(IPMIsupport& ipmi, TextGetter getter, int i, char (&field)[16]) {
-    // Behind the field's bytes one that a text as long as they are would replace.
-    char before[64] = "";
-    std::memcpy(before, field, sizeof field);
-    before[sizeof field] = '\1';
-    char text[sizeof before];
-    std::memcpy(text, before, sizeof text);
-    const int result = (ipmi.*getter)(i, text);
-    if (std::memcmp(text, before, sizeof text) == 0) return result;
-    const std::size_t length = std::min(std::strlen(text), sizeof field - 1);
-    std::memcpy(field, text, length);
+    const TextBuffer before = BufferFor(field);
+    TextBuffer text = before;
+    const int result = (ipmi.*getter)(i, text.data());
+    if (WroteNothing(before, text)) return result;
+    const std::size_t length = std::min(std::strlen(text.data()), sizeof field - 1);
+    std::memcpy(field, text.data(), length);
     field[length] = '\0';
     return result;
 }
 
 template <class Element>
-void FillElement(IPMIsupport& ipmi, const SensorKind<Element>& kind, int i,
+void FillElement(IPMIsupport& ipmi, const SensorGetters<Element>& getters, int i,
                  SensorThresholdInfoRaw& raw, SensorThresholdInfoConverted& converted,
                  Element& element) {
-    (void)ReadText(ipmi, kind.getReading, i, element.*kind.reading);
-    (void)(ipmi.*kind.getNumber)(i, element.sensorNumber);
+    (void)ReadText(ipmi, getters.getReading, i, element.*getters.reading);
+    (void)(ipmi.*getters.getNumber)(i, element.sensorNumber);
     unsigned char byte = 0;
-    (void)(ipmi.*kind.getEntity)(i, byte);
+    (void)(ipmi.*getters.getEntity)(i, byte);
     element.DeviceID = byte;
-    if (kind.getMaximum != nullptr) (void)ReadText(ipmi, kind.getMaximum, i, element.max);
-    if (kind.getMinimum != nullptr) (void)ReadText(ipmi, kind.getMinimum, i, element.min);
-    (void)(ipmi.*kind.getDescription)(i, element.desc);
-    (void)(ipmi.*kind.getThresholds)(kind.ownThresholds ? i : 0, raw, converted);
+    if (getters.getMaximum != nullptr) (void)ReadText(ipmi, getters.getMaximum, i, element.max);
+    if (getters.getMinimum != nullptr) (void)ReadText(ipmi, getters.getMinimum, i, element.min);
+    (void)(ipmi.*getters.getDescription)(i, element.desc);
+    (void)(ipmi.*getters.getThresholds)(getters.ownThresholds ? i : 0, raw, converted);
     (void)GetSensorThreshold(raw, converted, element.sti);
-    (void)(ipmi.*kind.getType)(i, byte);
+    (void)(ipmi.*getters.getType)(i, byte);
     element.SensorType = byte;
-    if (ReadText(ipmi, kind.getName, i, element.IdString) != 0) element.IdString[0] = '\0';
+    if (ReadText(ipmi, getters.getName, i, element.IdString) != 0) element.IdString[0] = '\0';
 }
 
 template <class Element, std::size_t Limit>
-int FillSensors(IPMIsupport& ipmi, const SensorKind<Element>& kind, int count, int& quantity,
+int FillSensors(IPMIsupport& ipmi, const SensorGetters<Element>& getters, int count, int& quantity,
                 Element (&elements)[Limit]) {
     if (count == 0) return 0;
     quantity = count;
-    // Kept: cleared once, so that thresholds that cannot be read are those of the sensor before.
+    // Kept: cleared only once, so that an element whose thresholds cannot be read has those of the
+    // element before it.
     SensorThresholdInfoRaw raw{};
     SensorThresholdInfoConverted converted{};
     for (int i = 0; i < std::min(count, static_cast<int>(Limit)); ++i)
-        FillElement(ipmi, kind, i, raw, converted, elements[i]);
+        FillElement(ipmi, getters, i, raw, converted, elements[i]);
     return count;
 }
 
@@ -144,17 +162,19 @@ int GetSensorThreshold(SensorThresholdInfoRaw raw, SensorThresholdInfoConverted 
 
 int FillIpmiFans(IPMIsupport& ipmi, void* record) {
     FanInformation& fans = *static_cast<FanInformation*>(record);
-    return FillSensors(ipmi, kFans, ipmi.GetFanSensorsNum(), fans.quantity, fans.fan);
+    return FillSensors(ipmi, kFanGetters, ipmi.GetFanSensorsNum(), fans.quantity, fans.fan);
 }
 
 int FillIpmiVoltages(IPMIsupport& ipmi, void* record) {
     VoltageInformation& voltages = *static_cast<VoltageInformation*>(record);
-    return FillSensors(ipmi, kVoltages, ipmi.GetVoltSensorsNum(), voltages.quantity,
+    return FillSensors(ipmi, kVoltageGetters, ipmi.GetVoltSensorsNum(), voltages.quantity,
                        voltages.voltage);
 }
 
 int FillIpmiTemperatures(IPMIsupport& ipmi, void* record) {
     TemperatureInformation& temperatures = *static_cast<TemperatureInformation*>(record);
-    return FillSensors(ipmi, kTemperatures, ipmi.GetTemSensorsNum(), temperatures.quantity,
+    return FillSensors(ipmi, kTemperatureGetters, ipmi.GetTemSensorsNum(), temperatures.quantity,
                        temperatures.temperature);
 }
+
+}  // namespace talvane

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Filling the sensor records from the IPMI object.
+// Fills the caller's sensor records from the IPMI object.
 #ifndef TALVANE_INTERFACE_IPMIRECORDS_H
 #define TALVANE_INTERFACE_IPMIRECORDS_H
 
@@ -9,15 +9,19 @@
 
 class IPMIsupport;
 
-// Copies the entity, the type and the converted thresholds; the flags of `out` stay as they are.
-// Returns 0.
+namespace talvane {
+
+// Copies the entity, the sensor type and the converted thresholds to `out`, and leaves the two
+// flags of `out` untouched. Returns 0.
 int GetSensorThreshold(SensorThresholdInfoRaw raw, SensorThresholdInfoConverted converted,
                        SensorThresholdInfo& out);
 
-// Fill the record of one kind of sensors: the count of all and as many elements as fit. Return the
-// count; for 0 nothing is written.
+// Each fills the caller's record of one kind of sensors: the count of all sensors of the kind, and
+// as many elements as the record has room for. Returns the count; when it is 0, nothing is written.
 int FillIpmiFans(IPMIsupport& ipmi, void* record);
 int FillIpmiVoltages(IPMIsupport& ipmi, void* record);
 int FillIpmiTemperatures(IPMIsupport& ipmi, void* record);
+
+}  // namespace talvane
 
 #endif

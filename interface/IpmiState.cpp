@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The state shared by the exported IPMI functions. Hidden in the library, so that no other module
-// of the process can take its place or change it.
+// The state that the exported IPMI functions share. It is hidden in the library, so that no other
+// module of the process can replace or change it.
 
 #include "interface/IpmiState.h"
 
@@ -11,7 +11,7 @@
 #include "Talvane.h"
 #include "interface/ReentryGuard.h"
 
-using namespace talvane;
+namespace talvane {
 
 int NoEnterIPMI = 0;
 int NoEnterWatchDogTimer = 0;
@@ -20,24 +20,32 @@ int IPMIGetSensorInfoOK = 0;
 namespace {
 
 IPMIsupport* pIPMI = nullptr;
-int creating = 0;
+int creatingIpmi = 0;
 
 }  // namespace
 
 IPMIsupport& Ipmi() {
     if (pIPMI == nullptr) {
-        const ReentryGuard guard(creating);
+        const ReentryGuard guard(creatingIpmi);
         pIPMI = new IPMIsupport;
     }
     return *pIPMI;
 }
 
+bool IsIpmiBeingCreated() {
+    return creatingIpmi != 0;
+}
+
 void ReleaseIpmi() {
+    // The pointer is cleared before the object is destroyed: a call from within the destruction
+    // creates another object.
     const std::unique_ptr<IPMIsupport> last(pIPMI);
     pIPMI = nullptr;
 }
 
+}  // namespace talvane
+
 int IsIpmiSupport(void) {
-    if (creating != 0) return 0;  // a call from within the creation: there is no second object
-    return Ipmi().IsInitOK() != 0 ? 1 : 0;
+    if (talvane::IsIpmiBeingCreated()) return 0;
+    return talvane::Ipmi().IsInitOK() != 0 ? 1 : 0;
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The exported sensor query: the guard, the reading of the repository on first use, and the
-// dispatch of a command to the function that fills its record.
+// The exported sensor query: guards itself against nested calls, reads the repository on first use,
+// and passes the command on to the function that fills its record.
 
 #include "IPMI/IPMIsupport.h"
 #include "Talvane.h"
@@ -29,9 +29,11 @@ constexpr SensorCommand kSensorCommands[] = {
 
 int GetIpmiInfo(unsigned long command, void* buffer) {
     if (NoEnterIPMI != 0 || NoEnterWatchDogTimer != 0) return kBusy;
+    // IsIpmiSupport would answer 0 here, which would be taken for a machine without IPMI.
+    if (IsIpmiBeingCreated()) return kBusy;
     ReentryGuard guard(NoEnterIPMI);
     if (IsIpmiSupport() == 0) {
-        guard.LeaveSet();  // Kept: without IPMI, every later call is answered busy.
+        guard.LeaveSet();  // Kept: without IPMI, every later call answers busy.
         return kFailure;
     }
     IPMIsupport& ipmi = Ipmi();

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The exported functions that list and change sensor thresholds.
+// The exported functions that list and set the thresholds of sensors.
 
 #include <algorithm>
 #include <cstring>
@@ -17,12 +17,13 @@ using namespace talvane;
 
 namespace {
 
-int NoEnterGetThreshold = 0;  // Kept: tested and cleared, and set by nobody.
+int NoEnterGetThreshold = 0;  // Kept: tested and cleared, but no function sets it.
 int NoEnterSetThreshold = 0;
 
-constexpr int kMostThresholds = std::size(SensorThresholdInformation().SensorThreshold);
+constexpr int kMaxThresholds = std::size(SensorThresholdInformation().SensorThreshold);
 
-// The number of records in the repository, which is read on first use. Returns 0 or -1.
+// Asks for the number of records in the repository, and reads the repository on first use. Returns
+// 0 or -1.
 int OpenRepository(IPMIsupport& ipmi, int& records) {
     int version = 0;
     if (ipmi.IsInitOK() == 0 || ipmi.GetSDRRepositoryInfo(records, version) != 0) return kFailure;
@@ -33,9 +34,11 @@ int OpenRepository(IPMIsupport& ipmi, int& records) {
     return kSuccess;
 }
 
-// The next element of the list, filled. Callers append 64 at most.
-SensorThresholdInfo& Append(SensorThresholdInformation& list, const SensorThresholdInfoRaw& raw,
-                            const SensorThresholdInfoConverted& converted) {
+// Fills the next element of the list and returns it. REQUIRES: the list has fewer than
+// kMaxThresholds.
+SensorThresholdInfo& AppendThresholds(SensorThresholdInformation& list,
+                                      const SensorThresholdInfoRaw& raw,
+                                      const SensorThresholdInfoConverted& converted) {
     SensorThresholdInfo& element = list.SensorThreshold[list.quantity];
     (void)GetSensorThreshold(raw, converted, element);  // result not used: always 0
     ++list.quantity;
@@ -53,25 +56,28 @@ void ListThresholds(int deviceID, int sensorType, SensorThresholdInformation& li
     if (ipmi.GetSensorNumberInfo(static_cast<unsigned char>(deviceID),
                                  static_cast<unsigned char>(sensorType), records, sensors) != 0)
         return;
-    for (int k = 0; k < std::min(sensors.quantity, kMostThresholds); ++k) {
+    for (int k = 0; k < std::min(sensors.quantity, kMaxThresholds); ++k) {
         if (ipmi.GetThreshold(sensors.sensorOrder[k], raw, converted) != 0) continue;
-        SensorThresholdInfo& element = Append(list, raw, converted);
+        SensorThresholdInfo& element = AppendThresholds(list, raw, converted);
         element.DeviceID = deviceID;
         element.SensorType = sensorType;
     }
 }
 
-// Sets one threshold of one sensor; `index` is its place in the walk. Returns 0 or -1.
+// Sets one threshold of one sensor. `index` is that of the sensor's walk entry, counted from 0.
+// Returns 0 or -1.
 int SetThreshold(IPMIsupport& ipmi, int index, unsigned char sensorNumber, int thresholdFlag,
                  double value) {
     SensorThresholdInfoRaw raw{};
     SensorThresholdInfoConverted converted{};
     if (ipmi.GetThreshold(index, raw, converted) != 0) return kFailure;
     SensorFormulaParameter formula{};
+    // Kept: only the low byte of the index is looked up. Result not used: without an entry the
+    // formula stays 0.
     (void)ipmi.GetSensorFormulaParameter(static_cast<unsigned char>(index), formula);
     unsigned char rawByte = 0;
     if (ipmi.GetValueConversion(formula, rawByte, value) != 0) return kFailure;
-    // The neighbours may be moved over the whole range of a raw byte.
+    // The thresholds next to it may be moved over the whole range of a raw byte.
     raw.MinThreshold = 0;
     raw.MaxThreshold = 0xFF;
     if (ipmi.SetThresholdOrder(raw, thresholdFlag, rawByte) != 0) return kFailure;
@@ -88,8 +94,9 @@ int GetAllThresholdInfo(SensorThresholdInformation* buffer) {
     SensorThresholdInfoConverted converted{};
     int records = 0;
     if (OpenRepository(ipmi, records) != 0) return kFailure;
-    for (int i = 0; i < std::min(records, kMostThresholds); ++i)
-        if (ipmi.GetThreshold(i, raw, converted) == 0) (void)Append(*buffer, raw, converted);
+    for (int i = 0; i < std::min(records, kMaxThresholds); ++i)
+        if (ipmi.GetThreshold(i, raw, converted) == 0)
+            (void)AppendThresholds(*buffer, raw, converted);
     return kSuccess;
 }
 
@@ -97,7 +104,7 @@ int GetThresholdInfo(int deviceID, int sensorType, SensorThresholdInformation* b
     if (NoEnterGetThreshold != 0) return kBusy;
     if (IsIpmiSupport() != 0 && buffer != nullptr) ListThresholds(deviceID, sensorType, *buffer);
     NoEnterGetThreshold = 0;
-    return kFailure;  // Kept: also after the list has been filled; its count tells.
+    return kFailure;  // Kept: also after the list has been filled; its quantity says how many.
 }
 
 int SetThresholdInfo(int deviceID, int sensorType, int thresholdFlag, double thresholdValue) {
@@ -110,7 +117,7 @@ int SetThresholdInfo(int deviceID, int sensorType, int thresholdFlag, double thr
     SensorNumberInfo sensors{};
     if (ipmi.GetSensorNumberInfo(static_cast<unsigned char>(deviceID),
                                  static_cast<unsigned char>(sensorType), records, sensors) != 0) {
-        guard.LeaveSet();  // Kept: every later call is answered busy.
+        guard.LeaveSet();  // Kept: every later call answers busy.
         return kFailure;
     }
     for (int k = 0; k < sensors.quantity; ++k)

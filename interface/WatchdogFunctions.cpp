@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The exported functions of the watchdog timer and the BMC's version.
+// The exported functions of the watchdog timer and of the BMC's firmware version.
 
 #include "IPMI/IPMIsupport.h"
 #include "Talvane.h"
@@ -14,14 +14,16 @@ int SetWatchDogTimer(int timerAction, int timeOutValue) {
     if (IsIpmiSupport() == 0) return kFailure;
     ReentryGuard watchdog(NoEnterWatchDogTimer);
     if (NoEnterIPMI != 0) {
-        watchdog.LeaveSet();  // Kept: sensor queries are answered busy until a later call is done.
+        // Kept: sensor queries answer busy until a later SetWatchDogTimer or GetWatchDogTimer is
+        // done.
+        watchdog.LeaveSet();
         return kBusy;
     }
     const ReentryGuard ipmi(NoEnterIPMI);
     IPMIsupport& support = Ipmi();
     if (support.SetWatchDogTimer(static_cast<unsigned char>(timerAction), timeOutValue) != 0)
         return kFailure;
-    return support.ResetWatchDogTimer() == 0 ? kSuccess : kFailure;  // the countdown starts here
+    return support.ResetWatchDogTimer() == 0 ? kSuccess : kFailure;  // starts the countdown
 }
 
 int ResetWatchDogTimer(void) {
@@ -35,7 +37,7 @@ int StopWatchDogTimer(void) {
     if (IsIpmiSupport() == 0) return kFailure;
     if (NoEnterIPMI != 0) return kBusy;
     const ReentryGuard ipmi(NoEnterIPMI);
-    // A timer that is set stops, and starts with a reset only.
+    // Setting the timer stops it. Only a reset would start it again.
     constexpr unsigned char kNoAction = 0;
     constexpr int kThreeMinutes = 180000;
     return Ipmi().SetWatchDogTimer(kNoAction, kThreeMinutes) == 0 ? kSuccess : kFailure;
@@ -45,7 +47,7 @@ int GetWatchDogTimer(unsigned char* timerAcion, int* timeOutValue, int* presentT
     if (IsIpmiSupport() == 0) return kFailure;
     ReentryGuard watchdog(NoEnterWatchDogTimer);
     if (NoEnterIPMI != 0) {
-        watchdog.LeaveSet();  // Kept: as above.
+        watchdog.LeaveSet();  // Kept: as in SetWatchDogTimer.
         return kBusy;
     }
     const ReentryGuard ipmi(NoEnterIPMI);

@@ -50,6 +50,64 @@ lines_of "$library_files" | without "$port_files" |
     search '\basm\b|\b__asm__\b|\b(in|out)[bwl](_p)? *\(' |
     report 'port instructions are not allowed here'
 
+# Who may include whom: files whose path starts like the first column may include what starts like
+# one of the others. The longest first column that fits a file counts; tests may include anything.
+include_rules='
+Export.h
+InformationRecords.h
+Talvane.h              InformationRecords.h
+base/                  base/
+load/                  load/ base/
+SmBios/                SmBios/ base/ Export.h InformationRecords.h
+IPMI/                  IPMI/ base/ Export.h InformationRecords.h
+PCI/                   PCI/ base/ Export.h InformationRecords.h
+storage/               storage/ base/ Export.h InformationRecords.h
+interface/             interface/ SmBios/ IPMI/ PCI/ storage/ load/ base/ Export.h InformationRecords.h Talvane.h
+GetPciInfo.            GetPciInfo.h PCI/ base/ Export.h InformationRecords.h
+LoadMonitor.           LoadMonitor.h Talvane.h interface/ load/ base/ Export.h InformationRecords.h
+Talvane.cpp            Talvane.h GetPciInfo.h interface/ SmBios/ IPMI/ storage/ base/ Export.h InformationRecords.h
+simulator/base/        simulator/base/
+simulator/bmc/         simulator/bmc/ simulator/base/
+simulator/machine/     simulator/machine/ simulator/bmc/ simulator/base/
+simulator/description/ simulator/description/ simulator/machine/ simulator/bmc/ simulator/base/
+simulator/process/     simulator/process/ simulator/machine/ simulator/bmc/ simulator/base/
+simulator/             simulator/
+bridge/                bridge/
+'
+includes=$(lines_of "$cpp_files" | xargs -r grep -HoE '^ *# *include *"[^"]+"' 2>/dev/null |
+    sed -E 's/^([^:]*):.*"(.*)"/\1 \2/')
+# Pairs of includer and included file. A name is that of a file of the tree or, as in the installed
+# headers, is relative to its includer.
+resolved=$(lines_of "$includes" | awk -v files="$files" '
+    BEGIN { count = split(files, list, "\n"); for (i = 1; i <= count; ++i) known[list[i]] = 1 }
+    {
+        folder = $1
+        if (!sub("[^/]*$", "", folder)) folder = ""
+        path = folder $2
+        while (sub("[^/]+/\\.\\./", "", path)) {}
+        if ($2 in known) print $1, $2
+        else if (path in known) print $1, path
+    }')
+lines_of "$resolved" | awk -v rules="$include_rules" '
+    BEGIN {
+        count = split(rules, line, "\n")
+        for (i = 1; i <= count; ++i) {
+            words = split(line[i], word, " ")
+            for (j = 1; j <= words; ++j) allowed[word[1], j - 1] = word[j]
+            if (words > 0) { size[word[1]] = words - 1 }
+        }
+    }
+    {
+        room = ""
+        for (start in size)
+            if (index($1, start) == 1 && length(start) > length(room)) room = start
+        if (room == "") next
+        for (i = 1; i <= size[room]; ++i) if (index($2, allowed[room, i]) == 1) next
+        print $1 " includes " $2
+    }' | report 'this room may not include that one'
+lines_of "$resolved" | tsort 2>&1 >/dev/null | sed -n 's/^tsort: \([^:]*\.[a-z]*\)$/\1/p' |
+    report 'in a circle of includes'
+
 # What is left to do is not noted in the sources.
 lines_of "$cpp_files" "$build_files" | without scripts/check-sources.sh |
     search '\b(TODO|FIXME|XXX|HACK)\b' | report 'unfinished work'

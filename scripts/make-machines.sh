@@ -113,9 +113,9 @@ make_qemu_4_sockets() {
         -smbios type=17,loc_pfx='DIMM_A',bank='BANK 0',manufacturer='Harrow Memory',serial=M0001,asset=R1,part=HM1G,speed=667
     keep_dump qemu-4-sockets
     describe qemu-4-sockets <<END
-# A virtual machine with four sockets, told by QEMU's -smbios arguments who its makers are. The
-# firmware put the table at the end of memory (see qemu-high-table for what comes of that); here
-# it is given as a dump, which lies in the BIOS segment.
+# A virtual machine with four sockets. QEMU's -smbios arguments name its makers. The firmware put the
+# table at the end of memory, where the library cannot read it (see qemu-high-table). Here it is given
+# as a dump, which lies in the BIOS segment.
 memory 1024M
 smbios dump smbios.bin
 END
@@ -128,8 +128,9 @@ make_qemu_high_table() {
     keep_pages qemu-high-table
     describe qemu-high-table <<END
 # SeaBIOS keeps a table of more than 600 bytes at the end of memory instead of the BIOS segment.
-# The table is read together with as many bytes as its address has before it, which ends past the
-# memory of this machine: it has an SMBIOS entry point, and every command answers -1.
+# The library reads the table with one read, as long as the table's address and 64 KiB. That read ends
+# past the memory of this machine. So the machine has an SMBIOS entry point, and every command that
+# needs the table answers -1.
 memory 64M
 segment segment.bin
 pages $(printf '0x%X' "$page") table.bin

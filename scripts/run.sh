@@ -13,4 +13,5 @@ scripts/install-packages.sh build >&2
     cmake --preset release -B "$build" -DTALVANE_BUILD_TESTS=OFF
     cmake --build "$build"
 } >&2
+scripts/enable-32-bit.sh >/dev/null
 exec "$build/tools/talvane" report --machine "$machine"

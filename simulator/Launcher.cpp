@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Checks everything that can be checked before the process is replaced, since afterwards only the
-// program could tell.
+// Checks everything before the process is replaced, since nobody could report a mistake after that.
 
 #include "simulator/Launcher.h"
 
@@ -24,10 +23,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Relative to the folder of the running program: as installed, beside it, and as built.
+// Where the library can be, relative to the folder of the running program: as installed, beside the
+// program, and as built.
 constexpr std::array kPreloadFolders = {TALVANE_PRELOAD_FOLDER, ".", "../simulator"};
 
-fs::path findPreloadLibrary() {
+fs::path FindPreloadLibrary() {
     const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
     for (const char* const folder : kPreloadFolders) {
         const fs::path candidate = (here / folder / kPreloadLibrary).lexically_normal();
@@ -37,28 +37,28 @@ fs::path findPreloadLibrary() {
                              " expects it");
 }
 
-void setVariable(const char* name, const std::string& value) {
+void SetVariable(const char* name, const std::string& value) {
     if (setenv(name, value.c_str(), 1) != 0)
         throw std::system_error(errno, std::generic_category(), name);
 }
 
-// The dynamic linker takes a list, parted by blanks or colons and without any escape.
-void preload(const std::string& library) {
+// The dynamic linker takes a list separated by blanks or colons, and knows no escape.
+void AddPreload(const std::string& library) {
     if (library.find_first_of(": \t\n") != std::string::npos)
         throw std::runtime_error(library +
                                  ": cannot be preloaded from a path with blanks or colons");
     const char* const others = std::getenv(kPreloadVariable);
-    setVariable(kPreloadVariable, others != nullptr ? library + ":" + others : library);
+    SetVariable(kPreloadVariable, others != nullptr ? library + ":" + others : library);
 #ifdef __SANITIZE_ADDRESS__
-    // AddressSanitizer insists on coming first in the list; here it need not, as every function
-    // that the preload library interposes hands on to it.
+    // AddressSanitizer insists on coming first in the list. Here it need not: every function that
+    // the preload library interposes passes calls on to it.
     const char* const options = std::getenv("ASAN_OPTIONS");
-    setVariable("ASAN_OPTIONS",
+    SetVariable("ASAN_OPTIONS",
                 std::string(options != nullptr ? options : "") + ":verify_asan_link_order=0");
 #endif
 }
 
-void requireWritable(const std::string& file) {
+void RequireWritable(const std::string& file) {
     if (!std::ofstream(file)) throw std::system_error(errno, std::generic_category(), file);
 }
 
@@ -66,21 +66,21 @@ void requireWritable(const std::string& file) {
 
 int RunOnMachine(const fs::path& machine, char* const argv[], const LaunchOptions& options) {
     Machine trial;
-    loadMachine(machine, trial);
-    if (!options.controlFile.empty() && !trial.hasBmc())
+    LoadMachine(machine, trial);
+    if (!options.controlFile.empty() && !trial.HasBmc())
         throw std::runtime_error(machine.string() +
                                  " has no management controller for a control file to change");
-    const fs::path program = findProgram(argv[0]);
-    requirePreloadable(program);
-    const fs::path library = findPreloadLibrary();
-    if (!options.logFile.empty()) requireWritable(options.logFile);
+    const fs::path program = FindProgram(argv[0]);
+    RequirePreloadable(program);
+    const fs::path library = FindPreloadLibrary();
+    if (!options.logFile.empty()) RequireWritable(options.logFile);
 
-    preload(library.string());
-    setVariable(kMachineVariable, fs::absolute(machine).string());
-    if (!options.logFile.empty()) setVariable(kLogVariable, fs::absolute(options.logFile).string());
+    AddPreload(library.string());
+    SetVariable(kMachineVariable, fs::absolute(machine).string());
+    if (!options.logFile.empty()) SetVariable(kLogVariable, fs::absolute(options.logFile).string());
     if (!options.controlFile.empty())
-        setVariable(kControlVariable, fs::absolute(options.controlFile).string());
-    if (options.realTime) setVariable(kRealTimeVariable, "1");
+        SetVariable(kControlVariable, fs::absolute(options.controlFile).string());
+    if (options.realTime) SetVariable(kRealTimeVariable, "1");
     execv(program.c_str(), argv);
     throw std::system_error(errno, std::generic_category(), program.string());
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Runs a program on a simulated server: with the preload library that answers its calls. Links no
-// interposed function, so a program that uses this stays on the real machine itself.
+// Runs a program on a simulated server, with the preload library that answers its calls. This code
+// links no interposed function, so the program that uses it stays on the real machine.
 #ifndef TALVANE_SIMULATOR_LAUNCHER_H
 #define TALVANE_SIMULATOR_LAUNCHER_H
 
@@ -13,16 +13,18 @@
 namespace sim {
 
 struct LaunchOptions {
-    std::string logFile = {};      // every access is written there; empty for none
-    std::string controlFile = {};  // in place of the one that the machine names; empty for that one
-    bool realTime = false;         // sleeping takes its time
+    std::string logFile = {};      // every access is written to it; empty: no log
+    std::string controlFile = {};  // replaces the machine's own; empty: it does not
+    bool realTime = false;         // a sleep takes real time
 };
 
-// Replaces this process by argv[0] (looked up in PATH) on the machine described in a folder.
-// Returns only by an exception, before anything was replaced: MachineError when the description
-// cannot be used, std::system_error when the program cannot be run, std::runtime_error when it
-// cannot run simulated (it is no dynamically linked 32-bit x86 program, the preload library is
-// missing, or there is a control file and no controller).
+// Replaces this process by the program argv[0] (looked up in PATH), on the machine that the folder
+// describes. Returns only by an exception, and then this process is unchanged:
+// - MachineError: the description cannot be used.
+// - std::system_error: the program cannot be run.
+// - std::runtime_error: the program cannot run simulated, because it is not a dynamically linked
+//   32-bit x86 program, the preload library is missing, or there is a control file but no
+//   controller.
 [[noreturn]] int RunOnMachine(const std::filesystem::path& machine, char* const argv[],
                               const LaunchOptions& options);
 

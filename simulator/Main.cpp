@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// talvane-sim: runs a program on a simulated server.
+// The program talvane-sim: runs another program on a simulated server.
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
@@ -15,9 +15,9 @@
 
 namespace {
 
-constexpr int kUsageError = 2;  // also a machine or a program that cannot be used
+constexpr int kUsageError = 2;  // also when the machine or the program cannot be used
 
-// CLI11 sees only what stands before the separator.
+// Replaces the usage line, since CLI11 does not see the words after the separator.
 class Help : public CLI::Formatter {
 public:
     std::string make_usage(const CLI::App*, std::string) const override {
@@ -25,8 +25,8 @@ public:
     }
 };
 
-int run(const std::filesystem::path& machine, std::vector<std::string>& command,
-        const sim::LaunchOptions& options) {
+int RunCommand(const std::filesystem::path& machine, std::vector<std::string>& command,
+               const sim::LaunchOptions& options) {
     std::vector<char*> argv;
     for (std::string& word : command) argv.push_back(word.data());
     argv.push_back(nullptr);
@@ -41,7 +41,7 @@ int run(const std::filesystem::path& machine, std::vector<std::string>& command,
 }  // namespace
 
 int main(int argc, char** argv) {
-    // What follows -- is the program's, options included.
+    // Everything after -- belongs to the program, options included.
     char** const end = argv + argc;
     char** const separator = std::find(argv, end, std::string_view("--"));
     std::vector<std::string> command(separator != end ? separator + 1 : end, end);
@@ -59,15 +59,15 @@ int main(int argc, char** argv) {
         ->required();
     app.add_option("--log", options.logFile, "file to write every access to")->type_name("FILE");
     app.add_option("--control", options.controlFile,
-                   "file by which sensors are changed while the program runs")
+                   "file that changes sensors while the program runs")
         ->type_name("FILE");
     app.add_flag("--real-time", options.realTime,
-                 "sleeping takes its time; without, the machine's clock jumps");
+                 "let sleeps take real time; by default the machine's clock jumps");
     try {
         app.parse(static_cast<int>(separator - argv), argv);
         if (command.empty()) throw CLI::RequiredError("-- PROGRAM");
     } catch (const CLI::ParseError& error) {
         return app.exit(error) == 0 ? 0 : kUsageError;
     }
-    return run(machine, command, options);
+    return RunCommand(machine, command, options);
 }

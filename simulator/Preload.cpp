@@ -19,21 +19,21 @@
 
 namespace {
 
-// By C means: std::cerr need not be there yet.
-[[noreturn]] void giveUp(const std::string& why) {
+// Uses C streams: std::cerr may not be initialised yet.
+[[noreturn]] void GiveUp(const std::string& why) {
     (void)std::fprintf(stderr, "simulated server: %s\n", why.c_str());
     _exit(2);
 }
 
-// Empty when it is not set.
-std::string valueOf(const char* variable) {
+// The variable's value; empty when it is not set.
+std::string VariableValue(const char* variable) {
     const char* const value = std::getenv(variable);
     return value != nullptr ? value : "";
 }
 
-// Children of the program run on the real machine: takes this library out of their environment.
-// It stands first in the list.
-void leaveEnvironment() {
+// Takes this library, the first in its list, out of the environment, so that children of the
+// program run on the real machine.
+void LeaveEnvironment() {
     const char* const list = std::getenv(sim::kPreloadVariable);
     const std::string preloaded = list != nullptr ? list : "";
     const std::size_t rest = preloaded.find_first_of(": ");
@@ -46,28 +46,30 @@ void leaveEnvironment() {
         (void)unsetenv(variable);
 }
 
-// The server and its log last as long as the process, through its last destructor. Static, so that
-// a leak checker finds them in use.
-void start(const std::string& machine, const std::string& logFile, const std::string& controlFile) {
+// The server and its log live as long as the process, so that its last destructors still find them.
+// They are static, so that a leak checker finds them in use.
+void StartServer(const std::string& machine, const std::string& logFile,
+                 const std::string& controlFile) {
     static auto* const server = new sim::SimulatedServer(machine);
-    if (!controlFile.empty()) sim::FollowControlFile(controlFile, server->bmc());
+    if (!controlFile.empty()) sim::FollowControlFile(controlFile, server->GetBmc());
     if (std::getenv(sim::kRealTimeVariable) != nullptr)
-        server->machine().sleepBy(sim::realFunction<unsigned(unsigned)>("sleep"));
+        server->GetMachine().SleepBy(sim::RealFunction<unsigned(unsigned)>("sleep"));
     if (logFile.empty()) return;
     static auto* const log = new std::ofstream(logFile);
-    if (!*log) giveUp(logFile + ": " + std::strerror(errno));
-    server->log().copyTo(log);
+    if (!*log) GiveUp(logFile + ": " + std::strerror(errno));
+    server->GetLog().CopyTo(log);
 }
 
-[[gnu::constructor]] void onLoad() {
+[[gnu::constructor]] void OnLoad() {
     const char* const machine = std::getenv(sim::kMachineVariable);
     if (machine == nullptr) return;
     try {
-        start(machine, valueOf(sim::kLogVariable), valueOf(sim::kControlVariable));
+        StartServer(machine, VariableValue(sim::kLogVariable),
+                    VariableValue(sim::kControlVariable));
     } catch (const std::exception& error) {
-        giveUp(error.what());
+        GiveUp(error.what());
     }
-    leaveEnvironment();
+    LeaveEnvironment();
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A machine, put in front of the real one for as long as the object lives.
+// Puts a machine in front of the real one for as long as the object lives.
 
 #include "simulator/SimulatedServer.h"
 
@@ -19,7 +19,7 @@ public:
     Machine machine;
 
     // From now on the machine answers.
-    void start() {
+    void Start() {
         interposition_.emplace(machine);
         ports_.emplace();
     }
@@ -30,75 +30,75 @@ private:
 };
 
 SimulatedServer::SimulatedServer() : state_(std::make_unique<State>()) {
-    state_->start();
+    state_->Start();
 }
 
 SimulatedServer::SimulatedServer(const std::filesystem::path& machineFolder)
     : state_(std::make_unique<State>()) {
-    loadMachine(machineFolder, state_->machine);
-    state_->start();
+    LoadMachine(machineFolder, state_->machine);
+    state_->Start();
 }
 
 SimulatedServer::~SimulatedServer() = default;
 
-PhysicalMemory& SimulatedServer::memory() {
-    return state_->machine.memory();
+PhysicalMemory& SimulatedServer::GetMemory() {
+    return state_->machine.GetMemory();
 }
 
-PciBus& SimulatedServer::pci() {
-    return state_->machine.pci();
+PciBus& SimulatedServer::GetPci() {
+    return state_->machine.GetPci();
 }
 
-ProcStat& SimulatedServer::stat() {
-    return state_->machine.stat();
+ProcStat& SimulatedServer::GetStat() {
+    return state_->machine.GetStat();
 }
 
-FreeProgram& SimulatedServer::freeProgram() {
-    return state_->machine.freeProgram();
+FreeProgram& SimulatedServer::GetFreeProgram() {
+    return state_->machine.GetFreeProgram();
 }
 
-Bmc& SimulatedServer::bmc() {
-    return state_->machine.bmc();
+Bmc& SimulatedServer::GetBmc() {
+    return state_->machine.GetBmc();
 }
 
-AccessLog& SimulatedServer::log() {
-    return state_->machine.log();
+AccessLog& SimulatedServer::GetLog() {
+    return state_->machine.GetLog();
 }
 
-Machine& SimulatedServer::machine() {
+Machine& SimulatedServer::GetMachine() {
     return state_->machine;
 }
 
-void SimulatedServer::fail(std::string_view call, int nth, int error) {
-    state_->machine.faults().fail(call, nth, error);
+void SimulatedServer::Fail(std::string_view call, int nth, int error) {
+    state_->machine.GetFaults().Fail(call, nth, error);
 }
 
-void SimulatedServer::shortRead(int nth, std::size_t bytes) {
-    state_->machine.faults().shortRead(nth, bytes);
+void SimulatedServer::ShortRead(int nth, std::size_t bytes) {
+    state_->machine.GetFaults().ShortRead(nth, bytes);
 }
 
-void SimulatedServer::failAllocation(int nth) {
-    state_->machine.faults().failAllocation(nth);
+void SimulatedServer::FailAllocation(int nth) {
+    state_->machine.GetFaults().FailAllocation(nth);
 }
 
-std::size_t SimulatedServer::allocations() const {
-    return state_->machine.allocations();
+std::size_t SimulatedServer::Allocations() const {
+    return state_->machine.Allocations();
 }
 
-void SimulatedServer::refuse(const std::string& path, int error) {
-    state_->machine.refuse(path, error);
+void SimulatedServer::Refuse(const std::string& path, int error) {
+    state_->machine.Refuse(path, error);
 }
 
-void SimulatedServer::observe(const std::string& library) {
-    observeLibrary(library);
+void SimulatedServer::Observe(const std::string& library) {
+    ObserveLibrary(library);
 }
 
-std::chrono::seconds SimulatedServer::clock() const {
-    return state_->machine.clock();
+std::chrono::seconds SimulatedServer::Clock() const {
+    return state_->machine.Clock();
 }
 
-void SimulatedServer::during(std::string_view call, void (*action)()) {
-    state_->machine.faults().during(call, action);
+void SimulatedServer::During(std::string_view call, void (*action)()) {
+    state_->machine.GetFaults().During(call, action);
 }
 
 }  // namespace sim

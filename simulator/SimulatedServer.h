@@ -1,16 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// A server that exists only in this process. While one lives, the libc calls and port instructions
-// by which libTalvane touches the machine are answered by it instead: physical memory behind
-// /dev/mem, I/O privilege, virtual time. It needs no root, and nothing it is asked for reaches the
-// real machine.
+// A server that exists only in this process. While it lives, it answers the libc calls and port
+// accesses by which libTalvane touches the machine: physical memory (/dev/mem), I/O privilege,
+// virtual time and so on. It needs no root, and no request reaches the real machine.
 //
-// Hermetic: a path, request or port that the server does not have is reported on standard error
-// with what was asked, and the process is aborted. A device that a server could have but this one
-// has not (no /dev/ipmi, say) is answered with the errno that the kernel would give.
+// It is hermetic: when the library asks for a path, request or port that no server has, the request
+// is reported on standard error and the process aborts. A device that a server could have but this
+// one lacks, such as /dev/ipmi, fails with the errno that the kernel would give.
 //
 // Calls of other modules of the process (GoogleTest, the C library itself) for other paths go to
-// the real machine. One server at a time.
+// the real machine. Only one server can exist at a time.
 #ifndef TALVANE_SIMULATOR_SIMULATEDSERVER_H
 #define TALVANE_SIMULATOR_SIMULATEDSERVER_H
 
@@ -38,51 +37,51 @@ public:
     // A server with 64 MiB of zeroed memory and no device but /dev/mem.
     SimulatedServer();
 
-    // The server described in a machine folder (docs/machine-format.md). Throws MachineError, whose
-    // text names file and line, when the description cannot be used.
+    // The server that a machine folder describes (docs/machine-format.md). Throws MachineError,
+    // whose text names file and line, when the description cannot be used.
     explicit SimulatedServer(const std::filesystem::path& machineFolder);
 
     ~SimulatedServer();
     SimulatedServer(const SimulatedServer&) = delete;
     SimulatedServer& operator=(const SimulatedServer&) = delete;
 
-    PhysicalMemory& memory();
-    PciBus& pci();
+    PhysicalMemory& GetMemory();
+    PciBus& GetPci();
 
-    // The management controller; the first call gives the server one, with a KCS interface.
-    Bmc& bmc();
-    ProcStat& stat();            // the first call gives the server a /proc/stat
-    FreeProgram& freeProgram();  // what `free` prints in a shell of the library
+    // The management controller. The first call creates it, with a KCS interface.
+    Bmc& GetBmc();
+    ProcStat& GetStat();            // the first call creates /proc/stat
+    FreeProgram& GetFreeProgram();  // what `free` prints in a shell of the library
 
     // Every access so far, in order.
-    AccessLog& log();
+    AccessLog& GetLog();
 
-    // Faults. `nth` counts from 1, from the moment of this call on.
-    void fail(std::string_view call, int nth,
+    // Faults. `nth` counts from 1 and starts to count at this call.
+    void Fail(std::string_view call, int nth,
               int error = EIO);                  // "open", "lseek", "read", "iopl" ...
-    void shortRead(int nth, std::size_t bytes);  // the read delivers at most so many bytes
-    void failAllocation(int nth);                // an allocation made by the library
+    void ShortRead(int nth, std::size_t bytes);  // the read delivers at most this many bytes
+    void FailAllocation(int nth);                // an allocation made by the library
 
-    // Allocations (operator new) made by the library's own code so far; what the C++ runtime
-    // allocates on its behalf is not counted.
-    std::size_t allocations() const;
+    // How many allocations (operator new) the library's own code has made so far. Allocations by
+    // the C++ runtime on its behalf do not count.
+    std::size_t Allocations() const;
 
     // Opening `path` fails with `error` from now on.
-    void refuse(const std::string& path, int error = EACCES);
+    void Refuse(const std::string& path, int error = EACCES);
 
-    // Seconds that the program has slept so far.
-    std::chrono::seconds clock() const;
+    // The time that the program has slept so far.
+    std::chrono::seconds Clock() const;
 
-    // Called inside the next simulated call named `call`, before it is answered: a place from
-    // which a test enters the library again.
-    void during(std::string_view call, void (*action)());
+    // Runs `action` once, inside the next simulated call named `call` and before its answer. There
+    // a test can enter the library again.
+    void During(std::string_view call, void (*action)());
 
-    // Also treats modules whose file name begins with `library` as the library under observation,
-    // as it does those of libTalvane.so: they have nothing but this server.
-    void observe(const std::string& library);
+    // Also observes modules whose file name begins with `library`, as it does libTalvane.so: they
+    // can reach nothing but this server.
+    void Observe(const std::string& library);
 
-    // The machine itself, for installing devices.
-    Machine& machine();
+    // The machine itself, on which devices can be installed.
+    Machine& GetMachine();
 
 private:
     class State;

@@ -32,7 +32,7 @@ public:
     EmptyFolder(const EmptyFolder&) = delete;
     EmptyFolder& operator=(const EmptyFolder&) = delete;
 
-    const char* path() const { return path_.c_str(); }
+    const char* Path() const { return path_.c_str(); }
 
 private:
     std::string path_;
@@ -77,7 +77,7 @@ std::optional<std::string> OutputApart(const std::function<void()>& call) {
     (void)std::fflush(stdout);  // result not used: what is lost shows at the end
     const pid_t child = fork();
     if (child < 0) Fail("fork");
-    if (child == 0) BeChild(call, folder.path(), output.Get());
+    if (child == 0) BeChild(call, folder.Path(), output.Get());
     int status = 0;
     while (waitpid(child, &status, 0) != child)
         if (errno != EINTR) Fail("waitpid");

@@ -24,7 +24,7 @@ constexpr int kMostByte = 255;
 // Before the command and behind it.
 void AddOptions(CLI::App& app, Options& options) {
     app.add_flag_callback(
-        "--json", [&options] { options.format = Format::json; }, "Answer in JSON");
+        "--json", [&options] { options.format = Format::kJson; }, "Answer in JSON");
     app.add_option(kMachineOption, options.machine, "Run on the simulated server of this folder")
         ->type_name("DIR");
 }

@@ -29,7 +29,7 @@ struct Watch {
 
 struct Options {
     std::string command;  // kReport, or the name of a row of Commands() or Changes()
-    Format format = Format::text;
+    Format format = Format::kText;
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
     Settings settings;
     Watch watch;

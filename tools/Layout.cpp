@@ -23,7 +23,7 @@ std::string Line(const std::vector<std::string>& cells, const std::vector<std::s
     for (std::size_t i = 0; i < cells.size(); ++i) {
         const std::string padding(widths[i] - Columns(cells[i]), ' ');
         if (i != 0) line += kGap;
-        line += columns[i].align == Column::Align::right ? padding + cells[i] : cells[i] + padding;
+        line += columns[i].align == Column::Align::kRight ? padding + cells[i] : cells[i] + padding;
     }
     line.erase(line.find_last_not_of(' ') + 1);
     return line + '\n';

@@ -20,7 +20,7 @@ struct Fact {
 
 struct Column {
     std::string title;
-    enum class Align { left, right } align = Align::left;
+    enum class Align { kLeft, kRight } align = Align::kLeft;
 };
 
 using Row = std::vector<std::string>;  // one cell per column

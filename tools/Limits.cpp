@@ -49,7 +49,7 @@ std::string NumberText(std::optional<double> value) {
 }
 
 void AddLimitColumns(std::vector<Column>& columns) {
-    for (const std::size_t i : kAscending) columns.push_back({kTitles[i], Column::Align::right});
+    for (const std::size_t i : kAscending) columns.push_back({kTitles[i], Column::Align::kRight});
 }
 
 void AddLimitCells(Row& row, const Limits& limits) {

@@ -79,7 +79,7 @@ void DumpJson(const Json& json, std::ostream& out) {
 bool Report(std::span<const Command> commands, const Settings& settings, Format format,
             std::ostream& out, std::ostream& err) {
     const Outcome outcome = RunAll(commands, settings);
-    if (format == Format::json)
+    if (format == Format::kJson)
         WriteJson(outcome, out);
     else
         WriteText(outcome, out);

@@ -11,7 +11,7 @@
 
 namespace tool {
 
-enum class Format { text, json };
+enum class Format { kText, kJson };
 
 // Writes the answers to `out`, and to `err` one line for each source that could not be read.
 //

@@ -29,7 +29,7 @@ void BeginNext(const Watch& watch, Format format) {
     constexpr const char* kHomeAndClear = "\x1B[H\x1B[2J";
     if (isatty(STDOUT_FILENO) != 0)
         std::cout << kHomeAndClear;
-    else if (format == Format::text)
+    else if (format == Format::kText)
         std::cout << '\n';
 }
 

@@ -8,9 +8,10 @@ cache=$1
 folder=$2
 cd "$(dirname "$0")/.."
 
-cmake --preset release -B build/vm -DTALVANE_BUILD_TESTS=OFF
-cmake --build build/vm
-cmake --install build/vm --prefix "$folder" --strip
+# In the folder of the release preset, so that its tests find all this built.
+[ -f build/release/build.ninja ] || cmake --preset release -DTALVANE_BUILD_TESTS=OFF
+cmake --build build/release --target Talvane talvane talvane_sim talvane_preload
+cmake --install build/release --prefix "$folder" --strip
 
 cmake -S bridge -B build/vm-bridge64 -G Ninja
 cmake --build build/vm-bridge64

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Counting and listing accesses.
+// Collects, counts and lists accesses.
 
 #include "simulator/base/AccessLog.h"
 
@@ -9,21 +9,21 @@
 
 namespace sim {
 
-void AccessLog::add(Access access) {
+void AccessLog::Add(Access access) {
     if (copy_ != nullptr)
-        *copy_ << access.text() << std::endl;  // flushed: the process may end here
+        *copy_ << access.Text() << std::endl;  // flushed: the process may end here
     accesses_.push_back(std::move(access));
 }
 
-std::size_t AccessLog::count(std::string_view call) const {
+std::size_t AccessLog::Count(std::string_view call) const {
     return static_cast<std::size_t>(
         std::count_if(accesses_.begin(), accesses_.end(),
                       [call](const Access& access) { return access.call == call; }));
 }
 
-std::vector<std::string> AccessLog::lines() const {
+std::vector<std::string> AccessLog::Lines() const {
     std::vector<std::string> texts;
-    for (const Access& access : accesses_) texts.push_back(access.text());
+    for (const Access& access : accesses_) texts.push_back(access.Text());
     return texts;
 }
 

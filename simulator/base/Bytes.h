@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Bytes that a part of the simulated server owns: a table, a record, a request's data.
+// A sequence of bytes that its holder owns: a table, a record, the data of a request.
 #ifndef TALVANE_SIMULATOR_BASE_BYTES_H
 #define TALVANE_SIMULATOR_BASE_BYTES_H
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// How a request comes to its answer, and how it is logged.
+// Answers a request and logs it.
 
 #include "simulator/bmc/Bmc.h"
 
@@ -14,7 +14,7 @@
 namespace sim {
 namespace {
 
-std::string hexBytes(const Bytes& bytes) {
+std::string HexBytes(const Bytes& bytes) {
     std::string text;
     for (const std::uint8_t byte : bytes) {
         char digits[4];
@@ -26,51 +26,56 @@ std::string hexBytes(const Bytes& bytes) {
 
 }  // namespace
 
-std::string BmcRequest::text() const {
-    const Bmc::Command* const row = Bmc::find(netFn, command);
-    if (row != nullptr) return row->name + hexBytes(data);
-    return "Command" + hexBytes({netFn, command}) + " with" + hexBytes(data);
+std::string BmcRequest::Text() const {
+    const Bmc::Command* const row = Bmc::Find(netFn, command);
+    if (row != nullptr) return row->name + HexBytes(data);
+    return "Command" + HexBytes({netFn, command}) + " with" + HexBytes(data);
 }
 
 Bmc::Bmc(Clock clock, AccessLog& log) : clock_(std::move(clock)), log_(log) {}
 
-Bmc::Reply Bmc::execute(const BmcRequest& request) {
-    const Command* const row = find(request.netFn, request.command);
+Bmc::Reply Bmc::Execute(const BmcRequest& request) {
+    const Command* const row = Find(request.netFn, request.command);
     if (row == nullptr) return {kUnknownCommand, {}};
-    if (request.data.size() < row->leastData) return {kWrongLength, {}};
+    if (request.data.size() < row->minData) return {kWrongLength, {}};
     return (this->*row->run)(request.data);
 }
 
-void Bmc::carryOut(BmcRequest& request) {
-    Reply reply = execute(request);
+void Bmc::CarryOut(BmcRequest& request) {
+    Reply reply = Execute(request);
     request.completion = reply.completion;
     request.response = std::move(reply.data);
 }
 
-void Bmc::answer(BmcRequest& request) {
+void Bmc::Answer(BmcRequest& request) {
     const std::optional<Bytes> given = interceptor_ ? interceptor_(request) : std::nullopt;
-    const std::optional<BmcFault> fault = given ? std::nullopt : strike(request);
+    const std::optional<BmcFault> fault = given ? std::nullopt : TakeFaultFor(request);
     if (given)
         request.response = *given;
     else if (fault)
-        answerWith(*fault, request);
+        AnswerWithFault(*fault, request);
     else
-        carryOut(request);
-    log_.add({"bmc", request.asked(), request.answered()});
-    log_.add({"ipmi", request.text(),
+        CarryOut(request);
+    log_.Add({"bmc", request.DescribeRequest(), request.DescribeResponse()});
+    log_.Add({"ipmi", request.Text(),
               request.error != 0
-                  ? "-1 " + errorName(request.error)
-                  : hexBytes({request.completion}).substr(1) + hexBytes(request.response)});
+                  ? "-1 " + ErrorName(request.error)
+                  : HexBytes({request.completion}).substr(1) + HexBytes(request.response)});
     requests_.push_back(request);
 }
 
-std::vector<std::string> Bmc::requestTexts() const {
+std::vector<std::string> Bmc::RequestTexts() const {
     std::vector<std::string> texts;
-    for (const BmcRequest& request : requests_) texts.push_back(request.text());
+    for (const BmcRequest& request : requests_) texts.push_back(request.Text());
     return texts;
 }
 
-std::size_t Bmc::count(std::uint8_t netFn, std::uint8_t command) const {
+std::size_t Bmc::Count(std::string_view command) const {
+    const Command& row = FindByName(command);
+    return Count(row.netFn, row.command);
+}
+
+std::size_t Bmc::Count(std::uint8_t netFn, std::uint8_t command) const {
     return static_cast<std::size_t>(
         std::count_if(requests_.begin(), requests_.end(), [=](const BmcRequest& request) {
             return request.netFn == netFn && request.command == command;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The baseboard management controller of a simulated server: what it holds, and the IPMI commands
-// that it answers. Commands that it does not know are answered with completion code C1, as the
-// standard asks (IPMI 2.0, 5.2).
+// that it answers. It answers a command that it does not know with completion code C1, as the
+// standard requires (IPMI 2.0, 5.2).
 #ifndef TALVANE_SIMULATOR_BMC_BMC_H
 #define TALVANE_SIMULATOR_BMC_BMC_H
 
@@ -25,7 +25,7 @@ namespace sim {
 
 class AccessLog;
 
-// One request as the driver was handed it, and what came back.
+// One request as the driver received it, and what came back.
 struct BmcRequest {
     std::uint8_t netFn = 0;
     std::uint8_t command = 0;
@@ -36,20 +36,22 @@ struct BmcRequest {
     Bytes data;
     std::uint8_t completion = 0;
     Bytes response;
-    int error = 0;  // errno when the driver's call failed
+    int error = 0;  // errno of the driver's call; 0 when it succeeded
 
-    // In bytes, "Get SDR 00 00 00 00 00 FF": the command's name, or its numbers, and the data.
-    std::string text() const;
+    // The command and its data bytes: "Get SDR 00 00 00 00 00 FF". An unknown command shows its
+    // two numbers in place of the name.
+    std::string Text() const;
 
-    // For people: "Get SDR 0x0003", and "64 bytes, next 0x0004".
-    std::string asked() const;
-    std::string answered() const;
+    // The request and its response for people: "Get SDR 0x0003", and "64 bytes, next 0x0004".
+    std::string DescribeRequest() const;
+    std::string DescribeResponse() const;
 };
 
 // In the order of the threshold masks.
 struct BmcThresholds {
     std::uint8_t readable = 0;
-    std::array<std::uint8_t, 6> values{};  // lower non-critical, critical, non-recoverable; upper
+    std::array<std::uint8_t, 6>
+        values{};  // lower non-critical, critical, non-recoverable; then upper
 };
 
 struct BmcWatchdog {
@@ -59,8 +61,8 @@ struct BmcWatchdog {
     std::uint8_t expirationFlags = 0;
     unsigned initial = 0;  // tenths of a second
     bool running = false;
-    bool initialised = false;  // was set since power-on
-    bool expired = false;      // has counted down since it was set
+    bool initialised = false;  // was set after power-on
+    bool expired = false;      // has counted down after it was set
 };
 
 struct BmcChannel {
@@ -68,24 +70,24 @@ struct BmcChannel {
     std::uint8_t protocol = 0;
 };
 
-// What can be wrong with a record of the repository.
+// How a record of the repository can deviate from a sound one.
 struct BmcRecordQuirks {
-    std::optional<std::size_t> delivered;        // Get SDR gives no more of it than this
-    std::map<std::size_t, std::uint8_t> reread;  // bytes as every read but the first shows them
+    std::optional<std::size_t> delivered;        // Get SDR returns at most this many bytes of it
+    std::map<std::size_t, std::uint8_t> reread;  // bytes that differ from the second read on
 };
 
-// What befalls a request.
+// What goes wrong with a request.
 struct BmcFault {
     enum class Kind {
-        refused,  // answered with the completion code `value`, and not carried out
-        cut,      // carried out; `value` bytes of the response arrive at most
-        stale,    // carried out, and answered with the response to the request before
-        fails     // the driver's call fails with the errno `value`
+        kRefused,  // not carried out; answered with the completion code `value`
+        kCut,      // carried out; at most `value` bytes of the response arrive
+        kStale,    // carried out; answered with the response to the previous request
+        kFails     // the driver's call fails with the errno `value`
     };
     std::uint8_t netFn = 0;
     std::uint8_t command = 0;
-    unsigned nth = 0;  // of these requests, counted from 1; 0 for each
-    Kind kind = Kind::refused;
+    unsigned nth = 0;  // which request of this command, counted from 1; 0 for every one
+    Kind kind = Kind::kRefused;
     unsigned value = 0;
 };
 
@@ -93,79 +95,84 @@ class Bmc {
 public:
     using Clock = std::function<std::chrono::seconds()>;
 
-    // The clock gives the time for the watchdog; the log is told each request.
+    // The clock gives the machine's time, for the watchdog and for timelines. Every request is
+    // added to the log.
     Bmc(Clock clock, AccessLog& log);
 
-    // Sensor data records, in the repository's order. Each gets the next record ID unless its own
-    // is to be kept; std::invalid_argument for one that is there already. A record that names a
-    // sensor gives it a reading of 0 and readable thresholds of 0.
-    void add(const SdrRecord& record) { addRecord(record.bytes()); }
-    void addRecord(Bytes record, bool keepId = false, BmcRecordQuirks quirks = {});
+    // Appends a sensor data record to the repository. The record gets the next record ID unless it
+    // keeps its own; std::invalid_argument when that ID is taken. A sensor that the record names
+    // starts with a reading of 0 and no readable threshold.
+    void Add(const SdrRecord& record) { AddRecord(record.Image()); }
+    void AddRecord(Bytes record, bool keepId = false, BmcRecordQuirks quirks = {});
 
-    // What `ipmitool sdr dump` wrote, record IDs kept. std::runtime_error when it is no such dump.
-    void loadRepository(std::span<const std::uint8_t> dump);
+    // Appends the records that `ipmitool sdr dump` wrote, with their IDs. std::runtime_error when
+    // the bytes are not such a dump.
+    void LoadRepository(std::span<const std::uint8_t> dump);
 
-    bool hasRecord(std::uint16_t id) const;
+    bool HasRecord(std::uint16_t id) const;
 
-    // What Get SDR Repository Info claims in place of the truth.
-    void setRepositoryCount(std::uint16_t count) { claimedCount_ = count; }
+    // The number of records that Get SDR Repository Info claims, whatever the truth is.
+    void SetRepositoryCount(std::uint16_t count) { claimedCount_ = count; }
 
-    // The record ID that Get SDR names behind this one, whatever follows it.
-    void setNextRecord(std::uint16_t id, std::uint16_t next) { nextIds_[id] = next; }
+    // The record ID that Get SDR names as the one after this record, whatever really follows.
+    void SetNextRecord(std::uint16_t id, std::uint16_t next) { nextIds_[id] = next; }
 
-    // Sensors, by number; those of the repository and any other. A value holds from its moment of
-    // the machine's time on.
-    void setReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from = {});
-    void setUnavailable(std::uint8_t sensor, std::chrono::seconds from = {});
-    void setStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high = 0,
+    // What a sensor shows, by sensor number; the sensor need not be in the repository. A value
+    // holds from the moment `from` of the machine's time on.
+    void SetReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from = {});
+    void SetUnavailable(std::uint8_t sensor, std::chrono::seconds from = {});
+    void SetStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high = 0,
                    std::chrono::seconds from = {});
-    void setTimeline(std::uint8_t sensor, BmcTimeline timeline);
+    void SetTimeline(std::uint8_t sensor, BmcTimeline timeline);
 
-    // Readings and states that the source gives from now on, by sensor, stand in place of the ones
-    // set here. It is asked whenever a sensor is.
+    // From now on the readings and states of the source, by sensor number, replace the ones set
+    // here. The source is asked at every request for a reading.
     using TimelineSource = std::function<const std::map<std::uint8_t, BmcTimeline>&()>;
-    void follow(TimelineSource source) { timelineSource_ = std::move(source); }
-    void setThresholds(std::uint8_t sensor, const BmcThresholds& thresholds);
-    BmcThresholds thresholds(std::uint8_t sensor) const;
+    void Follow(TimelineSource source) { timelineSource_ = std::move(source); }
+    void SetThresholds(std::uint8_t sensor, const BmcThresholds& thresholds);
+    BmcThresholds Thresholds(std::uint8_t sensor) const;
 
-    void setInventory(Bytes image) { inventory_ = std::move(image); }
-    void setFirmware(std::uint8_t major, std::uint8_t minorBcd);
-    void setChannel(std::uint8_t number, BmcChannel channel);
+    void SetInventory(Bytes image) { inventory_ = std::move(image); }
+    void SetFirmware(std::uint8_t major, std::uint8_t minorBcd);
+    void SetChannel(std::uint8_t number, BmcChannel channel);
 
-    // The watchdog as it stands now: stopped once it has counted down.
-    BmcWatchdog watchdog();
-    unsigned watchdogPresent();  // what is left, in tenths of a second
-    int watchdogExpirations();   // since power-on
+    // The watchdog as it is now: stopped after it has counted down.
+    BmcWatchdog Watchdog();
+    unsigned WatchdogPresent();  // the time left, in tenths of a second
+    int WatchdogExpirations();   // how often it has counted down since power-on
 
-    // As if something else than the program had set and started it.
-    void startWatchdog(std::uint8_t action, std::uint16_t seconds);
+    // Sets and starts it, as firmware does before the program runs.
+    void StartWatchdog(std::uint8_t action, std::uint16_t seconds);
 
-    // Once it runs it counts down whatever Set Watchdog Timer says.
-    void makeWatchdogUnstoppable() { watchdogStops_ = false; }
+    // Once it runs it goes on counting down, whatever Set Watchdog Timer says.
+    void MakeWatchdogUnstoppable() { watchdogStops_ = false; }
 
-    // LAN parameters that were set, by channel and selector.
-    const std::map<std::pair<std::uint8_t, std::uint8_t>, Bytes>& lan() const { return lan_; }
+    // The LAN parameters that were set, by channel and parameter number.
+    const std::map<std::pair<std::uint8_t, std::uint8_t>, Bytes>& Lan() const { return lan_; }
 
-    // Users whose password was set or who were switched off: the bytes behind the user ID.
-    const std::map<std::uint8_t, Bytes>& users() const { return users_; }
+    // The last Set User Password request for each user ID: the bytes after the ID.
+    const std::map<std::uint8_t, Bytes>& Users() const { return users_; }
 
-    // What the next requests are answered with in place of the controller: nothing for the
-    // controller's own answer, else the response, empty for none at all.
+    // From now on the interceptor sees every request first. It returns nothing when the controller
+    // is to answer, or the response to give instead, which may be empty.
     using Interceptor = std::function<std::optional<Bytes>(const BmcRequest&)>;
-    void intercept(Interceptor interceptor) { interceptor_ = std::move(interceptor); }
+    void Intercept(Interceptor interceptor) { interceptor_ = std::move(interceptor); }
 
-    // From now on. std::invalid_argument for commands that the controller does not know.
-    void inject(const BmcFault& fault);
-    void inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
+    // Adds a fault that counts requests from now on. std::invalid_argument for a command that the
+    // controller does not know.
+    void Inject(const BmcFault& fault);
+    void Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
 
-    // Every request so far, in order, and those of one command.
-    const std::vector<BmcRequest>& requests() const { return requests_; }
-    std::vector<std::string> requestTexts() const;
-    std::size_t count(std::uint8_t netFn, std::uint8_t command) const;
-    void forgetRequests() { requests_.clear(); }
+    // Every request so far, in order; their texts; how many were for one command, which is given by
+    // its numbers or by its name. std::invalid_argument for a name that the controller does not know.
+    const std::vector<BmcRequest>& Requests() const { return requests_; }
+    std::vector<std::string> RequestTexts() const;
+    std::size_t Count(std::string_view command) const;
+    std::size_t Count(std::uint8_t netFn, std::uint8_t command) const;
+    void ForgetRequests() { requests_.clear(); }
 
     // Answers a request: fills in its completion code and response.
-    void answer(BmcRequest& request);
+    void Answer(BmcRequest& request);
 
 private:
     struct Reply {
@@ -175,12 +182,13 @@ private:
     struct Command {
         std::uint8_t netFn;
         std::uint8_t command;
-        std::size_t leastData;
+        std::size_t minData;
         const char* name;
         Reply (Bmc::*run)(const Bytes& data);
-        std::string (*asked)(const Bytes& data);  // for people; null when there are no data
-        std::size_t leastResponse;
-        std::string (*answered)(const Bytes& response);  // null when there is no response
+        std::string (*describeRequest)(const Bytes& data);  // null when the request has no data
+        std::size_t minResponse;
+        std::string (*describeResponse)(
+            const Bytes& response);  // null when the response has no data
     };
     struct SensorState {
         BmcTimeline timeline;
@@ -196,31 +204,32 @@ private:
         bool wasRead = false;
     };
 
-    static std::span<const Command> commands();
-    static const Command* find(std::uint8_t netFn, std::uint8_t command);
+    static std::span<const Command> Commands();
+    static const Command* Find(std::uint8_t netFn, std::uint8_t command);
+    static const Command& FindByName(std::string_view name);
     friend struct BmcRequest;
 
-    Reply execute(const BmcRequest& request);
-    void carryOut(BmcRequest& request);
-    std::optional<BmcFault> strike(const BmcRequest& request);
-    void answerWith(const BmcFault& fault, BmcRequest& request);
-    std::optional<Shown> shownNow(std::uint8_t sensor);
-    Reply getDeviceId(const Bytes& data);
-    Reply resetWatchdog(const Bytes& data);
-    Reply setWatchdog(const Bytes& data);
-    Reply getWatchdog(const Bytes& data);
-    Reply getChannelInfo(const Bytes& data);
-    Reply setUserPassword(const Bytes& data);
-    Reply setLanParameter(const Bytes& data);
-    Reply getInventoryArea(const Bytes& data);
-    Reply readInventory(const Bytes& data);
-    Reply getRepositoryInfo(const Bytes& data);
-    Reply reserveRepository(const Bytes& data);
-    Reply getRecord(const Bytes& data);
-    Reply getReading(const Bytes& data);
-    Reply getThresholds(const Bytes& data);
-    Reply setThresholdValues(const Bytes& data);
-    void countDown();
+    Reply Execute(const BmcRequest& request);
+    void CarryOut(BmcRequest& request);
+    std::optional<BmcFault> TakeFaultFor(const BmcRequest& request);
+    void AnswerWithFault(const BmcFault& fault, BmcRequest& request);
+    std::optional<Shown> ShownNow(std::uint8_t sensor);
+    Reply GetDeviceId(const Bytes& data);
+    Reply ResetWatchdog(const Bytes& data);
+    Reply SetWatchdog(const Bytes& data);
+    Reply GetWatchdog(const Bytes& data);
+    Reply GetChannelInfo(const Bytes& data);
+    Reply SetUserPassword(const Bytes& data);
+    Reply SetLanParameter(const Bytes& data);
+    Reply GetInventoryArea(const Bytes& data);
+    Reply ReadInventory(const Bytes& data);
+    Reply GetRepositoryInfo(const Bytes& data);
+    Reply ReserveRepository(const Bytes& data);
+    Reply GetRecord(const Bytes& data);
+    Reply GetReading(const Bytes& data);
+    Reply GetThresholds(const Bytes& data);
+    Reply SetThresholdValues(const Bytes& data);
+    void CountDown();
 
     Clock clock_;
     AccessLog& log_;

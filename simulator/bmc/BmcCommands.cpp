@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// The commands that the controller knows, and how the log tells of them: what was asked and what
-// was answered, in a few words each.
+// The table of the commands that the controller knows, and the few words by which the log describes
+// each request and each response.
 
 #include <cstdio>
+#include <stdexcept>
 
 #include "simulator/base/CallText.h"
 #include "simulator/bmc/Bmc.h"
@@ -13,115 +14,116 @@ namespace sim {
 namespace {
 
 template <typename... Values>
-std::string format(const char* pattern, Values... values) {
+std::string FormatText(const char* pattern, Values... values) {
     char text[96];
     (void)std::snprintf(text, sizeof text, pattern, values...);
     return text;
 }
 
-unsigned word(const Bytes& bytes, std::size_t at) {
+unsigned WordAt(const Bytes& bytes, std::size_t at) {
     return bytes[at] | (unsigned{bytes[at + 1]} << 8);
 }
 
-std::string seconds(unsigned tenths) {
-    return format("%u.%u s", tenths / 10, tenths % 10);
+std::string DescribeSeconds(unsigned tenths) {
+    return FormatText("%u.%u s", tenths / 10, tenths % 10);
 }
 
-std::string threshold(const Bytes& bytes, std::size_t at) {
-    return format("lower %u %u %u, upper %u %u %u", bytes[at], bytes[at + 1], bytes[at + 2],
-                  bytes[at + 3], bytes[at + 4], bytes[at + 5]);
+std::string DescribeSixThresholds(const Bytes& bytes, std::size_t at) {
+    return FormatText("lower %u %u %u, upper %u %u %u", bytes[at], bytes[at + 1], bytes[at + 2],
+                      bytes[at + 3], bytes[at + 4], bytes[at + 5]);
 }
 
-std::string sensorNumber(const Bytes& data) {
-    return format("0x%02X", data[0]);
+std::string DescribeSensorNumber(const Bytes& data) {
+    return FormatText("0x%02X", data[0]);
 }
 
-std::string newThresholds(const Bytes& data) {
-    return format("0x%02X, mask 0x%02X, ", data[0], data[1]) + threshold(data, 2);
+std::string DescribeNewThresholds(const Bytes& data) {
+    return FormatText("0x%02X, mask 0x%02X, ", data[0], data[1]) + DescribeSixThresholds(data, 2);
 }
 
-std::string readThresholds(const Bytes& response) {
-    return format("readable 0x%02X, ", response[0]) + threshold(response, 1);
+std::string DescribeThresholds(const Bytes& response) {
+    return FormatText("readable 0x%02X, ", response[0]) + DescribeSixThresholds(response, 1);
 }
 
-std::string reading(const Bytes& response) {
+std::string DescribeReading(const Bytes& response) {
     constexpr std::uint8_t kUnavailable = 0x20;
     const std::string raw = (response[1] & kUnavailable) != 0
                                 ? "unavailable"
                                 : "reading " + std::to_string(response[0]);
-    return raw + format(", states 0x%02X 0x%02X", response[2],
-                        response.size() > 3 ? response[3] : std::uint8_t{0});
+    return raw + FormatText(", states 0x%02X 0x%02X", response[2],
+                            response.size() > 3 ? response[3] : std::uint8_t{0});
 }
 
-std::string firmware(const Bytes& response) {
-    return format("firmware %u.%02X", response[2] & 0x7Fu, response[3]);
+std::string DescribeFirmware(const Bytes& response) {
+    return FormatText("firmware %u.%02X", response[2] & 0x7Fu, response[3]);
 }
 
-std::string newWatchdog(const Bytes& data) {
-    return format("action %u, ", data[1] & 0x07u) + seconds(word(data, 4));
+std::string DescribeNewWatchdog(const Bytes& data) {
+    return FormatText("action %u, ", data[1] & 0x07u) + DescribeSeconds(WordAt(data, 4));
 }
 
-std::string watchdogNow(const Bytes& response) {
+std::string DescribeWatchdogNow(const Bytes& response) {
     constexpr std::uint8_t kRunning = 0x40;
-    return format("action %u, ", response[1] & 0x07u) + seconds(word(response, 4)) + ", " +
-           seconds(word(response, 6)) + " left, " +
+    return FormatText("action %u, ", response[1] & 0x07u) + DescribeSeconds(WordAt(response, 4)) +
+           ", " + DescribeSeconds(WordAt(response, 6)) + " left, " +
            ((response[0] & kRunning) != 0 ? "running" : "stopped");
 }
 
-std::string channelNumber(const Bytes& data) {
-    return format("%u", data[0] & 0x0Fu);
+std::string DescribeChannelNumber(const Bytes& data) {
+    return FormatText("%u", data[0] & 0x0Fu);
 }
 
-std::string channel(const Bytes& response) {
-    return format("medium %u, protocol %u", response[1], response[2]);
+std::string DescribeChannel(const Bytes& response) {
+    return FormatText("medium %u, protocol %u", response[1], response[2]);
 }
 
-// The password itself stays out of it.
-std::string user(const Bytes& data) {
-    return format("user %u, operation %u", data[0] & 0x3Fu, data[1] & 0x03u);
+// Without the password itself.
+std::string DescribeUser(const Bytes& data) {
+    return FormatText("user %u, operation %u", data[0] & 0x3Fu, data[1] & 0x03u);
 }
 
-std::string lanParameter(const Bytes& data) {
-    return format("channel %u, parameter %u, %zu bytes", data[0] & 0x0Fu, data[1], data.size() - 2);
+std::string DescribeLanParameter(const Bytes& data) {
+    return FormatText("channel %u, parameter %u, %zu bytes", data[0] & 0x0Fu, data[1],
+                      data.size() - 2);
 }
 
-std::string inventoryDevice(const Bytes& data) {
-    return format("device %u", data[0]);
+std::string DescribeInventoryDevice(const Bytes& data) {
+    return FormatText("device %u", data[0]);
 }
 
-std::string inventorySize(const Bytes& response) {
-    return format("%u bytes", word(response, 0));
+std::string DescribeInventorySize(const Bytes& response) {
+    return FormatText("%u bytes", WordAt(response, 0));
 }
 
-std::string inventoryPlace(const Bytes& data) {
-    return format("device %u, 0x%04X, %u bytes", data[0], word(data, 1), data[3]);
+std::string DescribeInventoryPlace(const Bytes& data) {
+    return FormatText("device %u, 0x%04X, %u bytes", data[0], WordAt(data, 1), data[3]);
 }
 
-std::string inventoryRead(const Bytes& response) {
-    return format("%u bytes", response[0]);
+std::string DescribeInventoryBytes(const Bytes& response) {
+    return FormatText("%u bytes", response[0]);
 }
 
-std::string repositoryInfo(const Bytes& response) {
-    return format("%u records", word(response, 1));
+std::string DescribeRepositoryInfo(const Bytes& response) {
+    return FormatText("%u records", WordAt(response, 1));
 }
 
-std::string reservation(const Bytes& response) {
-    return format("reservation 0x%04X", word(response, 0));
+std::string DescribeReservation(const Bytes& response) {
+    return FormatText("reservation 0x%04X", WordAt(response, 0));
 }
 
-std::string recordId(const Bytes& data) {
-    const std::string id = format("0x%04X", word(data, 2));
+std::string DescribeRecordId(const Bytes& data) {
+    const std::string id = FormatText("0x%04X", WordAt(data, 2));
     constexpr std::uint8_t kWhole = 0xFF;
     if (data[4] == 0 && data[5] == kWhole) return id;
-    return id + format(", %u bytes from %u on", data[5], data[4]);
+    return id + FormatText(", %u bytes from %u on", data[5], data[4]);
 }
 
-std::string record(const Bytes& response) {
-    return format("%zu bytes, next 0x%04X", response.size() - 2, word(response, 0));
+std::string DescribeRecord(const Bytes& response) {
+    return FormatText("%zu bytes, next 0x%04X", response.size() - 2, WordAt(response, 0));
 }
 
-// IPMI 2.0, 5.2 and the commands' own.
-std::string refusal(std::uint8_t completion) {
+// Completion codes: the generic ones of IPMI 2.0, 5.2, and those of single commands.
+std::string DescribeRefusal(std::uint8_t completion) {
     struct Meaning {
         std::uint8_t code;
         const char* text;
@@ -139,7 +141,7 @@ std::string refusal(std::uint8_t completion) {
         {0xD5, "not in this state"},
         {0xFF, "unspecified error"},
     };
-    const std::string refused = format("refused, 0x%02X", completion);
+    const std::string refused = FormatText("refused, 0x%02X", completion);
     for (const Meaning& row : kMeanings)
         if (row.code == completion) return refused + " " + row.text;
     return refused;
@@ -148,54 +150,65 @@ std::string refusal(std::uint8_t completion) {
 }  // namespace
 
 // By network function and command; IPMI 2.0, appendix G.
-std::span<const Bmc::Command> Bmc::commands() {
+std::span<const Bmc::Command> Bmc::Commands() {
     static constexpr Command kCommands[] = {
-        {0x04, 0x26, 8, "Set Sensor Thresholds", &Bmc::setThresholdValues, newThresholds, 0,
+        {0x04, 0x26, 8, "Set Sensor Thresholds", &Bmc::SetThresholdValues, DescribeNewThresholds, 0,
          nullptr},
-        {0x04, 0x27, 1, "Get Sensor Thresholds", &Bmc::getThresholds, sensorNumber, 7,
-         readThresholds},
-        {0x04, 0x2D, 1, "Get Sensor Reading", &Bmc::getReading, sensorNumber, 3, reading},
-        {0x06, 0x01, 0, "Get Device ID", &Bmc::getDeviceId, nullptr, 4, firmware},
-        {0x06, 0x22, 0, "Reset Watchdog Timer", &Bmc::resetWatchdog, nullptr, 0, nullptr},
-        {0x06, 0x24, 6, "Set Watchdog Timer", &Bmc::setWatchdog, newWatchdog, 0, nullptr},
-        {0x06, 0x25, 0, "Get Watchdog Timer", &Bmc::getWatchdog, nullptr, 8, watchdogNow},
-        {0x06, 0x42, 1, "Get Channel Info", &Bmc::getChannelInfo, channelNumber, 3, channel},
-        {0x06, 0x47, 2, "Set User Password", &Bmc::setUserPassword, user, 0, nullptr},
-        {0x0A, 0x10, 1, "Get FRU Inventory Area Info", &Bmc::getInventoryArea, inventoryDevice, 3,
-         inventorySize},
-        {0x0A, 0x11, 4, "Read FRU Data", &Bmc::readInventory, inventoryPlace, 1, inventoryRead},
-        {0x0A, 0x20, 0, "Get SDR Repository Info", &Bmc::getRepositoryInfo, nullptr, 3,
-         repositoryInfo},
-        {0x0A, 0x22, 0, "Reserve SDR Repository", &Bmc::reserveRepository, nullptr, 2, reservation},
-        {0x0A, 0x23, 6, "Get SDR", &Bmc::getRecord, recordId, 2, record},
-        {0x0C, 0x01, 3, "Set LAN Configuration Parameters", &Bmc::setLanParameter, lanParameter, 0,
-         nullptr},
+        {0x04, 0x27, 1, "Get Sensor Thresholds", &Bmc::GetThresholds, DescribeSensorNumber, 7,
+         DescribeThresholds},
+        {0x04, 0x2D, 1, "Get Sensor Reading", &Bmc::GetReading, DescribeSensorNumber, 3,
+         DescribeReading},
+        {0x06, 0x01, 0, "Get Device ID", &Bmc::GetDeviceId, nullptr, 4, DescribeFirmware},
+        {0x06, 0x22, 0, "Reset Watchdog Timer", &Bmc::ResetWatchdog, nullptr, 0, nullptr},
+        {0x06, 0x24, 6, "Set Watchdog Timer", &Bmc::SetWatchdog, DescribeNewWatchdog, 0, nullptr},
+        {0x06, 0x25, 0, "Get Watchdog Timer", &Bmc::GetWatchdog, nullptr, 8, DescribeWatchdogNow},
+        {0x06, 0x42, 1, "Get Channel Info", &Bmc::GetChannelInfo, DescribeChannelNumber, 3,
+         DescribeChannel},
+        {0x06, 0x47, 2, "Set User Password", &Bmc::SetUserPassword, DescribeUser, 0, nullptr},
+        {0x0A, 0x10, 1, "Get FRU Inventory Area Info", &Bmc::GetInventoryArea,
+         DescribeInventoryDevice, 3, DescribeInventorySize},
+        {0x0A, 0x11, 4, "Read FRU Data", &Bmc::ReadInventory, DescribeInventoryPlace, 1,
+         DescribeInventoryBytes},
+        {0x0A, 0x20, 0, "Get SDR Repository Info", &Bmc::GetRepositoryInfo, nullptr, 3,
+         DescribeRepositoryInfo},
+        {0x0A, 0x22, 0, "Reserve SDR Repository", &Bmc::ReserveRepository, nullptr, 2,
+         DescribeReservation},
+        {0x0A, 0x23, 6, "Get SDR", &Bmc::GetRecord, DescribeRecordId, 2, DescribeRecord},
+        {0x0C, 0x01, 3, "Set LAN Configuration Parameters", &Bmc::SetLanParameter,
+         DescribeLanParameter, 0, nullptr},
     };
     return kCommands;
 }
 
-const Bmc::Command* Bmc::find(std::uint8_t netFn, std::uint8_t command) {
-    for (const Command& row : commands())
+const Bmc::Command* Bmc::Find(std::uint8_t netFn, std::uint8_t command) {
+    for (const Command& row : Commands())
         if (row.netFn == netFn && row.command == command) return &row;
     return nullptr;
 }
 
-std::string BmcRequest::asked() const {
-    const Bmc::Command* const row = Bmc::find(netFn, command);
-    if (row == nullptr) return format("command 0x%02X of function 0x%02X", command, netFn);
-    if (data.size() < row->leastData) return row->name + format(", %zu bytes", data.size());
-    return row->asked == nullptr ? row->name : row->name + (" " + row->asked(data));
+const Bmc::Command& Bmc::FindByName(std::string_view name) {
+    for (const Command& row : Commands())
+        if (row.name == name) return row;
+    throw std::invalid_argument("the controller knows no command \"" + std::string(name) + "\"");
 }
 
-std::string BmcRequest::answered() const {
-    if (error != 0) return "-1 " + errorName(error);
-    if (completion != 0) return refusal(completion);
-    const Bmc::Command* const row = Bmc::find(netFn, command);
-    if (row != nullptr && row->answered != nullptr && response.size() >= row->leastResponse)
-        return row->answered(response);
-    return response.empty() && (row == nullptr || row->leastResponse == 0)
+std::string BmcRequest::DescribeRequest() const {
+    const Bmc::Command* const row = Bmc::Find(netFn, command);
+    if (row == nullptr) return FormatText("command 0x%02X of function 0x%02X", command, netFn);
+    if (data.size() < row->minData) return row->name + FormatText(", %zu bytes", data.size());
+    return row->describeRequest == nullptr ? row->name
+                                           : row->name + (" " + row->describeRequest(data));
+}
+
+std::string BmcRequest::DescribeResponse() const {
+    if (error != 0) return "-1 " + ErrorName(error);
+    if (completion != 0) return DescribeRefusal(completion);
+    const Bmc::Command* const row = Bmc::Find(netFn, command);
+    if (row != nullptr && row->describeResponse != nullptr && response.size() >= row->minResponse)
+        return row->describeResponse(response);
+    return response.empty() && (row == nullptr || row->minResponse == 0)
                ? "ok"
-               : format("%zu bytes", response.size());
+               : FormatText("%zu bytes", response.size());
 }
 
 }  // namespace sim

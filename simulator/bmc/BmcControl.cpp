@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The controller itself: device ID (IPMI 2.0, 20.1), watchdog timer (27), channels and users (22),
-// LAN parameters (23).
+// Commands about the controller itself: device ID (IPMI 2.0, 20.1), watchdog timer (27), channels
+// and users (22), LAN parameters (23).
 
 #include "simulator/bmc/Bmc.h"
 #include "simulator/bmc/BmcReply.h"
@@ -10,20 +10,20 @@ namespace sim {
 namespace {
 
 constexpr unsigned kTicksASecond = 10;
-constexpr std::uint8_t kDontStop = 0x40;     // of the timer use
-constexpr std::uint8_t kFirmwareUse = 0x02;  // the machine's firmware, while it starts
+constexpr std::uint8_t kDontStop = 0x40;     // bit of the timer use
+constexpr std::uint8_t kFirmwareUse = 0x02;  // BIOS power-on self-test
 
 }  // namespace
 
-void Bmc::setFirmware(std::uint8_t major, std::uint8_t minorBcd) {
+void Bmc::SetFirmware(std::uint8_t major, std::uint8_t minorBcd) {
     firmware_ = {major, minorBcd};
 }
 
-void Bmc::setChannel(std::uint8_t number, BmcChannel channel) {
+void Bmc::SetChannel(std::uint8_t number, BmcChannel channel) {
     channels_[number] = channel;
 }
 
-Bmc::Reply Bmc::getDeviceId(const Bytes&) {
+Bmc::Reply Bmc::GetDeviceId(const Bytes&) {
     constexpr std::uint8_t kId = 0x20;
     constexpr std::uint8_t kRevision = 0x01;
     constexpr std::uint8_t kIpmi2 = 0x02;
@@ -33,39 +33,39 @@ Bmc::Reply Bmc::getDeviceId(const Bytes&) {
         {kId, kRevision, firmware_[0], firmware_[1], kIpmi2, kSensorsAndInventory, 0, 0, 0, 0, 0}};
 }
 
-// Ends a countdown whose time has come.
-void Bmc::countDown() {
-    if (!watchdog_.running || watchdogPresent() != 0) return;
+// Ends the countdown when its time is over.
+void Bmc::CountDown() {
+    if (!watchdog_.running || WatchdogPresent() != 0) return;
     watchdog_.running = false;
     watchdog_.expired = true;
     expirations_ += 1;
 }
 
-unsigned Bmc::watchdogPresent() {
+unsigned Bmc::WatchdogPresent() {
     if (!watchdog_.initialised) return 0;
     if (!watchdog_.running) return watchdog_.expired ? 0 : watchdog_.initial;
     const auto passed = static_cast<unsigned>((clock_() - watchdogStart_).count()) * kTicksASecond;
     return passed >= watchdog_.initial ? 0 : watchdog_.initial - passed;
 }
 
-void Bmc::startWatchdog(std::uint8_t action, std::uint16_t seconds) {
+void Bmc::StartWatchdog(std::uint8_t action, std::uint16_t seconds) {
     const unsigned tenths = seconds * kTicksASecond;
-    (void)setWatchdog({kFirmwareUse, action, 0, 0, low(tenths), high(tenths)});
-    (void)resetWatchdog({});
+    (void)SetWatchdog({kFirmwareUse, action, 0, 0, Low(tenths), High(tenths)});
+    (void)ResetWatchdog({});
 }
 
-BmcWatchdog Bmc::watchdog() {
-    countDown();
+BmcWatchdog Bmc::Watchdog() {
+    CountDown();
     return watchdog_;
 }
 
-int Bmc::watchdogExpirations() {
-    countDown();
+int Bmc::WatchdogExpirations() {
+    CountDown();
     return expirations_;
 }
 
-Bmc::Reply Bmc::setWatchdog(const Bytes& data) {
-    countDown();
+Bmc::Reply Bmc::SetWatchdog(const Bytes& data) {
+    CountDown();
     const bool keepsRunning = watchdog_.running && (!watchdogStops_ || (data[0] & kDontStop) != 0);
     watchdog_ = {.use = data[0],
                  .actions = data[1],
@@ -79,9 +79,9 @@ Bmc::Reply Bmc::setWatchdog(const Bytes& data) {
     return {};
 }
 
-Bmc::Reply Bmc::resetWatchdog(const Bytes&) {
+Bmc::Reply Bmc::ResetWatchdog(const Bytes&) {
     constexpr std::uint8_t kNotInitialised = 0x80;
-    countDown();
+    CountDown();
     if (!watchdog_.initialised) return {kNotInitialised, {}};
     watchdog_.running = true;
     watchdog_.expired = false;
@@ -89,33 +89,33 @@ Bmc::Reply Bmc::resetWatchdog(const Bytes&) {
     return {};
 }
 
-Bmc::Reply Bmc::getWatchdog(const Bytes&) {
-    countDown();
-    const unsigned present = watchdogPresent();
+Bmc::Reply Bmc::GetWatchdog(const Bytes&) {
+    CountDown();
+    const unsigned present = WatchdogPresent();
     constexpr unsigned kRunning = 0x40;
     const unsigned use = watchdog_.use & 0x07u;
     return {0,
-            {low(watchdog_.running ? use | kRunning : use), watchdog_.actions, watchdog_.preTimeout,
-             watchdog_.expirationFlags, low(watchdog_.initial), high(watchdog_.initial),
-             low(present), high(present)}};
+            {Low(watchdog_.running ? use | kRunning : use), watchdog_.actions, watchdog_.preTimeout,
+             watchdog_.expirationFlags, Low(watchdog_.initial), High(watchdog_.initial),
+             Low(present), High(present)}};
 }
 
-Bmc::Reply Bmc::getChannelInfo(const Bytes& data) {
+Bmc::Reply Bmc::GetChannelInfo(const Bytes& data) {
     if (data.size() != 1) return {kWrongLength, {}};
     const auto channel = channels_.find(data[0] & 0x0F);
     if (channel == channels_.end()) return {kInvalidField, {}};
-    // Behind them: session support, vendor, auxiliary information.
+    // The last six bytes: session support, vendor, auxiliary information.
     return {
         0,
         {channel->first, channel->second.medium, channel->second.protocol, 0, 0xF2, 0x1B, 0, 0, 0}};
 }
 
-Bmc::Reply Bmc::setUserPassword(const Bytes& data) {
+Bmc::Reply Bmc::SetUserPassword(const Bytes& data) {
     users_[static_cast<std::uint8_t>(data[0] & 0x3F)] = Bytes(data.begin() + 1, data.end());
     return {};
 }
 
-Bmc::Reply Bmc::setLanParameter(const Bytes& data) {
+Bmc::Reply Bmc::SetLanParameter(const Bytes& data) {
     constexpr std::uint8_t kSetInProgress = 0;
     constexpr std::uint8_t kInProgress = 1;
     constexpr std::uint8_t kOccupied = 0x81;

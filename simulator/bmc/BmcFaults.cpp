@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Requests that are not answered as they should be.
+// Faults of the controller: requests that it does not answer as it should.
 
 #include <algorithm>
 #include <stdexcept>
@@ -9,24 +9,20 @@
 
 namespace sim {
 
-void Bmc::inject(const BmcFault& fault) {
-    if (find(fault.netFn, fault.command) == nullptr)
+void Bmc::Inject(const BmcFault& fault) {
+    if (Find(fault.netFn, fault.command) == nullptr)
         throw std::invalid_argument("the controller knows no such command");
     faults_.push_back(fault);
 }
 
-void Bmc::inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth) {
-    for (const Command& row : commands()) {
-        if (row.name != command) continue;
-        faults_.push_back({row.netFn, row.command, nth, kind, value});
-        return;
-    }
-    throw std::invalid_argument("the controller knows no command \"" + std::string(command) + "\"");
+void Bmc::Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth) {
+    const Command& row = FindByName(command);
+    faults_.push_back({row.netFn, row.command, nth, kind, value});
 }
 
-// The fault that this request meets: counts it for each that waits for its command, and drops the
-// ones whose request it is.
-std::optional<BmcFault> Bmc::strike(const BmcRequest& request) {
+// Counts the request for every fault that waits for its command. Returns the first fault that is
+// due and drops all that are due and strike once.
+std::optional<BmcFault> Bmc::TakeFaultFor(const BmcRequest& request) {
     std::optional<BmcFault> met;
     for (auto fault = faults_.begin(); fault != faults_.end();) {
         const bool isMeant = fault->netFn == request.netFn && fault->command == request.command;
@@ -41,20 +37,24 @@ std::optional<BmcFault> Bmc::strike(const BmcRequest& request) {
     return met;
 }
 
-void Bmc::answerWith(const BmcFault& fault, BmcRequest& request) {
-    if (fault.kind == BmcFault::Kind::refused) {
-        request.completion = static_cast<std::uint8_t>(fault.value);
-        return;
+void Bmc::AnswerWithFault(const BmcFault& fault, BmcRequest& request) {
+    // No default: the compiler names a kind that is missing here.
+    switch (fault.kind) {
+        case BmcFault::Kind::kRefused:
+            request.completion = static_cast<std::uint8_t>(fault.value);
+            return;
+        case BmcFault::Kind::kFails:
+            request.error = static_cast<int>(fault.value);
+            return;
+        case BmcFault::Kind::kCut:
+            CarryOut(request);
+            request.response.resize(std::min<std::size_t>(request.response.size(), fault.value));
+            return;
+        case BmcFault::Kind::kStale:
+            CarryOut(request);
+            request.response = requests_.empty() ? Bytes{} : requests_.back().response;
+            return;
     }
-    if (fault.kind == BmcFault::Kind::fails) {
-        request.error = static_cast<int>(fault.value);
-        return;
-    }
-    carryOut(request);
-    if (fault.kind == BmcFault::Kind::cut)
-        request.response.resize(std::min<std::size_t>(request.response.size(), fault.value));
-    else
-        request.response = requests_.empty() ? Bytes{} : requests_.back().response;
 }
 
 }  // namespace sim

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// What the controller's replies are made of: completion codes (IPMI 2.0, 5.2) and the two bytes of
-// 16-bit values, the lower one first.
+// Parts of the controller's replies: completion codes (IPMI 2.0, 5.2), and the two bytes of a
+// 16-bit value, which is sent low byte first.
 #ifndef TALVANE_SIMULATOR_BMC_BMCREPLY_H
 #define TALVANE_SIMULATOR_BMC_BMCREPLY_H
 
@@ -16,11 +16,11 @@ inline constexpr std::uint8_t kOutOfRange = 0xC9;
 inline constexpr std::uint8_t kNotPresent = 0xCB;
 inline constexpr std::uint8_t kInvalidField = 0xCC;
 
-constexpr std::uint8_t low(std::size_t value) {
+constexpr std::uint8_t Low(std::size_t value) {
     return static_cast<std::uint8_t>(value & 0xFF);
 }
 
-constexpr std::uint8_t high(std::size_t value) {
+constexpr std::uint8_t High(std::size_t value) {
     return static_cast<std::uint8_t>((value >> 8) & 0xFF);
 }
 

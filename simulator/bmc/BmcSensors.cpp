@@ -7,54 +7,54 @@
 
 namespace sim {
 
-void Bmc::setReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from) {
+void Bmc::SetReading(std::uint8_t sensor, std::uint8_t raw, std::chrono::seconds from) {
     sensors_[sensor].timeline.readings[from] = {raw, true};
 }
 
-void Bmc::setUnavailable(std::uint8_t sensor, std::chrono::seconds from) {
+void Bmc::SetUnavailable(std::uint8_t sensor, std::chrono::seconds from) {
     sensors_[sensor].timeline.readings[from] = {0, false};
 }
 
-void Bmc::setStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high,
+void Bmc::SetStates(std::uint8_t sensor, std::uint8_t low, std::uint8_t high,
                     std::chrono::seconds from) {
     sensors_[sensor].timeline.states[from] = {low, high};
 }
 
-void Bmc::setTimeline(std::uint8_t sensor, BmcTimeline timeline) {
+void Bmc::SetTimeline(std::uint8_t sensor, BmcTimeline timeline) {
     sensors_[sensor].timeline = std::move(timeline);
 }
 
-void Bmc::setThresholds(std::uint8_t sensor, const BmcThresholds& thresholds) {
+void Bmc::SetThresholds(std::uint8_t sensor, const BmcThresholds& thresholds) {
     sensors_[sensor].thresholds = thresholds;
 }
 
-BmcThresholds Bmc::thresholds(std::uint8_t sensor) const {
+BmcThresholds Bmc::Thresholds(std::uint8_t sensor) const {
     const auto found = sensors_.find(sensor);
     return found == sensors_.end() ? BmcThresholds{} : found->second.thresholds;
 }
 
-// The sensor as it stands now; nothing when neither a record nor a person names it.
-std::optional<Bmc::Shown> Bmc::shownNow(std::uint8_t sensor) {
+// What the sensor shows now; nothing when there is no such sensor.
+std::optional<Bmc::Shown> Bmc::ShownNow(std::uint8_t sensor) {
     const std::chrono::seconds now = clock_();
     const auto own = sensors_.find(sensor);
     std::optional<Shown> shown;
     if (own != sensors_.end()) {
         const BmcTimeline& timeline = own->second.timeline;
-        shown.emplace(Shown{valueAt(timeline.readings, now).value_or(BmcReading{}),
-                            valueAt(timeline.states, now).value_or(BmcStates{})});
+        shown.emplace(Shown{ValueAt(timeline.readings, now).value_or(BmcReading{}),
+                            ValueAt(timeline.states, now).value_or(BmcStates{})});
     }
     if (!timelineSource_) return shown;
     const auto& timelines = timelineSource_();
     const auto controlled = timelines.find(sensor);
     if (controlled == timelines.end()) return shown;
     if (!shown) shown.emplace();
-    shown->reading = valueAt(controlled->second.readings, now).value_or(shown->reading);
-    shown->states = valueAt(controlled->second.states, now).value_or(shown->states);
+    shown->reading = ValueAt(controlled->second.readings, now).value_or(shown->reading);
+    shown->states = ValueAt(controlled->second.states, now).value_or(shown->states);
     return shown;
 }
 
-Bmc::Reply Bmc::getReading(const Bytes& data) {
-    const std::optional<Shown> shown = shownNow(data[0]);
+Bmc::Reply Bmc::GetReading(const Bytes& data) {
+    const std::optional<Shown> shown = ShownNow(data[0]);
     if (!shown) return {kNotPresent, {}};
     constexpr std::uint8_t kScanning = 0xC0;  // event messages and scanning enabled
     constexpr std::uint8_t kUnavailable = 0x20;
@@ -62,7 +62,7 @@ Bmc::Reply Bmc::getReading(const Bytes& data) {
     return {0, {shown->reading.raw, flags, shown->states[0], shown->states[1]}};
 }
 
-Bmc::Reply Bmc::getThresholds(const Bytes& data) {
+Bmc::Reply Bmc::GetThresholds(const Bytes& data) {
     const auto sensor = sensors_.find(data[0]);
     if (sensor == sensors_.end()) return {kNotPresent, {}};
     const BmcThresholds& thresholds = sensor->second.thresholds;
@@ -71,7 +71,7 @@ Bmc::Reply Bmc::getThresholds(const Bytes& data) {
     return {0, reply};
 }
 
-Bmc::Reply Bmc::setThresholdValues(const Bytes& data) {
+Bmc::Reply Bmc::SetThresholdValues(const Bytes& data) {
     const auto sensor = sensors_.find(data[0]);
     if (sensor == sensors_.end()) return {kNotPresent, {}};
     auto& values = sensor->second.thresholds.values;

@@ -14,25 +14,25 @@ namespace {
 
 constexpr std::uint8_t kWholeRecord = 0xFF;
 
-unsigned idOf(const Bytes& record) {
+unsigned RecordId(const Bytes& record) {
     return record[0] | (unsigned{record[1]} << 8);
 }
 
 }  // namespace
 
-void Bmc::addRecord(Bytes record, bool keepId, BmcRecordQuirks quirks) {
+void Bmc::AddRecord(Bytes record, bool keepId, BmcRecordQuirks quirks) {
     if (record.size() < SdrRecord::kHeaderSize)
         throw std::invalid_argument("a sensor data record has a header of 5 bytes");
     if (!keepId) {
-        const std::size_t id = records_.empty() ? 0 : idOf(records_.back().bytes) + 1;
-        record[0] = low(id);
-        record[1] = high(id);
+        const std::size_t id = records_.empty() ? 0 : RecordId(records_.back().bytes) + 1;
+        record[0] = Low(id);
+        record[1] = High(id);
     }
-    const auto id = static_cast<std::uint16_t>(idOf(record));
-    constexpr std::uint16_t kEnd = 0xFFFF;  // in place of the ID behind the last record's
-    if (id == kEnd) throw std::invalid_argument("0xFFFF is no ID of a record");
-    if (hasRecord(id))
-        throw std::invalid_argument("the repository has a record " + hex(id) + " already");
+    const auto id = static_cast<std::uint16_t>(RecordId(record));
+    constexpr std::uint16_t kEnd = 0xFFFF;  // named as the next record after the last one
+    if (id == kEnd) throw std::invalid_argument("0xFFFF marks the end and is not a record ID");
+    if (HasRecord(id))
+        throw std::invalid_argument("the repository has a record " + Hex(id) + " already");
     constexpr std::size_t kNumber = 7;
     constexpr std::uint8_t kFullSensor = 1;
     constexpr std::uint8_t kCompactSensor = 2;
@@ -44,43 +44,43 @@ void Bmc::addRecord(Bytes record, bool keepId, BmcRecordQuirks quirks) {
     records_.push_back({std::move(record), std::move(quirks)});
 }
 
-bool Bmc::hasRecord(std::uint16_t id) const {
+bool Bmc::HasRecord(std::uint16_t id) const {
     return std::any_of(records_.begin(), records_.end(),
-                       [id](const Record& record) { return idOf(record.bytes) == id; });
+                       [id](const Record& record) { return RecordId(record.bytes) == id; });
 }
 
-void Bmc::loadRepository(std::span<const std::uint8_t> dump) {
+void Bmc::LoadRepository(std::span<const std::uint8_t> dump) {
     while (!dump.empty()) {
         const std::size_t size =
             dump.size() < SdrRecord::kHeaderSize ? 0 : SdrRecord::kHeaderSize + dump[4];
         if (size == 0 || size > dump.size())
-            throw std::runtime_error("no dump of a sensor data record repository");
-        addRecord(Bytes(dump.begin(), dump.begin() + static_cast<std::ptrdiff_t>(size)), true);
+            throw std::runtime_error("not a dump of a sensor data record repository");
+        AddRecord(Bytes(dump.begin(), dump.begin() + static_cast<std::ptrdiff_t>(size)), true);
         dump = dump.subspan(size);
     }
 }
 
-Bmc::Reply Bmc::getRepositoryInfo(const Bytes&) {
+Bmc::Reply Bmc::GetRepositoryInfo(const Bytes&) {
     constexpr std::uint8_t kVersion = 0x51;
     Bytes info(14);
     info[0] = kVersion;
     const std::size_t count = claimedCount_ ? *claimedCount_ : records_.size();
-    info[1] = low(count);
-    info[2] = high(count);
+    info[1] = Low(count);
+    info[2] = High(count);
     return {0, info};
 }
 
-Bmc::Reply Bmc::reserveRepository(const Bytes&) {
+Bmc::Reply Bmc::ReserveRepository(const Bytes&) {
     reservation_ = static_cast<std::uint16_t>(reservation_ + 1);
-    return {0, {low(reservation_), high(reservation_)}};
+    return {0, {Low(reservation_), High(reservation_)}};
 }
 
-Bmc::Reply Bmc::getRecord(const Bytes& data) {
+Bmc::Reply Bmc::GetRecord(const Bytes& data) {
     constexpr unsigned kFirst = 0x0000;
     const unsigned wanted = data[2] | (unsigned{data[3]} << 8);
     const auto record =
         std::find_if(records_.begin(), records_.end(), [=](const Record& candidate) {
-            return wanted == kFirst || idOf(candidate.bytes) == wanted;
+            return wanted == kFirst || RecordId(candidate.bytes) == wanted;
         });
     if (record == records_.end()) return {kNotPresent, {}};
     Bytes bytes = record->bytes;
@@ -88,8 +88,8 @@ Bmc::Reply Bmc::getRecord(const Bytes& data) {
         for (const auto& [offset, value] : record->quirks.reread) bytes[offset] = value;
     record->wasRead = true;
     const auto next = record + 1;
-    unsigned nextId = next == records_.end() ? 0xFFFF : idOf(next->bytes);
-    if (const auto given = nextIds_.find(static_cast<std::uint16_t>(idOf(record->bytes)));
+    unsigned nextId = next == records_.end() ? 0xFFFF : RecordId(next->bytes);
+    if (const auto given = nextIds_.find(static_cast<std::uint16_t>(RecordId(record->bytes)));
         given != nextIds_.end())
         nextId = given->second;
 
@@ -99,24 +99,24 @@ Bmc::Reply Bmc::getRecord(const Bytes& data) {
         std::min(bytes.size(), record->quirks.delivered.value_or(bytes.size()));
     const std::size_t left = there - std::min(offset, there);
     const std::size_t count = data[5] == kWholeRecord ? left : std::min<std::size_t>(data[5], left);
-    Bytes reply{low(nextId), high(nextId)};
+    Bytes reply{Low(nextId), High(nextId)};
     const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(std::min(offset, there));
     reply.insert(reply.end(), begin, begin + static_cast<std::ptrdiff_t>(count));
     return {0, reply};
 }
 
-Bmc::Reply Bmc::getInventoryArea(const Bytes& data) {
+Bmc::Reply Bmc::GetInventoryArea(const Bytes& data) {
     if (data[0] != 0 || inventory_.empty()) return {kNotPresent, {}};
     constexpr std::uint8_t kByBytes = 0;
-    return {0, {low(inventory_.size()), high(inventory_.size()), kByBytes}};
+    return {0, {Low(inventory_.size()), High(inventory_.size()), kByBytes}};
 }
 
-Bmc::Reply Bmc::readInventory(const Bytes& data) {
+Bmc::Reply Bmc::ReadInventory(const Bytes& data) {
     if (data[0] != 0 || inventory_.empty()) return {kNotPresent, {}};
     const std::size_t offset = data[1] | (std::size_t{data[2]} << 8);
     if (offset >= inventory_.size()) return {kOutOfRange, {}};
     const std::size_t count = std::min<std::size_t>(data[3], inventory_.size() - offset);
-    Bytes reply{low(count)};
+    Bytes reply{Low(count)};
     reply.insert(reply.end(), inventory_.begin() + static_cast<std::ptrdiff_t>(offset),
                  inventory_.begin() + static_cast<std::ptrdiff_t>(offset + count));
     return {0, reply};

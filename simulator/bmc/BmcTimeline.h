@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What a sensor shows over the machine's time: each value holds from its moment until the next.
+// What a sensor shows over the machine's time. Each value holds from its moment until the next.
 #ifndef TALVANE_SIMULATOR_BMC_BMCTIMELINE_H
 #define TALVANE_SIMULATOR_BMC_BMCTIMELINE_H
 
@@ -25,13 +25,13 @@ struct BmcTimeline {
     std::map<std::chrono::seconds, BmcStates> states;
 };
 
-// Nothing before the first moment.
+// The value that holds at `now`; nothing before the first moment.
 template <typename Value>
-std::optional<Value> valueAt(const std::map<std::chrono::seconds, Value>& timeline,
+std::optional<Value> ValueAt(const std::map<std::chrono::seconds, Value>& timeline,
                              std::chrono::seconds now) {
-    const auto behind = timeline.upper_bound(now);
-    if (behind == timeline.begin()) return std::nullopt;
-    return std::prev(behind)->second;
+    const auto next = timeline.upper_bound(now);
+    if (next == timeline.begin()) return std::nullopt;
+    return std::prev(next)->second;
 }
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A management controller while its description is being read.
+// What a machine description has said about the management controller so far.
 #ifndef TALVANE_SIMULATOR_DESCRIPTION_BMCDRAFT_H
 #define TALVANE_SIMULATOR_DESCRIPTION_BMCDRAFT_H
 
@@ -18,17 +18,17 @@ namespace sim {
 
 class Machine;
 
-// A sensor data record of its own, or a dump of many.
+// One sensor data record, or a dump of many.
 struct RecordDraft {
-    std::optional<SdrRecord> sensor;  // of a sensor statement, whose fields follow
-    Bytes bytes;                      // of a record statement, or a dump
+    std::optional<SdrRecord> sensor;  // from a `sensor` statement and its field statements
+    Bytes bytes;                      // from a `record` statement, or the dump
     bool isDump;
     MachineLine line;
-    std::map<std::string, int> fields = {};  // field statements of the record, and their lines
+    std::map<std::string, int> fields = {};  // the record's field statements, and their lines
     BmcRecordQuirks quirks = {};
 };
 
-// What is said of a record that may follow further down.
+// The record that Get SDR names as the next one; the record it belongs to may be described later.
 struct NextRecordDraft {
     std::uint16_t next;
     MachineLine line;
@@ -51,13 +51,13 @@ struct BmcDraft {
     explicit BmcDraft(const MachineLine& firstLine) : first(firstLine) {}
 
     MachineLine first;                // the first line about the controller
-    std::optional<MachineLine> line;  // the one that says that there is one
+    std::optional<MachineLine> line;  // the `bmc` statement
     bool kcs = false;
     bool smic = false;
     std::uint8_t major = 1;
     std::uint8_t minorBcd = 0;
     std::vector<RecordDraft> records;
-    bool sensorIsLast = false;  // field statements belong to the last record
+    bool sensorIsLast = false;  // whether field statements belong to the last record
     std::optional<std::uint16_t> recordCount;
     std::map<std::uint16_t, NextRecordDraft> nextRecords;
     std::map<std::uint8_t, BmcTimeline> timelines;
@@ -71,11 +71,11 @@ struct BmcDraft {
 
 struct MachineDraft;
 
-// The controller that a statement is about, whether or not it was said that there is one.
-BmcDraft& controllerOf(const MachineLine& line, MachineDraft& draft);
+// The draft of the controller, for a statement about it. The first call creates the draft.
+BmcDraft& ControllerOf(const MachineLine& line, MachineDraft& draft);
 
-// Gives the machine the described controller.
-void buildBmc(const BmcDraft& draft, Machine& machine);
+// Gives the machine the controller that the draft describes.
+void BuildBmc(const BmcDraft& draft, Machine& machine);
 
 }  // namespace sim
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The statement about requests that are not answered as they should be: fault.
+// The statement about requests that the controller does not answer as it should: fault.
 
 #include "simulator/base/CallText.h"
 #include "simulator/description/MachineDraft.h"
@@ -8,62 +8,62 @@
 namespace sim {
 namespace {
 
-constexpr std::uint32_t kMostRequests = 1000000;
-constexpr std::uint32_t kLongestResponse = 256;
+constexpr std::uint32_t kMaxRequests = 1000000;
+constexpr std::uint32_t kMaxResponse = 256;
 
-// What the driver's call can fail with.
-constexpr int kErrors[] = {EIO, EBUSY, EAGAIN, EINTR, ENODEV, ETIMEDOUT};
+// The errors with which the driver's call can fail.
+constexpr int kRequestErrors[] = {EIO, EBUSY, EAGAIN, EINTR, ENODEV, ETIMEDOUT};
 
-unsigned errorNamed(MachineLine& line) {
-    if (!line.more()) return EIO;
-    const std::string name = line.word("the error");
+unsigned TakeRequestError(MachineLine& line) {
+    if (!line.HasMore()) return EIO;
+    const std::string name = line.TakeWord("the error");
     std::string known;
-    for (const int error : kErrors) {
-        if (errorName(error) == name) return static_cast<unsigned>(error);
-        known += " " + errorName(error);
+    for (const int error : kRequestErrors) {
+        if (ErrorName(error) == name) return static_cast<unsigned>(error);
+        known += " " + ErrorName(error);
     }
-    line.fail("the error \"" + name + "\" is none of" + known);
+    line.Fail("the error \"" + name + "\" is none of" + known);
 }
 
-void readKind(MachineLine& line, BmcFault& fault) {
-    const std::string kind = line.word("the fault");
+void ReadFaultKind(MachineLine& line, BmcFault& fault) {
+    const std::string kind = line.TakeWord("the fault");
     if (kind == "refused") {
-        fault.kind = BmcFault::Kind::refused;
-        fault.value = line.byte("the completion code");
-        if (fault.value == 0) line.fail("the completion code 0 refuses nothing");
+        fault.kind = BmcFault::Kind::kRefused;
+        fault.value = line.TakeByte("the completion code");
+        if (fault.value == 0) line.Fail("the completion code 0 refuses nothing");
     } else if (kind == "short") {
-        fault.kind = BmcFault::Kind::cut;
-        fault.value = line.number("the number of bytes", kLongestResponse);
+        fault.kind = BmcFault::Kind::kCut;
+        fault.value = line.TakeNumber("the number of bytes", kMaxResponse);
     } else if (kind == "empty") {
-        fault.kind = BmcFault::Kind::cut;
+        fault.kind = BmcFault::Kind::kCut;
     } else if (kind == "stale") {
-        fault.kind = BmcFault::Kind::stale;
+        fault.kind = BmcFault::Kind::kStale;
     } else if (kind == "fails") {
-        fault.kind = BmcFault::Kind::fails;
-        fault.value = errorNamed(line);
+        fault.kind = BmcFault::Kind::kFails;
+        fault.value = TakeRequestError(line);
     } else {
-        line.fail("the fault \"" + kind + "\" is none of refused, short, empty, stale, fails");
+        line.Fail("the fault \"" + kind + "\" is none of refused, short, empty, stale, fails");
     }
 }
 
-void readFault(MachineLine& line, MachineDraft& draft) {
-    BmcDraft& bmc = controllerOf(line, draft);
-    const std::string command = line.text("the command");
+void ReadFault(MachineLine& line, MachineDraft& draft) {
+    BmcDraft& bmc = ControllerOf(line, draft);
+    const std::string command = line.TakeText("the command");
     BmcFault fault;
-    if (!line.takeIf("every")) {
-        fault.nth = line.number("the request's number", kMostRequests);
-        if (fault.nth == 0) line.fail("requests count from 1");
+    if (!line.TakeIf("every")) {
+        fault.nth = line.TakeNumber("the request's number", kMaxRequests);
+        if (fault.nth == 0) line.Fail("requests count from 1");
     }
-    readKind(line, fault);
+    ReadFaultKind(line, fault);
     bmc.faults.push_back({command, fault, line});
 }
 
-constexpr MachineStatement kStatements[] = {{"fault", readFault}};
+constexpr MachineStatement kBmcFaultStatements[] = {{"fault", ReadFault}};
 
 }  // namespace
 
-std::span<const MachineStatement> bmcFaultStatements() {
-    return kStatements;
+std::span<const MachineStatement> BmcFaultStatements() {
+    return kBmcFaultStatements;
 }
 
 }  // namespace sim

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The statements about the repository: sensors' records field by field, records of other kinds and
-// dumps, and what can be wrong with them.
+// The statements about the sensor data record repository: sdr, record, repository, and sensor with
+// its field statements. What sensors show is in BmcReadingStatements.cpp.
 
 #include <exception>
 
@@ -10,158 +10,159 @@
 namespace sim {
 namespace {
 
-void readDump(MachineLine& line, MachineDraft& draft) {
-    Bytes dump = draft.capture(line);
-    BmcDraft& bmc = controllerOf(line, draft);
+void ReadRepositoryDump(MachineLine& line, MachineDraft& draft) {
+    Bytes dump = draft.Capture(line);
+    BmcDraft& bmc = ControllerOf(line, draft);
     bmc.sensorIsLast = false;
     bmc.records.push_back({std::nullopt, std::move(dump), true, line});
 }
 
-void readSensor(MachineLine& line, MachineDraft& draft) {
-    const std::uint8_t number = line.byte("the sensor number");
-    const std::string name = line.text("the sensor name");
-    BmcDraft& bmc = controllerOf(line, draft);
+void ReadSensor(MachineLine& line, MachineDraft& draft) {
+    const std::uint8_t number = line.TakeByte("the sensor number");
+    const std::string name = line.TakeText("the sensor name");
+    BmcDraft& bmc = ControllerOf(line, draft);
     try {
         bmc.records.push_back({SdrRecord(name, number), {}, false, line});
     } catch (const std::exception& error) {
-        line.fail(error.what());
+        line.Fail(error.what());
     }
     bmc.sensorIsLast = true;
 }
 
-// A record of another kind than a sensor's: its type, and the bytes behind the header.
-void readRecord(MachineLine& line, MachineDraft& draft) {
+// A record of another type than a sensor's: its type, and the bytes after the header.
+void ReadOtherRecord(MachineLine& line, MachineDraft& draft) {
     constexpr std::uint8_t kVersion = 0x51;
-    constexpr std::size_t kMost = 0xFF;
-    Bytes bytes{0, 0, kVersion, line.byte("the record type"), 0};
-    while (line.more()) bytes.push_back(line.hexByte("the byte"));
+    constexpr std::size_t kMax = 0xFF;
+    Bytes bytes{0, 0, kVersion, line.TakeByte("the record type"), 0};
+    while (line.HasMore()) bytes.push_back(line.TakeHexByte("the byte"));
     const std::size_t length = bytes.size() - SdrRecord::kHeaderSize;
-    if (length > kMost) line.fail("a record has at most 255 bytes behind its header");
+    if (length > kMax) line.Fail("a record has at most 255 bytes after its header");
     bytes[4] = static_cast<std::uint8_t>(length);
-    BmcDraft& bmc = controllerOf(line, draft);
+    BmcDraft& bmc = ControllerOf(line, draft);
     bmc.sensorIsLast = false;
     bmc.records.push_back({std::nullopt, std::move(bytes), false, line});
 }
 
-std::uint16_t wordOf(MachineLine& line, const char* what) {
-    constexpr std::uint32_t kMost = 0xFFFF;
-    return static_cast<std::uint16_t>(line.number(what, kMost));
+std::uint16_t TakeRecordWord(MachineLine& line, const char* what) {
+    constexpr std::uint32_t kMax = 0xFFFF;
+    return static_cast<std::uint16_t>(line.TakeNumber(what, kMax));
 }
 
-void readRepository(MachineLine& line, MachineDraft& draft) {
-    BmcDraft& bmc = controllerOf(line, draft);
-    if (line.takeIf("count")) {
-        if (bmc.recordCount) line.fail("the count was given already");
-        bmc.recordCount = wordOf(line, "the count");
+void ReadRepository(MachineLine& line, MachineDraft& draft) {
+    BmcDraft& bmc = ControllerOf(line, draft);
+    if (line.TakeIf("count")) {
+        if (bmc.recordCount) line.Fail("the count was given already");
+        bmc.recordCount = TakeRecordWord(line, "the count");
         return;
     }
-    line.expect("next");
-    const std::uint16_t id = wordOf(line, "the record ID");
-    const std::uint16_t next = wordOf(line, "the next record ID");
+    line.ExpectWord("next");
+    const std::uint16_t id = TakeRecordWord(line, "the record ID");
+    const std::uint16_t next = TakeRecordWord(line, "the next record ID");
     if (!bmc.nextRecords.try_emplace(id, NextRecordDraft{next, line}).second)
-        line.fail("what follows the record was given already");
+        line.Fail("what follows the record was given already");
 }
 
-// The sensor's record that a field statement belongs to.
-RecordDraft& lastSensor(const char* word, MachineLine& line, MachineDraft& draft) {
-    BmcDraft& bmc = controllerOf(line, draft);
-    if (!bmc.sensorIsLast) line.fail(std::string(word) + " belongs to a sensor, and there is none");
+// The sensor record that a field statement belongs to.
+RecordDraft& LastSensorRecord(const char* word, MachineLine& line, MachineDraft& draft) {
+    BmcDraft& bmc = ControllerOf(line, draft);
+    if (!bmc.sensorIsLast) line.Fail(std::string(word) + " belongs to a sensor, and there is none");
     return bmc.records.back();
 }
 
-// The same, each field once.
-SdrRecord& field(const char* word, MachineLine& line, MachineDraft& draft) {
-    RecordDraft& last = lastSensor(word, line, draft);
-    const auto [before, isNew] = last.fields.emplace(word, line.number());
+// The same for a field that may be given only once.
+SdrRecord& SensorField(const char* word, MachineLine& line, MachineDraft& draft) {
+    RecordDraft& last = LastSensorRecord(word, line, draft);
+    const auto [before, isNew] = last.fields.emplace(word, line.LineNumber());
     if (!isNew)
-        line.fail(std::string(word) + " was given in line " + std::to_string(before->second));
+        line.Fail(std::string(word) + " was given in line " + std::to_string(before->second));
     return *last.sensor;
 }
 
-void readType(MachineLine& line, MachineDraft& draft) {
-    (void)field("type", line, draft).kind(line.byte("the sensor type"));
+void ReadType(MachineLine& line, MachineDraft& draft) {
+    (void)SensorField("type", line, draft).Kind(line.TakeByte("the sensor type"));
 }
 
-void readEntity(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("entity", line, draft);
-    const std::uint8_t id = line.byte("the entity");
-    const std::uint8_t instance = line.more() ? line.byte("the instance") : std::uint8_t{1};
-    (void)record.entity(id, instance);
+void ReadEntity(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = SensorField("entity", line, draft);
+    const std::uint8_t id = line.TakeByte("the entity");
+    const std::uint8_t instance = line.HasMore() ? line.TakeByte("the instance") : std::uint8_t{1};
+    (void)record.Entity(id, instance);
 }
 
-void readEvent(MachineLine& line, MachineDraft& draft) {
-    (void)field("event", line, draft).event(line.byte("the event/reading type"));
+void ReadEvent(MachineLine& line, MachineDraft& draft) {
+    (void)SensorField("event", line, draft).Event(line.TakeByte("the event/reading type"));
 }
 
-void readUnit(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("unit", line, draft);
-    const std::uint8_t base = line.byte("the unit");
-    (void)record.unit(base, line.more() ? line.byte("the modifier unit") : std::uint8_t{0});
+void ReadUnit(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = SensorField("unit", line, draft);
+    const std::uint8_t base = line.TakeByte("the unit");
+    (void)record.Unit(base, line.HasMore() ? line.TakeByte("the modifier unit") : std::uint8_t{0});
 }
 
-void readFormat(MachineLine& line, MachineDraft& draft) {
-    (void)field("format", line, draft).unit1(line.byte("the format byte"));
+void ReadFormat(MachineLine& line, MachineDraft& draft) {
+    (void)SensorField("format", line, draft).Unit1(line.TakeByte("the format byte"));
 }
 
-void readFactors(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("factors", line, draft);
-    const int m = line.integer("M", -512, 511);
-    const int b = line.integer("B", -512, 511);
-    const int bExponent = line.integer("the exponent of B", -8, 7);
-    (void)record.factors(m, b, bExponent, line.integer("the result exponent", -8, 7));
+void ReadFactors(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = SensorField("factors", line, draft);
+    const int m = line.TakeInteger("M", -512, 511);
+    const int b = line.TakeInteger("B", -512, 511);
+    const int bExponent = line.TakeInteger("the exponent of B", -8, 7);
+    (void)record.Factors(m, b, bExponent, line.TakeInteger("the result exponent", -8, 7));
 }
 
-void readLinearization(MachineLine& line, MachineDraft& draft) {
-    (void)field("linearization", line, draft).linearization(line.byte("the linearization"));
+void ReadLinearization(MachineLine& line, MachineDraft& draft) {
+    (void)SensorField("linearization", line, draft)
+        .Linearization(line.TakeByte("the linearization"));
 }
 
-void readLimits(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("limits", line, draft);
-    const std::uint8_t maximum = line.byte("the maximum reading");
-    (void)record.limits(maximum, line.byte("the minimum reading"));
+void ReadLimits(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = SensorField("limits", line, draft);
+    const std::uint8_t maximum = line.TakeByte("the maximum reading");
+    (void)record.Limits(maximum, line.TakeByte("the minimum reading"));
 }
 
-void readMasks(MachineLine& line, MachineDraft& draft) {
-    SdrRecord& record = field("masks", line, draft);
-    const std::uint8_t readable = line.byte("the readable thresholds");
-    (void)record.thresholdMasks(readable, line.byte("the settable thresholds"));
+void ReadMasks(MachineLine& line, MachineDraft& draft) {
+    SdrRecord& record = SensorField("masks", line, draft);
+    const std::uint8_t readable = line.TakeByte("the readable thresholds");
+    (void)record.ThresholdMasks(readable, line.TakeByte("the settable thresholds"));
 }
 
-void readDelivered(MachineLine& line, MachineDraft& draft) {
-    (void)field("delivered", line, draft);
-    lastSensor("delivered", line, draft).quirks.delivered =
-        line.number("the number of bytes", SdrRecord::kSize);
+void ReadDelivered(MachineLine& line, MachineDraft& draft) {
+    (void)SensorField("delivered", line, draft);
+    LastSensorRecord("delivered", line, draft).quirks.delivered =
+        line.TakeNumber("the number of bytes", SdrRecord::kSize);
 }
 
-void readReread(MachineLine& line, MachineDraft& draft) {
-    RecordDraft& last = lastSensor("reread", line, draft);
-    const std::size_t offset = line.number("the offset", SdrRecord::kSize - 1);
-    if (!last.quirks.reread.emplace(offset, line.byte("the byte")).second)
-        line.fail("the byte was given already");
+void ReadReread(MachineLine& line, MachineDraft& draft) {
+    RecordDraft& last = LastSensorRecord("reread", line, draft);
+    const std::size_t offset = line.TakeNumber("the offset", SdrRecord::kSize - 1);
+    if (!last.quirks.reread.emplace(offset, line.TakeByte("the byte")).second)
+        line.Fail("the byte was given already");
 }
 
-constexpr MachineStatement kStatements[] = {
-    {"sdr", readDump},
-    {"sensor", readSensor},
-    {"record", readRecord},
-    {"repository", readRepository},
-    {"type", readType},
-    {"entity", readEntity},
-    {"event", readEvent},
-    {"unit", readUnit},
-    {"format", readFormat},
-    {"factors", readFactors},
-    {"linearization", readLinearization},
-    {"limits", readLimits},
-    {"masks", readMasks},
-    {"delivered", readDelivered},
-    {"reread", readReread},
+constexpr MachineStatement kBmcRecordStatements[] = {
+    {"sdr", ReadRepositoryDump},
+    {"sensor", ReadSensor},
+    {"record", ReadOtherRecord},
+    {"repository", ReadRepository},
+    {"type", ReadType},
+    {"entity", ReadEntity},
+    {"event", ReadEvent},
+    {"unit", ReadUnit},
+    {"format", ReadFormat},
+    {"factors", ReadFactors},
+    {"linearization", ReadLinearization},
+    {"limits", ReadLimits},
+    {"masks", ReadMasks},
+    {"delivered", ReadDelivered},
+    {"reread", ReadReread},
 };
 
 }  // namespace
 
-std::span<const MachineStatement> bmcRecordStatements() {
-    return kStatements;
+std::span<const MachineStatement> BmcRecordStatements() {
+    return kBmcRecordStatements;
 }
 
 }  // namespace sim

@@ -11,33 +11,33 @@
 namespace sim {
 namespace {
 
-// What opening a device can be refused with.
-constexpr int kErrors[] = {ENOENT, EACCES, EPERM, ENXIO, ENODEV, EBUSY, EIO};
+// The errors with which opening a device can fail.
+constexpr int kOpenErrors[] = {ENOENT, EACCES, EPERM, ENXIO, ENODEV, EBUSY, EIO};
 
-int errorNamed(MachineLine& line) {
-    const std::string name = line.word("the error");
+int TakeOpenError(MachineLine& line) {
+    const std::string name = line.TakeWord("the error");
     std::string known;
-    for (const int error : kErrors) {
-        if (errorName(error) == name) return error;
-        known += " " + errorName(error);
+    for (const int error : kOpenErrors) {
+        if (ErrorName(error) == name) return error;
+        known += " " + ErrorName(error);
     }
-    line.fail("the error \"" + name + "\" is none of" + known);
+    line.Fail("the error \"" + name + "\" is none of" + known);
 }
 
-void readWithout(MachineLine& line, MachineDraft& draft) {
-    const std::string device = line.word("the device");
-    if (!Machine::isMachinePath(device)) line.fail("no server has a device " + device);
-    const int error = line.more() ? errorNamed(line) : ENOENT;
+void ReadWithout(MachineLine& line, MachineDraft& draft) {
+    const std::string device = line.TakeWord("the device");
+    if (!Machine::IsMachinePath(device)) line.Fail("no server has a device " + device);
+    const int error = line.HasMore() ? TakeOpenError(line) : ENOENT;
     if (!draft.without.emplace(device, error).second)
-        line.fail("the machine is without " + device + " already");
+        line.Fail("the machine is without " + device + " already");
 }
 
-constexpr MachineStatement kStatements[] = {{"without", readWithout}};
+constexpr MachineStatement kDeviceStatements[] = {{"without", ReadWithout}};
 
 }  // namespace
 
-std::span<const MachineStatement> deviceStatements() {
-    return kStatements;
+std::span<const MachineStatement> DeviceStatements() {
+    return kDeviceStatements;
 }
 
 }  // namespace sim

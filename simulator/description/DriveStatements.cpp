@@ -13,107 +13,107 @@
 namespace sim {
 namespace {
 
-constexpr std::uint32_t kMost = 0xFFFFFFFF;
+constexpr std::uint32_t kMaxNumber = 0xFFFFFFFF;
 
-char driveLetter(MachineLine& line) {
-    const std::string name = line.word("the drive");
+char TakeDriveLetter(MachineLine& line) {
+    const std::string name = line.TakeWord("the drive");
     if (name.size() != 3 || !name.starts_with("hd") || name[2] < 'a' || name[2] > 'd')
-        line.fail("the drive \"" + name + "\" is none of hda to hdd");
+        line.Fail("the drive \"" + name + "\" is none of hda to hdd");
     return name[2];
 }
 
-DriveDraft& addDrive(MachineDraft& draft, char letter, const MachineLine& line) {
+DriveDraft& AddDrive(MachineDraft& draft, char letter, const MachineLine& line) {
     const auto [drive, fresh] = draft.drives.try_emplace(letter, DriveDraft{line});
     if (!fresh)
-        line.fail(std::string("the drive hd") + letter + " was given in line " +
-                  std::to_string(drive->second.line.number()));
+        line.Fail(std::string("the drive hd") + letter + " was given in line " +
+                  std::to_string(drive->second.line.LineNumber()));
     return drive->second;
 }
 
-void readIdentity(MachineLine& line, const MachineDraft& draft, IdeDrive& drive) {
-    const Bytes bytes = draft.capture(line);
+void ReadIdentity(MachineLine& line, const MachineDraft& draft, IdeDrive& drive) {
+    const Bytes bytes = draft.Capture(line);
     DriveIdentity identity;
-    if (bytes.size() != identity.size()) line.fail("an identity block has 512 bytes");
+    if (bytes.size() != identity.size()) line.Fail("an identity block has 512 bytes");
     std::copy(bytes.begin(), bytes.end(), identity.begin());
     drive.identity = identity;
 }
 
-void readDump(MachineLine& line, const MachineDraft& draft, DriveDraft& drive) {
-    const Bytes bytes = draft.capture(line);
+void ReadSectorDump(MachineLine& line, const MachineDraft& draft, DriveDraft& drive) {
+    const Bytes bytes = draft.Capture(line);
     try {
-        drive.sectors = readSectorText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        drive.sectors = ReadSectorText({reinterpret_cast<const char*>(bytes.data()), bytes.size()});
     } catch (const std::exception& error) {
-        line.fail(error.what());
+        line.Fail(error.what());
     }
 }
 
-void readOption(const std::string& option, MachineLine& line, const MachineDraft& draft,
-                DriveDraft& drive, DriveTexts& texts) {
+void ReadDriveOption(const std::string& option, MachineLine& line, const MachineDraft& draft,
+                     DriveDraft& drive, DriveTexts& texts) {
     if (option == "media") {
-        drive.drive.files["media"] = line.text("the media") + "\n";
+        drive.drive.files["media"] = line.TakeText("the media") + "\n";
     } else if (option == "model") {
-        texts.model = line.text("the model");
+        texts.model = line.TakeText("the model");
         drive.drive.files["model"] = texts.model + "\n";
     } else if (option == "serial") {
-        texts.serial = line.text("the serial number");
+        texts.serial = line.TakeText("the serial number");
     } else if (option == "firmware") {
-        texts.firmware = line.text("the firmware version");
+        texts.firmware = line.TakeText("the firmware version");
     } else if (option == "sectors") {
-        drive.size = line.number("the number of sectors", kMost);
+        drive.size = line.TakeNumber("the number of sectors", kMaxNumber);
         drive.drive.files["capacity"] = std::to_string(*drive.size) + "\n";
     } else if (option == "identity") {
-        readIdentity(line, draft, drive.drive);
+        ReadIdentity(line, draft, drive.drive);
     } else if (option == "image") {
-        drive.image = draft.captureFile(line);
+        drive.image = draft.CaptureFile(line);
     } else if (option == "dump") {
-        readDump(line, draft, drive);
+        ReadSectorDump(line, draft, drive);
     } else {
-        line.fail("\"" + option +
+        line.Fail("\"" + option +
                   "\" is none of media, model, serial, firmware, sectors, identity, image, dump");
     }
 }
 
-void readDrive(MachineLine& line, MachineDraft& draft) {
-    const char letter = driveLetter(line);
-    DriveDraft& drive = addDrive(draft, letter, line);
+void ReadDrive(MachineLine& line, MachineDraft& draft) {
+    const char letter = TakeDriveLetter(line);
+    DriveDraft& drive = AddDrive(draft, letter, line);
     drive.drive.files["media"] = "disk\n";
     DriveTexts texts;
     std::set<std::string> seen;
-    while (line.more()) {
-        const std::string option = line.word("the option");
-        if (!seen.insert(option).second) line.fail("\"" + option + "\" is given twice");
-        readOption(option, line, draft, drive, texts);
+    while (line.HasMore()) {
+        const std::string option = line.TakeWord("the option");
+        if (!seen.insert(option).second) line.Fail("\"" + option + "\" is given twice");
+        ReadDriveOption(option, line, draft, drive, texts);
     }
     if (seen.contains("image") && seen.contains("dump"))
-        line.fail("a drive has an image or a dump, not both");
+        line.Fail("a drive has an image or a dump, not both");
     if (!seen.contains("sectors") && !seen.contains("image"))
-        line.fail("a drive has a number of sectors or an image");
+        line.Fail("a drive has a number of sectors or an image");
     if (!drive.drive.identity)
-        drive.drive.identity = makeIdentity(texts.serial, texts.firmware, texts.model);
+        drive.drive.identity = MakeIdentity(texts.serial, texts.firmware, texts.model);
 }
 
-void readEntry(MachineLine& line, MachineDraft& draft) {
-    const char letter = driveLetter(line);
-    const std::uint32_t sector = line.number("the boot record's sector", kMost);
-    const std::uint32_t number = line.number("the entry's number", 4);
-    if (number == 0) line.fail("a partition table has the entries 1 to 4");
+void ReadEntry(MachineLine& line, MachineDraft& draft) {
+    const char letter = TakeDriveLetter(line);
+    const std::uint32_t sector = line.TakeNumber("the boot record's sector", kMaxNumber);
+    const std::uint32_t number = line.TakeNumber("the entry's number", 4);
+    if (number == 0) line.Fail("a partition table has the entries 1 to 4");
     TableEntry entry;
-    entry.type = line.byte("the type");
-    entry.start = line.number("the start", kMost);
-    entry.sectors = line.number("the number of sectors", kMost);
+    entry.type = line.TakeByte("the type");
+    entry.start = line.TakeNumber("the start", kMaxNumber);
+    entry.sectors = line.TakeNumber("the number of sectors", kMaxNumber);
     draft.entries.push_back({letter, sector, number, entry, line});
 }
 
-// A folder with what lies below /proc/ide of a machine: ide0/hda/media and so on.
-void readIde(MachineLine& line, MachineDraft& draft) {
-    const std::filesystem::path folder = draft.captureFile(line);
+// A folder with a copy of a machine's /proc/ide: ide0/hda/media and so on.
+void ReadIde(MachineLine& line, MachineDraft& draft) {
+    const std::filesystem::path folder = draft.CaptureFile(line);
     bool found = false;
     for (char letter = 'a'; letter <= 'd'; ++letter) {
         const std::filesystem::path drive =
             folder / ("ide" + std::to_string((letter - 'a') / 2)) / (std::string("hd") + letter);
         if (!std::filesystem::is_directory(drive)) continue;
         found = true;
-        IdeDrive& target = addDrive(draft, letter, line).drive;
+        IdeDrive& target = AddDrive(draft, letter, line).drive;
         for (const auto& file : std::filesystem::directory_iterator(drive)) {
             std::ifstream stream(file.path(), std::ios::binary);
             std::ostringstream text;
@@ -121,16 +121,16 @@ void readIde(MachineLine& line, MachineDraft& draft) {
             target.files[file.path().filename().string()] = text.str();
         }
     }
-    if (!found) line.fail(folder.string() + ": holds no ide0/hda to ide1/hdd");
+    if (!found) line.Fail(folder.string() + ": holds no ide0/hda to ide1/hdd");
 }
 
-constexpr MachineStatement kStatements[] = {
-    {"drive", readDrive}, {"entry", readEntry}, {"ide", readIde}};
+constexpr MachineStatement kDriveStatements[] = {
+    {"drive", ReadDrive}, {"entry", ReadEntry}, {"ide", ReadIde}};
 
 }  // namespace
 
-std::span<const MachineStatement> driveStatements() {
-    return kStatements;
+std::span<const MachineStatement> DriveStatements() {
+    return kDriveStatements;
 }
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// PCI functions, drives and load while a description is being read.
+// What a machine description has said about PCI functions, drives and load so far.
 #ifndef TALVANE_SIMULATOR_DESCRIPTION_INVENTORYDRAFT_H
 #define TALVANE_SIMULATOR_DESCRIPTION_INVENTORYDRAFT_H
 
@@ -28,18 +28,18 @@ struct DriveDraft {
     MachineLine line;
     IdeDrive drive = {};
     std::optional<std::uint64_t> size = {};       // in sectors
-    std::filesystem::path image = {};             // a file; empty: zeroes
-    std::map<std::uint64_t, Bytes> sectors = {};  // written over the zeroes
+    std::filesystem::path image = {};             // the image file; empty: a disk of zeroes
+    std::map<std::uint64_t, Bytes> sectors = {};  // the sectors that are not zero
 };
 
-// What an identity block is made of.
+// The texts of an identity block.
 struct DriveTexts {
     std::string model;
     std::string serial;
     std::string firmware;
 };
 
-// An entry of a partition table on a drive.
+// An entry of a partition table, and its place on a drive.
 struct EntryDraft {
     char drive;
     std::uint64_t sector;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// From a description to a machine.
+// Checks a description as a whole and builds the machine from it.
 
 #include "simulator/description/MachineDraft.h"
 
@@ -16,83 +16,83 @@
 namespace sim {
 namespace {
 
-// Whether this many bytes at the address are memory of the machine.
-void requireMemory(const MachineLine& line, const PhysicalMemory& memory, std::uint64_t address,
-                   std::size_t size) {
-    if (address + size > memory.size())
-        line.fail(std::to_string(size) + " bytes at " + hex(address) +
-                  " are past the end of the memory at " + hex(memory.size()));
+// Fails unless all these bytes lie within the memory of the machine.
+void RequireInMemory(const MachineLine& line, const PhysicalMemory& memory, std::uint64_t address,
+                     std::size_t size) {
+    if (address + size > memory.Size())
+        line.Fail(std::to_string(size) + " bytes at " + Hex(address) +
+                  " are past the end of the memory at " + Hex(memory.Size()));
 }
 
-void requireApart(const std::vector<MemoryPiece>& pieces) {
+void RequireApart(const std::vector<MemoryPiece>& pieces) {
     for (auto piece = pieces.begin(); piece != pieces.end(); ++piece)
         for (auto before = pieces.begin(); before != piece; ++before)
             if (piece->address < std::uint64_t{before->address} + before->bytes.size() &&
                 before->address < std::uint64_t{piece->address} + piece->bytes.size())
-                piece->line.fail("these bytes overlap those of line " +
-                                 std::to_string(before->line.number()));
+                piece->line.Fail("these bytes overlap those of line " +
+                                 std::to_string(before->line.LineNumber()));
 }
 
-void placeSmbios(PhysicalMemory& memory, const SmbiosDraft& smbios) {
+void PlaceSmbios(PhysicalMemory& memory, const SmbiosDraft& smbios) {
     switch (smbios.source) {
-        case SmbiosDraft::Source::dump:
-            memory.placeDump(smbios.bytes);
+        case SmbiosDraft::Source::kDump:
+            memory.PlaceDump(smbios.bytes);
             break;
-        case SmbiosDraft::Source::segment:
-            memory.placeSegment(smbios.bytes);
+        case SmbiosDraft::Source::kSegment:
+            memory.PlaceSegment(smbios.bytes);
             break;
-        case SmbiosDraft::Source::text:
-            memory.placeSmbios(smbios.table.bytes(), smbios.placement);
+        case SmbiosDraft::Source::kText:
+            memory.PlaceSmbios(smbios.table.Image(), smbios.placement);
             break;
     }
 }
 
-// The first megabyte holds the entry point; a table may lie elsewhere.
-void requireSmbiosMemory(const SmbiosDraft& smbios, const PhysicalMemory& memory) {
-    requireMemory(smbios.line, memory, 0xF0000, 0x10000);
-    if (smbios.source == SmbiosDraft::Source::text && smbios.placement.table != 0)
-        requireMemory(smbios.line, memory, smbios.placement.table, smbios.table.bytes().size());
+// The entry point lies in the first megabyte; a table may lie elsewhere.
+void RequireSmbiosMemory(const SmbiosDraft& smbios, const PhysicalMemory& memory) {
+    RequireInMemory(smbios.line, memory, 0xF0000, 0x10000);
+    if (smbios.source == SmbiosDraft::Source::kText && smbios.placement.table != 0)
+        RequireInMemory(smbios.line, memory, smbios.placement.table, smbios.table.Image().size());
 }
 
 }  // namespace
 
-std::filesystem::path MachineDraft::captureFile(MachineLine& line) const {
-    std::filesystem::path path = folder / line.name("the file name");
+std::filesystem::path MachineDraft::CaptureFile(MachineLine& line) const {
+    std::filesystem::path path = folder / line.TakeName("the file name");
     std::error_code error;
     (void)std::filesystem::status(path, error);
-    if (error) line.fail(path.string() + ": " + error.message());
+    if (error) line.Fail(path.string() + ": " + error.message());
     return path;
 }
 
-Bytes MachineDraft::capture(MachineLine& line) const {
-    const std::string path = captureFile(line).string();
+Bytes MachineDraft::Capture(MachineLine& line) const {
+    const std::string path = CaptureFile(line).string();
     std::ifstream stream(path, std::ios::binary);
-    if (!stream) line.fail(path + ": " + std::strerror(errno));
-    if (!std::filesystem::is_regular_file(path)) line.fail(path + ": is no file");
+    if (!stream) line.Fail(path + ": " + std::strerror(errno));
+    if (!std::filesystem::is_regular_file(path)) line.Fail(path + ": is not a file");
     Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (bytes.empty()) line.fail(path + ": is empty");
+    if (bytes.empty()) line.Fail(path + ": is empty");
     return bytes;
 }
 
-void MachineDraft::build(Machine& machine) const {
-    PhysicalMemory& memory = machine.memory();
-    if (memorySize) memory.resize(memorySize->first);
+void MachineDraft::Build(Machine& machine) const {
+    PhysicalMemory& memory = machine.GetMemory();
+    if (memorySize) memory.Resize(memorySize->first);
     if (smbios) {
-        requireSmbiosMemory(*smbios, memory);
+        RequireSmbiosMemory(*smbios, memory);
         try {
-            placeSmbios(memory, *smbios);
+            PlaceSmbios(memory, *smbios);
         } catch (const std::exception& error) {
-            smbios->line.fail(error.what());
+            smbios->line.Fail(error.what());
         }
     }
-    requireApart(pieces);
+    RequireApart(pieces);
     for (const MemoryPiece& piece : pieces) {
-        requireMemory(piece.line, memory, piece.address, piece.bytes.size());
-        memory.write(piece.address, piece.bytes);
+        RequireInMemory(piece.line, memory, piece.address, piece.bytes.size());
+        memory.Write(piece.address, piece.bytes);
     }
-    if (bmc) buildBmc(*bmc, machine);
-    buildInventory(*this, machine);
-    for (const auto& [path, error] : without) machine.refuse(path, error);
+    if (bmc) BuildBmc(*bmc, machine);
+    BuildInventory(*this, machine);
+    for (const auto& [path, error] : without) machine.Refuse(path, error);
 }
 
 }  // namespace sim

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A machine while its description is being read. Statements, grouped by topic, fill it in any
-// order; build() then checks what only the whole tells and makes the machine.
+// What a machine description has said so far. Statements, grouped by topic, fill it in any order.
+// Build() then makes the checks that need the whole description, and builds the machine.
 #ifndef TALVANE_SIMULATOR_DESCRIPTION_MACHINEDRAFT_H
 #define TALVANE_SIMULATOR_DESCRIPTION_MACHINEDRAFT_H
 
@@ -24,28 +24,29 @@ namespace sim {
 
 class Machine;
 
-// Bytes at a place in memory.
+// Bytes for an address in memory.
 struct MemoryPiece {
     std::uint32_t address;
     Bytes bytes;
     MachineLine line;
 };
 
-// Where a machine's SMBIOS comes from: one of the three, said in `line`.
+// Where a machine's SMBIOS comes from: one of three sources, named in `line`.
 struct SmbiosDraft {
-    enum class Source { dump, segment, text };
+    enum class Source { kDump, kSegment, kText };
     Source source;
     MachineLine line;
-    Bytes bytes;                        // dump or segment
-    SmbiosPlacement placement;          // text
-    SmbiosTable table;                  // text
+    Bytes bytes;                        // the dump or the segment
+    SmbiosPlacement placement;          // for a text
+    SmbiosTable table;                  // for a text
     SmbiosStructure* last = nullptr;    // the structure that field statements belong to
-    std::map<std::size_t, int> fields;  // its bytes that were set, and the line that did it
+    std::map<std::size_t, int> fields;  // its bytes that were set, and the lines that set them
 };
 
 struct MachineDraft {
     std::filesystem::path folder;
-    std::optional<std::pair<std::uint64_t, int>> memorySize;  // and its line
+    std::optional<std::pair<std::uint64_t, int>>
+        memorySize;  // the size, and the line of the statement
     std::vector<MemoryPiece> pieces;
     std::optional<SmbiosDraft> smbios;
     std::optional<BmcDraft> bmc;
@@ -53,37 +54,37 @@ struct MachineDraft {
     std::map<char, DriveDraft> drives;  // by letter
     std::vector<EntryDraft> entries;
     LoadDraft load;
-    std::map<std::string, int> without;  // device, errno
+    std::map<std::string, int> without;  // errno, by device
 
-    // The path of a capture that the line names.
-    std::filesystem::path captureFile(MachineLine& line) const;
+    // The path of the capture that the line names.
+    std::filesystem::path CaptureFile(MachineLine& line) const;
 
-    // A capture: the file that the line names, from the machine's folder.
-    Bytes capture(MachineLine& line) const;
+    // The bytes of the capture that the line names, in the machine's folder.
+    Bytes Capture(MachineLine& line) const;
 
-    void build(Machine& machine) const;
+    void Build(Machine& machine) const;
 };
 
-// A statement: its first word, and what reads the rest of its line.
+// A statement: its first word, and the function that reads the rest of its line.
 struct MachineStatement {
     std::string_view word;
     void (*read)(MachineLine& line, MachineDraft& draft);
 };
 
 // Gives the machine its PCI functions, drives and load.
-void buildInventory(const MachineDraft& draft, Machine& machine);
+void BuildInventory(const MachineDraft& draft, Machine& machine);
 
 // The statements by topic.
-std::span<const MachineStatement> memoryStatements();
-std::span<const MachineStatement> smbiosStatements();
-std::span<const MachineStatement> deviceStatements();
-std::span<const MachineStatement> bmcStatements();
-std::span<const MachineStatement> bmcRecordStatements();
-std::span<const MachineStatement> bmcSensorStatements();
-std::span<const MachineStatement> bmcFaultStatements();
-std::span<const MachineStatement> pciStatements();
-std::span<const MachineStatement> driveStatements();
-std::span<const MachineStatement> loadStatements();
+std::span<const MachineStatement> MemoryStatements();
+std::span<const MachineStatement> SmbiosStatements();
+std::span<const MachineStatement> DeviceStatements();
+std::span<const MachineStatement> BmcStatements();
+std::span<const MachineStatement> BmcRecordStatements();
+std::span<const MachineStatement> BmcReadingStatements();
+std::span<const MachineStatement> BmcFaultStatements();
+std::span<const MachineStatement> PciStatements();
+std::span<const MachineStatement> DriveStatements();
+std::span<const MachineStatement> LoadStatements();
 
 }  // namespace sim
 

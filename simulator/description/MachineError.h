@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A machine description that cannot be used. The text starts with FILE:LINE: where a line is at
-// fault.
+// The error that a machine description cannot be used. The text starts with FILE:LINE: when a line
+// is at fault.
 #ifndef TALVANE_SIMULATOR_DESCRIPTION_MACHINEERROR_H
 #define TALVANE_SIMULATOR_DESCRIPTION_MACHINEERROR_H
 

@@ -16,11 +16,11 @@
 namespace sim {
 namespace {
 
-const MachineStatement* find(std::string_view word) {
+const MachineStatement* FindStatement(std::string_view word) {
     for (const auto topic :
-         {memoryStatements(), smbiosStatements(), deviceStatements(), bmcStatements(),
-          bmcRecordStatements(), bmcSensorStatements(), bmcFaultStatements(), pciStatements(),
-          driveStatements(), loadStatements()}) {
+         {MemoryStatements(), SmbiosStatements(), DeviceStatements(), BmcStatements(),
+          BmcRecordStatements(), BmcReadingStatements(), BmcFaultStatements(), PciStatements(),
+          DriveStatements(), LoadStatements()}) {
         const auto row =
             std::find_if(topic.begin(), topic.end(),
                          [&](const MachineStatement& next) { return next.word == word; });
@@ -29,18 +29,18 @@ const MachineStatement* find(std::string_view word) {
     return nullptr;
 }
 
-void readLine(MachineLine& line, MachineDraft& draft) {
-    if (!line.more()) return;
-    const std::string word = line.word("the statement");
-    const MachineStatement* const statement = find(word);
-    if (statement == nullptr) line.fail("unknown statement \"" + word + "\"");
+void ReadStatementLine(MachineLine& line, MachineDraft& draft) {
+    if (!line.HasMore()) return;
+    const std::string word = line.TakeWord("the statement");
+    const MachineStatement* const statement = FindStatement(word);
+    if (statement == nullptr) line.Fail("unknown statement \"" + word + "\"");
     statement->read(line, draft);
-    line.end();
+    line.ExpectEnd();
 }
 
 }  // namespace
 
-void loadMachine(const std::filesystem::path& folder, Machine& machine) {
+void LoadMachine(const std::filesystem::path& folder, Machine& machine) {
     const std::string file = (folder / "machine.txt").string();
     std::ifstream stream(file);
     if (!stream) throw MachineError(file + ": " + std::strerror(errno));
@@ -49,10 +49,10 @@ void loadMachine(const std::filesystem::path& folder, Machine& machine) {
     std::string text;
     for (int number = 1; std::getline(stream, text); ++number) {
         MachineLine line(file, number, text);
-        readLine(line, draft);
+        ReadStatementLine(line, draft);
     }
     if (stream.bad()) throw MachineError(file + ": cannot be read");
-    draft.build(machine);
+    draft.Build(machine);
 }
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Words, texts and numbers of a machine description.
+// Splits a line of a machine description into words, and reads words as texts and numbers.
 
 #include "simulator/description/MachineLine.h"
 
@@ -14,7 +14,7 @@ namespace {
 
 constexpr std::string_view kBlanks = " \t\r";
 
-bool isBlank(char c) {
+bool IsBlank(char c) {
     return kBlanks.find(c) != std::string_view::npos;
 }
 
@@ -23,31 +23,32 @@ bool isBlank(char c) {
 MachineLine::MachineLine(std::string file, int number, std::string_view text)
     : file_(std::move(file)), number_(number) {
     if (text.find('\0') != std::string_view::npos)
-        fail("a byte 00 stands in the line, which is no text");
+        Fail("the line holds a byte 00, so it is not text");
     std::size_t at = 0;
     while (true) {
         at = text.find_first_not_of(kBlanks, at);
         if (at == std::string_view::npos || text[at] == '#') return;
         if (text[at] == '"') {
-            at = takeQuoted(text, at + 1);
-            if (at < text.size() && !isBlank(text[at]) && text[at] != '#')
-                fail("a blank must follow the closing quote");
+            at = TakeQuoted(text, at + 1);
+            if (at < text.size() && !IsBlank(text[at]) && text[at] != '#')
+                Fail("a blank must follow the closing quote");
         } else {
             const std::size_t end = std::min(text.find_first_of(" \t\r#", at), text.size());
             const std::string_view word = text.substr(at, end - at);
             if (word.find('"') != std::string_view::npos)
-                fail("a blank must precede the opening quote");
+                Fail("a blank must precede the opening quote");
             words_.push_back({std::string(word), false});
             at = end;
         }
     }
 }
 
-// Takes the text from behind the opening quote; returns the place behind the closing one.
-std::size_t MachineLine::takeQuoted(std::string_view text, std::size_t at) {
+// Takes the text after the opening quote, which ends before `at`. Returns the place after the
+// closing quote.
+std::size_t MachineLine::TakeQuoted(std::string_view text, std::size_t at) {
     std::string result;
     while (true) {
-        if (at >= text.size()) fail("the text has no closing quote");
+        if (at >= text.size()) Fail("the text has no closing quote");
         const char c = text[at++];
         if (c == '"') break;
         if (c != '\\') {
@@ -63,82 +64,82 @@ std::size_t MachineLine::takeQuoted(std::string_view text, std::size_t at) {
             const char* const end = digits + std::min<std::size_t>(2, text.size() - at);
             const auto [stop, error] = std::from_chars(digits, end, value, 16);
             if (error != std::errc() || stop != digits + 2 || value == 0)
-                fail("\\x needs two hexadecimal digits other than 00");
+                Fail("\\x needs two hexadecimal digits other than 00");
             result += static_cast<char>(value);
             at += 2;
         } else {
-            fail("the escapes of a text are \\\" \\\\ and \\xHH");
+            Fail("the escapes of a text are \\\" \\\\ and \\xHH");
         }
     }
     words_.push_back({std::move(result), true});
     return at;
 }
 
-void MachineLine::fail(const std::string& message) const {
+void MachineLine::Fail(const std::string& message) const {
     throw MachineError(file_ + ":" + std::to_string(number_) + ": " + message);
 }
 
-const MachineLine::Word& MachineLine::take(const char* what) {
-    if (!more()) fail(std::string(what) + " is missing");
+const MachineLine::Token& MachineLine::TakeToken(const char* what) {
+    if (!HasMore()) Fail(std::string(what) + " is missing");
     return words_[next_++];
 }
 
-std::string MachineLine::word(const char* what) {
-    const Word& word = take(what);
-    if (word.quoted) fail(std::string(what) + " takes no quotes");
+std::string MachineLine::TakeWord(const char* what) {
+    const Token& word = TakeToken(what);
+    if (word.quoted) Fail(std::string(what) + " takes no quotes");
     return word.text;
 }
 
-std::string MachineLine::text(const char* what) {
-    const Word& word = take(what);
-    if (!word.quoted) fail(std::string(what) + " must be in double quotes");
-    if (word.text.empty()) fail(std::string(what) + " is empty");
+std::string MachineLine::TakeText(const char* what) {
+    const Token& word = TakeToken(what);
+    if (!word.quoted) Fail(std::string(what) + " must be in double quotes");
+    if (word.text.empty()) Fail(std::string(what) + " is empty");
     return word.text;
 }
 
-std::string MachineLine::name(const char* what) {
-    return quotedNext() ? text(what) : word(what);
+std::string MachineLine::TakeName(const char* what) {
+    return IsNextQuoted() ? TakeText(what) : TakeWord(what);
 }
 
-std::uint64_t MachineLine::parse(const std::string& digits, const char* what) const {
+std::uint64_t MachineLine::ParseNumber(const std::string& digits, const char* what) const {
     const bool hexadecimal = digits.starts_with("0x") || digits.starts_with("0X");
     const char* const begin = digits.data() + (hexadecimal ? 2 : 0);
     const char* const end = digits.data() + digits.size();
     std::uint64_t value = 0;
     const auto [stop, error] = std::from_chars(begin, end, value, hexadecimal ? 16 : 10);
     if (stop != end || error == std::errc::invalid_argument)
-        fail(std::string(what) + " \"" + digits + "\" is no number");
+        Fail(std::string(what) + " \"" + digits + "\" is not a number");
     if (error == std::errc::result_out_of_range)
-        fail(std::string(what) + " " + digits + " is too large");
+        Fail(std::string(what) + " " + digits + " is too large");
     return value;
 }
 
-std::uint32_t MachineLine::number(const char* what, std::uint32_t max) {
-    const std::string digits = word(what);
-    const std::uint64_t value = parse(digits, what);
-    if (value > max) fail(std::string(what) + " " + digits + " is above " + std::to_string(max));
+std::uint32_t MachineLine::TakeNumber(const char* what, std::uint32_t max) {
+    const std::string digits = TakeWord(what);
+    const std::uint64_t value = ParseNumber(digits, what);
+    if (value > max) Fail(std::string(what) + " " + digits + " is above " + std::to_string(max));
     return static_cast<std::uint32_t>(value);
 }
 
-std::uint8_t MachineLine::byte(const char* what, std::uint8_t max) {
-    return static_cast<std::uint8_t>(number(what, max));
+std::uint8_t MachineLine::TakeByte(const char* what, std::uint8_t max) {
+    return static_cast<std::uint8_t>(TakeNumber(what, max));
 }
 
-int MachineLine::integer(const char* what, int min, int max) {
-    const std::string text = word(what);
+int MachineLine::TakeInteger(const char* what, int min, int max) {
+    const std::string text = TakeWord(what);
     int value = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value);
     if (error != std::errc() || stop != end)
-        fail(std::string(what) + " \"" + text + "\" is no decimal number");
+        Fail(std::string(what) + " \"" + text + "\" is not a decimal number");
     if (value < min || value > max)
-        fail(std::string(what) + " " + text + " is not between " + std::to_string(min) + " and " +
+        Fail(std::string(what) + " " + text + " is not between " + std::to_string(min) + " and " +
              std::to_string(max));
     return value;
 }
 
-std::uint64_t MachineLine::size(const char* what, std::uint64_t max) {
-    std::string digits = word(what);
+std::uint64_t MachineLine::TakeSize(const char* what, std::uint64_t max) {
+    std::string digits = TakeWord(what);
     const std::string given = digits;
     unsigned shift = 0;
     switch (digits.back()) {
@@ -155,36 +156,36 @@ std::uint64_t MachineLine::size(const char* what, std::uint64_t max) {
             break;
     }
     if (shift != 0) digits.pop_back();
-    const std::uint64_t value = parse(digits, what);
+    const std::uint64_t value = ParseNumber(digits, what);
     if (value == 0 || value > max >> shift)
-        fail(std::string(what) + " " + given + " is not between 1 and " + std::to_string(max));
+        Fail(std::string(what) + " " + given + " is not between 1 and " + std::to_string(max));
     return value << shift;
 }
 
-std::uint8_t MachineLine::hexByte(const char* what) {
-    const std::string digits = word(what);
+std::uint8_t MachineLine::TakeHexByte(const char* what) {
+    const std::string digits = TakeWord(what);
     unsigned value = 0;
     const char* const end = digits.data() + digits.size();
     const auto [stop, error] = std::from_chars(digits.data(), end, value, 16);
     if (error != std::errc() || stop != end || digits.size() > 2)
-        fail(std::string(what) + " \"" + digits + "\" is not two hexadecimal digits");
+        Fail(std::string(what) + " \"" + digits + "\" is not two hexadecimal digits");
     return static_cast<std::uint8_t>(value);
 }
 
-void MachineLine::expect(std::string_view literal) {
+void MachineLine::ExpectWord(std::string_view literal) {
     const std::string what = "the word \"" + std::string(literal) + "\"";
-    const std::string found = word(what.c_str());
-    if (found != literal) fail(what + " was expected, not \"" + found + "\"");
+    const std::string found = TakeWord(what.c_str());
+    if (found != literal) Fail(what + " was expected, not \"" + found + "\"");
 }
 
-bool MachineLine::takeIf(std::string_view literal) {
-    if (!more() || words_[next_].quoted || words_[next_].text != literal) return false;
+bool MachineLine::TakeIf(std::string_view literal) {
+    if (!HasMore() || words_[next_].quoted || words_[next_].text != literal) return false;
     ++next_;
     return true;
 }
 
-void MachineLine::end() const {
-    if (more()) fail("nothing may follow here, but \"" + words_[next_].text + "\" does");
+void MachineLine::ExpectEnd() const {
+    if (HasMore()) Fail("nothing may follow here, but \"" + words_[next_].text + "\" does");
 }
 
 }  // namespace sim

@@ -9,28 +9,28 @@
 namespace sim {
 namespace {
 
-constexpr std::uint64_t kMostMemory = std::uint64_t{4} << 30;
+constexpr std::uint64_t kMaxMemory = std::uint64_t{4} << 30;
 
-void readMemory(MachineLine& line, MachineDraft& draft) {
-    const std::uint64_t size = line.size("the memory size", kMostMemory);
+void ReadMemory(MachineLine& line, MachineDraft& draft) {
+    const std::uint64_t size = line.TakeSize("the memory size", kMaxMemory);
     if (draft.memorySize)
-        line.fail("the memory size was given in line " + std::to_string(draft.memorySize->second));
-    draft.memorySize.emplace(size, line.number());
+        line.Fail("the memory size was given in line " + std::to_string(draft.memorySize->second));
+    draft.memorySize.emplace(size, line.LineNumber());
 }
 
-void readPages(MachineLine& line, MachineDraft& draft) {
+void ReadPages(MachineLine& line, MachineDraft& draft) {
     const std::uint32_t address =
-        line.number("the address", std::numeric_limits<std::uint32_t>::max());
-    Bytes bytes = draft.capture(line);
+        line.TakeNumber("the address", std::numeric_limits<std::uint32_t>::max());
+    Bytes bytes = draft.Capture(line);
     draft.pieces.push_back({address, std::move(bytes), line});
 }
 
-constexpr MachineStatement kStatements[] = {{"memory", readMemory}, {"pages", readPages}};
+constexpr MachineStatement kMemoryStatements[] = {{"memory", ReadMemory}, {"pages", ReadPages}};
 
 }  // namespace
 
-std::span<const MachineStatement> memoryStatements() {
-    return kStatements;
+std::span<const MachineStatement> MemoryStatements() {
+    return kMemoryStatements;
 }
 
 }  // namespace sim

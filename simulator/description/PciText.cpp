@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Two kinds of lines count: a function's, which starts with [DOMAIN:]BUS:DEVICE.FUNCTION, and its
-// bytes', which start with an offset.
+// Reads two kinds of lines: one that names a function as [DOMAIN:]BUS:DEVICE.FUNCTION, and those
+// with its bytes, which start with an offset.
 
 #include "simulator/description/PciText.h"
 
@@ -14,14 +14,14 @@
 namespace sim {
 namespace {
 
-// Takes a hexadecimal number of so many digits at most and the character behind it off the front.
-// Nothing, and the text as it was, when they do not stand there.
-std::optional<unsigned> take(std::string_view& text, std::size_t digits, char behind) {
+// Takes a hexadecimal number of at most `digits` digits, and the separator after it, off the front
+// of the text. Returns nothing and leaves the text unchanged when it does not begin like that.
+std::optional<unsigned> TakeHexNumber(std::string_view& text, std::size_t digits, char separator) {
     unsigned value = 0;
     const char* const end = text.data() + text.size();
     const auto [stop, error] = std::from_chars(text.data(), end, value, 16);
     const auto length = static_cast<std::size_t>(stop - text.data());
-    if (error != std::errc() || length > digits || stop == end || *stop != behind)
+    if (error != std::errc() || length > digits || stop == end || *stop != separator)
         return std::nullopt;
     text.remove_prefix(length + 1);
     return value;
@@ -32,19 +32,19 @@ struct FunctionLine {
     PciLocation location;
 };
 
-std::optional<FunctionLine> functionLine(std::string_view line) {
+std::optional<FunctionLine> ParseFunctionLine(std::string_view line) {
     FunctionLine result;
-    std::optional<unsigned> bus = take(line, 8, ':');
+    std::optional<unsigned> bus = TakeHexNumber(line, 8, ':');
     if (!bus) return std::nullopt;
-    std::optional<unsigned> device = take(line, 2, ':');
+    std::optional<unsigned> device = TakeHexNumber(line, 2, ':');
     if (device) {
         result.domain = *bus;
         bus = device;
     }
-    device = take(line, 2, '.');
-    const std::string withBlank = std::string(line) + ' ';  // the line may end with the function
+    device = TakeHexNumber(line, 2, '.');
+    const std::string withBlank = std::string(line) + ' ';  // the line may end after the function
     std::string_view rest = withBlank;
-    const std::optional<unsigned> function = take(rest, 1, ' ');
+    const std::optional<unsigned> function = TakeHexNumber(rest, 1, ' ');
     if (!device || !function || *bus > 0xFF || *function > 7) return std::nullopt;
     result.location = {*bus, *device, *function};
     return result;
@@ -55,30 +55,30 @@ struct BytesLine {
     Bytes bytes;
 };
 
-std::optional<BytesLine> bytesLine(std::string_view line) {
+std::optional<BytesLine> ParseBytesLine(std::string_view line) {
     BytesLine result;
-    const std::optional<unsigned> offset = take(line, 3, ':');
+    const std::optional<unsigned> offset = TakeHexNumber(line, 3, ':');
     if (!offset) return std::nullopt;
     result.offset = *offset;
     std::istringstream words{std::string(line)};
     for (std::string word; words >> word;) {
         word += ' ';
         std::string_view digits = word;
-        const std::optional<unsigned> byte = take(digits, 2, ' ');
+        const std::optional<unsigned> byte = TakeHexNumber(digits, 2, ' ');
         if (!byte) return std::nullopt;
         result.bytes.push_back(static_cast<std::uint8_t>(*byte));
     }
     return result;
 }
 
-class Reader {
+class LspciReader {
 public:
-    void read(const std::string& line) {
+    void Read(const std::string& line) {
         if (line.empty() || line.front() == ' ' || line.front() == '\t') return;
-        if (const auto function = functionLine(line))
-            startFunction(*function);
-        else if (const auto bytes = bytesLine(line))
-            addBytes(*bytes);
+        if (const auto function = ParseFunctionLine(line))
+            StartFunction(*function);
+        else if (const auto bytes = ParseBytesLine(line))
+            AddBytes(*bytes);
         else
             throw std::runtime_error("neither a function nor its bytes");
     }
@@ -86,7 +86,7 @@ public:
     std::map<PciLocation, Bytes> functions;
 
 private:
-    void startFunction(const FunctionLine& line) {
+    void StartFunction(const FunctionLine& line) {
         expected_ = 0;
         if (line.location.device > 31) throw std::runtime_error("there is no device above 1f");
         if (line.domain != 0) {
@@ -95,11 +95,11 @@ private:
         }
         const auto [function, fresh] = functions.try_emplace(line.location);
         if (!fresh)
-            throw std::runtime_error("the function " + line.location.text() + " is here twice");
+            throw std::runtime_error("the function " + line.location.Text() + " is here twice");
         current_ = &function->second;
     }
 
-    void addBytes(const BytesLine& line) {
+    void AddBytes(const BytesLine& line) {
         if (current_ == nullptr) throw std::runtime_error("bytes before the first function");
         if (line.offset != expected_) throw std::runtime_error("bytes are missing");
         for (const std::uint8_t byte : line.bytes)
@@ -108,20 +108,20 @@ private:
 
     Bytes* current_ = nullptr;
     Bytes outOfReach_;
-    unsigned expected_ = 0;  // offset of the next byte
+    unsigned expected_ = 0;  // the offset of the next byte
 };
 
 }  // namespace
 
-std::map<PciLocation, Bytes> readPciText(std::string_view text) {
-    Reader reader;
+std::map<PciLocation, Bytes> ReadPciText(std::string_view text) {
+    LspciReader reader;
     std::istringstream lines{std::string(text)};
     int number = 0;
     for (std::string line; std::getline(lines, line);) {
         ++number;
         if (!line.empty() && line.back() == '\r') line.pop_back();
         try {
-            reader.read(line);
+            reader.Read(line);
         } catch (const std::runtime_error& error) {
             throw std::runtime_error("line " + std::to_string(number) + ": " + error.what());
         }

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Splits the text into lines, and each line into a sector's number and its bytes.
 
 #include "simulator/description/SectorText.h"
 
@@ -12,24 +14,25 @@
 namespace sim {
 namespace {
 
-[[noreturn]] void fail(int line, const char* message) {
+[[noreturn]] void FailInLine(int line, const char* message) {
     throw std::runtime_error("line " + std::to_string(line) + ": " + message);
 }
 
-Bytes bytesOf(std::string_view digits, int line) {
-    if (digits.size() != 2 * DiskImage::kSectorSize) fail(line, "a sector has 512 bytes");
+Bytes SectorBytes(std::string_view digits, int line) {
+    if (digits.size() != 2 * DiskImage::kSectorSize) FailInLine(line, "a sector has 512 bytes");
     Bytes bytes(DiskImage::kSectorSize);
     for (std::size_t i = 0; i < bytes.size(); ++i) {
         const char* const at = digits.data() + 2 * i;
         const auto [stop, error] = std::from_chars(at, at + 2, bytes[i], 16);
-        if (error != std::errc() || stop != at + 2) fail(line, "bytes are hexadecimal digits");
+        if (error != std::errc() || stop != at + 2)
+            FailInLine(line, "bytes are hexadecimal digits");
     }
     return bytes;
 }
 
 }  // namespace
 
-std::map<std::uint64_t, Bytes> readSectorText(std::string_view text) {
+std::map<std::uint64_t, Bytes> ReadSectorText(std::string_view text) {
     std::map<std::uint64_t, Bytes> sectors;
     for (int number = 1; !text.empty(); ++number) {
         const std::string_view line = text.substr(0, text.find('\n'));
@@ -38,11 +41,11 @@ std::map<std::uint64_t, Bytes> readSectorText(std::string_view text) {
         const char* const end = line.data() + line.size();
         const auto [stop, error] = std::from_chars(line.data(), end, sector);
         if (error != std::errc() || stop == end || *stop != ' ')
-            fail(number, "a line is a sector's number, a blank and its bytes");
+            FailInLine(number, "a line is a sector's number, a blank and its bytes");
         const std::string_view digits =
             line.substr(static_cast<std::size_t>(stop - line.data()) + 1);
-        if (!sectors.emplace(sector, bytesOf(digits, number)).second)
-            fail(number, "the sector is here twice");
+        if (!sectors.emplace(sector, SectorBytes(digits, number)).second)
+            FailInLine(number, "the sector is here twice");
     }
     if (sectors.empty()) throw std::runtime_error("no sector");
     return sectors;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Sectors of a disk as text: a line each, its number in decimal, a blank and its 512 bytes in
-// hexadecimal. Sectors that are not there are zero.
+// Reads sectors of a disk from text. Each line holds one sector: its number in decimal, a blank,
+// and its 512 bytes in hexadecimal. Sectors without a line are zero.
 #ifndef TALVANE_SIMULATOR_DESCRIPTION_SECTORTEXT_H
 #define TALVANE_SIMULATOR_DESCRIPTION_SECTORTEXT_H
 
@@ -13,8 +13,8 @@
 
 namespace sim {
 
-// By number. std::runtime_error, which names the line, for text of another kind.
-std::map<std::uint64_t, Bytes> readSectorText(std::string_view text);
+// The sectors by number. std::runtime_error, which names the line, for any other text.
+std::map<std::uint64_t, Bytes> ReadSectorText(std::string_view text);
 
 }  // namespace sim
 

@@ -13,165 +13,166 @@
 namespace sim {
 namespace {
 
-constexpr std::uint32_t kMostByte = 0xFF;
-constexpr std::uint32_t kMostWord = 0xFFFF;
-constexpr std::uint32_t kMostDword = 0xFFFFFFFF;
+constexpr std::uint32_t kMaxByte = 0xFF;
+constexpr std::uint32_t kMaxWord = 0xFFFF;
+constexpr std::uint32_t kMaxDword = 0xFFFFFFFF;
 
-SmbiosDraft& begin(SmbiosDraft::Source source, MachineLine& line, MachineDraft& draft) {
+SmbiosDraft& BeginSmbios(SmbiosDraft::Source source, MachineLine& line, MachineDraft& draft) {
     if (draft.smbios)
-        line.fail("the machine's SMBIOS was given in line " +
-                  std::to_string(draft.smbios->line.number()));
+        line.Fail("the machine's SMBIOS was given in line " +
+                  std::to_string(draft.smbios->line.LineNumber()));
     return draft.smbios.emplace(SmbiosDraft{source, line, {}, {}, {}, nullptr, {}});
 }
 
-void readVersion(MachineLine& line, SmbiosPlacement& placement) {
-    const std::string text = line.word("the version");
+void ReadVersion(MachineLine& line, SmbiosPlacement& placement) {
+    const std::string text = line.TakeWord("the version");
     const char* const end = text.data() + text.size();
     const auto major = std::from_chars(text.data(), end, placement.major);
     if (major.ec != std::errc() || major.ptr == end || *major.ptr != '.')
-        line.fail("the version \"" + text + "\" is not MAJOR.MINOR");
+        line.Fail("the version \"" + text + "\" is not MAJOR.MINOR");
     const auto minor = std::from_chars(major.ptr + 1, end, placement.minor);
     if (minor.ec != std::errc() || minor.ptr != end)
-        line.fail("the version \"" + text + "\" is not MAJOR.MINOR");
+        line.Fail("the version \"" + text + "\" is not MAJOR.MINOR");
 }
 
-// What may follow the version, each at most once.
-void readOption(const std::string& option, MachineLine& line, SmbiosPlacement& placement) {
+// The options that may follow the version.
+void ReadTableOption(const std::string& option, MachineLine& line, SmbiosPlacement& placement) {
     if (option == "anchor") {
-        line.expect("dmi");
-        placement.anchor = SmbiosPlacement::Anchor::dmi;
+        line.ExpectWord("dmi");
+        placement.anchor = SmbiosPlacement::Anchor::kDmi;
     } else if (option == "entry") {
-        placement.entry = line.number("the entry point's address", kMostDword);
+        placement.entry = line.TakeNumber("the entry point's address", kMaxDword);
         constexpr std::uint32_t last = 0xFFFE0;
         if (placement.entry < 0xF0000 || placement.entry > last || placement.entry % 16 != 0)
-            line.fail("an entry point lies on a multiple of 16 from 0xF0000 to 0xFFFE0");
+            line.Fail("an entry point lies on a multiple of 16 from 0xF0000 to 0xFFFE0");
     } else if (option == "table") {
-        placement.table = line.number("the table's address", kMostDword);
-        if (placement.table == 0) line.fail("a table does not lie at address 0");
+        placement.table = line.TakeNumber("the table's address", kMaxDword);
+        if (placement.table == 0) line.Fail("a table does not lie at address 0");
     } else if (option == "structures") {
-        placement.structures = static_cast<int>(line.number("the structure count", kMostWord));
+        placement.structures = static_cast<int>(line.TakeNumber("the structure count", kMaxWord));
     } else if (option == "length") {
-        placement.length = static_cast<int>(line.number("the table length", kMostWord));
+        placement.length = static_cast<int>(line.TakeNumber("the table length", kMaxWord));
     } else {
-        line.fail("\"" + option + "\" is none of anchor, entry, table, structures, length");
+        line.Fail("\"" + option + "\" is none of anchor, entry, table, structures, length");
     }
 }
 
-void readSmbios(MachineLine& line, MachineDraft& draft) {
-    const std::string kind = line.word("\"dump\" or \"version\"");
+void ReadSmbios(MachineLine& line, MachineDraft& draft) {
+    const std::string kind = line.TakeWord("\"dump\" or \"version\"");
     if (kind == "dump") {
-        Bytes bytes = draft.capture(line);
-        begin(SmbiosDraft::Source::dump, line, draft).bytes = std::move(bytes);
+        Bytes bytes = draft.Capture(line);
+        BeginSmbios(SmbiosDraft::Source::kDump, line, draft).bytes = std::move(bytes);
     } else if (kind == "version") {
-        SmbiosPlacement& placement = begin(SmbiosDraft::Source::text, line, draft).placement;
-        readVersion(line, placement);
+        SmbiosPlacement& placement = BeginSmbios(SmbiosDraft::Source::kText, line, draft).placement;
+        ReadVersion(line, placement);
         std::set<std::string> seen;
-        while (line.more()) {
-            const std::string option = line.word("the option");
-            if (!seen.insert(option).second) line.fail("\"" + option + "\" is given twice");
-            readOption(option, line, placement);
+        while (line.HasMore()) {
+            const std::string option = line.TakeWord("the option");
+            if (!seen.insert(option).second) line.Fail("\"" + option + "\" is given twice");
+            ReadTableOption(option, line, placement);
         }
     } else {
-        line.fail("smbios is followed by \"dump\" or \"version\", not by \"" + kind + "\"");
+        line.Fail("smbios is followed by \"dump\" or \"version\", not by \"" + kind + "\"");
     }
 }
 
-void readSegment(MachineLine& line, MachineDraft& draft) {
-    Bytes bytes = draft.capture(line);
-    begin(SmbiosDraft::Source::segment, line, draft).bytes = std::move(bytes);
+void ReadSegment(MachineLine& line, MachineDraft& draft) {
+    Bytes bytes = draft.Capture(line);
+    BeginSmbios(SmbiosDraft::Source::kSegment, line, draft).bytes = std::move(bytes);
 }
 
-void readStructure(MachineLine& line, MachineDraft& draft) {
-    const std::uint32_t type = line.number("the type", kMostByte);
-    line.expect("handle");
-    const std::uint32_t handle = line.number("the handle", kMostWord);
-    line.expect("length");
-    const std::uint32_t length = line.number("the length", kMostByte);
-    if (length < 4) line.fail("a structure is at least as long as its header of 4 bytes");
-    if (!draft.smbios || draft.smbios->source != SmbiosDraft::Source::text)
-        line.fail("structures follow an \"smbios version\" line");
-    draft.smbios->last = &draft.smbios->table.add(static_cast<std::uint8_t>(type),
+void ReadStructure(MachineLine& line, MachineDraft& draft) {
+    const std::uint32_t type = line.TakeNumber("the type", kMaxByte);
+    line.ExpectWord("handle");
+    const std::uint32_t handle = line.TakeNumber("the handle", kMaxWord);
+    line.ExpectWord("length");
+    const std::uint32_t length = line.TakeNumber("the length", kMaxByte);
+    if (length < 4) line.Fail("a structure is at least as long as its header of 4 bytes");
+    if (!draft.smbios || draft.smbios->source != SmbiosDraft::Source::kText)
+        line.Fail("structures follow an \"smbios version\" line");
+    draft.smbios->last = &draft.smbios->table.Add(static_cast<std::uint8_t>(type),
                                                   static_cast<std::uint16_t>(handle),
                                                   static_cast<std::uint8_t>(length));
     draft.smbios->fields.clear();
 }
 
-SmbiosStructure& structureOf(MachineLine& line, MachineDraft& draft) {
+SmbiosStructure& StructureOf(MachineLine& line, MachineDraft& draft) {
     if (!draft.smbios || draft.smbios->last == nullptr)
-        line.fail("fields and strings follow a \"structure\" line");
+        line.Fail("fields and strings follow a \"structure\" line");
     return *draft.smbios->last;
 }
 
-// Sets a field by `set`, where it lies in the structure and no earlier line wrote to it.
+// Sets a field by `set`. Fails when an earlier line set one of its bytes, or when it does not lie
+// in the structure.
 template <typename Set>
-void setField(MachineLine& line, MachineDraft& draft, std::size_t offset, std::size_t size,
+void SetField(MachineLine& line, MachineDraft& draft, std::size_t offset, std::size_t size,
               Set set) {
-    SmbiosStructure& structure = structureOf(line, draft);
+    SmbiosStructure& structure = StructureOf(line, draft);
     for (std::size_t at = offset; at < offset + size; ++at) {
-        const auto [field, fresh] = draft.smbios->fields.emplace(at, line.number());
+        const auto [field, fresh] = draft.smbios->fields.emplace(at, line.LineNumber());
         if (!fresh)
-            line.fail("the byte at offset " + std::to_string(at) + " was set in line " +
+            line.Fail("the byte at offset " + std::to_string(at) + " was set in line " +
                       std::to_string(field->second));
     }
     try {
         set(structure);
     } catch (const std::exception& error) {
-        line.fail(error.what());
+        line.Fail(error.what());
     }
 }
 
-std::size_t readOffset(MachineLine& line) {
-    return line.number("the offset", kMostByte);
+std::size_t TakeOffset(MachineLine& line) {
+    return line.TakeNumber("the offset", kMaxByte);
 }
 
-void readByte(MachineLine& line, MachineDraft& draft) {
-    const std::size_t offset = readOffset(line);
-    const std::uint8_t value = line.byte("the value");
-    setField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.byte(offset, value); });
+void ReadByte(MachineLine& line, MachineDraft& draft) {
+    const std::size_t offset = TakeOffset(line);
+    const std::uint8_t value = line.TakeByte("the value");
+    SetField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.Byte(offset, value); });
 }
 
-void readWord(MachineLine& line, MachineDraft& draft) {
-    const std::size_t offset = readOffset(line);
-    const auto value = static_cast<std::uint16_t>(line.number("the value", kMostWord));
-    setField(line, draft, offset, 2, [&](SmbiosStructure& to) { to.word(offset, value); });
+void ReadWord(MachineLine& line, MachineDraft& draft) {
+    const std::size_t offset = TakeOffset(line);
+    const auto value = static_cast<std::uint16_t>(line.TakeNumber("the value", kMaxWord));
+    SetField(line, draft, offset, 2, [&](SmbiosStructure& to) { to.Word(offset, value); });
 }
 
-void readDword(MachineLine& line, MachineDraft& draft) {
-    const std::size_t offset = readOffset(line);
-    const std::uint32_t value = line.number("the value", kMostDword);
-    setField(line, draft, offset, 4, [&](SmbiosStructure& to) { to.dword(offset, value); });
+void ReadDword(MachineLine& line, MachineDraft& draft) {
+    const std::size_t offset = TakeOffset(line);
+    const std::uint32_t value = line.TakeNumber("the value", kMaxDword);
+    SetField(line, draft, offset, 4, [&](SmbiosStructure& to) { to.Dword(offset, value); });
 }
 
-void readBytes(MachineLine& line, MachineDraft& draft) {
-    std::size_t offset = readOffset(line);
+void ReadBytes(MachineLine& line, MachineDraft& draft) {
+    std::size_t offset = TakeOffset(line);
     do {
-        const std::uint8_t value = line.hexByte("the byte");
-        setField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.byte(offset, value); });
+        const std::uint8_t value = line.TakeHexByte("the byte");
+        SetField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.Byte(offset, value); });
         ++offset;
-    } while (line.more());
+    } while (line.HasMore());
 }
 
-void readString(MachineLine& line, MachineDraft& draft) {
-    if (line.quotedNext()) {
-        const std::string text = line.text("the string");
-        setField(line, draft, 0, 0, [&](SmbiosStructure& to) { to.string(text); });
+void ReadString(MachineLine& line, MachineDraft& draft) {
+    if (line.IsNextQuoted()) {
+        const std::string text = line.TakeText("the string");
+        SetField(line, draft, 0, 0, [&](SmbiosStructure& to) { to.String(text); });
         return;
     }
-    const std::size_t offset = readOffset(line);
-    const std::string text = line.text("the string");
-    setField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.string(offset, text); });
+    const std::size_t offset = TakeOffset(line);
+    const std::string text = line.TakeText("the string");
+    SetField(line, draft, offset, 1, [&](SmbiosStructure& to) { to.String(offset, text); });
 }
 
-constexpr MachineStatement kStatements[] = {
-    {"smbios", readSmbios}, {"segment", readSegment}, {"structure", readStructure},
-    {"byte", readByte},     {"word", readWord},       {"dword", readDword},
-    {"bytes", readBytes},   {"string", readString},
+constexpr MachineStatement kSmbiosStatements[] = {
+    {"smbios", ReadSmbios}, {"segment", ReadSegment}, {"structure", ReadStructure},
+    {"byte", ReadByte},     {"word", ReadWord},       {"dword", ReadDword},
+    {"bytes", ReadBytes},   {"string", ReadString},
 };
 
 }  // namespace
 
-std::span<const MachineStatement> smbiosStatements() {
-    return kStatements;
+std::span<const MachineStatement> SmbiosStatements() {
+    return kSmbiosStatements;
 }
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What devices do unless they say otherwise.
+// The default behaviour of an open file.
 
 #include "simulator/machine/Device.h"
 
@@ -8,11 +8,11 @@
 
 namespace sim {
 
-int OpenFile::makeDescriptor(const char* path) const {
+int OpenFile::MakeDescriptor(const char* path) const {
     return memfd_create(path, MFD_CLOEXEC);
 }
 
-std::optional<Answer> OpenFile::ioctl(unsigned long, void*) {
+std::optional<Answer> OpenFile::Ioctl(unsigned long, void*) {
     return std::nullopt;
 }
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// A disk of zeroes is a sparse file in memory; an image is the file itself, opened for reading.
 
 #include "simulator/machine/DiskImage.h"
 
@@ -16,13 +18,13 @@ namespace sim {
 namespace {
 
 constexpr std::uint64_t kPartitionTable = 446;
-constexpr std::uint64_t kEntrySize = 16;
+constexpr std::uint64_t kPartitionEntrySize = 16;
 
-[[noreturn]] void fail(const std::string& what) {
+[[noreturn]] void ThrowSystemError(const std::string& what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
-void put(std::uint8_t* at, std::uint32_t value) {
+void PutDoubleWord(std::uint8_t* at, std::uint32_t value) {
     for (int i = 0; i < 4; ++i) at[i] = static_cast<std::uint8_t>(value >> (8 * i));
 }
 
@@ -30,11 +32,11 @@ void put(std::uint8_t* at, std::uint32_t value) {
 
 DiskImage::DiskImage(std::uint64_t sectors)
     : memory_(memfd_create("disk", MFD_CLOEXEC)), sectors_(sectors) {
-    if (memory_ < 0) fail("a simulated disk");
+    if (memory_ < 0) ThrowSystemError("a simulated disk");
     path_ = "/proc/self/fd/" + std::to_string(memory_);
     if (ftruncate64(memory_, static_cast<off64_t>(sectors * kSectorSize)) != 0) {
         (void)syscall(SYS_close, memory_);
-        fail("a simulated disk of " + std::to_string(sectors) + " sectors");
+        ThrowSystemError("a simulated disk of " + std::to_string(sectors) + " sectors");
     }
 }
 
@@ -46,32 +48,33 @@ DiskImage::~DiskImage() {
     if (memory_ >= 0) (void)syscall(SYS_close, memory_);
 }
 
-void DiskImage::writeAt(std::uint64_t offset, std::span<const std::uint8_t> bytes) {
-    if (memory_ < 0) throw std::logic_error(path_ + " is not written to");
+void DiskImage::WriteAt(std::uint64_t offset, std::span<const std::uint8_t> bytes) {
+    if (memory_ < 0)
+        throw std::logic_error(path_ + " is an image in a file, which is never written to");
     if (offset + bytes.size() > sectors_ * kSectorSize)
         throw std::out_of_range("a disk of " + std::to_string(sectors_) +
                                 " sectors does not have these bytes");
     if (pwrite64(memory_, bytes.data(), bytes.size(), static_cast<off64_t>(offset)) < 0)
-        fail("a simulated disk");
+        ThrowSystemError("a simulated disk");
 }
 
-void DiskImage::write(std::uint64_t sector, std::span<const std::uint8_t> bytes) {
+void DiskImage::Write(std::uint64_t sector, std::span<const std::uint8_t> bytes) {
     if (bytes.size() > kSectorSize) throw std::out_of_range("a sector has 512 bytes");
-    writeAt(sector * kSectorSize, bytes);
+    WriteAt(sector * kSectorSize, bytes);
 }
 
-void DiskImage::setEntry(std::uint64_t sector, unsigned number, const TableEntry& entry) {
+void DiskImage::SetEntry(std::uint64_t sector, unsigned number, const TableEntry& entry) {
     if (number < 1 || number > 4)
         throw std::out_of_range("a partition table has the entries 1 to 4");
-    std::array<std::uint8_t, kEntrySize> bytes{};
+    std::array<std::uint8_t, kPartitionEntrySize> bytes{};
     bytes[4] = entry.type;
-    put(&bytes[8], entry.start);
-    put(&bytes[12], entry.sectors);
-    writeAt(sector * kSectorSize + kPartitionTable + (number - 1) * kEntrySize, bytes);
+    PutDoubleWord(&bytes[8], entry.start);
+    PutDoubleWord(&bytes[12], entry.sectors);
+    WriteAt(sector * kSectorSize + kPartitionTable + (number - 1) * kPartitionEntrySize, bytes);
 }
 
-// Through the path, so that each descriptor has a position of its own.
-int DiskImage::open() const {
+// Opens the path again, so that each descriptor has a position of its own.
+int DiskImage::Open() const {
     return static_cast<int>(
         syscall(SYS_openat, AT_FDCWD, path_.c_str(), O_RDONLY | O_LARGEFILE | O_CLOEXEC));
 }

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The sectors of a simulated disk, behind real descriptors: programs move on a disk with system
-// calls of their own, which no interposed function sees.
+// The sectors of a simulated disk, read through real descriptors: programs seek on a disk with
+// direct system calls, which no interposed function sees.
 #ifndef TALVANE_SIMULATOR_MACHINE_DISKIMAGE_H
 #define TALVANE_SIMULATOR_MACHINE_DISKIMAGE_H
 
@@ -19,37 +19,37 @@ struct TableEntry {
     std::uint32_t sectors = 0;
 };
 
-// Failures of the system are std::system_error.
+// Throws std::system_error when a system call fails.
 class DiskImage {
 public:
     static constexpr std::size_t kSectorSize = 512;
 
-    // Zeroes; only what is written takes memory.
+    // A disk of zeroes. Only sectors that are written take memory.
     explicit DiskImage(std::uint64_t sectors);
 
-    // An image in a file, which is never written to.
+    // The disk whose image is in a file. The file is never written to.
     explicit DiskImage(const std::filesystem::path& file);
 
     ~DiskImage();
     DiskImage(const DiskImage&) = delete;
     DiskImage& operator=(const DiskImage&) = delete;
 
-    // Both std::out_of_range for what lies past the end or, a sector, has more than 512 bytes, and
-    // std::logic_error for an image in a file.
-    void write(std::uint64_t sector, std::span<const std::uint8_t> bytes);
-    void setEntry(std::uint64_t sector, unsigned number, const TableEntry& entry);  // 1 to 4
+    // Write a sector, or an entry of the partition table in a sector. std::out_of_range past the
+    // end of the disk and for more than 512 bytes; std::logic_error for an image in a file.
+    void Write(std::uint64_t sector, std::span<const std::uint8_t> bytes);
+    void SetEntry(std::uint64_t sector, unsigned number, const TableEntry& entry);  // 1 to 4
 
-    std::uint64_t sectors() const { return sectors_; }
+    std::uint64_t Sectors() const { return sectors_; }
 
     // A new descriptor for reading, at position 0; owned by the caller. -1 with errno set on
     // failure.
-    int open() const;
+    int Open() const;
 
 private:
-    void writeAt(std::uint64_t offset, std::span<const std::uint8_t> bytes);
+    void WriteAt(std::uint64_t offset, std::span<const std::uint8_t> bytes);
 
     std::string path_;
-    int memory_ = -1;  // holds the zeroes; -1 for a file
+    int memory_ = -1;  // descriptor of the disk of zeroes; -1 for an image
     std::uint64_t sectors_ = 0;
 };
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A function of the shell, which a shell looks for before it looks for a program.
+// `free` becomes a function of the shell, which looks for functions before it looks for programs.
 
 #include "simulator/machine/FreeProgram.h"
 
@@ -9,7 +9,7 @@
 
 namespace sim {
 
-void FreeProgram::setMemory(std::uint64_t total, std::uint64_t used) {
+void FreeProgram::SetMemory(std::uint64_t total, std::uint64_t used) {
     constexpr const char* layout =
         "             total       used       free     shared    buffers     cached\n"
         "Mem:    %10llu %10llu %10llu          0          0          0\n"
@@ -20,10 +20,10 @@ void FreeProgram::setMemory(std::uint64_t total, std::uint64_t used) {
     char text[512];
     (void)std::snprintf(text, sizeof text, layout, inAll, inUse, inAll - inUse, inUse,
                         inAll - inUse);
-    setText(text);
+    SetText(text);
 }
 
-bool FreeProgram::isRunBy(const char* command) const {
+bool FreeProgram::IsRunBy(const char* command) const {
     constexpr std::string_view name = "free";
     if (text_.empty() || command == nullptr) return false;
     const std::string_view text = command;
@@ -31,7 +31,7 @@ bool FreeProgram::isRunBy(const char* command) const {
            (text.size() == name.size() || text[name.size()] == ' ' || text[name.size()] == '|');
 }
 
-std::string FreeProgram::before(const char* command) const {
+std::string FreeProgram::DefineBefore(const char* command) const {
     return "free() {\ncat <<'END OF FREE'\n" + text_ + "END OF FREE\n}\n" + command;
 }
 

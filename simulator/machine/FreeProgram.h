@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The program `free` of a simulated server, for commands that the library gives to a shell.
+// The program `free` of a simulated server, as commands that the library runs in a shell find it.
 #ifndef TALVANE_SIMULATOR_MACHINE_FREEPROGRAM_H
 #define TALVANE_SIMULATOR_MACHINE_FREEPROGRAM_H
 
@@ -11,17 +11,18 @@ namespace sim {
 
 class FreeProgram {
 public:
-    // What it prints from now on; ends in a line feed.
-    void setText(std::string text) { text_ = std::move(text); }
+    // Sets what it prints. The text ends in a line feed.
+    void SetText(std::string text) { text_ = std::move(text); }
 
-    // The same in its own layout, numbers in KiB.
-    void setMemory(std::uint64_t total, std::uint64_t used);
+    // Lets it print these sizes, in KiB, in its usual layout.
+    void SetMemory(std::uint64_t total, std::uint64_t used);
 
-    // Whether the command starts with this program; never before it was given a text.
-    bool isRunBy(const char* command) const;
+    // Whether the command starts with this program. Always false while it has no text.
+    bool IsRunBy(const char* command) const;
 
-    // The command for a shell that finds this program before the real one.
-    std::string before(const char* command) const;
+    // The command with a definition of this program before it, so that the shell runs this one and
+    // not the real one.
+    std::string DefineBefore(const char* command) const;
 
 private:
     std::string text_;

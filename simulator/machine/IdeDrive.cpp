@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// IDE drives as devices of a machine: the files in /proc/ide, and the drive itself.
 
 #include "simulator/machine/IdeDrive.h"
 
@@ -18,43 +20,44 @@
 namespace sim {
 namespace {
 
-// Moves by the descriptor itself, so that it agrees with system calls made behind libc's back.
+// Reads and seeks through the real descriptor, so that it agrees with the program's direct system
+// calls on it.
 class OpenDrive : public OpenFile {
 public:
     OpenDrive(int descriptor, std::optional<DriveIdentity> identity)
         : descriptor_(descriptor), identity_(std::move(identity)) {}
 
-    // The machine closes it.
-    int makeDescriptor(const char*) const override { return descriptor_; }
+    // The machine closes the descriptor.
+    int MakeDescriptor(const char*) const override { return descriptor_; }
 
-    Answer read(void* out, std::size_t size) override {
-        return answer(syscall(SYS_read, descriptor_, out, size));
+    Answer Read(void* out, std::size_t size) override {
+        return AnswerFromSystemCall(syscall(SYS_read, descriptor_, out, size));
     }
 
-    Answer seek(std::int64_t offset, int whence) override {
+    Answer Seek(std::int64_t offset, int whence) override {
         std::int64_t position = 0;
-        const Answer moved =
-            answer(syscall(SYS__llseek, descriptor_, static_cast<std::uint32_t>(offset >> 32),
-                           static_cast<std::uint32_t>(offset), &position, whence));
-        return moved.ok() ? Answer{position} : moved;
+        const Answer moved = AnswerFromSystemCall(
+            syscall(SYS__llseek, descriptor_, static_cast<std::uint32_t>(offset >> 32),
+                    static_cast<std::uint32_t>(offset), &position, whence));
+        return moved.Ok() ? Answer{position} : moved;
     }
 
-    std::optional<Answer> ioctl(unsigned long request, void* argument) override {
+    std::optional<Answer> Ioctl(unsigned long request, void* argument) override {
         if (request != HDIO_GET_IDENTITY) return std::nullopt;
-        if (!identity_) return Answer::failed(ENOMSG);
+        if (!identity_) return Answer::Failed(ENOMSG);
         std::memcpy(argument, identity_->data(), identity_->size());
         return Answer{};
     }
 
-    std::uint64_t position() const override {
+    std::uint64_t Position() const override {
         std::uint64_t position = 0;
         (void)syscall(SYS__llseek, descriptor_, 0, 0, &position, SEEK_CUR);
         return position;
     }
 
 private:
-    static Answer answer(long result) {
-        return result < 0 ? Answer::failed(errno) : Answer{result};
+    static Answer AnswerFromSystemCall(long result) {
+        return result < 0 ? Answer::Failed(errno) : Answer{result};
     }
 
     int descriptor_;
@@ -66,12 +69,12 @@ public:
     DriveDevice(std::optional<DriveIdentity> identity, std::shared_ptr<DiskImage> image)
         : identity_(std::move(identity)), image_(std::move(image)) {}
 
-    std::unique_ptr<OpenFile> open(int flags, int& error) override {
+    std::unique_ptr<OpenFile> Open(int flags, int& error) override {
         error = EACCES;
         if ((flags & O_ACCMODE) != O_RDONLY) return nullptr;
         error = ENOMEDIUM;
         if (image_ == nullptr) return nullptr;
-        const int descriptor = image_->open();
+        const int descriptor = image_->Open();
         error = errno;
         if (descriptor < 0) return nullptr;
         return std::make_unique<OpenDrive>(descriptor, identity_);
@@ -82,40 +85,40 @@ private:
     std::shared_ptr<DiskImage> image_;
 };
 
-// Texts of the identity block are words with the first character in the upper half; the kernel
-// has swapped them by the time a program sees them.
-void putText(DriveIdentity& identity, std::size_t offset, std::size_t size, std::string text) {
+// A drive stores the texts of its identity block as words with the first character in the upper
+// half. The kernel swaps them before a program sees them, so here they are in plain order.
+void PutText(DriveIdentity& identity, std::size_t offset, std::size_t size, std::string text) {
     text.resize(size, ' ');
     std::copy(text.begin(), text.end(), identity.begin() + static_cast<std::ptrdiff_t>(offset));
 }
 
 }  // namespace
 
-DriveIdentity makeIdentity(const std::string& serial, const std::string& firmware,
+DriveIdentity MakeIdentity(const std::string& serial, const std::string& firmware,
                            const std::string& model) {
     DriveIdentity identity{};
-    putText(identity, 20, 20, serial);
-    putText(identity, 46, 8, firmware);
-    putText(identity, 54, 40, model);
+    PutText(identity, 20, 20, serial);
+    PutText(identity, 46, 8, firmware);
+    PutText(identity, 54, 40, model);
     return identity;
 }
 
-IdeDrive makeDisk(const std::string& model, std::uint64_t sectors, const std::string& serial) {
+IdeDrive MakeDisk(const std::string& model, std::uint64_t sectors, const std::string& serial) {
     return {.files = {{"media", "disk\n"},
                       {"model", model + "\n"},
                       {"capacity", std::to_string(sectors) + "\n"}},
-            .identity = makeIdentity(serial, "1.00", model),
+            .identity = MakeIdentity(serial, "1.00", model),
             .image = std::make_shared<DiskImage>(sectors)};
 }
 
-void installDrive(Machine& machine, char letter, const IdeDrive& drive) {
+void InstallDrive(Machine& machine, char letter, const IdeDrive& drive) {
     if (letter < 'a' || letter > 'd') throw std::invalid_argument("IDE drives are hda to hdd");
     const std::string name = std::string("hd") + letter;
     const std::string folder = "/proc/ide/ide" + std::to_string((letter - 'a') / 2) + "/" + name;
-    machine.installDirectory(folder);
+    machine.InstallDirectory(folder);
     for (const auto& [file, text] : drive.files)
-        machine.install(folder + "/" + file, std::make_unique<TextDevice>(text));
-    machine.install("/dev/" + name, std::make_unique<DriveDevice>(drive.identity, drive.image));
+        machine.Install(folder + "/" + file, std::make_unique<TextDevice>(text));
+    machine.Install("/dev/" + name, std::make_unique<DriveDevice>(drive.identity, drive.image));
 }
 
 }  // namespace sim

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The driver's request 1 of type 'S': send a message and wait for its response. Its argument is the
-// record of a 32-bit program, read and written byte by byte here.
+// The driver's one request, number 1 of type 'S': send a message and wait for its response. Its
+// argument is a record laid out as in a 32-bit program; it is read and written byte by byte here.
 
 #include "simulator/machine/IpmiDevice.h"
 
@@ -16,31 +16,31 @@ namespace {
 
 constexpr unsigned long kSendMessage = 0xC0045301;
 
-// Where the fields lie in the request record.
-constexpr std::size_t kCommand = 0;
-constexpr std::size_t kResponder = 1;
-constexpr std::size_t kBus = 2;
-constexpr std::size_t kNetFunction = 3;
-constexpr std::size_t kLun = 4;
-constexpr std::size_t kData = 8;
-constexpr std::size_t kDataLength = 12;
-constexpr std::size_t kTimeout = 16;
-constexpr std::size_t kResponse = 20;
-constexpr std::size_t kResponseLength = 24;
-constexpr std::size_t kCompletion = 28;
+// Offsets of the fields in the request record.
+constexpr std::size_t kCommandOffset = 0;
+constexpr std::size_t kResponderOffset = 1;
+constexpr std::size_t kBusOffset = 2;
+constexpr std::size_t kNetFunctionOffset = 3;
+constexpr std::size_t kLunOffset = 4;
+constexpr std::size_t kDataOffset = 8;
+constexpr std::size_t kDataLengthOffset = 12;
+constexpr std::size_t kTimeoutOffset = 16;
+constexpr std::size_t kResponseOffset = 20;
+constexpr std::size_t kResponseLengthOffset = 24;
+constexpr std::size_t kCompletionOffset = 28;
 
-// Neither a request's data nor a response is ever longer than this.
-constexpr std::size_t kLongest = 256;
+// The data of a request or a response is never longer.
+constexpr std::size_t kMaxMessage = 256;
 
 template <typename Value>
-Value get(const void* record, std::size_t offset) {
+Value ReadField(const void* record, std::size_t offset) {
     Value value;
     std::memcpy(&value, static_cast<const std::uint8_t*>(record) + offset, sizeof value);
     return value;
 }
 
 template <typename Value>
-void put(void* record, std::size_t offset, Value value) {
+void WriteField(void* record, std::size_t offset, Value value) {
     std::memcpy(static_cast<std::uint8_t*>(record) + offset, &value, sizeof value);
 }
 
@@ -48,35 +48,35 @@ class OpenIpmi : public OpenFile {
 public:
     explicit OpenIpmi(std::shared_ptr<Bmc> bmc) : bmc_(std::move(bmc)) {}
 
-    Answer read(void*, std::size_t) override { return Answer::failed(EINVAL); }
-    Answer seek(std::int64_t, int) override { return Answer::failed(ESPIPE); }
-    std::uint64_t position() const override { return 0; }
+    Answer Read(void*, std::size_t) override { return Answer::Failed(EINVAL); }
+    Answer Seek(std::int64_t, int) override { return Answer::Failed(ESPIPE); }
+    std::uint64_t Position() const override { return 0; }
 
-    std::optional<Answer> ioctl(unsigned long request, void* argument) override {
+    std::optional<Answer> Ioctl(unsigned long request, void* argument) override {
         if (request != kSendMessage) return std::nullopt;
-        if (argument == nullptr) return Answer::failed(EFAULT);
+        if (argument == nullptr) return Answer::Failed(EFAULT);
         BmcRequest message;
-        message.command = get<std::uint8_t>(argument, kCommand);
-        message.responder = get<std::uint8_t>(argument, kResponder);
-        message.bus = get<std::uint8_t>(argument, kBus);
-        message.netFn = get<std::uint8_t>(argument, kNetFunction);
-        message.lun = get<std::uint8_t>(argument, kLun);
-        message.timeout = get<unsigned>(argument, kTimeout);
-        const auto* const data = get<const std::uint8_t*>(argument, kData);
-        const unsigned length = get<unsigned>(argument, kDataLength);
-        if (length > kLongest) return Answer::failed(EINVAL);
-        if (length != 0 && data == nullptr) return Answer::failed(EFAULT);
+        message.command = ReadField<std::uint8_t>(argument, kCommandOffset);
+        message.responder = ReadField<std::uint8_t>(argument, kResponderOffset);
+        message.bus = ReadField<std::uint8_t>(argument, kBusOffset);
+        message.netFn = ReadField<std::uint8_t>(argument, kNetFunctionOffset);
+        message.lun = ReadField<std::uint8_t>(argument, kLunOffset);
+        message.timeout = ReadField<unsigned>(argument, kTimeoutOffset);
+        const auto* const data = ReadField<const std::uint8_t*>(argument, kDataOffset);
+        const unsigned length = ReadField<unsigned>(argument, kDataLengthOffset);
+        if (length > kMaxMessage) return Answer::Failed(EINVAL);
+        if (length != 0 && data == nullptr) return Answer::Failed(EFAULT);
         message.data.assign(data, data + length);
 
-        bmc_->answer(message);
-        if (message.error != 0) return Answer::failed(message.error);
+        bmc_->Answer(message);
+        if (message.error != 0) return Answer::Failed(message.error);
 
-        const std::size_t size = std::min(message.response.size(), kLongest);
-        auto* const response = get<std::uint8_t*>(argument, kResponse);
-        if (size != 0 && response == nullptr) return Answer::failed(EFAULT);
+        const std::size_t size = std::min(message.response.size(), kMaxMessage);
+        auto* const response = ReadField<std::uint8_t*>(argument, kResponseOffset);
+        if (size != 0 && response == nullptr) return Answer::Failed(EFAULT);
         std::copy_n(message.response.begin(), size, response);
-        put(argument, kResponseLength, static_cast<unsigned>(size));
-        put(argument, kCompletion, message.completion);
+        WriteField(argument, kResponseLengthOffset, static_cast<unsigned>(size));
+        WriteField(argument, kCompletionOffset, message.completion);
         return Answer{};
     }
 
@@ -86,24 +86,24 @@ private:
 
 }  // namespace
 
-std::unique_ptr<OpenFile> IpmiDevice::open(int, int&) {
+std::unique_ptr<OpenFile> IpmiDevice::Open(int, int&) {
     return std::make_unique<OpenIpmi>(bmc_);
 }
 
-void Machine::giveBmc(bool kcs, bool smic) {
+void Machine::GiveBmc(bool kcs, bool smic) {
     if (bmc_ != nullptr) throw std::logic_error("the machine has a controller");
     bmc_ = std::make_shared<Bmc>([this] { return clock_; }, log_);
-    install("/dev/ipmi", std::make_unique<IpmiDevice>(bmc_));
+    Install("/dev/ipmi", std::make_unique<IpmiDevice>(bmc_));
     constexpr std::uint16_t kKcsStatusPort = 0xCA3;  // IPMI 2.0, 9.5
     constexpr std::uint16_t kSmicFlagsPort = 0xCAA;  // IPMI 2.0, 10.2
     constexpr std::uint8_t kIdle = 0x00;
     const auto idle = std::make_shared<InterfaceRegister>(kIdle);
-    if (kcs) ports_.install(kKcsStatusPort, 1, idle);
-    if (smic) ports_.install(kSmicFlagsPort, 1, idle);
+    if (kcs) ports_.Install(kKcsStatusPort, 1, idle);
+    if (smic) ports_.Install(kSmicFlagsPort, 1, idle);
 }
 
-Bmc& Machine::bmc() {
-    if (bmc_ == nullptr) giveBmc(true, false);
+Bmc& Machine::GetBmc() {
+    if (bmc_ == nullptr) GiveBmc(true, false);
     return *bmc_;
 }
 

@@ -1,9 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The simulated server itself, apart from how calls get here: devices by path, open files by
-// descriptor, I/O ports, privilege, time, faults and the log. Each call answers what libc is to
-// return, or nothing when the call is not this machine's business and the real function is to
-// have it.
+// The simulated server itself: devices by path, open files by descriptor, I/O ports, privilege,
+// time, faults and the log. How calls reach it is not its business. Each call returns what libc is
+// to return, or nothing when the real function is to be called instead.
 #ifndef TALVANE_SIMULATOR_MACHINE_MACHINE_H
 #define TALVANE_SIMULATOR_MACHINE_MACHINE_H
 
@@ -18,8 +17,8 @@
 
 #include "simulator/base/AccessLog.h"
 #include "simulator/bmc/Bmc.h"
+#include "simulator/machine/CallFaults.h"
 #include "simulator/machine/Device.h"
-#include "simulator/machine/Faults.h"
 #include "simulator/machine/FreeProgram.h"
 #include "simulator/machine/PciBus.h"
 #include "simulator/machine/PhysicalMemory.h"
@@ -28,88 +27,95 @@
 
 namespace sim {
 
-// Who made a call: the file name of the library under observation, or empty for any other module.
-// The former has nothing but this machine; the latter keeps the real one beside it.
+// Who made a call: the name of the observed library, or empty for any other module. An observed
+// library can reach nothing but this machine; other modules can reach the real one, too.
 using Caller = std::string_view;
 
 class Machine {
 public:
-    // 64 MiB of memory behind /dev/mem and a PCI bus without functions, nothing else.
+    // A machine with 64 MiB of memory, readable in /dev/mem, and a PCI bus without functions.
     Machine();
 
-    PhysicalMemory& memory() { return memory_; }
-    AccessLog& log() { return log_; }
-    Faults& faults() { return faults_; }
-    PortMap& ports() { return ports_; }
-    PciBus& pci() { return *pci_; }
-    FreeProgram& freeProgram() { return free_; }
-    ProcStat& stat();
-    // The management controller. The first call gives the machine one, behind /dev/ipmi, with a KCS
-    // interface; giveBmc before it says which interfaces answer.
-    Bmc& bmc();
-    void giveBmc(bool kcs, bool smic);
-    bool hasBmc() const { return bmc_ != nullptr; }
+    PhysicalMemory& GetMemory() { return memory_; }
+    AccessLog& GetLog() { return log_; }
+    CallFaults& GetFaults() { return faults_; }
+    PortMap& Ports() { return ports_; }
+    PciBus& GetPci() { return *pci_; }
+    FreeProgram& GetFreeProgram() { return free_; }
+    ProcStat& GetStat();
 
-    std::chrono::seconds clock() const { return clock_; }
+    // The management controller. The first call creates it, at /dev/ipmi and with a KCS interface.
+    // GiveBmc, called before that, creates it with the interfaces that it names; std::logic_error
+    // when there is one already.
+    Bmc& GetBmc();
+    void GiveBmc(bool kcs, bool smic);
+    bool HasBmc() const { return bmc_ != nullptr; }
 
-    // From now on a sleep lasts as long as this function does, which answers the seconds left.
-    void sleepBy(unsigned (*sleeper)(unsigned)) { sleeper_ = sleeper; }
+    std::chrono::seconds Clock() const { return clock_; }
+
+    // From now on a sleep takes as long as this function does, which returns the seconds left.
+    void SleepBy(unsigned (*sleeper)(unsigned)) { sleeper_ = sleeper; }
 
     // Whether a server could have something at this path.
-    static bool isMachinePath(std::string_view path);
+    static bool IsMachinePath(std::string_view path);
 
-    // A path that can be opened from now on. std::invalid_argument when isMachinePath is false.
-    void install(const std::string& path, std::unique_ptr<Device> device);
+    // Puts a device at a path. std::invalid_argument when IsMachinePath is false.
+    void Install(const std::string& path, std::unique_ptr<Device> device);
 
-    // A directory below /proc/ide; those above it are there, too, and so are those of devices.
-    void installDirectory(const std::string& path);
+    // Creates a directory in /proc/ide, with its parents. The directories of devices exist anyway.
+    void InstallDirectory(const std::string& path);
 
     // Opening the path fails with this errno from now on.
-    void refuse(const std::string& path, int error);
+    void Refuse(const std::string& path, int error);
 
-    std::optional<Answer> open(Caller caller, const char* path, int flags);
-    std::optional<Answer> seek(Caller caller, int descriptor, std::int64_t offset, int whence);
-    std::optional<Answer> read(Caller caller, int descriptor, void* out, std::size_t size);
-    std::optional<Answer> ioctl(Caller caller, int descriptor, unsigned long request,
+    std::optional<Answer> Open(Caller caller, const char* path, int flags);
+    std::optional<Answer> Seek(Caller caller, int descriptor, std::int64_t offset, int whence);
+    std::optional<Answer> Read(Caller caller, int descriptor, void* out, std::size_t size);
+    std::optional<Answer> Ioctl(Caller caller, int descriptor, unsigned long request,
                                 void* argument);
-    std::optional<Answer> close(Caller caller, int descriptor);
+    std::optional<Answer> Close(Caller caller, int descriptor);
 
-    // A directory that can be opened gets its handle from the caller, who says which it became.
-    std::optional<Answer> openDirectory(Caller caller, const char* path);
-    void directoryOpened(const void* handle, const char* path);
-    std::optional<Answer> closeDirectory(Caller caller, const void* handle);
+    // When a directory can be opened, the caller creates the handle and registers it by
+    // DirectoryOpened.
+    std::optional<Answer> OpenDirectory(Caller caller, const char* path);
+    void DirectoryOpened(const void* handle, const char* path);
+    std::optional<Answer> CloseDirectory(Caller caller, const void* handle);
 
-    // Runs a command of the shell with this machine's programs in front of the real ones, by the
-    // real function.
-    std::optional<Answer> system(Caller caller, const char* command, int (*run)(const char*));
+    // Runs a shell command by the real function `run`, with this machine's programs in place of the
+    // real ones.
+    std::optional<Answer> System(Caller caller, const char* command, int (*run)(const char*));
 
-    Answer setPrivilege(int level);
-    Answer sleep(unsigned seconds);
-    std::uint32_t portIn(std::uint16_t port, unsigned width);
-    void portOut(std::uint16_t port, unsigned width, std::uint32_t value);
+    Answer SetPrivilege(int level);
+    Answer Sleep(unsigned seconds);
+    std::uint32_t PortIn(std::uint16_t port, unsigned width);
+    void PortOut(std::uint16_t port, unsigned width, std::uint32_t value);
 
-    // An allocation of the observed library; whether it is to fail.
-    bool allocate();
-    std::size_t allocations() const { return allocations_; }
+    // Counts an allocation of the observed library. Returns whether it is to fail.
+    bool AllocationFails();
+    std::size_t Allocations() const { return allocations_; }
 
 private:
-    struct Open {
+    struct OpenedFile {
         std::string path;
         std::unique_ptr<OpenFile> file;
-        std::uint64_t device;  // identity of the real file behind the descriptor, which tells
-        std::uint64_t inode;   // a descriptor that was closed and given out again elsewhere
+        std::uint64_t device;  // identity of the real file: differs after the descriptor
+        std::uint64_t inode;   // was closed and reused for another file
     };
 
-    Answer findDirectory(const std::string& path) const;
-    Open* find(int descriptor);
-    std::optional<Answer> notOpen(Caller caller, const std::string& call);
-    Answer openFile(const std::string& path, int flags);
-    Answer logged(std::string call, std::string what, Answer answer, std::string shown);
-    void requirePrivilege(const std::string& instruction) const;
+    Answer FindDirectory(const std::string& path) const;
+    OpenedFile* Find(int descriptor);
+    std::optional<Answer> RefuseUnopened(Caller caller, const std::string& call);
+    Answer OpenPath(const std::string& path, int flags);
+    Answer LogAnswer(std::string call, std::string what, Answer answer, std::string shown);
+
+    // The device that answers a port access. Ends the process when the program lacks the privilege
+    // or the machine has no such port; only then is the access described, as `describe` returns it.
+    template <typename Describe>
+    PortDevice& FindPort(std::uint16_t port, unsigned width, Describe describe) const;
 
     PhysicalMemory memory_;
     AccessLog log_;
-    Faults faults_;
+    CallFaults faults_;
     PortMap ports_;
     std::shared_ptr<PciBus> pci_ = std::make_shared<PciBus>();
     std::shared_ptr<ProcStat> stat_;
@@ -117,7 +123,7 @@ private:
     std::shared_ptr<Bmc> bmc_;
     std::map<std::string, std::unique_ptr<Device>, std::less<>> devices_;
     std::map<std::string, int, std::less<>> refused_;
-    std::map<int, Open> opened_;
+    std::map<int, OpenedFile> opened_;
     std::set<std::string, std::less<>> directories_;
     std::map<const void*, std::string> openedDirectories_;
     std::chrono::seconds clock_{0};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What a simulated server does without a file: I/O privilege, port instructions and time.
+// What a simulated server does without a file: I/O privilege, port accesses and time.
 
 #include <cerrno>
 #include <stdexcept>
@@ -14,65 +14,64 @@ namespace {
 
 constexpr int kPortPrivilege = 3;
 
-std::string bytes(unsigned width) {
+std::string ByteCount(unsigned width) {
     return std::to_string(width) + (width == 1 ? " byte" : " bytes");
 }
 
 }  // namespace
 
-Answer Machine::setPrivilege(int level) {
-    const std::optional<int> fault = faults_.enter("iopl");
+Answer Machine::SetPrivilege(int level) {
+    const std::optional<int> fault = faults_.Enter("iopl");
     Answer answer;
     if (fault)
-        answer = Answer::failed(*fault);
+        answer = Answer::Failed(*fault);
     else if (level < 0 || level > kPortPrivilege)
-        answer = Answer::failed(EINVAL);
+        answer = Answer::Failed(EINVAL);
     else
         privilege_ = level;
-    return logged("iopl", std::to_string(level), answer, "0");
+    return LogAnswer("iopl", std::to_string(level), answer, "0");
 }
 
-// A fault means an interrupted sleep: the seconds left are returned, here all of them. Unlike other
-// calls an interrupted sleep answers a number and sets errno, too.
-Answer Machine::sleep(unsigned seconds) {
-    const std::optional<int> fault = faults_.enter("sleep");
+// A fault interrupts the sleep at once, so all of its seconds are left. Unlike other calls, an
+// interrupted sleep answers a number and sets errno, too.
+Answer Machine::Sleep(unsigned seconds) {
+    const std::optional<int> fault = faults_.Enter("sleep");
     errno = 0;
     const unsigned left = fault ? seconds : sleeper_ != nullptr ? sleeper_(seconds) : 0;
     const int error = fault.value_or(errno);
     clock_ += std::chrono::seconds(seconds - left);
-    Answer answer = logged("sleep", std::to_string(seconds), {left}, std::to_string(left));
+    Answer answer = LogAnswer("sleep", std::to_string(seconds), {left}, std::to_string(left));
     answer.error = error;
     return answer;
 }
 
-void Machine::requirePrivilege(const std::string& instruction) const {
+template <typename Describe>
+PortDevice& Machine::FindPort(std::uint16_t port, unsigned width, Describe describe) const {
     if (privilege_ < kPortPrivilege)
-        violation(instruction + " at I/O privilege level " + std::to_string(privilege_) +
-                  ", which needs iopl(3)");
+        AbortOnViolation(describe() + " at I/O privilege level " + std::to_string(privilege_) +
+                         ", which needs iopl(3)");
+    PortDevice* const device = ports_.Find(port, width);
+    if (device == nullptr) AbortOnViolation(describe() + ", which this machine does not have");
+    return *device;
 }
 
-std::uint32_t Machine::portIn(std::uint16_t port, unsigned width) {
-    const std::string what = hex(port) + " " + std::to_string(width);
-    const std::string instruction = "in of " + bytes(width) + " from port " + hex(port);
-    (void)faults_.enter("in");  // runs the action that waits for it; instructions do not fail
-    requirePrivilege(instruction);
-    PortDevice* const device = ports_.find(port, width);
-    if (device == nullptr) violation(instruction + ", which this machine does not have");
-    const std::uint32_t value = device->in(port, width);
-    log_.add({"in", what, hex(value)});
+std::uint32_t Machine::PortIn(std::uint16_t port, unsigned width) {
+    // Only for the action that waits for it: an instruction cannot fail.
+    (void)faults_.Enter("in");
+    PortDevice& device = FindPort(
+        port, width, [=] { return "in of " + ByteCount(width) + " from port " + Hex(port); });
+    const std::uint32_t value = device.In(port, width);
+    log_.Add({"in", Hex(port) + " " + std::to_string(width), Hex(value)});
     return value;
 }
 
-void Machine::portOut(std::uint16_t port, unsigned width, std::uint32_t value) {
-    const std::string what = hex(port) + " " + std::to_string(width) + " " + hex(value);
-    const std::string instruction =
-        "out of " + hex(value) + ", " + bytes(width) + ", to port " + hex(port);
-    (void)faults_.enter("out");
-    requirePrivilege(instruction);
-    PortDevice* const device = ports_.find(port, width);
-    if (device == nullptr) violation(instruction + ", which this machine does not have");
-    device->out(port, width, value);
-    log_.add({"out", what, "ok"});
+void Machine::PortOut(std::uint16_t port, unsigned width, std::uint32_t value) {
+    (void)faults_.Enter("out");
+    PortDevice& device = FindPort(port, width, [=] {
+        return "out of " + Hex(value) + ", " + ByteCount(width) + ", to port " + Hex(port);
+    });
+    device.Out(port, width, value);
+    log_.Add({"out", Hex(port) + " " + std::to_string(width) + " " + Hex(value), "ok"});
 }
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// /dev/mem of a 32-bit kernel.
+// The device /dev/mem of a 32-bit kernel.
 #ifndef TALVANE_SIMULATOR_MACHINE_MEMORYDEVICE_H
 #define TALVANE_SIMULATOR_MACHINE_MEMORYDEVICE_H
 
@@ -13,8 +13,8 @@ class MemoryDevice : public Device {
 public:
     explicit MemoryDevice(const PhysicalMemory& memory) : memory_(memory) {}
 
-    // Reading only: a simulated memory has no writer, so that is refused with EACCES.
-    std::unique_ptr<OpenFile> open(int flags, int& error) override;
+    // For reading only: EACCES for any other mode, since nothing may write to the memory.
+    std::unique_ptr<OpenFile> Open(int flags, int& error) override;
 
 private:
     const PhysicalMemory& memory_;

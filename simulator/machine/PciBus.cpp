@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Only a double word at the address register's own port selects; anything else there belongs to
-// other devices and finds nobody.
+// Only a write of a double word to the address register's port selects a register. Other accesses
+// to these ports would belong to other devices, of which there are none.
 
 #include "simulator/machine/PciBus.h"
 
@@ -18,21 +18,21 @@ constexpr std::uint32_t kKeptBits = 0x80FFFFFC;  // the others read as zero
 
 }  // namespace
 
-std::string PciLocation::text() const {
+std::string PciLocation::Text() const {
     char text[24];
     (void)std::snprintf(text, sizeof text, "%02x:%02x.%x", bus, device, function);
     return text;
 }
 
-void PciBus::set(const PciLocation& location, Bytes configuration) {
+void PciBus::Set(const PciLocation& location, Bytes configuration) {
     if (location.bus > 255 || location.device > 31 || location.function > 7)
-        throw std::invalid_argument("there is no PCI location " + location.text());
+        throw std::invalid_argument("there is no PCI location " + location.Text());
     if (configuration.size() > kConfigurationSize)
         throw std::invalid_argument("a PCI function has 256 bytes of configuration space");
     functions_.insert_or_assign(location, std::move(configuration));
 }
 
-std::uint8_t PciBus::byteAt(std::size_t windowOffset) const {
+std::uint8_t PciBus::ByteAt(std::size_t windowOffset) const {
     if ((address_ & kEnable) == 0) return 0xFF;
     const PciLocation location = {(address_ >> 16) & 0xFF, (address_ >> 11) & 0x1F,
                                   (address_ >> 8) & 0x07};
@@ -42,18 +42,18 @@ std::uint8_t PciBus::byteAt(std::size_t windowOffset) const {
     return offset < function->second.size() ? function->second[offset] : std::uint8_t{0};
 }
 
-std::uint32_t PciBus::in(std::uint16_t port, unsigned width) {
+std::uint32_t PciBus::In(std::uint16_t port, unsigned width) {
     if (port == kAddressPort && width == 4) return address_;
     std::uint32_t value = 0;
     for (unsigned i = 0; i < width; ++i) {
         const std::uint16_t at = static_cast<std::uint16_t>(port + i);
-        const std::uint8_t byte = at >= kDataPort ? byteAt(at - kDataPort) : std::uint8_t{0xFF};
+        const std::uint8_t byte = at >= kDataPort ? ByteAt(at - kDataPort) : std::uint8_t{0xFF};
         value |= std::uint32_t{byte} << (8 * i);
     }
     return value;
 }
 
-void PciBus::out(std::uint16_t port, unsigned width, std::uint32_t value) {
+void PciBus::Out(std::uint16_t port, unsigned width, std::uint32_t value) {
     if (port == kAddressPort && width == 4) address_ = value & kKeptBits;
 }
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The PCI functions of a simulated server, behind configuration mechanism #1 (PCI 3.0, 3.2.2.3.2):
-// an address register at port 0xCF8 and a data window at 0xCFC.
+// The PCI functions of a simulated server, reached by configuration mechanism #1
+// (PCI 3.0, 3.2.2.3.2): an address register at port 0xCF8 and a data window at 0xCFC.
 #ifndef TALVANE_SIMULATOR_MACHINE_PCIBUS_H
 #define TALVANE_SIMULATOR_MACHINE_PCIBUS_H
 
@@ -16,31 +16,30 @@
 namespace sim {
 
 struct PciLocation {
-    unsigned bus;       // to 255
-    unsigned device;    // to 31
-    unsigned function;  // to 7
+    unsigned bus;       // 0 to 255
+    unsigned device;    // 0 to 31
+    unsigned function;  // 0 to 7
 
     auto operator<=>(const PciLocation&) const = default;
-    std::string text() const;  // 00:1f.1
+    std::string Text() const;  // 00:1f.1
 };
 
 class PciBus : public PortDevice {
 public:
     static constexpr std::uint16_t kFirstPort = 0xCF8;
     static constexpr std::uint16_t kPorts = 8;
-    static constexpr std::size_t kConfigurationSize = 256;  // what the mechanism reaches
+    static constexpr std::size_t kConfigurationSize = 256;  // the bytes that the mechanism reaches
 
-    // Adds a function, or gives a known one another configuration space. Bytes behind the given
-    // ones read as zero. std::invalid_argument for more than 256 bytes and for a location that
-    // there cannot be.
-    void set(const PciLocation& location, Bytes configuration);
+    // Adds a function, or replaces the configuration space of one. Bytes after the given ones read
+    // as zero. std::invalid_argument for more than 256 bytes and for a location that cannot exist.
+    void Set(const PciLocation& location, Bytes configuration);
 
-    // Locations without a function read all ones. What is written to configuration space is lost.
-    std::uint32_t in(std::uint16_t port, unsigned width) override;
-    void out(std::uint16_t port, unsigned width, std::uint32_t value) override;
+    // A location without a function reads as all ones. Writes to configuration space are ignored.
+    std::uint32_t In(std::uint16_t port, unsigned width) override;
+    void Out(std::uint16_t port, unsigned width, std::uint32_t value) override;
 
 private:
-    std::uint8_t byteAt(std::size_t windowOffset) const;
+    std::uint8_t ByteAt(std::size_t windowOffset) const;
 
     std::map<PciLocation, Bytes> functions_;
     std::uint32_t address_ = 0;

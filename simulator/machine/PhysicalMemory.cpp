@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Sparse memory: a page exists once something was written to it.
+// The memory is sparse: a page exists after something was written to it.
 
 #include "simulator/machine/PhysicalMemory.h"
 
@@ -14,13 +14,13 @@ constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 32;
 
 }  // namespace
 
-void PhysicalMemory::resize(std::uint64_t size) {
+void PhysicalMemory::Resize(std::uint64_t size) {
     if (size > kAddressSpace)
         throw std::out_of_range("a 32-bit machine has at most 4 GiB of memory");
     size_ = size;
 }
 
-void PhysicalMemory::write(std::uint32_t address, std::span<const std::uint8_t> bytes) {
+void PhysicalMemory::Write(std::uint32_t address, std::span<const std::uint8_t> bytes) {
     if (bytes.size() > kAddressSpace - address)
         throw std::out_of_range("bytes run past the end of the 4 GiB address space");
     while (!bytes.empty()) {
@@ -33,7 +33,7 @@ void PhysicalMemory::write(std::uint32_t address, std::span<const std::uint8_t> 
     }
 }
 
-bool PhysicalMemory::read(std::uint64_t address, std::span<std::uint8_t> out) const {
+bool PhysicalMemory::Read(std::uint64_t address, std::span<std::uint8_t> out) const {
     if (address > size_ || out.size() > size_ - address) return false;
     std::fill(out.begin(), out.end(), std::uint8_t{0});
     const std::uint64_t end = address + out.size();

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The physical memory of a simulated server, as /dev/mem shows it: zero but for what was written.
+// The physical memory of a simulated server, as /dev/mem shows it: zero except where something was
+// written.
 #ifndef TALVANE_SIMULATOR_MACHINE_PHYSICALMEMORY_H
 #define TALVANE_SIMULATOR_MACHINE_PHYSICALMEMORY_H
 
@@ -14,51 +15,52 @@
 
 namespace sim {
 
-// Where a table goes and what its entry point says of it.
+// Where an SMBIOS table goes, and what its entry point says about it.
 struct SmbiosPlacement {
-    enum class Anchor { smbios, dmi };
-    Anchor anchor = Anchor::smbios;
+    enum class Anchor { kSmbios, kDmi };
+    Anchor anchor = Anchor::kSmbios;
     std::uint8_t major = 2;
     std::uint8_t minor = 3;
     std::uint32_t entry = 0xF0010;  // address of the entry point
-    std::uint32_t table = 0;        // address of the table; 0: right behind the entry point when
+    std::uint32_t table = 0;        // address of the table; 0: right after the entry point when
                                     // it fits into the segment, else at 0xE0000 or 0x100000
-    int structures = -1;            // count that the entry point states; -1: counted in the table
-    int length = -1;                // table length that it states; -1: the table's own
+    int structures = -1;            // the stated number of structures; -1: counted in the table
+    int length = -1;                // the stated length of the table; -1: its real length
 };
 
 class PhysicalMemory {
 public:
-    // Bytes of memory, at most 4 GiB; a read that goes past them is refused with EFAULT, as the
-    // kernel does.
-    void resize(std::uint64_t size);
+    // Sets the number of bytes; std::out_of_range for more than 4 GiB.
+    void Resize(std::uint64_t size);
 
-    // What lies past size() is kept, and readable once the memory is large enough. Past 4 GiB:
-    // std::out_of_range.
-    void write(std::uint32_t address, std::span<const std::uint8_t> bytes);
+    // Writes bytes. Those past Size() become readable when the memory grows. std::out_of_range for
+    // bytes past 4 GiB.
+    void Write(std::uint32_t address, std::span<const std::uint8_t> bytes);
 
-    // Entry point with right checksums, and the table. std::length_error when the table is longer
-    // than the entry point can state and no other length is given.
-    void placeSmbios(std::span<const std::uint8_t> table, const SmbiosPlacement& placement = {});
+    // Writes the table, and an entry point with valid checksums. std::length_error when the table
+    // is longer than the entry point can state and the placement states no other length.
+    void PlaceSmbios(std::span<const std::uint8_t> table, const SmbiosPlacement& placement = {});
 
-    // What `dmidecode --dump-bin` wrote. A dump whose entry point is of another kind (_SM3_, _DMI_
-    // alone) gets an _SM_ one. Throws std::runtime_error when it is no such dump.
-    void placeDump(std::span<const std::uint8_t> dump);
+    // Writes the table of a dump made by `dmidecode --dump-bin`. An entry point of another kind
+    // (_SM3_, or _DMI_ alone) is replaced by an _SM_ one. std::runtime_error when the bytes are not
+    // such a dump.
+    void PlaceDump(std::span<const std::uint8_t> dump);
 
-    // 64 KiB as they lay at 0xF0000; std::runtime_error for any other size.
-    void placeSegment(std::span<const std::uint8_t> image);
+    // Writes the 64 KiB at 0xF0000; std::runtime_error for any other size.
+    void PlaceSegment(std::span<const std::uint8_t> image);
 
-    std::uint64_t size() const { return size_; }
+    std::uint64_t Size() const { return size_; }
 
-    // Fills `out` with the bytes at `address`. Returns false when they are not all within size().
-    bool read(std::uint64_t address, std::span<std::uint8_t> out) const;
+    // Fills `out` with the bytes at `address`. Returns false, with `out` untouched, when they are
+    // not all within Size().
+    bool Read(std::uint64_t address, std::span<std::uint8_t> out) const;
 
 private:
     static constexpr std::size_t kPageSize = 4096;
     using Page = std::array<std::uint8_t, kPageSize>;
 
     std::uint64_t size_ = 64u << 20;
-    std::map<std::uint32_t, Page> pages_;  // by page number; pages never written are not here
+    std::map<std::uint32_t, Page> pages_;  // by page number; only pages that were written to
 };
 
 }  // namespace sim

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The I/O ports, and the ones where nobody answers.
+// Finds the device of a port; some ports have an empty bus in place of a device.
 
 #include "simulator/machine/PortMap.h"
 
@@ -9,13 +9,13 @@
 namespace sim {
 namespace {
 
-// A bus on which nobody drives the data lines reads all ones and loses what is written.
+// A bus on which no device drives the data lines: it reads as all ones and ignores writes.
 class EmptyBus : public PortDevice {
 public:
-    std::uint32_t in(std::uint16_t, unsigned width) override {
+    std::uint32_t In(std::uint16_t, unsigned width) override {
         return width == 4 ? 0xFFFFFFFF : (1u << (8 * width)) - 1;
     }
-    void out(std::uint16_t, unsigned, std::uint32_t) override {}
+    void Out(std::uint16_t, unsigned, std::uint32_t) override {}
 };
 
 constexpr std::uint16_t kKcsStatus = 0xCA3;  // IPMI 2.0, 9.5
@@ -25,16 +25,16 @@ constexpr std::uint16_t kSmicFlags = 0xCAA;  // IPMI 2.0, 10.2
 
 PortMap::PortMap() {
     const auto nobody = std::make_shared<EmptyBus>();
-    install(kKcsStatus, 1, nobody);
-    install(kSmicFlags, 1, nobody);
+    Install(kKcsStatus, 1, nobody);
+    Install(kSmicFlags, 1, nobody);
 }
 
-void PortMap::install(std::uint16_t first, std::uint16_t count,
+void PortMap::Install(std::uint16_t first, std::uint16_t count,
                       std::shared_ptr<PortDevice> device) {
     ranges_.push_back({first, unsigned{first} + count, std::move(device)});
 }
 
-PortDevice* PortMap::find(std::uint16_t port, unsigned width) const {
+PortDevice* PortMap::Find(std::uint16_t port, unsigned width) const {
     const auto range = std::find_if(ranges_.rbegin(), ranges_.rend(), [=](const Range& candidate) {
         return port >= candidate.first && port + width <= candidate.end;
     });

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Which I/O ports a server has. Ports that software probes for devices read all ones while no
-// device answers there, as a real bus does.
+// The I/O ports that a server has. Ports that software probes for devices read as all ones while no
+// device answers there, as on a real bus.
 #ifndef TALVANE_SIMULATOR_MACHINE_PORTMAP_H
 #define TALVANE_SIMULATOR_MACHINE_PORTMAP_H
 
@@ -17,11 +17,11 @@ class PortMap {
 public:
     PortMap();
 
-    // Answers `count` ports from `first`; covers what answered there before.
-    void install(std::uint16_t first, std::uint16_t count, std::shared_ptr<PortDevice> device);
+    // Lets the device answer `count` ports from `first`, in place of earlier devices.
+    void Install(std::uint16_t first, std::uint16_t count, std::shared_ptr<PortDevice> device);
 
-    // The device that answers all the ports of an access; null when none does.
-    PortDevice* find(std::uint16_t port, unsigned width) const;
+    // The device that answers every port of an access; null when there is none.
+    PortDevice* Find(std::uint16_t port, unsigned width) const;
 
 private:
     struct Range {
@@ -29,7 +29,7 @@ private:
         unsigned end;
         std::shared_ptr<PortDevice> device;
     };
-    std::vector<Range> ranges_;  // the last one that matches counts
+    std::vector<Range> ranges_;  // the last one that matches wins
 };
 
 }  // namespace sim

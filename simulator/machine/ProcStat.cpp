@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The layout is that of Linux 2.4: four counters a line, in ticks of a hundredth of a second on
-// each processor. The first line is the sum of the others.
+// Writes /proc/stat as Linux 2.4 does: a line per processor with four counters, in ticks of a
+// hundredth of a second. The first line is the sum of the others.
 
 #include "simulator/machine/ProcStat.h"
 
@@ -15,7 +15,7 @@ constexpr std::uint64_t kSecondsBefore = 1000;
 
 using Ticks = std::array<std::uint64_t, 4>;
 
-std::string line(const std::string& name, const Ticks& ticks) {
+std::string CounterLine(const std::string& name, const Ticks& ticks) {
     std::string text = name;
     for (const std::uint64_t count : ticks) text += " " + std::to_string(count);
     return text + "\n";
@@ -23,9 +23,9 @@ std::string line(const std::string& name, const Ticks& ticks) {
 
 }  // namespace
 
-std::string ProcStat::text(std::chrono::seconds now) const {
-    const auto behind = texts_.upper_bound(now);
-    if (behind != texts_.begin()) return std::prev(behind)->second;
+std::string ProcStat::Text(std::chrono::seconds now) const {
+    const auto next = texts_.upper_bound(now);
+    if (next != texts_.begin()) return std::prev(next)->second;
 
     const std::uint64_t up = kSecondsBefore + static_cast<std::uint64_t>(now.count());
     Ticks sum{};
@@ -33,9 +33,9 @@ std::string ProcStat::text(std::chrono::seconds now) const {
     for (const auto& [cpu, rates] : rates_) {
         const Ticks ticks = {rates.user * up, rates.nice * up, rates.system * up, rates.idle * up};
         for (std::size_t i = 0; i < ticks.size(); ++i) sum[i] += ticks[i];
-        cpus += line("cpu" + std::to_string(cpu), ticks);
+        cpus += CounterLine("cpu" + std::to_string(cpu), ticks);
     }
-    return line("cpu ", sum) + cpus;
+    return CounterLine("cpu ", sum) + cpus;
 }
 
 }  // namespace sim

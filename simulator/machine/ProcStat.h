@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// /proc/stat of a simulated server: a course over its virtual time, which each sleep moves on.
+// The file /proc/stat of a simulated server, which changes with the machine's virtual time.
 #ifndef TALVANE_SIMULATOR_MACHINE_PROCSTAT_H
 #define TALVANE_SIMULATOR_MACHINE_PROCSTAT_H
 
@@ -13,7 +13,7 @@ namespace sim {
 
 class ProcStat {
 public:
-    // What a processor does with each second, in ticks.
+    // The ticks that a processor spends on each kind of work per second.
     struct Rates {
         std::uint32_t user = 0;
         std::uint32_t nice = 0;
@@ -21,14 +21,15 @@ public:
         std::uint32_t idle = 100;
     };
 
-    // The server has been up for a thousand seconds when its time starts. A processor without
-    // rates is not there.
-    void setRates(unsigned cpu, const Rates& rates) { rates_[cpu] = rates; }
+    // Adds a processor that works at these rates. Its counters start as if the server had been up
+    // for a thousand seconds.
+    void SetRates(unsigned cpu, const Rates& rates) { rates_[cpu] = rates; }
 
-    // From this moment on the file holds this text, whatever the rates say.
-    void setText(std::chrono::seconds from, std::string text) { texts_[from] = std::move(text); }
+    // From the moment `from` on the file holds this text, whatever the rates are.
+    void SetText(std::chrono::seconds from, std::string text) { texts_[from] = std::move(text); }
 
-    std::string text(std::chrono::seconds now) const;
+    // The file's contents at `now`.
+    std::string Text(std::chrono::seconds now) const;
 
 private:
     std::map<unsigned, Rates> rates_;

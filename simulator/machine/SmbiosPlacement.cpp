@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Entry points: the _SM_ one of DSP0134 section 5.2.1, the older _DMI_ one that is its second half,
-// and those of table dumps.
+// Places SMBIOS tables with their entry points: the _SM_ one (DSP0134, 5.2.1), the older _DMI_ one,
+// which is the second half of it, and those of table dumps.
 
 #include <algorithm>
 #include <array>
@@ -19,35 +19,35 @@ constexpr std::uint32_t kSegment = 0xF0000;
 constexpr std::uint32_t kSegmentEnd = 0x100000;
 constexpr std::uint32_t kLowerSegment = 0xE0000;
 
-constexpr std::size_t kEntrySize = 31;  // _SM_
-constexpr std::size_t kDmiOffset = 16;  // the _DMI_ half within the _SM_ entry point
-constexpr std::size_t kDmiSize = 15;    // _DMI_
-constexpr std::size_t kSm3Size = 24;    // _SM3_
+constexpr std::size_t kEntryPointSize = 31;  // _SM_
+constexpr std::size_t kDmiOffset = 16;       // the _DMI_ half within the _SM_ entry point
+constexpr std::size_t kDmiSize = 15;         // _DMI_
+constexpr std::size_t kSm3Size = 24;         // _SM3_
 
-using Entry = std::array<std::uint8_t, kEntrySize>;
+using Entry = std::array<std::uint8_t, kEntryPointSize>;
 
-std::uint32_t number(std::span<const std::uint8_t> bytes, std::size_t offset, unsigned size) {
+std::uint32_t ReadNumber(std::span<const std::uint8_t> bytes, std::size_t offset, unsigned size) {
     std::uint32_t value = 0;
     for (unsigned i = 0; i < size; ++i) value |= std::uint32_t{bytes[offset + i]} << (8 * i);
     return value;
 }
 
-void setNumber(std::span<std::uint8_t> bytes, std::size_t offset, unsigned size,
+void SetNumber(std::span<std::uint8_t> bytes, std::size_t offset, unsigned size,
                std::uint32_t value) {
     for (unsigned i = 0; i < size; ++i)
         bytes[offset + i] = static_cast<std::uint8_t>(value >> (8 * i));
 }
 
-bool hasAnchor(std::span<const std::uint8_t> bytes, std::string_view anchor) {
+bool HasAnchor(std::span<const std::uint8_t> bytes, std::string_view anchor) {
     return bytes.size() >= anchor.size() && std::equal(anchor.begin(), anchor.end(), bytes.begin());
 }
 
-void setAnchor(std::span<std::uint8_t> bytes, std::string_view anchor) {
+void SetAnchor(std::span<std::uint8_t> bytes, std::string_view anchor) {
     std::copy(anchor.begin(), anchor.end(), bytes.begin());
 }
 
-// Makes the bytes sum up to zero.
-void setChecksum(std::span<std::uint8_t> bytes, std::size_t offset) {
+// Sets the byte at `offset` so that all bytes add up to zero.
+void SetChecksum(std::span<std::uint8_t> bytes, std::size_t offset) {
     bytes[offset] = 0;
     bytes[offset] = static_cast<std::uint8_t>(-std::accumulate(bytes.begin(), bytes.end(), 0));
 }
@@ -57,8 +57,8 @@ struct TableFacts {
     std::size_t longest = 0;
 };
 
-// Counts the whole structures up to the end of the table or the first that is none.
-TableFacts factsOf(std::span<const std::uint8_t> table) {
+// Measures the whole structures, up to the end of the table or the first bytes that are not one.
+TableFacts MeasureTable(std::span<const std::uint8_t> table) {
     TableFacts facts;
     while (table.size() >= 4 && table[1] >= 4) {
         std::size_t end = table[1];
@@ -71,13 +71,14 @@ TableFacts factsOf(std::span<const std::uint8_t> table) {
     return facts;
 }
 
-std::uint32_t tableAddress(std::uint32_t entry, std::size_t entryArea, std::size_t length) {
-    const std::uint32_t behind = entry + static_cast<std::uint32_t>(entryArea);
-    if (entry >= kSegment && behind <= kSegmentEnd && length <= kSegmentEnd - behind) return behind;
+std::uint32_t TableAddress(std::uint32_t entry, std::size_t entryArea, std::size_t length) {
+    const std::uint32_t afterEntry = entry + static_cast<std::uint32_t>(entryArea);
+    if (entry >= kSegment && afterEntry <= kSegmentEnd && length <= kSegmentEnd - afterEntry)
+        return afterEntry;
     return length <= kSegment - kLowerSegment ? kLowerSegment : kSegmentEnd;
 }
 
-std::uint16_t word(int stated, std::size_t counted, const char* what) {
+std::uint16_t EntryPointWord(int stated, std::size_t counted, const char* what) {
     const std::size_t value = stated >= 0 ? static_cast<std::size_t>(stated) : counted;
     if (value > std::numeric_limits<std::uint16_t>::max())
         throw std::length_error(std::string(what) + " " + std::to_string(value) +
@@ -86,36 +87,37 @@ std::uint16_t word(int stated, std::size_t counted, const char* what) {
 }
 
 // The half that starts with _DMI_ (DSP0134 5.2.1, offset 0x10).
-void fillDmiHalf(std::span<std::uint8_t> half, std::span<const std::uint8_t> table,
+void FillDmiHalf(std::span<std::uint8_t> half, std::span<const std::uint8_t> table,
                  std::uint32_t address, const SmbiosPlacement& placement) {
-    setAnchor(half, "_DMI_");
-    setNumber(half, 6, 2, word(placement.length, table.size(), "table length"));
-    setNumber(half, 8, 4, address);
-    setNumber(half, 12, 2,
-              word(placement.structures, static_cast<std::size_t>(factsOf(table).structures),
-                   "structure count"));
+    SetAnchor(half, "_DMI_");
+    SetNumber(half, 6, 2, EntryPointWord(placement.length, table.size(), "table length"));
+    SetNumber(half, 8, 4, address);
+    SetNumber(half, 12, 2,
+              EntryPointWord(placement.structures,
+                             static_cast<std::size_t>(MeasureTable(table).structures),
+                             "structure count"));
     half[14] = static_cast<std::uint8_t>((placement.major << 4) | (placement.minor & 0x0F));
-    setChecksum(half, 5);
+    SetChecksum(half, 5);
 }
 
-// _SM3_ and _DMI_ say the same in other places (DSP0134 5.2.2).
-SmbiosPlacement placementOfSm3(std::span<const std::uint8_t> dump) {
+// _SM3_ (DSP0134, 5.2.2) and _DMI_ hold the same facts at other offsets.
+SmbiosPlacement PlacementOfSm3(std::span<const std::uint8_t> dump) {
     SmbiosPlacement placement;
     placement.major = dump[7];
     placement.minor = dump[8];
     return placement;
 }
 
-SmbiosPlacement placementOfDmi(std::span<const std::uint8_t> dump) {
+SmbiosPlacement PlacementOfDmi(std::span<const std::uint8_t> dump) {
     SmbiosPlacement placement;
     placement.major = dump[14] >> 4;
     placement.minor = dump[14] & 0x0F;
-    placement.structures = static_cast<int>(number(dump, 12, 2));
+    placement.structures = static_cast<int>(ReadNumber(dump, 12, 2));
     return placement;
 }
 
-// The dump's table: as long as the entry point says, or as the file is.
-std::span<const std::uint8_t> tableOf(std::span<const std::uint8_t> dump, std::uint32_t offset,
+// The dump's table, as long as the entry point says but not past the end of the dump.
+std::span<const std::uint8_t> TableOf(std::span<const std::uint8_t> dump, std::uint32_t offset,
                                       std::size_t length) {
     if (offset >= dump.size())
         throw std::runtime_error("the dump's table offset lies past its end");
@@ -125,58 +127,61 @@ std::span<const std::uint8_t> tableOf(std::span<const std::uint8_t> dump, std::u
 
 }  // namespace
 
-void PhysicalMemory::placeSmbios(std::span<const std::uint8_t> table,
+void PhysicalMemory::PlaceSmbios(std::span<const std::uint8_t> table,
                                  const SmbiosPlacement& placement) {
-    const bool dmi = placement.anchor == SmbiosPlacement::Anchor::dmi;
+    const bool dmi = placement.anchor == SmbiosPlacement::Anchor::kDmi;
     Entry entry{};
     const std::size_t area = dmi ? kDmiOffset : 2 * kDmiOffset;
     const std::uint32_t address =
-        placement.table != 0 ? placement.table : tableAddress(placement.entry, area, table.size());
+        placement.table != 0 ? placement.table : TableAddress(placement.entry, area, table.size());
     const std::span<std::uint8_t> half = std::span(entry).subspan(kDmiOffset, kDmiSize);
-    fillDmiHalf(half, table, address, placement);
-    setAnchor(entry, "_SM_");
-    entry[5] = kEntrySize;
+    FillDmiHalf(half, table, address, placement);
+    SetAnchor(entry, "_SM_");
+    entry[5] = kEntryPointSize;
     entry[6] = placement.major;
     entry[7] = placement.minor;
-    setNumber(entry, 8, 2,
-              static_cast<std::uint32_t>(std::min<std::size_t>(factsOf(table).longest, 0xFFFF)));
-    setChecksum(entry, 4);
+    SetNumber(
+        entry, 8, 2,
+        static_cast<std::uint32_t>(std::min<std::size_t>(MeasureTable(table).longest, 0xFFFF)));
+    SetChecksum(entry, 4);
 
-    write(address, table);
-    write(placement.entry, dmi ? half : std::span<const std::uint8_t>(entry));
+    Write(address, table);
+    Write(placement.entry, dmi ? half : std::span<const std::uint8_t>(entry));
 }
 
-void PhysicalMemory::placeDump(std::span<const std::uint8_t> dump) {
-    if (hasAnchor(dump, "_SM3_") && dump.size() >= kSm3Size) {
-        placeSmbios(tableOf(dump, number(dump, 0x10, 4), number(dump, 0x0C, 4)),
-                    placementOfSm3(dump));
-    } else if (hasAnchor(dump, "_DMI_") && dump.size() >= kDmiSize) {
-        placeSmbios(tableOf(dump, number(dump, 8, 4), number(dump, 6, 2)), placementOfDmi(dump));
-    } else if (hasAnchor(dump, "_SM_") && dump.size() >= kEntrySize) {
-        // The entry point stays the machine's own; only the table's address is a new one.
+void PhysicalMemory::PlaceDump(std::span<const std::uint8_t> dump) {
+    if (HasAnchor(dump, "_SM3_") && dump.size() >= kSm3Size) {
+        PlaceSmbios(TableOf(dump, ReadNumber(dump, 0x10, 4), ReadNumber(dump, 0x0C, 4)),
+                    PlacementOfSm3(dump));
+    } else if (HasAnchor(dump, "_DMI_") && dump.size() >= kDmiSize) {
+        PlaceSmbios(TableOf(dump, ReadNumber(dump, 8, 4), ReadNumber(dump, 6, 2)),
+                    PlacementOfDmi(dump));
+    } else if (HasAnchor(dump, "_SM_") && dump.size() >= kEntryPointSize) {
+        // The machine's own entry point is kept; only the address of the table changes.
         Entry entry;
-        std::copy_n(dump.begin(), kEntrySize, entry.begin());
-        const auto table = tableOf(dump, number(dump, 0x18, 4), number(dump, 0x16, 2));
+        std::copy_n(dump.begin(), kEntryPointSize, entry.begin());
+        const auto table = TableOf(dump, ReadNumber(dump, 0x18, 4), ReadNumber(dump, 0x16, 2));
         const std::uint32_t place = SmbiosPlacement().entry;
-        const std::uint32_t address = tableAddress(place, 2 * kDmiOffset, table.size());
-        setNumber(entry, 0x18, 4, address);
-        setChecksum(std::span(entry).subspan(kDmiOffset, kDmiSize), 5);
-        setChecksum(
-            std::span(entry).first(std::clamp<std::size_t>(entry[5], kDmiOffset, kEntrySize)), 4);
-        write(address, table);
-        write(place, entry);
+        const std::uint32_t address = TableAddress(place, 2 * kDmiOffset, table.size());
+        SetNumber(entry, 0x18, 4, address);
+        SetChecksum(std::span(entry).subspan(kDmiOffset, kDmiSize), 5);
+        SetChecksum(
+            std::span(entry).first(std::clamp<std::size_t>(entry[5], kDmiOffset, kEntryPointSize)),
+            4);
+        Write(address, table);
+        Write(place, entry);
     } else {
         throw std::runtime_error(
-            "no SMBIOS dump: it does not start with a whole _SM_, _SM3_ or "
+            "not an SMBIOS dump: it does not start with a whole _SM_, _SM3_ or "
             "_DMI_ entry point");
     }
 }
 
-void PhysicalMemory::placeSegment(std::span<const std::uint8_t> image) {
+void PhysicalMemory::PlaceSegment(std::span<const std::uint8_t> image) {
     if (image.size() != kSegmentEnd - kSegment)
         throw std::runtime_error("a segment image has 65536 bytes, this one has " +
                                  std::to_string(image.size()));
-    write(kSegment, image);
+    Write(kSegment, image);
 }
 
 }  // namespace sim

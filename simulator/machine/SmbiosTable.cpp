@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// SMBIOS structures in the form of DSP0134 section 6.1: header, formatted area, strings.
+// Lays SMBIOS structures out as DSP0134, 6.1 says: header, formatted area, strings.
 
 #include "simulator/machine/SmbiosTable.h"
 
@@ -11,10 +11,10 @@
 namespace sim {
 namespace {
 
-constexpr std::size_t kHeaderSize = 4;
+constexpr std::size_t kStructureHeaderSize = 4;
 
-// The place of a field, checked against the area's end.
-std::uint8_t* field(Bytes& area, std::size_t offset, std::size_t size) {
+// A pointer to the field; std::out_of_range when it does not lie within the area.
+std::uint8_t* FieldAt(Bytes& area, std::size_t offset, std::size_t size) {
     if (offset > area.size() || size > area.size() - offset)
         throw std::out_of_range("offset " + std::to_string(offset) + " with " +
                                 std::to_string(size) + " bytes is past the formatted area of " +
@@ -26,34 +26,34 @@ std::uint8_t* field(Bytes& area, std::size_t offset, std::size_t size) {
 
 // A structure that states less than its header still has the header.
 SmbiosStructure::SmbiosStructure(std::uint8_t type, std::uint16_t handle, std::uint8_t length)
-    : formatted_(std::max<std::size_t>(length, kHeaderSize)) {
-    byte(0, type).byte(1, length).word(2, handle);
+    : formatted_(std::max<std::size_t>(length, kStructureHeaderSize)) {
+    Byte(0, type).Byte(1, length).Word(2, handle);
 }
 
-SmbiosStructure& SmbiosStructure::byte(std::size_t offset, std::uint8_t value) {
-    *field(formatted_, offset, 1) = value;
+SmbiosStructure& SmbiosStructure::Byte(std::size_t offset, std::uint8_t value) {
+    *FieldAt(formatted_, offset, 1) = value;
     return *this;
 }
 
-SmbiosStructure& SmbiosStructure::word(std::size_t offset, std::uint16_t value) {
-    std::uint8_t* at = field(formatted_, offset, 2);
+SmbiosStructure& SmbiosStructure::Word(std::size_t offset, std::uint16_t value) {
+    std::uint8_t* at = FieldAt(formatted_, offset, 2);
     for (unsigned i = 0; i < 2; ++i) at[i] = static_cast<std::uint8_t>(value >> (8 * i));
     return *this;
 }
 
-SmbiosStructure& SmbiosStructure::dword(std::size_t offset, std::uint32_t value) {
-    std::uint8_t* at = field(formatted_, offset, 4);
+SmbiosStructure& SmbiosStructure::Dword(std::size_t offset, std::uint32_t value) {
+    std::uint8_t* at = FieldAt(formatted_, offset, 4);
     for (unsigned i = 0; i < 4; ++i) at[i] = static_cast<std::uint8_t>(value >> (8 * i));
     return *this;
 }
 
-SmbiosStructure& SmbiosStructure::string(std::size_t offset, std::string_view text) {
-    (void)field(formatted_, offset, 1);  // refuse before the string is added
-    string(text);
-    return byte(offset, static_cast<std::uint8_t>(strings_.size()));
+SmbiosStructure& SmbiosStructure::String(std::size_t offset, std::string_view text) {
+    (void)FieldAt(formatted_, offset, 1);  // throws before the string is added
+    String(text);
+    return Byte(offset, static_cast<std::uint8_t>(strings_.size()));
 }
 
-SmbiosStructure& SmbiosStructure::string(std::string_view text) {
+SmbiosStructure& SmbiosStructure::String(std::string_view text) {
     if (text.empty() || text.find('\0') != std::string_view::npos)
         throw std::invalid_argument(
             "a string of a structure is neither empty nor does it hold a NUL; it would end the "
@@ -64,7 +64,7 @@ SmbiosStructure& SmbiosStructure::string(std::string_view text) {
     return *this;
 }
 
-Bytes SmbiosStructure::bytes() const {
+Bytes SmbiosStructure::Image() const {
     Bytes all = formatted_;
     for (const std::string& text : strings_) {
         all.insert(all.end(), text.begin(), text.end());
@@ -75,27 +75,27 @@ Bytes SmbiosStructure::bytes() const {
     return all;
 }
 
-SmbiosStructure& SmbiosTable::add(std::uint8_t type, std::uint16_t handle, std::uint8_t length) {
+SmbiosStructure& SmbiosTable::Add(std::uint8_t type, std::uint16_t handle, std::uint8_t length) {
     return std::get<SmbiosStructure>(
         parts_.emplace_back(std::in_place_type<SmbiosStructure>, type, handle, length));
 }
 
-SmbiosTable& SmbiosTable::raw(std::span<const std::uint8_t> bytes) {
+SmbiosTable& SmbiosTable::Raw(std::span<const std::uint8_t> bytes) {
     parts_.emplace_back(std::in_place_type<Bytes>, bytes.begin(), bytes.end());
     return *this;
 }
 
-std::size_t SmbiosTable::structures() const {
+std::size_t SmbiosTable::Structures() const {
     return static_cast<std::size_t>(std::count_if(
         parts_.begin(), parts_.end(),
         [](const Part& part) { return std::holds_alternative<SmbiosStructure>(part); }));
 }
 
-Bytes SmbiosTable::bytes() const {
+Bytes SmbiosTable::Image() const {
     Bytes all;
     for (const Part& part : parts_) {
         const auto* structure = std::get_if<SmbiosStructure>(&part);
-        const Bytes bytes = structure != nullptr ? structure->bytes() : std::get<Bytes>(part);
+        const Bytes bytes = structure != nullptr ? structure->Image() : std::get<Bytes>(part);
         all.insert(all.end(), bytes.begin(), bytes.end());
     }
     return all;

@@ -3,8 +3,8 @@
 // Writes an SMBIOS structure table, structure by structure.
 //
 //     SmbiosTable table;
-//     table.add(4, 0x0400, 35).byte(24, 0x41).word(20, 3600).string(7, "Intel");
-//     server.memory().placeSmbios(table.bytes());
+//     table.Add(4, 0x0400, 35).Byte(24, 0x41).Word(20, 3600).String(7, "Intel");
+//     server.GetMemory().PlaceSmbios(table.Image());
 #ifndef TALVANE_SIMULATOR_MACHINE_SMBIOSTABLE_H
 #define TALVANE_SIMULATOR_MACHINE_SMBIOSTABLE_H
 
@@ -20,20 +20,21 @@
 
 namespace sim {
 
-// One structure. Offsets count from the header's first byte, as in the standard's tables; writing
-// past the formatted area is refused with std::out_of_range.
+// One structure. Offsets count from the header's first byte, as in the tables of the standard.
+// std::out_of_range for a field past the formatted area.
 class SmbiosStructure {
 public:
     SmbiosStructure(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
 
-    SmbiosStructure& byte(std::size_t offset, std::uint8_t value);
-    SmbiosStructure& word(std::size_t offset, std::uint16_t value);
-    SmbiosStructure& dword(std::size_t offset, std::uint32_t value);
-    SmbiosStructure& string(std::size_t offset,
-                            std::string_view text);  // adds it, stores its number
-    SmbiosStructure& string(std::string_view text);  // adds it only
+    SmbiosStructure& Byte(std::size_t offset, std::uint8_t value);
+    SmbiosStructure& Word(std::size_t offset, std::uint16_t value);
+    SmbiosStructure& Dword(std::size_t offset, std::uint32_t value);
+    SmbiosStructure& String(std::size_t offset,
+                            std::string_view text);  // adds it and stores its number
+    SmbiosStructure& String(std::string_view text);  // only adds it
 
-    Bytes bytes() const;
+    // The whole structure as it lies in memory, with its strings.
+    Bytes Image() const;
 
 private:
     Bytes formatted_;
@@ -43,14 +44,15 @@ private:
 class SmbiosTable {
 public:
     // The reference stays valid while structures are added.
-    SmbiosStructure& add(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
+    SmbiosStructure& Add(std::uint8_t type, std::uint16_t handle, std::uint8_t length);
 
-    // Appends bytes as they are, for tables that no firmware should have. Not counted as a
+    // Appends bytes as they are, for tables that no firmware should have. They do not count as a
     // structure.
-    SmbiosTable& raw(std::span<const std::uint8_t> bytes);
+    SmbiosTable& Raw(std::span<const std::uint8_t> bytes);
 
-    std::size_t structures() const;
-    Bytes bytes() const;
+    // The number of structures, and the whole table as it lies in memory.
+    std::size_t Structures() const;
+    Bytes Image() const;
 
 private:
     using Part = std::variant<SmbiosStructure, Bytes>;

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The text is made when the file is opened and stays the same for that open file.
 
 #include "simulator/machine/TextDevice.h"
 
@@ -15,7 +17,7 @@ class OpenText : public OpenFile {
 public:
     explicit OpenText(std::string text) : text_(std::move(text)) {}
 
-    Answer read(void* out, std::size_t size) override {
+    Answer Read(void* out, std::size_t size) override {
         if (position_ >= text_.size()) return {0};
         const std::size_t left = text_.size() - static_cast<std::size_t>(position_);
         const std::size_t delivered = std::min(size, left);
@@ -24,17 +26,17 @@ public:
         return {static_cast<std::int64_t>(delivered)};
     }
 
-    Answer seek(std::int64_t offset, int whence) override {
-        // The kernel does not know where such a file ends.
-        if (whence != SEEK_SET && whence != SEEK_CUR) return Answer::failed(EINVAL);
+    Answer Seek(std::int64_t offset, int whence) override {
+        // SEEK_END is refused, since the kernel does not know where such a file ends.
+        if (whence != SEEK_SET && whence != SEEK_CUR) return Answer::Failed(EINVAL);
         const std::int64_t target =
             offset + (whence == SEEK_CUR ? static_cast<std::int64_t>(position_) : 0);
-        if (target < 0) return Answer::failed(EINVAL);
+        if (target < 0) return Answer::Failed(EINVAL);
         position_ = static_cast<std::uint64_t>(target);
         return {target};
     }
 
-    std::uint64_t position() const override { return position_; }
+    std::uint64_t Position() const override { return position_; }
 
 private:
     std::string text_;
@@ -43,7 +45,7 @@ private:
 
 }  // namespace
 
-std::unique_ptr<OpenFile> TextDevice::open(int flags, int& error) {
+std::unique_ptr<OpenFile> TextDevice::Open(int flags, int& error) {
     if ((flags & O_ACCMODE) != O_RDONLY) {
         error = EACCES;
         return nullptr;

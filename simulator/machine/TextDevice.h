@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A file of /proc: text that the kernel makes when the file is opened.
+// A file in /proc, whose text is made when the file is opened.
 #ifndef TALVANE_SIMULATOR_MACHINE_TEXTDEVICE_H
 #define TALVANE_SIMULATOR_MACHINE_TEXTDEVICE_H
 
@@ -16,8 +16,8 @@ public:
     explicit TextDevice(std::function<std::string()> text) : text_(std::move(text)) {}
     explicit TextDevice(std::string text) : text_([text = std::move(text)] { return text; }) {}
 
-    // Reading only; anything else is refused with EACCES.
-    std::unique_ptr<OpenFile> open(int flags, int& error) override;
+    // For reading only: EACCES for any other mode.
+    std::unique_ptr<OpenFile> Open(int flags, int& error) override;
 
 private:
     std::function<std::string()> text_;

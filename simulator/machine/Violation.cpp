@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Loud on purpose: a request that slips through to the real machine, or is answered by a guess,
-// would make every later result worthless.
+// Aborts on purpose: a request that reached the real machine, or was answered by a guess, would
+// make every later result worthless.
 
 #include "simulator/machine/Violation.h"
 
@@ -10,7 +10,7 @@
 
 namespace sim {
 
-void violation(const std::string& what) {
+void AbortOnViolation(const std::string& what) {
     std::fprintf(stderr, "simulated server: %s\n", what.c_str());
     std::abort();
 }

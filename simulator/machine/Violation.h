@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The end of a program that asked for what its simulated server does not have.
+// Ends a program that asked for something that its simulated server does not have.
 #ifndef TALVANE_SIMULATOR_MACHINE_VIOLATION_H
 #define TALVANE_SIMULATOR_MACHINE_VIOLATION_H
 
@@ -8,8 +8,8 @@
 
 namespace sim {
 
-// Says "simulated server: WHAT" on standard error and aborts.
-[[noreturn]] void violation(const std::string& what);
+// Writes "simulated server: WHAT" to standard error and aborts.
+[[noreturn]] void AbortOnViolation(const std::string& what);
 
 }  // namespace sim
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The observed libraries' places in memory, looked up again whenever a module was loaded or
-// unloaded. Fixed arrays, since this runs inside operator new.
+// Where the code of the observed libraries lies in memory. It is looked up again after a module was
+// loaded or unloaded. The arrays are fixed, since this code runs inside operator new.
 
 #include "simulator/process/Callers.h"
 
@@ -20,38 +20,38 @@ namespace {
 constexpr std::size_t kMaxNames = 4;
 constexpr std::size_t kMaxRanges = 32;
 
-struct Range {
+struct CodeRange {
     std::uintptr_t begin;
     std::uintptr_t end;
     std::size_t name;
 };
 
-struct Table {
+struct ObservedModules {
     std::array<std::string, kMaxNames> names{"libTalvane.so"};
     std::size_t nameCount = 1;
-    std::array<Range, kMaxRanges> ranges{};
+    std::array<CodeRange, kMaxRanges> ranges{};
     std::size_t rangeCount = 0;
-    unsigned long long loads = 0;  // of the dynamic linker, when the ranges were taken
+    unsigned long long loads = 0;  // the dynamic linker's counters when `ranges` was filled
     unsigned long long unloads = 0;
-    bool known = false;
+    bool current = false;
 };
 
-// Made without operator new, which asks for it, and never destroyed: the program's last destructors
-// still allocate and close.
-Table& table() {
-    alignas(Table) static std::byte storage[sizeof(Table)];
-    static Table* const instance = new (storage) Table;
+// Created without operator new, which itself asks for it, and never destroyed: the program's last
+// destructors still allocate memory and close files.
+ObservedModules& SharedModules() {
+    alignas(ObservedModules) static std::byte storage[sizeof(ObservedModules)];
+    static ObservedModules* const instance = new (storage) ObservedModules;
     return *instance;
 }
 
-std::string_view fileName(const char* path) {
+std::string_view FileName(const char* path) {
     const std::string_view text = path;
     const std::size_t slash = text.rfind('/');
     return slash == std::string_view::npos ? text : text.substr(slash + 1);
 }
 
-void addModule(Table& known, const dl_phdr_info& module) {
-    const std::string_view file = fileName(module.dlpi_name);
+void AddModule(ObservedModules& known, const dl_phdr_info& module) {
+    const std::string_view file = FileName(module.dlpi_name);
     for (std::size_t name = 0; name < known.nameCount; ++name) {
         if (!file.starts_with(known.names[name])) continue;
         for (int i = 0; i < module.dlpi_phnum && known.rangeCount < kMaxRanges; ++i) {
@@ -64,38 +64,39 @@ void addModule(Table& known, const dl_phdr_info& module) {
     }
 }
 
-// The first module carries the linker's counters; when they have not moved, nothing else has.
-int visit(dl_phdr_info* module, std::size_t, void* first) {
-    Table& known = table();
+// Called with each module. The first one carries the linker's counters: while they are unchanged,
+// so are the modules.
+int VisitModule(dl_phdr_info* module, std::size_t, void* first) {
+    ObservedModules& known = SharedModules();
     bool& isFirst = *static_cast<bool*>(first);
     if (isFirst) {
         isFirst = false;
-        if (known.known && known.loads == module->dlpi_adds && known.unloads == module->dlpi_subs)
+        if (known.current && known.loads == module->dlpi_adds && known.unloads == module->dlpi_subs)
             return 1;
-        known.known = true;
+        known.current = true;
         known.loads = module->dlpi_adds;
         known.unloads = module->dlpi_subs;
         known.rangeCount = 0;
     }
-    addModule(known, *module);
+    AddModule(known, *module);
     return 0;
 }
 
 }  // namespace
 
-void observeLibrary(const std::string& name) {
-    Table& known = table();
+void ObserveLibrary(const std::string& name) {
+    ObservedModules& known = SharedModules();
     const auto end = known.names.begin() + known.nameCount;
     if (std::find(known.names.begin(), end, name) != end) return;
     if (known.nameCount == kMaxNames) throw std::length_error("too many observed libraries");
     known.names[known.nameCount++] = name;
-    known.known = false;
+    known.current = false;
 }
 
-std::string_view observedCaller(const void* address) {
+std::string_view ObservedCaller(const void* address) {
     bool first = true;
-    (void)dl_iterate_phdr(visit, &first);
-    const Table& known = table();
+    (void)dl_iterate_phdr(VisitModule, &first);
+    const ObservedModules& known = SharedModules();
     const auto at = reinterpret_cast<std::uintptr_t>(address);
     for (std::size_t i = 0; i < known.rangeCount; ++i)
         if (at >= known.ranges[i].begin && at < known.ranges[i].end)

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Tells by return address whether a call came from a library under observation.
+// Finds out by the return address whether a call came from a library under observation.
 #ifndef TALVANE_SIMULATOR_PROCESS_CALLERS_H
 #define TALVANE_SIMULATOR_PROCESS_CALLERS_H
 
@@ -9,13 +9,13 @@
 
 namespace sim {
 
-// Observes modules whose file name begins with `name`, such as "libTalvane.so", also those that are
-// loaded later. libTalvane.so is observed from the start.
-void observeLibrary(const std::string& name);
+// Observes the modules whose file name begins with `name`, such as "libTalvane.so", including those
+// that are loaded later. libTalvane.so is observed from the start.
+void ObserveLibrary(const std::string& name);
 
-// The name under which the module of this address is observed; empty when it is not. Costs no
-// allocation.
-std::string_view observedCaller(const void* address);
+// The name under which the module at this address is observed; empty when it is not observed.
+// Allocates nothing.
+std::string_view ObservedCaller(const void* address);
 
 }  // namespace sim
 

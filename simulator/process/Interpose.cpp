@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Files, directories, privilege, time and the shell. Every function has the same three lines: the
-// machine's answer; the real function where it has none. The variants (64-bit offsets, fortified
-// forms) are other doors to the same room.
+// The interposed libc functions for files, directories, privilege, time and the shell. Each asks
+// the machine first and calls the real function when the machine has no answer. The variants
+// (64-bit offsets, fortified forms) all ask the machine the same question.
 
 #include "simulator/process/Interpose.h"
 
@@ -28,9 +28,9 @@ using sim::Answer;
 using sim::Interposition;
 using sim::Machine;
 
-Machine* active = nullptr;
+Machine* activeMachine = nullptr;
 
-// errno as libc leaves it: set by a failure, untouched by success.
+// Leaves errno as libc does: set by a failure, untouched by success.
 class ErrnoGuard {
 public:
     ErrnoGuard() : before_(errno) {}
@@ -39,8 +39,8 @@ public:
     ErrnoGuard& operator=(const ErrnoGuard&) = delete;
 
     template <typename Result>
-    Result finish(const Answer& answer) {
-        if (!answer.ok()) before_ = answer.error;
+    Result Finish(const Answer& answer) {
+        if (!answer.Ok()) before_ = answer.error;
         return static_cast<Result>(answer.value);
     }
 
@@ -48,75 +48,75 @@ private:
     int before_;
 };
 
-// Asks the machine; without a machine or an answer of it, the real function.
+// Asks the machine. Calls the real function when there is no machine or it has no answer.
 template <typename Result, typename Ask, typename Real>
-Result answerOr(Ask ask, Real real) {
-    if (active != nullptr) {
+Result AskMachineOr(Ask ask, Real real) {
+    if (activeMachine != nullptr) {
         ErrnoGuard guard;
-        if (const std::optional<Answer> answer = ask(*active); answer.has_value())
-            return guard.finish<Result>(*answer);
+        if (const std::optional<Answer> answer = ask(*activeMachine); answer.has_value())
+            return guard.Finish<Result>(*answer);
     }
     return real();
 }
 
-// The third argument of open, which is there only when a file may be created.
-mode_t modeOf(int flags, std::va_list arguments) {
+// The third argument of open, which is present only when a file may be created.
+mode_t ModeOf(int flags, std::va_list arguments) {
     const bool creates = (flags & O_CREAT) != 0 || (flags & O_TMPFILE) == O_TMPFILE;
     return creates ? va_arg(arguments, mode_t) : 0;
 }
 
-int openAs(const char* name, const void* caller, const char* path, int flags, mode_t mode) {
-    return answerOr<int>(
-        [&](Machine& machine) { return machine.open(sim::observedCaller(caller), path, flags); },
-        [&] { return sim::realFunction<int(const char*, int, ...)>(name)(path, flags, mode); });
+int OpenAs(const char* name, const void* caller, const char* path, int flags, mode_t mode) {
+    return AskMachineOr<int>(
+        [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
+        [&] { return sim::RealFunction<int(const char*, int, ...)>(name)(path, flags, mode); });
 }
 
-int openCheckedAs(const char* name, const void* caller, const char* path, int flags) {
-    return answerOr<int>(
-        [&](Machine& machine) { return machine.open(sim::observedCaller(caller), path, flags); },
-        [&] { return sim::realFunction<int(const char*, int)>(name)(path, flags); });
+int OpenCheckedAs(const char* name, const void* caller, const char* path, int flags) {
+    return AskMachineOr<int>(
+        [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
+        [&] { return sim::RealFunction<int(const char*, int)>(name)(path, flags); });
 }
 
-// Relative to a directory only for a relative path, and no machine path is relative.
-int openAtAs(const char* name, const void* caller, int directory, const char* path, int flags,
+// The directory matters only for relative paths, and no path of a machine is relative.
+int OpenAtAs(const char* name, const void* caller, int directory, const char* path, int flags,
              mode_t mode) {
-    return answerOr<int>(
-        [&](Machine& machine) { return machine.open(sim::observedCaller(caller), path, flags); },
+    return AskMachineOr<int>(
+        [&](Machine& machine) { return machine.Open(sim::ObservedCaller(caller), path, flags); },
         [&] {
-            return sim::realFunction<int(int, const char*, int, ...)>(name)(directory, path, flags,
+            return sim::RealFunction<int(int, const char*, int, ...)>(name)(directory, path, flags,
                                                                             mode);
         });
 }
 
 template <typename Offset>
-Offset seekAs(const char* name, const void* caller, int descriptor, Offset offset, int whence) {
-    return answerOr<Offset>(
+Offset SeekAs(const char* name, const void* caller, int descriptor, Offset offset, int whence) {
+    return AskMachineOr<Offset>(
         [&](Machine& machine) {
-            return machine.seek(sim::observedCaller(caller), descriptor, offset, whence);
+            return machine.Seek(sim::ObservedCaller(caller), descriptor, offset, whence);
         },
         [&] {
-            return sim::realFunction<Offset(int, Offset, int)>(name)(descriptor, offset, whence);
+            return sim::RealFunction<Offset(int, Offset, int)>(name)(descriptor, offset, whence);
         });
 }
 
-int ioctlAs(const char* name, const void* caller, int descriptor, unsigned long request,
+int IoctlAs(const char* name, const void* caller, int descriptor, unsigned long request,
             void* argument) {
-    return answerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
-            return machine.ioctl(sim::observedCaller(caller), descriptor, request, argument);
+            return machine.Ioctl(sim::ObservedCaller(caller), descriptor, request, argument);
         },
         [&] {
-            return sim::realFunction<int(int, unsigned long, ...)>(name)(descriptor, request,
+            return sim::RealFunction<int(int, unsigned long, ...)>(name)(descriptor, request,
                                                                          argument);
         });
 }
 
-// A handle without entries: of a directory that is no longer there. Names below a simulated
-// directory are known to those who open them only.
-DIR* emptyDirectory() {
+// A handle without entries, of a directory that is already removed. A program cannot list a
+// simulated directory; it can only open names that it knows.
+DIR* EmptyDirectory() {
     char name[] = "/tmp/talvane-directory-XXXXXX";
     if (mkdtemp(name) == nullptr) return nullptr;
-    DIR* const handle = sim::realFunction<DIR*(const char*)>("opendir")(name);
+    DIR* const handle = sim::RealFunction<DIR*(const char*)>("opendir")(name);
     (void)rmdir(name);
     return handle;
 }
@@ -126,17 +126,18 @@ DIR* emptyDirectory() {
 namespace sim {
 
 Interposition::Interposition(Machine& machine) {
-    if (active != nullptr) throw std::logic_error("one simulated server at a time");
-    linkInterposedAllocations();
-    active = &machine;
+    if (activeMachine != nullptr) throw std::logic_error("one simulated server at a time");
+    LinkInterposedAllocations();
+    LinkInterposedPorts();
+    activeMachine = &machine;
 }
 
 Interposition::~Interposition() {
-    active = nullptr;
+    activeMachine = nullptr;
 }
 
-Machine* Interposition::machine() {
-    return active;
+Machine* Interposition::GetMachine() {
+    return activeMachine;
 }
 
 }  // namespace sim
@@ -148,80 +149,80 @@ extern "C" {
 int open(const char* path, int flags, ...) {
     std::va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
+    const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
-    return openAs("open", CALLER, path, flags, mode);
+    return OpenAs("open", CALLER, path, flags, mode);
 }
 
 int open64(const char* path, int flags, ...) {
     std::va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
+    const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
-    return openAs("open64", CALLER, path, flags, mode);
+    return OpenAs("open64", CALLER, path, flags, mode);
 }
 
 int openat(int directory, const char* path, int flags, ...) {
     std::va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
+    const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
-    return openAtAs("openat", CALLER, directory, path, flags, mode);
+    return OpenAtAs("openat", CALLER, directory, path, flags, mode);
 }
 
 int openat64(int directory, const char* path, int flags, ...) {
     std::va_list arguments;
     va_start(arguments, flags);
-    const mode_t mode = modeOf(flags, arguments);
+    const mode_t mode = ModeOf(flags, arguments);
     va_end(arguments);
-    return openAtAs("openat64", CALLER, directory, path, flags, mode);
+    return OpenAtAs("openat64", CALLER, directory, path, flags, mode);
 }
 
 int __open_2(const char* path, int flags) {
-    return openCheckedAs("__open_2", CALLER, path, flags);
+    return OpenCheckedAs("__open_2", CALLER, path, flags);
 }
 
 int __open64_2(const char* path, int flags) {
-    return openCheckedAs("__open64_2", CALLER, path, flags);
+    return OpenCheckedAs("__open64_2", CALLER, path, flags);
 }
 
 off_t lseek(int descriptor, off_t offset, int whence) noexcept {
-    return seekAs<off_t>("lseek", CALLER, descriptor, offset, whence);
+    return SeekAs<off_t>("lseek", CALLER, descriptor, offset, whence);
 }
 
 off64_t lseek64(int descriptor, off64_t offset, int whence) noexcept {
-    return seekAs<off64_t>("lseek64", CALLER, descriptor, offset, whence);
+    return SeekAs<off64_t>("lseek64", CALLER, descriptor, offset, whence);
 }
 
 ssize_t read(int descriptor, void* out, size_t size) {
     const void* const caller = CALLER;
-    return answerOr<ssize_t>(
+    return AskMachineOr<ssize_t>(
         [&](Machine& machine) {
-            return machine.read(sim::observedCaller(caller), descriptor, out, size);
+            return machine.Read(sim::ObservedCaller(caller), descriptor, out, size);
         },
         [&] {
-            return sim::realFunction<ssize_t(int, void*, size_t)>("read")(descriptor, out, size);
+            return sim::RealFunction<ssize_t(int, void*, size_t)>("read")(descriptor, out, size);
         });
 }
 
 ssize_t __read_chk(int descriptor, void* out, size_t size, size_t room) {
     const void* const caller = CALLER;
-    return answerOr<ssize_t>(
+    return AskMachineOr<ssize_t>(
         [&](Machine& machine) -> std::optional<Answer> {
             if (size > room) return std::nullopt;  // libc ends the program, with its own message
-            return machine.read(sim::observedCaller(caller), descriptor, out, size);
+            return machine.Read(sim::ObservedCaller(caller), descriptor, out, size);
         },
         [&] {
-            return sim::realFunction<ssize_t(int, void*, size_t, size_t)>("__read_chk")(
+            return sim::RealFunction<ssize_t(int, void*, size_t, size_t)>("__read_chk")(
                 descriptor, out, size, room);
         });
 }
 
 int close(int descriptor) {
     const void* const caller = CALLER;
-    return answerOr<int>(
-        [&](Machine& machine) { return machine.close(sim::observedCaller(caller), descriptor); },
-        [&] { return sim::realFunction<int(int)>("close")(descriptor); });
+    return AskMachineOr<int>(
+        [&](Machine& machine) { return machine.Close(sim::ObservedCaller(caller), descriptor); },
+        [&] { return sim::RealFunction<int(int)>("close")(descriptor); });
 }
 
 int ioctl(int descriptor, unsigned long request, ...) noexcept {
@@ -229,72 +230,72 @@ int ioctl(int descriptor, unsigned long request, ...) noexcept {
     va_start(arguments, request);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    return ioctlAs("ioctl", CALLER, descriptor, request, argument);
+    return IoctlAs("ioctl", CALLER, descriptor, request, argument);
 }
 
-// The door that ioctl is with 64-bit time stamps.
+// What ioctl calls in programs with 64-bit time stamps.
 int __ioctl_time64(int descriptor, unsigned long request, ...) {
     std::va_list arguments;
     va_start(arguments, request);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    return ioctlAs("__ioctl_time64", CALLER, descriptor, request, argument);
+    return IoctlAs("__ioctl_time64", CALLER, descriptor, request, argument);
 }
 
 DIR* opendir(const char* path) {
     const void* const caller = CALLER;
-    if (active != nullptr) {
+    if (activeMachine != nullptr) {
         ErrnoGuard guard;
         const std::optional<Answer> answer =
-            active->openDirectory(sim::observedCaller(caller), path);
-        if (answer && !answer->ok()) {
-            (void)guard.finish<int>(*answer);
+            activeMachine->OpenDirectory(sim::ObservedCaller(caller), path);
+        if (answer && !answer->Ok()) {
+            (void)guard.Finish<int>(*answer);
             return nullptr;
         }
         if (answer) {
-            DIR* const handle = emptyDirectory();
+            DIR* const handle = EmptyDirectory();
             if (handle == nullptr)
-                (void)guard.finish<int>(Answer::failed(errno));
+                (void)guard.Finish<int>(Answer::Failed(errno));
             else
-                active->directoryOpened(handle, path);
+                activeMachine->DirectoryOpened(handle, path);
             return handle;
         }
     }
-    return sim::realFunction<DIR*(const char*)>("opendir")(path);
+    return sim::RealFunction<DIR*(const char*)>("opendir")(path);
 }
 
 int closedir(DIR* directory) {
     const void* const caller = CALLER;
-    return answerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
             const std::optional<Answer> answer =
-                machine.closeDirectory(sim::observedCaller(caller), directory);
-            if (answer) (void)sim::realFunction<int(DIR*)>("closedir")(directory);
+                machine.CloseDirectory(sim::ObservedCaller(caller), directory);
+            if (answer) (void)sim::RealFunction<int(DIR*)>("closedir")(directory);
             return answer;
         },
-        [&] { return sim::realFunction<int(DIR*)>("closedir")(directory); });
+        [&] { return sim::RealFunction<int(DIR*)>("closedir")(directory); });
 }
 
 int iopl(int level) noexcept {
-    return answerOr<int>(
-        [&](Machine& machine) { return std::optional(machine.setPrivilege(level)); },
-        [&] { return sim::realFunction<int(int)>("iopl")(level); });
+    return AskMachineOr<int>(
+        [&](Machine& machine) { return std::optional(machine.SetPrivilege(level)); },
+        [&] { return sim::RealFunction<int(int)>("iopl")(level); });
 }
 
 unsigned sleep(unsigned seconds) {
-    return answerOr<unsigned>(
-        [&](Machine& machine) { return std::optional(machine.sleep(seconds)); },
-        [&] { return sim::realFunction<unsigned(unsigned)>("sleep")(seconds); });
+    return AskMachineOr<unsigned>(
+        [&](Machine& machine) { return std::optional(machine.Sleep(seconds)); },
+        [&] { return sim::RealFunction<unsigned(unsigned)>("sleep")(seconds); });
 }
 
 int system(const char* command) {
     const void* const caller = CALLER;
-    return answerOr<int>(
+    return AskMachineOr<int>(
         [&](Machine& machine) {
-            return machine.system(sim::observedCaller(caller), command,
-                                  sim::realFunction<int(const char*)>("system"));
+            return machine.System(sim::ObservedCaller(caller), command,
+                                  sim::RealFunction<int(const char*)>("system"));
         },
-        [&] { return sim::realFunction<int(const char*)>("system")(command); });
+        [&] { return sim::RealFunction<int(const char*)>("system")(command); });
 }
 
 }  // extern "C"

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The libc functions that a simulated server answers in place of libc. They are defined in
-// Interpose*.cpp with C linkage and must be found before libc's by the dynamic linker: in the
-// program itself, exported, or in a preloaded library.
+// The functions that a simulated server answers in place of the real ones. Interpose*.cpp defines
+// them under the real names. The dynamic linker must find them first: in the program itself, which
+// exports them, or in a preloaded library.
 #ifndef TALVANE_SIMULATOR_PROCESS_INTERPOSE_H
 #define TALVANE_SIMULATOR_PROCESS_INTERPOSE_H
 
@@ -10,7 +10,7 @@ namespace sim {
 
 class Machine;
 
-// Which machine answers the interposed calls of this process.
+// Makes a machine answer the interposed calls of this process for as long as the object lives.
 class Interposition {
 public:
     // std::logic_error when another machine answers already.
@@ -20,12 +20,13 @@ public:
     Interposition& operator=(const Interposition&) = delete;
 
     // Null while nothing is simulated.
-    static Machine* machine();
+    static Machine* GetMachine();
 };
 
-// Does nothing; calling it keeps the allocating operators in a program that links them from an
-// archive, where nothing else would ask for their file.
-void linkInterposedAllocations();
+// Do nothing. The calls to them make the linker take the files of the allocating operators and of the
+// port primitives from the archive, since nothing else refers to those files.
+void LinkInterposedAllocations();
+void LinkInterposedPorts();
 
 }  // namespace sim
 

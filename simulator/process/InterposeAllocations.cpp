@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The allocating operators, so that allocations of the observed library can be counted and made to
-// fail. Memory still comes from the operators behind these, which keeps the pairing that
-// AddressSanitizer checks; releasing needs no interposition.
+// fail. The memory still comes from the real operators, so that it can be released by the real
+// ones, as AddressSanitizer demands.
 
 #include <new>
 
@@ -13,43 +13,43 @@
 
 namespace {
 
-bool refused(const void* caller) {
-    sim::Machine* const machine = sim::Interposition::machine();
-    return machine != nullptr && !sim::observedCaller(caller).empty() && machine->allocate();
+bool AllocationRefused(const void* caller) {
+    sim::Machine* const machine = sim::Interposition::GetMachine();
+    return machine != nullptr && !sim::ObservedCaller(caller).empty() && machine->AllocationFails();
 }
 
-void* throwing(const char* name, const void* caller, std::size_t size) {
-    if (refused(caller)) throw std::bad_alloc();
-    return sim::realFunction<void*(std::size_t)>(name)(size);
+void* AllocateOrThrow(const char* name, const void* caller, std::size_t size) {
+    if (AllocationRefused(caller)) throw std::bad_alloc();
+    return sim::RealFunction<void*(std::size_t)>(name)(size);
 }
 
-void* quiet(const char* name, const void* caller, std::size_t size) {
-    if (refused(caller)) return nullptr;
+void* AllocateOrNull(const char* name, const void* caller, std::size_t size) {
+    if (AllocationRefused(caller)) return nullptr;
     using Function = void*(std::size_t, const std::nothrow_t&);
-    return sim::realFunction<Function>(name)(size, std::nothrow);
+    return sim::RealFunction<Function>(name)(size, std::nothrow);
 }
 
 }  // namespace
 
 namespace sim {
 
-void linkInterposedAllocations() {}
+void LinkInterposedAllocations() {}
 
 }  // namespace sim
 
-// The names are those of the i686 C++ ABI, where size_t is unsigned int (j).
+// The names passed on are those of the i686 C++ ABI, where size_t is unsigned int (j).
 void* operator new(std::size_t size) {
-    return throwing("_Znwj", __builtin_return_address(0), size);
+    return AllocateOrThrow("_Znwj", __builtin_return_address(0), size);
 }
 
 void* operator new[](std::size_t size) {
-    return throwing("_Znaj", __builtin_return_address(0), size);
+    return AllocateOrThrow("_Znaj", __builtin_return_address(0), size);
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return quiet("_ZnwjRKSt9nothrow_t", __builtin_return_address(0), size);
+    return AllocateOrNull("_ZnwjRKSt9nothrow_t", __builtin_return_address(0), size);
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return quiet("_ZnajRKSt9nothrow_t", __builtin_return_address(0), size);
+    return AllocateOrNull("_ZnajRKSt9nothrow_t", __builtin_return_address(0), size);
 }

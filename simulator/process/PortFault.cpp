@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The SIGSEGV handler. The faults are synchronous (the program stands at its own `in` or `out`, not
-// inside malloc), so the handler may do what any call may.
+// The SIGSEGV handler. The faults are synchronous: the program is at its own `in` or `out`, not
+// inside malloc. So the handler may do whatever an ordinary function may do.
 
 #include "simulator/process/PortFault.h"
 
@@ -16,48 +16,48 @@
 namespace sim {
 namespace {
 
-struct sigaction previous;
+struct sigaction previousAction;
 
-// Answers the instruction and moves behind it; false when it is not a port instruction.
-bool execute(mcontext_t& registers, Machine& machine) {
+// Executes the instruction and moves past it; false when it is not a port instruction.
+bool ExecutePortInstruction(mcontext_t& registers, Machine& machine) {
     greg_t* const general = registers.gregs;
     const auto* const code = reinterpret_cast<const std::uint8_t*>(general[REG_EIP]);
-    const std::optional<PortInstruction> instruction = decodePortInstruction(code);
+    const std::optional<PortInstruction> instruction = DecodePortInstruction(code);
     if (!instruction) return false;
 
     const auto eax = static_cast<std::uint32_t>(general[REG_EAX]);
     const std::uint16_t port =
         instruction->port ? *instruction->port : static_cast<std::uint16_t>(general[REG_EDX]);
     if (instruction->output) {
-        machine.portOut(port, instruction->width, valueOfOut(eax, instruction->width));
+        machine.PortOut(port, instruction->width, ValueOfOut(eax, instruction->width));
     } else {
-        const std::uint32_t value = machine.portIn(port, instruction->width);
-        general[REG_EAX] = static_cast<greg_t>(accumulatorAfterIn(eax, instruction->width, value));
+        const std::uint32_t value = machine.PortIn(port, instruction->width);
+        general[REG_EAX] = static_cast<greg_t>(AccumulatorAfterIn(eax, instruction->width, value));
     }
     general[REG_EIP] += static_cast<greg_t>(instruction->length);
     return true;
 }
 
-void passOn(int signal, siginfo_t* info, void* context) {
-    if ((previous.sa_flags & SA_SIGINFO) != 0) {
-        previous.sa_sigaction(signal, info, context);
-    } else if (previous.sa_handler != SIG_DFL && previous.sa_handler != SIG_IGN) {
-        previous.sa_handler(signal);
+void PassFaultOn(int signal, siginfo_t* info, void* context) {
+    if ((previousAction.sa_flags & SA_SIGINFO) != 0) {
+        previousAction.sa_sigaction(signal, info, context);
+    } else if (previousAction.sa_handler != SIG_DFL && previousAction.sa_handler != SIG_IGN) {
+        previousAction.sa_handler(signal);
     } else {
-        // The fault strikes again on return and ends the process as it would have without us.
-        (void)sigaction(SIGSEGV, &previous, nullptr);
+        // The fault occurs again on return and ends the process as it would without this handler.
+        (void)sigaction(SIGSEGV, &previousAction, nullptr);
     }
 }
 
-void onFault(int signal, siginfo_t* info, void* context) {
+void OnSegmentationFault(int signal, siginfo_t* info, void* context) {
     const int before = errno;
-    Machine* const machine = Interposition::machine();
+    Machine* const machine = Interposition::GetMachine();
     auto& registers = static_cast<ucontext_t*>(context)->uc_mcontext;
-    // SI_KERNEL: a general protection fault, so the instruction itself was fetched and is readable.
-    // Page faults carry another code, and their instruction may not be there at all.
-    const bool executed =
-        info->si_code == SI_KERNEL && machine != nullptr && execute(registers, *machine);
-    if (!executed) passOn(signal, info, context);
+    // SI_KERNEL means a general protection fault: the instruction was fetched, so it can be read.
+    // A page fault has another code, and its instruction may not even be mapped.
+    const bool executed = info->si_code == SI_KERNEL && machine != nullptr &&
+                          ExecutePortInstruction(registers, *machine);
+    if (!executed) PassFaultOn(signal, info, context);
     errno = before;
 }
 
@@ -65,16 +65,16 @@ void onFault(int signal, siginfo_t* info, void* context) {
 
 PortFaultHandler::PortFaultHandler() {
     struct sigaction action {};
-    action.sa_sigaction = onFault;
-    // SA_NODEFER: what runs inside a port access may itself use ports. SA_ONSTACK: the handler
-    // before ours may depend on its own stack to report an overflow of the ordinary one.
+    action.sa_sigaction = OnSegmentationFault;
+    // SA_NODEFER: an action inside a port access may itself use ports. SA_ONSTACK: the previous
+    // handler may need its own stack to report an overflow of the ordinary one.
     action.sa_flags = SA_SIGINFO | SA_NODEFER | SA_ONSTACK;
     (void)sigemptyset(&action.sa_mask);
-    (void)sigaction(SIGSEGV, &action, &previous);
+    (void)sigaction(SIGSEGV, &action, &previousAction);
 }
 
 PortFaultHandler::~PortFaultHandler() {
-    (void)sigaction(SIGSEGV, &previous, nullptr);
+    (void)sigaction(SIGSEGV, &previousAction, nullptr);
 }
 
 }  // namespace sim

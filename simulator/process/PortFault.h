@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Executes port instructions in place of the processor, which refuses them to an unprivileged
-// process with a general protection fault.
+// Executes port instructions in place of the processor, which answers them with a general
+// protection fault in an unprivileged process.
 #ifndef TALVANE_SIMULATOR_PROCESS_PORTFAULT_H
 #define TALVANE_SIMULATOR_PROCESS_PORTFAULT_H
 
@@ -9,8 +9,8 @@
 
 namespace sim {
 
-// While one lives, SIGSEGV belongs to the simulated server; faults that are no port instruction go
-// to the handler that was there before.
+// While it lives, it handles SIGSEGV. Faults of anything but a port instruction go to the previous
+// handler.
 class PortFaultHandler {
 public:
     PortFaultHandler();

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Encodings of IN and OUT: Intel SDM volume 2. 0xE4 to 0xE7 carry the port in the next byte,
-// 0xEC to 0xEF take it from dx; bit 1 says output, bit 0 a full-size operand, which the prefix
-// 0x66 makes 16 bits wide.
+// The encodings of IN and OUT (Intel SDM, volume 2). Opcodes 0xE4 to 0xE7 carry the port in the
+// next byte; 0xEC to 0xEF take it from dx. Bit 1 is set for output, bit 0 for a full-size operand,
+// which has 16 bits after the prefix 0x66, else 32.
 
 #include "simulator/process/PortInstruction.h"
 
@@ -17,13 +17,13 @@ constexpr std::uint8_t kOutput = 0x02;
 constexpr std::uint8_t kFullSize = 0x01;
 constexpr unsigned kMaxLength = 15;  // the processor refuses longer instructions
 
-constexpr std::uint32_t maskOf(unsigned width) {
+constexpr std::uint32_t MaskOf(unsigned width) {
     return width == 4 ? 0xFFFFFFFF : (1u << (8 * width)) - 1;
 }
 
 }  // namespace
 
-std::optional<PortInstruction> decodePortInstruction(const std::uint8_t* code) {
+std::optional<PortInstruction> DecodePortInstruction(const std::uint8_t* code) {
     PortInstruction result;
     unsigned at = 0;
     while (at < kMaxLength && code[at] == kOperandSizePrefix) ++at;
@@ -43,13 +43,13 @@ std::optional<PortInstruction> decodePortInstruction(const std::uint8_t* code) {
     return result;
 }
 
-std::uint32_t accumulatorAfterIn(std::uint32_t eax, unsigned width, std::uint32_t value) {
-    const std::uint32_t mask = maskOf(width);
+std::uint32_t AccumulatorAfterIn(std::uint32_t eax, unsigned width, std::uint32_t value) {
+    const std::uint32_t mask = MaskOf(width);
     return (eax & ~mask) | (value & mask);
 }
 
-std::uint32_t valueOfOut(std::uint32_t eax, unsigned width) {
-    return eax & maskOf(width);
+std::uint32_t ValueOfOut(std::uint32_t eax, unsigned width) {
+    return eax & MaskOf(width);
 }
 
 }  // namespace sim

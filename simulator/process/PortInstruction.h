@@ -10,21 +10,21 @@
 namespace sim {
 
 struct PortInstruction {
-    bool output = false;               // out, not in
+    bool output = false;               // true for out, false for in
     unsigned width = 0;                // 1, 2 or 4 bytes: al, ax or eax
-    std::optional<std::uint8_t> port;  // in the instruction itself; otherwise in dx
+    std::optional<std::uint8_t> port;  // the port in the instruction; none: it is in dx
     unsigned length = 0;               // bytes of the instruction
 };
 
-// The instruction at `code` in 32-bit mode, or nothing when it is another one (the string forms
-// ins and outs included). Reads no byte past the instruction's end.
-std::optional<PortInstruction> decodePortInstruction(const std::uint8_t* code);
+// Decodes the instruction at `code` in 32-bit mode. Nothing for other instructions, which include
+// the string forms ins and outs. Reads no byte past the instruction's end.
+std::optional<PortInstruction> DecodePortInstruction(const std::uint8_t* code);
 
-// What `in` leaves in eax: a narrow value replaces only the low part.
-std::uint32_t accumulatorAfterIn(std::uint32_t eax, unsigned width, std::uint32_t value);
+// The value of eax after `in`: a narrow value replaces only the low part.
+std::uint32_t AccumulatorAfterIn(std::uint32_t eax, unsigned width, std::uint32_t value);
 
-// What `out` writes of eax.
-std::uint32_t valueOfOut(std::uint32_t eax, unsigned width);
+// The part of eax that `out` writes.
+std::uint32_t ValueOfOut(std::uint32_t eax, unsigned width);
 
 }  // namespace sim
 

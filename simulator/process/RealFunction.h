@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The function that an interposed one stands in front of.
+// Finds the real function that an interposed one replaces.
 #ifndef TALVANE_SIMULATOR_PROCESS_REALFUNCTION_H
 #define TALVANE_SIMULATOR_PROCESS_REALFUNCTION_H
 
@@ -8,9 +8,9 @@
 
 namespace sim {
 
-// The next definition of `name` after this module's, usually libc's.
+// The next definition of `name` after this module's, usually that of libc; null when there is none.
 template <typename Function>
-Function* realFunction(const char* name) {
+Function* RealFunction(const char* name) {
     return reinterpret_cast<Function*>(dlsym(RTLD_NEXT, name));
 }
 

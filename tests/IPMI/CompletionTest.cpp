@@ -38,7 +38,7 @@ namespace {
 class Completion : public ::testing::Test {
 protected:
     Completion() {
-        server.bmc();
+        server.GetBmc();
         support = std::make_unique<IPMIsupport>();
     }
     sim::SimulatedServer server;

@@ -16,29 +16,29 @@ TEST_F(Controller, TheWatchdogIsSetInTenthsOfASecond) {
     EXPECT_EQ(Support().SetWatchDogTimer(1, 10000), 0);
     EXPECT_EQ(Support().SetWatchDogTimer(1, 999000), 0);
     EXPECT_EQ(Support().SetWatchDogTimer(1, 10099), 0);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Set Watchdog Timer 04 01 00 00 64 00",
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Set Watchdog Timer 04 01 00 00 64 00",
                                                 "Set Watchdog Timer 04 01 00 00 06 27",
                                                 "Set Watchdog Timer 04 01 00 00 64 00"));
-    EXPECT_EQ(bmc.requests()[0].timeout, 3000u);
+    EXPECT_EQ(bmc.Requests()[0].timeout, 3000u);
 }
 
 TEST_F(Controller, TimesOutsideOfTheRangeAreRefusedWithoutARequest) {
     for (const int timeOut : {9999, 999001, 0, -1, -2147483647 - 1, 2147483647})
         EXPECT_EQ(Support().SetWatchDogTimer(1, timeOut), -1) << timeOut;
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 TEST_F(Controller, OnlyTheLowThreeBitsOfAnActionAreSent) {
     EXPECT_EQ(Support().SetWatchDogTimer(0x0B, 10000), 0);
-    EXPECT_EQ(bmc.requestTexts()[0], "Set Watchdog Timer 04 03 00 00 64 00");
+    EXPECT_EQ(bmc.RequestTexts()[0], "Set Watchdog Timer 04 03 00 00 64 00");
 }
 
 TEST_F(Controller, SettingStopsTheWatchdogAndResettingStartsIt) {
     ASSERT_EQ(Support().SetWatchDogTimer(1, 20000), 0);
-    EXPECT_FALSE(bmc.watchdog().running);
+    EXPECT_FALSE(bmc.Watchdog().running);
     ASSERT_EQ(Support().ResetWatchDogTimer(), 0);
-    EXPECT_TRUE(bmc.watchdog().running);
-    server.machine().sleep(5);
+    EXPECT_TRUE(bmc.Watchdog().running);
+    server.GetMachine().Sleep(5);
     int action = 0;
     int timeOut = 0;
     int present = 0;
@@ -46,14 +46,14 @@ TEST_F(Controller, SettingStopsTheWatchdogAndResettingStartsIt) {
     EXPECT_EQ(action, 1);
     EXPECT_EQ(timeOut, 20000);
     EXPECT_EQ(present, 15000);
-    server.machine().sleep(15);
-    EXPECT_EQ(bmc.watchdogExpirations(), 1);
+    server.GetMachine().Sleep(15);
+    EXPECT_EQ(bmc.WatchdogExpirations(), 1);
     ASSERT_EQ(Support().SetWatchDogTimer(1, 20000), 0);
-    EXPECT_FALSE(bmc.watchdog().running);
+    EXPECT_FALSE(bmc.Watchdog().running);
 }
 
 TEST_F(Controller, CountdownsHaveSixteenBits) {
-    bmc.intercept([](const sim::BmcRequest&) {
+    bmc.Intercept([](const sim::BmcRequest&) {
         return sim::Bytes{0x44, 0xFA, 0, 0, 0x10, 0x27, 0xFF, 0xFF};
     });
     int action = 0;
@@ -66,70 +66,70 @@ TEST_F(Controller, CountdownsHaveSixteenBits) {
 }
 
 TEST_F(Controller, TheFirmwareRevisionIsTwoNumbers) {
-    bmc.setFirmware(0x81, 0x25);
+    bmc.SetFirmware(0x81, 0x25);
     unsigned char major = 0;
     unsigned char minor = 0;
     EXPECT_EQ(Support().GetDeviceID(&major, &minor), 0);
     EXPECT_EQ(major, 1);
     EXPECT_EQ(minor, 25);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Device ID"));
-    bmc.setFirmware(0xFF, 0x1F);
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Device ID"));
+    bmc.SetFirmware(0xFF, 0x1F);
     EXPECT_EQ(Support().GetDeviceID(&major, &minor), 0);
     EXPECT_EQ(major, 0x7F);
     EXPECT_EQ(minor, 25) << "10 and 15: the digits are not checked";
     EXPECT_EQ(Support().GetDeviceID(nullptr, &minor), -1);
     EXPECT_EQ(Support().GetDeviceID(&major, nullptr), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(2));
+    EXPECT_THAT(bmc.Requests(), SizeIs(2));
 }
 
 TEST_F(Controller, AChannelIsDescribedUnderTheNumberThatWasAskedFor) {
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{9, 0xF4, 0xE1}; });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{9, 0xF4, 0xE1}; });
     ChannelInfo channel{};
     EXPECT_EQ(Support().GetChannelInfo(3, &channel), 0);
     EXPECT_EQ(channel.channelNumber, 3);
     EXPECT_EQ(channel.channelMediatype, 0xF4) << "the whole byte";
     EXPECT_EQ(channel.channelProtocoltype, 0xE1);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Channel Info 03"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Channel Info 03"));
     EXPECT_EQ(Support().GetChannelInfo(3, nullptr), -1);
     EXPECT_EQ(Support().GetLANChannelInfo(nullptr), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(1));
+    EXPECT_THAT(bmc.Requests(), SizeIs(1));
 }
 
 TEST_F(Controller, TheLanChannelIsLookedForUpToTheFirst) {
-    bmc.setChannel(3, {IPMIbase::LAN_802_3, 1});
+    bmc.SetChannel(3, {IPMIbase::LAN_802_3, 1});
     ChannelInfo channel{};
     EXPECT_EQ(Support().GetLANChannelInfo(&channel), 0);
     EXPECT_EQ(channel.channelNumber, 3);
     EXPECT_EQ(channel.channelMediatype, 4);
-    EXPECT_THAT(bmc.requestTexts(),
+    EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Get Channel Info 01", "Get Channel Info 02", "Get Channel Info 03"));
 }
 
 TEST_F(Controller, ALanChannelIsOneWhoseWholeMediumByteSaysSo) {
-    bmc.setChannel(2, {0x84, 1});
-    bmc.setChannel(5, {4, 1});
+    bmc.SetChannel(2, {0x84, 1});
+    bmc.SetChannel(5, {4, 1});
     ChannelInfo channel{};
     EXPECT_EQ(Support().GetLANChannelInfo(&channel), 0);
     EXPECT_EQ(channel.channelNumber, 5);
 }
 
 TEST_F(Controller, WithoutALanChannelTheSeventhIsTheAnswer) {
-    bmc.setChannel(7, {5, 2});
+    bmc.SetChannel(7, {5, 2});
     ChannelInfo channel{};
     EXPECT_EQ(Support().GetLANChannelInfo(&channel), 0);
     EXPECT_EQ(channel.channelNumber, 7);
     EXPECT_EQ(channel.channelMediatype, 5);
-    EXPECT_THAT(bmc.requests(), SizeIs(7));
+    EXPECT_THAT(bmc.Requests(), SizeIs(7));
 }
 
 TEST_F(Controller, AUserIsSetWithoutAPasswordOnly) {
     EXPECT_EQ(Support().SetUserInfo(2, "admin", "secret"), -1);
     EXPECT_EQ(Support().SetUserInfo(2, "admin", ""), -1);
     EXPECT_EQ(Support().SetUserInfo(2, nullptr, nullptr), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
     EXPECT_EQ(Support().SetUserInfo(2, "admin", nullptr), 0);
     EXPECT_THAT(
-        bmc.requestTexts(),
+        bmc.RequestTexts(),
         ElementsAre("Get Channel Info 02 61 64 6D 69 6E 00 00 00 00 00 00 00 00 00 00 00",
                     "Set User Password 02 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));
     EXPECT_EQ(Support().request.data, nullptr);
@@ -137,7 +137,7 @@ TEST_F(Controller, AUserIsSetWithoutAPasswordOnly) {
 
 TEST_F(Controller, AUserNameHasSixteenCharactersAndNoTerminator) {
     ASSERT_EQ(Support().SetUserInfo(3, "abcdefghijklmnopq", nullptr), 0);
-    EXPECT_EQ(bmc.requestTexts()[0],
+    EXPECT_EQ(bmc.RequestTexts()[0],
               "Get Channel Info 03 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70");
 }
 
@@ -145,13 +145,13 @@ TEST_F(Controller, ALanChannelIsSetInTwelveSteps) {
     const LANParameter lan{1, {192, 168, 0, 7}, {0, 1, 2, 3, 4, 5}, {255, 255, 255, 0}};
     EXPECT_EQ(Support().SetLANParameter(lan), 0);
     const std::string set = "Set LAN Configuration Parameters 01 ";
-    EXPECT_THAT(bmc.requestTexts(),
+    EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre(set + "00 01", set + "03 C0 A8 00 07", set + "04 03",
                             set + "05 00 01 02 03 04 05", set + "06 FF FF FF 00",
                             set + "07 40 40 10", set + "08 6F 02", set + "09 98 02", set + "0A 01",
                             set + "0B 04", set + "00 02", set + "00 00"));
-    EXPECT_EQ(bmc.requests()[0].netFn, 0x0C);
-    EXPECT_EQ(bmc.lan().at({1, 3}), (sim::Bytes{192, 168, 0, 7}));
+    EXPECT_EQ(bmc.Requests()[0].netFn, 0x0C);
+    EXPECT_EQ(bmc.Lan().at({1, 3}), (sim::Bytes{192, 168, 0, 7}));
     EXPECT_EQ(Support().request.rsSa, 0x20);
 }
 
@@ -159,7 +159,7 @@ TEST_F(Controller, TheNumberOfALanChannelGoesOutAsItStands) {
     LANParameter lan{};
     lan.channelNumber = 0xFE;
     EXPECT_EQ(Support().SetLANParameter(lan), 0);
-    for (const sim::BmcRequest& request : bmc.requests()) EXPECT_EQ(request.data[0], 0xFE);
+    for (const sim::BmcRequest& request : bmc.Requests()) EXPECT_EQ(request.data[0], 0xFE);
 }
 
 TEST_F(Controller, EveryCommandGoesToTheControllerOnThePublicBus) {
@@ -169,13 +169,13 @@ TEST_F(Controller, EveryCommandGoesToTheControllerOnThePublicBus) {
     const auto ask = [&](auto command) {
         Support().request.busType = Sensors().request.busType = 7;
         Support().request.rsLun = Sensors().request.rsLun = 7;
-        bmc.forgetRequests();
+        bmc.ForgetRequests();
         EXPECT_EQ(command(Support()), 0);
-        for (const sim::BmcRequest& request : bmc.requests()) {
-            EXPECT_EQ(request.bus, 0) << request.text();
-            EXPECT_EQ(request.lun, 0) << request.text();
+        for (const sim::BmcRequest& request : bmc.Requests()) {
+            EXPECT_EQ(request.bus, 0) << request.Text();
+            EXPECT_EQ(request.lun, 0) << request.Text();
         }
-        return bmc.requests().size();
+        return bmc.Requests().size();
     };
     EXPECT_EQ(ask([](IPMIsupport& s) { return s.SetWatchDogTimer(1, 10000); }), 1u);
     EXPECT_EQ(ask([&](IPMIsupport& s) { return s.GetWatchDogTimer(number, number, number); }), 1u);
@@ -200,12 +200,12 @@ TEST_F(Controller, WithoutAControllerEveryCommandFails) {
     EXPECT_EQ(Support().GetLANChannelInfo(&channel), -1);
     EXPECT_EQ(Support().SetUserInfo(1, "a", nullptr), -1);
     EXPECT_EQ(Support().SetLANParameter({}), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 TEST_F(Controller, ATransportFailureReadsAsZeros) {
     Support();
-    server.fail("ioctl", 1);
+    server.Fail("ioctl", 1);
     int action = 7;
     int timeOut = 7;
     int present = 7;

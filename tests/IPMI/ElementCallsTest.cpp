@@ -146,7 +146,7 @@ namespace {
 class ElementCalls : public ::testing::Test {
 protected:
     ElementCalls() {
-        server.bmc();
+        server.GetBmc();
         std::memset(&fans, 0x5A, sizeof fans);
     }
     const FAN_DEVICE& FirstFan() {

@@ -50,7 +50,7 @@ protected:
         return fans.fan[0].speed;
     }
     std::size_t Requests(std::uint8_t netFn, std::uint8_t command) {
-        return server->bmc().count(netFn, command);
+        return server->GetBmc().Count(netFn, command);
     }
     static constexpr std::uint8_t kStorage = 0x0A;
     static constexpr std::uint8_t kGetSdr = 0x23;

@@ -14,7 +14,7 @@ protected:
 
     void DescribeInventory(const std::string& image) {
         folder = std::make_unique<MachineFolder>("bmc kcs\ninventory image\n");
-        folder->write("image", image);
+        folder->Write("image", image);
         server = std::make_unique<sim::SimulatedServer>(folder->path);
         support = std::make_unique<IPMIsupport>();
         result = support->GetFRUInfo();

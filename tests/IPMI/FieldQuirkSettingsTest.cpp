@@ -12,7 +12,7 @@ using ::testing::ElementsAre;
 
 class ThresholdQuirk : public FieldQuirk {
 protected:
-    std::array<std::uint8_t, 6> Held() { return server->bmc().thresholds(0).values; }
+    std::array<std::uint8_t, 6> Held() { return server->GetBmc().Thresholds(0).values; }
 };
 
 // Upper critical below upper non-critical, lower critical above lower non-critical.
@@ -83,23 +83,23 @@ protected:
 
 TEST_F(WatchdogQuirk, OneThatKeepsCountingIsStoppedInNameAndDisarmed) {
     Describe("watchdog action 1 seconds 60 unstoppable\n");
-    (void)server->machine().sleep(10);
+    (void)server->GetMachine().Sleep(10);
     EXPECT_THAT(State(), ElementsAre(1, 60000, 50000));
     EXPECT_EQ(StopWatchDogTimer(), 0);
     EXPECT_THAT(State(), ElementsAre(0, 180000, 180000));
-    (void)server->machine().sleep(30);
+    (void)server->GetMachine().Sleep(30);
     EXPECT_THAT(State(), ElementsAre(0, 180000, 150000));
-    (void)server->machine().sleep(150);
-    EXPECT_EQ(server->bmc().watchdogExpirations(), 1);
+    (void)server->GetMachine().Sleep(150);
+    EXPECT_EQ(server->GetBmc().WatchdogExpirations(), 1);
 }
 
 TEST_F(WatchdogQuirk, OneThatRefusesToStopIsReportedStoppedAndFires) {
     Describe("watchdog action 1 seconds 60\nfault \"Set Watchdog Timer\" every refused 0xD5\n");
     EXPECT_EQ(StopWatchDogTimer(), 0);
-    (void)server->machine().sleep(10);
+    (void)server->GetMachine().Sleep(10);
     EXPECT_THAT(State(), ElementsAre(1, 60000, 50000));
-    (void)server->machine().sleep(50);
-    EXPECT_EQ(server->bmc().watchdogExpirations(), 1);
+    (void)server->GetMachine().Sleep(50);
+    EXPECT_EQ(server->GetBmc().WatchdogExpirations(), 1);
 }
 
 TEST_F(WatchdogQuirk, OneWhoseRequestFailsReadsAsNoneAtAll) {

@@ -128,14 +128,14 @@ class ReadingQuirk : public FieldQuirk {};
 TEST_F(ReadingQuirk, FollowsTheMachinesTime) {
     Describe(Temperature(0x10, "A") + "reading 0x10 20\nreading 0x10 at 5 80\n");
     EXPECT_EQ(Reading(), "20.00degree C");
-    (void)server->machine().sleep(5);
+    (void)server->GetMachine().Sleep(5);
     EXPECT_EQ(Reading(), "80.00degree C");
 }
 
 TEST_F(ReadingQuirk, FollowsTheControlFile) {
     Describe(Temperature(0x10, "A") + "reading 0x10 20\ncontrol live\n");
     EXPECT_EQ(Reading(), "20.00degree C");
-    folder->write("live", "reading 0x10 90\n");
+    folder->Write("live", "reading 0x10 90\n");
     EXPECT_EQ(Reading(), "90.00degree C");
 }
 

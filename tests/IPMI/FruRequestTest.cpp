@@ -13,12 +13,12 @@ using ::testing::SizeIs;
 TEST_F(Inventory, AreasAreReadHeadFirstAndThenWhole) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
-    EXPECT_THAT(bmc.requestTexts(),
+    EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Get FRU Inventory Area Info 00", "Read FRU Data 00 00 00 08",
                             "Read FRU Data 00 20 00 02", "Read FRU Data 00 20 00 20",
                             "Read FRU Data 00 08 00 02", "Read FRU Data 00 08 00 18",
                             "Read FRU Data 00 40 00 02", "Read FRU Data 00 40 00 28"));
-    for (const sim::BmcRequest& request : bmc.requests()) EXPECT_EQ(request.timeout, 3000u);
+    for (const sim::BmcRequest& request : bmc.Requests()) EXPECT_EQ(request.timeout, 3000u);
 }
 
 TEST_F(Inventory, TheRequestRecordIsClearedAfterwards) {
@@ -56,7 +56,7 @@ TEST_F(Inventory, TheResponseIsClearedAfterEachArea) {
 }
 
 TEST_F(Inventory, SizeAccessModeAndOffsetsAreKept) {
-    bmc.intercept([](const sim::BmcRequest& request) {
+    bmc.Intercept([](const sim::BmcRequest& request) {
         return request.command == 0x10 ? sim::Bytes{0x34, 0x12, 0xFF}
                                        : sim::Bytes{8, 1, 2, 3, 4, 5, 0xFF};
     });
@@ -75,9 +75,9 @@ TEST_F(Inventory, SizeAccessModeAndOffsetsAreKept) {
 TEST_F(Inventory, AnOffsetOfZeroReadsTheHeaderAsAnArea) {
     sim::Bytes image(64, 0);
     image[0] = 1;
-    bmc.setInventory(image);
+    bmc.SetInventory(image);
     EXPECT_EQ(Support().GetFRUInfo(), 0);
-    EXPECT_THAT(bmc.requestTexts(),
+    EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Get FRU Inventory Area Info 00", "Read FRU Data 00 00 00 08",
                             "Read FRU Data 00 00 00 02", "Read FRU Data 00 00 00 00",
                             "Read FRU Data 00 00 00 02", "Read FRU Data 00 00 00 00",
@@ -86,24 +86,24 @@ TEST_F(Inventory, AnOffsetOfZeroReadsTheHeaderAsAnArea) {
 
 TEST_F(Inventory, AnAreaOfThirtyTwoBlocksIsAskedForWithCountZero) {
     PlaceAll();
-    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+    bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command == 0x11 && request.data[3] == 2) return sim::Bytes{2, 1, 0x20};
         return std::nullopt;
     });
     ASSERT_EQ(Fru().GetCommonHeaderInfo(), 0);
     EXPECT_EQ(Fru().GetProductInfo(), -1) << "nothing comes back";
-    EXPECT_EQ(bmc.requestTexts().back(), "Read FRU Data 00 40 00 00");
+    EXPECT_EQ(bmc.RequestTexts().back(), "Read FRU Data 00 40 00 00");
 }
 
 TEST_F(Inventory, LengthsOfAreasAreCountedPastAByte) {
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{1, 1, 0xFF}; });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{1, 1, 0xFF}; });
     EXPECT_EQ(Fru().GetBoardInfo(), 0);
     EXPECT_EQ(Fru().GetChassisInfo(), 0);
     EXPECT_EQ(Fru().GetProductInfo(), 0);
     EXPECT_EQ(Fru().BoardInfo.boardInfoAreaLength, 2040);
     EXPECT_EQ(Fru().ChassisInfo.chassisInfoAreaLength, 2040);
     EXPECT_EQ(Fru().ProductInfo.productInfoAreaLength, 2040);
-    EXPECT_EQ(bmc.requests()[1].data[3], 0xF8) << "not so the count that is asked for";
+    EXPECT_EQ(bmc.Requests()[1].data[3], 0xF8) << "not so the count that is asked for";
 }
 
 TEST_F(Inventory, WithoutAControllerNothingIsRead) {
@@ -116,7 +116,7 @@ TEST_F(Inventory, WithoutAControllerNothingIsRead) {
     EXPECT_EQ(Fru().GetBoardInfo(), -1);
     EXPECT_EQ(Fru().GetChassisInfo(), -1);
     EXPECT_EQ(Fru().GetProductInfo(), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 }  // namespace

@@ -42,7 +42,7 @@ TEST_F(Inventory, TheAssetTagIsTheFifthFieldFromItsTypeByteOn) {
 TEST_F(Inventory, TextsAreEmptyBeforeTheyAreRead) {
     EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated(""));
     EXPECT_EQ(AskText(&IPMIsupport::GetProductAssetTag), Terminated(""));
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 TEST_F(Inventory, FixedBytesAndFieldHeadsAreKept) {
@@ -119,7 +119,7 @@ TEST_F(Inventory, AShorterTextLeavesTheTailOfTheOneBefore) {
 TEST_F(Inventory, AnAreaOfAnotherVersionLeavesTheOneBefore) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
-    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+    bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command == 0x10 || request.data[3] == 8) return std::nullopt;
         return sim::Bytes{24, 2, 3, 9, 0xC2, 'X', 'Y', 0xC2, 'X', 'Y', 0xC2, 'X', 'Y'};
     });
@@ -136,7 +136,7 @@ TEST_F(Inventory, AnAreaOfAnotherVersionLeavesTheOneBefore) {
 }
 
 TEST_F(Inventory, FieldsPastTheResponseReadAsZeros) {
-    bmc.intercept([](const sim::BmcRequest&) {
+    bmc.Intercept([](const sim::BmcRequest&) {
         sim::Bytes response(256, 0xFF);  // fields of 63 bytes, 256 of them
         response[1] = 1;
         response[3] = 0;
@@ -166,7 +166,7 @@ TEST_F(Inventory, TextsAreEmptyWhateverTheMemoryHeldBefore) {
     std::memset(memory, 0xA5, sizeof memory);
     FRU* const fru = new (memory) FRU;
     for (const Getter getter : kGetters)
-        EXPECT_EQ(AskWith(Buffer::marked, [&](char* out) { return (fru->*getter)(out); }),
+        EXPECT_EQ(AskWith(Buffer::kMarked, [&](char* out) { return (fru->*getter)(out); }),
                   Terminated(""));
     EXPECT_EQ(fru->ProductInfo.ProductVersionInfo.ProductVersionBytesLen, 0);
     EXPECT_EQ(fru->ChassisInfo.chassisType, 0);

@@ -34,16 +34,16 @@ struct Text {
 class Hostile : public IpmiTest {
 protected:
     Hostile() {
-        Add(Fan("FAN 1", 0x30).entity(29, 1).event(10).limits(100, 0), 70);
-        Add(Voltage("3.3V", 0x20).entity(3, 1).limits(250, 10), 165);
+        Add(Fan("FAN 1", 0x30).Entity(29, 1).Event(10).Limits(100, 0), 70);
+        Add(Voltage("3.3V", 0x20).Entity(3, 1).Limits(250, 10), 165);
         // Powers of ten: with a higher reading the text is longer than its field.
         Add(Temperature("CPU", 0x10)
-                .entity(3, 1)
-                .event(7)
-                .linearization(5)
-                .thresholdMasks(0x3F, 0x3F),
+                .Entity(3, 1)
+                .Event(7)
+                .Linearization(5)
+                .ThresholdMasks(0x3F, 0x3F),
             42);
-        bmc.setInventory({1, 0,    1,   2,    3,   0,    0,    0,     // header
+        bmc.SetInventory({1, 0,    1,   2,    3,   0,    0,    0,     // header
                           1, 1,    23,  0xC1, 'C', 0xC1, 'D',  0,     // chassis
                           1, 1,    0,   0,    0,   0,    0xC1, 'M',   // board
                           1, 2,    0,   0xC3, 'A', 'B',  'C',  0x41,  // product
@@ -53,11 +53,11 @@ protected:
     // What a run asks for, and the responses to it.
     template <class Run>
     void Learn(Run run) {
-        bmc.forgetRequests();
+        bmc.ForgetRequests();
         run();
         genuine.clear();
-        for (const sim::BmcRequest& request : bmc.requests())
-            genuine[request.text()] = request.response;
+        for (const sim::BmcRequest& request : bmc.Requests())
+            genuine[request.Text()] = request.response;
     }
 
     // Runs once for every length and every hostile value of every byte of the learnt responses.
@@ -81,13 +81,13 @@ protected:
     template <class Run>
     void RunWith(const std::string& text, const sim::Bytes& response, Run run) {
         ++runs;
-        bmc.forgetRequests();
-        bmc.intercept([&](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
-            if (request.text() != text) return std::nullopt;
+        bmc.ForgetRequests();
+        bmc.Intercept([&](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+            if (request.Text() != text) return std::nullopt;
             return response;
         });
         run();
-        bmc.intercept(nullptr);
+        bmc.Intercept(nullptr);
     }
 
     std::map<std::string, sim::Bytes> genuine;

@@ -97,7 +97,7 @@ protected:
     void SetUp() override {
         if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
         capture.emplace(GetParam());
-        bmc.setInventory(sim::Bytes(capture->image.begin(), capture->image.end()));
+        bmc.SetInventory(sim::Bytes(capture->image.begin(), capture->image.end()));
         ASSERT_EQ(Support().GetFRUInfo(), 0);
     }
 

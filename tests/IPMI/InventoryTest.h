@@ -41,7 +41,7 @@ protected:
         append(2, chassis);
         append(3, board);
         append(4, product);
-        bmc.setInventory(sim::Bytes(image.begin(), image.end()));
+        bmc.SetInventory(sim::Bytes(image.begin(), image.end()));
     }
     void PlaceAll() {
         Place(OtherArea(Field("CH-PN") + Field("CH-SN"), 0x17),
@@ -52,7 +52,7 @@ protected:
 
     FRU& Fru() { return Support().fru; }
     Answer AskText(int (IPMIsupport::*getter)(char*)) {
-        return AskWith(Buffer::marked, [&](char* out) { return (Support().*getter)(out); });
+        return AskWith(Buffer::kMarked, [&](char* out) { return (Support().*getter)(out); });
     }
 };
 

@@ -20,18 +20,18 @@ protected:
 };
 
 TEST_F(IpmiObject, IsThereOnceAlsoWhenAskedForWithinItsCreation) {
-    server.during("open", [] { nested[0] = IsIpmiSupport(); });
+    server.During("open", [] { nested[0] = IsIpmiSupport(); });
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(nested[0], 0) << "not ready yet";
     EXPECT_EQ(IsIpmiSupport(), 1);
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
     EXPECT_EQ(release(), 0);
-    EXPECT_EQ(server.log().count("close"), 3u) << "of one object";
+    EXPECT_EQ(server.GetLog().Count("close"), 3u) << "of one object";
 }
 
 TEST_F(IpmiObject, ServesNoFunctionWithinItsCreation) {
     Add(Fan("F", 0x30), 70);
-    server.during("open", [] {
+    server.During("open", [] {
         unsigned char byte = 0;
         int number = 0;
         SensorThresholdInformation list;
@@ -45,14 +45,14 @@ TEST_F(IpmiObject, ServesNoFunctionWithinItsCreation) {
     });
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_THAT(nested, Each(-1));
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0) << "no flag was left set";
 }
 
 TEST_F(IpmiObject, IsMadeByALaterCallWhenMemoryRanOut) {
     constexpr int kAllocations = 4;  // its own and those of its response buffers
     for (int nth = 1; nth <= kAllocations; ++nth) {
-        server.failAllocation(nth);
+        server.FailAllocation(nth);
         EXPECT_THROW(IsIpmiSupport(), std::bad_alloc) << nth;
     }
     EXPECT_EQ(IsIpmiSupport(), 1);
@@ -60,7 +60,7 @@ TEST_F(IpmiObject, IsMadeByALaterCallWhenMemoryRanOut) {
 
 TEST_F(IpmiObject, LeavesNoQueryBusyWhenMemoryRanOut) {
     Add(Fan("F", 0x30), 70);
-    server.failAllocation(1);
+    server.FailAllocation(1);
     EXPECT_THROW(GetIpmiInfo(TALVANE_FANS, &fans), std::bad_alloc);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     EXPECT_EQ(fans.quantity, 1);
@@ -69,22 +69,22 @@ TEST_F(IpmiObject, LeavesNoQueryBusyWhenMemoryRanOut) {
 TEST_F(IpmiObject, AfterAReleaseNoSensorIsKnown) {
     Add(Fan("F", 0x30), 70);
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
-    const std::size_t opened = server.log().count("open");
+    const std::size_t opened = server.GetLog().Count("open");
     EXPECT_EQ(release(), 0);
-    EXPECT_EQ(server.log().count("close"), 3u);
+    EXPECT_EQ(server.GetLog().Count("close"), 3u);
     EXPECT_EQ(IsIpmiSupport(), 1) << "the interface was found before";
-    EXPECT_EQ(server.log().count("open"), opened);
-    bmc.forgetRequests();
+    EXPECT_EQ(server.GetLog().Count("open"), opened);
+    bmc.ForgetRequests();
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1) << "not busy";
-    EXPECT_THAT(bmc.requests(), SizeIs(0)) << "the repository is not read again";
+    EXPECT_THAT(bmc.Requests(), SizeIs(0)) << "the repository is not read again";
 }
 
 TEST_F(IpmiObject, ReleasingTwiceIsHarmless) {
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(release(), 0);
     EXPECT_EQ(release(), 0);
-    EXPECT_EQ(server.log().count("close"), 3u);
+    EXPECT_EQ(server.GetLog().Count("close"), 3u);
 }
 
 }  // namespace

@@ -9,10 +9,10 @@ namespace {
 class Lookup : public IpmiTest {};
 
 TEST_F(Lookup, SensorsOfOneEntityAndTypeAreListedInOrder) {
-    Add(Temperature("A", 0x10).entity(3), 0);
-    Add(Temperature("B", 0x11).entity(7), 0);
-    Add(Voltage("C", 0x12).entity(3), 0);
-    Add(Temperature("D", 0x13).entity(3), 0);
+    Add(Temperature("A", 0x10).Entity(3), 0);
+    Add(Temperature("B", 0x11).Entity(7), 0);
+    Add(Voltage("C", 0x12).Entity(3), 0);
+    Add(Temperature("D", 0x13).Entity(3), 0);
     ASSERT_EQ(Sensors().GetSensorNumbers(4), 0);
     SensorNumberInfo info;
     info.quantity = 99;
@@ -26,9 +26,9 @@ TEST_F(Lookup, SensorsOfOneEntityAndTypeAreListedInOrder) {
 }
 
 TEST_F(Lookup, EntityZeroIsNoWildcard) {
-    Add(Temperature("A", 0x10).entity(3), 0);
-    Add(Temperature("B", 0x11).entity(0), 0);
-    Add(Temperature("C", 0x12).entity(0xFF), 0);
+    Add(Temperature("A", 0x10).Entity(3), 0);
+    Add(Temperature("B", 0x11).Entity(0), 0);
+    Add(Temperature("C", 0x12).Entity(0xFF), 0);
     ASSERT_EQ(Sensors().GetSensorNumbers(3), 0);
     SensorNumberInfo info;
     EXPECT_EQ(Support().GetSensorNumberInfo(0, kTemperature, 3, info), 0);
@@ -45,7 +45,7 @@ TEST_F(Lookup, NoMatchAnswersZeroWithAnEmptyList) {
 }
 
 TEST_F(Lookup, TheListEndsWithSixtyFour) {
-    for (int i = 0; i < 70; ++i) Add(Fan("F", static_cast<std::uint8_t>(i)).entity(29), 0);
+    for (int i = 0; i < 70; ++i) Add(Fan("F", static_cast<std::uint8_t>(i)).Entity(29), 0);
     ASSERT_EQ(Sensors().GetSensorNumbers(70), 0);
     SensorNumberInfo info;
     EXPECT_EQ(Sensors().GetSensorNumberInfo(29, kFan, 70, info), 0);

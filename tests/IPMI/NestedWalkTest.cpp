@@ -24,17 +24,17 @@ class NestedWalk : public IpmiTest {
 protected:
     NestedWalk() {
         for (std::uint8_t i = 0; i < kSensors; ++i) {
-            Add(Temperature("T" + std::to_string(i), i).entity(3), 40);
-            bmc.setThresholds(i, {0x3F, {i, i, i, i, i, i}});
+            Add(Temperature("T" + std::to_string(i), i).Entity(3), 40);
+            bmc.SetThresholds(i, {0x3F, {i, i, i, i, i, i}});
         }
     }
 
     // Runs `action` within the request that follows the `nth` one of `command`. The repository
     // then states fewer records than it did before.
     void After(std::uint8_t command, int nth, void (*action)()) {
-        bmc.intercept([this, command, nth, action, seen = 0, infos = 0](
+        bmc.Intercept([this, command, nth, action, seen = 0, infos = 0](
                           const sim::BmcRequest& request) mutable -> std::optional<sim::Bytes> {
-            if (request.command == command && ++seen == nth) server.during("ioctl", action);
+            if (request.command == command && ++seen == nth) server.During("ioctl", action);
             if (request.command == kGetRepositoryInfo && ++infos == 2)
                 return sim::Bytes{0x51, kInnerRecords, 0};
             return std::nullopt;
@@ -81,7 +81,7 @@ TEST_F(NestedWalk, LeavesTheEntriesOfTheWalkThatEndsLast) {
     After(kGetThresholds, 1, ListAll);
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
     ExpectSensors(list, kSensors);
-    bmc.intercept(nullptr);
+    bmc.Intercept(nullptr);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     ExpectSensors(list, kSensors);
 }
@@ -111,7 +111,7 @@ unsigned char version[2];
 
 TEST_F(NestedWalk, ARequestWithinARequestReleasesItsOwnDataOnly) {
     walked = &Sensors();
-    server.during("ioctl", [] {
+    server.During("ioctl", [] {
         (void)walked->ReadSensor(1, version[0]);
         walked->request.data = version;
     });
@@ -124,20 +124,20 @@ IPMIsupport* entered = nullptr;
 
 TEST_F(NestedWalk, ARequestWithinTheReadingOfAnAreaLeavesItsSecondOne) {
     entered = &Support();
-    bmc.setInventory(sim::Bytes(64, 1));
-    server.during("ioctl", [] { (void)entered->fru.GetFRU(); });
+    bmc.SetInventory(sim::Bytes(64, 1));
+    server.During("ioctl", [] { (void)entered->fru.GetFRU(); });
     EXPECT_EQ(Support().fru.GetBoardInfo(), 0);
-    EXPECT_THAT(bmc.requestTexts(),
+    EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Get FRU Inventory Area Info 00", "Read FRU Data 00 00 00 02",
                             "Read FRU Data 00 00 00 08"));
 }
 
 TEST_F(NestedWalk, ARequestWithinTheSettingOfAUserLeavesItsSecondOne) {
     entered = &Support();
-    server.during("ioctl", [] { (void)entered->SetWatchDogTimer(1, 10000); });
+    server.During("ioctl", [] { (void)entered->SetWatchDogTimer(1, 10000); });
     EXPECT_EQ(Support().SetUserInfo(2, "abcdefghijklmnop", nullptr), 0);
     EXPECT_THAT(
-        bmc.requestTexts(),
+        bmc.RequestTexts(),
         ElementsAre("Set Watchdog Timer 04 01 00 00 64 00",
                     "Get Channel Info 02 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70",
                     "Set User Password 02 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00"));

@@ -26,10 +26,10 @@ TEST_F(Reading, HasTwoDecimalsAndTheUnit) {
     Add(Voltage("V", 0x20), 165);
     Add(Temperature("T", 0x21), 42);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(VoltageText(), Terminated("3.30V"));
     EXPECT_EQ(TemperatureText(), Terminated("42.00degree C"));
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 21"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 21"));
 }
 
 TEST_F(Reading, OfAllOnesIsUnknown) {
@@ -53,19 +53,19 @@ TEST_F(Reading, OfASensorWithoutNumberIsUnknownWithoutARequest) {
     Add(Voltage("V", 0x20), 165);
     Loaded();
     Sensors().VSInfo.sd[0].SensorNumbers = 0xFF;
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(VoltageText(), unknown);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 TEST_F(Reading, OutsideOfItsFunctionIsWrittenAsNoNumber) {
-    Add(Voltage("V", 0x20).factors(-1, 0, 0, 0).linearization(11), 5);
+    Add(Voltage("V", 0x20).Factors(-1, 0, 0, 0).Linearization(11), 5);
     Loaded();
     EXPECT_EQ(VoltageText(), Terminated("-nanV")) << "a root of a negative number";
 }
 
 TEST_F(Reading, LongerThanItsFieldIsCut) {
-    Add(Voltage("V", 0x20).factors(1, 0, 0, 0).linearization(5), 100);
+    Add(Voltage("V", 0x20).Factors(1, 0, 0, 0).Linearization(5), 100);
     Loaded();
     char whole[200];
     std::snprintf(whole, sizeof whole, "%.2f", std::pow(10.0, 100.0));
@@ -79,14 +79,14 @@ protected:
     // A processor's temperature and the sensor of its presence, which has no analog reading.
     void AddProcessor(int states, int presenceInstance = 1, int event = 0x6F,
                       std::uint8_t presenceEntity = 3) {
-        Add(Temperature("CPU", 0x10).entity(3, 1), 42);
+        Add(Temperature("CPU", 0x10).Entity(3, 1), 42);
         const std::uint8_t instance = static_cast<std::uint8_t>(presenceInstance);
-        bmc.setStates(0x40, static_cast<std::uint8_t>(states));
+        bmc.SetStates(0x40, static_cast<std::uint8_t>(states));
         Add(sim::SdrRecord("P", 0x40)
-                .kind(kProcessor)
-                .entity(presenceEntity, instance)
-                .unit1(0xC0)
-                .event(static_cast<std::uint8_t>(event)),
+                .Kind(kProcessor)
+                .Entity(presenceEntity, instance)
+                .Unit1(0xC0)
+                .Event(static_cast<std::uint8_t>(event)),
             0);
         Loaded();
     }
@@ -104,8 +104,8 @@ TEST_F(ProcessorPresence, AnAbsentOneIsUnknown) {
 }
 
 TEST_F(ProcessorPresence, AnAbsentOnesVoltagesAndFansAreUnknown) {
-    Add(Voltage("VCORE", 0x20).entity(3, 1), 165);
-    Add(Fan("CPU FAN", 0x30).entity(3, 1), 70);
+    Add(Voltage("VCORE", 0x20).Entity(3, 1), 165);
+    Add(Fan("CPU FAN", 0x30).Entity(3, 1), 70);
     AddProcessor(0x7F);
     EXPECT_EQ(VoltageText(), unknown);
     EXPECT_EQ(FanText(), unknown);
@@ -145,41 +145,41 @@ TEST_F(ProcessorPresence, OnlyTheTablesOwnEntriesAreLookedAt) {
 class Availability : public Reading {};
 
 TEST_F(Availability, RunningOrOnLineIsRead) {
-    Add(Voltage("V", 0x20).event(10), 165);
+    Add(Voltage("V", 0x20).Event(10), 165);
     Loaded();
     for (const int states : {0x01, 0x08, 0x09, 0xFF}) {
-        bmc.setStates(0x20, static_cast<std::uint8_t>(states));
+        bmc.SetStates(0x20, static_cast<std::uint8_t>(states));
         EXPECT_EQ(VoltageText(), Terminated("3.30V")) << states;
     }
 }
 
 TEST_F(Availability, AnyOtherStateIsUnknown) {
-    Add(Voltage("V", 0x20).event(10), 165);
-    Add(Fan("F", 0x30).event(10), 70);
+    Add(Voltage("V", 0x20).Event(10), 165);
+    Add(Fan("F", 0x30).Event(10), 70);
     Loaded();
     for (const int states : {0x00, 0x02, 0xF6}) {
-        bmc.setStates(0x20, static_cast<std::uint8_t>(states));
-        bmc.setStates(0x30, static_cast<std::uint8_t>(states));
+        bmc.SetStates(0x20, static_cast<std::uint8_t>(states));
+        bmc.SetStates(0x30, static_cast<std::uint8_t>(states));
         EXPECT_EQ(VoltageText(), unknown) << states;
         EXPECT_EQ(FanText(), unknown) << states;
     }
 }
 
 TEST_F(Availability, ThatCannotBeReadIsUnknown) {
-    Add(Voltage("V", 0x20).event(10), 165);
-    bmc.setStates(0x20, 0x01);
+    Add(Voltage("V", 0x20).Event(10), 165);
+    bmc.SetStates(0x20, 0x01);
     Loaded();
-    server.during("ioctl", [] { InitOK = 0; });  // within the request for the reading
+    server.During("ioctl", [] { InitOK = 0; });  // within the request for the reading
     EXPECT_EQ(VoltageText(), unknown);
 }
 
 TEST_F(Availability, IsAskedForBeforeAReadingOfAllOnesIsTold) {
-    Add(Voltage("V", 0x20).event(10), 0xFF);
-    bmc.setStates(0x20, 0x01);
+    Add(Voltage("V", 0x20).Event(10), 0xFF);
+    bmc.SetStates(0x20, 0x01);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(VoltageText(), unknown);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 20"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 20"));
 }
 
 // Fans.
@@ -189,13 +189,13 @@ class FanSpeed : public Reading {};
 TEST_F(FanSpeed, IsAWholeNumberWithTheUnit) {
     Add(Fan("F", 0x30), 70);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(FanText(), Terminated("3500RPM"));
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
 }
 
 TEST_F(FanSpeed, IsTruncated) {
-    Add(Fan("F", 0x30).factors(199, 0, 0, -2), 1);
+    Add(Fan("F", 0x30).Factors(199, 0, 0, -2), 1);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("1RPM"));
     Sensors().FSInfo.sd[0].sfp.M = -199;
@@ -203,59 +203,59 @@ TEST_F(FanSpeed, IsTruncated) {
 }
 
 TEST_F(FanSpeed, AndItsLimitOfANegativeFactorAreNegative) {
-    Add(Fan("F", 0x30).factors(1, 0, 0, 0).byte(24, 0xFF).byte(25, 0xFF).limits(200, 1), 50);
+    Add(Fan("F", 0x30).Factors(1, 0, 0, 0).Byte(24, 0xFF).Byte(25, 0xFF).Limits(200, 1), 50);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-50RPM"));
     EXPECT_STREQ(Sensors().FSInfo.sd[0].SensorReadingMax, "-200");
 }
 
 TEST_F(FanSpeed, OfAllOnesIsUnknownAfterTheAvailability) {
-    Add(Fan("F", 0x30).event(10), 0xFF);
-    bmc.setStates(0x30, 0x01);
+    Add(Fan("F", 0x30).Event(10), 0xFF);
+    bmc.SetStates(0x30, 0x01);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(FanText(), unknown);
-    EXPECT_THAT(bmc.requests(), SizeIs(2)) << "reading and state";
+    EXPECT_THAT(bmc.Requests(), SizeIs(2)) << "reading and state";
     Sensors().FSInfo.sd[0].SensorEventReadingCode = 1;
     EXPECT_EQ(FanText(), unknown) << "whatever the type";
 }
 
 TEST_F(FanSpeed, WithoutAUnitIsInPercentOfTheHighestReading) {
-    Add(Fan("F", 0x30).unit(0).limits(200, 0), 100);
+    Add(Fan("F", 0x30).Unit(0).Limits(200, 0), 100);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(FanText(), Terminated("50%"));
-    EXPECT_THAT(bmc.requests(), SizeIs(1)) << "the device ID is not asked for";
+    EXPECT_THAT(bmc.Requests(), SizeIs(1)) << "the device ID is not asked for";
 }
 
 TEST_F(FanSpeed, WithoutAUnitAndAHighestReadingIsUnknown) {
-    Add(Fan("F", 0x30).unit(0).limits(0, 0), 100);
+    Add(Fan("F", 0x30).Unit(0).Limits(0, 0), 100);
     Loaded();
     EXPECT_EQ(FanText(), unknown);
 }
 
 TEST_F(FanSpeed, InPercentIsOfTheHighestReading) {
-    Add(Fan("F", 0x30).unit1(0x01).limits(150, 0), 50);
+    Add(Fan("F", 0x30).Unit1(0x01).Limits(150, 0), 50);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(FanText(), Terminated("33%"));
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
 }
 
 TEST_F(FanSpeed, InPercentIsDividedFirstAndThenTruncated) {
-    Add(Fan("F", 0x30).unit1(0x01).factors(1, 0, 0, 0).limits(100, 0), 29);
+    Add(Fan("F", 0x30).Unit1(0x01).Factors(1, 0, 0, 0).Limits(100, 0), 29);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("28%")) << "0.29 times 100 is a little below 29";
 }
 
 TEST_F(FanSpeed, InPercentWithoutAHighestReadingIsTheLowestNumber) {
-    Add(Fan("F", 0x30).unit1(0x01).limits(0, 0), 50);
+    Add(Fan("F", 0x30).Unit1(0x01).Limits(0, 0), 50);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-2147483648%"));
 }
 
 TEST_F(FanSpeed, PastThirtyTwoBitsIsTheLowestNumber) {
-    Add(Fan("F", 0x30).factors(511, 0, 0, 7).limits(200, 0), 200);
+    Add(Fan("F", 0x30).Factors(511, 0, 0, 7).Limits(200, 0), 200);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-2147483648RPM"));
     EXPECT_STREQ(Sensors().FSInfo.sd[0].SensorReadingMax, "-2147483648");
@@ -267,7 +267,7 @@ TEST_F(FanSpeed, AReadingOfZeroIsAnErrorStatus) {
     char status = 0;
     EXPECT_EQ(Support().GetFanStatus(0, status), 0);
     EXPECT_EQ(status, IPMIbase::STATUS_ERROR);
-    bmc.setReading(0x30, 1);
+    bmc.SetReading(0x30, 1);
     EXPECT_EQ(Support().GetFanStatus(0, status), 0);
     EXPECT_EQ(status, IPMIbase::STATUS_NORMAL);
     InitOK = 0;
@@ -276,7 +276,7 @@ TEST_F(FanSpeed, AReadingOfZeroIsAnErrorStatus) {
 }
 
 TEST_F(FanSpeed, AFanWithoutAnalogReadingHasAStatus) {
-    Add(Fan("F", 0x30).unit1(0xC0), 50);
+    Add(Fan("F", 0x30).Unit1(0xC0), 50);
     Loaded();
     char status = 0;
     EXPECT_EQ(Support().GetFanStatus(0, status), 0);

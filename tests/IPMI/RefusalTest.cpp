@@ -66,7 +66,7 @@ namespace {
 
 class Refusal : public ::testing::Test {
 protected:
-    Refusal() { server.bmc(); }
+    Refusal() { server.GetBmc(); }
 
     // Neither a sensor query nor a watchdog call is busy.
     static void ExpectNoFlagSet() {

@@ -93,7 +93,7 @@ protected:
         if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
         const std::string text = ContentOf(SharedData("ipmi") / (GetParam() + ".sdr.bin"));
         dump.assign(text.begin(), text.end());
-        bmc.loadRepository(dump);
+        bmc.LoadRepository(dump);
         TakeApart();
         accounts = AccountsOf(GetParam());
     }
@@ -242,7 +242,7 @@ TEST_P(RepositoryCapture, UnsignedReadingsAreThoseOfIpmitool) {
     const auto configured = Configured("sensor_set_value");
     if (configured.empty()) GTEST_SKIP() << "no readings with this repository";
     for (const auto& [number, words] : configured)
-        bmc.setReading(static_cast<std::uint8_t>(number),
+        bmc.SetReading(static_cast<std::uint8_t>(number),
                        static_cast<std::uint8_t>(std::stoi(words[0], nullptr, 0)));
     Walk();
     int compared = 0;
@@ -298,7 +298,7 @@ TEST_P(RepositoryCapture, ThresholdsAreThoseThatIpmitoolLists) {
         for (std::size_t i = 0; i < 6; ++i)
             thresholds.values[5 - i] =
                 static_cast<std::uint8_t>(std::stoi(words[2 + i], nullptr, 0));
-        bmc.setThresholds(static_cast<std::uint8_t>(number), thresholds);
+        bmc.SetThresholds(static_cast<std::uint8_t>(number), thresholds);
     }
     Walk();
     const auto listed = ListedThresholds(GetParam());

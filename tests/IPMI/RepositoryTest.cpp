@@ -20,39 +20,39 @@ protected:
 };
 
 TEST_F(Repository, ItsInfoIsRecordCountAndVersion) {
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{0x51, 0x34, 0x12, 9}; });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{0x51, 0x34, 0x12, 9}; });
     int count = 0;
     int version = 0;
     EXPECT_EQ(Support().GetSDRRepositoryInfo(count, version), 0);
     EXPECT_EQ(count, 0x1234);
     EXPECT_EQ(version, 0x51);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get SDR Repository Info"));
-    EXPECT_EQ(bmc.requests()[0].timeout, 3000u);
-    EXPECT_EQ(bmc.requests()[0].responder, 0xFF);
-    EXPECT_EQ(bmc.requests()[0].bus, 0);
-    EXPECT_EQ(bmc.requests()[0].lun, 0);
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get SDR Repository Info"));
+    EXPECT_EQ(bmc.Requests()[0].timeout, 3000u);
+    EXPECT_EQ(bmc.Requests()[0].responder, 0xFF);
+    EXPECT_EQ(bmc.Requests()[0].bus, 0);
+    EXPECT_EQ(bmc.Requests()[0].lun, 0);
 }
 
 TEST_F(Repository, AReservationHasSixteenBits) {
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{0x34, 0x12}; });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{0x34, 0x12}; });
     unsigned short reservation = 0;
     EXPECT_EQ(Sensors().ReserveSDRRepository(reservation), 0);
     EXPECT_EQ(reservation, 0x1234);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Reserve SDR Repository"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Reserve SDR Repository"));
 }
 
 TEST_F(Repository, ARecordIsAskedForFromItsStart) {
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{0x78, 0x56, 1, 2, 3}; });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{0x78, 0x56, 1, 2, 3}; });
     auto out = Empty();
     EXPECT_EQ(Sensors().GetSDR(0x1234, 0xABCD, out.data(), 5), 0x5678);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get SDR 34 12 CD AB 00 05"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get SDR 34 12 CD AB 00 05"));
     EXPECT_EQ(out[0], 1);
     EXPECT_EQ(out[2], 3);
     EXPECT_EQ(out[3], 0);
 }
 
 TEST_F(Repository, ARecordHasExactlyTheBytesAskedForAndZerosPastTheResponse) {
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes(256, 0x11); });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes(256, 0x11); });
     auto out = Empty();
     out.fill(0xEE);
     EXPECT_EQ(Sensors().GetSDR(0, 0, out.data(), 255), 0x1111);
@@ -64,12 +64,12 @@ TEST_F(Repository, ARecordHasExactlyTheBytesAskedForAndZerosPastTheResponse) {
 TEST_F(Repository, ANegativeRecordIdIsRefusedWithoutARequest) {
     auto out = Empty();
     EXPECT_EQ(Sensors().GetSDR(0, -1, out.data(), 255), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 TEST_F(Repository, ARecordWithoutABufferIsRefusedWithoutARequest) {
     EXPECT_EQ(Sensors().GetSDR(0, 0, nullptr, 5), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 // Sensors that say of themselves that they are not ready.
@@ -88,12 +88,12 @@ TEST_F(Repository, ADerivedClassDecidesWhetherItIsReady) {
     EXPECT_EQ(sensor.ReadSensor(1, reading), -1);
     EXPECT_EQ(reading, 77);
     EXPECT_EQ(sensor.GetSensorNumbers(1), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 TEST_F(Repository, ARefusedRequestReadsAsZeros) {
     Support();
-    server.fail("ioctl", 1);
+    server.Fail("ioctl", 1);
     int count = 7;
     int version = 7;
     EXPECT_EQ(Support().GetSDRRepositoryInfo(count, version), 0);
@@ -106,14 +106,14 @@ TEST_F(Repository, AStaleResponseIsNeverSeen) {
     unsigned char reading = 0;
     ASSERT_EQ(Sensors().ReadSensor(0x10, reading), 0);
     ASSERT_EQ(reading, 99);
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{}; });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{}; });
     EXPECT_EQ(Sensors().ReadSensor(0x10, reading), 0);
     EXPECT_EQ(reading, 0);
 }
 
 TEST_F(Repository, TheWholeResponseIsClearedBeforeARequest) {
     std::memset(Sensors().ResponseBuffer, 0xEE, 256);
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{}; });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{}; });
     unsigned char reading = 77;
     EXPECT_EQ(Sensors().ReadSensor(1, reading), 0);
     EXPECT_THAT(std::vector<int>(Sensors().ResponseBuffer, Sensors().ResponseBuffer + 256),
@@ -125,7 +125,7 @@ TEST_F(Repository, AReadingIsTheFirstByte) {
     unsigned char reading = 0;
     EXPECT_EQ(Sensors().ReadSensor(0x10, reading), 0);
     EXPECT_EQ(reading, 42);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 10"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 10"));
 }
 
 TEST_F(Repository, TheRequestRecordHoldsNoDataAfterwards) {

@@ -42,22 +42,22 @@ protected:
                     Add(Temperature("T", number), 40);
             }
         }
-        allocationsBefore = server.allocations();
+        allocationsBefore = server.Allocations();
     }
 
     // Requests since the last look.
     std::size_t Requests() {
-        const std::size_t count = bmc.requests().size();
-        const auto& requests = bmc.requests();
+        const std::size_t count = bmc.Requests().size();
+        const auto& requests = bmc.Requests();
         withData = static_cast<std::size_t>(
             std::count_if(requests.begin(), requests.end(),
                           [](const sim::BmcRequest& request) { return !request.data.empty(); }));
-        bmc.forgetRequests();
+        bmc.ForgetRequests();
         return count;
     }
     // The library's allocations since the last look, those of the requests' own data left out.
     std::size_t OtherAllocations() {
-        const std::size_t all = server.allocations() - allocationsBefore;
+        const std::size_t all = server.Allocations() - allocationsBefore;
         allocationsBefore += all;
         return all - withData;
     }
@@ -73,9 +73,9 @@ protected:
 
 TEST_P(RequestCount, OfAWalkIsOneAndTwoForEachSensor) {
     (void)Loaded();
-    EXPECT_EQ(bmc.count(0x0A, 0x20), 1u);
-    EXPECT_EQ(bmc.count(0x0A, 0x23), static_cast<std::size_t>(cost.sensors));
-    EXPECT_EQ(bmc.count(0x04, 0x27), static_cast<std::size_t>(cost.sensors));
+    EXPECT_EQ(bmc.Count(0x0A, 0x20), 1u);
+    EXPECT_EQ(bmc.Count(0x0A, 0x23), static_cast<std::size_t>(cost.sensors));
+    EXPECT_EQ(bmc.Count(0x04, 0x27), static_cast<std::size_t>(cost.sensors));
     EXPECT_EQ(Requests(), cost.walk);
 }
 

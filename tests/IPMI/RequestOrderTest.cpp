@@ -15,9 +15,9 @@ protected:
     // The requests of a second query, when the repository has been read.
     std::vector<std::string> RequestsOf(unsigned long command, void* record) {
         EXPECT_EQ(GetIpmiInfo(command, record), 0);
-        bmc.forgetRequests();
+        bmc.ForgetRequests();
         EXPECT_EQ(GetIpmiInfo(command, record), 0);
-        return bmc.requestTexts();
+        return bmc.RequestTexts();
     }
     FanInformation fans{};
     VoltageInformation voltages{};
@@ -31,15 +31,15 @@ TEST_F(RequestOrder, AFanCostsItsReadingTheDeviceIdAndItsState) {
 }
 
 TEST_F(RequestOrder, AnAvailabilityFanCostsItsStateBeforeTheDeviceIdToo) {
-    Add(Fan("F1", 0x30).event(10), 70);
-    bmc.setStates(0x30, 0x01);
+    Add(Fan("F1", 0x30).Event(10), 70);
+    bmc.SetStates(0x30, 0x01);
     EXPECT_THAT(RequestsOf(TALVANE_FANS, &fans),
                 ElementsAre("Get Sensor Reading 30", "Get Sensor Reading 30", "Get Device ID",
                             "Get Sensor Reading 30"));
 }
 
 TEST_F(RequestOrder, AFanWithoutAUnitDoesNotCostTheDeviceId) {
-    Add(Fan("F1", 0x30).unit(0).limits(100, 0), 70);
+    Add(Fan("F1", 0x30).Unit(0).Limits(100, 0), 70);
     EXPECT_THAT(RequestsOf(TALVANE_FANS, &fans),
                 ElementsAre("Get Sensor Reading 30", "Get Sensor Reading 30"));
 }
@@ -57,11 +57,11 @@ TEST_F(RequestOrder, VoltagesAndTemperaturesCostTheirReadingAndState) {
 
 TEST_F(RequestOrder, TheWalkReadsARecordTheStateOfASpecificSensorAndThresholds) {
     Add(Temperature("T1", 0x10), 40);
-    Add(Fan("F1", 0x30).event(0x6F), 70);
+    Add(Fan("F1", 0x30).Event(0x6F), 70);
     Add(Temperature("T2", 0x11), 40);
-    Add(Temperature("Compact", 0x50).byte(3, 2), 0);
+    Add(Temperature("Compact", 0x50).Byte(3, 2), 0);
     (void)Loaded();
-    EXPECT_THAT(bmc.requestTexts(),
+    EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Get SDR Repository Info", "Get SDR 00 00 00 00 00 FF",
                             "Get Sensor Thresholds 00", "Get SDR 00 00 01 00 00 FF",
                             "Get Sensor Reading 30", "Get Sensor Thresholds 01",

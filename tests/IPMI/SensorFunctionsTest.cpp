@@ -29,7 +29,7 @@ struct Guarded {
 
 class SensorQuery : public IpmiTest {
 protected:
-    std::size_t Walks() const { return bmc.count(0x0A, 0x20); }
+    std::size_t Walks() const { return bmc.Count(0x0A, 0x20); }
     Guarded<FanInformation> fans;
     Guarded<VoltageInformation> voltages;
     Guarded<TemperatureInformation> temperatures;
@@ -40,8 +40,8 @@ TEST_F(SensorQuery, IpmiIsSupportedWhereAnInterfaceAnswers) {
 }
 
 TEST_F(SensorQuery, AFanFillsItsElement) {
-    Add(Fan("FAN 1", 0x30).entity(29, 1), 70);
-    bmc.setThresholds(0, {0x3F, {10, 8, 6, 100, 110, 120}});
+    Add(Fan("FAN 1", 0x30).Entity(29, 1), 70);
+    bmc.SetThresholds(0, {0x3F, {10, 8, 6, 100, 110, 120}});
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
     EXPECT_EQ(fans.record.quantity, 1);
     const FAN_DEVICE& fan = fans.record.fan[0];
@@ -68,7 +68,7 @@ TEST_F(SensorQuery, AFanFillsItsElement) {
 }
 
 TEST_F(SensorQuery, AVoltageFillsItsElementWithLimits) {
-    Add(Voltage("3.3V", 0x20).entity(10, 1).limits(250, 10), 165);
+    Add(Voltage("3.3V", 0x20).Entity(10, 1).Limits(250, 10), 165);
     ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
     EXPECT_EQ(voltages.record.quantity, 1);
     const VOLTAGE_PROBE& voltage = voltages.record.voltage[0];
@@ -82,8 +82,8 @@ TEST_F(SensorQuery, AVoltageFillsItsElementWithLimits) {
 }
 
 TEST_F(SensorQuery, ATemperatureFillsItsElementWithItsState) {
-    Add(Temperature("CPU", 0x10).entity(3, 1).event(7), 42);
-    bmc.setStates(0x10, 0x04);
+    Add(Temperature("CPU", 0x10).Entity(3, 1).Event(7), 42);
+    bmc.SetStates(0x10, 0x04);
     ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
     EXPECT_EQ(temperatures.record.quantity, 1);
     const TEMPERATURE_PROBE& temperature = temperatures.record.temperature[0];
@@ -121,12 +121,12 @@ TEST_F(SensorQuery, FortyVoltagesAndTemperaturesFillThirtyTwo) {
 }
 
 TEST_F(SensorQuery, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
-    Add(Voltage("V1", 0x20).entity(10), 1);     // entry 0
-    Add(Voltage("V2", 0x21).entity(7), 1);      // entry 1
-    Add(Temperature("T1", 0x10).entity(3), 1);  // entry 2
-    Add(Temperature("T2", 0x11).entity(7), 1);  // entry 3
+    Add(Voltage("V1", 0x20).Entity(10), 1);     // entry 0
+    Add(Voltage("V2", 0x21).Entity(7), 1);      // entry 1
+    Add(Temperature("T1", 0x10).Entity(3), 1);  // entry 2
+    Add(Temperature("T2", 0x11).Entity(7), 1);  // entry 3
     for (std::uint8_t k = 0; k < 4; ++k)
-        bmc.setThresholds(k, {0x3F, {k, k, k, k, k, static_cast<std::uint8_t>(50 + k)}});
+        bmc.SetThresholds(k, {0x3F, {k, k, k, k, k, static_cast<std::uint8_t>(50 + k)}});
     ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
     ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
     for (int i = 0; i < 2; ++i) {
@@ -141,16 +141,16 @@ TEST_F(SensorQuery, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
 TEST_F(SensorQuery, FansCarryTheirOwnThresholds) {
     Add(Fan("F1", 0x30), 1);
     Add(Fan("F2", 0x31), 1);
-    bmc.setThresholds(0, {0x3F, {1, 1, 1, 1, 1, 1}});
-    bmc.setThresholds(1, {0x3F, {2, 2, 2, 2, 2, 2}});
+    bmc.SetThresholds(0, {0x3F, {1, 1, 1, 1, 1, 1}});
+    bmc.SetThresholds(1, {0x3F, {2, 2, 2, 2, 2, 2}});
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
     EXPECT_EQ(fans.record.fan[0].sti.LowerCriticalThreshold, 50.0);
     EXPECT_EQ(fans.record.fan[1].sti.LowerCriticalThreshold, 100.0);
 }
 
 TEST_F(SensorQuery, TextsAreCutToTheirFields) {
-    Add(Temperature("T", 0x10).unit(65).factors(100, 0, 0, 1), 200);
-    Add(Voltage("V", 0x20).factors(511, 0, 0, 7).linearization(9).limits(0xFE, 0xFD), 200);
+    Add(Temperature("T", 0x10).Unit(65).Factors(100, 0, 0, 1), 200);
+    Add(Voltage("V", 0x20).Factors(511, 0, 0, 7).Linearization(9).Limits(0xFE, 0xFD), 200);
     ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
     ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
     EXPECT_STREQ(temperatures.record.temperature[0].CurrentTemperature, "200000.00color ");
@@ -230,7 +230,7 @@ int nested = 77;
 
 TEST_F(SensorQuery, ANestedCallIsBusy) {
     Add(Fan("F", 0x30), 70);
-    server.during("ioctl", [] {
+    server.During("ioctl", [] {
         FanInformation inner{};
         nested = GetIpmiInfo(TALVANE_FANS, &inner);
     });
@@ -241,7 +241,7 @@ TEST_F(SensorQuery, ANestedCallIsBusy) {
 
 TEST_F(SensorQuery, AnInventoryQueryMayRunInside) {
     Add(Fan("F", 0x30), 70);
-    server.during("ioctl", [] {
+    server.During("ioctl", [] {
         SysInformation inner{};
         nested = GetInfo(TALVANE_SYSTEM, &inner);
     });

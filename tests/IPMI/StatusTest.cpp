@@ -15,7 +15,7 @@ using ::testing::SizeIs;
 class Status : public IpmiTest {
 protected:
     Answer Describe(int code, int state) {
-        return AskWith(Buffer::marked, [&](char* out) {
+        return AskWith(Buffer::kMarked, [&](char* out) {
             return Sensors().GetDeviceStatus(static_cast<unsigned char>(code),
                                              static_cast<unsigned char>(state), out);
         });
@@ -23,15 +23,15 @@ protected:
 };
 
 TEST_F(Status, StatesAreTheThirdByteForDiscreteTypes) {
-    bmc.setStates(0x30, 0x12, 0x34);
+    bmc.SetStates(0x30, 0x12, 0x34);
     for (int code = 0; code < 256; ++code) {
         unsigned char state = 0x77;
         EXPECT_EQ(Sensors().GetSensorStatus(0x30, static_cast<unsigned char>(code), state), 0);
         const bool discrete = (code >= 2 && code <= 11) || code == 0x6F;
         EXPECT_EQ(state, discrete ? 0x12 : 0) << code;
     }
-    EXPECT_EQ(bmc.requests()[0].text(), "Get Sensor Reading 30") << "asked for in any case";
-    EXPECT_THAT(bmc.requests(), SizeIs(256));
+    EXPECT_EQ(bmc.Requests()[0].Text(), "Get Sensor Reading 30") << "asked for in any case";
+    EXPECT_THAT(bmc.Requests(), SizeIs(256));
 }
 
 TEST_F(Status, WithoutAControllerThereIsNoState) {
@@ -151,49 +151,49 @@ TEST_F(Status, ANullPointerIsRefused) {
 class StatusDescription : public IpmiTest {};
 
 TEST_F(StatusDescription, IsTheSensorsCurrentState) {
-    Add(Fan("F", 0x30).event(10), 70);
-    Add(Voltage("V", 0x20).event(9), 70);
-    Add(Temperature("T", 0x10).event(7), 70);
-    bmc.setStates(0x30, 0x40);
-    bmc.setStates(0x20, 0x02);
-    bmc.setStates(0x10, 0x01);
+    Add(Fan("F", 0x30).Event(10), 70);
+    Add(Voltage("V", 0x20).Event(9), 70);
+    Add(Temperature("T", 0x10).Event(7), 70);
+    bmc.SetStates(0x30, 0x40);
+    bmc.SetStates(0x20, 0x02);
+    bmc.SetStates(0x10, 0x01);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(Ask(&Sensor::GetFanStatusDescription, 0), Terminated("Degraded"));
     EXPECT_EQ(Ask(&Sensor::GetVoltageStatusDescription, 0), Terminated("Device Enabled"));
     EXPECT_EQ(Ask(&Sensor::GetTemperatureStatusDescription, 0), Terminated("OK"));
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Reading 30", "Get Sensor Reading 20",
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 30", "Get Sensor Reading 20",
                                                 "Get Sensor Reading 10"));
 }
 
 TEST_F(StatusDescription, IsEmptyForThresholdSensorsAndForAllBits) {
     Add(Fan("F", 0x30), 70);
-    Add(Voltage("V", 0x20).event(9), 70);
-    bmc.setStates(0x30, 0x01);
-    bmc.setStates(0x20, 0xFF);
+    Add(Voltage("V", 0x20).Event(9), 70);
+    bmc.SetStates(0x30, 0x01);
+    bmc.SetStates(0x20, 0xFF);
     Loaded();
     EXPECT_EQ(Ask(&Sensor::GetFanStatusDescription, 0), Terminated(""));
     EXPECT_EQ(Ask(&Sensor::GetVoltageStatusDescription, 0), Terminated(""));
 }
 
 TEST_F(StatusDescription, IsEmptyWithoutAController) {
-    Add(Fan("F", 0x30).event(10), 70);
-    bmc.setStates(0x30, 0x01);
+    Add(Fan("F", 0x30).Event(10), 70);
+    bmc.SetStates(0x30, 0x01);
     Loaded();
     InitOK = 0;
     EXPECT_EQ(Ask(&Sensor::GetFanStatusDescription, 0), Terminated(""));
 }
 
 TEST_F(StatusDescription, ANullPointerIsRefusedBeforeARequest) {
-    Add(Fan("F", 0x30).event(10), 70);
-    Add(Voltage("V", 0x20).event(9), 70);
-    Add(Temperature("T", 0x10).event(7), 70);
+    Add(Fan("F", 0x30).Event(10), 70);
+    Add(Voltage("V", 0x20).Event(9), 70);
+    Add(Temperature("T", 0x10).Event(7), 70);
     Loaded();
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(Sensors().GetFanStatusDescription(0, nullptr), -1);
     EXPECT_EQ(Sensors().GetVoltageStatusDescription(0, nullptr), -1);
     EXPECT_EQ(Sensors().GetTemperatureStatusDescription(0, nullptr), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 }  // namespace

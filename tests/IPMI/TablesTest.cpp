@@ -11,13 +11,13 @@ using ::testing::SizeIs;
 class Tables : public IpmiTest {
 protected:
     void AddOneOfEach() {
-        Add(Temperature("T1", 0x10).entity(3, 1).limits(0x7F, 0x01), 40);
-        Add(Voltage("V1", 0x20).entity(10, 2).limits(250, 10), 165);
-        Add(Fan("F1", 0x30).entity(29, 3), 70);
-        Add(sim::SdrRecord("P1", 0x40).kind(kProcessor).event(0x6F).entity(3, 1), 0);
-        bmc.setThresholds(0, {0x3F, {1, 2, 3, 4, 5, 6}});
-        bmc.setThresholds(1, {0x3F, {11, 12, 13, 14, 15, 16}});
-        bmc.setThresholds(2, {0x3F, {21, 22, 23, 24, 25, 26}});
+        Add(Temperature("T1", 0x10).Entity(3, 1).Limits(0x7F, 0x01), 40);
+        Add(Voltage("V1", 0x20).Entity(10, 2).Limits(250, 10), 165);
+        Add(Fan("F1", 0x30).Entity(29, 3), 70);
+        Add(sim::SdrRecord("P1", 0x40).Kind(kProcessor).Event(0x6F).Entity(3, 1), 0);
+        bmc.SetThresholds(0, {0x3F, {1, 2, 3, 4, 5, 6}});
+        bmc.SetThresholds(1, {0x3F, {11, 12, 13, 14, 15, 16}});
+        bmc.SetThresholds(2, {0x3F, {21, 22, 23, 24, 25, 26}});
     }
 };
 
@@ -75,10 +75,10 @@ TEST_F(Tables, ThresholdsComeRawAndConverted) {
 }
 
 TEST_F(Tables, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
-    Add(Temperature("T1", 0x10).unit1(0xC0), 40);
-    Add(Voltage("V1", 0x20).unit1(0xC0), 40);
-    Add(Fan("F1", 0x30).unit1(0xC0), 40);
-    Add(sim::SdrRecord("P1", 0x40).kind(kProcessor).event(0x6F).unit1(0xC0), 0);
+    Add(Temperature("T1", 0x10).Unit1(0xC0), 40);
+    Add(Voltage("V1", 0x20).Unit1(0xC0), 40);
+    Add(Fan("F1", 0x30).Unit1(0xC0), 40);
+    Add(sim::SdrRecord("P1", 0x40).Kind(kProcessor).Event(0x6F).Unit1(0xC0), 0);
     Loaded();
     EXPECT_EQ(Support().GetTemSensorsNum(), 0);
     EXPECT_EQ(Support().GetVoltSensorsNum(), 1);
@@ -87,8 +87,8 @@ TEST_F(Tables, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
 }
 
 TEST_F(Tables, AVoltageOrFanWithoutAnalogReadingAlwaysReadsUnknown) {
-    Add(Voltage("V1", 0x20).unit1(0xC0), 40);
-    Add(Fan("F1", 0x30).unit1(0xC0), 40);
+    Add(Voltage("V1", 0x20).Unit1(0xC0), 40);
+    Add(Fan("F1", 0x30).Unit1(0xC0), 40);
     Loaded();
     EXPECT_EQ(Ask(&Sensor::GetVoltageCurrent, 0), Terminated("Unknown"));
     EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 0), Terminated("Unknown"));
@@ -109,7 +109,7 @@ TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesCappedByNothing) {
     for (std::uint8_t i = 0; i < 64; ++i) {
         Add(Fan("F" + std::to_string(i), i), 70);
         Add(sim::SdrRecord("P" + std::to_string(i), static_cast<std::uint8_t>(64 + i))
-                .kind(kProcessor),
+                .Kind(kProcessor),
             0);
     }
     Loaded();
@@ -134,7 +134,7 @@ TEST_F(Tables, SixtyFourSensorsFillATable) {
 
 TEST_F(Tables, ASensorBehindTwoHundredFiftyFiveOthersIsFound) {
     for (int i = 0; i < 258; ++i) Add(Temperature("T", 0x10), 40);
-    Add(Fan("F1", 0x90).entity(29), 70);
+    Add(Fan("F1", 0x90).Entity(29), 70);
     Loaded();
     EXPECT_EQ(Support().GetFanSensorsNum(), 1);
     EXPECT_EQ(Ask(&Sensor::GetFanIDString, 0), Terminated("F1"));
@@ -177,7 +177,7 @@ TEST_F(Tables, WithoutAControllerThereAreNoSensors) {
 
 TEST_F(Tables, AnEmptyRepositoryCannotBeLoaded) {
     EXPECT_EQ(Support().GetSensorInfo(), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(1));
+    EXPECT_THAT(bmc.Requests(), SizeIs(1));
 }
 
 TEST_F(Tables, IndexesOutsideOfATableAreRefused) {

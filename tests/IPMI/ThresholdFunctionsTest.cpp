@@ -38,7 +38,7 @@ TEST_F(ThresholdList, HoldsEverySensor) {
 
 TEST_F(ThresholdList, CountsTheRecordsThatAreNoSensors) {
     AddThree();
-    Add(Temperature("Compact", 0x50).byte(3, 2), 0);
+    Add(Temperature("Compact", 0x50).Byte(3, 2), 0);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(list.quantity, 4);
     EXPECT_EQ(list.SensorThreshold[3].SensorType, 0);
@@ -79,7 +79,7 @@ TEST_F(ThresholdList, AfterAThresholdFunctionNoSensorIsKnown) {
     AddThree();
     Add(Voltage("V1", 0x20), 165);
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
-    const std::size_t walked = bmc.count(0x0A, 0x23);
+    const std::size_t walked = bmc.Count(0x0A, 0x23);
     FanInformation fans{};
     VoltageInformation voltages{};
     TemperatureInformation temperatures{};
@@ -89,7 +89,7 @@ TEST_F(ThresholdList, AfterAThresholdFunctionNoSensorIsKnown) {
         EXPECT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures), -1);
     }
     EXPECT_EQ(fans.quantity, 0);
-    EXPECT_EQ(bmc.count(0x0A, 0x23), walked) << "the repository is not read again";
+    EXPECT_EQ(bmc.Count(0x0A, 0x23), walked) << "the repository is not read again";
 }
 
 TEST_F(ThresholdList, AfterAListOfOneKindNoSensorIsKnown) {
@@ -138,9 +138,9 @@ TEST_F(ThresholdList, OfNoSensorIsEmpty) {
 TEST_F(ThresholdList, ReadsTheRepositoryOnce) {
     AddThree();
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get SDR Repository Info"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get SDR Repository Info"));
 }
 
 }  // namespace

@@ -20,9 +20,9 @@ protected:
 };
 
 TEST_F(Thresholds, AreReadInMaskOrder) {
-    bmc.setThresholds(0x30, {0xFF, {10, 20, 30, 40, 50, 60}});
+    bmc.SetThresholds(0x30, {0xFF, {10, 20, 30, 40, 50, 60}});
     EXPECT_EQ(Sensors().GetSensorThreshold(0x30, tenths, raw, converted), 0);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Get Sensor Thresholds 30"));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Thresholds 30"));
     EXPECT_EQ(raw.readableFlag, 0x3F);
     EXPECT_EQ(raw.LowerNonCriticalThreshold, 10);
     EXPECT_EQ(raw.LowerCriticalThreshold, 20);
@@ -61,7 +61,7 @@ TEST_F(Thresholds, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
     EXPECT_EQ(raw.deviceID, 7);
     EXPECT_EQ(converted.MaxThreshold, 7);
     EXPECT_EQ(Sensors().SetSensorThreshold(0xFF, raw), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 TEST_F(Thresholds, WithoutAControllerReadZeroAndSucceed) {
@@ -71,7 +71,7 @@ TEST_F(Thresholds, WithoutAControllerReadZeroAndSucceed) {
     EXPECT_EQ(Sensors().GetSensorThreshold(0x30, tenths, raw, converted), 0);
     EXPECT_EQ(raw.LowerCriticalThreshold, 0);
     EXPECT_EQ(Sensors().SetSensorThreshold(0x30, raw), 0);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
 TEST_F(Thresholds, AreWrittenWithTheirMask) {
@@ -82,10 +82,10 @@ TEST_F(Thresholds, AreWrittenWithTheirMask) {
     raw.UpperNonCriticalThresholdValue = 4;
     raw.UpperCriticalThresholdValue = 5;
     raw.UpperNonRecoverThresholdValue = 6;
-    bmc.setThresholds(0x30, {});
+    bmc.SetThresholds(0x30, {});
     EXPECT_EQ(Support().SetSensorThreshold(0x30, raw), 0);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Set Sensor Thresholds 30 2A 01 02 03 04 05 06"));
-    EXPECT_THAT(bmc.thresholds(0x30).values, ElementsAre(0, 2, 0, 4, 0, 6));
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Set Sensor Thresholds 30 2A 01 02 03 04 05 06"));
+    EXPECT_THAT(bmc.Thresholds(0x30).values, ElementsAre(0, 2, 0, 4, 0, 6));
 }
 
 // The order: lower non-recoverable, critical, non-critical, upper non-critical, critical,

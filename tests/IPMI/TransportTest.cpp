@@ -24,23 +24,23 @@ TEST_F(Transport, NothingIsOpenedByTheConstructor) {
     IPMIbase base;
     EXPECT_EQ(base.IsInitOK(), 0);
     EXPECT_EQ(hDevice, -1);
-    EXPECT_THAT(server.log().lines(), IsEmpty());
+    EXPECT_THAT(server.GetLog().Lines(), IsEmpty());
 }
 
 TEST_F(Transport, TheProbeFollowsTheOpenAndDropsThePrivilege) {
-    server.bmc();
+    server.GetBmc();
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
     EXPECT_EQ(base.IsInitOK(), 1);
     EXPECT_EQ(base.IsSupportKCS, 1);
     EXPECT_EQ(base.IsSupportSMIC, 0);
-    EXPECT_THAT(server.log().lines(),
+    EXPECT_THAT(server.GetLog().Lines(),
                 ElementsAre("open /dev/ipmi O_RDONLY -> ok", "iopl 3 -> 0", "in 0xCA3 1 -> 0x0",
                             "in 0xCAA 1 -> 0xFF", "iopl 0 -> 0"));
 }
 
 TEST_F(Transport, ASmicInterfaceAloneIsEnough) {
-    server.machine().giveBmc(false, true);
+    server.GetMachine().GiveBmc(false, true);
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
     EXPECT_EQ(base.IsSupportKCS, 0);
@@ -49,9 +49,9 @@ TEST_F(Transport, ASmicInterfaceAloneIsEnough) {
 }
 
 TEST_F(Transport, AnyStatusButAllOnesIsAnInterface) {
-    server.machine().giveBmc(false, false);
+    server.GetMachine().GiveBmc(false, false);
     for (const int status : {0x00, 0x40, 0xFE}) {
-        server.machine().ports().install(
+        server.GetMachine().Ports().Install(
             0xCA3, 1, std::make_shared<sim::InterfaceRegister>(static_cast<std::uint8_t>(status)));
         InitOK = 0;
         IPMIbase base;
@@ -62,7 +62,7 @@ TEST_F(Transport, AnyStatusButAllOnesIsAnInterface) {
 }
 
 TEST_F(Transport, WithoutAnInterfaceTheProbeSucceedsAndNothingIsReady) {
-    server.machine().giveBmc(false, false);
+    server.GetMachine().GiveBmc(false, false);
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
     EXPECT_EQ(base.IsInitOK(), 0);
@@ -70,19 +70,19 @@ TEST_F(Transport, WithoutAnInterfaceTheProbeSucceedsAndNothingIsReady) {
 }
 
 TEST_F(Transport, CallingTwiceOpensTheDeviceOnce) {
-    server.bmc();
+    server.GetBmc();
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
     EXPECT_EQ(base.InitIpmiBase(), 0);
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
 TEST_F(Transport, WhileNoInterfaceAnswersEveryCallOpensAgain) {
-    server.machine().giveBmc(false, false);
+    server.GetMachine().GiveBmc(false, false);
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
     EXPECT_EQ(base.InitIpmiBase(), 0);
-    EXPECT_EQ(server.log().count("open"), 2u);
+    EXPECT_EQ(server.GetLog().Count("open"), 2u);
 }
 
 TEST_F(Transport, AMissingDeviceFails) {
@@ -90,41 +90,41 @@ TEST_F(Transport, AMissingDeviceFails) {
     EXPECT_EQ(base.InitIpmiBase(), -1);
     EXPECT_EQ(hDevice, -1);
     EXPECT_EQ(base.IsInitOK(), 0);
-    EXPECT_EQ(server.log().count("iopl"), 0u);
+    EXPECT_EQ(server.GetLog().Count("iopl"), 0u);
 }
 
 TEST_F(Transport, WithoutPortPrivilegeTheDeviceStaysOpen) {
-    server.bmc();
-    server.fail("iopl", 1, EPERM);
+    server.GetBmc();
+    server.Fail("iopl", 1, EPERM);
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), -1);
     EXPECT_GE(hDevice, 0);
     EXPECT_EQ(base.IsInitOK(), 0);
-    EXPECT_EQ(server.log().count("in"), 0u);
-    EXPECT_EQ(server.log().count("iopl"), 1u);
+    EXPECT_EQ(server.GetLog().Count("in"), 0u);
+    EXPECT_EQ(server.GetLog().Count("iopl"), 1u);
 }
 
 TEST_F(Transport, APrivilegeThatCannotBeDroppedDoesNotMatter) {
-    server.bmc();
-    server.fail("iopl", 2, EPERM);
+    server.GetBmc();
+    server.Fail("iopl", 2, EPERM);
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
     EXPECT_EQ(InitOK, 1);
-    EXPECT_EQ(server.log().lines().back(), "iopl 0 -> -1 EPERM");
+    EXPECT_EQ(server.GetLog().Lines().back(), "iopl 0 -> -1 EPERM");
 }
 
 TEST_F(Transport, BeforeTheProbeARequestMakesNoSystemCall) {
-    server.bmc();
+    server.GetBmc();
     IPMIbase base;
     base.request.cmdType = 1;
     EXPECT_EQ(base.SendTimedImbpRequest(&base.request, 3000, base.ResponseBuffer, nullptr, nullptr),
               -1);
-    EXPECT_THAT(server.log().lines(), IsEmpty());
+    EXPECT_THAT(server.GetLog().Lines(), IsEmpty());
 }
 
 TEST_F(Transport, ARequestIsHandedToTheDriverAsItStands) {
-    sim::Bmc& bmc = server.bmc();
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{0xAB, 0xCD}; });
+    sim::Bmc& bmc = server.GetBmc();
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{0xAB, 0xCD}; });
     IPMIbase base;
     ASSERT_EQ(base.InitIpmiBase(), 0);
 
@@ -135,8 +135,8 @@ TEST_F(Transport, ARequestIsHandedToTheDriverAsItStands) {
     IMBPREQUESTDATA request{0x2D, 0x20, 7, 4, 2, data.data(), 3};
     EXPECT_EQ(base.SendTimedImbpRequest(&request, 1234, response.data(), &length, &completion), 0);
 
-    ASSERT_EQ(bmc.requests().size(), 1u);
-    const sim::BmcRequest& sent = bmc.requests()[0];
+    ASSERT_EQ(bmc.Requests().size(), 1u);
+    const sim::BmcRequest& sent = bmc.Requests()[0];
     EXPECT_EQ(sent.command, 0x2D);
     EXPECT_EQ(sent.responder, 0xFF) << "whatever the request says";
     EXPECT_EQ(sent.bus, 7);
@@ -148,14 +148,14 @@ TEST_F(Transport, ARequestIsHandedToTheDriverAsItStands) {
     EXPECT_EQ(response[1], 0xCD);
     EXPECT_EQ(length, 77) << "not written";
     EXPECT_EQ(completion, 88) << "not written";
-    EXPECT_EQ(server.log().lines().back(), "ioctl /dev/ipmi 0xC0045301 -> 0");
+    EXPECT_EQ(server.GetLog().Lines().back(), "ioctl /dev/ipmi 0xC0045301 -> 0");
 }
 
 TEST_F(Transport, ARefusedRequestAnswersWhatTheDriverAnswers) {
-    server.bmc();
+    server.GetBmc();
     IPMIbase base;
     ASSERT_EQ(base.InitIpmiBase(), 0);
-    server.fail("ioctl", 1, EIO);
+    server.Fail("ioctl", 1, EIO);
     EXPECT_EQ(base.SendTimedImbpRequest(&base.request, 3000, base.ResponseBuffer, nullptr, nullptr),
               -1);
 }
@@ -165,22 +165,22 @@ class CountingDriver : public sim::Device {
 public:
     static constexpr int kAnswer = 5;
 
-    std::unique_ptr<sim::OpenFile> open(int, int&) override { return std::make_unique<File>(); }
+    std::unique_ptr<sim::OpenFile> Open(int, int&) override { return std::make_unique<File>(); }
 
 private:
     class File : public sim::OpenFile {
-        sim::Answer read(void*, std::size_t) override { return sim::Answer::failed(EINVAL); }
-        sim::Answer seek(std::int64_t, int) override { return sim::Answer::failed(EINVAL); }
-        std::optional<sim::Answer> ioctl(unsigned long, void*) override {
+        sim::Answer Read(void*, std::size_t) override { return sim::Answer::Failed(EINVAL); }
+        sim::Answer Seek(std::int64_t, int) override { return sim::Answer::Failed(EINVAL); }
+        std::optional<sim::Answer> Ioctl(unsigned long, void*) override {
             return sim::Answer{kAnswer, 0};
         }
-        std::uint64_t position() const override { return 0; }
+        std::uint64_t Position() const override { return 0; }
     };
 };
 
 TEST_F(Transport, AnyOtherAnswerOfTheDriverIsPassedOn) {
-    server.bmc();
-    server.machine().install("/dev/ipmi", std::make_unique<CountingDriver>());
+    server.GetBmc();
+    server.GetMachine().Install("/dev/ipmi", std::make_unique<CountingDriver>());
     IPMIbase base;
     ASSERT_EQ(base.InitIpmiBase(), 0);
     EXPECT_EQ(base.SendTimedImbpRequest(&base.request, 3000, base.ResponseBuffer, nullptr, nullptr),
@@ -188,7 +188,7 @@ TEST_F(Transport, AnyOtherAnswerOfTheDriverIsPassedOn) {
 }
 
 TEST_F(Transport, OnlyTheObjectThatProbedKnowsTheInterface) {
-    server.bmc();
+    server.GetBmc();
     const IPMIsupport support;
     EXPECT_EQ(support.sensor.IsSupportKCS, 1);
     EXPECT_EQ(support.IsSupportKCS, 0);
@@ -196,23 +196,23 @@ TEST_F(Transport, OnlyTheObjectThatProbedKnowsTheInterface) {
 }
 
 TEST_F(Transport, EachObjectClosesTheSharedDescriptorAndForgetsNothing) {
-    server.bmc();
+    server.GetBmc();
     int descriptor = -1;
     {
         IPMIsupport support;
         descriptor = hDevice;
-        EXPECT_EQ(server.log().count("open"), 1u);
+        EXPECT_EQ(server.GetLog().Count("open"), 1u);
     }
-    EXPECT_EQ(server.log().count("close"), 3u) << "the facade, its sensors and its inventory";
+    EXPECT_EQ(server.GetLog().Count("close"), 3u) << "the facade, its sensors and its inventory";
     EXPECT_EQ(hDevice, descriptor);
     EXPECT_EQ(InitOK, 1);
     const IPMIsupport second;
-    EXPECT_EQ(server.log().count("open"), 1u) << "taken for open";
+    EXPECT_EQ(server.GetLog().Count("open"), 1u) << "taken for open";
 }
 
 TEST_F(Transport, AnObjectThatOpenedNothingClosesNothing) {
     { const IPMIbase base; }
-    EXPECT_EQ(server.log().count("close"), 0u);
+    EXPECT_EQ(server.GetLog().Count("close"), 0u);
 }
 
 // The bounded copy.

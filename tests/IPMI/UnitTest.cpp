@@ -13,15 +13,15 @@ class Unit : public IpmiTest {
 protected:
     // The unit of the record, written into a buffer that allows `size` bytes.
     Answer Text(const sim::SdrRecord& record, int size = 64) {
-        sim::Bytes bytes = record.bytes();
+        sim::Bytes bytes = record.Image();
         Sensors().sdr = bytes.data();
-        return AskWith(Buffer::marked,
+        return AskWith(Buffer::kMarked,
                        [&](char* out) { return Sensors().GetSensorUnit(out, size); });
     }
     static sim::SdrRecord Record(int unit1, int base = 0, int modifier = 0) {
         return sim::SdrRecord("S", 1)
-            .unit1(static_cast<std::uint8_t>(unit1))
-            .unit(static_cast<std::uint8_t>(base), static_cast<std::uint8_t>(modifier));
+            .Unit1(static_cast<std::uint8_t>(unit1))
+            .Unit(static_cast<std::uint8_t>(base), static_cast<std::uint8_t>(modifier));
     }
 };
 
@@ -110,47 +110,47 @@ protected:
 };
 
 TEST_F(Limits, HaveTwoDecimalsAndTheUnit) {
-    Load(Voltage("V", 1).limits(250, 125));
+    Load(Voltage("V", 1).Limits(250, 125));
     EXPECT_EQ(Max(), Terminated("5.00U"));
     EXPECT_EQ(Min(), Terminated("2.50U"));
 }
 
 TEST_F(Limits, OfFansAreWholeNumbers) {
-    Load(Fan("F", 1).factors(55, 0, 0, -1).limits(101, 1));
+    Load(Fan("F", 1).Factors(55, 0, 0, -1).Limits(101, 1));
     EXPECT_EQ(Max(), Terminated("555U"));
     EXPECT_EQ(Min(), Terminated("5U"));
 }
 
 TEST_F(Limits, TheHighestUnsignedByteStandsForItself) {
-    Load(Voltage("V", 1).limits(0xFF, 0xFF));
+    Load(Voltage("V", 1).Limits(0xFF, 0xFF));
     EXPECT_EQ(Max(), Terminated("FFU"));
     EXPECT_EQ(Min(), Terminated("FFU"));
 }
 
 TEST_F(Limits, TheHighestSignedByteStandsForItself) {
-    Load(Voltage("V", 1).unit1(0x80).limits(0x7F, 0x7F));
+    Load(Voltage("V", 1).Unit1(0x80).Limits(0x7F, 0x7F));
     EXPECT_EQ(Max(), Terminated("7FU"));
     EXPECT_EQ(Min(), Terminated("7FU"));
 }
 
 TEST_F(Limits, OtherFormatsHaveNoByteOfTheirOwn) {
-    Load(Voltage("V", 1).unit1(0x40).limits(0xFF, 0x7F));
+    Load(Voltage("V", 1).Unit1(0x40).Limits(0xFF, 0x7F));
     EXPECT_EQ(Max(), Terminated("0.00U"));
     EXPECT_EQ(Min(), Terminated("2.56U"));
 }
 
 TEST_F(Limits, AnUnsignedSevenFAndASignedFFAreConverted) {
-    Load(Voltage("V", 1).limits(0x7F, 0));
+    Load(Voltage("V", 1).Limits(0x7F, 0));
     EXPECT_EQ(Max(), Terminated("2.54U"));
     Load(Voltage("V", 1));
-    sim::Bytes record = Voltage("V", 1).unit1(0x80).limits(0xFF, 0).bytes();
+    sim::Bytes record = Voltage("V", 1).Unit1(0x80).Limits(0xFF, 0).Image();
     Sensors().sdr = record.data();
     Sensors().SensorsInformation[0].sfp.Unit1 = 0x80;
     EXPECT_EQ(Max(), Terminated("0.02U"));
 }
 
 TEST_F(Limits, HaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
-    Load(Voltage("V", 1).limits(0xFF, 0x7F));
+    Load(Voltage("V", 1).Limits(0xFF, 0x7F));
     Sensors().SensorsInformation[0].sfp.Unit1 = 0x80;
     EXPECT_EQ(Max(), Terminated("0.02U"));
     EXPECT_EQ(Min(), Terminated("7FU"));
@@ -159,7 +159,7 @@ TEST_F(Limits, HaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
 }
 
 TEST_F(Limits, LongerThanTheFieldAreCut) {
-    Load(Voltage("V", 1).limits(250, 0));
+    Load(Voltage("V", 1).Limits(250, 0));
     std::strcpy(Sensors().SensorsInformation[0].SensorUnit, std::string(63, 'u').c_str());
     EXPECT_EQ(Max(), Terminated("5.00" + std::string(59, 'u')));
 }

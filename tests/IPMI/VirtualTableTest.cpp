@@ -26,13 +26,13 @@ protected:
         constexpr int kReadiness = 7;
         InitOK = kReadiness;
         EXPECT_EQ(CallSlot(object, 0), kReadiness);
-        const std::size_t opened = server.log().count("open");
+        const std::size_t opened = server.GetLog().Count("open");
         EXPECT_EQ(CallSlot(object, 1), 0) << "is ready";
-        EXPECT_EQ(server.log().count("open"), opened);
+        EXPECT_EQ(server.GetLog().Count("open"), opened);
         InitOK = 0;
         EXPECT_EQ(CallSlot(object, 0), 0);
         EXPECT_EQ(CallSlot(object, 1), 0);
-        EXPECT_EQ(server.log().count("open"), opened + 1);
+        EXPECT_EQ(server.GetLog().Count("open"), opened + 1);
         EXPECT_EQ(InitOK, 1) << "the probe has found the interface";
     }
 };

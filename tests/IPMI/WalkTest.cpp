@@ -17,15 +17,15 @@ class SensorWalk : public IpmiTest {
 protected:
     const SensorDescription& Entry(int k) { return Sensors().SensorsInformation[k]; }
     void Walk(int n) { ASSERT_EQ(Sensors().GetSensorNumbers(n), 0); }
-    std::size_t Reads() const { return bmc.count(0x0A, 0x23); }
+    std::size_t Reads() const { return bmc.Count(0x0A, 0x23); }
 };
 
 TEST_F(SensorWalk, EveryFieldOfARecordIsKept) {
     sim::SdrRecord record = Temperature("CPU1 Temp", 0x30);
-    record.entity(3, 0x61).factors(272, -3, 1, -2).unit1(0x00).linearization(0x80);
-    record.limits(150, 10).thresholdMasks(0x3F, 0x1B);
+    record.Entity(3, 0x61).Factors(272, -3, 1, -2).Unit1(0x00).Linearization(0x80);
+    record.Limits(150, 10).ThresholdMasks(0x3F, 0x1B);
     Add(record, 42);
-    bmc.setThresholds(0, {0x3F, {5, 4, 3, 100, 110, 120}});
+    bmc.SetThresholds(0, {0x3F, {5, 4, 3, 100, 110, 120}});
     Walk(1);
     const SensorDescription& entry = Entry(0);
     EXPECT_EQ(entry.SensorNumbers, 0x30);
@@ -69,7 +69,7 @@ TEST_F(SensorWalk, RecordsAreReadOneByOneWithoutAReservation) {
     Add(Temperature("A", 0x10), 0);
     Add(Temperature("B", 0x20), 0);
     Walk(2);
-    EXPECT_THAT(bmc.requestTexts(),
+    EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Get SDR 00 00 00 00 00 FF", "Get Sensor Thresholds 00",
                             "Get SDR 00 00 01 00 00 FF", "Get Sensor Thresholds 01"));
     EXPECT_STREQ(Entry(1).IDString, "B");
@@ -77,14 +77,14 @@ TEST_F(SensorWalk, RecordsAreReadOneByOneWithoutAReservation) {
 
 TEST_F(SensorWalk, ThresholdsAreAskedForByTheEntrysIndex) {
     Add(Temperature("A", 0x10), 0);
-    bmc.setThresholds(0x10, {0x3F, {1, 1, 1, 1, 1, 1}});
-    bmc.setThresholds(0x00, {0x3F, {2, 2, 2, 2, 2, 2}});
+    bmc.SetThresholds(0x10, {0x3F, {1, 1, 1, 1, 1, 1}});
+    bmc.SetThresholds(0x00, {0x3F, {2, 2, 2, 2, 2, 2}});
     Walk(1);
     EXPECT_EQ(Entry(0).stir.LowerCriticalThreshold, 2);
 }
 
 TEST_F(SensorWalk, OtherRecordTypesAndNamelessSensorsAreSkipped) {
-    Add(Temperature("A", 0x10).byte(3, 2), 0);
+    Add(Temperature("A", 0x10).Byte(3, 2), 0);
     Add(Temperature("B", 0xFF), 0);
     Add(Temperature("C", 0x30), 0);
     Walk(3);
@@ -94,7 +94,7 @@ TEST_F(SensorWalk, OtherRecordTypesAndNamelessSensorsAreSkipped) {
 }
 
 TEST_F(SensorWalk, AnEntityOfAllOnesIsUnknown) {
-    Add(Temperature("A", 0x10).entity(0xFF, 0xFF), 0);
+    Add(Temperature("A", 0x10).Entity(0xFF, 0xFF), 0);
     Walk(1);
     EXPECT_EQ(Entry(0).SensorEntityID, 0);
     EXPECT_EQ(Entry(0).SensorEntityInstance, 0xFF);
@@ -104,34 +104,34 @@ TEST_F(SensorWalk, DeviceRelativeInstancesCountFromZero) {
     const std::array<std::array<int, 2>, 6> instances{
         {{0x00, 0x00}, {0x5F, 0x5F}, {0x60, 0x00}, {0x7F, 0x1F}, {0x80, 0x80}, {0xFE, 0xFE}}};
     for (const auto& [given, kept] : instances)
-        Add(Temperature("A", 0x10).entity(3, static_cast<std::uint8_t>(given)), 0);
+        Add(Temperature("A", 0x10).Entity(3, static_cast<std::uint8_t>(given)), 0);
     Walk(6);
     for (int k = 0; k < 6; ++k)
         EXPECT_EQ(Entry(k).SensorEntityInstance, instances[static_cast<std::size_t>(k)][1]) << k;
 }
 
 TEST_F(SensorWalk, SensorSpecificSensorsKeepTheirState) {
-    Add(sim::SdrRecord("P1", 0x40).kind(kProcessor).event(0x6F), 0);
-    bmc.setStates(0x40, 0x80);
-    Add(sim::SdrRecord("P2", 0x41).kind(kProcessor).event(0x01), 0);
-    bmc.setStates(0x41, 0x80);
+    Add(sim::SdrRecord("P1", 0x40).Kind(kProcessor).Event(0x6F), 0);
+    bmc.SetStates(0x40, 0x80);
+    Add(sim::SdrRecord("P2", 0x41).Kind(kProcessor).Event(0x01), 0);
+    bmc.SetStates(0x41, 0x80);
     Walk(2);
     EXPECT_EQ(Entry(0).SensorCodeOffset, 0x80);
     EXPECT_EQ(Entry(1).SensorCodeOffset, 0);
-    EXPECT_EQ(bmc.count(0x04, 0x2D), 1u);
+    EXPECT_EQ(bmc.Count(0x04, 0x2D), 1u);
 }
 
 TEST_F(SensorWalk, AStateThatCannotBeReadIsUnknown) {
-    Add(sim::SdrRecord("P1", 0x40).kind(kProcessor).event(0x6F), 0);
+    Add(sim::SdrRecord("P1", 0x40).Kind(kProcessor).Event(0x6F), 0);
     Support();
-    server.during("ioctl", [] { InitOK = 0; });  // within the request for the record
+    server.During("ioctl", [] { InitOK = 0; });  // within the request for the record
     Walk(1);
     EXPECT_EQ(Entry(0).SensorEventReadingCode, 0x6F);
     EXPECT_EQ(Entry(0).SensorCodeOffset, 0xFF);
 }
 
 TEST_F(SensorWalk, ASensorWithoutAnalogReadingHasNoLimits) {
-    Add(Temperature("A", 0x10).unit1(0xC0).limits(200, 10), 0);
+    Add(Temperature("A", 0x10).Unit1(0xC0).Limits(200, 10), 0);
     Walk(1);
     EXPECT_EQ(Entry(0).isAnalogReading, 1);
     EXPECT_EQ(Entry(0).SensorReadingMaxD, 0.0);
@@ -140,9 +140,9 @@ TEST_F(SensorWalk, ASensorWithoutAnalogReadingHasNoLimits) {
 }
 
 TEST_F(SensorWalk, TheSettableThresholdsAreSixBitsAboveTheReadableOnes) {
-    Add(Temperature("A", 0x10).thresholdMasks(0xFF, 0x00), 0);
-    Add(Temperature("B", 0x11).thresholdMasks(0xFF, 0xFF), 0);
-    Add(Temperature("C", 0x12).thresholdMasks(0x00, 0x05), 0);
+    Add(Temperature("A", 0x10).ThresholdMasks(0xFF, 0x00), 0);
+    Add(Temperature("B", 0x11).ThresholdMasks(0xFF, 0xFF), 0);
+    Add(Temperature("C", 0x12).ThresholdMasks(0x00, 0x05), 0);
     Walk(3);
     EXPECT_EQ(Entry(0).stir.settableFlag, 0);
     EXPECT_EQ(Entry(1).stir.settableFlag, 0x3F);
@@ -159,7 +159,7 @@ TEST_F(SensorWalk, ACountAboveTheRecordsKeepsTheLastOneOnce) {
 
 TEST_F(SensorWalk, ALastRecordOfAnotherTypeEndsTheRequestsAndNotTheWalk) {
     Add(Temperature("A", 0x10), 0);
-    Add(Temperature("B", 0x20).byte(3, 0x12), 0);
+    Add(Temperature("B", 0x20).Byte(3, 0x12), 0);
     Walk(5);
     EXPECT_EQ(Reads(), 2u) << "the end of the repository is not asked for again";
     EXPECT_STREQ(Entry(0).IDString, "A");
@@ -167,8 +167,8 @@ TEST_F(SensorWalk, ALastRecordOfAnotherTypeEndsTheRequestsAndNotTheWalk) {
 }
 
 TEST_F(SensorWalk, ARecordIdOfTheUpperHalfReadsTheRecordBeforeAgain) {
-    const sim::Bytes record = Temperature("A", 0x10).bytes();
-    bmc.intercept([=](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+    const sim::Bytes record = Temperature("A", 0x10).Image();
+    bmc.Intercept([=](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command != 0x23) return std::nullopt;
         sim::Bytes response{0x00, 0x80};
         response.insert(response.end(), record.begin(), record.end());
@@ -182,15 +182,15 @@ TEST_F(SensorWalk, ARecordIdOfTheUpperHalfReadsTheRecordBeforeAgain) {
 }
 
 TEST_F(SensorWalk, AControllerThatRefusesEverythingGivesNoSensor) {
-    bmc.intercept([](const sim::BmcRequest&) { return sim::Bytes{}; });
+    bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{}; });
     Walk(3);
     EXPECT_EQ(Entry(0).SensorNumbers, 0);
     EXPECT_EQ(Reads(), 3u);
 }
 
 TEST_F(SensorWalk, ALoopOfRecordsEndsWithTheCount) {
-    const sim::Bytes record = Temperature("A", 0x10).bytes();
-    bmc.intercept([=](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+    const sim::Bytes record = Temperature("A", 0x10).Image();
+    bmc.Intercept([=](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command != 0x23) return std::nullopt;
         sim::Bytes response{0x00, 0x00};
         response.insert(response.end(), record.begin(), record.end());
@@ -203,8 +203,8 @@ TEST_F(SensorWalk, ALoopOfRecordsEndsWithTheCount) {
 
 TEST_F(SensorWalk, EntryTwoHundredFiftyFiveHasNoThresholds) {
     for (int i = 0; i < 257; ++i) Add(Temperature("A", 0x10), 0);
-    bmc.setThresholds(0xFF, {0x3F, {1, 1, 1, 1, 1, 1}});
-    bmc.setThresholds(0x00, {0x3F, {2, 2, 2, 2, 2, 2}});
+    bmc.SetThresholds(0xFF, {0x3F, {1, 1, 1, 1, 1, 1}});
+    bmc.SetThresholds(0x00, {0x3F, {2, 2, 2, 2, 2, 2}});
     Walk(257);
     EXPECT_EQ(Entry(255).stir.LowerCriticalThreshold, 0) << "0xFF is no sensor";
     EXPECT_EQ(Entry(255).stir.sensorType, kTemperature);
@@ -223,10 +223,10 @@ TEST_F(SensorWalk, ACountThatNoMemoryHoldsThrowsAndLeavesTheEntries) {
     Add(Temperature("A", 0x10), 0);
     Walk(1);
     const SensorDescription* const entries = Sensors().SensorsInformation;
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     for (const int count : {9502141, INT_MAX})
         EXPECT_THROW(Sensors().GetSensorNumbers(count), std::bad_array_new_length) << count;
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
     EXPECT_EQ(Sensors().SensorsInformation, entries);
     EXPECT_STREQ(Entry(0).IDString, "A");
     Walk(1);

@@ -15,44 +15,44 @@ class Watchdog : public IpmiTest {};
 
 TEST_F(Watchdog, SettingItStartsTheCountdown) {
     EXPECT_EQ(SetWatchDogTimer(1, 20000), 0);
-    EXPECT_THAT(bmc.requestTexts(),
+    EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Set Watchdog Timer 04 01 00 00 C8 00", "Reset Watchdog Timer"));
-    EXPECT_TRUE(bmc.watchdog().running);
+    EXPECT_TRUE(bmc.Watchdog().running);
 }
 
 TEST_F(Watchdog, ATimeOutOfRangeFailsAndSendsNothing) {
     EXPECT_EQ(SetWatchDogTimer(1, 9999), -1);
-    EXPECT_THAT(bmc.requests(), SizeIs(0));
+    EXPECT_THAT(bmc.Requests(), SizeIs(0));
     EXPECT_EQ(SetWatchDogTimer(1, 20000), 0) << "not busy";
 }
 
 TEST_F(Watchdog, TheActionIsNarrowedToAByte) {
     EXPECT_EQ(SetWatchDogTimer(0x102, 20000), 0);
-    EXPECT_EQ(bmc.watchdog().actions, 2);
+    EXPECT_EQ(bmc.Watchdog().actions, 2);
 }
 
 TEST_F(Watchdog, ResettingItStartsItOver) {
     ASSERT_EQ(SetWatchDogTimer(1, 20000), 0);
-    server.machine().sleep(15);
+    server.GetMachine().Sleep(15);
     EXPECT_EQ(ResetWatchDogTimer(), 0);
-    server.machine().sleep(15);
-    EXPECT_EQ(bmc.watchdogExpirations(), 0);
-    EXPECT_EQ(bmc.watchdogPresent(), 50u);
+    server.GetMachine().Sleep(15);
+    EXPECT_EQ(bmc.WatchdogExpirations(), 0);
+    EXPECT_EQ(bmc.WatchdogPresent(), 50u);
 }
 
 TEST_F(Watchdog, StoppingItSetsThreeMinutesWithoutActionAndNoReset) {
     ASSERT_EQ(SetWatchDogTimer(1, 20000), 0);
-    bmc.forgetRequests();
+    bmc.ForgetRequests();
     EXPECT_EQ(StopWatchDogTimer(), 0);
-    EXPECT_THAT(bmc.requestTexts(), ElementsAre("Set Watchdog Timer 04 00 00 00 08 07"));
-    EXPECT_FALSE(bmc.watchdog().running);
-    server.machine().sleep(1000);
-    EXPECT_EQ(bmc.watchdogExpirations(), 0);
+    EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Set Watchdog Timer 04 00 00 00 08 07"));
+    EXPECT_FALSE(bmc.Watchdog().running);
+    server.GetMachine().Sleep(1000);
+    EXPECT_EQ(bmc.WatchdogExpirations(), 0);
 }
 
 TEST_F(Watchdog, ItsSettingsAndWhatIsLeftAreRead) {
     ASSERT_EQ(SetWatchDogTimer(3, 20000), 0);
-    server.machine().sleep(4);
+    server.GetMachine().Sleep(4);
     unsigned char action = 0;
     int timeOut = 0;
     int present = 0;
@@ -65,7 +65,7 @@ TEST_F(Watchdog, ItsSettingsAndWhatIsLeftAreRead) {
 }
 
 TEST_F(Watchdog, TheVersionIsRead) {
-    bmc.setFirmware(1, 0x25);
+    bmc.SetFirmware(1, 0x25);
     unsigned char major = 0;
     unsigned char minor = 0;
     EXPECT_EQ(GetBMCVersion(&major, &minor), 0);
@@ -78,7 +78,7 @@ TEST_F(Watchdog, TheVersionIsRead) {
 int nested[6];
 
 TEST_F(Watchdog, InsideAQueryEveryFunctionIsBusy) {
-    server.during("ioctl", [] {
+    server.During("ioctl", [] {
         unsigned char byte = 7;
         int number = 7;
         nested[0] = ResetWatchDogTimer();
@@ -90,7 +90,7 @@ TEST_F(Watchdog, InsideAQueryEveryFunctionIsBusy) {
     });
     EXPECT_EQ(ResetWatchDogTimer(), 0);
     EXPECT_THAT(nested, ElementsAre(1, 1, 1, 1, 1, 14));
-    EXPECT_THAT(bmc.requests(), SizeIs(1));
+    EXPECT_THAT(bmc.Requests(), SizeIs(1));
 }
 
 FanInformation innerFans;
@@ -105,7 +105,7 @@ TEST_F(Watchdog, InsideEveryFunctionASensorQueryIsBusy) {
     int number = 0;
     const auto queryWithin = [&](auto function) {
         nested[0] = 77;
-        server.during("ioctl", AskForFans);
+        server.During("ioctl", AskForFans);
         EXPECT_EQ(function(), 0);
         return nested[0];
     };
@@ -120,9 +120,9 @@ TEST_F(Watchdog, InsideEveryFunctionASensorQueryIsBusy) {
 
 TEST_F(Watchdog, InsideTheResetBehindASettingASensorQueryIsBusy) {
     Add(Fan("F", 0x30), 70);
-    bmc.intercept([this](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+    bmc.Intercept([this](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         constexpr std::uint8_t kSetWatchdog = 0x24;
-        if (request.command == kSetWatchdog) server.during("ioctl", AskForFans);
+        if (request.command == kSetWatchdog) server.During("ioctl", AskForFans);
         return std::nullopt;
     });
     EXPECT_EQ(SetWatchDogTimer(1, 20000), 0);
@@ -131,7 +131,7 @@ TEST_F(Watchdog, InsideTheResetBehindASettingASensorQueryIsBusy) {
 
 TEST_F(Watchdog, ARefusedSettingLeavesSensorQueriesBusyUntilALaterCall) {
     Add(Fan("F", 0x30), 70);
-    server.during("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
+    server.During("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
     EXPECT_EQ(ResetWatchDogTimer(), 0);
     EXPECT_EQ(nested[0], 1);
     FanInformation fans{};
@@ -147,7 +147,7 @@ TEST_F(Watchdog, ARefusedSettingLeavesSensorQueriesBusyUntilALaterCall) {
 
 TEST_F(Watchdog, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
     Add(Fan("F", 0x30), 70);
-    server.during("ioctl", [] {
+    server.During("ioctl", [] {
         unsigned char byte = 0;
         int number = 0;
         nested[0] = GetWatchDogTimer(&byte, &number, &number);
@@ -162,7 +162,7 @@ TEST_F(Watchdog, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
 
 TEST_F(Watchdog, AReadingThatIsDoneEndsThatToo) {
     Add(Fan("F", 0x30), 70);
-    server.during("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
+    server.During("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
     EXPECT_EQ(ResetWatchDogTimer(), 0);
     FanInformation fans{};
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);

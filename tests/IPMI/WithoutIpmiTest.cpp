@@ -44,7 +44,7 @@ TEST_F(WithoutIpmi, ListsOfThresholdsAreNotCleared) {
 TEST_F(WithoutIpmi, TheDeviceIsTriedByEachPartOfTheObjectOnce) {
     EXPECT_EQ(IsIpmiSupport(), 0);
     EXPECT_EQ(IsIpmiSupport(), 0);
-    EXPECT_EQ(server.log().count("open"), 3u);
+    EXPECT_EQ(server.GetLog().Count("open"), 3u);
 }
 
 TEST_F(WithoutIpmi, EveryOtherFunctionFails) {

@@ -160,8 +160,8 @@ TEST_P(PciCapture, IsReportedAsLspciShowsIt) {
     const std::vector<LspciFunction> functions = ReportedFunctions(GetParam());
     sim::SimulatedServer server;
     for (const auto& [location, bytes] :
-         sim::readPciText(ContentOf(SharedData("pci") / (GetParam() + ".txt"))))
-        server.pci().set(location, bytes);
+         sim::ReadPciText(ContentOf(SharedData("pci") / (GetParam() + ".txt"))))
+        server.GetPci().Set(location, bytes);
     DeviceInformation record{};
     if (functions.size() > kMostFunctions) {
         EXPECT_EQ(GetPciInfo(&record), -1);

@@ -47,12 +47,12 @@ TEST_F(HostilePci, AnyByteOfAHeaderStaysInTheFieldsOfItsEntry) {
     DEV& entry = box.info.dev[0];
     const DEV& before = marked.info.dev[0];
     PciHeader usual;
-    for (std::size_t at = 0; at < usual.bytes().size(); ++at)
+    for (std::size_t at = 0; at < usual.Image().size(); ++at)
         for (unsigned value = 0; value < 0x100; ++value) {
             PciHeader header = usual;
-            header.byte(at, static_cast<std::uint8_t>(value));
+            header.Byte(at, static_cast<std::uint8_t>(value));
             PCIdevice function;
-            function = reinterpret_cast<const char*>(header.bytes().data());
+            function = reinterpret_cast<const char*>(header.Image().data());
             functionsFound.assign(1, function);
             std::memcpy(&box, &marked, offsetof(DeviceInformation, dev) + sizeof(DEV));
             ASSERT_EQ(GetPciInfo(&box.info), 0) << at << " " << value;
@@ -68,7 +68,7 @@ TEST_F(HostilePci, AnyByteOfAHeaderStaysInTheFieldsOfItsEntry) {
             ASSERT_EQ(entry.DMAChannel, before.DMAChannel) << at << " " << value;
             ASSERT_EQ(entry.Duplex, before.Duplex) << at << " " << value;
             ASSERT_TRUE(UntouchedFrom(1)) << at << " " << value;
-            server.log().clear();
+            server.GetLog().Clear();
         }
 }
 

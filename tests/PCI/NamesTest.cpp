@@ -260,7 +260,7 @@ TEST_F(PciNames, EveryCodeHasTheNameOfItsLastRowOrKeepsTheTextBefore) {
                     ASSERT_STREQ(record.dev[i].type, ExpectedType(codes[i], "type before").c_str())
                         << classCode << " " << subClass << " " << codes[i].progIf;
             }
-            server.log().clear();
+            server.GetLog().Clear();
         }
     }
 }

@@ -17,7 +17,7 @@ protected:
     Scan() {
         EXPECT_EQ(iopl(3), 0);
         scan.m_InitOK = 1;
-        server.log().clear();
+        server.GetLog().Clear();
     }
 
     std::vector<std::string> Locations() {
@@ -26,7 +26,7 @@ protected:
             texts.push_back(sim::PciLocation{static_cast<unsigned>(function.getBusNo()),
                                              static_cast<unsigned>(function.getDevNo()),
                                              static_cast<unsigned>(function.getFuncNo())}
-                                .text());
+                                .Text());
         return texts;
     }
 
@@ -40,7 +40,7 @@ TEST_F(Scan, NewScanHasNoPortAccessAndTouchesNothing) {
     EXPECT_EQ(fresh.m_RetrieveFunction, 0);
     EXPECT_EQ(fresh.m_ConfigAddress, 0xCF8u);
     EXPECT_EQ(fresh.m_DataAddress, 0xCFCu);
-    EXPECT_THAT(server.log().lines(), ElementsAre());
+    EXPECT_THAT(server.GetLog().Lines(), ElementsAre());
 }
 
 TEST_F(Scan, IsInitOkIsTheField) {
@@ -62,7 +62,7 @@ TEST_F(Scan, HeaderIsReadInSixteenDoubleWordsInOrder) {
     Put({3, 5, 1});
     EXPECT_EQ(scan.readPCIheader(3, 5, 1), 0);
 
-    const std::vector<std::string> lines = server.log().lines();
+    const std::vector<std::string> lines = server.GetLog().Lines();
     ASSERT_EQ(lines.size(), 32u);
     EXPECT_EQ(lines[0], "out 0xCF8 4 0x80032900 -> ok");
     EXPECT_EQ(lines[1], "in 0xCFC 4 -> 0x100E8086");
@@ -73,10 +73,10 @@ TEST_F(Scan, HeaderIsReadInSixteenDoubleWordsInOrder) {
 
 TEST_F(Scan, HeaderHoldsEveryByteOfTheFunction) {
     PciHeader header;
-    for (std::size_t i = 0; i < 64; ++i) header.byte(i, static_cast<std::uint8_t>(0x40 + i));
+    for (std::size_t i = 0; i < 64; ++i) header.Byte(i, static_cast<std::uint8_t>(0x40 + i));
     Put({2, 3, 4}, header);
     ASSERT_EQ(scan.readPCIheader(2, 3, 4), 0);
-    EXPECT_EQ(std::memcmp(&scan.m_dev.header, header.bytes().data(), 64), 0);
+    EXPECT_EQ(std::memcmp(&scan.m_dev.header, header.Image().data(), 64), 0);
     EXPECT_EQ(scan.m_dev.getBusNo(), 2);
     EXPECT_EQ(scan.m_dev.getDevNo(), 3);
     EXPECT_EQ(scan.m_dev.getFuncNo(), 4);
@@ -95,12 +95,12 @@ TEST_F(Scan, AbsentFunctionKeepsTheLocationAndOverwritesTheHeader) {
 
 TEST_F(Scan, AbsentFunctionIsReadInSixteenDoubleWordsToo) {
     EXPECT_EQ(scan.readPCIheader(0, 0, 0), -1);
-    EXPECT_EQ(server.log().count("out"), 16u);
-    EXPECT_EQ(server.log().count("in"), 16u);
+    EXPECT_EQ(server.GetLog().Count("out"), 16u);
+    EXPECT_EQ(server.GetLog().Count("in"), 16u);
 }
 
 TEST_F(Scan, VendorOfAllZerosIsAnAbsentFunction) {
-    Put({0, 0, 0}, PciHeader().id(0x0000, 0x1234));
+    Put({0, 0, 0}, PciHeader().Id(0x0000, 0x1234));
     EXPECT_EQ(scan.readPCIheader(0, 0, 0), -1);
     EXPECT_EQ(scan.m_dev.header.DeviceID, 0x1234);
     EXPECT_EQ(scan.getAllDevice(functions), 0);
@@ -108,8 +108,8 @@ TEST_F(Scan, VendorOfAllZerosIsAnAbsentFunction) {
 }
 
 TEST_F(Scan, VendorsNextToTheAbsentOnesAnswer) {
-    Put({0, 0, 0}, PciHeader().id(0x0001, 0));
-    Put({0, 0, 1}, PciHeader().id(0xFFFE, 0));
+    Put({0, 0, 0}, PciHeader().Id(0x0001, 0));
+    Put({0, 0, 1}, PciHeader().Id(0xFFFE, 0));
     EXPECT_EQ(scan.readPCIheader(0, 0, 0), 0);
     EXPECT_EQ(scan.readPCIheader(0, 0, 1), 0);
 }
@@ -121,13 +121,13 @@ TEST_F(Scan, WithoutPortAccessEverythingReadsAllOnesAndNoPortIsTouched) {
     EXPECT_EQ(scan.readPCIheader(0, 0, 0), -1);
     EXPECT_EQ(scan.getAllDevice(functions), 0);
     EXPECT_THAT(functions, ElementsAre());
-    EXPECT_THAT(server.log().lines(), ElementsAre());
+    EXPECT_THAT(server.GetLog().Lines(), ElementsAre());
 }
 
 TEST_F(Scan, PortsAreTheFieldsOfTheScan) {
     scan.m_ConfigAddress = scan.m_DataAddress = 0xCFC;
     (void)scan.readPCIDeviceRegister(0, 0, 0, 0);
-    EXPECT_THAT(server.log().lines(),
+    EXPECT_THAT(server.GetLog().Lines(),
                 ElementsAre("out 0xCFC 4 0x80000000 -> ok", "in 0xCFC 4 -> 0xFFFFFFFF"));
 }
 
@@ -141,7 +141,7 @@ TEST_F(Scan, FunctionsAreListedByBusThenDeviceThenFunction) {
 }
 
 TEST_F(Scan, FunctionsOfASingleFunctionDeviceAreProbedAllTheSame) {
-    Put({0, 4, 0}, PciHeader().byte(14, 0x00));  // the multi-function bit is clear
+    Put({0, 4, 0}, PciHeader().Byte(14, 0x00));  // the multi-function bit is clear
     Put({0, 4, 6});
     Put({0, 5, 3});  // without a function 0
     EXPECT_EQ(scan.getAllDevice(functions), 0);
@@ -159,9 +159,9 @@ TEST_F(Scan, DeviceOnBusElevenIsNeverListed) {
 TEST_F(Scan, FullScanReadsEveryFunctionOnce) {
     Put({0, 0, 0});
     EXPECT_EQ(scan.getAllDevice(functions), 0);
-    EXPECT_EQ(server.log().count("out"), 11u * 32 * 8 * 16);
-    EXPECT_EQ(server.log().count("in"), 11u * 32 * 8 * 16);
-    EXPECT_EQ(server.log().accesses().front().what, "0xCF8 4 0x80000000");
+    EXPECT_EQ(server.GetLog().Count("out"), 11u * 32 * 8 * 16);
+    EXPECT_EQ(server.GetLog().Count("in"), 11u * 32 * 8 * 16);
+    EXPECT_EQ(server.GetLog().Accesses().front().what, "0xCF8 4 0x80000000");
 }
 
 TEST_F(Scan, ListIsEmptiedFirst) {
@@ -183,39 +183,39 @@ TEST_F(Scan, SixtyFifthFunctionEndsTheScanAtOnceAndLeavesTheFirstSixtyFour) {
     EXPECT_EQ(Locations().back(), "00:07.7");
     EXPECT_EQ(scan.m_dev.getDevNo(), 8);
     EXPECT_EQ(scan.m_dev.getFuncNo(), 0);
-    EXPECT_EQ(server.log().count("in"), 65u * 16);
+    EXPECT_EQ(server.GetLog().Count("in"), 65u * 16);
 }
 
 TEST_F(Scan, SearchFindsAFunctionByClassAndSubClass) {
-    Put({0, 3, 0}, PciHeader().code(0x0C, 0x03, 0x20));
-    server.log().clear();
+    Put({0, 3, 0}, PciHeader().Code(0x0C, 0x03, 0x20));
+    server.GetLog().Clear();
     EXPECT_EQ(scan.searchDevice(0x0C, 0x03), 1);
     EXPECT_EQ(scan.m_dev.getDevNo(), 3);
-    EXPECT_EQ(server.log().count("in"), (3u * 8 + 1) * 16);  // and ends there
+    EXPECT_EQ(server.GetLog().Count("in"), (3u * 8 + 1) * 16);  // and ends there
 }
 
 TEST_F(Scan, SearchNeedsBothCodes) {
-    Put({0, 3, 0}, PciHeader().code(0x0C, 0x03, 0x20));
+    Put({0, 3, 0}, PciHeader().Code(0x0C, 0x03, 0x20));
     EXPECT_EQ(scan.searchDevice(0x0C, 0x05), 0);
     EXPECT_EQ(scan.searchDevice(0x03, 0x03), 0);
 }
 
 TEST_F(Scan, SearchLooksAtEveryFunctionOfElevenBuses) {
-    Put({10, 31, 7}, PciHeader().code(0x01, 0x04, 0x00));
-    Put({11, 0, 0}, PciHeader().code(0x01, 0x07, 0x00));
+    Put({10, 31, 7}, PciHeader().Code(0x01, 0x04, 0x00));
+    Put({11, 0, 0}, PciHeader().Code(0x01, 0x07, 0x00));
     EXPECT_EQ(scan.searchDevice(0x01, 0x04), 1);
     EXPECT_EQ(scan.searchDevice(0x01, 0x07), 0);
 }
 
 TEST_F(Scan, SearchForAllOnesMatchesAtTheFirstAbsentFunction) {
     Put({0, 0, 0});
-    server.log().clear();
+    server.GetLog().Clear();
     EXPECT_EQ(scan.searchDevice(0xFF, 0xFF), 1);
-    EXPECT_EQ(server.log().count("in"), 2u * 16);
+    EXPECT_EQ(server.GetLog().Count("in"), 2u * 16);
 }
 
 TEST_F(Scan, SearchComparesSignedWordsWithBytes) {
-    Put({0, 0, 0}, PciHeader().code(0xFE, 0x80, 0x00));
+    Put({0, 0, 0}, PciHeader().Code(0xFE, 0x80, 0x00));
     EXPECT_EQ(scan.searchDevice(0xFE, 0x80), 1);
     EXPECT_EQ(scan.searchDevice(-2, -128), 0);
     EXPECT_EQ(scan.searchDevice(-1, -1), 0);
@@ -223,7 +223,7 @@ TEST_F(Scan, SearchComparesSignedWordsWithBytes) {
 }
 
 TEST_F(Scan, SearchFindsTheCodesOfAFunctionWithoutAVendor) {
-    Put({0, 1, 0}, PciHeader().id(0x0000, 0).code(0x09, 0x02, 0x00));
+    Put({0, 1, 0}, PciHeader().Id(0x0000, 0).Code(0x09, 0x02, 0x00));
     EXPECT_EQ(scan.searchDevice(0x09, 0x02), 1);
 }
 

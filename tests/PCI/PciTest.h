@@ -17,32 +17,32 @@
 // A configuration header written field by field; an Ethernet controller unless said otherwise.
 class PciHeader {
 public:
-    PciHeader() : bytes_(64, 0) { id(0x8086, 0x100E).code(0x02, 0x00, 0x00); }
+    PciHeader() : bytes_(64, 0) { Id(0x8086, 0x100E).Code(0x02, 0x00, 0x00); }
 
-    PciHeader& id(std::uint16_t vendor, std::uint16_t device) {
-        return word(0, vendor).word(2, device);
+    PciHeader& Id(std::uint16_t vendor, std::uint16_t device) {
+        return Word(0, vendor).Word(2, device);
     }
-    PciHeader& status(std::uint16_t value) { return word(6, value); }
-    PciHeader& revision(std::uint8_t value) { return byte(8, value); }
-    PciHeader& code(std::uint8_t classCode, std::uint8_t subClass, std::uint8_t progIf) {
-        return byte(9, progIf).byte(10, subClass).byte(11, classCode);
+    PciHeader& Status(std::uint16_t value) { return Word(6, value); }
+    PciHeader& Revision(std::uint8_t value) { return Byte(8, value); }
+    PciHeader& Code(std::uint8_t classCode, std::uint8_t subClass, std::uint8_t progIf) {
+        return Byte(9, progIf).Byte(10, subClass).Byte(11, classCode);
     }
-    PciHeader& baseAddress(std::uint32_t value) {
-        return word(16, static_cast<std::uint16_t>(value))
-            .word(18, static_cast<std::uint16_t>(value >> 16));
+    PciHeader& BaseAddress(std::uint32_t value) {
+        return Word(16, static_cast<std::uint16_t>(value))
+            .Word(18, static_cast<std::uint16_t>(value >> 16));
     }
-    PciHeader& interruptLine(std::uint8_t value) { return byte(60, value); }
+    PciHeader& InterruptLine(std::uint8_t value) { return Byte(60, value); }
 
-    PciHeader& byte(std::size_t offset, std::uint8_t value) {
+    PciHeader& Byte(std::size_t offset, std::uint8_t value) {
         bytes_.at(offset) = value;
         return *this;
     }
-    PciHeader& word(std::size_t offset, std::uint16_t value) {
-        return byte(offset, static_cast<std::uint8_t>(value))
-            .byte(offset + 1, static_cast<std::uint8_t>(value >> 8));
+    PciHeader& Word(std::size_t offset, std::uint16_t value) {
+        return Byte(offset, static_cast<std::uint8_t>(value))
+            .Byte(offset + 1, static_cast<std::uint8_t>(value >> 8));
     }
 
-    const sim::Bytes& bytes() const { return bytes_; }
+    const sim::Bytes& Image() const { return bytes_; }
 
 private:
     sim::Bytes bytes_;
@@ -51,7 +51,7 @@ private:
 class PciTest : public ::testing::Test {
 protected:
     void Put(const sim::PciLocation& location, const PciHeader& header = {}) {
-        server.pci().set(location, header.bytes());
+        server.GetPci().Set(location, header.Image());
     }
 
     // So many functions, from bus 0 on as they come.

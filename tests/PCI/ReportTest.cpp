@@ -23,14 +23,14 @@ constexpr std::size_t kRevision = 184, kStatus = 188;
 // A text field that was cleared before.
 void Field(RecordImage& image, std::size_t offset, std::size_t size, std::string text) {
     text.resize(size, '\0');
-    image.copied(offset, text);
+    image.Copied(offset, text);
 }
 
 // The calls but for port instructions.
 std::vector<std::string> CallsOf(sim::SimulatedServer& server) {
     std::vector<std::string> calls;
-    for (const sim::Access& access : server.log().accesses())
-        if (access.call != "in" && access.call != "out") calls.push_back(access.text());
+    for (const sim::Access& access : server.GetLog().Accesses())
+        if (access.call != "in" && access.call != "out") calls.push_back(access.Text());
     return calls;
 }
 
@@ -38,31 +38,31 @@ class PciReport : public PciTest {};
 
 TEST_F(PciReport, WritesTheFieldsOfOneFunctionAndNothingElse) {
     Put({2, 10, 1}, PciHeader()
-                        .code(0x02, 0x00, 0x00)
-                        .status(0x0290)
-                        .revision(0x42)
-                        .baseAddress(0xFEBC0001)
-                        .interruptLine(11));
+                        .Code(0x02, 0x00, 0x00)
+                        .Status(0x0290)
+                        .Revision(0x42)
+                        .BaseAddress(0xFEBC0001)
+                        .InterruptLine(11));
     RecordImage expected(sizeof(DeviceInformation));
-    expected.number(0, 1);
+    expected.Number(0, 1);
     Field(expected, EntryAt(0) + kModel, 64, "Network controller");
     Field(expected, EntryAt(0) + kType, 64, "Ethernet controller");
-    expected.text(EntryAt(0) + kDesc, "bus:2, dev:10, func:1");
-    expected.number(EntryAt(0) + kIrq, 11);
-    expected.number(EntryAt(0) + kIoBase, static_cast<std::int32_t>(0xFEBC0001));
-    expected.number(EntryAt(0) + kRevision, 0x42);
+    expected.Text(EntryAt(0) + kDesc, "bus:2, dev:10, func:1");
+    expected.Number(EntryAt(0) + kIrq, 11);
+    expected.Number(EntryAt(0) + kIoBase, static_cast<std::int32_t>(0xFEBC0001));
+    expected.Number(EntryAt(0) + kRevision, 0x42);
     Field(expected, EntryAt(0) + kStatus, 256,
           "Capabilities List;Fast Back-to-Back Capable;Speed=Medium;");
 
     RecordImage actual(sizeof(DeviceInformation));
-    EXPECT_EQ(GetPciInfo(static_cast<DeviceInformation*>(actual.data())), 0);
+    EXPECT_EQ(GetPciInfo(static_cast<DeviceInformation*>(actual.Data())), 0);
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
 TEST_F(PciReport, EntriesFollowTheScanAndThoseBehindStay) {
-    Put({1, 0, 0}, PciHeader().revision(3));
-    Put({0, 0, 1}, PciHeader().revision(2));
-    Put({0, 0, 0}, PciHeader().revision(1));
+    Put({1, 0, 0}, PciHeader().Revision(3));
+    Put({0, 0, 1}, PciHeader().Revision(2));
+    Put({0, 0, 0}, PciHeader().Revision(1));
     std::memset(&record, 0x5A, sizeof record);
     EXPECT_EQ(GetPciInfo(&record), 0);
     EXPECT_EQ(record.quantity, 3);
@@ -89,18 +89,18 @@ TEST_F(PciReport, ServerWithoutFunctionsHasAQuantityOfZero) {
 }
 
 TEST_F(PciReport, InterruptLineOfAllOnesIsReportedAsZero) {
-    EXPECT_EQ(ReportOf(PciHeader().interruptLine(0xFF)).IRQ, 0);
+    EXPECT_EQ(ReportOf(PciHeader().InterruptLine(0xFF)).IRQ, 0);
 }
 
 TEST_F(PciReport, OtherInterruptLinesAreReportedAsTheyAre) {
-    EXPECT_EQ(ReportOf(PciHeader().interruptLine(0x0B)).IRQ, 11);
-    EXPECT_EQ(ReportOf(PciHeader().interruptLine(0x00)).IRQ, 0);
-    EXPECT_EQ(ReportOf(PciHeader().interruptLine(0xFE)).IRQ, 254);
+    EXPECT_EQ(ReportOf(PciHeader().InterruptLine(0x0B)).IRQ, 11);
+    EXPECT_EQ(ReportOf(PciHeader().InterruptLine(0x00)).IRQ, 0);
+    EXPECT_EQ(ReportOf(PciHeader().InterruptLine(0xFE)).IRQ, 254);
 }
 
 TEST_F(PciReport, FirstBaseAddressKeepsItsFlagBits) {
-    EXPECT_EQ(ReportOf(PciHeader().baseAddress(0x0000FFA1)).IOBase, 0xFFA1);
-    EXPECT_EQ(ReportOf(PciHeader().baseAddress(0xFFFFFFF8)).IOBase, -8);
+    EXPECT_EQ(ReportOf(PciHeader().BaseAddress(0x0000FFA1)).IOBase, 0xFFA1);
+    EXPECT_EQ(ReportOf(PciHeader().BaseAddress(0xFFFFFFF8)).IOBase, -8);
 }
 
 TEST_F(PciReport, StatusRegisterHasOneTextForEachBit) {
@@ -122,19 +122,19 @@ TEST_F(PciReport, StatusRegisterHasOneTextForEachBit) {
         {0x0647, ""},  // bits 0 to 2 and 6 have no text
     };
     unsigned device = 0;
-    for (const auto& [status, text] : cases) Put({0, device++, 0}, PciHeader().status(status));
+    for (const auto& [status, text] : cases) Put({0, device++, 0}, PciHeader().Status(status));
     ASSERT_EQ(Report().quantity, static_cast<int>(std::size(cases)));
     const DEV* entry = record.dev;
     for (const auto& [status, text] : cases) EXPECT_STREQ((entry++)->status, text) << status;
 }
 
 TEST_F(PciReport, Status0290HasExactlyItsThreeTexts) {
-    EXPECT_STREQ(ReportOf(PciHeader().status(0x0290)).status,
+    EXPECT_STREQ(ReportOf(PciHeader().Status(0x0290)).status,
                  "Capabilities List;Fast Back-to-Back Capable;Speed=Medium;");
 }
 
 TEST_F(PciReport, AllStatusTextsAtOnceStandInTheOrderOfTheirBits) {
-    EXPECT_STREQ(ReportOf(PciHeader().status(0xFBFF)).status,
+    EXPECT_STREQ(ReportOf(PciHeader().Status(0xFBFF)).status,
                  "Interrupt Status;Capabilities List;66 MHz Capable;Fast Back-to-Back Capable;"
                  "Master Data Parity Error;Speed=Medium;Signaled Target Abort;"
                  "Received Target Abort;Received Master Abort;Signaled system Error;"
@@ -142,7 +142,7 @@ TEST_F(PciReport, AllStatusTextsAtOnceStandInTheOrderOfTheirBits) {
 }
 
 TEST_F(PciReport, StatusIsClearedBeforeItsTextsAreAppended) {
-    Put({0, 0, 0}, PciHeader().status(0x0610));
+    Put({0, 0, 0}, PciHeader().Status(0x0610));
     std::strcpy(record.dev[0].status, "of the report before;");
     EXPECT_EQ(GetPciInfo(&record), 0);
     EXPECT_STREQ(record.dev[0].status, "Capabilities List;");
@@ -151,17 +151,17 @@ TEST_F(PciReport, StatusIsClearedBeforeItsTextsAreAppended) {
 TEST_F(PciReport, TellsTheKernelThatItUsesPortsAndThatItIsDone) {
     EXPECT_EQ(Report().quantity, 0);
     EXPECT_THAT(CallsOf(server), ElementsAre("iopl 3 -> 0", "iopl 0 -> 0"));
-    EXPECT_EQ(server.log().count("in"), 45056u);
-    EXPECT_EQ(server.log().count("out"), 45056u);
+    EXPECT_EQ(server.GetLog().Count("in"), 45056u);
+    EXPECT_EQ(server.GetLog().Count("out"), 45056u);
 }
 
 TEST_F(PciReport, WithoutPrivilegeNoPortIsTouchedAndNothingIsFound) {
     Put({0, 0, 0});
-    server.fail("iopl", 1, EPERM);
+    server.Fail("iopl", 1, EPERM);
     record.quantity = 7;
     EXPECT_EQ(GetPciInfo(&record), 0);
     EXPECT_EQ(record.quantity, 0);
-    EXPECT_THAT(server.log().lines(), ElementsAre("iopl 3 -> -1 EPERM", "iopl 0 -> 0"));
+    EXPECT_THAT(server.GetLog().Lines(), ElementsAre("iopl 3 -> -1 EPERM", "iopl 0 -> 0"));
 }
 
 TEST_F(PciReport, SixtyFourFunctionsAreReported) {
@@ -174,12 +174,12 @@ TEST_F(PciReport, SixtyFiveFunctionsAreTriedThreeTimesWithALongPauseAfterEach) {
     PutMany(65);
     RecordImage expected(sizeof(DeviceInformation));
     RecordImage actual(sizeof(DeviceInformation));
-    EXPECT_EQ(GetPciInfo(static_cast<DeviceInformation*>(actual.data())), -1);
+    EXPECT_EQ(GetPciInfo(static_cast<DeviceInformation*>(actual.Data())), -1);
     EXPECT_TRUE(SameBytes(expected, actual));
     EXPECT_THAT(CallsOf(server), ElementsAre("iopl 3 -> 0", "sleep 5000 -> 0", "sleep 5000 -> 0",
                                              "sleep 5000 -> 0", "iopl 0 -> 0"));
-    EXPECT_EQ(server.clock(), std::chrono::seconds(15000));
-    EXPECT_EQ(server.log().count("in"), 3u * 65 * 16);
+    EXPECT_EQ(server.Clock(), std::chrono::seconds(15000));
+    EXPECT_EQ(server.GetLog().Count("in"), 3u * 65 * 16);
 }
 
 sim::SimulatedServer* serverOfTheAction = nullptr;
@@ -187,16 +187,16 @@ sim::SimulatedServer* serverOfTheAction = nullptr;
 TEST_F(PciReport, AttemptAfterAFailedOneCanSucceed) {
     PutMany(65);
     serverOfTheAction = &server;
-    server.during("sleep", [] {
-        serverOfTheAction->pci().set({0, 8, 0}, PciHeader().id(0, 0).bytes());
+    server.During("sleep", [] {
+        serverOfTheAction->GetPci().Set({0, 8, 0}, PciHeader().Id(0, 0).Image());
     });
     EXPECT_EQ(Report().quantity, 64);
-    EXPECT_EQ(server.clock(), std::chrono::seconds(5000));
+    EXPECT_EQ(server.Clock(), std::chrono::seconds(5000));
 }
 
 TEST_F(PciReport, PrivilegeIsLoweredWhenTheListFindsNoMemory) {
     Put({0, 0, 0});
-    server.failAllocation(1);
+    server.FailAllocation(1);
     EXPECT_THROW((void)GetPciInfo(&record), std::bad_alloc);
     EXPECT_THAT(CallsOf(server), ElementsAre("iopl 3 -> 0", "iopl 0 -> 0"));
 }
@@ -206,7 +206,7 @@ TEST_F(PciReport, CommandOfGetInfoNeedsNoSmbiosTable) {
     EXPECT_EQ(GetInfo(TALVANE_PCI, &record), 0);
     EXPECT_EQ(record.quantity, 1);
     EXPECT_STREQ(record.dev[0].desc, "bus:0, dev:3, func:0");
-    EXPECT_EQ(server.log().count("open"), 0u);
+    EXPECT_EQ(server.GetLog().Count("open"), 0u);
 }
 
 TEST_F(PciReport, CommandOfGetInfoIgnoresAFailedScan) {
@@ -219,7 +219,7 @@ TEST_F(PciReport, CommandOfGetInfoIgnoresAFailedScan) {
 int nestedAnswer = 0;
 
 TEST_F(PciReport, CommandInsideTheCommandIsRefusedAsBusy) {
-    server.during("in", [] { nestedAnswer = GetInfo(TALVANE_PCI, nullptr); });
+    server.During("in", [] { nestedAnswer = GetInfo(TALVANE_PCI, nullptr); });
     EXPECT_EQ(GetInfo(TALVANE_PCI, &record), 0);
     EXPECT_EQ(nestedAnswer, 1);
     EXPECT_EQ(GetInfo(TALVANE_PCI, &record), 0);

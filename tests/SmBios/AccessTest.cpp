@@ -23,8 +23,8 @@ class Access : public ::testing::Test {
 protected:
     Access() {
         sim::SmbiosTable table;
-        table.add(SmBios::TYPE_OEM_STRINGS, 1, 4);
-        server.memory().placeSmbios(table.bytes());
+        table.Add(SmBios::TYPE_OEM_STRINGS, 1, 4);
+        server.GetMemory().PlaceSmbios(table.Image());
         reader.emplace();
     }
 

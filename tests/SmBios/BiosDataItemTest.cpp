@@ -20,8 +20,8 @@ protected:
     }
     BiosDataItem& MakeWithStrings(const std::vector<std::string>& strings) {
         sim::SmbiosStructure made(11, 0x1234, 5);
-        for (const std::string& text : strings) made.string(text);
-        return Make(made.bytes());
+        for (const std::string& text : strings) made.String(text);
+        return Make(made.Image());
     }
 
     sim::Bytes structure;

@@ -9,10 +9,10 @@ class BoardTest : public SmBiosTest {
 protected:
     // A base board whose five texts start with `name`.
     void AddBoard(const std::string& name, int contained, std::uint8_t length = 17) {
-        sim::SmbiosStructure& board = table.add(2, handle++, length);
-        board.string(4, name + " maker").string(5, name + " product");
-        board.string(6, name + " version").string(7, name + " serial").string(8, name + " tag");
-        if (length > 14) board.byte(14, static_cast<std::uint8_t>(contained));
+        sim::SmbiosStructure& board = table.Add(2, handle++, length);
+        board.String(4, name + " maker").String(5, name + " product");
+        board.String(6, name + " version").String(7, name + " serial").String(8, name + " tag");
+        if (length > 14) board.Byte(14, static_cast<std::uint8_t>(contained));
     }
 
     void ExpectBoard(const std::string& name) {
@@ -35,7 +35,7 @@ protected:
 };
 
 TEST_F(BoardTest, BiosTextsComeFromTheFirstStructure) {
-    table.add(0, 0, 20).string(8, "10/31/02").string(4, "Vendor").string(5, "Version");
+    table.Add(0, 0, 20).String(8, "10/31/02").String(4, "Vendor").String(5, "Version");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));
     EXPECT_EQ(Ask(&SmBios::GetBiosVersion, 32), Copied("Version"));
@@ -43,8 +43,8 @@ TEST_F(BoardTest, BiosTextsComeFromTheFirstStructure) {
 }
 
 TEST_F(BoardTest, BiosTextsComeFromTheFirstStructureEvenIfItIsOfAnotherType) {
-    table.add(9, 0, 12).string(4, "Slot").string(5, "X").string(8, "Y");
-    table.add(0, 1, 20).string(4, "Vendor").string(5, "Version").string(8, "Date");
+    table.Add(9, 0, 12).String(4, "Slot").String(5, "X").String(8, "Y");
+    table.Add(0, 1, 20).String(4, "Vendor").String(5, "Version").String(8, "Date");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Slot"));
     EXPECT_EQ(Ask(&SmBios::GetBiosVersion, 32), Copied("X"));
@@ -52,9 +52,9 @@ TEST_F(BoardTest, BiosTextsComeFromTheFirstStructureEvenIfItIsOfAnotherType) {
 }
 
 TEST_F(BoardTest, SystemTextsComeFromTheFirstSystemStructure) {
-    table.add(0, 0, 20);
-    table.add(1, 1, 8).string(7, "SN1").string(6, "V1").string(5, "Product").string(4, "Maker");
-    table.add(1, 2, 8).string(4, "Other").string(5, "Other").string(6, "Other").string(7, "Other");
+    table.Add(0, 0, 20);
+    table.Add(1, 1, 8).String(7, "SN1").String(6, "V1").String(5, "Product").String(4, "Maker");
+    table.Add(1, 2, 8).String(4, "Other").String(5, "Other").String(6, "Other").String(7, "Other");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("Maker"));
     EXPECT_EQ(Ask(&SmBios::GetSysProductname, 32), Copied("Product"));
@@ -63,7 +63,7 @@ TEST_F(BoardTest, SystemTextsComeFromTheFirstSystemStructure) {
 }
 
 TEST_F(BoardTest, MissingSystemStructureAnswersMinusOne) {
-    table.add(0, 0, 20);
+    table.Add(0, 0, 20);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Missing());
     EXPECT_EQ(Ask(&SmBios::GetSysProductname, 32), Missing());
@@ -73,8 +73,8 @@ TEST_F(BoardTest, MissingSystemStructureAnswersMinusOne) {
 }
 
 TEST_F(BoardTest, MissingStringsAnswerMinusOne) {
-    table.add(0, 0, 20);
-    table.add(1, 1, 8).string(4, "Maker").byte(5, 0).byte(6, 21).byte(7, 4);
+    table.Add(0, 0, 20);
+    table.Add(1, 1, 8).String(4, "Maker").Byte(5, 0).Byte(6, 21).Byte(7, 4);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Missing());
     EXPECT_EQ(Ask(&SmBios::GetBiosVersion, 32), Missing());
@@ -85,14 +85,14 @@ TEST_F(BoardTest, MissingStringsAnswerMinusOne) {
 }
 
 TEST_F(BoardTest, StringNumbersJustPastTheLastStringCopyAnEmptyText) {
-    table.add(1, 1, 8).string(4, "Maker").byte(5, 2).byte(6, 3);
+    table.Add(1, 1, 8).String(4, "Maker").Byte(5, 2).Byte(6, 3);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetSysProductname, 32), NothingWritten());
     EXPECT_EQ(Ask(&SmBios::GetSysVersion, 32), NothingWritten());
 }
 
 TEST_F(BoardTest, FieldsBehindAShortStructureReadAsZero) {
-    table.add(1, 1, 5).string(4, "Maker").string("Product");
+    table.Add(1, 1, 5).String(4, "Maker").String("Product");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("Maker"));
     EXPECT_EQ(Ask(&SmBios::GetSysProductname, 32), Missing());
@@ -100,7 +100,7 @@ TEST_F(BoardTest, FieldsBehindAShortStructureReadAsZero) {
 }
 
 TEST_F(BoardTest, BoundedCopyTakesAtMostSizeMinusOneBytesAndNoTerminator) {
-    table.add(1, 1, 8).string(4, "0123456789");
+    table.Add(1, 1, 8).String(4, "0123456789");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 12), Copied("0123456789"));
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 11), Copied("0123456789"));
@@ -110,7 +110,7 @@ TEST_F(BoardTest, BoundedCopyTakesAtMostSizeMinusOneBytesAndNoTerminator) {
 }
 
 TEST_F(BoardTest, BoundedCopyTakesBytesAsTheyAre) {
-    table.add(1, 1, 8).string(4, " \x01 \xFF-tail  ");
+    table.Add(1, 1, 8).String(4, " \x01 \xFF-tail  ");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied(" \x01 \xFF-tail  "));
 }
@@ -178,7 +178,7 @@ TEST_F(BoardTest, BoardTextsAreCutToTheSize) {
 }
 
 TEST_F(BoardTest, BoardWithoutAStringAnswersMinusOneForItAlone) {
-    table.add(2, 1, 15).string(4, "maker").string(7, "serial");
+    table.Add(2, 1, 15).String(4, "maker").String(7, "serial");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetBoardManufacturer, 32), Copied("maker"));
     EXPECT_EQ(Ask(&SmBios::GetBoardProduct, 32), Missing());
@@ -188,8 +188,8 @@ TEST_F(BoardTest, BoardWithoutAStringAnswersMinusOneForItAlone) {
 }
 
 TEST_F(BoardTest, EveryGetterIsAnsweredFromALegacyDmiTableToo) {
-    table.add(0, 0, 20).string(4, "Vendor");
-    table.add(1, 1, 8).string(5, "Product");
+    table.Add(0, 0, 20).String(4, "Vendor");
+    table.Add(1, 1, 8).String(5, "Product");
     AddBoard("only", 1);
     OpenDmi();
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));

@@ -10,13 +10,13 @@ namespace {
 class CacheTest : public SmBiosTest {
 protected:
     sim::SmbiosStructure& AddCache(int handle) {
-        return table.add(7, static_cast<std::uint16_t>(handle), 19);
+        return table.Add(7, static_cast<std::uint16_t>(handle), 19);
     }
     sim::SmbiosStructure& AddProcessor(int l1, int l2, int l3) {
-        return table.add(4, 0x400, 35)
-            .word(26, static_cast<std::uint16_t>(l1))
-            .word(28, static_cast<std::uint16_t>(l2))
-            .word(30, static_cast<std::uint16_t>(l3));
+        return table.Add(4, 0x400, 35)
+            .Word(26, static_cast<std::uint16_t>(l1))
+            .Word(28, static_cast<std::uint16_t>(l2))
+            .Word(30, static_cast<std::uint16_t>(l3));
     }
 
     // All four getters of one level.
@@ -33,9 +33,9 @@ protected:
 };
 
 TEST_F(CacheTest, EachLevelIsReadFromItsHandle) {
-    AddCache(0x701).string(4, "L3 Cache").word(7, 2048).word(9, 1024).byte(15, 12);
-    AddCache(0x702).string(4, "L1 Cache").word(7, 16).word(9, 8).byte(15, 2);
-    AddCache(0x703).string(4, "L2 Cache").word(7, 512).word(9, 256).byte(15, 5);
+    AddCache(0x701).String(4, "L3 Cache").Word(7, 2048).Word(9, 1024).Byte(15, 12);
+    AddCache(0x702).String(4, "L1 Cache").Word(7, 16).Word(9, 8).Byte(15, 2);
+    AddCache(0x703).String(4, "L2 Cache").Word(7, 512).Word(9, 256).Byte(15, 5);
     AddProcessor(0x702, 0x703, 0x701);
     Open();
     ExpectCache(1, 0, Copied("L1 Cache"), Terminated("16 KB"), Terminated("8 KB"),
@@ -47,8 +47,8 @@ TEST_F(CacheTest, EachLevelIsReadFromItsHandle) {
 }
 
 TEST_F(CacheTest, EachProcessorHasItsOwnHandles) {
-    AddCache(0x701).string(4, "one");
-    AddCache(0x702).string(4, "two");
+    AddCache(0x701).String(4, "one");
+    AddCache(0x702).String(4, "two");
     AddProcessor(0x701, 0xFFFF, 0xFFFF);
     AddProcessor(0x702, 0xFFFF, 0xFFFF);
     Open();
@@ -57,7 +57,7 @@ TEST_F(CacheTest, EachProcessorHasItsOwnHandles) {
 }
 
 TEST_F(CacheTest, MaxSize8010GivesOneMebibyteInKilobytes) {
-    AddCache(0x701).word(7, 0x8010).word(9, 0x8008);
+    AddCache(0x701).Word(7, 0x8010).Word(9, 0x8008);
     Open();
     EXPECT_EQ(AskHandle(&SmBios::GetCacheMaxSizePrivate, 0x701), Terminated("1024 KB"));
     EXPECT_EQ(AskHandle(&SmBios::GetCacheInstalledSizePrivate, 0x701), Terminated("512 KB"));
@@ -70,8 +70,8 @@ TEST_F(CacheTest, SizesBelow8000AreKilobytesAndOthersMultiplesOfSixtyFour) {
     };
     for (const auto& [size, text] : sizes) {
         NewTable();
-        AddCache(1).word(7, static_cast<std::uint16_t>(size));
-        AddCache(2).word(9, static_cast<std::uint16_t>(size));
+        AddCache(1).Word(7, static_cast<std::uint16_t>(size));
+        AddCache(2).Word(9, static_cast<std::uint16_t>(size));
         Open();
         EXPECT_EQ(AskHandle(&SmBios::GetCacheMaxSizePrivate, 1), Terminated(text)) << size;
         EXPECT_EQ(AskHandle(&SmBios::GetCacheInstalledSizePrivate, 2), Terminated(text)) << size;
@@ -79,8 +79,8 @@ TEST_F(CacheTest, SizesBelow8000AreKilobytesAndOthersMultiplesOfSixtyFour) {
 }
 
 TEST_F(CacheTest, SpeedIsWrittenWithoutABlankAndZeroIsUnknown) {
-    AddCache(1).byte(15, 255);
-    AddCache(2).byte(15, 0);
+    AddCache(1).Byte(15, 255);
+    AddCache(2).Byte(15, 0);
     AddProcessor(1, 2, 0xFFFF);
     Open();
     EXPECT_EQ(AskHandle(&SmBios::GetCacheSpeedPrivate, 1), Terminated("255ns"));
@@ -89,7 +89,7 @@ TEST_F(CacheTest, SpeedIsWrittenWithoutABlankAndZeroIsUnknown) {
 }
 
 TEST_F(CacheTest, DesignationIsABoundedCopy) {
-    AddCache(1).string(4, "0123456789");
+    AddCache(1).String(4, "0123456789");
     AddCache(2);
     AddProcessor(1, 2, 0xFFFF);
     Open();
@@ -111,34 +111,34 @@ TEST_F(CacheTest, UnknownHandleAnswersMinusOne) {
 }
 
 TEST_F(CacheTest, HandleOfAnotherTypeIsNoCache) {
-    table.add(8, 0x701, 19).word(7, 16);
+    table.Add(8, 0x701, 19).Word(7, 16);
     Open();
     EXPECT_EQ(AskHandle(&SmBios::GetCacheMaxSizePrivate, 0x701), Missing());
 }
 
 TEST_F(CacheTest, FirstOfTwoCachesWithOneHandleIsTaken) {
-    AddCache(0x701).word(7, 16);
-    AddCache(0x701).word(7, 32);
+    AddCache(0x701).Word(7, 16);
+    AddCache(0x701).Word(7, 32);
     Open();
     EXPECT_EQ(AskHandle(&SmBios::GetCacheMaxSizePrivate, 0x701), Terminated("16 KB"));
 }
 
 TEST_F(CacheTest, HandleZeroIsAHandleLikeAnyOther) {
-    AddCache(0).word(7, 16);
+    AddCache(0).Word(7, 16);
     AddProcessor(0, 0xFFFF, 0xFFFF);
     Open();
     EXPECT_EQ(AskNth(&SmBios::GetCacheMaxSize, 1, 0), Terminated("16 KB"));
 }
 
 TEST_F(CacheTest, PrivateGettersLookForHandleFFFFToo) {
-    AddCache(0xFFFF).word(7, 16);
+    AddCache(0xFFFF).Word(7, 16);
     Open();
     EXPECT_EQ(AskHandle(&SmBios::GetCacheMaxSizePrivate, 0xFFFF), Terminated("16 KB"));
     EXPECT_EQ(AskHandle(&SmBios::GetCacheMaxSizePrivate, 0x1FFFF), Missing());
 }
 
 TEST_F(CacheTest, WalkEndsAfterTwoHundredFiftyFiveCaches) {
-    for (int i = 1; i <= 256; ++i) AddCache(i).word(7, static_cast<std::uint16_t>(i));
+    for (int i = 1; i <= 256; ++i) AddCache(i).Word(7, static_cast<std::uint16_t>(i));
     Open();
     EXPECT_EQ(AskHandle(&SmBios::GetCacheMaxSizePrivate, 255), Terminated("255 KB"));
     EXPECT_EQ(AskHandle(&SmBios::GetCacheMaxSizePrivate, 256), Missing());
@@ -187,7 +187,7 @@ TEST_F(CacheTest, FallbackDesignationIsCutToTheSize) {
 }
 
 TEST_F(CacheTest, MissingProcessorAnswersMinusOne) {
-    AddCache(0).string(4, "found by mistake").word(7, 16).word(9, 8).byte(15, 1);
+    AddCache(0).String(4, "found by mistake").Word(7, 16).Word(9, 8).Byte(15, 1);
     AddCache(0x701);
     AddProcessor(0x701, 0xFFFF, 0xFFFF);
     Open();
@@ -196,27 +196,27 @@ TEST_F(CacheTest, MissingProcessorAnswersMinusOne) {
 }
 
 TEST_F(CacheTest, LevelIsNotRangeChecked) {
-    AddCache(0x701).string(4, "c").word(7, 16).word(9, 8).byte(15, 1);
-    AddProcessor(0xFFFF, 0xFFFF, 0xFFFF).word(32, 0x701).word(24, 0x701);
+    AddCache(0x701).String(4, "c").Word(7, 16).Word(9, 8).Byte(15, 1);
+    AddProcessor(0xFFFF, 0xFFFF, 0xFFFF).Word(32, 0x701).Word(24, 0x701);
     Open();
     ExpectCache(1, 3, Copied("c"), Terminated("16 KB"), Terminated("8 KB"), Terminated("1ns"));
     ExpectCache(1, -1, Copied("c"), Terminated("16 KB"), Terminated("8 KB"), Terminated("1ns"));
 }
 
 TEST_F(CacheTest, LevelsOutsideTheStructureReadAHandleOfZero) {
-    AddCache(0x701).word(7, 16);
+    AddCache(0x701).Word(7, 16);
     AddProcessor(0xFFFF, 0xFFFF, 0xFFFF);
     Open();
     constexpr int kOutside[] = {5, 1000, INT_MAX, -14, -1000, INT_MIN};
     for (const int level : kOutside) ExpectAll(1, level, Missing());
-    AddCache(0).word(7, 32);
+    AddCache(0).Word(7, 32);
     Open();
     for (const int level : kOutside)
         EXPECT_EQ(AskNth(&SmBios::GetCacheMaxSize, 1, level), Terminated("32 KB")) << level;
 }
 
 TEST_F(CacheTest, ShortProcessorStructureReadsAHandleOfZero) {
-    table.add(4, 1, 26);
+    table.Add(4, 1, 26);
     Open();
     ExpectAll(1, 0, Missing());
 }

@@ -9,7 +9,7 @@ namespace {
 class CoolingTest : public SmBiosTest {
 protected:
     sim::SmbiosStructure& AddFan(int typeAndStatus = 3, std::uint8_t length = 15) {
-        return table.add(27, handle++, length).byte(6, static_cast<std::uint8_t>(typeAndStatus));
+        return table.Add(27, handle++, length).Byte(6, static_cast<std::uint8_t>(typeAndStatus));
     }
 
     std::uint16_t handle = 0x1B00;
@@ -32,7 +32,7 @@ TEST_F(CoolingTest, EveryTypeHasItsDescription) {
         NewTable();
         AddFan(code);
         Open();
-        EXPECT_EQ(Ask(&SmBios::GetFanDescription, 1), Terminated(types.of(code & 0x1F))) << code;
+        EXPECT_EQ(Ask(&SmBios::GetFanDescription, 1), Terminated(types.Of(code & 0x1F))) << code;
     }
 }
 
@@ -59,14 +59,14 @@ TEST_F(CoolingTest, SpeedIsGivenInRpm) {
         {0xFFFF, "65535 rpm"}, {0x8000, "Unknown or the FAN is non-rotating"}};
     for (const auto& [speed, text] : speeds) {
         NewTable();
-        AddFan().word(12, static_cast<std::uint16_t>(speed));
+        AddFan().Word(12, static_cast<std::uint16_t>(speed));
         Open();
         EXPECT_EQ(Ask(&SmBios::GetFanSpeed, 1), Terminated(text)) << speed;
     }
 }
 
 TEST_F(CoolingTest, FanWhoseStructureIs12BytesLongHasNoSpeed) {
-    AddFan(3, 12).string("\x10\x10");
+    AddFan(3, 12).String("\x10\x10");
     AddFan(3, 7);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetFanSpeed, 1), Refused("SmBios can not supply this information"));
@@ -74,13 +74,13 @@ TEST_F(CoolingTest, FanWhoseStructureIs12BytesLongHasNoSpeed) {
 }
 
 TEST_F(CoolingTest, FanWhoseStructureIs13BytesLongHasTheLowByteOfItsSpeed) {
-    AddFan(3, 13).byte(12, 200).string("\x10");
+    AddFan(3, 13).Byte(12, 200).String("\x10");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetFanSpeed, 1), Terminated("200 rpm"));
 }
 
 TEST_F(CoolingTest, FansAreCountedFromOne) {
-    for (int i = 1; i <= 3; ++i) AddFan().word(12, static_cast<std::uint16_t>(1000 * i));
+    for (int i = 1; i <= 3; ++i) AddFan().Word(12, static_cast<std::uint16_t>(1000 * i));
     Open();
     EXPECT_EQ(Ask(&SmBios::GetFanSpeed, 1), Terminated("1000 rpm"));
     EXPECT_EQ(Ask(&SmBios::GetFanSpeed, 3), Terminated("3000 rpm"));

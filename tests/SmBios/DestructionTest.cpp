@@ -28,7 +28,7 @@ struct Storage {
 class Destruction : public InterfaceTest {};
 
 TEST_F(Destruction, DestroyedReaderHasANullTablePointer) {
-    table.add(1, 1, 8).string(4, "Maker");
+    table.Add(1, 1, 8).String(4, "Maker");
     Place();
     Storage<SmBios> storage;
     auto* const reader = new (&storage.bytes) SmBios;

@@ -17,11 +17,11 @@ constexpr std::uint32_t kTableAddress = 0xF8000;
 class EntryPointScan : public SmBiosTest {
 protected:
     EntryPointScan() {
-        table.add(0, 0x0000, 9).string(4, "First Vendor");
-        table.add(1, 0x0001, 8).string(4, "First Maker");
-        server.memory().write(kTableAddress, table.bytes());
-        NewTable().add(0, 0x0000, 9).string(4, "Second Vendor");
-        server.memory().write(kTableAddress + 0x1000, table.bytes());
+        table.Add(0, 0x0000, 9).String(4, "First Vendor");
+        table.Add(1, 0x0001, 8).String(4, "First Maker");
+        server.GetMemory().Write(kTableAddress, table.Image());
+        NewTable().Add(0, 0x0000, 9).String(4, "Second Vendor");
+        server.GetMemory().Write(kTableAddress + 0x1000, table.Image());
     }
 
     static TableLocation First() { return {kTableAddress, 44, 2}; }
@@ -29,7 +29,7 @@ protected:
 
     template <class Image>
     void WriteAt(std::uint32_t address, const Image& image) {
-        server.memory().write(address, image);
+        server.GetMemory().Write(address, image);
     }
 
     Answer Vendor() { return Ask(&SmBios::GetBiosVendor, 32); }
@@ -90,7 +90,7 @@ TEST_F(EntryPointScan, EverySixteenByteBoundaryIsLookedAt) {
         placement.entry = address;
         placement.table = 0xE0000;
         sim::PhysicalMemory fresh;
-        server.memory() = fresh;
+        server.GetMemory() = fresh;
         Open(placement);
         EXPECT_EQ(reader->InitOK, 1) << address;
         EXPECT_EQ(Vendor(), Copied("Second Vendor")) << address;
@@ -99,7 +99,7 @@ TEST_F(EntryPointScan, EverySixteenByteBoundaryIsLookedAt) {
 
 TEST_F(EntryPointScan, UnalignedSmbiosAnchorIsNotFound) {
     for (std::uint32_t offset = 1; offset < 16; ++offset) {
-        server.memory().write(kSegment, std::vector<std::uint8_t>(64));
+        server.GetMemory().Write(kSegment, std::vector<std::uint8_t>(64));
         WriteAt(kSegment + offset, SmbiosEntryImage(First()));
         Read();
         ExpectUninitialised();
@@ -126,7 +126,7 @@ TEST_F(EntryPointScan, NoAnchorLeavesTheReaderUninitialisedInSilence) {
 
 TEST_F(EntryPointScan, AnchorsOutsideTheScannedRangeAreNotFound) {
     WriteAt(kSegment - 16, SmbiosEntryImage(First()));  // its intermediate anchor is in the range
-    server.memory().write(kSegment, std::vector<std::uint8_t>(16));
+    server.GetMemory().Write(kSegment, std::vector<std::uint8_t>(16));
     WriteAt(0xFFFF0, DmiEntryImage(First()));
     WriteAt(0x100000, SmbiosEntryImage(First()));
     Read();

@@ -7,19 +7,19 @@ namespace {
 
 class ItemMemory : public SmBiosTest {
 protected:
-    std::size_t AllocationsSince(std::size_t before) { return server.allocations() - before; }
+    std::size_t AllocationsSince(std::size_t before) { return server.Allocations() - before; }
 };
 
 TEST_F(ItemMemory, ItemEndsInsideTheTableCopy) {
-    table.add(4, 1, 4);
-    table.add(4, 2, 4);
+    table.Add(4, 1, 4);
+    table.Add(4, 2, 4);
     Open();
     const auto item = Item(4, 2);
     EXPECT_EQ(item->GetEndAddress(), reader->BiosData + 11);
 }
 
 TEST_F(ItemMemory, EveryCallHandsBackAFreshItem) {
-    table.add(4, 1, 4).string("text");
+    table.Add(4, 1, 4).String("text");
     Open();
     const auto first = Item(4, 1);
     const auto second = Item(4, 1);
@@ -31,17 +31,17 @@ TEST_F(ItemMemory, EveryCallHandsBackAFreshItem) {
 }
 
 TEST_F(ItemMemory, ItemThatFindsNoMemoryIsNull) {
-    table.add(4, 1, 4).string("text");
+    table.Add(4, 1, 4).String("text");
     Open();
-    server.failAllocation(1);
+    server.FailAllocation(1);
     EXPECT_EQ(Item(4, 1), nullptr);
     EXPECT_NE(Item(4, 1), nullptr);
 }
 
 TEST_F(ItemMemory, ItemWhoseFormattedAreaFindsNoMemoryIsPartlyBuilt) {
-    table.add(4, 7, 4).string("text");
+    table.Add(4, 7, 4).String("text");
     Open();
-    server.failAllocation(2);
+    server.FailAllocation(2);
     const auto item = Item(4, 1);
     ASSERT_NE(item, nullptr);
     EXPECT_EQ(item->GetType(), 4);
@@ -51,9 +51,9 @@ TEST_F(ItemMemory, ItemWhoseFormattedAreaFindsNoMemoryIsPartlyBuilt) {
 }
 
 TEST_F(ItemMemory, ItemWhoseStringsFindNoMemoryHasNone) {
-    table.add(4, 7, 4).string("text");
+    table.Add(4, 7, 4).String("text");
     Open();
-    server.failAllocation(3);
+    server.FailAllocation(3);
     const auto item = Item(4, 1);
     ASSERT_NE(item, nullptr);
     EXPECT_NE(item->GetFormatedData(), nullptr);
@@ -61,36 +61,36 @@ TEST_F(ItemMemory, ItemWhoseStringsFindNoMemoryHasNone) {
 }
 
 TEST_F(ItemMemory, GettersSurviveEveryFailedAllocation) {
-    table.add(0, 0, 9).string(4, "Vendor");
-    table.add(1, 1, 8).string(4, "Maker");
+    table.Add(0, 0, 9).String(4, "Vendor");
+    table.Add(1, 1, 8).String(4, "Maker");
     Open();
-    const std::size_t before = server.allocations();
+    const std::size_t before = server.Allocations();
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("Maker"));
     const int needed = static_cast<int>(AllocationsSince(before));
     for (int nth = 1; nth <= needed; ++nth) {
-        server.failAllocation(nth);
+        server.FailAllocation(nth);
         EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Missing()) << nth;
     }
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));
 }
 
 TEST_F(ItemMemory, DeviceWhoseTextsFindNoMemoryHasNoLocator) {
-    table.add(17, 1, 27).string(16, "DIMM1");
+    table.Add(17, 1, 27).String(16, "DIMM1");
     Open();
     char locator[] = "DIMM1";
     EXPECT_EQ(reader->GetProperMemDev(locator), 1);
     for (int nth = 1; nth <= 3; ++nth) {  // the item, its formatted area, its strings
-        server.failAllocation(nth);
+        server.FailAllocation(nth);
         EXPECT_EQ(reader->GetProperMemDev(locator), 0) << nth;
     }
     EXPECT_EQ(reader->GetProperMemDev(locator), 1);
 }
 
 TEST_F(ItemMemory, StructuresPassedOverCostNoMemory) {
-    for (int i = 0; i < 200; ++i) table.add(9, 0, 4);
-    for (int i = 0; i < 200; ++i) table.add(4, static_cast<std::uint16_t>(1000 + i), 4);
+    for (int i = 0; i < 200; ++i) table.Add(9, 0, 4);
+    for (int i = 0; i < 200; ++i) table.Add(4, static_cast<std::uint16_t>(1000 + i), 4);
     Open();
-    const std::size_t before = server.allocations();
+    const std::size_t before = server.Allocations();
     const auto item = Item(4, 100);
     EXPECT_EQ(AllocationsSince(before), 3u);  // the item, its formatted area, its strings
     ASSERT_NE(item, nullptr);

@@ -11,29 +11,29 @@ using ::testing::ElementsAre;
 class MachineAccess : public SmBiosTest {
 protected:
     MachineAccess() {
-        table.add(0, 0, 9).string(4, "Vendor");
-        table.add(4, 1, 35).word(26, 2);
-        table.add(7, 2, 19);
+        table.Add(0, 0, 9).String(4, "Vendor");
+        table.Add(4, 1, 35).Word(26, 2);
+        table.Add(7, 2, 19);
     }
 
     std::vector<std::string> AccessesOfANewReader() {
-        server.log().clear();
+        server.GetLog().Clear();
         Read();
-        return server.log().lines();
+        return server.GetLog().Lines();
     }
 
     std::vector<std::string> AccessesWithTableAt(std::uint32_t address) {
-        const sim::Bytes bytes = table.bytes();
-        server.memory().resize(0x8000000);
-        server.memory().write(address, bytes);
-        server.memory().write(
+        const sim::Bytes bytes = table.Image();
+        server.GetMemory().Resize(0x8000000);
+        server.GetMemory().Write(address, bytes);
+        server.GetMemory().Write(
             0xF0000, SmbiosEntryImage({address, static_cast<std::uint16_t>(bytes.size()), 3}));
         return AccessesOfANewReader();
     }
 };
 
 TEST_F(MachineAccess, MemoryIsReadTwiceAndTheDeviceIsClosed) {
-    server.memory().placeSmbios(table.bytes());
+    server.GetMemory().PlaceSmbios(table.Image());
     EXPECT_THAT(
         AccessesOfANewReader(),
         ElementsAre("open /dev/mem O_RDONLY -> ok", "lseek /dev/mem 0xF0000 -> 0xF0000",
@@ -65,47 +65,47 @@ TEST_F(MachineAccess, WithoutAnAnchorMemoryIsReadOnce) {
 }
 
 TEST_F(MachineAccess, RefusedDeviceIsNotTouchedAgain) {
-    server.refuse("/dev/mem", EPERM);
+    server.Refuse("/dev/mem", EPERM);
     testing::internal::CaptureStderr();
     EXPECT_THAT(AccessesOfANewReader(), ElementsAre("open /dev/mem O_RDONLY -> -1 EPERM"));
     testing::internal::GetCapturedStderr();
 }
 
 TEST_F(MachineAccess, DeviceIsClosedAfterEveryFailure) {
-    server.memory().placeSmbios(table.bytes());
+    server.GetMemory().PlaceSmbios(table.Image());
     for (const char* call : {"lseek", "read"}) {
         for (int nth = 1; nth <= 2; ++nth) {
-            server.fail(call, nth, EIO);
+            server.Fail(call, nth, EIO);
             testing::internal::CaptureStderr();
             const std::vector<std::string> accesses = AccessesOfANewReader();
             testing::internal::GetCapturedStderr();
             EXPECT_EQ(reader->InitOK, 0) << call << nth;
             EXPECT_EQ(accesses.back(), "close /dev/mem -> 0") << call << nth;
-            EXPECT_EQ(server.log().count("open"), 1u);
-            EXPECT_EQ(server.log().count("close"), 1u);
+            EXPECT_EQ(server.GetLog().Count("open"), 1u);
+            EXPECT_EQ(server.GetLog().Count("close"), 1u);
         }
     }
 }
 
 TEST_F(MachineAccess, DeviceIsClosedAfterEveryFailedAllocation) {
-    server.memory().placeSmbios(table.bytes());
-    std::size_t before = server.allocations();
+    server.GetMemory().PlaceSmbios(table.Image());
+    std::size_t before = server.Allocations();
     Read();
-    const int needed = static_cast<int>(server.allocations() - before);
+    const int needed = static_cast<int>(server.Allocations() - before);
     EXPECT_GE(needed, 3);
     for (int nth = 1; nth <= needed; ++nth) {
-        server.failAllocation(nth);
-        server.log().clear();
+        server.FailAllocation(nth);
+        server.GetLog().Clear();
         Read();
         EXPECT_EQ(reader->InitOK, 0) << nth;
-        EXPECT_EQ(server.log().count("open"), server.log().count("close")) << nth;
+        EXPECT_EQ(server.GetLog().Count("open"), server.GetLog().Count("close")) << nth;
     }
 }
 
 TEST_F(MachineAccess, GettersAskNothingOfTheMachine) {
-    server.memory().placeSmbios(table.bytes());
+    server.GetMemory().PlaceSmbios(table.Image());
     Read();
-    server.log().clear();
+    server.GetLog().Clear();
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));
     EXPECT_EQ(reader->GetProcessorQuantity(), 0);
     EXPECT_EQ(AskNth(&SmBios::GetCacheMaxSize, 1, 0), Terminated("0 KB"));
@@ -114,14 +114,14 @@ TEST_F(MachineAccess, GettersAskNothingOfTheMachine) {
     EXPECT_EQ(reader->GetPortQuantity(), 0);
     EXPECT_EQ(Item(4, 2), nullptr);
     reader.reset();
-    EXPECT_TRUE(server.log().accesses().empty());
+    EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
 TEST_F(MachineAccess, TableIsNotReadAgainWhenMemoryChanges) {
-    server.memory().placeSmbios(table.bytes());
+    server.GetMemory().PlaceSmbios(table.Image());
     Read();
-    NewTable().add(0, 0, 9).string(4, "Other");
-    server.memory().placeSmbios(table.bytes());
+    NewTable().Add(0, 0, 9).String(4, "Other");
+    server.GetMemory().PlaceSmbios(table.Image());
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));
 }
 

@@ -70,30 +70,30 @@ TEST_F(MemoryDeviceLookup, LaterDevicesAreLookedAt) {
 }
 
 TEST_F(MemoryDeviceLookup, MissingBankLocatorEndsTheSearch) {
-    table.add(17, 1, 27).word(12, 256).string(16, "DIMM");
+    table.Add(17, 1, 27).Word(12, 256).String(16, "DIMM");
     AddDevice(256, "DIMM", "Bank");
     EXPECT_EQ(Exist(), 0);
     NewTable();
     AddDevice(256, "X", "row");
-    table.add(17, 1, 27).word(12, 256).string(16, "DIMM").byte(17, 21);
+    table.Add(17, 1, 27).Word(12, 256).String(16, "DIMM").Byte(17, 21);
     AddDevice(256, "DIMM", "Bank");
     EXPECT_EQ(Exist(), 0);
 }
 
 TEST_F(MemoryDeviceLookup, EmptyBankLocatorPastTheLastStringDoesNotEndTheSearch) {
-    table.add(17, 1, 27).word(12, 256).string(16, "DIMM").byte(17, 2);
+    table.Add(17, 1, 27).Word(12, 256).String(16, "DIMM").Byte(17, 2);
     EXPECT_EQ(Exist(), 1);
 }
 
 TEST_F(MemoryDeviceLookup, MissingDeviceLocatorDoesNotEndTheSearch) {
-    table.add(17, 1, 27).word(12, 256).string(17, "row");
+    table.Add(17, 1, 27).Word(12, 256).String(17, "row");
     EXPECT_EQ(Exist(), 0);
     AddDevice(256, "DIMM", "row");
     EXPECT_EQ(Exist(), 1);
 }
 
 TEST_F(MemoryDeviceLookup, WithoutDevicesNoneExist) {
-    table.add(6, 1, 12).string(4, "DIMM Bank");
+    table.Add(6, 1, 12).String(4, "DIMM Bank");
     EXPECT_EQ(Exist(), 0);
 }
 
@@ -115,7 +115,7 @@ TEST_F(MemoryDeviceLookup, ProperDeviceIsTheFirstWithTheLocator) {
 
 TEST_F(MemoryDeviceLookup, DeviceWhoseLocatorIsNotItsFirstStringEndsTheSearch) {
     AddDevice(256, "DIMM1", "Bank");
-    table.add(17, 2, 27).string(17, "Bank").string(16, "DIMM2");
+    table.Add(17, 2, 27).String(17, "Bank").String(16, "DIMM2");
     AddDevice(256, "DIMM3", "Bank");
     Open();
     EXPECT_EQ(Proper("DIMM1"), 1);

@@ -79,7 +79,7 @@ TEST_F(MemoryDeviceTest, EveryTypeCodeHasItsName) {
         NewTable();
         AddDevice(256, "A", "B", code);
         Open();
-        EXPECT_EQ(Ask(&SmBios::GetMemDevType, 1), Terminated(types.of(code))) << code;
+        EXPECT_EQ(Ask(&SmBios::GetMemDevType, 1), Terminated(types.Of(code))) << code;
     }
 }
 
@@ -105,31 +105,31 @@ TEST_F(MemoryDeviceTest, TypeDetailJoinsTheNamesOfTheSetBits) {
         for (unsigned high = low; high < 16; ++high) {
             NewTable();
             const unsigned bits = 1u << low | 1u << high;
-            AddDevice(256, "A", "B").word(19, static_cast<std::uint16_t>(bits));
+            AddDevice(256, "A", "B").Word(19, static_cast<std::uint16_t>(bits));
             Open();
             std::string text = kDetailBits[low];
             if (high != low) text += kDetailBits[high];
-            const Answer answer = Ask(&SmBios::GetMemDevTypeDetail, 1, Buffer::zeroed);
+            const Answer answer = Ask(&SmBios::GetMemDevTypeDetail, 1, Buffer::kZeroed);
             EXPECT_EQ(answer, Copied(text)) << bits;
         }
     }
 }
 
 TEST_F(MemoryDeviceTest, TypeDetailWithoutBitsIsEmpty) {
-    AddDevice(256, "A", "B").word(19, 0);
+    AddDevice(256, "A", "B").Word(19, 0);
     Open();
-    EXPECT_EQ(Ask(&SmBios::GetMemDevTypeDetail, 1, Buffer::zeroed), NothingWritten());
+    EXPECT_EQ(Ask(&SmBios::GetMemDevTypeDetail, 1, Buffer::kZeroed), NothingWritten());
 }
 
 TEST_F(MemoryDeviceTest, DetailBits0180GiveSynchronousCmos) {
-    AddDevice(256, "A", "B").word(19, 0x0080 | 0x0100);
+    AddDevice(256, "A", "B").Word(19, 0x0080 | 0x0100);
     Open();
-    EXPECT_EQ(Ask(&SmBios::GetMemDevTypeDetail, 1, Buffer::emptyText),
+    EXPECT_EQ(Ask(&SmBios::GetMemDevTypeDetail, 1, Buffer::kEmptyText),
               Terminated("SynchronousCMOS"));
 }
 
 TEST_F(MemoryDeviceTest, TypeDetailAppends) {
-    AddDevice(256, "A", "B").word(19, 0x0080);
+    AddDevice(256, "A", "B").Word(19, 0x0080);
     Open();
     char text[32] = "DDR ";
     EXPECT_EQ(reader->GetMemDevTypeDetail(1, text), 0);
@@ -137,10 +137,10 @@ TEST_F(MemoryDeviceTest, TypeDetailAppends) {
 }
 
 TEST_F(MemoryDeviceTest, SpeedBelowOneAnswersMinusOne) {
-    AddDevice(256, "A", "B").word(21, 0);
-    AddDevice(256, "A", "B").word(21, 1);
-    AddDevice(256, "A", "B").word(21, 333);
-    AddDevice(256, "A", "B").word(21, 0xFFFF);
+    AddDevice(256, "A", "B").Word(21, 0);
+    AddDevice(256, "A", "B").Word(21, 1);
+    AddDevice(256, "A", "B").Word(21, 333);
+    AddDevice(256, "A", "B").Word(21, 0xFFFF);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetMemDevSpeed, 1), Missing());
     EXPECT_EQ(Ask(&SmBios::GetMemDevSpeed, 2), Terminated("1 MHZ"));
@@ -149,7 +149,7 @@ TEST_F(MemoryDeviceTest, SpeedBelowOneAnswersMinusOne) {
 }
 
 TEST_F(MemoryDeviceTest, ManufacturerIsABoundedCopy) {
-    AddDevice(256, "A", "B").string(23, "0123456789");
+    AddDevice(256, "A", "B").String(23, "0123456789");
     AddDevice(256, "A", "B");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetMemDevManufacturer, 1, 32), Copied("0123456789"));
@@ -159,8 +159,8 @@ TEST_F(MemoryDeviceTest, ManufacturerIsABoundedCopy) {
 
 TEST_F(MemoryDeviceTest, LocatorIsStringOneWhenTheStringNumberIsOne) {
     AddDevice(256, "DIMM1A", "Bank 0");
-    table.add(17, 2, 27).string(17, "Bank 0").string(16, "DIMM1B");
-    table.add(17, 3, 27).string(17, "Bank 0");
+    table.Add(17, 2, 27).String(17, "Bank 0").String(16, "DIMM1B");
+    table.Add(17, 3, 27).String(17, "Bank 0");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetMemDevLocator, 1, 64), Copied("DIMM1A"));
     EXPECT_EQ(Ask(&SmBios::GetMemDevLocator, 1, 5), Copied("DIMM"));
@@ -169,7 +169,7 @@ TEST_F(MemoryDeviceTest, LocatorIsStringOneWhenTheStringNumberIsOne) {
 }
 
 TEST_F(MemoryDeviceTest, MissingDeviceAnswersMinusOne) {
-    AddDevice(256, "A", "B").word(19, 0x80).word(21, 333).string(23, "M");
+    AddDevice(256, "A", "B").Word(19, 0x80).Word(21, 333).String(23, "M");
     Open();
     for (const int dev : {0, 2, 256}) {
         EXPECT_EQ(Ask(&SmBios::GetMemDevSize, dev), Missing());
@@ -184,10 +184,10 @@ TEST_F(MemoryDeviceTest, MissingDeviceAnswersMinusOne) {
 }
 
 TEST_F(MemoryDeviceTest, ShortDeviceReadsAsZeroBehindItsEnd) {
-    table.add(17, 1, 20).word(12, 256).byte(18, 15).byte(19, 0x80).string("\xFF\xFF\xFF");
+    table.Add(17, 1, 20).Word(12, 256).Byte(18, 15).Byte(19, 0x80).String("\xFF\xFF\xFF");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetMemDevType, 1), Terminated("SDRAM"));
-    EXPECT_EQ(Ask(&SmBios::GetMemDevTypeDetail, 1, Buffer::zeroed), Copied("Synchronous"));
+    EXPECT_EQ(Ask(&SmBios::GetMemDevTypeDetail, 1, Buffer::kZeroed), Copied("Synchronous"));
     EXPECT_EQ(Ask(&SmBios::GetMemDevSpeed, 1), Missing());
     EXPECT_EQ(Ask(&SmBios::GetMemDevManufacturer, 1, 32), Missing());
 }

@@ -8,7 +8,7 @@ namespace {
 class MemoryModuleTest : public MemoryTest {};
 
 TEST_F(MemoryModuleTest, ControllerExistsWhenThereIsAStructureOfItsType) {
-    table.add(0, 0, 20);
+    table.Add(0, 0, 20);
     Open();
     EXPECT_EQ(reader->ExistMemCtl(), 0);
     AddController({});
@@ -74,7 +74,7 @@ TEST_F(MemoryModuleTest, ValidHandlesLieInOneTo127) {
 }
 
 TEST_F(MemoryModuleTest, SlotsBehindTheCountAreNotRead) {
-    AddController({1, 2, 3}).byte(14, 2);
+    AddController({1, 2, 3}).Byte(14, 2);
     Open();
     EXPECT_EQ(reader->GetValidMemModuleHandle(1), 2);
     EXPECT_EQ(reader->GetValidMemModuleHandle(2), 0);
@@ -82,7 +82,7 @@ TEST_F(MemoryModuleTest, SlotsBehindTheCountAreNotRead) {
 }
 
 TEST_F(MemoryModuleTest, SlotsBehindTheStructureReadAsZero) {
-    table.add(5, 0x500, 17).byte(14, 3).word(15, 9).string("\x05\x05\x05\x05");
+    table.Add(5, 0x500, 17).Byte(14, 3).Word(15, 9).String("\x05\x05\x05\x05");
     Open();
     EXPECT_EQ(reader->GetValidMemModuleHandle(0), 9);
     EXPECT_EQ(reader->GetValidMemModuleHandle(1), 0);
@@ -91,7 +91,7 @@ TEST_F(MemoryModuleTest, SlotsBehindTheStructureReadAsZero) {
 }
 
 TEST_F(MemoryModuleTest, ControllerTooShortForItsCountHasNoSlots) {
-    table.add(5, 0x500, 14).string("\x05\x05\x05\x05");
+    table.Add(5, 0x500, 14).String("\x05\x05\x05\x05");
     Open();
     EXPECT_EQ(reader->ExistMemCtl(), 1);
     EXPECT_EQ(reader->ExistMemModule(), 0);
@@ -135,7 +135,7 @@ TEST_F(MemoryModuleTest, SizeByte88Gives256Mb) {
 TEST_F(MemoryModuleTest, SpeedIsWrittenAndZeroAnswersMinusOne) {
     for (int speed = 0; speed < 256; ++speed) {
         NewTable();
-        AddModule(1, 8).byte(6, static_cast<std::uint8_t>(speed));
+        AddModule(1, 8).Byte(6, static_cast<std::uint8_t>(speed));
         Open();
         EXPECT_EQ(Ask(&SmBios::GetMemModuleSpeed, 1),
                   speed == 0 ? Missing() : Terminated(std::to_string(speed) + " ns"));
@@ -175,7 +175,7 @@ TEST_F(MemoryModuleTest, WithoutTypeBitsNothingIsWritten) {
 TEST_F(MemoryModuleTest, AllTypeBitsGiveTheHighest) {
     AddModule(1, 8, 0xFFFF);
     Open();
-    const Answer answer = Ask(&SmBios::GetMemModuleType, 1, Buffer::zeroed);
+    const Answer answer = Ask(&SmBios::GetMemModuleType, 1, Buffer::kZeroed);
     EXPECT_EQ(answer.result, 0);
     EXPECT_STREQ(answer.written.c_str(), " SDRAM");
 }
@@ -189,16 +189,16 @@ TEST_F(MemoryModuleTest, TypeBitsOfSimmAndSdramGiveSdramWithItsBlank) {
 TEST_F(MemoryModuleTest, BankConnectorIsTheRawByte) {
     for (const int connections : {0x00, 0x01, 0x1F, 0x80, 0xFF}) {
         NewTable();
-        AddModule(1, 8).byte(5, static_cast<std::uint8_t>(connections));
+        AddModule(1, 8).Byte(5, static_cast<std::uint8_t>(connections));
         Open();
         EXPECT_EQ(reader->GetMemBankConnector(1), connections);
     }
 }
 
 TEST_F(MemoryModuleTest, LocatorIsStringOneWhenTheStringNumberIsOne) {
-    AddModule(1, 8).string(4, "SLOT 12345");
-    AddModule(2, 8).string("first").string(4, "second");
-    AddModule(3, 8).string("unused");
+    AddModule(1, 8).String(4, "SLOT 12345");
+    AddModule(2, 8).String("first").String(4, "second");
+    AddModule(3, 8).String("unused");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetMemModuleLocate, 1, 64), Copied("SLOT 12345"));
     EXPECT_EQ(Ask(&SmBios::GetMemModuleLocate, 1, 5), Copied("SLOT"));
@@ -207,9 +207,9 @@ TEST_F(MemoryModuleTest, LocatorIsStringOneWhenTheStringNumberIsOne) {
 }
 
 TEST_F(MemoryModuleTest, ModulesAreFoundByHandle) {
-    AddModule(0x11, 4).byte(6, 60);
-    AddModule(0x10, 5).byte(6, 70);
-    AddModule(0x10, 6).byte(6, 80);
+    AddModule(0x11, 4).Byte(6, 60);
+    AddModule(0x10, 5).Byte(6, 70);
+    AddModule(0x10, 6).Byte(6, 80);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetMemModuleSize, 0x10), Terminated("32 MB"));
     EXPECT_EQ(Ask(&SmBios::GetMemModuleSpeed, 0x10), Terminated("70 ns"));
@@ -217,7 +217,7 @@ TEST_F(MemoryModuleTest, ModulesAreFoundByHandle) {
 }
 
 TEST_F(MemoryModuleTest, UnknownHandleAnswersMinusOne) {
-    AddModule(1, 8, 0x100).string(4, "SLOT").byte(6, 10);
+    AddModule(1, 8, 0x100).String(4, "SLOT").Byte(6, 10);
     AddDevice(256, "A", "B");
     Open();
     for (const int handle : {2, 0x1100, -1}) {
@@ -230,7 +230,7 @@ TEST_F(MemoryModuleTest, UnknownHandleAnswersMinusOne) {
 }
 
 TEST_F(MemoryModuleTest, HandleZeroAnswersMinusOneAtOnce) {
-    AddModule(0, 8, 0x100).string(4, "SLOT").byte(6, 10);
+    AddModule(0, 8, 0x100).String(4, "SLOT").Byte(6, 10);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetMemModuleSize, 0), Missing());
     EXPECT_EQ(Ask(&SmBios::GetMemModuleSpeed, 0), Missing());

@@ -14,7 +14,7 @@ TEST_F(MemorySummaryTest, NullRecordAnswersMinusOne) {
 }
 
 TEST_F(MemorySummaryTest, ModulesAndDevicesBothAbsentGiveQuantityZeroAndMinusOne) {
-    table.add(0, 0, 20);
+    table.Add(0, 0, 20);
     EXPECT_EQ(Summarise(), -1);
     EXPECT_EQ(info.quantity, 0);
     EXPECT_EQ(info.TotalSize, 0);
@@ -32,9 +32,9 @@ TEST_F(MemorySummaryTest, TotalIsStatedEvenWhenNothingDescribesTheBanks) {
 
 TEST_F(MemorySummaryTest, ModulePathFillsABankPerPopulatedModule) {
     AddController({1, 2, 3});
-    AddModule(1, 8, 0x0480).byte(6, 60).string(4, "SLOT1");
-    AddModule(2, 125, 0x0100).string(4, "SLOT2");
-    AddModule(3, 0x80 | 7, 0x0100).byte(6, 0).string(4, "SLOT3");
+    AddModule(1, 8, 0x0480).Byte(6, 60).String(4, "SLOT1");
+    AddModule(2, 125, 0x0100).String(4, "SLOT2");
+    AddModule(3, 0x80 | 7, 0x0100).Byte(6, 0).String(4, "SLOT3");
     EXPECT_EQ(Summarise(), 0);
     EXPECT_EQ(info.quantity, 2);
     EXPECT_EQ(info.TotalSize, 256 + 128);
@@ -72,8 +72,8 @@ TEST_F(MemorySummaryTest, ListedModuleThatDoesNotExistGivesNoBankEntry) {
 
 TEST_F(MemorySummaryTest, ModuleWithHandleZeroCountsInTheTotalAndGivesNoBankEntry) {
     AddController({1});
-    AddModule(0, 9, 0x0100).string(4, "SLOT2");
-    AddModule(1, 8, 0x0100).string(4, "SLOT1");
+    AddModule(0, 9, 0x0100).String(4, "SLOT2");
+    AddModule(1, 8, 0x0100).String(4, "SLOT1");
     EXPECT_EQ(Summarise(), 0);
     EXPECT_EQ(info.quantity, 1);
     EXPECT_EQ(info.TotalSize, 512 + 256);
@@ -94,10 +94,10 @@ TEST_F(MemorySummaryTest, HandlesAbove127LeaveTheModulePathWithoutBanks) {
 
 TEST_F(MemorySummaryTest, ModuleTakesDetailAndManufacturerFromTheDeviceInItsSocket) {
     AddController({1, 2});
-    AddModule(1, 8, 0x0100).string(4, "DIMM1");
-    AddModule(2, 8, 0x0100).string(4, "DIMM2");
-    AddDevice(0, "DIMM2", "Bank").word(19, 0x0080).string(23, "Maker Two").word(21, 333);
-    AddDevice(0, "DIMM1", "Bank").word(19, 0x0100).string(23, "Maker One").word(21, 266);
+    AddModule(1, 8, 0x0100).String(4, "DIMM1");
+    AddModule(2, 8, 0x0100).String(4, "DIMM2");
+    AddDevice(0, "DIMM2", "Bank").Word(19, 0x0080).String(23, "Maker Two").Word(21, 333);
+    AddDevice(0, "DIMM1", "Bank").Word(19, 0x0100).String(23, "Maker One").Word(21, 266);
     EXPECT_EQ(Summarise(), 0);
     EXPECT_STREQ(info.bank[0].TypeDetail, "CMOS");
     EXPECT_STREQ(info.bank[0].manufacturer, "Maker One");
@@ -108,8 +108,8 @@ TEST_F(MemorySummaryTest, ModuleTakesDetailAndManufacturerFromTheDeviceInItsSock
 
 TEST_F(MemorySummaryTest, ModuleLooksForItsDeviceOnlyWhenDevicesDescribeTheMemory) {
     AddController({1});
-    AddModule(1, 8, 0x0100).string(4, "SOCKET1");
-    AddDevice(256, "SOCKET1", "row").word(19, 0x0080).string(23, "Maker");
+    AddModule(1, 8, 0x0100).String(4, "SOCKET1");
+    AddDevice(256, "SOCKET1", "row").Word(19, 0x0080).String(23, "Maker");
     EXPECT_EQ(Summarise(), 0);
     EXPECT_STREQ(info.bank[0].TypeDetail, "");
     EXPECT_STREQ(info.bank[0].manufacturer, "");
@@ -121,7 +121,7 @@ TEST_F(MemorySummaryTest, ModuleLooksForItsDeviceOnlyWhenDevicesDescribeTheMemor
 
 TEST_F(MemorySummaryTest, ModulePathWinsOverTheDevicePath) {
     AddController({1});
-    AddModule(1, 8, 0x0100).string(4, "SLOT7");
+    AddModule(1, 8, 0x0100).String(4, "SLOT7");
     AddDevice(512, "DIMM1", "Bank");
     AddDevice(512, "DIMM2", "Bank");
     EXPECT_EQ(Summarise(), 0);
@@ -139,8 +139,8 @@ TEST_F(MemorySummaryTest, DevicePathIsTakenWhenTheControllerListsAnEmptySlot) {
 }
 
 TEST_F(MemorySummaryTest, DevicePathFillsABankPerPopulatedDevice) {
-    AddDevice(512, "DIMM1A", "Bank 0").word(19, 0x0180).word(21, 266).string(23, "Maker");
-    AddDevice(0, "DIMM1B", "Bank 0").word(21, 333);
+    AddDevice(512, "DIMM1A", "Bank 0").Word(19, 0x0180).Word(21, 266).String(23, "Maker");
+    AddDevice(0, "DIMM1B", "Bank 0").Word(21, 333);
     AddDevice(0x8200, "DIMM2B", "Bank 1", 15);
     EXPECT_EQ(Summarise(), 0);
     EXPECT_EQ(info.quantity, 2);
@@ -178,7 +178,7 @@ TEST_F(MemorySummaryTest, DeviceOfNoKilobytesHasABankWithoutASize) {
 
 TEST_F(MemorySummaryTest, BanksStopAtSixteenAndTheTotalGoesOn) {
     for (int i = 0; i < 20; ++i)
-        AddDevice(100 + i, "DIMM1", "Bank").string(23, "M" + std::to_string(i));
+        AddDevice(100 + i, "DIMM1", "Bank").String(23, "M" + std::to_string(i));
     Open();
     struct {
         LocalMemInfo info;
@@ -212,21 +212,21 @@ TEST_F(MemorySummaryTest, ModuleBanksStopAtSixteenToo) {
 }
 
 TEST_F(MemorySummaryTest, ManufacturerIsCutToItsField) {
-    AddDevice(256, "A3", "Bank").string(23, "0123456789abcdefghijklmnopqrstuvwxyz");
+    AddDevice(256, "A3", "Bank").String(23, "0123456789abcdefghijklmnopqrstuvwxyz");
     EXPECT_EQ(Summarise(), 0);
     EXPECT_STREQ(info.bank[0].manufacturer, "0123456789abcdefghijklmnopqrstu");
     EXPECT_EQ(info.bank[0].SlotNumber, 3);
 }
 
 TEST_F(MemorySummaryTest, TypeDetailIsCutToItsField) {
-    AddDevice(256, "A3", "Bank").word(19, 0xFFFF).string(23, "Maker");
+    AddDevice(256, "A3", "Bank").Word(19, 0xFFFF).String(23, "Maker");
     AddController({1});
-    AddModule(1, 8, 0x0100).string(4, "A3");
+    AddModule(1, 8, 0x0100).String(4, "A3");
     EXPECT_EQ(Summarise(), 0);
     EXPECT_STREQ(info.bank[0].TypeDetail, "otherUnknownFast-pagedStatic co");
     EXPECT_STREQ(info.bank[0].manufacturer, "Maker");
     NewTable();
-    AddDevice(256, "A3", "Bank").word(19, 0xFFFF);
+    AddDevice(256, "A3", "Bank").Word(19, 0xFFFF);
     EXPECT_EQ(Summarise(), 0);
     EXPECT_STREQ(info.bank[0].TypeDetail, "otherUnknownFast-pagedStatic co");
     EXPECT_STREQ(info.bank[0].manufacturer, "");

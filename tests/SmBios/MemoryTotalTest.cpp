@@ -14,7 +14,7 @@ protected:
 };
 
 TEST_F(MemoryTotalTest, NothingGivesZero) {
-    table.add(0, 0, 20);
+    table.Add(0, 0, 20);
     EXPECT_EQ(Total(), 0);
 }
 

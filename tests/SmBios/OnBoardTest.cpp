@@ -12,10 +12,10 @@ protected:
     sim::SmbiosStructure& AddDevices(int handle, const std::vector<int>& types) {
         const std::size_t length = 4 + 2 * types.size();
         sim::SmbiosStructure& devices =
-            table.add(10, static_cast<std::uint16_t>(handle), static_cast<std::uint8_t>(length));
+            table.Add(10, static_cast<std::uint16_t>(handle), static_cast<std::uint8_t>(length));
         for (std::size_t i = 0; i < types.size(); ++i)
-            devices.byte(4 + 2 * i, static_cast<std::uint8_t>(types[i]))
-                .string(5 + 2 * i, "device " + std::to_string(i));
+            devices.Byte(4 + 2 * i, static_cast<std::uint8_t>(types[i]))
+                .String(5 + 2 * i, "device " + std::to_string(i));
         return devices;
     }
 
@@ -48,7 +48,7 @@ TEST_F(OnBoardTest, EveryTypeByteHasItsNameAndItsState) {
         NewTable();
         AddDevices(0x0A00, {code});
         Open();
-        ExpectDevice(1, types.of(code & 0x7F), code >= 0x80 ? 1 : 0, Terminated("device 0"));
+        ExpectDevice(1, types.Of(code & 0x7F), code >= 0x80 ? 1 : 0, Terminated("device 0"));
     }
 }
 
@@ -63,7 +63,7 @@ TEST_F(OnBoardTest, QuantityAddsUpTheDevicesOfAllStructures) {
 }
 
 TEST_F(OnBoardTest, OddByteAtTheEndIsNoDevice) {
-    table.add(10, 1, 7).byte(4, 0x83).byte(6, 0x84);
+    table.Add(10, 1, 7).Byte(4, 0x83).Byte(6, 0x84);
     Open();
     EXPECT_EQ(reader->GetOnBoardDevQuantity(), 1);
 }
@@ -72,7 +72,7 @@ TEST_F(OnBoardTest, StructureShorterThanItsHeaderHoldsNoDevices) {
     for (std::uint8_t length = 0; length < 4; ++length) {
         NewTable();
         const std::uint8_t bytes[] = {10, length, 'x', 'y', 0, 0};
-        table.raw(bytes);
+        table.Raw(bytes);
         AddDevices(2, {3});
         sim::SmbiosPlacement placement;
         placement.structures = 2;
@@ -127,7 +127,7 @@ TEST_F(OnBoardTest, StructureWithTwoDevicesFewerThanBeforeIsReadBeforeItsStart) 
 
 TEST_F(OnBoardTest, StructureWithOneDeviceFewerThanBeforeIsReadAtItsHeader) {
     AddDevices(1, {3, 3});
-    AddDevices(2, {0x84}).string("s2").string("s3").string("s4").string("s5").string("s6");
+    AddDevices(2, {0x84}).String("s2").String("s3").String("s4").String("s5").String("s6");
     Open();
     ExpectDevice(3, "Unknown", 0, Terminated("s6"));  // type 10, "string" 6: its length
 }
@@ -146,14 +146,14 @@ TEST_F(OnBoardTest, WithoutStructuresThereIsNoDevice) {
 }
 
 TEST_F(OnBoardTest, MissingDescriptionAnswersMinusOne) {
-    table.add(10, 1, 6).byte(4, 0x83);
+    table.Add(10, 1, 6).Byte(4, 0x83);
     Open();
     ExpectDevice(1, "Video", 1, Missing());
 }
 
 TEST_F(OnBoardTest, DescriptionIsWrittenWhole) {
     const std::string text(200, 'd');
-    table.add(10, 1, 6).byte(4, 0x83).string(5, text);
+    table.Add(10, 1, 6).Byte(4, 0x83).String(5, text);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetOnBoardDevDescription, 1), Terminated(text));
 }

@@ -9,14 +9,14 @@ namespace {
 class PortTest : public SmBiosTest {
 protected:
     sim::SmbiosStructure& AddPort(int type = 0) {
-        return table.add(8, handle++, 9).byte(8, static_cast<std::uint8_t>(type));
+        return table.Add(8, handle++, 9).Byte(8, static_cast<std::uint8_t>(type));
     }
 
     Answer Description(const std::string& designator, unsigned size) {
         NewTable();
-        AddPort().string("internal").string(6, designator);
+        AddPort().String("internal").String(6, designator);
         Open();
-        return Ask(&SmBios::GetPortDecription, 1, size, Buffer::zeroed);
+        return Ask(&SmBios::GetPortDecription, 1, size, Buffer::kZeroed);
     }
 
     std::uint16_t handle = 0x800;
@@ -64,7 +64,7 @@ TEST_F(PortTest, EveryTypeCodeHasItsName) {
         NewTable();
         AddPort(code);
         Open();
-        EXPECT_EQ(Ask(&SmBios::GetPortType, 1), Terminated(kPortTypes.of(code))) << code;
+        EXPECT_EQ(Ask(&SmBios::GetPortType, 1), Terminated(kPortTypes.Of(code))) << code;
     }
 }
 
@@ -82,7 +82,7 @@ TEST_F(PortTest, QuantityCountsThePorts) {
     Open();
     EXPECT_EQ(reader->GetPortQuantity(), 0);
     AddPort();
-    table.add(9, 1, 12);
+    table.Add(9, 1, 12);
     AddPort();
     Open();
     EXPECT_EQ(reader->GetPortQuantity(), 2);
@@ -118,8 +118,8 @@ TEST_F(PortTest, DesignatorAsLongAsTheSizeIsShortened) {
 }
 
 TEST_F(PortTest, SizeBelowFourAnswersZeroAndWritesNothing) {
-    AddPort().string(6, "COM12345");
-    AddPort().string(6, "C");  // shorter than the size, too
+    AddPort().String(6, "COM12345");
+    AddPort().String(6, "C");  // shorter than the size, too
     Open();
     for (unsigned size = 0; size < 4; ++size) {
         EXPECT_EQ(Ask(&SmBios::GetPortDecription, 1, size), NothingWritten()) << size;
@@ -128,13 +128,13 @@ TEST_F(PortTest, SizeBelowFourAnswersZeroAndWritesNothing) {
 }
 
 TEST_F(PortTest, WholeDesignatorHasNoTerminator) {
-    AddPort().string(6, "COM1");
+    AddPort().String(6, "COM1");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetPortDecription, 1, 32), Copied("COM1"));
 }
 
 TEST_F(PortTest, DesignatorIsTheExternalOne) {
-    table.add(8, 1, 9).string(4, "J1").byte(5, 1).string(6, "External").byte(7, 2).byte(8, 10);
+    table.Add(8, 1, 9).String(4, "J1").Byte(5, 1).String(6, "External").Byte(7, 2).Byte(8, 10);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetPortDecription, 1, 32), Copied("External"));
     EXPECT_EQ(Ask(&SmBios::GetPortType, 1), Terminated("SCSI Port"));
@@ -150,7 +150,7 @@ TEST_F(PortTest, MissingPortsAndStringsAnswerMinusOne) {
 }
 
 TEST_F(PortTest, ShortStructureHasNoType) {
-    table.add(8, 1, 8).string("\x10");
+    table.Add(8, 1, 8).String("\x10");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetPortType, 1), Terminated("None"));
 }

@@ -9,9 +9,9 @@ class PowerTest : public SmBiosTest {
 protected:
     // A supply of a type (0 to 15, bits 10 to 13) and a state (bits 0 to 2).
     sim::SmbiosStructure& AddSupply(int type, int state = 2, int group = 0) {
-        return table.add(39, handle++, 22)
-            .byte(4, static_cast<std::uint8_t>(group))
-            .word(14, static_cast<std::uint16_t>(type << 10 | state));
+        return table.Add(39, handle++, 22)
+            .Byte(4, static_cast<std::uint8_t>(group))
+            .Word(14, static_cast<std::uint16_t>(type << 10 | state));
     }
 
     static bool Passes(int type, int mask) { return ((type & 0x0E) | mask) == mask; }
@@ -40,8 +40,8 @@ TEST_F(PowerTest, Mask0ECountsEverySupplyAndMask0OnlyThoseWithBits11To13Clear) {
 }
 
 TEST_F(PowerTest, OtherCharacteristicsDoNotChangeTheType) {
-    table.add(39, 1, 22).word(14, 0xC3FF);
-    table.add(39, 2, 22).word(14, 0xFFFF);
+    table.Add(39, 1, 22).Word(14, 0xC3FF);
+    table.Add(39, 2, 22).Word(14, 0xFFFF);
     Open();
     EXPECT_EQ(reader->GetPSQuantity(0), 1);
     EXPECT_EQ(reader->GetPSQuantity(0x0C), 1);
@@ -83,9 +83,9 @@ TEST_F(PowerTest, WithoutSuppliesTheQuantitiesAreZero) {
 }
 
 TEST_F(PowerTest, TextsAreThoseOfTheNthPassingSupply) {
-    AddSupply(2).string(6, "dev1").string(7, "man1").string(8, "ser1");
-    AddSupply(8).string(6, "dev2").string(7, "man2").string(8, "ser2");
-    AddSupply(3).string(6, "dev3").string(7, "man3").string(8, "ser3");
+    AddSupply(2).String(6, "dev1").String(7, "man1").String(8, "ser1");
+    AddSupply(8).String(6, "dev2").String(7, "man2").String(8, "ser2");
+    AddSupply(3).String(6, "dev3").String(7, "man3").String(8, "ser3");
     Open();
     const std::vector<std::vector<std::string>> passing = {{}, {"1", "3"}, {"1", "2", "3"}, {"2"}};
     const int masks[] = {0, 2, 0x0E, 8};
@@ -107,7 +107,7 @@ TEST_F(PowerTest, TextsAreThoseOfTheNthPassingSupply) {
 }
 
 TEST_F(PowerTest, TextsAreBoundedCopies) {
-    AddSupply(2).string(6, "0123456789").string(7, "abcdefghij").string(8, "ABCDEFGHIJ");
+    AddSupply(2).String(6, "0123456789").String(7, "abcdefghij").String(8, "ABCDEFGHIJ");
     Open();
     EXPECT_EQ(AskNth(&SmBios::GetPSDeviceName, 15, 1, 5), Copied("0123"));
     EXPECT_EQ(AskNth(&SmBios::GetPSManufacturer, 15, 1, 11), Copied("abcdefghij"));
@@ -124,7 +124,7 @@ TEST_F(PowerTest, MissingTextsAnswerMinusOne) {
 
 TEST_F(PowerTest, TextsAreReadFromThirtyOneSupplies) {
     for (int i = 1; i <= 32; ++i)
-        AddSupply(2).string(6, "d" + std::to_string(i)).string(7, "m").string(8, "s");
+        AddSupply(2).String(6, "d" + std::to_string(i)).String(7, "m").String(8, "s");
     Open();
     EXPECT_EQ(AskNth(&SmBios::GetPSDeviceName, 15, 31, 32), Copied("d31"));
     EXPECT_EQ(AskNth(&SmBios::GetPSStatus, 15, 31), Terminated("present"));
@@ -141,7 +141,7 @@ TEST_F(PowerTest, EveryStateHasItsText) {
     for (int state = 0; state < 8; ++state) {
         for (const int others : {0, 0x0378, 0xC000}) {
             NewTable();
-            table.add(39, 1, 22).word(14, static_cast<std::uint16_t>(state | others));
+            table.Add(39, 1, 22).Word(14, static_cast<std::uint16_t>(state | others));
             Open();
             EXPECT_EQ(AskNth(&SmBios::GetPSStatus, 15, 1),
                       Terminated(states[static_cast<std::size_t>(state)]));
@@ -150,7 +150,7 @@ TEST_F(PowerTest, EveryStateHasItsText) {
 }
 
 TEST_F(PowerTest, ShortStructureHasNoCharacteristics) {
-    table.add(39, 1, 9).string(6, "dev").string("\xFF\xFF\xFF\xFF\xFF\xFF");
+    table.Add(39, 1, 9).String(6, "dev").String("\xFF\xFF\xFF\xFF\xFF\xFF");
     Open();
     EXPECT_EQ(reader->GetPSQuantity(0), 1);
     EXPECT_EQ(AskNth(&SmBios::GetPSStatus, 0, 1), Terminated("Other"));

@@ -20,7 +20,7 @@ std::deque<AgentsProbe> agentsProbes;  // in the order of their indexes, from 0
 BiosDataItem* SmBios::GetItem(unsigned char wanted, unsigned char index) {
     for (const AgentsProbe& probe : agentsProbes) {
         if (probe.type != wanted || index-- != 0) continue;
-        sim::Bytes bytes = probe.structure.bytes();
+        sim::Bytes bytes = probe.structure.Image();
         return new BiosDataItem(bytes.data());
     }
     return nullptr;
@@ -35,7 +35,7 @@ constexpr int kLocation = SmBios::TnV_PROCESSOR;
 sim::SmbiosStructure& AddAgentsProbe(int type, int locationAndStatus, int length = 22) {
     sim::SmbiosStructure probe(static_cast<std::uint8_t>(type), 0x1A00,
                                static_cast<std::uint8_t>(length));
-    probe.byte(5, static_cast<std::uint8_t>(locationAndStatus));
+    probe.Byte(5, static_cast<std::uint8_t>(locationAndStatus));
     agentsProbes.push_back({type, probe});
     return agentsProbes.back().structure;
 }
@@ -49,8 +49,8 @@ protected:
     void OnlyProbe(int type, std::size_t offset, int value) {
         agentsProbes.clear();
         sim::SmbiosStructure& probe = AddAgentsProbe(type, kLocation);
-        for (const std::size_t other : {6u, 8u, 20u}) probe.word(other, 0x1111);
-        probe.word(offset, static_cast<std::uint16_t>(value));
+        for (const std::size_t other : {6u, 8u, 20u}) probe.Word(other, 0x1111);
+        probe.Word(offset, static_cast<std::uint16_t>(value));
     }
 };
 
@@ -91,23 +91,23 @@ TEST_F(ProbeDecode, StructureBelow21BytesCanNotSupplyTheCurrentValue) {
     const Answer refused = Refused("SmBios can not supply this information");
     for (const int length : {6, 19, 20}) {
         agentsProbes.clear();
-        AddAgentsProbe(kVoltage, kLocation, length).string("12");
-        AddAgentsProbe(kTemperature, kLocation, length).string("12");
+        AddAgentsProbe(kVoltage, kLocation, length).String("12");
+        AddAgentsProbe(kTemperature, kLocation, length).String("12");
         EXPECT_EQ(Ask(&SmBios::GetVoltageCurrent, kLocation), refused) << length;
         EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, kLocation), refused) << length;
     }
 }
 
 TEST_F(ProbeDecode, StructureOf21BytesHasTheValuesLowByte) {
-    AddAgentsProbe(kVoltage, kLocation, 21).byte(20, 0x34).string("12");
-    AddAgentsProbe(kTemperature, kLocation, 21).byte(20, 0x34).string("12");
+    AddAgentsProbe(kVoltage, kLocation, 21).Byte(20, 0x34).String("12");
+    AddAgentsProbe(kTemperature, kLocation, 21).Byte(20, 0x34).String("12");
     EXPECT_EQ(Ask(&SmBios::GetVoltageCurrent, kLocation), Terminated("52 mv"));
     EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, kLocation), Terminated("52 C"));
 }
 
 TEST_F(ProbeDecode, StructureOf22BytesHasTheWholeValue) {
-    AddAgentsProbe(kVoltage, kLocation, 22).word(20, 0x1234);
-    AddAgentsProbe(kTemperature, kLocation, 22).word(20, 0x1234);
+    AddAgentsProbe(kVoltage, kLocation, 22).Word(20, 0x1234);
+    AddAgentsProbe(kTemperature, kLocation, 22).Word(20, 0x1234);
     EXPECT_EQ(Ask(&SmBios::GetVoltageCurrent, kLocation), Terminated("4660 mv"));
     EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, kLocation), Terminated("4660 C"));
 }
@@ -123,8 +123,8 @@ TEST_F(ProbeDecode, EveryStatusReadsError) {
 }
 
 TEST_F(ProbeDecode, DescriptionIsABoundedCopyOfTheStringItNames) {
-    AddAgentsProbe(kVoltage, kLocation).string("not this one").string(4, "+12 V");
-    AddAgentsProbe(kTemperature, kLocation).string("not this one").string(4, "Inlet");
+    AddAgentsProbe(kVoltage, kLocation).String("not this one").String(4, "+12 V");
+    AddAgentsProbe(kTemperature, kLocation).String("not this one").String(4, "Inlet");
     EXPECT_EQ(Ask(&SmBios::GetVoltageDescription, kLocation, 6), Copied("+12 V"));
     EXPECT_EQ(Ask(&SmBios::GetVoltageDescription, kLocation, 5), Copied("+12 "));
     EXPECT_EQ(Ask(&SmBios::GetTemperatureDescription, kLocation, 6), Copied("Inlet"));
@@ -140,9 +140,9 @@ TEST_F(ProbeDecode, ProbeWithoutADescriptionAnswersMinusOne) {
 
 TEST_F(ProbeDecode, FirstProbeThatHasAllBitsOfTheLocationIsTaken) {
     for (const int type : {kVoltage, kTemperature}) {
-        AddAgentsProbe(type, 0x61).string(4, "first");
-        AddAgentsProbe(type, 0x63).string(4, "second");
-        AddAgentsProbe(type, 0x07).string(4, "third");
+        AddAgentsProbe(type, 0x61).String(4, "first");
+        AddAgentsProbe(type, 0x63).String(4, "second");
+        AddAgentsProbe(type, 0x07).String(4, "third");
     }
     const std::vector<std::pair<int, Answer>> answers = {
         {1, Copied("first")}, {2, Copied("second")}, {3, Copied("second")},   {7, Copied("third")},
@@ -157,8 +157,8 @@ TEST_F(ProbeDecode, FirstProbeThatHasAllBitsOfTheLocationIsTaken) {
 
 TEST_F(ProbeDecode, EveryGetterPassesOverAProbeElsewhere) {
     for (const int type : {kVoltage, kTemperature}) {
-        AddAgentsProbe(type, 0x62).string(4, "elsewhere").word(6, 1).word(8, 1).word(20, 1);
-        AddAgentsProbe(type, 0x63).string(4, "here").word(6, 12600).word(8, 11400).word(20, 12000);
+        AddAgentsProbe(type, 0x62).String(4, "elsewhere").Word(6, 1).Word(8, 1).Word(20, 1);
+        AddAgentsProbe(type, 0x63).String(4, "here").Word(6, 12600).Word(8, 11400).Word(20, 12000);
     }
     EXPECT_EQ(Ask(&SmBios::GetVoltageDescription, 3, 32), Copied("here"));
     EXPECT_EQ(Ask(&SmBios::GetVoltageStatus, 3), Terminated("error"));
@@ -176,9 +176,9 @@ protected:
 
     // Two probes of a kind, of which the second is at the location that the records tell.
     void AddProbes(int type) {
-        for (int i = 0; i < 2; ++i) table.add(static_cast<std::uint8_t>(type), 1, 22);
-        AddAgentsProbe(type, 2).word(6, 1).word(8, 2).word(20, 3);
-        AddAgentsProbe(type, 3).word(6, 12600).word(8, 11400).word(20, 12000);
+        for (int i = 0; i < 2; ++i) table.Add(static_cast<std::uint8_t>(type), 1, 22);
+        AddAgentsProbe(type, 2).Word(6, 1).Word(8, 2).Word(20, 3);
+        AddAgentsProbe(type, 3).Word(6, 12600).Word(8, 11400).Word(20, 12000);
     }
 
     static constexpr std::size_t kSize = 6916;
@@ -189,17 +189,17 @@ TEST_F(ProbeRecords, VoltageOfLocation3FillsTheFirstElement) {
     Place();
     ExpectRecord(0x4000000, RecordImage(kSize),
                  RecordImage(kSize)
-                     .number(0, 2)
-                     .text(4 + 76, "12000 mv")     // CurrentVoltage
-                     .text(4 + 92, "11400 mv")     // min
-                     .text(4 + 108, "12600 mv"));  // max
+                     .Number(0, 2)
+                     .Text(4 + 76, "12000 mv")     // CurrentVoltage
+                     .Text(4 + 92, "11400 mv")     // min
+                     .Text(4 + 108, "12600 mv"));  // max
 }
 
 TEST_F(ProbeRecords, TemperatureOfLocation3FillsTheFirstElement) {
     AddProbes(kTemperature);
     Place();
     ExpectRecord(0x8000000, RecordImage(kSize),
-                 RecordImage(kSize).number(0, 2).text(4 + 76, "12000 C"));
+                 RecordImage(kSize).Number(0, 2).Text(4 + 76, "12000 C"));
 }
 
 }  // namespace

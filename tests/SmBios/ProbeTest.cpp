@@ -9,12 +9,12 @@ class ProbeTest : public SmBiosTest {
 protected:
     void AddProbes(int count, std::uint8_t type) {
         for (int i = 0; i < count; ++i)
-            table.add(type, handle++, 22)
-                .string(4, "probe")
-                .byte(5, 0x7F)
-                .word(6, 12600)
-                .word(8, 11400)
-                .word(20, 12000);
+            table.Add(type, handle++, 22)
+                .String(4, "probe")
+                .Byte(5, 0x7F)
+                .Word(6, 12600)
+                .Word(8, 11400)
+                .Word(20, 12000);
     }
 
     std::uint16_t handle = 0x1A00;

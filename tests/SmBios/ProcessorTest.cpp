@@ -9,7 +9,7 @@ namespace {
 class ProcessorTest : public SmBiosTest {
 protected:
     sim::SmbiosStructure& AddProcessor(int status = 0x41) {
-        return table.add(4, handle++, 35).byte(24, static_cast<std::uint8_t>(status));
+        return table.Add(4, handle++, 35).Byte(24, static_cast<std::uint8_t>(status));
     }
 
     // The answer of a getter for each value of one byte of the structure.
@@ -17,7 +17,7 @@ protected:
     void ForEveryByte(std::size_t offset, int (SmBios::*getter)(int, char*), Expected expected) {
         for (int code = 0; code < 256; ++code) {
             NewTable();
-            AddProcessor().byte(offset, static_cast<std::uint8_t>(code));
+            AddProcessor().Byte(offset, static_cast<std::uint8_t>(code));
             Open();
             EXPECT_EQ(Ask(getter, 1), Terminated(expected(code))) << "code " << code;
         }
@@ -83,20 +83,20 @@ const CodeTexts kFamilies{{{1, "Other"},
 
 TEST_F(ProcessorTest, EveryFamilyCodeHasItsName) {
     ASSERT_EQ(kFamilies.known.size(), 53u);
-    ForEveryByte(6, &SmBios::GetProcessorFamily, [](int code) { return kFamilies.of(code); });
+    ForEveryByte(6, &SmBios::GetProcessorFamily, [](int code) { return kFamilies.Of(code); });
 }
 
 TEST_F(ProcessorTest, FamilyCodes2And56And203GiveUnknown) {
     for (const int code : {2, 56, 203}) {
         NewTable();
-        AddProcessor().byte(6, static_cast<std::uint8_t>(code));
+        AddProcessor().Byte(6, static_cast<std::uint8_t>(code));
         Open();
         EXPECT_EQ(Ask(&SmBios::GetProcessorFamily, 1), Terminated("Unknown")) << code;
     }
 }
 
 TEST_F(ProcessorTest, LongestFamilyNameHasFiftyThreeCharacters) {
-    AddProcessor().byte(6, 177);
+    AddProcessor().Byte(6, 177);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorFamily, 1).written.size(), 53u + 1);
 }
@@ -105,22 +105,22 @@ TEST_F(ProcessorTest, EveryVoltageByteHasItsText) {
     const CodeTexts voltages{
         {{1, "5V"}, {2, "3.3V"}, {3, "5V or 3.3V"}, {4, "2.9V"}, {6, "2.9V or 3.3V"}}, "Unknown"};
     ForEveryByte(17, &SmBios::GetProcessorVoltage,
-                 [&](int code) { return voltages.of(code & 0x0F); });
+                 [&](int code) { return voltages.Of(code & 0x0F); });
 }
 
 TEST_F(ProcessorTest, VoltageFlags05GiveUnknownAnd86GiveTwoVoltages) {
-    AddProcessor().byte(17, 0x05);
-    AddProcessor().byte(17, 0x86);
+    AddProcessor().Byte(17, 0x05);
+    AddProcessor().Byte(17, 0x86);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorVoltage, 1), Terminated("Unknown"));
     EXPECT_EQ(Ask(&SmBios::GetProcessorVoltage, 2), Terminated("2.9V or 3.3V"));
 }
 
 TEST_F(ProcessorTest, ExternalClockIsWrittenEvenWhenItIsZero) {
-    AddProcessor().word(18, 133);
-    AddProcessor().word(18, 0);
-    AddProcessor().word(18, 0xFFFF);
-    AddProcessor().word(18, 0x8000);
+    AddProcessor().Word(18, 133);
+    AddProcessor().Word(18, 0);
+    AddProcessor().Word(18, 0xFFFF);
+    AddProcessor().Word(18, 0x8000);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorExternalClock, 1), Terminated("133 MHZ"));
     EXPECT_EQ(Ask(&SmBios::GetProcessorExternalClock, 2), Terminated("0 MHZ"));
@@ -129,9 +129,9 @@ TEST_F(ProcessorTest, ExternalClockIsWrittenEvenWhenItIsZero) {
 }
 
 TEST_F(ProcessorTest, SpeedsAreWrittenAndZeroIsUnknown) {
-    AddProcessor().word(20, 3600).word(22, 2800);
-    AddProcessor().word(20, 0).word(22, 1);
-    AddProcessor().word(20, 0xFFFF).word(22, 0);
+    AddProcessor().Word(20, 3600).Word(22, 2800);
+    AddProcessor().Word(20, 0).Word(22, 1);
+    AddProcessor().Word(20, 0xFFFF).Word(22, 0);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorMaxSpeed, 1), Terminated("3600 MHZ"));
     EXPECT_EQ(Ask(&SmBios::GetProcessorCurrentSpeed, 1), Terminated("2800 MHZ"));
@@ -142,7 +142,7 @@ TEST_F(ProcessorTest, SpeedsAreWrittenAndZeroIsUnknown) {
 }
 
 TEST_F(ProcessorTest, TextsAreBoundedCopies) {
-    AddProcessor().string(7, "Maker").string(16, "Version").string(32, "Serial");
+    AddProcessor().String(7, "Maker").String(16, "Version").String(32, "Serial");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorManufacturer, 1, 48), Copied("Maker"));
     EXPECT_EQ(Ask(&SmBios::GetProcessorVersion, 1, 48), Copied("Version"));
@@ -188,7 +188,7 @@ TEST_F(ProcessorTest, StatusIsTheRawByte) {
 }
 
 TEST_F(ProcessorTest, ShortStructureReadsAsZeroBehindItsEnd) {
-    table.add(4, 1, 20).byte(6, 178).word(18, 100);
+    table.Add(4, 1, 20).Byte(6, 178).Word(18, 100);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorFamily, 1), Terminated("Pentium 4 Processor"));
     EXPECT_EQ(Ask(&SmBios::GetProcessorExternalClock, 1), Terminated("100 MHZ"));
@@ -200,7 +200,7 @@ TEST_F(ProcessorTest, ShortStructureReadsAsZeroBehindItsEnd) {
 }
 
 TEST_F(ProcessorTest, WordCutByTheEndOfTheStructureKeepsItsLowByte) {
-    table.add(4, 1, 21).byte(20, 0x10).string("\x01");  // a string byte where the high byte is
+    table.Add(4, 1, 21).Byte(20, 0x10).String("\x01");  // a string byte where the high byte is
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorMaxSpeed, 1), Terminated("16 MHZ"));
 }
@@ -241,14 +241,14 @@ TEST_F(ProcessorTest, OnlyTheFirstSixteenAreLookedAt) {
 }
 
 TEST_F(ProcessorTest, WithoutProcessorsBothQuantitiesAreZero) {
-    table.add(0, 0, 20);
+    table.Add(0, 0, 20);
     Open();
     EXPECT_EQ(reader->GetProcessorQuantity(), 0);
     EXPECT_EQ(reader->GetProcessorVirtualQuantity(), 0);
 }
 
 TEST_F(ProcessorTest, SeventeenthProcessorIsReadAllTheSame) {
-    for (int i = 1; i <= 17; ++i) AddProcessor().word(18, static_cast<std::uint16_t>(i));
+    for (int i = 1; i <= 17; ++i) AddProcessor().Word(18, static_cast<std::uint16_t>(i));
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorExternalClock, 17), Terminated("17 MHZ"));
 }

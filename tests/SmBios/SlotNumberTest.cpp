@@ -60,7 +60,7 @@ TEST_F(SlotNumber, ShorterLocatorKeepsTheTailOfALongerOneBefore) {
 
 TEST_F(SlotNumber, DeviceWithoutALocatorKeepsTheOneBefore) {
     AddDevice(256, "DIMM1", "Bank");
-    table.add(17, 9, 27).word(12, 256).string(17, "Bank").string(16, "DIMM5");
+    table.Add(17, 9, 27).Word(12, 256).String(17, "Bank").String(16, "DIMM5");
     EXPECT_EQ(Summarise(), 0);
     EXPECT_EQ(info.quantity, 2);
     EXPECT_EQ(info.bank[1].SlotNumber, 1);
@@ -76,9 +76,9 @@ TEST_F(SlotNumber, LocatorsOfEmptySocketsLeaveNoTail) {
 
 TEST_F(SlotNumber, TailOfAModuleLocatorSpoilsTheMatchWithItsDevice) {
     AddController({1, 2});
-    AddModule(1, 8, 0x0100).string(4, "DIMM SLOT 7");
-    AddModule(2, 8, 0x0100).string(4, "DIMM2");
-    AddDevice(256, "DIMM2", "Bank").string(23, "Maker");
+    AddModule(1, 8, 0x0100).String(4, "DIMM SLOT 7");
+    AddModule(2, 8, 0x0100).String(4, "DIMM2");
+    AddDevice(256, "DIMM2", "Bank").String(23, "Maker");
     EXPECT_EQ(Summarise(), 0);
     EXPECT_STREQ(info.bank[1].manufacturer, "");
     EXPECT_EQ(info.bank[1].SlotNumber, 7);

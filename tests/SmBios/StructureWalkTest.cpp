@@ -17,7 +17,7 @@ protected:
 
     void AddMany(int count, std::uint8_t type, int firstHandle) {
         for (int i = 0; i < count; ++i)
-            table.add(type, static_cast<std::uint16_t>(firstHandle + i), 4);
+            table.Add(type, static_cast<std::uint16_t>(firstHandle + i), 4);
     }
 
     SmBios& OpenWith(int structures, int length) {
@@ -29,11 +29,11 @@ protected:
 };
 
 TEST_F(StructureWalkTest, StructuresOfATypeAreCountedFromOne) {
-    table.add(0, 10, 4);
-    table.add(4, 11, 4);
-    table.add(7, 12, 4);
-    table.add(4, 13, 4);
-    table.add(4, 14, 4);
+    table.Add(0, 10, 4);
+    table.Add(4, 11, 4);
+    table.Add(7, 12, 4);
+    table.Add(4, 13, 4);
+    table.Add(4, 14, 4);
     Open();
     EXPECT_EQ(Handle(4, 1), 11);
     EXPECT_EQ(Handle(4, 2), 13);
@@ -45,8 +45,8 @@ TEST_F(StructureWalkTest, StructuresOfATypeAreCountedFromOne) {
 }
 
 TEST_F(StructureWalkTest, ItemOfTypeZeroIsTheFirstStructureWhateverItsTypeAndTheIndex) {
-    table.add(3, 0x33, 4).string("first");
-    table.add(0, 0x44, 4).string("second");
+    table.Add(3, 0x33, 4).String("first");
+    table.Add(0, 0x44, 4).String("second");
     Open();
     for (const int index : {0, 1, 2, 5, 255}) {
         const auto item = Item(0, index);
@@ -58,7 +58,7 @@ TEST_F(StructureWalkTest, ItemOfTypeZeroIsTheFirstStructureWhateverItsTypeAndThe
 }
 
 TEST_F(StructureWalkTest, ItemOfTypeZeroIgnoresTheCount) {
-    table.add(3, 0x33, 4);
+    table.Add(3, 0x33, 4);
     OpenWith(0, -1);
     EXPECT_EQ(Handle(0, 1), 0x33);
     EXPECT_EQ(Handle(3, 1), -1);
@@ -71,16 +71,16 @@ TEST_F(StructureWalkTest, IndexZeroNeverMatches) {
 }
 
 TEST_F(StructureWalkTest, TypesUpTo255AreFound) {
-    table.add(0, 1, 4);
+    table.Add(0, 1, 4);
     for (int type = 1; type < 256; ++type)
-        table.add(static_cast<std::uint8_t>(type), static_cast<std::uint16_t>(0x100 + type), 4);
+        table.Add(static_cast<std::uint8_t>(type), static_cast<std::uint16_t>(0x100 + type), 4);
     Open();
     for (int type = 1; type < 256; ++type) EXPECT_EQ(Handle(type, 1), 0x100 + type);
 }
 
 TEST_F(StructureWalkTest, EndOfTableStructureDoesNotEndTheWalk) {
-    table.add(127, 1, 4);
-    table.add(4, 2, 4);
+    table.Add(127, 1, 4);
+    table.Add(4, 2, 4);
     Open();
     EXPECT_EQ(Handle(127, 1), 1);
     EXPECT_EQ(Handle(4, 1), 2);
@@ -127,13 +127,13 @@ TEST_F(StructureWalkTest, StructureThatStartsWithinTheLengthIsVisited) {
 }
 
 TEST_F(StructureWalkTest, StringSetCutByTheLengthEndsThere) {
-    table.add(1, 1, 8).string(4, "Manufacturer");
+    table.Add(1, 1, 8).String(4, "Manufacturer");
     OpenWith(1, 8 + 5);
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("Manuf"));
 }
 
 TEST_F(StructureWalkTest, FormattedAreaCutByTheLengthReadsAsZeroThere) {
-    table.add(4, 1, 35).word(20, 0x0E10).word(22, 0x0E10);
+    table.Add(4, 1, 35).Word(20, 0x0E10).Word(22, 0x0E10);
     OpenWith(1, 21);  // the low byte of the maximum speed is the last
     EXPECT_EQ(Ask(&SmBios::GetProcessorMaxSpeed, 1), Terminated("16 MHZ"));
     EXPECT_EQ(Ask(&SmBios::GetProcessorCurrentSpeed, 1), Refused("Unknown"));
@@ -146,9 +146,9 @@ TEST_F(StructureWalkTest, FormattedAreaCutByTheLengthReadsAsZeroThere) {
 }
 
 TEST_F(StructureWalkTest, StructureOfTheTablesLastTwoBytesHasTheLengthThatTheLastOneSays) {
-    table.add(9, 1, 4);
+    table.Add(9, 1, 4);
     const std::uint8_t header[] = {4, 255, 0, 0};
-    table.raw(header);
+    table.Raw(header);
     OpenWith(2, 6 + 2);  // the type byte is the last but one, the length the last
     const auto item = Item(4, 1);
     ASSERT_NE(item, nullptr);
@@ -166,7 +166,7 @@ TEST_F(StructureWalkTest, LengthAboveTheTruthWalksTheZeroesBehind) {
 }
 
 TEST_F(StructureWalkTest, TableOfNoBytesHoldsNoStructure) {
-    table.add(4, 1, 4);
+    table.Add(4, 1, 4);
     OpenWith(1, 0);
     EXPECT_EQ(reader->InitOK, 1);
     EXPECT_EQ(Handle(4, 1), -1);
@@ -180,7 +180,7 @@ TEST_F(StructureWalkTest, StructuresShorterThanTheirHeaderAreWalkedForward) {
         8, 3, 0x0A, 'y',  0, 0,  // the handle's high byte is a string
         4, 4, 0x21, 0x00, 0, 0,  //
     };
-    table.raw(bytes);
+    table.Raw(bytes);
     OpenWith(4, -1);
     EXPECT_EQ(Handle(5, 1), 0);
     EXPECT_EQ(Handle(6, 1), 0x0078);
@@ -190,7 +190,7 @@ TEST_F(StructureWalkTest, StructuresShorterThanTheirHeaderAreWalkedForward) {
 }
 
 TEST_F(StructureWalkTest, TableOfZeroesIsWalkedToItsEnd) {
-    table.raw(sim::Bytes(0x400));
+    table.Raw(sim::Bytes(0x400));
     OpenWith(0xFFFF, 0x400);
     EXPECT_EQ(Handle(4, 1), -1);
     const auto item = Item(0, 1);
@@ -199,7 +199,7 @@ TEST_F(StructureWalkTest, TableOfZeroesIsWalkedToItsEnd) {
 }
 
 TEST_F(StructureWalkTest, TableWithoutAnyDoubleZeroIsOneStructure) {
-    table.raw(sim::Bytes(0x400, 4));  // type 4, length 4, handle 0x0404, then one long string
+    table.Raw(sim::Bytes(0x400, 4));  // type 4, length 4, handle 0x0404, then one long string
     OpenWith(0xFFFF, 0x400);
     EXPECT_EQ(Handle(4, 1), 0x0404);
     EXPECT_EQ(Handle(4, 2), -1);
@@ -216,7 +216,7 @@ TEST_F(StructureWalkTest, TwoHundredFiftyFiveStructuresOfATypeAreReached) {
 
 TEST_F(StructureWalkTest, GettersSeeTheLowByteOfTheirIndex) {
     for (int i = 1; i <= 3; ++i)
-        table.add(4, static_cast<std::uint16_t>(i), 35).word(18, static_cast<std::uint16_t>(i));
+        table.Add(4, static_cast<std::uint16_t>(i), 35).Word(18, static_cast<std::uint16_t>(i));
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorExternalClock, 2), Terminated("2 MHZ"));
     EXPECT_EQ(Ask(&SmBios::GetProcessorExternalClock, 256 + 3), Terminated("3 MHZ"));
@@ -230,7 +230,7 @@ TEST_F(StructureWalkTest, GettersSeeTheLowByteOfTheirIndex) {
 TEST_F(StructureWalkTest, DmiEntryPointBoundsTheWalkByItsOwnCountAndLength) {
     AddMany(5, 4, 1);
     sim::SmbiosPlacement placement;
-    placement.anchor = sim::SmbiosPlacement::Anchor::dmi;
+    placement.anchor = sim::SmbiosPlacement::Anchor::kDmi;
     placement.structures = 3;
     Open(placement);
     EXPECT_EQ(Handle(4, 3), 3);
@@ -243,7 +243,7 @@ TEST_F(StructureWalkTest, DmiEntryPointBoundsTheWalkByItsOwnCountAndLength) {
 }
 
 TEST_F(StructureWalkTest, WithNeitherMatchFlagOnlyTypeZeroIsAnswered) {
-    table.add(3, 0x33, 4);
+    table.Add(3, 0x33, 4);
     Open();
     reader->MatchSMBIOS = 0;
     EXPECT_EQ(Handle(3, 1), -1);
@@ -253,9 +253,9 @@ TEST_F(StructureWalkTest, WithNeitherMatchFlagOnlyTypeZeroIsAnswered) {
 TEST_F(StructureWalkTest, WalkNeedsNoAccessToTheMachine) {
     AddMany(10, 4, 1);
     Open();
-    server.log().clear();
+    server.GetLog().Clear();
     EXPECT_EQ(Handle(4, 10), 10);
-    EXPECT_TRUE(server.log().accesses().empty());
+    EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
 }  // namespace

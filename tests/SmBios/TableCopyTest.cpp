@@ -12,18 +12,18 @@ namespace {
 class TableCopy : public SmBiosTest {
 protected:
     TableCopy() {
-        table.add(0, 0x0000, 9).string(4, "Vendor");
-        table.add(1, 0x0001, 8).string(4, "Maker");
+        table.Add(0, 0x0000, 9).String(4, "Vendor");
+        table.Add(1, 0x0001, 8).String(4, "Maker");
     }
 
     // The table at an address, its entry point written by hand.
     SmBios& OpenAt(std::uint32_t address) {
-        const sim::Bytes bytes = table.bytes();
-        server.memory().write(address, bytes);
+        const sim::Bytes bytes = table.Image();
+        server.GetMemory().Write(address, bytes);
         return OpenEntry({address, static_cast<std::uint16_t>(bytes.size()), 2});
     }
     SmBios& OpenEntry(const TableLocation& location) {
-        server.memory().write(0xF0000, SmbiosEntryImage(location));
+        server.GetMemory().Write(0xF0000, SmbiosEntryImage(location));
         return Read();
     }
 
@@ -82,8 +82,8 @@ TEST_F(TableCopy, TableThatCrossesASixtyFourKibibyteBoundaryIsRead) {
 
 TEST_F(TableCopy, TableThatRunsPastTheReadIsZeroThere) {
     // The first segment is read alone, 64 KiB: what lies behind it is not in the buffer.
-    const sim::Bytes bytes = table.bytes();
-    server.memory().write(0xFFE0, bytes);
+    const sim::Bytes bytes = table.Image();
+    server.GetMemory().Write(0xFFE0, bytes);
     OpenEntry({0xFFE0, static_cast<std::uint16_t>(bytes.size()), 2});
     EXPECT_EQ(reader->InitOK, 1);
     EXPECT_EQ(reader->BiosDataLength, bytes.size());
@@ -92,8 +92,8 @@ TEST_F(TableCopy, TableThatRunsPastTheReadIsZeroThere) {
 }
 
 TEST_F(TableCopy, CopyHoldsTheTableAndTwoZeroBytesBehindIt) {
-    const sim::Bytes bytes = table.bytes();
-    server.memory().write(0xF8000, std::vector<std::uint8_t>(0x400, 0xEE));
+    const sim::Bytes bytes = table.Image();
+    server.GetMemory().Write(0xF8000, std::vector<std::uint8_t>(0x400, 0xEE));
     OpenAt(0xF8000);
     EXPECT_EQ(reader->BiosDataLength, bytes.size());
     EXPECT_EQ(std::memcmp(reader->BiosData, bytes.data(), bytes.size()), 0);
@@ -103,34 +103,34 @@ TEST_F(TableCopy, CopyHoldsTheTableAndTwoZeroBytesBehindIt) {
 
 TEST_F(TableCopy, LongestTableIsCopiedWhole) {
     sim::Bytes bytes(0xFFFF, 0x41);
-    server.memory().write(0x200000, bytes);
+    server.GetMemory().Write(0x200000, bytes);
     OpenEntry({0x200000, 0xFFFF, 1});
     EXPECT_EQ(reader->BiosDataLength, 0xFFFF);
     EXPECT_EQ(std::memcmp(reader->BiosData, bytes.data(), bytes.size()), 0);
 }
 
 TEST_F(TableCopy, RefusedDeviceIsReportedOnStandardError) {
-    server.refuse("/dev/mem", EACCES);
+    server.Refuse("/dev/mem", EACCES);
     EXPECT_EQ(Diagnostics(), "open /dev/mem\n: Permission denied\n");
     ExpectNoTable(0);
 }
 
 TEST_F(TableCopy, AbsentDeviceIsReportedOnStandardError) {
-    server.refuse("/dev/mem", ENOENT);
+    server.Refuse("/dev/mem", ENOENT);
     EXPECT_EQ(Diagnostics(), "open /dev/mem\n: No such file or directory\n");
     ExpectNoTable(0);
 }
 
 TEST_F(TableCopy, FailedFirstSeekIsReportedOnStandardError) {
-    server.memory().placeSmbios(table.bytes());
-    server.fail("lseek", 1, EINVAL);
+    server.GetMemory().PlaceSmbios(table.Image());
+    server.Fail("lseek", 1, EINVAL);
     EXPECT_EQ(Diagnostics(), "lseek /dev/mem\n: Invalid argument\n");
     ExpectNoTable(0);
 }
 
 TEST_F(TableCopy, FailedFirstReadFindsNoAnchorInSilence) {
-    server.memory().placeSmbios(table.bytes());
-    server.fail("read", 1, EPERM);
+    server.GetMemory().PlaceSmbios(table.Image());
+    server.Fail("read", 1, EPERM);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(0);
 }
@@ -141,58 +141,58 @@ TEST_F(TableCopy, EntryPointThatAnEarlierReaderLeftInFreedMemoryIsNotFound) {
     placement.entry = 0xF8000;
     Open(placement);
     reader.reset();
-    server.fail("read", 1, EPERM);
+    server.Fail("read", 1, EPERM);
     Read();
     ExpectNoTable(0);
 }
 
 TEST_F(TableCopy, ShortFirstReadThatHoldsTheEntryPointCounts) {
-    server.memory().placeSmbios(table.bytes());  // entry point at 0xF0010
-    server.shortRead(1, 0x10 + 31);
+    server.GetMemory().PlaceSmbios(table.Image());  // entry point at 0xF0010
+    server.ShortRead(1, 0x10 + 31);
     EXPECT_EQ(Diagnostics(), "");
     ExpectWhole();
 }
 
 TEST_F(TableCopy, ShortFirstReadThatEndsBeforeTheAnchorFindsNothing) {
-    server.memory().placeSmbios(table.bytes());
-    server.shortRead(1, 0x10);
+    server.GetMemory().PlaceSmbios(table.Image());
+    server.ShortRead(1, 0x10);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(0);
 }
 
 TEST_F(TableCopy, FailedSecondSeekLeavesTheReaderUninitialisedInSilence) {
-    server.memory().placeSmbios(table.bytes());
-    server.fail("lseek", 2, EINVAL);
+    server.GetMemory().PlaceSmbios(table.Image());
+    server.Fail("lseek", 2, EINVAL);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(1);
 }
 
 TEST_F(TableCopy, FailedSecondReadLeavesTheReaderUninitialisedInSilence) {
-    server.memory().placeSmbios(table.bytes());
-    server.fail("read", 2, EPERM);
+    server.GetMemory().PlaceSmbios(table.Image());
+    server.Fail("read", 2, EPERM);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(1);
 }
 
 TEST_F(TableCopy, EmptySecondReadLeavesTheReaderUninitialised) {
-    server.memory().placeSmbios(table.bytes());
-    server.shortRead(2, 0);
+    server.GetMemory().PlaceSmbios(table.Image());
+    server.ShortRead(2, 0);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(1);
 }
 
 TEST_F(TableCopy, ReadPastTheEndOfMemoryLeavesTheReaderUninitialised) {
-    server.memory().resize(0x180000);  // the read at 0xF0000 is one mebibyte long
-    server.memory().placeSmbios(table.bytes());
+    server.GetMemory().Resize(0x180000);  // the read at 0xF0000 is one mebibyte long
+    server.GetMemory().PlaceSmbios(table.Image());
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(1);
 }
 
 TEST_F(TableCopy, FailureKeepsTheDmiMatchToo) {
     sim::SmbiosPlacement placement;
-    placement.anchor = sim::SmbiosPlacement::Anchor::dmi;
-    server.memory().placeSmbios(table.bytes(), placement);
-    server.fail("read", 2, EPERM);
+    placement.anchor = sim::SmbiosPlacement::Anchor::kDmi;
+    server.GetMemory().PlaceSmbios(table.Image(), placement);
+    server.Fail("read", 2, EPERM);
     Read();
     EXPECT_EQ(reader->InitOK, 0);
     EXPECT_EQ(reader->IsMatchDMI(), 1);
@@ -201,9 +201,9 @@ TEST_F(TableCopy, FailureKeepsTheDmiMatchToo) {
 }
 
 TEST_F(TableCopy, ShortSecondReadCountsAndTheRestIsZero) {
-    const sim::Bytes bytes = table.bytes();
-    server.memory().write(0xF8000, bytes);
-    server.shortRead(2, 0x8000 + 9 + 8);  // ends behind the first structure's string set
+    const sim::Bytes bytes = table.Image();
+    server.GetMemory().Write(0xF8000, bytes);
+    server.ShortRead(2, 0x8000 + 9 + 8);  // ends behind the first structure's string set
     OpenEntry({0xF8000, static_cast<std::uint16_t>(bytes.size()), 2});
     EXPECT_EQ(reader->InitOK, 1);
     EXPECT_EQ(std::memcmp(reader->BiosData, bytes.data(), 17), 0);
@@ -213,9 +213,9 @@ TEST_F(TableCopy, ShortSecondReadCountsAndTheRestIsZero) {
 }
 
 TEST_F(TableCopy, ShortSecondReadBeforeTheTableGivesATableOfZeroes) {
-    const sim::Bytes bytes = table.bytes();
-    server.memory().write(0xF8000, bytes);
-    server.shortRead(2, 1);
+    const sim::Bytes bytes = table.Image();
+    server.GetMemory().Write(0xF8000, bytes);
+    server.ShortRead(2, 1);
     OpenEntry({0xF8000, static_cast<std::uint16_t>(bytes.size()), 2});
     EXPECT_EQ(reader->InitOK, 1);
     for (std::size_t i = 0; i < bytes.size() + 2; ++i) EXPECT_EQ(reader->BiosData[i], 0) << i;
@@ -225,10 +225,10 @@ TEST_F(TableCopy, AddressRangePastFourGibibytesLeavesTheReaderUninitialised) {
     for (const std::uint32_t address :
          {0x80000000u, 0xC0000000u, 0xFFFEFFFFu, 0xFFFF0000u, 0xFFFFFFF0u}) {
         testing::internal::CaptureStderr();
-        server.log().clear();
+        server.GetLog().Clear();
         OpenEntry({address, 64, 2});
         EXPECT_EQ(testing::internal::GetCapturedStderr(), "") << address;
-        EXPECT_EQ(server.log().count("read"), 1u) << address;  // there is nothing to read there
+        EXPECT_EQ(server.GetLog().Count("read"), 1u) << address;  // there is nothing to read there
         ExpectNoTable(1);
     }
 }
@@ -239,10 +239,10 @@ TEST_F(TableCopy, ReadOfTwoGibibytesLeavesTheReaderUninitialised) {
 }
 
 TEST_F(TableCopy, EveryFailedAllocationLeavesTheReaderUninitialised) {
-    server.memory().placeSmbios(table.bytes());
+    server.GetMemory().PlaceSmbios(table.Image());
     int failures = 0;
     for (int nth = 1; nth <= 8; ++nth) {
-        server.failAllocation(nth);
+        server.FailAllocation(nth);
         reader.reset();
         ASSERT_NO_THROW(reader = std::make_unique<SmBios>()) << nth;
         if (reader->InitOK != 0) break;
@@ -255,12 +255,12 @@ TEST_F(TableCopy, EveryFailedAllocationLeavesTheReaderUninitialised) {
 }
 
 TEST_F(TableCopy, ReaderMadeWithATextClaimsToBeInitialisedAndHasNoTable) {
-    server.memory().placeSmbios(table.bytes());
+    server.GetMemory().PlaceSmbios(table.Image());
     char text[] = "ignored";
     for (char* argument : {text, static_cast<char*>(nullptr)}) {
-        server.log().clear();
+        server.GetLog().Clear();
         reader = std::make_unique<SmBios>(argument);
-        EXPECT_TRUE(server.log().accesses().empty());
+        EXPECT_TRUE(server.GetLog().Accesses().empty());
         EXPECT_EQ(reader->IsInitOK(), 1);
         EXPECT_EQ(reader->IsMatchSmBios(), 0);
         EXPECT_EQ(reader->IsMatchDMI(), 0);
@@ -282,7 +282,7 @@ TEST_F(TableCopy, ItemsOutliveTheReader) {
 TEST_F(TableCopy, ReadersAreIndependent) {
     Open();
     const std::unique_ptr<SmBios> first = std::move(reader);
-    NewTable().add(0, 0, 9).string(4, "Other");
+    NewTable().Add(0, 0, 9).String(4, "Other");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Other"));
     reader = std::make_unique<SmBios>();

@@ -101,7 +101,7 @@ int FakeKernelDevice::Receive(int file, void* argument) {
 extern "C" {
 
 int open(const char* path, int flags, ...) {
-    FakeKernelDevice* const device = FakeKernelDevice::current();
+    FakeKernelDevice* const device = FakeKernelDevice::Current();
     if (device != nullptr && std::strcmp(path, FakeKernelDevice::kPath) == 0)
         return device->Open(flags);
     va_list arguments;
@@ -112,13 +112,13 @@ int open(const char* path, int flags, ...) {
 }
 
 int close(int file) {
-    FakeKernelDevice* const device = FakeKernelDevice::current();
+    FakeKernelDevice* const device = FakeKernelDevice::Current();
     if (device != nullptr && device->Owns(file)) return device->Close(file);
     return static_cast<int>(syscall(SYS_close, file));
 }
 
 int poll(pollfd* files, nfds_t count, int timeout) {
-    FakeKernelDevice* const device = FakeKernelDevice::current();
+    FakeKernelDevice* const device = FakeKernelDevice::Current();
     if (device != nullptr && count == 1 && device->Owns(files->fd))
         return device->Poll(files->fd, timeout, files->revents);
     return static_cast<int>(syscall(SYS_poll, files, count, timeout));
@@ -129,7 +129,7 @@ int ioctl(int file, unsigned long request, ...) {
     va_start(arguments, request);
     void* const argument = va_arg(arguments, void*);
     va_end(arguments);
-    FakeKernelDevice* const device = FakeKernelDevice::current();
+    FakeKernelDevice* const device = FakeKernelDevice::Current();
     if (device != nullptr && device->Owns(file)) return device->Ioctl(file, request, argument);
     return static_cast<int>(syscall(SYS_ioctl, file, request, argument));
 }

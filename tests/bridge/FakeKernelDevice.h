@@ -35,7 +35,7 @@ public:
     FakeKernelDevice(const FakeKernelDevice&) = delete;
     FakeKernelDevice& operator=(const FakeKernelDevice&) = delete;
 
-    static FakeKernelDevice* current() { return current_; }
+    static FakeKernelDevice* Current() { return current_; }
 
     void Queue(int file, Queued message) { files_.at(file).push_back(std::move(message)); }
 
@@ -43,7 +43,7 @@ public:
     void Disappear();
     void ComeBack() { openError = 0; }
 
-    [[nodiscard]] std::size_t openFiles() const { return files_.size(); }
+    [[nodiscard]] std::size_t OpenFiles() const { return files_.size(); }
 
     // The calls. They return -1 and set errno as the C library does.
     int Open(int flags);

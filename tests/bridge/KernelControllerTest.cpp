@@ -65,7 +65,7 @@ TEST_F(KernelController, ARequestGoesToTheBmcOfTheSystemInterface) {
     EXPECT_EQ(sent.request.lun, 1);
     EXPECT_EQ(sent.request.command, 0x2D);
     EXPECT_EQ(sent.request.data, Bytes{0x30});
-    EXPECT_EQ(kernel.sent(), 1U);
+    EXPECT_EQ(kernel.Sent(), 1U);
 }
 
 TEST_F(KernelController, TheDeviceIsOpenedOnceAndNotForProgramsThatAreStarted) {
@@ -192,7 +192,7 @@ TEST_F(KernelController, ADeviceThatGoesIsReportedAndItsFileClosed) {
     ASSERT_EQ(Ask(), 0);
     device.Disappear();
     EXPECT_EQ(Ask(), ENODEV);
-    EXPECT_EQ(device.openFiles(), 0U);
+    EXPECT_EQ(device.OpenFiles(), 0U);
     EXPECT_EQ(Ask(), ENODEV);
 }
 
@@ -203,7 +203,7 @@ TEST_F(KernelController, ADeviceThatCameBackSinceIsOpenedAgainForTheSameRequest)
     EXPECT_EQ(Ask(), 0);
     ASSERT_THAT(device.sent, SizeIs(2));
     EXPECT_NE(device.sent[0].file, device.sent[1].file);
-    EXPECT_EQ(device.openFiles(), 1U);
+    EXPECT_EQ(device.OpenFiles(), 1U);
 }
 
 TEST_F(KernelController, ADeviceThatGoesWhileItIsWaitedForIsReported) {
@@ -212,7 +212,7 @@ TEST_F(KernelController, ADeviceThatGoesWhileItIsWaitedForIsReported) {
         device.Disappear();
     };
     EXPECT_EQ(Ask(), ENODEV);
-    EXPECT_EQ(device.openFiles(), 0U);
+    EXPECT_EQ(device.OpenFiles(), 0U);
     device.ComeBack();
     AnswerWith({0x00, 0x22});
     EXPECT_EQ(Ask(), 0);
@@ -229,8 +229,8 @@ TEST_F(KernelController, ARefusedRequestLeavesTheFileOpen) {
     ASSERT_EQ(Ask(), 0);
     device.sendError = EINVAL;
     EXPECT_EQ(Ask(), EINVAL);
-    EXPECT_EQ(device.openFiles(), 1U);
-    EXPECT_EQ(kernel.sent(), 1U);
+    EXPECT_EQ(device.OpenFiles(), 1U);
+    EXPECT_EQ(kernel.Sent(), 1U);
 }
 
 }  // namespace

@@ -51,7 +51,7 @@ TEST_F(Session, TheAnswerIsTheRecordWithItsResultAndTheResponseBehindIt) {
     expected.insert(expected.end(), {0x34, 0x12});
     expected.insert(expected.end(), bmc.record.begin(), bmc.record.end());
     EXPECT_EQ(answer, expected);
-    EXPECT_EQ(session.served(), 1U);
+    EXPECT_EQ(session.Served(), 1U);
 }
 
 TEST_F(Session, ACompletionCodeStandsInItsFieldAndBringsNoBytes) {
@@ -85,7 +85,7 @@ TEST_F(Session, ResponsesAreCutToTheCallersRoom) {
 TEST_F(Session, WithoutAResponseTheErrnoIsTheAnswer) {
     bmc.error = ETIMEDOUT;
     EXPECT_EQ(session.Serve(Call(), answer), ETIMEDOUT);
-    EXPECT_EQ(session.served(), 0U);
+    EXPECT_EQ(session.Served(), 0U);
 }
 
 TEST_F(Session, NonsenseNeverReachesTheBmc) {
@@ -180,7 +180,7 @@ TEST_F(Session, CallersOfOneFileTakeTurnsAndGetTheirOwnAnswers) {
     for (std::thread& caller : callers) caller.join();
     EXPECT_EQ(right, 4 * 200);
     EXPECT_FALSE(echo.overlap);
-    EXPECT_EQ(shared.served(), 4U * 200U);
+    EXPECT_EQ(shared.Served(), 4U * 200U);
 }
 
 // Whole records for several files at once, while a program beside the bridge reserves the

@@ -70,9 +70,9 @@ void ExpectMoreBehindDamage(const Bytes& dump, ExpectedFields& fields) {
                                  {"voltages.quantity", 26},     {"fans.quantity", 27},
                                  {"temperatures.quantity", 28}, {"power.TotalNumber", 39}};
     for (const Count& count : kCounts)
-        fields.find(count.field)
-            ->by(Rule::walksPastDamage, std::to_string(CountPastDamage(dump, count.type)));
-    fields.openBy(Rule::walksPastDamage);
+        fields.Find(count.field)
+            ->By(Rule::kWalksPastDamage, std::to_string(CountPastDamage(dump, count.type)));
+    fields.OpenBy(Rule::kWalksPastDamage);
 }
 
 ExpectedFields ExpectedByPeer(const Capture& capture) {
@@ -86,22 +86,22 @@ ExpectedFields ExpectedByPeer(const Capture& capture) {
 
 }  // namespace
 
-void Capture::loadInto(sim::SimulatedServer& server) const {
+void Capture::LoadInto(sim::SimulatedServer& server) const {
     if (!isSegment) {
-        server.memory().placeDump(FileBytes(image));
+        server.GetMemory().PlaceDump(FileBytes(image));
         return;
     }
-    server.memory().placeSegment(FileBytes(image));
+    server.GetMemory().PlaceSegment(FileBytes(image));
     for (const auto& [address, path] : PagesOf(*this)) {
         // The firmware puts such a table at the end of memory.
         const Bytes page = FileBytes(path);
         const std::uint64_t end = std::uint64_t{address} + page.size();
-        server.memory().resize((end + kMegabyte - 1) / kMegabyte * kMegabyte);
-        server.memory().write(address, page);
+        server.GetMemory().Resize((end + kMegabyte - 1) / kMegabyte * kMegabyte);
+        server.GetMemory().Write(address, page);
     }
 }
 
-ExpectedFields Capture::expected(const sim::PhysicalMemory& memory) const {
+ExpectedFields Capture::Expected(const sim::PhysicalMemory& memory) const {
     if (words.empty()) return ExpectedWithoutFirmwareTable();
     if (!isSegment) return ExpectedByPeer(*this);
 
@@ -110,9 +110,10 @@ ExpectedFields Capture::expected(const sim::PhysicalMemory& memory) const {
     const RawStructure segment{0, 0, FileBytes(image), {}};
     std::size_t field = AnchorAt(segment.formatted, "_SM_") + kSmbiosTable;
     if (field >= segment.formatted.size()) field = AnchorAt(segment.formatted, "_DMI_") + kDmiTable;
-    if (field >= segment.formatted.size()) return ExpectedWithoutTable(false, Rule::noSmbios3Entry);
-    if (!IsReadable(segment.dword(field), memory.size()))
-        return ExpectedWithoutTable(true, Rule::tableNearMemoryEnd);
+    if (field >= segment.formatted.size())
+        return ExpectedWithoutTable(false, Rule::kNoSmbios3Entry);
+    if (!IsReadable(segment.Dword(field), memory.Size()))
+        return ExpectedWithoutTable(true, Rule::kTableNearMemoryEnd);
     return ExpectedByPeer(*this);
 }
 
@@ -144,8 +145,8 @@ std::vector<Capture> AllCaptures() {
 
 Comparison Examine(const Capture& capture) {
     sim::SimulatedServer server;
-    capture.loadInto(server);
-    return Compare(capture.expected(server.memory()), AskEverything());
+    capture.LoadInto(server);
+    return Compare(capture.Expected(server.GetMemory()), AskEverything());
 }
 
 }  // namespace captures

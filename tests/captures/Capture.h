@@ -25,10 +25,10 @@ struct Capture {
     bool isSegment = false;
 
     // What the machine's memory holds.
-    void loadInto(sim::SimulatedServer& server) const;
+    void LoadInto(sim::SimulatedServer& server) const;
 
     // What the library must answer.
-    ExpectedFields expected(const sim::PhysicalMemory& memory) const;
+    ExpectedFields Expected(const sim::PhysicalMemory& memory) const;
 };
 
 // How gtest shows one.

@@ -17,9 +17,9 @@ bool IsUnwritten(const std::string& answer) {
 }
 
 std::string Explain(const ExpectedField& field, const std::string& answer) {
-    std::string text = field.name() + " is " + Quoted(answer) + ", must be " +
-                       Quoted(field.exact()) + "; dmidecode says " + Quoted(field.meaning());
-    for (const Rule rule : field.rules()) text += ", " + std::string(TextOf(rule).name);
+    std::string text = field.Name() + " is " + Quoted(answer) + ", must be " +
+                       Quoted(field.Exact()) + "; dmidecode says " + Quoted(field.Meaning());
+    for (const Rule rule : field.Rules()) text += ", " + std::string(TextOf(rule).name);
     return text;
 }
 
@@ -29,23 +29,23 @@ Comparison Compare(const ExpectedFields& expected, const Answers& answers) {
     Comparison result;
     std::set<std::string> compared;
     for (const ExpectedField& field : expected) {
-        const auto answer = answers.find(field.name());
-        compared.insert(field.name());
+        const auto answer = answers.find(field.Name());
+        compared.insert(field.Name());
         ++result.fields;
-        if (answer == answers.end() || answer->second != field.exact()) {
+        if (answer == answers.end() || answer->second != field.Exact()) {
             result.unexplained.push_back(
                 Explain(field, answer == answers.end() ? "(not asked)" : answer->second));
-        } else if (field.exact() == field.meaning()) {
+        } else if (field.Exact() == field.Meaning()) {
             ++result.equal;
         } else {
-            for (const Rule rule : field.rules()) ++result.byRule[rule];
+            for (const Rule rule : field.Rules()) ++result.byRule[rule];
         }
     }
     for (const auto& [name, answer] : answers) {
         if (compared.contains(name) || IsUnwritten(answer)) continue;
         ++result.fields;
-        if (expected.openBy())
-            ++result.byRule[*expected.openBy()];
+        if (expected.OpenBy())
+            ++result.byRule[*expected.OpenBy()];
         else
             result.unexplained.push_back(name + " is " + Quoted(answer) +
                                          ", must be unwritten; dmidecode says nothing");

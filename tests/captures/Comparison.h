@@ -19,7 +19,7 @@ struct Comparison {
     std::map<Rule, unsigned> byRule;       // a field that took two rules counts under both
     std::vector<std::string> unexplained;  // one sentence each
 
-    unsigned ruled() const { return fields - equal - static_cast<unsigned>(unexplained.size()); }
+    unsigned Ruled() const { return fields - equal - static_cast<unsigned>(unexplained.size()); }
 };
 
 // Answers without an expectation must be unwritten ("" or "0") and then are not counted, or else

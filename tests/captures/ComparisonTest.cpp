@@ -19,33 +19,33 @@ using testing::Pair;
 
 TEST(Comparison, CountsAnAnswerWithDmidecodesMeaningAsEqual) {
     ExpectedFields expected;
-    expected.add("system.version", "A");
+    expected.Add("system.version", "A");
     const Comparison result = Compare(expected, {{"system.version", "A"}});
     EXPECT_EQ(result.equal, 1u);
-    EXPECT_EQ(result.ruled(), 0u);
+    EXPECT_EQ(result.Ruled(), 0u);
     EXPECT_THAT(result.unexplained, IsEmpty());
 }
 
 TEST(Comparison, CountsARuledAnswerUnderItsRule) {
     ExpectedFields expected;
-    expected.add("system.version", "ABCD").cutTo(3);
+    expected.Add("system.version", "ABCD").CutTo(3);
     const Comparison result = Compare(expected, {{"system.version", "AB"}});
     EXPECT_EQ(result.equal, 0u);
-    EXPECT_EQ(result.ruled(), 1u);
-    EXPECT_THAT(result.byRule, ElementsAre(Pair(Rule::cutToField, 1u)));
+    EXPECT_EQ(result.Ruled(), 1u);
+    EXPECT_THAT(result.byRule, ElementsAre(Pair(Rule::kCutToField, 1u)));
     EXPECT_THAT(result.unexplained, IsEmpty());
 }
 
 TEST(Comparison, LeavesAnAnswerUnexplainedThatIgnoresItsRule) {
     ExpectedFields expected;
-    expected.add("system.version", "ABCD").cutTo(3);
+    expected.Add("system.version", "ABCD").CutTo(3);
     EXPECT_THAT(Compare(expected, {{"system.version", "ABCD"}}).unexplained,
                 ElementsAre(HasSubstr("must be \"AB\"")));
 }
 
 TEST(Comparison, LeavesAMissingAnswerUnexplained) {
     ExpectedFields expected;
-    expected.add("system.version", "A");
+    expected.Add("system.version", "A");
     EXPECT_THAT(Compare(expected, {}).unexplained, ElementsAre(HasSubstr("system.version")));
 }
 
@@ -61,16 +61,16 @@ TEST(Comparison, AcceptsUnwrittenFieldsWithoutAnExpectation) {
 
 TEST(Comparison, CountsAnAnswerThatIsLeftOpenUnderItsRule) {
     ExpectedFields expected;
-    expected.openBy(Rule::walksPastDamage);
+    expected.OpenBy(Rule::kWalksPastDamage);
     const Comparison result = Compare(expected, {{"board.AssetTag", "x"}});
-    EXPECT_THAT(result.byRule, ElementsAre(Pair(Rule::walksPastDamage, 1u)));
+    EXPECT_THAT(result.byRule, ElementsAre(Pair(Rule::kWalksPastDamage, 1u)));
     EXPECT_THAT(result.unexplained, IsEmpty());
 }
 
 TEST(ExpectedField, DoesNotCountARuleThatChangesNothing) {
     ExpectedFields expected;
-    const ExpectedField& field = expected.add("system.version", "AB").cutTo(3);
-    EXPECT_THAT(field.rules(), IsEmpty());
+    const ExpectedField& field = expected.Add("system.version", "AB").CutTo(3);
+    EXPECT_THAT(field.Rules(), IsEmpty());
 }
 
 TEST(Rules, HaveOneNameEach) {

@@ -22,14 +22,14 @@ void TakeVersion(const std::string& line, DmidecodeText& text) {
     int end = 0;
     if (std::sscanf(line.c_str(), "SMBIOS %u.%u%*[.0-9] present.%n", &major, &minor, &end) == 2 &&
         end != 0) {
-        text.entryPoint = DmidecodeText::EntryPoint::smbios;
+        text.entryPoint = DmidecodeText::EntryPoint::kSmbios;
     } else if (std::sscanf(line.c_str(), "SMBIOS %u.%u present.%n", &major, &minor, &end) == 2 &&
                end != 0) {
-        text.entryPoint = DmidecodeText::EntryPoint::smbios;
+        text.entryPoint = DmidecodeText::EntryPoint::kSmbios;
     } else if (std::sscanf(line.c_str(), "Legacy DMI %u.%u present.%n", &major, &minor, &end) ==
                    2 &&
                end != 0) {
-        text.entryPoint = DmidecodeText::EntryPoint::legacy;
+        text.entryPoint = DmidecodeText::EntryPoint::kLegacy;
     } else {
         return;
     }
@@ -67,36 +67,36 @@ void TakeBlockLine(unsigned lineNumber, const std::string& line, DmidecodeStruct
 
 }  // namespace
 
-const DmidecodeStructure::Line* DmidecodeStructure::line(std::string_view key) const {
+const DmidecodeStructure::Line* DmidecodeStructure::FindLine(std::string_view key) const {
     for (const Line& candidate : lines)
         if (candidate.key == key) return &candidate;
     return nullptr;
 }
 
-std::optional<std::string> DmidecodeStructure::find(std::string_view key) const {
-    const Line* found = line(key);
+std::optional<std::string> DmidecodeStructure::Find(std::string_view key) const {
+    const Line* found = FindLine(key);
     if (found == nullptr) return std::nullopt;
     return found->value;
 }
 
-std::string DmidecodeStructure::value(std::string_view key) const {
-    return find(key).value_or("");
+std::string DmidecodeStructure::Value(std::string_view key) const {
+    return Find(key).value_or("");
 }
 
-std::vector<const DmidecodeStructure*> DmidecodeText::ofType(unsigned type) const {
+std::vector<const DmidecodeStructure*> DmidecodeText::OfType(unsigned type) const {
     std::vector<const DmidecodeStructure*> found;
     for (const DmidecodeStructure& structure : structures)
         if (structure.type == type) found.push_back(&structure);
     return found;
 }
 
-const DmidecodeStructure* DmidecodeText::first(unsigned type) const {
+const DmidecodeStructure* DmidecodeText::First(unsigned type) const {
     for (const DmidecodeStructure& structure : structures)
         if (structure.type == type) return &structure;
     return nullptr;
 }
 
-const DmidecodeStructure* DmidecodeText::byHandle(unsigned type, unsigned handle) const {
+const DmidecodeStructure* DmidecodeText::ByHandle(unsigned type, unsigned handle) const {
     for (const DmidecodeStructure& structure : structures)
         if (structure.type == type && structure.handle == handle) return &structure;
     return nullptr;

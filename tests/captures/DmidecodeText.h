@@ -28,23 +28,23 @@ struct DmidecodeStructure {
     std::string title;
     std::vector<Line> lines;
 
-    const Line* line(std::string_view key) const;                 // the first one; null without it
-    std::optional<std::string> find(std::string_view key) const;  // its value
-    std::string value(std::string_view key) const;                // empty without the line
+    const Line* FindLine(std::string_view key) const;             // the first one; null without it
+    std::optional<std::string> Find(std::string_view key) const;  // its value
+    std::string Value(std::string_view key) const;                // empty without the line
 };
 
 struct DmidecodeText {
-    enum class EntryPoint { none, smbios, legacy };
+    enum class EntryPoint { kNone, kSmbios, kLegacy };
 
-    EntryPoint entryPoint = EntryPoint::none;
+    EntryPoint entryPoint = EntryPoint::kNone;
     unsigned major = 0;
     unsigned minor = 0;
     bool stoppedAtDamage = false;  // the table holds more behind the last structure
     std::vector<DmidecodeStructure> structures;
 
-    std::vector<const DmidecodeStructure*> ofType(unsigned type) const;
-    const DmidecodeStructure* first(unsigned type) const;  // null without one
-    const DmidecodeStructure* byHandle(unsigned type, unsigned handle) const;
+    std::vector<const DmidecodeStructure*> OfType(unsigned type) const;
+    const DmidecodeStructure* First(unsigned type) const;  // null without one
+    const DmidecodeStructure* ByHandle(unsigned type, unsigned handle) const;
 };
 
 // Throws std::runtime_error, naming the line, for a block that is not one of dmidecode's.

@@ -36,25 +36,25 @@ constexpr char kPlain[] =
 
 TEST(DmidecodeText, TakesTheVersionOfAnSmbiosEntryPoint) {
     const DmidecodeText text = Parse(kPlain);
-    EXPECT_EQ(text.entryPoint, DmidecodeText::EntryPoint::smbios);
+    EXPECT_EQ(text.entryPoint, DmidecodeText::EntryPoint::kSmbios);
     EXPECT_EQ(text.major, 2u);
     EXPECT_EQ(text.minor, 3u);
 }
 
 TEST(DmidecodeText, TakesAVersionOfThreeNumbers) {
     const DmidecodeText text = Parse("SMBIOS 3.1.1 present.\n");
-    EXPECT_EQ(text.entryPoint, DmidecodeText::EntryPoint::smbios);
+    EXPECT_EQ(text.entryPoint, DmidecodeText::EntryPoint::kSmbios);
     EXPECT_EQ(text.major, 3u);
     EXPECT_EQ(text.minor, 1u);
 }
 
 TEST(DmidecodeText, TellsALegacyEntryPointFromAnSmbiosOne) {
-    EXPECT_EQ(Parse("Legacy DMI 2.3 present.\n").entryPoint, DmidecodeText::EntryPoint::legacy);
+    EXPECT_EQ(Parse("Legacy DMI 2.3 present.\n").entryPoint, DmidecodeText::EntryPoint::kLegacy);
 }
 
 TEST(DmidecodeText, HasNoEntryPointWithoutAVersionLine) {
     EXPECT_EQ(Parse("# No SMBIOS nor DMI entry point found, sorry.\n").entryPoint,
-              DmidecodeText::EntryPoint::none);
+              DmidecodeText::EntryPoint::kNone);
 }
 
 TEST(DmidecodeText, TakesHandleTypeAndLengthOfEachStructure) {
@@ -68,32 +68,32 @@ TEST(DmidecodeText, TakesHandleTypeAndLengthOfEachStructure) {
 }
 
 TEST(DmidecodeText, SplitsALineAtItsFirstColon) {
-    EXPECT_EQ(Parse(kPlain).structures[0].value("Socket Designation"), "Slot: A");
+    EXPECT_EQ(Parse(kPlain).structures[0].Value("Socket Designation"), "Slot: A");
 }
 
 TEST(DmidecodeText, KeepsBlanksThatBelongToAValue) {
-    EXPECT_EQ(Parse(kPlain).structures[0].value("Version"), " ");
+    EXPECT_EQ(Parse(kPlain).structures[0].Value("Version"), " ");
 }
 
 TEST(DmidecodeText, GivesDeeperLinesToTheLineAbove) {
     const DmidecodeText text = Parse(kPlain);
-    const DmidecodeStructure::Line* flags = text.structures[0].line("Flags");
+    const DmidecodeStructure::Line* flags = text.structures[0].FindLine("Flags");
     ASSERT_NE(flags, nullptr);
     EXPECT_EQ(flags->items, (std::vector<std::string>{"FPU (Floating-point unit on-chip)", "MMX"}));
 }
 
 TEST(DmidecodeText, HasNothingUnderAKeyThatIsNotThere) {
     const DmidecodeText text = Parse(kPlain);
-    EXPECT_EQ(text.structures[0].find("Voltage"), std::nullopt);
-    EXPECT_EQ(text.structures[0].value("Voltage"), "");
+    EXPECT_EQ(text.structures[0].Find("Voltage"), std::nullopt);
+    EXPECT_EQ(text.structures[0].Value("Voltage"), "");
 }
 
 TEST(DmidecodeText, FindsStructuresByTypeAndHandle) {
     const DmidecodeText text = Parse(kPlain);
-    EXPECT_EQ(text.ofType(4).size(), 1u);
-    EXPECT_EQ(text.first(7), nullptr);
-    EXPECT_EQ(text.byHandle(4, 0x400), &text.structures[0]);
-    EXPECT_EQ(text.byHandle(7, 0x400), nullptr);
+    EXPECT_EQ(text.OfType(4).size(), 1u);
+    EXPECT_EQ(text.First(7), nullptr);
+    EXPECT_EQ(text.ByHandle(4, 0x400), &text.structures[0]);
+    EXPECT_EQ(text.ByHandle(7, 0x400), nullptr);
 }
 
 TEST(DmidecodeText, IgnoresRemarksBetweenStructures) {

@@ -12,8 +12,8 @@ std::string Element(const char* array, std::size_t number) {
 
 ExpectedFields ExpectedOf(const PeerTable& peer) {
     ExpectedFields fields;
-    fields.add("IsSmBiosSupport", peer.legacy() ? "0" : "1");
-    for (const char* command : kCommandNames) fields.add(std::string(command) + ".result", "0");
+    fields.Add("IsSmBiosSupport", peer.Legacy() ? "0" : "1");
+    for (const char* command : kCommandNames) fields.Add(std::string(command) + ".result", "0");
     ExpectBoardAndSystem(peer, fields);
     ExpectProcessors(peer, fields);
     ExpectMemory(peer, fields);
@@ -25,16 +25,16 @@ ExpectedFields ExpectedOf(const PeerTable& peer) {
 
 ExpectedFields ExpectedWithoutTable(bool entryPointFound, Rule why) {
     ExpectedFields fields;
-    fields.add("IsSmBiosSupport", "1").by(why, entryPointFound ? "1" : "0");
+    fields.Add("IsSmBiosSupport", "1").By(why, entryPointFound ? "1" : "0");
     for (const char* command : kCommandNames)
-        fields.add(std::string(command) + ".result", "0").by(why, "-1");
+        fields.Add(std::string(command) + ".result", "0").By(why, "-1");
     return fields;
 }
 
 ExpectedFields ExpectedWithoutFirmwareTable() {
     ExpectedFields fields;
-    fields.add("IsSmBiosSupport", "0");
-    for (const char* command : kCommandNames) fields.add(std::string(command) + ".result", "-1");
+    fields.Add("IsSmBiosSupport", "0");
+    for (const char* command : kCommandNames) fields.Add(std::string(command) + ".result", "-1");
     return fields;
 }
 

@@ -20,15 +20,15 @@ void ExpectBios(const PeerTable& peer, ExpectedFields& fields) {
     constexpr Text kTexts[] = {{"board.RomVendor", "Vendor", 4, 32},
                                {"board.RomVersion", "Version", 5, 32},
                                {"board.RomReleaseDate", "Release Date", 8, 16}};
-    const PeerStructure* bios = peer.first(0);
+    const PeerStructure* bios = peer.First(0);
     for (const Text& text : kTexts) {
         ExpectedField& field =
-            bios == nullptr ? fields.add(text.field, "")
-                            : bios->addText(fields, text.field, text.key, text.offset, text.size);
-        const PeerStructure& first = peer.structures().front();
+            bios == nullptr ? fields.Add(text.field, "")
+                            : bios->AddText(fields, text.field, text.key, text.offset, text.size);
+        const PeerStructure& first = peer.Structures().front();
         if (first.text.type != 0)
-            field.by(Rule::firstStructureIsBios, first.raw.string(text.offset).value_or(""))
-                .cutTo(text.size);
+            field.By(Rule::kFirstStructureIsBios, first.raw.String(text.offset).value_or(""))
+                .CutTo(text.size);
     }
 }
 
@@ -36,7 +36,7 @@ void ExpectBios(const PeerTable& peer, ExpectedFields& fields) {
 const PeerStructure* SelectedBoard(const std::vector<const PeerStructure*>& boards) {
     if (boards.size() == 1) return boards[0];
     for (const PeerStructure* board : boards)
-        if (LeadingNumber(board->text.value("Contained Object Handles")).value_or(0) == 0)
+        if (LeadingNumber(board->text.Value("Contained Object Handles")).value_or(0) == 0)
             return board;
     return nullptr;
 }
@@ -51,23 +51,23 @@ void ExpectBoard(const PeerTable& peer, ExpectedFields& fields) {
     constexpr Text kTexts[] = {{"board.Manufacturer", "Manufacturer", 4, 32},
                                {"board.ProductName", "Product Name", 5, 32},
                                {"board.SerialNo", "Serial Number", 7, 16}};
-    const std::vector<const PeerStructure*> boards = peer.ofType(2);
+    const std::vector<const PeerStructure*> boards = peer.OfType(2);
     if (boards.empty()) return;
     const PeerStructure* selected = SelectedBoard(boards);
     for (const Text& text : kTexts) {
-        ExpectedField& field = fields.add(text.field, boards[0]->stringText(text.key, text.offset));
-        field.by(Rule::boardSelection,
-                 selected == nullptr ? "" : selected->stringText(text.key, text.offset));
-        field.cutTo(text.size);
+        ExpectedField& field = fields.Add(text.field, boards[0]->StringText(text.key, text.offset));
+        field.By(Rule::kBoardSelection,
+                 selected == nullptr ? "" : selected->StringText(text.key, text.offset));
+        field.CutTo(text.size);
     }
 }
 
 void ExpectSystem(const PeerTable& peer, ExpectedFields& fields) {
-    const PeerStructure* system = peer.first(1);
+    const PeerStructure* system = peer.First(1);
     if (system == nullptr) return;
-    system->addText(fields, "system.manufacturer", "Manufacturer", 4, 32);
-    system->addText(fields, "system.SysProductName", "Product Name", 5, 32);
-    system->addText(fields, "system.version", "Version", 6, 16);
+    system->AddText(fields, "system.manufacturer", "Manufacturer", 4, 32);
+    system->AddText(fields, "system.SysProductName", "Product Name", 5, 32);
+    system->AddText(fields, "system.version", "Version", 6, 16);
 }
 
 }  // namespace

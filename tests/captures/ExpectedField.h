@@ -23,7 +23,7 @@ public:
         : name_(std::move(name)), meaning_(meaning), exact_(std::move(meaning)) {}
 
     // The rule turns the answer into `text`. It counts only where that changes something.
-    ExpectedField& by(Rule rule, const std::string& text) {
+    ExpectedField& By(Rule rule, const std::string& text) {
         if (text == exact_) return *this;
         exact_ = text;
         rules_.insert(rule);
@@ -31,14 +31,14 @@ public:
     }
 
     // The field has room for so many bytes, one of them for the terminator.
-    ExpectedField& cutTo(std::size_t size) {
-        return by(Rule::cutToField, exact_.substr(0, size - 1));
+    ExpectedField& CutTo(std::size_t size) {
+        return By(Rule::kCutToField, exact_.substr(0, size - 1));
     }
 
-    const std::string& name() const { return name_; }
-    const std::string& meaning() const { return meaning_; }
-    const std::string& exact() const { return exact_; }
-    const std::set<Rule>& rules() const { return rules_; }
+    const std::string& Name() const { return name_; }
+    const std::string& Meaning() const { return meaning_; }
+    const std::string& Exact() const { return exact_; }
+    const std::set<Rule>& Rules() const { return rules_; }
 
 private:
     std::string name_;
@@ -50,20 +50,20 @@ private:
 class ExpectedFields {
 public:
     // The reference stays valid while fields are added.
-    ExpectedField& add(std::string name, std::string meaning) {
+    ExpectedField& Add(std::string name, std::string meaning) {
         return fields_.emplace_back(std::move(name), std::move(meaning));
     }
-    ExpectedField& add(std::string name, unsigned long meaning) {
-        return add(std::move(name), std::to_string(meaning));
+    ExpectedField& Add(std::string name, unsigned long meaning) {
+        return Add(std::move(name), std::to_string(meaning));
     }
 
     // What stands behind the damage of a table cannot be compared: answers without an expectation
     // count under the rule.
-    void openBy(Rule rule) { openBy_ = rule; }
-    std::optional<Rule> openBy() const { return openBy_; }
+    void OpenBy(Rule rule) { openBy_ = rule; }
+    std::optional<Rule> OpenBy() const { return openBy_; }
 
-    ExpectedField* find(std::string_view name) {
-        const auto found = std::ranges::find(fields_, name, &ExpectedField::name);
+    ExpectedField* Find(std::string_view name) {
+        const auto found = std::ranges::find(fields_, name, &ExpectedField::Name);
         return found == fields_.end() ? nullptr : &*found;
     }
 

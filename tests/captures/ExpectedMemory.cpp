@@ -46,45 +46,45 @@ unsigned SlotOf(const std::string& locator) {
 }
 
 unsigned long Megabytes(const PeerStructure& structure, const char* key) {
-    return Kilobytes(structure.text.value(key)).value_or(0) >> 10;
+    return Kilobytes(structure.text.Value(key)).value_or(0) >> 10;
 }
 
 std::string SizeText(const PeerStructure& device) {
     constexpr std::size_t kSize = 12;  // SMBIOS 7.18; bit 15 stands for kilobytes
-    const auto kilobytes = Kilobytes(device.text.value("Size"));
+    const auto kilobytes = Kilobytes(device.text.Value("Size"));
     if (!kilobytes) return "Unknown";
-    if ((device.raw.word(kSize) & 0x8000) != 0) return std::to_string(*kilobytes) + " KB";
+    if ((device.raw.Word(kSize) & 0x8000) != 0) return std::to_string(*kilobytes) + " KB";
     return std::to_string(*kilobytes >> 10) + " MB";
 }
 
 void ExpectDevice(const PeerStructure& device, const std::string& prefix, ExpectedFields& fields) {
-    ExpectedField& size = fields.add(prefix + "size", SizeText(device));
+    ExpectedField& size = fields.Add(prefix + "size", SizeText(device));
     if (Megabytes(device, "Size") > kLargestDevice)
-        size.by(Rule::sizeBeyond32GiB, std::to_string(kLargestDevice) + " MB");
-    const std::string type = device.text.value("Type");
+        size.By(Rule::kSizeBeyond32GiB, std::to_string(kLargestDevice) + " MB");
+    const std::string type = device.text.Value("Type");
     if (const auto name = OurName(MemoryTypes(), type))
-        fields.add(prefix + "type", type).by(Rule::memoryTypeNewer, *name);
+        fields.Add(prefix + "type", type).By(Rule::kMemoryTypeNewer, *name);
     ExpectTypeDetail(device, prefix, fields);
-    const std::string speed = device.text.value("Speed");
+    const std::string speed = device.text.Value("Speed");
     const auto number = LeadingNumber(speed);
     ExpectedField& field =
-        fields.add(prefix + "speed", number ? std::to_string(*number) + " MHZ" : speed);
-    if (!number) field.by(Rule::unknownSpeedEmpty, "");
-    device.addText(fields, prefix + "manufacturer", "Manufacturer", 23, kManufacturerSize);
-    ExpectSlot(device.stringText("Locator", kDeviceLocator), prefix, fields);
+        fields.Add(prefix + "speed", number ? std::to_string(*number) + " MHZ" : speed);
+    if (!number) field.By(Rule::kUnknownSpeedEmpty, "");
+    device.AddText(fields, prefix + "manufacturer", "Manufacturer", 23, kManufacturerSize);
+    ExpectSlot(device.StringText("Locator", kDeviceLocator), prefix, fields);
 }
 
 }  // namespace
 
 void ExpectSlot(const std::string& locator, const std::string& prefix, ExpectedFields& fields) {
-    fields.add(prefix + "SlotNumber", LastNumber(locator))
-        .by(Rule::slotDigit, std::to_string(SlotOf(locator)));
+    fields.Add(prefix + "SlotNumber", LastNumber(locator))
+        .By(Rule::kSlotDigit, std::to_string(SlotOf(locator)));
 }
 
 void ExpectTypeDetail(const PeerStructure& device, const std::string& prefix,
                       ExpectedFields& fields) {
-    const std::string detail = device.text.value("Type Detail");
-    ExpectedField& field = fields.add(prefix + "TypeDetail", detail == "None" ? "" : detail);
+    const std::string detail = device.text.Value("Type Detail");
+    ExpectedField& field = fields.Add(prefix + "TypeDetail", detail == "None" ? "" : detail);
     std::string known;
     std::string words;
     for (const NamePair& pair : TypeDetails()) {
@@ -92,19 +92,19 @@ void ExpectTypeDetail(const PeerStructure& device, const std::string& prefix,
         words += pair.ours;
         if (!pair.ours.empty()) known += (known.empty() ? "" : " ") + std::string(pair.peer);
     }
-    field.by(Rule::typeDetailNewer, known).by(Rule::typeDetailName, words).cutTo(kTypeDetailSize);
+    field.By(Rule::kTypeDetailNewer, known).By(Rule::kTypeDetailName, words).CutTo(kTypeDetailSize);
 }
 
 bool IsPopulated(const PeerStructure& device) {
-    return device.text.value("Size") != "No Module Installed";
+    return device.text.Value("Size") != "No Module Installed";
 }
 
 bool DevicesRecognised(const PeerTable& peer) {
     constexpr std::size_t kBankLocator = 17;
-    for (const PeerStructure* device : peer.ofType(17)) {
-        if (!device->raw.string(kBankLocator)) return false;
-        const std::string bank = device->text.value("Bank Locator");
-        const std::string locator = device->stringText("Locator", kDeviceLocator);
+    for (const PeerStructure* device : peer.OfType(17)) {
+        if (!device->raw.String(kBankLocator)) return false;
+        const std::string bank = device->text.Value("Bank Locator");
+        const std::string locator = device->StringText("Locator", kDeviceLocator);
         if (Contains(bank, "Bank") || (Contains(bank, "BANK") && IsPopulated(*device)) ||
             Contains(locator, "Dimm") || Contains(locator, "DIMM"))
             return true;
@@ -114,35 +114,35 @@ bool DevicesRecognised(const PeerTable& peer) {
 
 ExpectedField& ExpectTotal(const PeerTable& peer, ExpectedFields& fields) {
     unsigned long modules = 0;
-    for (const PeerStructure* module : peer.ofType(6))
+    for (const PeerStructure* module : peer.OfType(6))
         modules += Megabytes(*module, "Installed Size");
     unsigned long devices = 0;
     unsigned long capped = 0;
-    for (const PeerStructure* device : peer.ofType(17)) {
+    for (const PeerStructure* device : peer.OfType(17)) {
         const unsigned long size = Megabytes(*device, "Size");
         devices += size;
         capped += std::min(size, kLargestDevice);
     }
-    ExpectedField& total = fields.add("memory.TotalSize", devices != 0 ? devices : modules);
+    ExpectedField& total = fields.Add("memory.TotalSize", devices != 0 ? devices : modules);
     if (modules % 65536 != 0)
-        return total.by(Rule::totalFromModules, std::to_string(modules))
-            .by(Rule::totalModulo65536, std::to_string(modules % 65536));
-    return total.by(Rule::sizeBeyond32GiB, std::to_string(capped))
-        .by(Rule::totalModulo65536, std::to_string(capped % 65536));
+        return total.By(Rule::kTotalFromModules, std::to_string(modules))
+            .By(Rule::kTotalModulo65536, std::to_string(modules % 65536));
+    return total.By(Rule::kSizeBeyond32GiB, std::to_string(capped))
+        .By(Rule::kTotalModulo65536, std::to_string(capped % 65536));
 }
 
 void ExpectDevices(const PeerTable& peer, ExpectedFields& fields) {
-    std::vector<const PeerStructure*> populated = peer.ofType(17);
+    std::vector<const PeerStructure*> populated = peer.OfType(17);
     std::erase_if(populated, [](const auto* device) { return !IsPopulated(*device); });
-    ExpectedField& quantity = fields.add("memory.quantity", populated.size());
+    ExpectedField& quantity = fields.Add("memory.quantity", populated.size());
     ExpectedField& total = ExpectTotal(peer, fields);
     if (!DevicesRecognised(peer)) {
-        quantity.by(Rule::bankLocatorNeeded, "0");
-        total.by(Rule::bankLocatorNeeded, "0");
+        quantity.By(Rule::kBankLocatorNeeded, "0");
+        total.By(Rule::kBankLocatorNeeded, "0");
         return;
     }
     const std::size_t count = std::min(populated.size(), kMostBanks);
-    quantity.by(Rule::sixteenBanks, std::to_string(count));
+    quantity.By(Rule::kSixteenBanks, std::to_string(count));
     for (std::size_t i = 0; i < count; ++i)
         ExpectDevice(*populated[i], Element("bank", i + 1), fields);
 }

@@ -27,14 +27,14 @@ std::string Megahertz(const std::string& clock) {
 
 void ExpectStatus(const PeerStructure& processor, const std::string& prefix,
                   ExpectedFields& fields) {
-    const std::string status = processor.text.value("Status");
-    ExpectedField& unknown = fields.add(prefix + "IsUHT", status.ends_with(", Unknown"));
+    const std::string status = processor.text.Value("Status");
+    ExpectedField& unknown = fields.Add(prefix + "IsUHT", status.ends_with(", Unknown"));
     ExpectedField& disabled =
-        fields.add(prefix + "IsDisabled", status.find(", Disabled By") != std::string::npos);
+        fields.Add(prefix + "IsDisabled", status.find(", Disabled By") != std::string::npos);
     if (status == "Unpopulated") {
-        const unsigned bits = processor.raw.byte(kStatus) & 7u;
-        unknown.by(Rule::unpopulatedStatus, bits == 0 ? "1" : "0");
-        disabled.by(Rule::unpopulatedStatus, bits == 2 || bits == 3 ? "1" : "0");
+        const unsigned bits = processor.raw.Byte(kStatus) & 7u;
+        unknown.By(Rule::kUnpopulatedStatus, bits == 0 ? "1" : "0");
+        disabled.By(Rule::kUnpopulatedStatus, bits == 2 || bits == 3 ? "1" : "0");
     }
 }
 
@@ -46,8 +46,8 @@ struct CacheTexts {
 };
 
 CacheTexts AddCache(const std::string& prefix, const std::string& all, ExpectedFields& fields) {
-    return {fields.add(prefix + "designation", all), fields.add(prefix + "InstalledSize", all),
-            fields.add(prefix + "MaxSize", all), fields.add(prefix + "speed", all)};
+    return {fields.Add(prefix + "designation", all), fields.Add(prefix + "InstalledSize", all),
+            fields.Add(prefix + "MaxSize", all), fields.Add(prefix + "speed", all)};
 }
 
 // The processor has no cache of this level, as `why` words it.
@@ -57,17 +57,17 @@ void ExpectMissingCache(const PeerTable& peer, const std::string& prefix, const 
     CacheTexts cache = AddCache(prefix, notProvided ? why : "None", fields);
     for (ExpectedField* text :
          {&cache.designation, &cache.installedSize, &cache.maxSize, &cache.speed}) {
-        if (peer.legacy())
-            text->by(Rule::cacheTextLegacy, "");
-        else if (peer.major() != 2)
-            text->by(Rule::cacheTextVersion3, "");
+        if (peer.Legacy())
+            text->By(Rule::kCacheTextLegacy, "");
+        else if (peer.Major() != 2)
+            text->By(Rule::kCacheTextVersion3, "");
         else if (notProvided)
-            text->by(Rule::cacheNotProvided, "Bios Not Provide");
+            text->By(Rule::kCacheNotProvided, "Bios Not Provide");
     }
     // MaxSize is written after InstalledSize, speed after designation, 16 characters each.
-    if (cache.maxSize.exact().size() == 16) {
-        cache.installedSize.by(Rule::cacheTextOverruns, "");
-        cache.designation.by(Rule::cacheTextOverruns, "");
+    if (cache.maxSize.Exact().size() == 16) {
+        cache.installedSize.By(Rule::kCacheTextOverruns, "");
+        cache.designation.By(Rule::kCacheTextOverruns, "");
     }
 }
 
@@ -83,8 +83,8 @@ std::string CacheKilobytes(std::uint16_t field) {
 }
 
 std::string CacheNanoseconds(const PeerStructure& cache) {
-    const auto speed = cache.text.find("Speed");
-    if (!speed) return cache.raw.byte(kCacheSpeed) == 0 ? "Unknown" : "";
+    const auto speed = cache.text.Find("Speed");
+    if (!speed) return cache.raw.Byte(kCacheSpeed) == 0 ? "Unknown" : "";
     const auto number = LeadingNumber(*speed);
     return number ? std::to_string(*number) + "ns" : *speed;
 }
@@ -92,37 +92,37 @@ std::string CacheNanoseconds(const PeerStructure& cache) {
 void ExpectCache(const PeerTable& peer, const PeerStructure& processor, std::size_t level,
                  const std::string& prefix, ExpectedFields& fields) {
     const std::string name = "L" + std::to_string(level) + " Cache";
-    const std::string handle = processor.text.value(name + " Handle");
+    const std::string handle = processor.text.Value(name + " Handle");
     if (handle == "Not Provided" || handle == "No " + name) {
         ExpectMissingCache(peer, prefix, handle, fields);
         return;
     }
     // A processor structure too short for the handle counts as one with handle 0.
     const PeerStructure* cache =
-        peer.byHandle(7, static_cast<unsigned>(LeadingNumber(handle).value_or(0)));
+        peer.ByHandle(7, static_cast<unsigned>(LeadingNumber(handle).value_or(0)));
     if (cache == nullptr) return;
-    cache->addText(fields, prefix + "designation", "Socket Designation", 4, 32);
-    fields.add(prefix + "InstalledSize", CacheKilobytes(cache->text.value("Installed Size")))
-        .by(Rule::cacheSize16Bit, CacheKilobytes(cache->raw.word(kInstalledSize)));
-    fields.add(prefix + "MaxSize", CacheKilobytes(cache->text.value("Maximum Size")))
-        .by(Rule::cacheSize16Bit, CacheKilobytes(cache->raw.word(kMaxSize)));
-    fields.add(prefix + "speed", CacheNanoseconds(*cache));
+    cache->AddText(fields, prefix + "designation", "Socket Designation", 4, 32);
+    fields.Add(prefix + "InstalledSize", CacheKilobytes(cache->text.Value("Installed Size")))
+        .By(Rule::kCacheSize16Bit, CacheKilobytes(cache->raw.Word(kInstalledSize)));
+    fields.Add(prefix + "MaxSize", CacheKilobytes(cache->text.Value("Maximum Size")))
+        .By(Rule::kCacheSize16Bit, CacheKilobytes(cache->raw.Word(kMaxSize)));
+    fields.Add(prefix + "speed", CacheNanoseconds(*cache));
 }
 
 void ExpectProcessor(const PeerTable& peer, const PeerStructure& processor,
                      const std::string& prefix, ExpectedFields& fields) {
     const DmidecodeStructure& text = processor.text;
-    const std::string family = text.value("Family");
+    const std::string family = text.Value("Family");
     const auto name = OurName(Families(), family);
     if (name)
-        fields.add(prefix + "family", family)
-            .by(*name == "Unknown" ? Rule::familyNewer : Rule::familyName, *name);
-    processor.addText(fields, prefix + "manufacturer", "Manufacturer", 7, 48);
-    fields.add(prefix + "MaxSpeed", Megahertz(text.value("Max Speed")));
-    fields.add(prefix + "CurrentSpeed", Megahertz(text.value("Current Speed")));
+        fields.Add(prefix + "family", family)
+            .By(*name == "Unknown" ? Rule::kFamilyNewer : Rule::kFamilyName, *name);
+    processor.AddText(fields, prefix + "manufacturer", "Manufacturer", 7, 48);
+    fields.Add(prefix + "MaxSpeed", Megahertz(text.Value("Max Speed")));
+    fields.Add(prefix + "CurrentSpeed", Megahertz(text.Value("Current Speed")));
     ExpectedField& clock =
-        fields.add(prefix + "ExternalClock", Megahertz(text.value("External Clock")));
-    if (clock.meaning() == "Unknown") clock.by(Rule::zeroClock, "0 MHZ");
+        fields.Add(prefix + "ExternalClock", Megahertz(text.Value("External Clock")));
+    if (clock.Meaning() == "Unknown") clock.By(Rule::kZeroClock, "0 MHZ");
     ExpectStatus(processor, prefix, fields);
     for (std::size_t level = 1; level <= 3; ++level)
         ExpectCache(peer, processor, level, prefix + Element("cache", level), fields);
@@ -131,10 +131,10 @@ void ExpectProcessor(const PeerTable& peer, const PeerStructure& processor,
 }  // namespace
 
 void ExpectProcessors(const PeerTable& peer, ExpectedFields& fields) {
-    const std::vector<const PeerStructure*> processors = peer.ofType(4);
+    const std::vector<const PeerStructure*> processors = peer.OfType(4);
     const std::size_t count = std::min(processors.size(), kMostProcessors);
-    fields.add("processors.quantity", processors.size())
-        .by(Rule::sixteenProcessors, std::to_string(count));
+    fields.Add("processors.quantity", processors.size())
+        .By(Rule::kSixteenProcessors, std::to_string(count));
     for (std::size_t i = 0; i < count; ++i)
         ExpectProcessor(peer, *processors[i], Element("cpu", i + 1), fields);
 }

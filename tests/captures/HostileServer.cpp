@@ -48,14 +48,14 @@ void Put(Bytes& bytes, std::size_t offset, std::uint32_t value, std::size_t size
 // The image whose entry point has this layout; no entry without one.
 TableImage Find(const sim::PhysicalMemory& memory, const EntryLayout& layout) {
     RawStructure segment{0, 0, Bytes(kSegmentScanned), {}};
-    if (!memory.read(kSegment, segment.formatted)) return {};
+    if (!memory.Read(kSegment, segment.formatted)) return {};
     for (std::size_t at = 0; at < kSegmentScanned; at += kParagraph) {
         const auto start = segment.formatted.begin() + static_cast<std::ptrdiff_t>(at);
         if (!std::equal(layout.anchor.begin(), layout.anchor.end(), start)) continue;
         TableImage image;
         image.entry.assign(start, start + static_cast<std::ptrdiff_t>(layout.size));
-        image.table.resize(segment.word(at + layout.tableLength));
-        if (!memory.read(segment.dword(at + layout.tableAddress), image.table)) return {};
+        image.table.resize(segment.Word(at + layout.tableLength));
+        if (!memory.Read(segment.Dword(at + layout.tableAddress), image.table)) return {};
         return image;
     }
     return {};
@@ -70,9 +70,9 @@ public:
         after_.fill(kFence);
     }
 
-    Record* record() { return &record_; }
+    Record* Get() { return &record_; }
 
-    bool intact() const {
+    bool Intact() const {
         const auto untouched = [](std::uint8_t byte) { return byte == kFence; };
         return std::ranges::all_of(before_, untouched) && std::ranges::all_of(after_, untouched);
     }
@@ -87,10 +87,10 @@ private:
 template <class Record>
 void AskOne(const char* name, unsigned long command, std::vector<std::string>& wrong) {
     Fenced<Record> fenced;
-    const int result = GetInfo(command, fenced.record());
+    const int result = GetInfo(command, fenced.Get());
     if (result != 0 && result != -1)
         wrong.push_back(std::string(name) + " answers " + std::to_string(result));
-    if (!fenced.intact()) wrong.push_back(std::string(name) + " writes outside its record");
+    if (!fenced.Intact()) wrong.push_back(std::string(name) + " writes outside its record");
 }
 
 }  // namespace
@@ -107,39 +107,39 @@ TableImage ImageOf(const sim::PhysicalMemory& memory) {
 
 HostileServer::HostileServer(const TableImage& image) : image_(image) {
     Put(image_.entry, LayoutOf(image_).tableAddress, kTableAddress, 4);
-    server_.memory().resize(kMemory);
-    restore();
+    server_.GetMemory().Resize(kMemory);
+    Restore();
 }
 
-void HostileServer::setEntryByte(std::size_t offset, std::uint8_t value) {
-    server_.memory().write(kEntryAddress + static_cast<std::uint32_t>(offset), {&value, 1});
+void HostileServer::SetEntryByte(std::size_t offset, std::uint8_t value) {
+    server_.GetMemory().Write(kEntryAddress + static_cast<std::uint32_t>(offset), {&value, 1});
 }
 
-void HostileServer::setTableByte(std::size_t offset, std::uint8_t value) {
-    server_.memory().write(kTableAddress + static_cast<std::uint32_t>(offset), {&value, 1});
+void HostileServer::SetTableByte(std::size_t offset, std::uint8_t value) {
+    server_.GetMemory().Write(kTableAddress + static_cast<std::uint32_t>(offset), {&value, 1});
 }
 
-void HostileServer::stateLength(std::uint16_t length) {
+void HostileServer::StateLength(std::uint16_t length) {
     const std::size_t offset = LayoutOf(image_).tableLength;
-    setEntryByte(offset, static_cast<std::uint8_t>(length));
-    setEntryByte(offset + 1, static_cast<std::uint8_t>(length >> 8));
+    SetEntryByte(offset, static_cast<std::uint8_t>(length));
+    SetEntryByte(offset + 1, static_cast<std::uint8_t>(length >> 8));
 }
 
-void HostileServer::fillFrom(std::size_t offset, std::uint8_t value) {
-    server_.memory().write(kTableAddress + static_cast<std::uint32_t>(offset),
-                           Bytes(image_.table.size() - offset + kBehind, value));
+void HostileServer::FillFrom(std::size_t offset, std::uint8_t value) {
+    server_.GetMemory().Write(kTableAddress + static_cast<std::uint32_t>(offset),
+                              Bytes(image_.table.size() - offset + kBehind, value));
 }
 
-void HostileServer::restore() {
-    server_.memory().write(kEntryAddress, image_.entry);
-    server_.memory().write(kTableAddress, image_.table);
-    server_.memory().write(kTableAddress + static_cast<std::uint32_t>(image_.table.size()),
-                           Bytes(kBehind, 0));
+void HostileServer::Restore() {
+    server_.GetMemory().Write(kEntryAddress, image_.entry);
+    server_.GetMemory().Write(kTableAddress, image_.table);
+    server_.GetMemory().Write(kTableAddress + static_cast<std::uint32_t>(image_.table.size()),
+                              Bytes(kBehind, 0));
 }
 
-std::vector<std::string> HostileServer::ask() {
+std::vector<std::string> HostileServer::Ask() {
     std::vector<std::string> wrong;
-    server_.log().clear();
+    server_.GetLog().Clear();
     release();
     (void)IsSmBiosSupport();
     AskOne<BaseBoardInformation>("board", TALVANE_BOARD, wrong);

@@ -31,20 +31,20 @@ public:
     // The table is placed low, where the library reads 64 KiB to get it and not 1 MiB.
     explicit HostileServer(const TableImage& image);
 
-    void setEntryByte(std::size_t offset, std::uint8_t value);
-    void setTableByte(std::size_t offset, std::uint8_t value);
+    void SetEntryByte(std::size_t offset, std::uint8_t value);
+    void SetTableByte(std::size_t offset, std::uint8_t value);
 
     // The table length that the entry point states.
-    void stateLength(std::uint16_t length);
+    void StateLength(std::uint16_t length);
 
     // Fills memory from the table's byte `offset` on, to well behind its end.
-    void fillFrom(std::size_t offset, std::uint8_t value);
+    void FillFrom(std::size_t offset, std::uint8_t value);
 
     // Puts the image back as it was.
-    void restore();
+    void Restore();
 
     // Asks everything. Returns what went wrong, nothing when all is well.
-    std::vector<std::string> ask();
+    std::vector<std::string> Ask();
 
 private:
     TableImage image_;

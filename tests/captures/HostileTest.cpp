@@ -43,22 +43,22 @@ protected:
     void SetUp() override {
         if (GetParam().bundled) {
             sim::SimulatedServer machine(std::filesystem::path(TALVANE_MACHINES) / GetParam().name);
-            image_ = ImageOf(machine.memory());
+            image_ = ImageOf(machine.GetMemory());
             return;
         }
         for (const Capture& capture : AllCaptures()) {
             if (capture.name != GetParam().name) continue;
             sim::SimulatedServer machine;
-            capture.loadInto(machine);
-            image_ = ImageOf(machine.memory());
+            capture.LoadInto(machine);
+            image_ = ImageOf(machine.GetMemory());
         }
         if (image_.entry.empty())
             GTEST_SKIP() << "no capture " << GetParam().name << " in " << CaptureFolder();
     }
 
     // One round; `what` tells which.
-    void ask(HostileServer& server, const std::string& what) {
-        for (const std::string& wrong : server.ask()) {
+    void Ask(HostileServer& server, const std::string& what) {
+        for (const std::string& wrong : server.Ask()) {
             ADD_FAILURE() << what << ": " << wrong;
             ++complaints_;
         }
@@ -91,10 +91,10 @@ TEST_P(HostileTable, IsSurvivedWithAnyByteDamaged) {
     HostileServer server(image_);
     for (std::size_t offset = 0; offset < image_.table.size(); ++offset) {
         for (const std::uint8_t value : HostileValues(image_.table[offset])) {
-            server.setTableByte(offset, value);
-            ASSERT_NO_FATAL_FAILURE(ask(server, Change("table", offset, value)));
+            server.SetTableByte(offset, value);
+            ASSERT_NO_FATAL_FAILURE(Ask(server, Change("table", offset, value)));
         }
-        server.setTableByte(offset, image_.table[offset]);
+        server.SetTableByte(offset, image_.table[offset]);
     }
 }
 
@@ -102,18 +102,18 @@ TEST_P(HostileTable, IsSurvivedWithAnyByteOfItsEntryPointDamaged) {
     HostileServer server(image_);
     for (std::size_t offset = 0; offset < image_.entry.size(); ++offset) {
         for (const std::uint8_t value : HostileValues(image_.entry[offset])) {
-            server.setEntryByte(offset, value);
-            ASSERT_NO_FATAL_FAILURE(ask(server, Change("entry point", offset, value)));
+            server.SetEntryByte(offset, value);
+            ASSERT_NO_FATAL_FAILURE(Ask(server, Change("entry point", offset, value)));
         }
-        server.restore();
+        server.Restore();
     }
 }
 
 TEST_P(HostileTable, IsSurvivedWithAnyLengthStated) {
     HostileServer server(image_);
     for (std::size_t length = 0; length <= image_.table.size(); ++length) {
-        server.stateLength(static_cast<std::uint16_t>(length));
-        ASSERT_NO_FATAL_FAILURE(ask(server, "length " + std::to_string(length)));
+        server.StateLength(static_cast<std::uint16_t>(length));
+        ASSERT_NO_FATAL_FAILURE(Ask(server, "length " + std::to_string(length)));
     }
 }
 
@@ -121,9 +121,9 @@ TEST_P(HostileTable, IsSurvivedWhereItEndsTooEarly) {
     for (const std::uint8_t behind : {std::uint8_t{0x00}, std::uint8_t{0xFF}, std::uint8_t{'A'}}) {
         HostileServer server(image_);
         for (std::size_t end = image_.table.size() + 1; end-- > 0;) {
-            server.fillFrom(end, behind);
+            server.FillFrom(end, behind);
             ASSERT_NO_FATAL_FAILURE(
-                ask(server, std::to_string(behind) + " from byte " + std::to_string(end) + " on"));
+                Ask(server, std::to_string(behind) + " from byte " + std::to_string(end) + " on"));
         }
     }
 }

@@ -6,18 +6,18 @@
 
 namespace captures {
 
-ExpectedField& PeerStructure::addText(ExpectedFields& fields, std::string name,
+ExpectedField& PeerStructure::AddText(ExpectedFields& fields, std::string name,
                                       std::string_view key, std::size_t offset,
                                       std::size_t size) const {
-    return fields.add(std::move(name), stringText(key, offset)).cutTo(size);
+    return fields.Add(std::move(name), StringText(key, offset)).CutTo(size);
 }
 
-std::string PeerStructure::stringText(std::string_view key, std::size_t offset) const {
-    return raw.string(offset) ? text.value(key) : "";
+std::string PeerStructure::StringText(std::string_view key, std::size_t offset) const {
+    return raw.String(offset) ? text.Value(key) : "";
 }
 
 PeerTable::PeerTable(const DmidecodeText& text, const std::vector<RawStructure>& raw)
-    : legacy_(text.entryPoint == DmidecodeText::EntryPoint::legacy),
+    : legacy_(text.entryPoint == DmidecodeText::EntryPoint::kLegacy),
       major_(text.major),
       minor_(text.minor) {
     if (text.structures.size() > raw.size())
@@ -30,20 +30,20 @@ PeerTable::PeerTable(const DmidecodeText& text, const std::vector<RawStructure>&
     }
 }
 
-std::vector<const PeerStructure*> PeerTable::ofType(unsigned type) const {
+std::vector<const PeerStructure*> PeerTable::OfType(unsigned type) const {
     std::vector<const PeerStructure*> found;
     for (const PeerStructure& structure : structures_)
         if (structure.text.type == type) found.push_back(&structure);
     return found;
 }
 
-const PeerStructure* PeerTable::first(unsigned type) const {
+const PeerStructure* PeerTable::First(unsigned type) const {
     for (const PeerStructure& structure : structures_)
         if (structure.text.type == type) return &structure;
     return nullptr;
 }
 
-const PeerStructure* PeerTable::byHandle(unsigned type, unsigned handle) const {
+const PeerStructure* PeerTable::ByHandle(unsigned type, unsigned handle) const {
     for (const PeerStructure& structure : structures_)
         if (structure.text.type == type && structure.text.handle == handle) return &structure;
     return nullptr;

@@ -21,11 +21,11 @@ struct PeerStructure {
 
     // Adds a text that the library copies into a field of `size` bytes: dmidecode's under `key`,
     // whose string number stands at `offset`. A missing string is a missing text.
-    ExpectedField& addText(ExpectedFields& fields, std::string name, std::string_view key,
+    ExpectedField& AddText(ExpectedFields& fields, std::string name, std::string_view key,
                            std::size_t offset, std::size_t size) const;
 
     // The same text, uncut.
-    std::string stringText(std::string_view key, std::size_t offset) const;
+    std::string StringText(std::string_view key, std::size_t offset) const;
 };
 
 class PeerTable {
@@ -33,14 +33,14 @@ public:
     // Throws std::runtime_error when the two do not tell of the same structures.
     PeerTable(const DmidecodeText& text, const std::vector<RawStructure>& raw);
 
-    bool legacy() const { return legacy_; }
-    unsigned major() const { return major_; }
-    unsigned minor() const { return minor_; }
+    bool Legacy() const { return legacy_; }
+    unsigned Major() const { return major_; }
+    unsigned Minor() const { return minor_; }
 
-    const std::vector<PeerStructure>& structures() const { return structures_; }
-    std::vector<const PeerStructure*> ofType(unsigned type) const;
-    const PeerStructure* first(unsigned type) const;  // null without one
-    const PeerStructure* byHandle(unsigned type, unsigned handle) const;
+    const std::vector<PeerStructure>& Structures() const { return structures_; }
+    std::vector<const PeerStructure*> OfType(unsigned type) const;
+    const PeerStructure* First(unsigned type) const;  // null without one
+    const PeerStructure* ByHandle(unsigned type, unsigned handle) const;
 
 private:
     bool legacy_;

@@ -15,7 +15,7 @@ using namespace captures;
 
 void PrintLine(const std::string& name, const Comparison& comparison) {
     std::printf("%-38s %7u %7u %7u %7zu\n", name.c_str(), comparison.fields, comparison.equal,
-                comparison.ruled(), comparison.unexplained.size());
+                comparison.Ruled(), comparison.unexplained.size());
 }
 
 void Add(const Comparison& comparison, Comparison& total) {

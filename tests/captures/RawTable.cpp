@@ -19,7 +19,7 @@ constexpr std::size_t kStructureCount = 28;
 
 constexpr std::size_t kHeaderSize = 4;
 
-std::uint16_t Word(std::span<const std::uint8_t> bytes, std::size_t offset) {
+std::uint16_t WordOf(std::span<const std::uint8_t> bytes, std::size_t offset) {
     if (offset + 1 >= bytes.size()) return offset < bytes.size() ? bytes[offset] : std::uint16_t{0};
     return static_cast<std::uint16_t>(bytes[offset] | (bytes[offset + 1] << 8));
 }
@@ -30,7 +30,7 @@ bool TakeStructure(std::span<const std::uint8_t>& table, RawStructure& out) {
         return false;
     const std::span<const std::uint8_t> formatted = table.first(table[1]);
     std::span<const std::uint8_t> rest = table.subspan(formatted.size());
-    out = {formatted[0], Word(formatted, 2), Bytes(formatted.begin(), formatted.end()), {}};
+    out = {formatted[0], WordOf(formatted, 2), Bytes(formatted.begin(), formatted.end()), {}};
     while (!rest.empty() && rest[0] != 0) {
         const auto end = std::ranges::find(rest, std::uint8_t{0});
         if (end == rest.end()) return false;
@@ -46,8 +46,8 @@ bool TakeStructure(std::span<const std::uint8_t>& table, RawStructure& out) {
 std::span<const std::uint8_t> TableOfDump(std::span<const std::uint8_t> dump) {
     if (dump.size() < kEntrySize || dump[0] != '_' || dump[1] != 'S' || dump[2] != 'M')
         throw std::runtime_error("not a dump with an SMBIOS entry point at its start");
-    const std::size_t address = Word(dump, kTableAddress);
-    const std::size_t length = Word(dump, kTableLength);
+    const std::size_t address = WordOf(dump, kTableAddress);
+    const std::size_t length = WordOf(dump, kTableLength);
     if (address + length > dump.size())
         throw std::runtime_error("a dump that ends before its structure table does");
     return dump.subspan(address, length);
@@ -55,27 +55,27 @@ std::span<const std::uint8_t> TableOfDump(std::span<const std::uint8_t> dump) {
 
 }  // namespace
 
-std::uint8_t RawStructure::byte(std::size_t offset) const {
+std::uint8_t RawStructure::Byte(std::size_t offset) const {
     return offset < formatted.size() ? formatted[offset] : std::uint8_t{0};
 }
 
-std::uint16_t RawStructure::word(std::size_t offset) const {
-    return Word(formatted, offset);
+std::uint16_t RawStructure::Word(std::size_t offset) const {
+    return WordOf(formatted, offset);
 }
 
-std::uint32_t RawStructure::dword(std::size_t offset) const {
-    return word(offset) | (std::uint32_t{word(offset + 2)} << 16);
+std::uint32_t RawStructure::Dword(std::size_t offset) const {
+    return Word(offset) | (std::uint32_t{Word(offset + 2)} << 16);
 }
 
-std::optional<std::string> RawStructure::string(std::size_t offset) const {
-    const std::size_t number = byte(offset);
+std::optional<std::string> RawStructure::String(std::size_t offset) const {
+    const std::size_t number = Byte(offset);
     if (number == 0 || number > strings.size()) return std::nullopt;
     return strings[number - 1];
 }
 
 std::vector<RawStructure> StructuresOfDump(std::span<const std::uint8_t> dump) {
     std::span<const std::uint8_t> table = TableOfDump(dump);
-    const std::size_t count = Word(dump, kStructureCount);
+    const std::size_t count = WordOf(dump, kStructureCount);
     std::vector<RawStructure> structures;
     for (RawStructure next; structures.size() < count && TakeStructure(table, next);)
         structures.push_back(next);
@@ -86,10 +86,10 @@ unsigned CountPastDamage(std::span<const std::uint8_t> dump, std::uint8_t type) 
     const std::span<const std::uint8_t> table = TableOfDump(dump);
     unsigned found = 0;
     std::size_t at = 0;
-    for (unsigned left = Word(dump, kStructureCount); left != 0 && at < table.size(); --left) {
+    for (unsigned left = WordOf(dump, kStructureCount); left != 0 && at < table.size(); --left) {
         found += table[at] == type;
         at += at + 1 < table.size() ? table[at + 1] : 0;
-        while (at + 1 < table.size() && Word(table, at) != 0) ++at;
+        while (at + 1 < table.size() && WordOf(table, at) != 0) ++at;
         at += 2;
     }
     return found;

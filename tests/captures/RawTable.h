@@ -21,12 +21,12 @@ struct RawStructure {
     Bytes formatted;
     std::vector<std::string> strings;
 
-    std::uint8_t byte(std::size_t offset) const;  // 0 past the formatted area
-    std::uint16_t word(std::size_t offset) const;
-    std::uint32_t dword(std::size_t offset) const;
+    std::uint8_t Byte(std::size_t offset) const;  // 0 past the formatted area
+    std::uint16_t Word(std::size_t offset) const;
+    std::uint32_t Dword(std::size_t offset) const;
 
     // The string whose number stands at `offset`; nothing for number 0 or one past the last.
-    std::optional<std::string> string(std::size_t offset) const;
+    std::optional<std::string> String(std::size_t offset) const;
 };
 
 // The structures of what `dmidecode --dump-bin` wrote, up to the first one that is damaged.

@@ -79,11 +79,11 @@ class CallOrder : public InterfaceTest {
 protected:
     // The record after the command, of which only the agent's counts are written.
     RecordImage Answer(unsigned long command, std::size_t size) {
-        table.add(SmBios::TYPE_OEM_STRINGS, 1, 4);
+        table.Add(SmBios::TYPE_OEM_STRINGS, 1, 4);
         Place();
         calls.clear();
         RecordImage image(size);
-        record = static_cast<const char*>(image.data());
+        record = static_cast<const char*>(image.Data());
         EXPECT_EQ(Get(command, image), 0);
         return image;
     }
@@ -102,7 +102,7 @@ TEST_F(CallOrder, BoardAsksForTheMakerAndTheReleaseDateTwice) {
 }
 
 TEST_F(CallOrder, PowerSuppliesAreCountedBeforeTheRedundantOnesAndTheirTexts) {
-    const RecordImage expected = RecordImage(1224).number(0, 2).number(4, 7);
+    const RecordImage expected = RecordImage(1224).Number(0, 2).Number(4, 7);
     EXPECT_TRUE(SameBytes(expected, Answer(0x800000, 1224)));
     EXPECT_THAT(calls, ElementsAre("GetPSQuantity 15",                //
                                    "GetPSRedundantQuantity",          //
@@ -117,7 +117,7 @@ TEST_F(CallOrder, PowerSuppliesAreCountedBeforeTheRedundantOnesAndTheirTexts) {
 }
 
 TEST_F(CallOrder, UpsSuppliesAreAskedForWithTheirTypeAndWithoutTheRedundantOnes) {
-    EXPECT_TRUE(SameBytes(RecordImage(1224).number(0, 2), Answer(0x1000000, 1224)));
+    EXPECT_TRUE(SameBytes(RecordImage(1224).Number(0, 2), Answer(0x1000000, 1224)));
     EXPECT_THAT(calls, ElementsAre("GetPSQuantity 6",                //
                                    "GetPSDeviceName 6 1 +72 32",     //
                                    "GetPSManufacturer 6 1 +8 32",    //

@@ -12,14 +12,14 @@ constexpr unsigned long kTableCommands[] = {0x10000,   0x20000,   0x40000,   0x8
 class Command : public InterfaceTest {};
 
 TEST_F(Command, TwoBitsOrNoneWriteNothingAndReturnZero) {
-    table.add(4, 1, 35);
+    table.Add(4, 1, 35);
     Place();
     ExpectRecord(0x30000, RecordImage(8192), RecordImage(8192));
     ExpectRecord(0, RecordImage(8192), RecordImage(8192));
 }
 
 TEST_F(Command, EveryOtherCodeWritesNothingReturnsZeroAndTouchesNothing) {
-    table.add(4, 1, 35);
+    table.Add(4, 1, 35);
     Place();
     const auto expectNothing = [](unsigned long code) {
         ExpectRecord(code, RecordImage(8192), RecordImage(8192));
@@ -33,7 +33,7 @@ TEST_F(Command, EveryOtherCodeWritesNothingReturnsZeroAndTouchesNothing) {
     }
     expectNothing(0xFFFFFFFFUL);
     expectNothing(0x1FFF0000UL);
-    EXPECT_TRUE(server.log().accesses().empty());
+    EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
 TEST_F(Command, WithoutASmbiosTableEveryTableCommandReturnsMinusOneAndWritesNothing) {
@@ -42,21 +42,21 @@ TEST_F(Command, WithoutASmbiosTableEveryTableCommandReturnsMinusOneAndWritesNoth
         EXPECT_EQ(Get(command, record), -1) << command;
         EXPECT_TRUE(SameBytes(RecordImage(8192), record)) << command;
     }
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
 TEST_F(Command, PciReportRunsWithoutASmbiosTable) {
     DeviceInformation record{};
     EXPECT_EQ(GetInfo(0x100000, &record), 0);
     EXPECT_EQ(record.quantity, 0);
-    EXPECT_EQ(server.log().count("open"), 0u);
+    EXPECT_EQ(server.GetLog().Count("open"), 0u);
 }
 
 TEST_F(Command, WithoutASmbiosTableTheOtherCommandsStillRunAndReturnZero) {
-    server.pci().set({0, 31, 2}, {0x86, 0x80, 0xD1, 0x24});
-    const sim::IdeDrive disk = sim::makeDisk("ST340014A", 78165360, "5JX7A1B2");
-    disk.image->setEntry(0, 1, {.type = 0x83, .start = 63, .sectors = 20971520});
-    sim::installDrive(server.machine(), 'a', disk);
+    server.GetPci().Set({0, 31, 2}, {0x86, 0x80, 0xD1, 0x24});
+    const sim::IdeDrive disk = sim::MakeDisk("ST340014A", 78165360, "5JX7A1B2");
+    disk.image->SetEntry(0, 1, {.type = 0x83, .start = 63, .sectors = 20971520});
+    sim::InstallDrive(server.GetMachine(), 'a', disk);
 
     for (const unsigned long command : kTableCommands) {
         RecordImage record(8192);
@@ -76,15 +76,15 @@ TEST_F(Command, WithoutASmbiosTableTheOtherCommandsStillRunAndReturnZero) {
 }
 
 TEST_F(Command, EveryTableCommandMakesTheReaderItself) {
-    table.add(4, 1, 35);
+    table.Add(4, 1, 35);
     Place();
     for (const unsigned long command : kTableCommands) {
         release();
-        server.log().clear();
+        server.GetLog().Clear();
         RecordImage record(8192);
         EXPECT_EQ(Get(command, record), 0) << command;
-        EXPECT_EQ(server.log().count("open"), 1u) << command;
-        EXPECT_EQ(server.log().accesses().size(), 6u) << command;
+        EXPECT_EQ(server.GetLog().Count("open"), 1u) << command;
+        EXPECT_EQ(server.GetLog().Accesses().size(), 6u) << command;
     }
 }
 

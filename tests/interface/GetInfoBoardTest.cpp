@@ -13,18 +13,18 @@ constexpr std::size_t kSystemSize = 80;
 class GetInfoBoard : public InterfaceTest {
 protected:
     void AddBios(const std::string& text) {
-        table.add(0, 0, 20).string(4, "V" + text).string(5, "R" + text).string(8, "D" + text);
+        table.Add(0, 0, 20).String(4, "V" + text).String(5, "R" + text).String(8, "D" + text);
     }
     void AddSystem(const std::string& text) {
-        table.add(1, 1, 8).string(4, "M" + text).string(5, "P" + text).string(6, "V" + text);
+        table.Add(1, 1, 8).String(4, "M" + text).String(5, "P" + text).String(6, "V" + text);
     }
     void AddBoard(const std::string& text) {
-        table.add(2, 2, 9)
-            .string(4, "M" + text)
-            .string(5, "P" + text)
-            .string(6, "unused version")
-            .string(7, "S" + text)
-            .string(8, "unused tag");
+        table.Add(2, 2, 9)
+            .String(4, "M" + text)
+            .String(5, "P" + text)
+            .String(6, "unused version")
+            .String(7, "S" + text)
+            .String(8, "unused tag");
     }
 };
 
@@ -34,12 +34,12 @@ TEST_F(GetInfoBoard, SixTextsAreFilledAndTheRestIsLeftAlone) {
     Place();
     ExpectRecord(kBoard, RecordImage(kBoardSize),
                  RecordImage(kBoardSize)
-                     .copied(0, "Pboard")      // ProductName
-                     .copied(32, "Rendor")     // RomVersion
-                     .copied(64, "Dendor")     // RomReleaseDate
-                     .copied(80, "Vendor")     // RomVendor
-                     .copied(112, "Sboard")    // SerialNo
-                     .copied(160, "Mboard"));  // Manufacturer; no AssetTag, no RevisionLevel
+                     .Copied(0, "Pboard")      // ProductName
+                     .Copied(32, "Rendor")     // RomVersion
+                     .Copied(64, "Dendor")     // RomReleaseDate
+                     .Copied(80, "Vendor")     // RomVendor
+                     .Copied(112, "Sboard")    // SerialNo
+                     .Copied(160, "Mboard"));  // Manufacturer; no AssetTag, no RevisionLevel
 }
 
 TEST_F(GetInfoBoard, LongTextsAreCutToTheirFields) {
@@ -49,12 +49,12 @@ TEST_F(GetInfoBoard, LongTextsAreCutToTheirFields) {
     Place();
     ExpectRecord(kBoard, RecordImage(kBoardSize),
                  RecordImage(kBoardSize)
-                     .copied(0, ("P" + text).substr(0, 31))
-                     .copied(32, ("R" + text).substr(0, 31))
-                     .copied(64, ("D" + text).substr(0, 15))
-                     .copied(80, ("V" + text).substr(0, 31))
-                     .copied(112, ("S" + text).substr(0, 15))
-                     .copied(160, ("M" + text).substr(0, 31)));
+                     .Copied(0, ("P" + text).substr(0, 31))
+                     .Copied(32, ("R" + text).substr(0, 31))
+                     .Copied(64, ("D" + text).substr(0, 15))
+                     .Copied(80, ("V" + text).substr(0, 31))
+                     .Copied(112, ("S" + text).substr(0, 15))
+                     .Copied(160, ("M" + text).substr(0, 31)));
 }
 
 TEST_F(GetInfoBoard, ZeroFilledRecordHoldsTerminatedTexts) {
@@ -78,7 +78,7 @@ TEST_F(GetInfoBoard, MissingBoardLeavesItsFieldsAlone) {
     Place();
     ExpectRecord(
         kBoard, RecordImage(kBoardSize),
-        RecordImage(kBoardSize).copied(32, "Rendor").copied(64, "Dendor").copied(80, "Vendor"));
+        RecordImage(kBoardSize).Copied(32, "Rendor").Copied(64, "Dendor").Copied(80, "Vendor"));
 }
 
 TEST_F(GetInfoBoard, SystemTextsAreFilled) {
@@ -86,9 +86,9 @@ TEST_F(GetInfoBoard, SystemTextsAreFilled) {
     Place();
     ExpectRecord(kSystem, RecordImage(kSystemSize),
                  RecordImage(kSystemSize)
-                     .copied(0, "Psystem")     // SysProductName
-                     .copied(32, "Msystem")    // manufacturer
-                     .copied(64, "Vsystem"));  // version
+                     .Copied(0, "Psystem")     // SysProductName
+                     .Copied(32, "Msystem")    // manufacturer
+                     .Copied(64, "Vsystem"));  // version
 }
 
 TEST_F(GetInfoBoard, LongSystemTextsAreCutToTheirFields) {
@@ -97,13 +97,13 @@ TEST_F(GetInfoBoard, LongSystemTextsAreCutToTheirFields) {
     Place();
     ExpectRecord(kSystem, RecordImage(kSystemSize),
                  RecordImage(kSystemSize)
-                     .copied(0, ("P" + text).substr(0, 31))
-                     .copied(32, ("M" + text).substr(0, 31))
-                     .copied(64, ("V" + text).substr(0, 15)));
+                     .Copied(0, ("P" + text).substr(0, 31))
+                     .Copied(32, ("M" + text).substr(0, 31))
+                     .Copied(64, ("V" + text).substr(0, 15)));
 }
 
 TEST_F(GetInfoBoard, MissingSystemStructureIsASuccessThatWritesNothing) {
-    table.add(3, 1, 13);
+    table.Add(3, 1, 13);
     Place();
     ExpectRecord(kSystem, RecordImage(kSystemSize), RecordImage(kSystemSize));
 }
@@ -112,11 +112,11 @@ TEST_F(GetInfoBoard, LegacyDmiTableIsAnsweredFromToo) {
     AddBios("endor");
     AddSystem("system");
     sim::SmbiosPlacement placement;
-    placement.anchor = sim::SmbiosPlacement::Anchor::dmi;
+    placement.anchor = sim::SmbiosPlacement::Anchor::kDmi;
     Place(placement);
     ExpectRecord(
         kBoard, RecordImage(kBoardSize),
-        RecordImage(kBoardSize).copied(32, "Rendor").copied(64, "Dendor").copied(80, "Vendor"));
+        RecordImage(kBoardSize).Copied(32, "Rendor").Copied(64, "Dendor").Copied(80, "Vendor"));
 }
 
 }  // namespace

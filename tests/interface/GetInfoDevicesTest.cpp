@@ -21,58 +21,58 @@ constexpr std::size_t kProbeRecord = 6916;
 class GetInfoDevices : public InterfaceTest {};
 
 TEST_F(GetInfoDevices, PortsHaveATypeAndADesignator) {
-    table.add(8, 1, 9).string(6, "COM1").byte(8, 9);
-    table.add(8, 2, 9).byte(8, 16);
+    table.Add(8, 1, 9).String(6, "COM1").Byte(8, 9);
+    table.Add(8, 2, 9).Byte(8, 16);
     Place();
     ExpectRecord(kPorts, RecordImage(2564),
                  RecordImage(2564)
-                     .number(0, 2)
-                     .text(4, "Serial Port 16550A Compatible")
-                     .copied(4 + 48, "COM1")
-                     .text(4 + 80, "USB"));
+                     .Number(0, 2)
+                     .Text(4, "Serial Port 16550A Compatible")
+                     .Copied(4 + 48, "COM1")
+                     .Text(4 + 80, "USB"));
 }
 
 TEST_F(GetInfoDevices, LongDesignatorIsShortenedToItsField) {
-    table.add(8, 1, 9).string(6, std::string(32, 'd')).byte(8, 16);
-    table.add(8, 2, 9).string(6, std::string(31, 'e')).byte(8, 16);
+    table.Add(8, 1, 9).String(6, std::string(32, 'd')).Byte(8, 16);
+    table.Add(8, 2, 9).String(6, std::string(31, 'e')).Byte(8, 16);
     Place();
     ExpectRecord(kPorts, RecordImage(2564, 0),
                  RecordImage(2564, 0)
-                     .number(0, 2)
-                     .text(4, "USB")
-                     .copied(4 + 48, std::string(28, 'd') + "...")
-                     .text(4 + 80, "USB")
-                     .copied(4 + 80 + 48, std::string(31, 'e')));
+                     .Number(0, 2)
+                     .Text(4, "USB")
+                     .Copied(4 + 48, std::string(28, 'd') + "...")
+                     .Text(4 + 80, "USB")
+                     .Copied(4 + 80 + 48, std::string(31, 'e')));
 }
 
 TEST_F(GetInfoDevices, PortsUpTo128AreWrittenPastTheRecordsThirtyTwo) {
-    for (int i = 0; i < 140; ++i) table.add(8, 1, 9).string(6, std::to_string(i)).byte(8, 31);
+    for (int i = 0; i < 140; ++i) table.Add(8, 1, 9).String(6, std::to_string(i)).Byte(8, 31);
     Place();
     RecordImage expected(PortRecord(128));
-    expected.number(0, 128);
+    expected.Number(0, 128);
     for (std::size_t i = 0; i < 128; ++i)
-        expected.text(4 + 80 * i, "Network Port").copied(4 + 80 * i + 48, std::to_string(i));
+        expected.Text(4 + 80 * i, "Network Port").Copied(4 + 80 * i + 48, std::to_string(i));
     ExpectRecord(kPorts, RecordImage(PortRecord(128)), expected);
 }
 
 TEST_F(GetInfoDevices, FansHaveTheirSpeedAlone) {
-    table.add(27, 1, 15).byte(6, 0x63).word(12, 4800);
-    table.add(27, 2, 15).word(12, 0);
+    table.Add(27, 1, 15).Byte(6, 0x63).Word(12, 4800);
+    table.Add(27, 2, 15).Word(12, 0);
     Place();
     ExpectRecord(
         kFans, RecordImage(3460),
-        RecordImage(3460).number(0, 2).text(4 + 76, "4800 rpm").text(4 + 216 + 76, "0 rpm"));
+        RecordImage(3460).Number(0, 2).Text(4 + 76, "4800 rpm").Text(4 + 216 + 76, "0 rpm"));
 }
 
 TEST_F(GetInfoDevices, LongFanTextsRunIntoMinimumAndMaximum) {
-    table.add(27, 1, 15).word(12, 0x8000);
-    table.add(27, 2, 12);
+    table.Add(27, 1, 15).Word(12, 0x8000);
+    table.Add(27, 2, 12);
     Place();
     ExpectRecord(kFans, RecordImage(3460),
                  RecordImage(3460)
-                     .number(0, 2)
-                     .text(4 + 76, "Unknown or the FAN is non-rotating")
-                     .text(4 + 216 + 76, "SmBios can not supply this information"));
+                     .Number(0, 2)
+                     .Text(4 + 76, "Unknown or the FAN is non-rotating")
+                     .Text(4 + 216 + 76, "SmBios can not supply this information"));
     FanInformation record{};
     EXPECT_EQ(GetInfo(kFans, &record), 0);
     EXPECT_EQ(std::string(record.fan[0].speed, 16), "Unknown or the F");
@@ -83,40 +83,40 @@ TEST_F(GetInfoDevices, LongFanTextsRunIntoMinimumAndMaximum) {
 }
 
 TEST_F(GetInfoDevices, SixtyThreeFansAreWrittenPastTheRecordsSixteen) {
-    for (int i = 0; i < 70; ++i) table.add(27, 1, 15).word(12, static_cast<std::uint16_t>(i));
+    for (int i = 0; i < 70; ++i) table.Add(27, 1, 15).Word(12, static_cast<std::uint16_t>(i));
     Place();
     RecordImage expected(FanRecord(63));
-    expected.number(0, 63);
+    expected.Number(0, 63);
     for (std::size_t i = 0; i < 63; ++i)
-        expected.text(4 + 216 * i + 76, std::to_string(i) + " rpm");
+        expected.Text(4 + 216 * i + 76, std::to_string(i) + " rpm");
     ExpectRecord(kFans, RecordImage(FanRecord(63)), expected);
 }
 
 TEST_F(GetInfoDevices, ProbesAreCountedAndNeverRead) {
     for (int i = 0; i < 5; ++i)
-        table.add(26, 1, 22).string(4, "+12V").byte(5, 0x63).word(6, 1).word(8, 2).word(20, 3);
-    for (int i = 0; i < 3; ++i) table.add(28, 1, 22).string(4, "CPU").byte(5, 0x63).word(20, 3);
+        table.Add(26, 1, 22).String(4, "+12V").Byte(5, 0x63).Word(6, 1).Word(8, 2).Word(20, 3);
+    for (int i = 0; i < 3; ++i) table.Add(28, 1, 22).String(4, "CPU").Byte(5, 0x63).Word(20, 3);
     Place();
-    ExpectRecord(kVoltages, RecordImage(kProbeRecord), RecordImage(kProbeRecord).number(0, 5));
-    ExpectRecord(kTemperatures, RecordImage(kProbeRecord), RecordImage(kProbeRecord).number(0, 3));
+    ExpectRecord(kVoltages, RecordImage(kProbeRecord), RecordImage(kProbeRecord).Number(0, 5));
+    ExpectRecord(kTemperatures, RecordImage(kProbeRecord), RecordImage(kProbeRecord).Number(0, 3));
 }
 
 TEST_F(GetInfoDevices, WithoutStructuresOnlyTheQuantitiesAreWritten) {
-    table.add(0, 0, 20);
+    table.Add(0, 0, 20);
     Place();
-    ExpectRecord(kPorts, RecordImage(2564), RecordImage(2564).number(0, 0));
-    ExpectRecord(kFans, RecordImage(3460), RecordImage(3460).number(0, 0));
-    ExpectRecord(kVoltages, RecordImage(kProbeRecord), RecordImage(kProbeRecord).number(0, 0));
-    ExpectRecord(kTemperatures, RecordImage(kProbeRecord), RecordImage(kProbeRecord).number(0, 0));
+    ExpectRecord(kPorts, RecordImage(2564), RecordImage(2564).Number(0, 0));
+    ExpectRecord(kFans, RecordImage(3460), RecordImage(3460).Number(0, 0));
+    ExpectRecord(kVoltages, RecordImage(kProbeRecord), RecordImage(kProbeRecord).Number(0, 0));
+    ExpectRecord(kTemperatures, RecordImage(kProbeRecord), RecordImage(kProbeRecord).Number(0, 0));
 }
 
 TEST_F(GetInfoDevices, ProbeCountsAreNotBoundedByTheRecord) {
-    for (int i = 0; i < 130; ++i) table.add(26, 1, 22);
-    for (int i = 0; i < 130; ++i) table.add(28, 1, 22);
+    for (int i = 0; i < 130; ++i) table.Add(26, 1, 22);
+    for (int i = 0; i < 130; ++i) table.Add(28, 1, 22);
     Place();
-    ExpectRecord(kVoltages, RecordImage(kProbeRecord), RecordImage(kProbeRecord).number(0, 127));
+    ExpectRecord(kVoltages, RecordImage(kProbeRecord), RecordImage(kProbeRecord).Number(0, 127));
     ExpectRecord(kTemperatures, RecordImage(kProbeRecord),
-                 RecordImage(kProbeRecord).number(0, 127));
+                 RecordImage(kProbeRecord).Number(0, 127));
 }
 
 }  // namespace

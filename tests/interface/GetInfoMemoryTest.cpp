@@ -14,65 +14,65 @@ protected:
     void AddModules(const std::vector<int>& typeBits) {
         const auto slots = static_cast<std::uint8_t>(typeBits.size());
         sim::SmbiosStructure& controller =
-            table.add(5, 0x500, static_cast<std::uint8_t>(16 + 2 * slots)).byte(14, slots);
+            table.Add(5, 0x500, static_cast<std::uint8_t>(16 + 2 * slots)).Byte(14, slots);
         for (std::uint8_t i = 0; i < slots; ++i) {
             const auto handle = static_cast<std::uint16_t>(i + 1);
-            controller.word(15u + 2u * i, handle);
-            table.add(6, handle, 12)
-                .string(4, "SLOT" + std::to_string(i))
-                .byte(9, static_cast<std::uint8_t>(i))
-                .word(7, static_cast<std::uint16_t>(typeBits[i]));
+            controller.Word(15u + 2u * i, handle);
+            table.Add(6, handle, 12)
+                .String(4, "SLOT" + std::to_string(i))
+                .Byte(9, static_cast<std::uint8_t>(i))
+                .Word(7, static_cast<std::uint16_t>(typeBits[i]));
         }
     }
 
     // The bank of the module in slot i, of size 2^i.
     static void Module(RecordImage& record, std::size_t bank, int i, const std::string& type) {
         const std::size_t at = 8 + 124 * bank;
-        record.text(at, std::to_string(1 << i) + " MB")
-            .text(at + 16, "")
-            .text(at + 32, type)
-            .text(at + 56, "")
-            .text(at + 88, "")
-            .number(at + 120, i);
+        record.Text(at, std::to_string(1 << i) + " MB")
+            .Text(at + 16, "")
+            .Text(at + 32, type)
+            .Text(at + 56, "")
+            .Text(at + 88, "")
+            .Number(at + 120, i);
     }
 };
 
 TEST_F(GetInfoMemory, EveryFieldOfABankIsCopied) {
-    table.add(17, 1, 27)
-        .string(16, "DIMM2B")
-        .string(17, "Bank 1")
-        .word(12, 1024)
-        .byte(18, 18)
-        .word(19, 0x0080)
-        .word(21, 333)
-        .string(23, "Maker");
+    table.Add(17, 1, 27)
+        .String(16, "DIMM2B")
+        .String(17, "Bank 1")
+        .Word(12, 1024)
+        .Byte(18, 18)
+        .Word(19, 0x0080)
+        .Word(21, 333)
+        .String(23, "Maker");
     Place();
     ExpectRecord(kMemory, RecordImage(kRecordSize),
                  RecordImage(kRecordSize)
-                     .number(0, 1024)
-                     .number(4, 1)
-                     .text(8, "1024 MB")           // size
-                     .text(8 + 16, "333 MHZ")      // speed
-                     .text(8 + 32, "DDR")          // type
-                     .text(8 + 56, "Synchronous")  // TypeDetail
-                     .text(8 + 88, "Maker")        // manufacturer
-                     .number(8 + 120, 10));        // SlotNumber
+                     .Number(0, 1024)
+                     .Number(4, 1)
+                     .Text(8, "1024 MB")           // size
+                     .Text(8 + 16, "333 MHZ")      // speed
+                     .Text(8 + 32, "DDR")          // type
+                     .Text(8 + 56, "Synchronous")  // TypeDetail
+                     .Text(8 + 88, "Maker")        // manufacturer
+                     .Number(8 + 120, 10));        // SlotNumber
 }
 
 TEST_F(GetInfoMemory, UnknownTypeIsATypeLikeAnyOther) {
-    table.add(17, 1, 27).string(16, "DIMM").string(17, "Bank").word(12, 64);
+    table.Add(17, 1, 27).String(16, "DIMM").String(17, "Bank").Word(12, 64);
     Place();
     RecordImage record(kRecordSize, 0);
     EXPECT_EQ(Get(kMemory, record), 0);
-    EXPECT_EQ(record.numberAt(4), 1);
-    EXPECT_STREQ(static_cast<char*>(record.data()) + 8 + 32, "Unknown");
+    EXPECT_EQ(record.NumberAt(4), 1);
+    EXPECT_STREQ(static_cast<char*>(record.Data()) + 8 + 32, "Unknown");
 }
 
 TEST_F(GetInfoMemory, BanksAreCopiedInOrder) {
     AddModules({0x100, 0x80, 0x400});
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 1 + 2 + 4).number(4, 3);
+    expected.Number(0, 1 + 2 + 4).Number(4, 3);
     Module(expected, 0, 0, "DIMM");
     Module(expected, 1, 1, "SIMM");
     Module(expected, 2, 2, " SDRAM");
@@ -83,7 +83,7 @@ TEST_F(GetInfoMemory, EmptyTypeSkipsTheBankBehindItToo) {
     AddModules({0x100, 0, 0x80, 0x400, 0x10});
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 31).number(4, 5);
+    expected.Number(0, 31).Number(4, 5);
     Module(expected, 0, 0, "DIMM");  // bank 1 is empty: on to bank 3
     Module(expected, 1, 3, " SDRAM");
     Module(expected, 2, 4, "EDO");
@@ -94,7 +94,7 @@ TEST_F(GetInfoMemory, EmptyTypesLeaveBanksOfTheRecordAlone) {
     AddModules({0, 0x80, 0});
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 7).number(4, 3);
+    expected.Number(0, 7).Number(4, 3);
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
@@ -105,47 +105,47 @@ TEST_F(GetInfoMemory, DoubleStepEndsAtTheSixteenLocalBanks) {
     AddModules(types);
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 0xFFFF).number(4, 16);
+    expected.Number(0, 0xFFFF).Number(4, 16);
     for (std::size_t i = 2; i < 15; ++i) Module(expected, i - 2, static_cast<int>(i), "DIMM");
     // SlotNumber of "SLOT10" to "SLOT14" is their last digit.
     for (std::size_t i = 10; i < 15; ++i)
-        expected.number(8 + 124 * (i - 2) + 120, static_cast<std::int32_t>(i % 10));
+        expected.Number(8 + 124 * (i - 2) + 120, static_cast<std::int32_t>(i % 10));
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
 TEST_F(GetInfoMemory, SixteenBanksAreCopiedAndNoMore) {
     for (int i = 0; i < 40; ++i)
-        table.add(17, static_cast<std::uint16_t>(i), 27)
-            .string(16, "DIMM1")
-            .string(17, "Bank")
-            .word(12, 10)
-            .byte(18, 15);
+        table.Add(17, static_cast<std::uint16_t>(i), 27)
+            .String(16, "DIMM1")
+            .String(17, "Bank")
+            .Word(12, 10)
+            .Byte(18, 15);
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 400).number(4, 16);
+    expected.Number(0, 400).Number(4, 16);
     for (std::size_t i = 0; i < 16; ++i)
-        expected.text(8 + 124 * i, "10 MB")
-            .text(8 + 124 * i + 16, "")
-            .text(8 + 124 * i + 32, "SDRAM")
-            .text(8 + 124 * i + 56, "")
-            .text(8 + 124 * i + 88, "")
-            .number(8 + 124 * i + 120, 1);
+        expected.Text(8 + 124 * i, "10 MB")
+            .Text(8 + 124 * i + 16, "")
+            .Text(8 + 124 * i + 32, "SDRAM")
+            .Text(8 + 124 * i + 56, "")
+            .Text(8 + 124 * i + 88, "")
+            .Number(8 + 124 * i + 120, 1);
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
 TEST_F(GetInfoMemory, FailedSummaryReturnsZeroAndLeavesTheBufferAsTheCallerGaveIt) {
-    table.add(0, 0, 20);
-    table.add(6, 1, 12).byte(9, 8);  // counts for the total, but no controller lists it
+    table.Add(0, 0, 20);
+    table.Add(6, 1, 12).Byte(9, 8);  // counts for the total, but no controller lists it
     Place();
     ExpectRecord(kMemory, RecordImage(kRecordSize), RecordImage(kRecordSize));
 }
 
 TEST_F(GetInfoMemory, SummaryWithoutBanksIsCopied) {
-    table.add(5, 0x500, 18).byte(14, 1).word(15, 9);
-    table.add(6, 1, 12).byte(9, 8);
+    table.Add(5, 0x500, 18).Byte(14, 1).Word(15, 9);
+    table.Add(6, 1, 12).Byte(9, 8);
     Place();
     ExpectRecord(kMemory, RecordImage(kRecordSize),
-                 RecordImage(kRecordSize).number(0, 256).number(4, 0));
+                 RecordImage(kRecordSize).Number(0, 256).Number(4, 0));
 }
 
 }  // namespace

@@ -12,22 +12,22 @@ constexpr std::size_t kRecordSize = 1224;
 class GetInfoPower : public InterfaceTest {
 protected:
     sim::SmbiosStructure& AddSupply(int type, int state, int group, const std::string& text) {
-        return table.add(39, handle++, 22)
-            .byte(4, static_cast<std::uint8_t>(group))
-            .word(14, static_cast<std::uint16_t>(type << 10 | state))
-            .string(6, "D" + text)
-            .string(7, "M" + text)
-            .string(8, "S" + text);
+        return table.Add(39, handle++, 22)
+            .Byte(4, static_cast<std::uint8_t>(group))
+            .Word(14, static_cast<std::uint16_t>(type << 10 | state))
+            .String(6, "D" + text)
+            .String(7, "M" + text)
+            .String(8, "S" + text);
     }
 
     static void Supply(RecordImage& record, std::size_t i, const std::string& text,
                        const std::string& status) {
         const std::size_t at = 8 + 152 * i;
         record
-            .copied(at + 64, "D" + text)   // DeviceName
-            .copied(at, "M" + text)        // manufacturer
-            .copied(at + 112, "S" + text)  // SerialNo
-            .text(at + 128, status);       // no ProductName, ProductVersion, BiosEnable
+            .Copied(at + 64, "D" + text)   // DeviceName
+            .Copied(at, "M" + text)        // manufacturer
+            .Copied(at + 112, "S" + text)  // SerialNo
+            .Text(at + 128, status);       // no ProductName, ProductVersion, BiosEnable
     }
 
     std::uint16_t handle = 0x2700;
@@ -39,7 +39,7 @@ TEST_F(GetInfoPower, EverySupplyIsFilled) {
     AddSupply(15, 7, 255, "three");
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 3).number(4, 2);
+    expected.Number(0, 3).Number(4, 2);
     Supply(expected, 0, "one", "present");
     Supply(expected, 1, "two", "hot replaceable");
     Supply(expected, 2, "three", "Other");
@@ -51,7 +51,7 @@ TEST_F(GetInfoPower, UpsSuppliesAreThoseOfItsTypeBitsAndTheRedundantNumberIsLeft
     for (int type = 0; type < 10; ++type) AddSupply(type, 2, 1, names[type]);
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 8);
+    expected.Number(0, 8);
     for (std::size_t i = 0; i < 8; ++i) Supply(expected, i, names[i], "present");
     ExpectRecord(kUps, RecordImage(kRecordSize), expected);
 }
@@ -61,7 +61,7 @@ TEST_F(GetInfoPower, UpsSuppliesAreCountedAmongThemselves) {
     AddSupply(6, 2, 0, "ups");
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 1);
+    expected.Number(0, 1);
     Supply(expected, 0, "ups", "present");
     ExpectRecord(kUps, RecordImage(kRecordSize), expected);
 }
@@ -70,7 +70,7 @@ TEST_F(GetInfoPower, LongestStatusFillsTheFieldBehindIt) {
     AddSupply(4, 4, 0, "x");
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 1).number(4, 0);
+    expected.Number(0, 1).Number(4, 0);
     Supply(expected, 0, "x", "unplugged from the wall");
     ExpectRecord(kPower, RecordImage(kRecordSize), expected);
     SystemPowerInformation record{};
@@ -83,12 +83,12 @@ TEST_F(GetInfoPower, LongTextsAreCutToTheirFields) {
     AddSupply(4, 2, 0, text);
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 1)
-        .number(4, 0)
-        .copied(8, "M" + text.substr(0, 30))
-        .copied(8 + 64, "D" + text.substr(0, 30))
-        .copied(8 + 112, "S" + text.substr(0, 14))
-        .text(8 + 128, "present");
+    expected.Number(0, 1)
+        .Number(4, 0)
+        .Copied(8, "M" + text.substr(0, 30))
+        .Copied(8 + 64, "D" + text.substr(0, 30))
+        .Copied(8 + 112, "S" + text.substr(0, 14))
+        .Text(8 + 128, "present");
     ExpectRecord(kPower, RecordImage(kRecordSize), expected);
 }
 
@@ -97,17 +97,17 @@ TEST_F(GetInfoPower, ThirtyTwoSuppliesAreCountedAndThirtyOneFilledPastTheRecords
     Place();
     const std::size_t size = 8 + 152 * 32;
     RecordImage expected(size);
-    expected.number(0, 32).number(4, 31);
+    expected.Number(0, 32).Number(4, 31);
     for (std::size_t i = 0; i < 31; ++i) Supply(expected, i, std::to_string(i), "present");
     ExpectRecord(kPower, RecordImage(size), expected);
 }
 
 TEST_F(GetInfoPower, WithoutSuppliesOnlyTheNumbersAreWritten) {
-    table.add(0, 0, 20);
+    table.Add(0, 0, 20);
     Place();
     ExpectRecord(kPower, RecordImage(kRecordSize),
-                 RecordImage(kRecordSize).number(0, 0).number(4, 0));
-    ExpectRecord(kUps, RecordImage(kRecordSize), RecordImage(kRecordSize).number(0, 0));
+                 RecordImage(kRecordSize).Number(0, 0).Number(4, 0));
+    ExpectRecord(kUps, RecordImage(kRecordSize), RecordImage(kRecordSize).Number(0, 0));
 }
 
 }  // namespace

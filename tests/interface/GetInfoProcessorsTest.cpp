@@ -26,30 +26,30 @@ constexpr std::size_t kIsDisabled = 420;
 class GetInfoProcessors : public InterfaceTest {
 protected:
     sim::SmbiosStructure& AddProcessor(int status = 0x41) {
-        return table.add(4, handle++, 35)
-            .byte(24, static_cast<std::uint8_t>(status))
-            .word(26, 0xFFFF)
-            .word(28, 0xFFFF)
-            .word(30, 0xFFFF);
+        return table.Add(4, handle++, 35)
+            .Byte(24, static_cast<std::uint8_t>(status))
+            .Word(26, 0xFFFF)
+            .Word(28, 0xFFFF)
+            .Word(30, 0xFFFF);
     }
 
     static std::size_t Element(std::size_t i) { return 4 + kElementSize * i; }
 
     // What a processor that says nothing but its status leaves, without caches.
     static void Plain(RecordImage& record, std::size_t i) {
-        record.text(Element(i) + kMaxSpeed, "Unknown")
-            .text(Element(i) + kCurrentSpeed, "Unknown")
-            .text(Element(i) + kExternalClock, "0 MHZ")
-            .text(Element(i) + kFamily, "Unknown");
+        record.Text(Element(i) + kMaxSpeed, "Unknown")
+            .Text(Element(i) + kCurrentSpeed, "Unknown")
+            .Text(Element(i) + kExternalClock, "0 MHZ")
+            .Text(Element(i) + kFamily, "Unknown");
     }
 
     static void AbsentCaches(RecordImage& record, std::size_t i, const std::string& text) {
         for (std::size_t level = 0; level < 3; ++level) {
             const std::size_t cache = Element(i) + kCaches + 80 * level;
-            record.copied(cache + 48, text);
-            record.text(cache + 16, text);
-            record.text(cache, text);
-            record.text(cache + 32, text);
+            record.Copied(cache + 48, text);
+            record.Text(cache + 16, text);
+            record.Text(cache, text);
+            record.Text(cache + 32, text);
         }
     }
 
@@ -57,34 +57,34 @@ protected:
 };
 
 TEST_F(GetInfoProcessors, EveryFieldOfAProcessorIsFilled) {
-    table.add(7, 0x701, 19).string(4, "L1").word(7, 32).word(9, 16).byte(15, 2);
-    table.add(7, 0x702, 19).string(4, "L2").word(7, 0x8010).word(9, 512).byte(15, 5);
-    table.add(7, 0x703, 19).word(7, 1).word(9, 0).byte(15, 0);
+    table.Add(7, 0x701, 19).String(4, "L1").Word(7, 32).Word(9, 16).Byte(15, 2);
+    table.Add(7, 0x702, 19).String(4, "L2").Word(7, 0x8010).Word(9, 512).Byte(15, 5);
+    table.Add(7, 0x703, 19).Word(7, 1).Word(9, 0).Byte(15, 0);
     AddProcessor()
-        .byte(6, 178)
-        .string(7, "Maker")
-        .string(16, "unused version")
-        .string(32, "unused serial")
-        .word(18, 133)
-        .word(20, 3600)
-        .word(22, 2800)
-        .word(26, 0x701)
-        .word(28, 0x702)
-        .word(30, 0x703);
+        .Byte(6, 178)
+        .String(7, "Maker")
+        .String(16, "unused version")
+        .String(32, "unused serial")
+        .Word(18, 133)
+        .Word(20, 3600)
+        .Word(22, 2800)
+        .Word(26, 0x701)
+        .Word(28, 0x702)
+        .Word(30, 0x703);
     Place();
     RecordImage expected(kRecordSize);
-    expected.number(0, 1)
-        .text(4 + kFamily, "Pentium 4 Processor")
-        .text(4 + kMaxSpeed, "3600 MHZ")
-        .text(4 + kCurrentSpeed, "2800 MHZ")
-        .text(4 + kExternalClock, "133 MHZ")
-        .copied(4 + kManufacturer, "Maker");
+    expected.Number(0, 1)
+        .Text(4 + kFamily, "Pentium 4 Processor")
+        .Text(4 + kMaxSpeed, "3600 MHZ")
+        .Text(4 + kCurrentSpeed, "2800 MHZ")
+        .Text(4 + kExternalClock, "133 MHZ")
+        .Copied(4 + kManufacturer, "Maker");
     const std::size_t l1 = 4 + kCaches;
-    expected.text(l1, "32 KB").text(l1 + 16, "16 KB").text(l1 + 32, "2ns").copied(l1 + 48, "L1");
+    expected.Text(l1, "32 KB").Text(l1 + 16, "16 KB").Text(l1 + 32, "2ns").Copied(l1 + 48, "L1");
     const std::size_t l2 = l1 + 80;
-    expected.text(l2, "1024 KB").text(l2 + 16, "512 KB").text(l2 + 32, "5ns").copied(l2 + 48, "L2");
+    expected.Text(l2, "1024 KB").Text(l2 + 16, "512 KB").Text(l2 + 32, "5ns").Copied(l2 + 48, "L2");
     const std::size_t l3 = l2 + 80;
-    expected.text(l3, "1 KB").text(l3 + 16, "0 KB").text(l3 + 32, "Unknown");
+    expected.Text(l3, "1 KB").Text(l3 + 16, "0 KB").Text(l3 + 32, "Unknown");
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
@@ -95,11 +95,11 @@ TEST_F(GetInfoProcessors, LowStatusBitsDecideTheTwoFlags) {
         PlaceVersion(1, 0);
         release();
         RecordImage expected(kRecordSize);
-        expected.number(0, 1);
+        expected.Number(0, 1);
         Plain(expected, 0);
         const int low = status & 7;
-        if (low == 2 || low == 3) expected.number(4 + kIsDisabled, 1);
-        if (low == 0) expected.number(4 + kIsUht, 1);
+        if (low == 2 || low == 3) expected.Number(4 + kIsDisabled, 1);
+        if (low == 0) expected.Number(4 + kIsUht, 1);
         ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
     }
 }
@@ -109,19 +109,19 @@ TEST_F(GetInfoProcessors, EveryProcessorCountsWhateverItsStatus) {
     AddProcessor(0x44);
     PlaceVersion(1, 0);
     RecordImage expected(kRecordSize);
-    expected.number(0, 2).number(Element(0) + kIsUht, 1);
+    expected.Number(0, 2).Number(Element(0) + kIsUht, 1);
     Plain(expected, 0);
     Plain(expected, 1);
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
 TEST_F(GetInfoProcessors, LongestFamilyNameRunsIntoTheStepping) {
-    AddProcessor().byte(6, 177);
+    AddProcessor().Byte(6, 177);
     PlaceVersion(1, 0);
     RecordImage expected(kRecordSize);
-    expected.number(0, 1);
+    expected.Number(0, 1);
     Plain(expected, 0);
-    expected.text(4 + kFamily, "Pentium III Processor with Intel SpeedStep Technology");
+    expected.Text(4 + kFamily, "Pentium III Processor with Intel SpeedStep Technology");
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
     ProcessorInformation record{};
     EXPECT_EQ(GetInfo(kProcessors, &record), 0);
@@ -130,12 +130,12 @@ TEST_F(GetInfoProcessors, LongestFamilyNameRunsIntoTheStepping) {
 }
 
 TEST_F(GetInfoProcessors, LongManufacturerIsCutToItsField) {
-    AddProcessor().string(7, std::string(60, 'm'));
+    AddProcessor().String(7, std::string(60, 'm'));
     PlaceVersion(1, 0);
     RecordImage expected(kRecordSize);
-    expected.number(0, 1);
+    expected.Number(0, 1);
     Plain(expected, 0);
-    expected.copied(4 + kManufacturer, std::string(47, 'm'));
+    expected.Copied(4 + kManufacturer, std::string(47, 'm'));
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
@@ -143,7 +143,7 @@ TEST_F(GetInfoProcessors, AbsentCachesUnder22AreNone) {
     AddProcessor();
     PlaceVersion(2, 2);
     RecordImage expected(kRecordSize);
-    expected.number(0, 1);
+    expected.Number(0, 1);
     Plain(expected, 0);
     AbsentCaches(expected, 0, "None");
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
@@ -153,7 +153,7 @@ TEST_F(GetInfoProcessors, AbsentCachesUnder23RunFromFieldToField) {
     AddProcessor();
     PlaceVersion(2, 3);
     RecordImage expected(kRecordSize);
-    expected.number(0, 1);
+    expected.Number(0, 1);
     Plain(expected, 0);
     AbsentCaches(expected, 0, "Bios Not Provide");
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
@@ -171,28 +171,28 @@ TEST_F(GetInfoProcessors, AbsentCachesUnder23RunFromFieldToField) {
 }
 
 TEST_F(GetInfoProcessors, CachesThatDoNotExistAreLeftAlone) {
-    AddProcessor().word(26, 0x701).word(28, 0x702).word(30, 0);
+    AddProcessor().Word(26, 0x701).Word(28, 0x702).Word(30, 0);
     PlaceVersion(2, 3);
     RecordImage expected(kRecordSize);
-    expected.number(0, 1);
+    expected.Number(0, 1);
     Plain(expected, 0);
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
 TEST_F(GetInfoProcessors, WithoutProcessorsOnlyTheQuantityIsWritten) {
-    table.add(0, 0, 20);
+    table.Add(0, 0, 20);
     Place();
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), RecordImage(kRecordSize).number(0, 0));
+    ExpectRecord(kProcessors, RecordImage(kRecordSize), RecordImage(kRecordSize).Number(0, 0));
 }
 
 TEST_F(GetInfoProcessors, SixteenProcessorsAreWrittenPastTheRecordsEight) {
-    for (int i = 0; i < 20; ++i) AddProcessor().word(18, static_cast<std::uint16_t>(i));
+    for (int i = 0; i < 20; ++i) AddProcessor().Word(18, static_cast<std::uint16_t>(i));
     PlaceVersion(1, 0);
     RecordImage expected(RecordOf(16));
-    expected.number(0, 16);
+    expected.Number(0, 16);
     for (std::size_t i = 0; i < 16; ++i) {
         Plain(expected, i);
-        expected.text(Element(i) + kExternalClock, std::to_string(i) + " MHZ");
+        expected.Text(Element(i) + kExternalClock, std::to_string(i) + " MHZ");
     }
     ExpectRecord(kProcessors, RecordImage(RecordOf(16)), expected);
 }

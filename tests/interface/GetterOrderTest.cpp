@@ -160,11 +160,11 @@ class GetterOrder : public InterfaceTest {
 protected:
     // Answers the command; `calls` then holds what it asked for.
     RecordImage Answer(unsigned long command, std::size_t size) {
-        table.add(SmBios::TYPE_OEM_STRINGS, 1, 4);
+        table.Add(SmBios::TYPE_OEM_STRINGS, 1, 4);
         Place();
         calls.clear();
         RecordImage image(size);
-        record = static_cast<const char*>(image.data());
+        record = static_cast<const char*>(image.Data());
         EXPECT_EQ(Get(command, image), 0);
         return image;
     }
@@ -194,7 +194,7 @@ protected:
 };
 
 TEST_F(GetterOrder, ProcessorsAreCountedThenAskedForStatusSpeedsNamesAndCachesInTurn) {
-    EXPECT_EQ(Answer(0x20000, 3396).numberAt(0), 2);
+    EXPECT_EQ(Answer(0x20000, 3396).NumberAt(0), 2);
     std::vector<std::string> expected = {"GetProcessorVirtualQuantity"};
     for (const std::string& call : CallsOfProcessor(1, 4)) expected.push_back(call);
     for (const std::string& call : CallsOfProcessor(2, 4 + 424)) expected.push_back(call);
@@ -202,7 +202,7 @@ TEST_F(GetterOrder, ProcessorsAreCountedThenAskedForStatusSpeedsNamesAndCachesIn
 }
 
 TEST_F(GetterOrder, PortsAreCountedThenAskedForTypeAndDesignator) {
-    EXPECT_EQ(Answer(0x80000, 2564).numberAt(0), 2);
+    EXPECT_EQ(Answer(0x80000, 2564).NumberAt(0), 2);
     EXPECT_THAT(calls, ElementsAre("GetPortQuantity",             //
                                    "GetPortType 1 +4",            //
                                    "GetPortDecription 1 +52 32",  //
@@ -221,8 +221,8 @@ TEST_F(GetterOrder, ModuleIsAskedForSizeTypeSpeedAndLocatorThenItsDeviceForDetai
     modules = 1;
     devices = 1;
     const RecordImage answer = Answer(0x40000, 1992);
-    EXPECT_EQ(answer.numberAt(0), 5);
-    EXPECT_EQ(answer.numberAt(4), 1);
+    EXPECT_EQ(answer.NumberAt(0), 5);
+    EXPECT_EQ(answer.NumberAt(4), 1);
     EXPECT_THAT(calls, ElementsAre("ExistMemCtl",                //
                                    "ExistMemModule",             //
                                    "GetMemModuleQuantity",       //
@@ -241,7 +241,7 @@ TEST_F(GetterOrder, ModuleWithoutASizeIsAskedForNothingElseAndNoneAfterTheLastIs
     modules = 2;
     devices = 0;
     firstModuleIsEmpty = true;
-    EXPECT_EQ(Answer(0x40000, 1992).numberAt(4), 1);
+    EXPECT_EQ(Answer(0x40000, 1992).NumberAt(4), 1);
     EXPECT_THAT(calls, ElementsAre("ExistMemCtl",                //
                                    "ExistMemModule",             //
                                    "GetMemModuleQuantity",       //
@@ -260,7 +260,7 @@ TEST_F(GetterOrder, DeviceIsAskedForSizeTypeDetailSpeedManufacturerAndLocator) {
     modules = 0;
     devices = 2;
     firstSocketIsEmpty = true;
-    EXPECT_EQ(Answer(0x40000, 1992).numberAt(4), 1);
+    EXPECT_EQ(Answer(0x40000, 1992).NumberAt(4), 1);
     EXPECT_THAT(calls, ElementsAre("ExistMemCtl",                 //
                                    "ExistMemDev",                 //
                                    "GetMemDevSize 1",             //

@@ -14,13 +14,13 @@ int nested = 0;
 RecordImage nestedRecord(64);
 
 void AskAgain() {
-    nested = GetInfo(kSystem, nestedRecord.data());
+    nested = GetInfo(kSystem, nestedRecord.Data());
 }
 void AskForNothing() {
-    nested = GetInfo(0, nestedRecord.data());
+    nested = GetInfo(0, nestedRecord.Data());
 }
 void AskForPorts() {
-    nested = GetInfo(0x80000, nestedRecord.data());
+    nested = GetInfo(0x80000, nestedRecord.Data());
 }
 
 class Guard : public InterfaceTest {
@@ -28,18 +28,18 @@ protected:
     Guard() {
         nested = -99;
         nestedRecord = RecordImage(4096);
-        table.add(0, 0, 20);
-        table.add(1, 1, 8).string(4, "Maker");
+        table.Add(0, 0, 20);
+        table.Add(1, 1, 8).String(4, "Maker");
     }
 
     void ExpectServed() {
-        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).copied(32, "Maker"));
+        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).Copied(32, "Maker"));
     }
 };
 
 TEST_F(Guard, SecondGetInfoWhileOneIsInProgressReturnsOneAndLaterItWorksAgain) {
     Place();
-    server.during("read", AskAgain);
+    server.During("read", AskAgain);
     ExpectServed();
     EXPECT_EQ(nested, 1);
     EXPECT_TRUE(SameBytes(RecordImage(4096), nestedRecord));
@@ -51,7 +51,7 @@ TEST_F(Guard, NestedCallIsRefusedInsideEveryAccess) {
     for (const char* call : {"open", "lseek", "read", "close"}) {
         release();
         nested = -99;
-        server.during(call, AskAgain);
+        server.During(call, AskAgain);
         ExpectServed();
         EXPECT_EQ(nested, 1) << call;
     }
@@ -62,7 +62,7 @@ TEST_F(Guard, EveryCommandIsRefused) {
     for (void (*const action)() : {AskForNothing, AskForPorts}) {
         release();
         nested = -99;
-        server.during("read", action);
+        server.During("read", action);
         ExpectServed();
         EXPECT_EQ(nested, 1);
     }
@@ -71,13 +71,13 @@ TEST_F(Guard, EveryCommandIsRefused) {
 
 TEST_F(Guard, NestedCallMakesNoReaderOfItsOwn) {
     Place();
-    server.during("read", AskAgain);
+    server.During("read", AskAgain);
     ExpectServed();
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
 TEST_F(Guard, RefusedReaderFreesTheGuard) {
-    server.refuse("/dev/mem");
+    server.Refuse("/dev/mem");
     testing::internal::CaptureStderr();
     RecordImage record(80);
     EXPECT_EQ(Get(kSystem, record), -1);
@@ -103,10 +103,10 @@ TEST_F(Guard, FailedMemorySummaryFreesTheGuard) {
 TEST_F(Guard, ExceptionPassesToTheCallerAndFreesTheGuard) {
     Place();
     RecordImage record(80);
-    server.failAllocation(1);  // the reader itself
+    server.FailAllocation(1);  // the reader itself
     EXPECT_THROW(Get(kSystem, record), std::bad_alloc);
     EXPECT_TRUE(SameBytes(RecordImage(80), record));
-    EXPECT_TRUE(server.log().accesses().empty());
+    EXPECT_TRUE(server.GetLog().Accesses().empty());
     ExpectServed();
 }
 

@@ -17,13 +17,13 @@ void AskForSupport() {
     nestedAnswer = IsSmBiosSupport();
 }
 void AskForTheSystem() {
-    nestedAnswer = GetInfo(kSystem, nestedRecord.data());
+    nestedAnswer = GetInfo(kSystem, nestedRecord.Data());
 }
 void AskForPciFunctions() {
-    nestedAnswer = GetInfo(kPciFunctions, nestedRecord.data());
+    nestedAnswer = GetInfo(kPciFunctions, nestedRecord.Data());
 }
 void AskForNothing() {
-    nestedAnswer = GetInfo(0, nestedRecord.data());
+    nestedAnswer = GetInfo(0, nestedRecord.Data());
 }
 void Release() {
     nestedAnswer = release();
@@ -32,8 +32,8 @@ void Release() {
 class NestedReader : public InterfaceTest {
 protected:
     NestedReader() {
-        table.add(0, 0, 20);
-        table.add(1, 1, 8).string(4, "Maker");
+        table.Add(0, 0, 20);
+        table.Add(1, 1, 8).String(4, "Maker");
         Place();
     }
 
@@ -41,11 +41,11 @@ protected:
     void During(const char* call, void (*action)()) {
         nestedAnswer = -99;
         nestedRecord = RecordImage(32768);
-        server.during(call, action);
+        server.During(call, action);
     }
 
     void ExpectSystemAnswered() {
-        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).copied(32, "Maker"));
+        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).Copied(32, "Maker"));
     }
 };
 
@@ -56,7 +56,7 @@ TEST_F(NestedReader, SupportQueryWithinTheFirstGetInfoAnswersZeroAndMakesNoReade
         During(call, AskForSupport);
         ExpectSystemAnswered();
         EXPECT_EQ(nestedAnswer, 0) << call;
-        EXPECT_EQ(server.log().count("open"), ++readers) << call;
+        EXPECT_EQ(server.GetLog().Count("open"), ++readers) << call;
         EXPECT_EQ(IsSmBiosSupport(), 1) << call;
     }
 }
@@ -65,7 +65,7 @@ TEST_F(NestedReader, SupportQueryWithinASupportQueryAnswersZeroAndMakesNoReader)
     During("read", AskForSupport);
     EXPECT_EQ(IsSmBiosSupport(), 1);
     EXPECT_EQ(nestedAnswer, 0);
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
 TEST_F(NestedReader, GetInfoWithinASupportQueryIsBusyMakesNoReaderAndLeavesNoFlagSet) {
@@ -76,7 +76,7 @@ TEST_F(NestedReader, GetInfoWithinASupportQueryIsBusyMakesNoReaderAndLeavesNoFla
         EXPECT_EQ(IsSmBiosSupport(), 1) << call;
         EXPECT_EQ(nestedAnswer, 1) << call;
         EXPECT_TRUE(SameBytes(RecordImage(32768), nestedRecord)) << call;
-        EXPECT_EQ(server.log().count("open"), ++readers) << call;
+        EXPECT_EQ(server.GetLog().Count("open"), ++readers) << call;
         ExpectSystemAnswered();
     }
 }
@@ -89,7 +89,7 @@ TEST_F(NestedReader, EveryCommandWithinASupportQueryIsBusy) {
         EXPECT_EQ(nestedAnswer, 1);
         EXPECT_TRUE(SameBytes(RecordImage(32768), nestedRecord));
     }
-    EXPECT_EQ(server.log().count("iopl"), 0u);
+    EXPECT_EQ(server.GetLog().Count("iopl"), 0u);
 }
 
 TEST_F(NestedReader, ReleaseWithinTheCreationFreesNothing) {
@@ -97,11 +97,11 @@ TEST_F(NestedReader, ReleaseWithinTheCreationFreesNothing) {
     EXPECT_EQ(IsSmBiosSupport(), 1);
     EXPECT_EQ(nestedAnswer, 0);
     ExpectSystemAnswered();
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
 TEST_F(NestedReader, CreationThatEndsInAnExceptionLeavesNoFlagSet) {
-    server.failAllocation(1);  // the reader itself
+    server.FailAllocation(1);  // the reader itself
     EXPECT_THROW(IsSmBiosSupport(), std::bad_alloc);
     ExpectSystemAnswered();
     EXPECT_EQ(IsSmBiosSupport(), 1);

@@ -26,11 +26,11 @@ constexpr unsigned long kSystem = 0x10000000;
 class OwnFields : public InterfaceTest {};
 
 TEST_F(OwnFields, ReaderWithATableAnswersWhateverTheMethodsSay) {
-    table.add(1, 1, 8).string(4, "Maker");
+    table.Add(1, 1, 8).String(4, "Maker");
     Place();
     for (const int answer : {0, 1}) {
         agentsAnswer = answer;
-        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).copied(32, "Maker"));
+        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).Copied(32, "Maker"));
         EXPECT_EQ(IsSmBiosSupport(), 1);
     }
 }

@@ -11,25 +11,25 @@ class ReaderLife : public InterfaceTest {
 protected:
     void PlaceMaker(const std::string& maker) {
         table = sim::SmbiosTable();
-        table.add(0, 0, 20);
-        table.add(1, 1, 8).string(4, maker);
+        table.Add(0, 0, 20);
+        table.Add(1, 1, 8).String(4, maker);
         Place();
     }
 
     void ExpectMaker(const std::string& maker) {
-        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).copied(32, maker));
+        ExpectRecord(kSystem, RecordImage(80), RecordImage(80).Copied(32, maker));
     }
 };
 
 TEST_F(ReaderLife, NothingIsReadBeforeTheFirstCall) {
     PlaceMaker("first");
-    EXPECT_TRUE(server.log().accesses().empty());
+    EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
 TEST_F(ReaderLife, FirstCallReadsTheMachineInSixCalls) {
     PlaceMaker("first");
     ExpectMaker("first");
-    EXPECT_THAT(server.log().lines(),
+    EXPECT_THAT(server.GetLog().Lines(),
                 testing::ElementsAre(
                     "open /dev/mem O_RDONLY -> ok", "lseek /dev/mem 0xF0000 -> 0xF0000",
                     "read /dev/mem 0xF0000 65520 -> 65520", "lseek /dev/mem 0xF0000 -> 0xF0000",
@@ -39,16 +39,16 @@ TEST_F(ReaderLife, FirstCallReadsTheMachineInSixCalls) {
 TEST_F(ReaderLife, FurtherCallsOfEveryTableCommandReadNothing) {
     PlaceMaker("first");
     ExpectMaker("first");
-    server.log().clear();
+    server.GetLog().Clear();
     for (const unsigned long command :
          {0x10000UL, 0x20000UL, 0x40000UL, 0x80000UL, 0x800000UL, 0x1000000UL, 0x2000000UL,
           0x4000000UL, 0x8000000UL, 0x10000000UL}) {
         RecordImage record(8192);
         EXPECT_EQ(Get(command, record), 0) << command;
-        EXPECT_EQ(server.log().lines(), std::vector<std::string>()) << command;
+        EXPECT_EQ(server.GetLog().Lines(), std::vector<std::string>()) << command;
     }
     EXPECT_EQ(IsSmBiosSupport(), 1);
-    EXPECT_EQ(server.log().lines(), std::vector<std::string>());
+    EXPECT_EQ(server.GetLog().Lines(), std::vector<std::string>());
 }
 
 TEST_F(ReaderLife, ChangedMemoryIsSeenAfterReleaseOnly) {
@@ -68,26 +68,26 @@ TEST_F(ReaderLife, ReleaseTwiceInARowIsHarmless) {
     EXPECT_EQ(release(), 0);
     EXPECT_EQ(release(), 0);
     ExpectMaker("first");
-    EXPECT_EQ(server.log().count("open"), 2u);
+    EXPECT_EQ(server.GetLog().Count("open"), 2u);
 }
 
 TEST_F(ReaderLife, ReleaseTouchesNothing) {
     PlaceMaker("first");
     ExpectMaker("first");
-    server.log().clear();
+    server.GetLog().Clear();
     EXPECT_EQ(release(), 0);
-    EXPECT_TRUE(server.log().accesses().empty());
+    EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
 TEST_F(ReaderLife, ReaderThatFailedStaysInPlaceAndFailsFast) {
     PlaceMaker("first");
-    server.fail("lseek", 1);
+    server.Fail("lseek", 1);
     testing::internal::CaptureStderr();
     RecordImage record(80);
     EXPECT_EQ(Get(kSystem, record), -1);
     EXPECT_EQ(Get(kSystem, record), -1);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "lseek /dev/mem\n: Input/output error\n");
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
     EXPECT_TRUE(SameBytes(RecordImage(80), record));
     EXPECT_EQ(release(), 0);
     ExpectMaker("first");
@@ -96,22 +96,22 @@ TEST_F(ReaderLife, ReaderThatFailedStaysInPlaceAndFailsFast) {
 TEST_F(ReaderLife, SupportQueryMakesTheReaderAndGetInfoUsesIt) {
     PlaceMaker("first");
     EXPECT_EQ(IsSmBiosSupport(), 1);
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
     ExpectMaker("first");
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
     EXPECT_EQ(IsSmBiosSupport(), 1);
 }
 
 TEST_F(ReaderLife, SupportIsZeroWithoutAnEntryPoint) {
     EXPECT_EQ(IsSmBiosSupport(), 0);
     EXPECT_EQ(IsSmBiosSupport(), 0);
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
 TEST_F(ReaderLife, SupportIsZeroWithALegacyDmiEntryPointAlone) {
-    table.add(1, 1, 8).string(4, "Maker");
+    table.Add(1, 1, 8).String(4, "Maker");
     sim::SmbiosPlacement placement;
-    placement.anchor = sim::SmbiosPlacement::Anchor::dmi;
+    placement.anchor = sim::SmbiosPlacement::Anchor::kDmi;
     Place(placement);
     EXPECT_EQ(IsSmBiosSupport(), 0);
     ExpectMaker("Maker");
@@ -119,7 +119,7 @@ TEST_F(ReaderLife, SupportIsZeroWithALegacyDmiEntryPointAlone) {
 
 TEST_F(ReaderLife, SupportIsOneWhenTheTableCouldNotBeReadAndGetInfoFails) {
     PlaceMaker("first");
-    server.fail("read", 2);
+    server.Fail("read", 2);
     EXPECT_EQ(IsSmBiosSupport(), 1);
     RecordImage record(80);
     EXPECT_EQ(Get(kSystem, record), -1);
@@ -128,7 +128,7 @@ TEST_F(ReaderLife, SupportIsOneWhenTheTableCouldNotBeReadAndGetInfoFails) {
 
 TEST_F(ReaderLife, SupportIsZeroWhenTheDeviceIsRefused) {
     PlaceMaker("first");
-    server.refuse("/dev/mem");
+    server.Refuse("/dev/mem");
     testing::internal::CaptureStderr();
     EXPECT_EQ(IsSmBiosSupport(), 0);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "open /dev/mem\n: Permission denied\n");
@@ -136,7 +136,7 @@ TEST_F(ReaderLife, SupportIsZeroWhenTheDeviceIsRefused) {
 
 TEST_F(ReaderLife, SupportQueryPassesAnExceptionOn) {
     PlaceMaker("first");
-    server.failAllocation(1);
+    server.FailAllocation(1);
     EXPECT_THROW(IsSmBiosSupport(), std::bad_alloc);
     EXPECT_EQ(IsSmBiosSupport(), 1);
 }

@@ -31,15 +31,15 @@ namespace {
 class ReleaseOrder : public InterfaceTest {
 protected:
     ReleaseOrder() {
-        table.add(1, 1, 8).string(4, "Maker");
+        table.Add(1, 1, 8).String(4, "Maker");
         Place();
-        server.bmc();
+        server.GetBmc();
     }
     ~ReleaseOrder() override { whenTheReaderIsDestroyed = nullptr; }
 
     std::size_t ClosesOfTheController() {
         std::size_t count = 0;
-        for (const std::string& line : server.log().lines())
+        for (const std::string& line : server.GetLog().Lines())
             if (line.starts_with("close /dev/ipmi")) ++count;
         return count;
     }
@@ -48,7 +48,7 @@ protected:
 TEST_F(ReleaseOrder, SmBiosReaderIsFreedBeforeTheIpmiObject) {
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(IsSmBiosSupport(), 1);
-    server.log().clear();
+    server.GetLog().Clear();
     int destroyed = 0;
     std::size_t closedBefore = 99;
     whenTheReaderIsDestroyed = [&] {
@@ -63,7 +63,7 @@ TEST_F(ReleaseOrder, SmBiosReaderIsFreedBeforeTheIpmiObject) {
 
 TEST_F(ReleaseOrder, ReaderIsForgottenBeforeItIsDestroyed) {
     EXPECT_EQ(IsSmBiosSupport(), 1);
-    EXPECT_EQ(server.log().count("open"), 1u);
+    EXPECT_EQ(server.GetLog().Count("open"), 1u);
     int nested = -99;
     whenTheReaderIsDestroyed = [&] {
         whenTheReaderIsDestroyed = nullptr;
@@ -71,9 +71,9 @@ TEST_F(ReleaseOrder, ReaderIsForgottenBeforeItIsDestroyed) {
     };
     EXPECT_EQ(release(), 0);
     EXPECT_EQ(nested, 1);
-    EXPECT_EQ(server.log().count("open"), 2u);  // the nested call made a reader of its own
+    EXPECT_EQ(server.GetLog().Count("open"), 2u);  // the nested call made a reader of its own
     EXPECT_EQ(IsSmBiosSupport(), 1);
-    EXPECT_EQ(server.log().count("open"), 2u);
+    EXPECT_EQ(server.GetLog().Count("open"), 2u);
 }
 
 }  // namespace

@@ -35,18 +35,18 @@ protected:
 };
 
 TEST_F(UntouchedFields, SteppingAndUsageRateOfProcessors) {
-    table.add(7, 0x700, 19).string(4, "L1").word(7, 32).word(9, 16).byte(15, 2);
+    table.Add(7, 0x700, 19).String(4, "L1").Word(7, 32).Word(9, 16).Byte(15, 2);
     for (int i = 0; i < 8; ++i)
-        table.add(4, 0x400, 35)
-            .byte(6, 178)
-            .string(7, std::string(60, 'm'))
-            .word(18, 65535)
-            .word(20, 65535)
-            .word(22, 65535)
-            .byte(24, 0x41)
-            .word(26, 0x700)
-            .word(28, 0x700)
-            .word(30, 0x700);
+        table.Add(4, 0x400, 35)
+            .Byte(6, 178)
+            .String(7, std::string(60, 'm'))
+            .Word(18, 65535)
+            .Word(20, 65535)
+            .Word(22, 65535)
+            .Byte(24, 0x41)
+            .Word(26, 0x700)
+            .Word(28, 0x700)
+            .Word(30, 0x700);
     Place();
     const auto record = Ask<ProcessorInformation>(0x20000);
     ASSERT_EQ(record.quantity, 8);
@@ -59,12 +59,12 @@ TEST_F(UntouchedFields, SteppingAndUsageRateOfProcessors) {
 
 TEST_F(UntouchedFields, ProductNameProductVersionAndBiosEnableOfPowerSupplies) {
     for (int i = 0; i < 8; ++i)
-        table.add(39, 0x2700, 22)
-            .byte(4, 1)
-            .string(6, std::string(60, 'd'))
-            .string(7, std::string(60, 'm'))
-            .string(8, std::string(60, 's'))
-            .word(14, 6 << 10 | 2);
+        table.Add(39, 0x2700, 22)
+            .Byte(4, 1)
+            .String(6, std::string(60, 'd'))
+            .String(7, std::string(60, 'm'))
+            .String(8, std::string(60, 's'))
+            .Word(14, 6 << 10 | 2);
     Place();
     for (const unsigned long command : {0x800000UL, 0x1000000UL}) {
         const auto record = Ask<SystemPowerInformation>(command);
@@ -79,7 +79,7 @@ TEST_F(UntouchedFields, ProductNameProductVersionAndBiosEnableOfPowerSupplies) {
 }
 
 TEST_F(UntouchedFields, StatusOfFans) {
-    for (int i = 0; i < 16; ++i) table.add(27, 0x1B00, 15).byte(6, 0x63).word(12, 65535);
+    for (int i = 0; i < 16; ++i) table.Add(27, 0x1B00, 15).Byte(6, 0x63).Word(12, 65535);
     Place();
     const auto record = Ask<FanInformation>(0x2000000);
     ASSERT_EQ(record.quantity, 16);
@@ -89,8 +89,8 @@ TEST_F(UntouchedFields, StatusOfFans) {
 
 TEST_F(UntouchedFields, StatusOfVoltagesAndTemperatures) {
     for (int i = 0; i < 32; ++i) {
-        table.add(26, 0x1A00, 22).byte(5, 0x63).word(6, 12600).word(8, 11400).word(20, 12000);
-        table.add(28, 0x1C00, 22).byte(5, 0x63).word(20, 40);
+        table.Add(26, 0x1A00, 22).Byte(5, 0x63).Word(6, 12600).Word(8, 11400).Word(20, 12000);
+        table.Add(28, 0x1C00, 22).Byte(5, 0x63).Word(20, 40);
     }
     Place();
     const auto voltages = Ask<VoltageInformation>(0x4000000);

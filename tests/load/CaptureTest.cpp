@@ -75,8 +75,8 @@ TEST_P(StatCapture, HasItsProcessorsAndTheirShares) {
     EXPECT_GE(processors, 1);
 
     sim::SimulatedServer server;
-    server.stat().setText(seconds(0), before);
-    server.stat().setText(seconds(5), Later(before));
+    server.GetStat().SetText(seconds(0), before);
+    server.GetStat().SetText(seconds(5), Later(before));
     CpuUsageRageInformation record{};
     ASSERT_EQ(GetCpuUsageRate(5, &record), 0);
     EXPECT_EQ(record.quantity, processors);
@@ -97,7 +97,7 @@ TEST_P(FreeCapture, GivesTheUsedShareOfItsMemoryLine) {
     ASSERT_EQ(std::sscanf(text.c_str() + line, "Mem: %lu %lu", &total, &used), 2);
 
     sim::SimulatedServer server;
-    server.freeProgram().setText(text);
+    server.GetFreeProgram().SetText(text);
     const std::filesystem::path before = std::filesystem::current_path();
     const std::filesystem::path folder =
         std::filesystem::path(testing::TempDir()) / ("free-" + GetParam());

@@ -72,7 +72,7 @@ protected:
         now = 17 * kSecond + 345 * kMillisecond;
         nextSignal = 0;
         fractionsWaitedFor = 0;
-        server.machine().sleepBy(VirtualSleep);
+        server.GetMachine().SleepBy(VirtualSleep);
     }
 
     void SignalAfter(long long time, long long every = 0) {
@@ -82,8 +82,8 @@ protected:
 
     // Measures, and returns the virtual time that it took.
     long long Measure(int interval) {
-        server.stat().setText(server.clock(), "cpu0 0 0 0 0\n");
-        server.stat().setText(server.clock() + seconds(interval), "cpu0 40 0 0 60\n");
+        server.GetStat().SetText(server.Clock(), "cpu0 0 0 0 0\n");
+        server.GetStat().SetText(server.Clock() + seconds(interval), "cpu0 40 0 0 60\n");
         const long long start = now;
         CpuUsageRageInformation record{};
         EXPECT_EQ(GetCpuUsageRate(interval, &record), 0);
@@ -93,7 +93,7 @@ protected:
 
     std::vector<std::string> Sleeps() {
         std::vector<std::string> sleeps;
-        for (const std::string& line : server.log().lines())
+        for (const std::string& line : server.GetLog().Lines())
             if (line.starts_with("sleep")) sleeps.push_back(line);
         return sleeps;
     }

@@ -40,8 +40,8 @@ protected:
 
     // The text from the start on and the one after the first sleep of `interval` seconds.
     void Course(const std::string& before, const std::string& after, int interval = 5) {
-        server.stat().setText(seconds(0), before);
-        server.stat().setText(seconds(interval), after);
+        server.GetStat().SetText(seconds(0), before);
+        server.GetStat().SetText(seconds(interval), after);
     }
 
     // One processor with so many ticks of each kind between the samples.
@@ -57,16 +57,16 @@ protected:
 };
 
 TEST_F(CpuUsage, OneProcessorHasOneShareAndTheOthersAreZero) {
-    server.stat().setRates(0, {.user = 20, .nice = 5, .system = 10, .idle = 65});
+    server.GetStat().SetRates(0, {.user = 20, .nice = 5, .system = 10, .idle = 65});
     EXPECT_THAT(Measure(), ElementsAre(35));
-    EXPECT_EQ(server.clock(), seconds(5));
+    EXPECT_EQ(server.Clock(), seconds(5));
 }
 
 TEST_F(CpuUsage, EachProcessorHasItsOwnShare) {
-    server.stat().setRates(0, {.user = 100, .nice = 0, .system = 0, .idle = 0});
-    server.stat().setRates(1, {.user = 0, .nice = 0, .system = 0, .idle = 100});
-    server.stat().setRates(2, {.user = 0, .nice = 50, .system = 0, .idle = 50});
-    server.stat().setRates(3, {.user = 0, .nice = 0, .system = 1, .idle = 3});
+    server.GetStat().SetRates(0, {.user = 100, .nice = 0, .system = 0, .idle = 0});
+    server.GetStat().SetRates(1, {.user = 0, .nice = 0, .system = 0, .idle = 100});
+    server.GetStat().SetRates(2, {.user = 0, .nice = 50, .system = 0, .idle = 50});
+    server.GetStat().SetRates(3, {.user = 0, .nice = 0, .system = 1, .idle = 3});
     EXPECT_THAT(Measure(), ElementsAre(100, 0, 50, 25));
 }
 
@@ -123,24 +123,24 @@ TEST_F(CpuUsage, NoTicksAtAllDivideByZero) {
 
 TEST_F(CpuUsage, OfNineProcessorsEightAreReported) {
     for (unsigned cpu = 0; cpu < 9; ++cpu)
-        server.stat().setRates(cpu, {.user = cpu * 10, .idle = 100 - cpu * 10});
+        server.GetStat().SetRates(cpu, {.user = cpu * 10, .idle = 100 - cpu * 10});
     EXPECT_THAT(Measure(), ElementsAre(0, 10, 20, 30, 40, 50, 60, 70));
 }
 
 TEST_F(CpuUsage, ServerWithoutALineForAProcessorHasNone) {
-    server.stat().setText(seconds(0), "cpu  1 2 3 4\nintr 5\n");
+    server.GetStat().SetText(seconds(0), "cpu  1 2 3 4\nintr 5\n");
     EXPECT_THAT(Measure(), ElementsAre());
-    EXPECT_EQ(server.clock(), seconds(5));
+    EXPECT_EQ(server.Clock(), seconds(5));
 }
 
 TEST_F(CpuUsage, ProcessorBehindAMissingOneIsNotFound) {
-    server.stat().setText(seconds(0), "cpu0 1 2 3 4\ncpu2 1 2 3 4\n");
-    server.stat().setText(seconds(5), "cpu0 2 2 3 4\ncpu2 1 2 3 5\n");
+    server.GetStat().SetText(seconds(0), "cpu0 1 2 3 4\ncpu2 1 2 3 4\n");
+    server.GetStat().SetText(seconds(5), "cpu0 2 2 3 4\ncpu2 1 2 3 5\n");
     EXPECT_THAT(Measure(), ElementsAre(100));
 }
 
 TEST_F(CpuUsage, ProcessorWithOneNumberIsNotThere) {
-    server.stat().setText(seconds(0), "cpu0 1\n");
+    server.GetStat().SetText(seconds(0), "cpu0 1\n");
     EXPECT_THAT(Measure(), ElementsAre());
 }
 
@@ -157,57 +157,57 @@ TEST_F(CpuUsage, LineThatTheFirstKibibyteCutsIsReadAsFarAsItGoes) {
 }
 
 TEST_F(CpuUsage, EachCallMeasuresItsOwnInterval) {
-    server.stat().setRates(0, {});
-    server.stat().setText(seconds(0), "cpu0 0 0 0 0\n");
-    server.stat().setText(seconds(5), "cpu0 90 0 0 10\n");
-    server.stat().setText(seconds(7), "cpu0 100 0 0 100\n");
+    server.GetStat().SetRates(0, {});
+    server.GetStat().SetText(seconds(0), "cpu0 0 0 0 0\n");
+    server.GetStat().SetText(seconds(5), "cpu0 90 0 0 10\n");
+    server.GetStat().SetText(seconds(7), "cpu0 100 0 0 100\n");
     EXPECT_THAT(Measure(5), ElementsAre(90));
     EXPECT_THAT(Measure(2), ElementsAre(10));
 }
 
 TEST_F(CpuUsage, TicksBetweenTwoCallsCountInNeither) {
-    server.stat().setText(seconds(0), "cpu0 0 0 0 0\n");
-    server.stat().setText(seconds(5), "cpu0 5 0 0 5\n");
+    server.GetStat().SetText(seconds(0), "cpu0 0 0 0 0\n");
+    server.GetStat().SetText(seconds(5), "cpu0 5 0 0 5\n");
     EXPECT_THAT(Measure(5), ElementsAre(50));
-    server.stat().setText(seconds(5), "cpu0 1000 0 0 1000\n");
-    server.stat().setText(seconds(6), "cpu0 1000 0 0 1001\n");
+    server.GetStat().SetText(seconds(5), "cpu0 1000 0 0 1000\n");
+    server.GetStat().SetText(seconds(6), "cpu0 1000 0 0 1001\n");
     EXPECT_THAT(Measure(1), ElementsAre(0));
 }
 
 TEST_F(CpuUsage, ProcessorsAreCountedOnce) {
-    server.stat().setRates(0, {.user = 50, .idle = 50});
+    server.GetStat().SetRates(0, {.user = 50, .idle = 50});
     EXPECT_THAT(Measure(), ElementsAre(50));
-    server.stat().setRates(1, {});
+    server.GetStat().SetRates(1, {});
     EXPECT_THAT(Measure(), ElementsAre(50));
 }
 
 TEST_F(CpuUsage, ReleaseDoesNotCountThemAgain) {
-    server.stat().setRates(0, {.user = 50, .idle = 50});
+    server.GetStat().SetRates(0, {.user = 50, .idle = 50});
     EXPECT_THAT(Measure(), ElementsAre(50));
-    server.stat().setRates(1, {});
+    server.GetStat().SetRates(1, {});
     EXPECT_EQ(release(), 0);
     EXPECT_THAT(Measure(), ElementsAre(50));
 }
 
 TEST_F(CpuUsage, CountedProcessorThatIsGoneBeforeTheSleepIsAFailure) {
-    server.stat().setRates(0, {.user = 50, .idle = 50});
-    server.stat().setRates(1, {});
+    server.GetStat().SetRates(0, {.user = 50, .idle = 50});
+    server.GetStat().SetRates(1, {});
     EXPECT_EQ(Measure().size(), 2u);
-    server.stat().setText(seconds(5), "cpu0 1 2 3 4\n");
+    server.GetStat().SetText(seconds(5), "cpu0 1 2 3 4\n");
     RecordImage expected(sizeof record, 0);
     RecordImage actual(sizeof record);
-    EXPECT_EQ(GetCpuUsageRate(5, static_cast<CpuUsageRageInformation*>(actual.data())), -1);
+    EXPECT_EQ(GetCpuUsageRate(5, static_cast<CpuUsageRageInformation*>(actual.Data())), -1);
     EXPECT_TRUE(SameBytes(expected, actual));
-    EXPECT_EQ(server.clock(), seconds(5));
+    EXPECT_EQ(server.Clock(), seconds(5));
 }
 
 TEST_F(CpuUsage, CountedProcessorThatIsGoneAfterTheSleepIsAFailure) {
     Course("cpu0 1 2 3 4\ncpu1 1 2 3 4\n", "cpu0 5 6 7 8\n");
     RecordImage expected(sizeof record, 0);
     RecordImage actual(sizeof record);
-    EXPECT_EQ(GetCpuUsageRate(5, static_cast<CpuUsageRageInformation*>(actual.data())), -1);
+    EXPECT_EQ(GetCpuUsageRate(5, static_cast<CpuUsageRageInformation*>(actual.Data())), -1);
     EXPECT_TRUE(SameBytes(expected, actual));
-    EXPECT_EQ(server.clock(), seconds(5));
+    EXPECT_EQ(server.Clock(), seconds(5));
 }
 
 TEST_F(CpuUsage, EveryFileIsReadOnceAndClosed) {
@@ -217,7 +217,7 @@ TEST_F(CpuUsage, EveryFileIsReadOnceAndClosed) {
     const char* const sought = "lseek /proc/stat 0x0 -> 0x0";
     const char* const readAll = "read /proc/stat 0x0 1024 -> 13";
     const char* const closed = "close /proc/stat -> 0";
-    EXPECT_THAT(server.log().lines(),
+    EXPECT_THAT(server.GetLog().Lines(),
                 ElementsAre(opened, sought, readAll, closed,  // counting: processor 0
                             opened, sought, readAll, closed,  // and no processor 1
                             opened, sought, readAll, closed, "sleep 5 -> 0", opened, sought,
@@ -226,15 +226,15 @@ TEST_F(CpuUsage, EveryFileIsReadOnceAndClosed) {
 
 TEST_F(CpuUsage, SleepThatASignalEndsIsResumedForTheRest) {
     Course("cpu0 1 2 3 4\n", "cpu0 2 2 3 7\n");
-    server.fail("sleep", 1, EINTR);
+    server.Fail("sleep", 1, EINTR);
     EXPECT_THAT(Measure(), ElementsAre(25));
-    EXPECT_EQ(server.log().count("sleep"), 2u);
-    EXPECT_EQ(server.clock(), seconds(5));
+    EXPECT_EQ(server.GetLog().Count("sleep"), 2u);
+    EXPECT_EQ(server.Clock(), seconds(5));
 }
 
 TEST_F(CpuUsage, FirstSampleOfTheProcessSetsTheFlagAndItStays) {
     EXPECT_EQ(ExecuteFirstTime, 0);
-    server.stat().setRates(0, {});
+    server.GetStat().SetRates(0, {});
     Measure();
     EXPECT_EQ(ExecuteFirstTime, 1);
     EXPECT_EQ(release(), 0);
@@ -244,15 +244,15 @@ TEST_F(CpuUsage, FirstSampleOfTheProcessSetsTheFlagAndItStays) {
 TEST_F(CpuUsage, FileThatCannotBeOpenedIsSaidAndCountsForEveryProcessor) {
     Course("cpu0 1 2 3 4\n", "cpu0 2 3 4 5\n");
     testing::internal::CaptureStdout();
-    server.fail("open", 2);  // counting: processor 1 stands for a second one
+    server.Fail("open", 2);  // counting: processor 1 stands for a second one
     EXPECT_EQ(GetCpuUsageRate(5, &record), -1);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "File open failed!\n");
 }
 
 TEST_F(CpuUsage, FileThatCannotBeOpenedWhileCountingIsSaidForEachOfEightProcessors) {
     for (unsigned cpu = 0; cpu < 8; ++cpu)
-        server.stat().setRates(cpu, {.user = cpu * 10, .idle = 100 - cpu * 10});
-    for (unsigned i = 1; i <= 8; ++i) server.fail("open", i);
+        server.GetStat().SetRates(cpu, {.user = cpu * 10, .idle = 100 - cpu * 10});
+    for (unsigned i = 1; i <= 8; ++i) server.Fail("open", i);
     testing::internal::CaptureStdout();
     EXPECT_THAT(Measure(), ElementsAre(0, 10, 20, 30, 40, 50, 60, 70));
     std::string said;
@@ -261,17 +261,17 @@ TEST_F(CpuUsage, FileThatCannotBeOpenedWhileCountingIsSaidForEachOfEightProcesso
 }
 
 TEST_F(CpuUsage, FileThatCannotBeReadIsSaidAndLeavesTheDifferences) {
-    server.stat().setText(seconds(0), "cpu0 0 0 0 0\n");
-    server.stat().setText(seconds(5), "cpu0 90 0 0 10\n");
+    server.GetStat().SetText(seconds(0), "cpu0 0 0 0 0\n");
+    server.GetStat().SetText(seconds(5), "cpu0 90 0 0 10\n");
     EXPECT_THAT(Measure(5), ElementsAre(90));
     testing::internal::CaptureStderr();
-    server.fail("read", 1);  // before the sleep
-    server.fail("read", 2);  // after it
+    server.Fail("read", 1);  // before the sleep
+    server.Fail("read", 2);  // after it
     EXPECT_THAT(Measure(5), ElementsAre(90));
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "/proc/stat: Input/output error\n/proc/stat: Input/output error\n");
-    std::size_t opened = server.log().count("open");
-    EXPECT_EQ(server.log().count("close"), opened);
+    std::size_t opened = server.GetLog().Count("open");
+    EXPECT_EQ(server.GetLog().Count("close"), opened);
 }
 
 TEST_F(CpuUsage, ServerWithoutTheFileCountsEightProcessorsAndDividesByZero) {

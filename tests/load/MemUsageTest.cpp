@@ -34,7 +34,7 @@ protected:
     }
 
     int ShareOf(std::uint64_t total, std::uint64_t used) {
-        server.freeProgram().setMemory(total, used);
+        server.GetFreeProgram().SetMemory(total, used);
         return GetMemUsageRate();
     }
 
@@ -72,7 +72,7 @@ TEST_F(MemUsage, NumbersPastALongAreTheLargestOne) {
 
 TEST_F(MemUsage, CommandIsTheWholeLineForTheShell) {
     ShareOf(1000, 500);
-    EXPECT_THAT(server.log().lines(), ElementsAre("system " + std::string(kCommand) + " -> 0"));
+    EXPECT_THAT(server.GetLog().Lines(), ElementsAre("system " + std::string(kCommand) + " -> 0"));
 }
 
 TEST_F(MemUsage, NoFileRemains) {
@@ -98,8 +98,8 @@ TEST_F(MemUsage, FileThatTheShellCannotMakeIsSaid) {
 
 TEST_F(MemUsage, FailedCommandLeavesTheFileOfAnotherRunToBeRead) {
     std::ofstream("Memusage_dat") << "1000\n250\n";
-    server.freeProgram().setMemory(1000, 500);
-    server.fail("system", 1, ENOMEM);
+    server.GetFreeProgram().SetMemory(1000, 500);
+    server.Fail("system", 1, ENOMEM);
     EXPECT_EQ(GetMemUsageRate(), 25);
     EXPECT_TRUE(std::filesystem::is_empty(folder));
 }
@@ -109,8 +109,8 @@ class MemFile : public MemUsage {
 protected:
     int ShareOfFile(const std::string& text) {
         std::ofstream("Memusage_dat") << text;
-        server.freeProgram().setMemory(1000, 500);
-        server.fail("system", 1, ENOMEM);
+        server.GetFreeProgram().SetMemory(1000, 500);
+        server.Fail("system", 1, ENOMEM);
         return GetMemUsageRate();
     }
 };

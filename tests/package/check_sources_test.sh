@@ -8,7 +8,7 @@ check=$1/scripts/check-sources.sh
 tree=$(mktemp -d)
 trap 'rm -rf "$tree"' EXIT
 cp "$1/.clang-format" "$tree"
-mkdir "$tree/SmBios"
+mkdir "$tree/SmBios" "$tree/PCI" "$tree/base"
 failed=0
 
 source_file() { { echo '// SPDX-License-Identifier: MIT'; cat; } >"$tree/$1"; }
@@ -37,6 +37,20 @@ printf 'void Probe() {\n    asm volatile("hlt");\n}\n' | source_file SmBios/Port
 finds 'port instructions' SmBios/Port.cpp
 printf 'int value = inb(0x70);\n' | source_file SmBios/Port.cpp
 finds 'port instructions' SmBios/Port.cpp
+printf '#ifndef TALVANE_H\n' | source_file Talvane.h
+printf '#ifndef SMBIOS_H\n' | source_file SmBios/SmBios.h
+printf '#include "SmBios/SmBios.h"\n' | source_file PCI/Scan.cpp
+finds 'this room may not include' PCI/Scan.cpp
+printf '#include "../SmBios/SmBios.h"\n' | source_file PCI/Scan.h
+finds 'this room may not include' PCI/Scan.h
+printf '#include "Talvane.h"\n' | source_file SmBios/Facade.cpp
+finds 'this room may not include' SmBios/Facade.cpp
+printf '#include "SmBios/SmBios.h"\n' | source_file base/Upward.h
+finds 'this room may not include' base/Upward.h
+printf '#include "Second.h"\n' | source_file SmBios/First.h
+printf '#include "SmBios/First.h"\n' | source_file SmBios/Second.h
+finds 'in a circle of includes' SmBios/First.h
+rm "$tree/SmBios/Second.h"
 printf '// %s%s: later\n' 'TO' 'DO' | source_file SmBios/Later.cpp
 finds 'unfinished work' SmBios/Later.cpp
 yes '// filler' | head -n 500 | source_file Long.cpp

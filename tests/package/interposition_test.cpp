@@ -40,14 +40,14 @@ protected:
     // The reader is the process's; each test starts without one.
     void TearDown() override { release(); }
 
-    void Place() { server.memory().placeSmbios(table.bytes()); }
+    void Place() { server.GetMemory().PlaceSmbios(table.Image()); }
 
     sim::SimulatedServer server;
     sim::SmbiosTable table;
 };
 
 TEST_F(Interposition, TheGettersWriteNumbersWithTheAgentsItoa) {
-    table.add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).byte(24, 0x41).word(20, 3600);
+    table.Add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).Byte(24, 0x41).Word(20, 3600);
     Place();
 
     ProcessorInformation processors{};
@@ -57,7 +57,7 @@ TEST_F(Interposition, TheGettersWriteNumbersWithTheAgentsItoa) {
 }
 
 TEST_F(Interposition, GettersThatFetchAStructureByItsIndexDoSoWithTheAgentsGetItem) {
-    table.add(SmBios::TYPE_SYSTEM_INFO, 0x0100, 8).string(4, "Acme");
+    table.Add(SmBios::TYPE_SYSTEM_INFO, 0x0100, 8).String(4, "Acme");
     Place();
 
     SysInformation system{};
@@ -66,7 +66,7 @@ TEST_F(Interposition, GettersThatFetchAStructureByItsIndexDoSoWithTheAgentsGetIt
 }
 
 TEST_F(Interposition, GettersThatCountGoThroughTheTableByThemselves) {
-    table.add(SmBios::TYPE_PORT_CONNECTOR_INFO, 0x0800, 9).byte(8, 16);
+    table.Add(SmBios::TYPE_PORT_CONNECTOR_INFO, 0x0800, 9).Byte(8, 16);
     Place();
 
     IOInformation ports{};
@@ -76,8 +76,8 @@ TEST_F(Interposition, GettersThatCountGoThroughTheTableByThemselves) {
 }
 
 TEST_F(Interposition, GettersThatSearchGoThroughTheTableByThemselves) {
-    table.add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).word(26, 0x0700);
-    table.add(SmBios::TYPE_CACHE_INFO, 0x0700, 19).byte(15, 5);
+    table.Add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).Word(26, 0x0700);
+    table.Add(SmBios::TYPE_CACHE_INFO, 0x0700, 19).Byte(15, 5);
     Place();
 
     ProcessorInformation processors{};

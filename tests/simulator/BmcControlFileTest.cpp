@@ -12,82 +12,83 @@ namespace {
 
 using sim::Bytes;
 
-class BmcControl : public testing::Test {
+class BmcControlFileTest : public testing::Test {
 protected:
-    BmcControl() { loadMachine(folder.path, machine); }
+    BmcControlFileTest() { LoadMachine(folder.path, machine); }
 
-    Bytes read(std::uint8_t sensor) {
+    Bytes Read(std::uint8_t sensor) {
         sim::BmcRequest request;
         request.netFn = 4;
         request.command = 0x2D;
         request.data = {sensor};
-        machine.bmc().answer(request);
+        machine.GetBmc().Answer(request);
         return request.response;
     }
-    void say(std::string_view text) { folder.write("live", text); }
+    void Say(std::string_view text) { folder.Write("live", text); }
 
     MachineFolder folder{"bmc kcs\ncontrol live\nreading 1 20\nstates 1 3\nreading 2 30\n"};
     sim::Machine machine;
 };
 
-TEST_F(BmcControl, BeforeItIsThereTheMachineIsAsDescribed) {
-    EXPECT_EQ(read(1), (Bytes{20, 0xC0, 3, 0}));
+TEST_F(BmcControlFileTest, MissingFileLeavesTheSensorsAsDescribed) {
+    EXPECT_EQ(Read(1), (Bytes{20, 0xC0, 3, 0}));
 }
 
-TEST_F(BmcControl, EachChangeShowsWithTheNextReading) {
-    say("# hot\nreading 1 90\n");
-    EXPECT_EQ(read(1), (Bytes{90, 0xC0, 3, 0}));
-    EXPECT_EQ(read(2), (Bytes{30, 0xC0, 0, 0})) << "another sensor";
-    say("reading 1 91\nstates 1 0x80 0x01\n");
-    EXPECT_EQ(read(1), (Bytes{91, 0xC0, 0x80, 0x01}));
-    say("reading 1 unavailable\n");
-    EXPECT_EQ(read(1), (Bytes{0, 0xE0, 3, 0}));
+TEST_F(BmcControlFileTest, ChangeShowsInTheNextReading) {
+    Say("# hot\nreading 1 90\n");
+    EXPECT_EQ(Read(1), (Bytes{90, 0xC0, 3, 0}));
+    EXPECT_EQ(Read(2), (Bytes{30, 0xC0, 0, 0})) << "another sensor";
+    Say("reading 1 91\nstates 1 0x80 0x01\n");
+    EXPECT_EQ(Read(1), (Bytes{91, 0xC0, 0x80, 0x01}));
+    Say("reading 1 unavailable\n");
+    EXPECT_EQ(Read(1), (Bytes{0, 0xE0, 3, 0}));
 }
 
-TEST_F(BmcControl, WhatIsTakenOutIsAsDescribedAgain) {
-    say("reading 1 90\n");
-    EXPECT_EQ(read(1)[0], 90);
-    say("");
-    EXPECT_EQ(read(1)[0], 20);
-    say("reading 1 90\n");
-    EXPECT_EQ(read(1)[0], 90);
+TEST_F(BmcControlFileTest, RemovedStatementRestoresTheDescribedValue) {
+    Say("reading 1 90\n");
+    EXPECT_EQ(Read(1)[0], 90);
+    Say("");
+    EXPECT_EQ(Read(1)[0], 20);
+    Say("reading 1 90\n");
+    EXPECT_EQ(Read(1)[0], 90);
     std::filesystem::remove(folder.path / "live");
-    EXPECT_EQ(read(1)[0], 20);
+    EXPECT_EQ(Read(1)[0], 20);
 }
 
-TEST_F(BmcControl, ASensorThatNothingElseNamesIsThere) {
-    EXPECT_EQ(read(7), Bytes{});
-    say("reading 7 1\n");
-    EXPECT_EQ(read(7), (Bytes{1, 0xC0, 0, 0}));
+TEST_F(BmcControlFileTest, StatementAboutAnUnknownSensorCreatesIt) {
+    EXPECT_EQ(Read(7), Bytes{});
+    Say("reading 7 1\n");
+    EXPECT_EQ(Read(7), (Bytes{1, 0xC0, 0, 0}));
 }
 
-TEST_F(BmcControl, ItMayHaveATimelineOfItsOwn) {
-    say("reading 1 at 5 90\n");
-    EXPECT_EQ(read(1)[0], 20);
-    (void)machine.sleep(5);
-    EXPECT_EQ(read(1)[0], 90);
+TEST_F(BmcControlFileTest, ReadingWithAMomentShowsFromThatMomentOn) {
+    Say("reading 1 at 5 90\n");
+    EXPECT_EQ(Read(1)[0], 20);
+    (void)machine.Sleep(5);
+    EXPECT_EQ(Read(1)[0], 90);
 }
 
-TEST_F(BmcControl, AMistakeIsToldOnceAndChangesNothing) {
-    say("reading 1 90\n");
-    EXPECT_EQ(read(1)[0], 90);
-    say("reading 1 95\nreading 2 3oo\n");
+TEST_F(BmcControlFileTest, MistakeIsReportedOnceAndChangesNothing) {
+    Say("reading 1 90\n");
+    EXPECT_EQ(Read(1)[0], 90);
+    Say("reading 1 95\nreading 2 3oo\n");
     testing::internal::CaptureStderr();
-    EXPECT_EQ(read(1)[0], 90);
-    EXPECT_EQ(read(2)[0], 30);
-    EXPECT_EQ(testing::internal::GetCapturedStderr(),
-              "simulated server: " + (folder.path / "live").string() +
-                  ":2: the raw reading \"3oo\" is no number; what it said before holds\n");
-    say("type 4\n");
+    EXPECT_EQ(Read(1)[0], 90);
+    EXPECT_EQ(Read(2)[0], 30);
+    EXPECT_EQ(
+        testing::internal::GetCapturedStderr(),
+        "simulated server: " + (folder.path / "live").string() +
+            ":2: the raw reading \"3oo\" is not a number; its previous content still applies\n");
+    Say("type 4\n");
     testing::internal::CaptureStderr();
-    EXPECT_EQ(read(1)[0], 90);
+    EXPECT_EQ(Read(1)[0], 90);
     EXPECT_EQ(testing::internal::GetCapturedStderr(),
               "simulated server: " + (folder.path / "live").string() +
                   ":1: the statement \"type\" is none of reading, states; "
-                  "what it said before holds\n");
-    say("reading 1 95\nreading 2 31\n");
-    EXPECT_EQ(read(1)[0], 95);
-    EXPECT_EQ(read(2)[0], 31);
+                  "its previous content still applies\n");
+    Say("reading 1 95\nreading 2 31\n");
+    EXPECT_EQ(Read(1)[0], 95);
+    EXPECT_EQ(Read(2)[0], 31);
 }
 
 }  // namespace

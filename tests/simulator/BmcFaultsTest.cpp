@@ -16,30 +16,30 @@ namespace {
 using sim::Bytes;
 using Kind = sim::BmcFault::Kind;
 
-class BmcFaults : public testing::Test {
+class BmcFaultsTest : public testing::Test {
 protected:
-    BmcFaults() {
-        bmc.add(sim::SdrRecord("A", 1));
-        bmc.add(sim::SdrRecord("B", 2));
-        bmc.setReading(1, 42);
+    BmcFaultsTest() {
+        bmc.Add(sim::SdrRecord("A", 1));
+        bmc.Add(sim::SdrRecord("B", 2));
+        bmc.SetReading(1, 42);
     }
 
-    sim::BmcRequest send(std::uint8_t netFn, std::uint8_t command, Bytes data) {
+    sim::BmcRequest Send(std::uint8_t netFn, std::uint8_t command, Bytes data) {
         sim::BmcRequest request;
         request.netFn = netFn;
         request.command = command;
         request.data = std::move(data);
-        bmc.answer(request);
+        bmc.Answer(request);
         return request;
     }
-    sim::BmcRequest read(std::uint8_t sensor) { return send(4, 0x2D, {sensor}); }
-    sim::BmcRequest record(std::uint8_t id) { return send(0x0A, 0x23, {0, 0, id, 0, 0, 0xFF}); }
-    // The record IDs that a walk comes by, at most four.
-    std::vector<unsigned> walk() {
+    sim::BmcRequest Read(std::uint8_t sensor) { return Send(4, 0x2D, {sensor}); }
+    sim::BmcRequest Record(std::uint8_t id) { return Send(0x0A, 0x23, {0, 0, id, 0, 0, 0xFF}); }
+    // The IDs of the records that a walk reads, at most four.
+    std::vector<unsigned> Walk() {
         std::vector<unsigned> ids;
         unsigned id = 0;
         do {
-            const Bytes response = record(static_cast<std::uint8_t>(id)).response;
+            const Bytes response = Record(static_cast<std::uint8_t>(id)).response;
             ids.push_back(id);
             id = response[0] | (unsigned{response[1]} << 8);
         } while (id != 0xFFFF && ids.size() < 4);
@@ -50,114 +50,114 @@ protected:
     sim::Bmc bmc{[] { return std::chrono::seconds(0); }, log};
 };
 
-TEST_F(BmcFaults, TheDriversCallFails) {
-    bmc.inject("Get Sensor Reading", Kind::fails, EBUSY, 1);
-    const sim::BmcRequest failed = read(1);
+TEST_F(BmcFaultsTest, FailureMakesTheDriversCallFailOnce) {
+    bmc.Inject("Get Sensor Reading", Kind::kFails, EBUSY, 1);
+    const sim::BmcRequest failed = Read(1);
     EXPECT_EQ(failed.error, EBUSY);
     EXPECT_EQ(failed.response, Bytes{});
-    EXPECT_EQ(failed.answered(), "-1 EBUSY");
-    EXPECT_EQ(read(1).error, 0) << "once";
+    EXPECT_EQ(failed.DescribeResponse(), "-1 EBUSY");
+    EXPECT_EQ(Read(1).error, 0) << "only once";
 }
 
-TEST_F(BmcFaults, AResponseIsShort) {
-    bmc.inject("Get SDR", Kind::cut, 7);
-    EXPECT_EQ(record(0).response.size(), 7U);
-    EXPECT_EQ(record(1).response.size(), 7U) << "each";
-    bmc.inject("Get Sensor Reading", Kind::cut, 99, 1);
-    EXPECT_EQ(read(1).response.size(), 4U) << "never longer";
+TEST_F(BmcFaultsTest, CutShortensAResponse) {
+    bmc.Inject("Get SDR", Kind::kCut, 7);
+    EXPECT_EQ(Record(0).response.size(), 7U);
+    EXPECT_EQ(Record(1).response.size(), 7U) << "every response";
+    bmc.Inject("Get Sensor Reading", Kind::kCut, 99, 1);
+    EXPECT_EQ(Read(1).response.size(), 4U) << "never longer";
 }
 
-TEST_F(BmcFaults, AResponseIsEmpty) {
-    bmc.inject("Get Sensor Reading", Kind::cut, 0, 2);
-    EXPECT_EQ(read(1).response.size(), 4U);
-    const sim::BmcRequest empty = read(1);
+TEST_F(BmcFaultsTest, CutToNoByteEmptiesTheSecondResponse) {
+    bmc.Inject("Get Sensor Reading", Kind::kCut, 0, 2);
+    EXPECT_EQ(Read(1).response.size(), 4U);
+    const sim::BmcRequest empty = Read(1);
     EXPECT_EQ(empty.response, Bytes{});
     EXPECT_EQ(empty.completion, 0);
-    EXPECT_EQ(empty.answered(), "0 bytes");
+    EXPECT_EQ(empty.DescribeResponse(), "0 bytes");
 }
 
-TEST_F(BmcFaults, AResponseIsStale) {
-    const Bytes before = record(0).response;
-    bmc.inject("Get Sensor Reading", Kind::stale, 0, 1);
-    EXPECT_EQ(read(1).response, before);
-    EXPECT_EQ(read(1).response[0], 42);
+TEST_F(BmcFaultsTest, StaleFaultRepeatsThePreviousResponse) {
+    const Bytes before = Record(0).response;
+    bmc.Inject("Get Sensor Reading", Kind::kStale, 0, 1);
+    EXPECT_EQ(Read(1).response, before);
+    EXPECT_EQ(Read(1).response[0], 42);
 }
 
-TEST_F(BmcFaults, ARequestIsRefusedAndNotCarriedOut) {
-    bmc.setThresholds(1, {0x3F, {1, 2, 3, 4, 5, 6}});
-    bmc.inject("Set Sensor Thresholds", Kind::refused, 0xC0, 1);
-    const sim::BmcRequest refused = send(4, 0x26, {1, 0x3F, 9, 9, 9, 9, 9, 9});
+TEST_F(BmcFaultsTest, RefusedRequestIsNotCarriedOut) {
+    bmc.SetThresholds(1, {0x3F, {1, 2, 3, 4, 5, 6}});
+    bmc.Inject("Set Sensor Thresholds", Kind::kRefused, 0xC0, 1);
+    const sim::BmcRequest refused = Send(4, 0x26, {1, 0x3F, 9, 9, 9, 9, 9, 9});
     EXPECT_EQ(refused.completion, 0xC0);
-    EXPECT_EQ(bmc.thresholds(1).values[0], 1);
-    EXPECT_EQ(refused.answered(), "refused, 0xC0 busy");
+    EXPECT_EQ(bmc.Thresholds(1).values[0], 1);
+    EXPECT_EQ(refused.DescribeResponse(), "refused, 0xC0 busy");
 }
 
-TEST_F(BmcFaults, SeveralWaitAlongside) {
-    bmc.inject("Get Sensor Reading", Kind::refused, 0xC0, 1);
-    bmc.inject("Get Sensor Reading", Kind::refused, 0xC3, 2);
-    EXPECT_EQ(read(1).completion, 0xC0);
-    EXPECT_EQ(read(1).completion, 0xC3);
-    EXPECT_EQ(read(1).completion, 0);
+TEST_F(BmcFaultsTest, TwoFaultsOfOneCommandStrikeOneAfterTheOther) {
+    bmc.Inject("Get Sensor Reading", Kind::kRefused, 0xC0, 1);
+    bmc.Inject("Get Sensor Reading", Kind::kRefused, 0xC3, 2);
+    EXPECT_EQ(Read(1).completion, 0xC0);
+    EXPECT_EQ(Read(1).completion, 0xC3);
+    EXPECT_EQ(Read(1).completion, 0);
 }
 
-TEST_F(BmcFaults, UnknownCommandsHaveNone) {
-    EXPECT_THROW(bmc.inject("Get Coffee", Kind::cut, 0), std::invalid_argument);
-    EXPECT_THROW(bmc.inject({0x30, 0x01, 1, Kind::cut, 0}), std::invalid_argument);
-    bmc.inject({0x04, 0x2D, 1, Kind::cut, 0});
-    EXPECT_EQ(read(1).response, Bytes{});
+TEST_F(BmcFaultsTest, FaultOfAnUnknownCommandIsRefused) {
+    EXPECT_THROW(bmc.Inject("Get Coffee", Kind::kCut, 0), std::invalid_argument);
+    EXPECT_THROW(bmc.Inject({0x30, 0x01, 1, Kind::kCut, 0}), std::invalid_argument);
+    bmc.Inject({0x04, 0x2D, 1, Kind::kCut, 0});
+    EXPECT_EQ(Read(1).response, Bytes{});
 }
 
-TEST_F(BmcFaults, ARecordChangesBetweenReads) {
-    bmc.addRecord(sim::SdrRecord("C", 3).bytes(), false, {{}, {{7, 0x33}}});
-    EXPECT_EQ(record(2).response[2 + 7], 3);
-    EXPECT_EQ(record(2).response[2 + 7], 0x33);
-    EXPECT_EQ(record(2).response[2 + 7], 0x33);
-    EXPECT_THROW(bmc.addRecord(Bytes(5), false, {{}, {{5, 1}}}), std::invalid_argument);
+TEST_F(BmcFaultsTest, RereadByteShowsFromTheSecondReadOn) {
+    bmc.AddRecord(sim::SdrRecord("C", 3).Image(), false, {{}, {{7, 0x33}}});
+    EXPECT_EQ(Record(2).response[2 + 7], 3);
+    EXPECT_EQ(Record(2).response[2 + 7], 0x33);
+    EXPECT_EQ(Record(2).response[2 + 7], 0x33);
+    EXPECT_THROW(bmc.AddRecord(Bytes(5), false, {{}, {{5, 1}}}), std::invalid_argument);
 }
 
-TEST_F(BmcFaults, ARecordIsShorterThanItsHeaderSays) {
-    bmc.addRecord(sim::SdrRecord("C", 3).bytes(), false, {20, {}});
-    const Bytes response = record(2).response;
+TEST_F(BmcFaultsTest, DeliveredSizeCutsARecordButNotItsHeadersLength) {
+    bmc.AddRecord(sim::SdrRecord("C", 3).Image(), false, {20, {}});
+    const Bytes response = Record(2).response;
     EXPECT_EQ(response.size(), 2U + 20);
     EXPECT_EQ(response[2 + 4], 59) << "what the header says";
 }
 
-TEST_F(BmcFaults, TheCountIsTooHighOrTooLow) {
+TEST_F(BmcFaultsTest, GivenCountReplacesTheNumberOfRecords) {
     for (const std::uint16_t count : std::initializer_list<std::uint16_t>{1, 300}) {
-        bmc.setRepositoryCount(count);
-        const Bytes info = send(0x0A, 0x20, {}).response;
+        bmc.SetRepositoryCount(count);
+        const Bytes info = Send(0x0A, 0x20, {}).response;
         EXPECT_EQ(info[1] | (unsigned{info[2]} << 8), count);
     }
 }
 
-TEST_F(BmcFaults, RecordsOfOtherTypesAreListed) {
-    bmc.addRecord({0, 0, 0x51, 0xC0, 2, 0xAA, 0xBB});
-    EXPECT_EQ(walk(), (std::vector<unsigned>{0, 1, 2}));
-    EXPECT_EQ(record(2).response, (Bytes{0xFF, 0xFF, 2, 0, 0x51, 0xC0, 2, 0xAA, 0xBB}));
+TEST_F(BmcFaultsTest, RecordOfAnotherTypeIsListed) {
+    bmc.AddRecord({0, 0, 0x51, 0xC0, 2, 0xAA, 0xBB});
+    EXPECT_EQ(Walk(), (std::vector<unsigned>{0, 1, 2}));
+    EXPECT_EQ(Record(2).response, (Bytes{0xFF, 0xFF, 2, 0, 0x51, 0xC0, 2, 0xAA, 0xBB}));
 }
 
-TEST_F(BmcFaults, NextRecordsRunInALoop) {
-    bmc.setNextRecord(1, 1);
-    EXPECT_EQ(walk(), (std::vector<unsigned>{0, 1, 1, 1}));
+TEST_F(BmcFaultsTest, RecordThatNamesItselfAsNextMakesALoop) {
+    bmc.SetNextRecord(1, 1);
+    EXPECT_EQ(Walk(), (std::vector<unsigned>{0, 1, 1, 1}));
 }
 
-TEST_F(BmcFaults, TheFirstRecordIsTheLast) {
-    bmc.setNextRecord(0, 0xFFFF);
-    EXPECT_EQ(walk(), (std::vector<unsigned>{0}));
+TEST_F(BmcFaultsTest, FirstRecordThatNamesTheEndIsTheLast) {
+    bmc.SetNextRecord(0, 0xFFFF);
+    EXPECT_EQ(Walk(), (std::vector<unsigned>{0}));
 }
 
-struct Telling {
+struct LoggedRequest {
     std::uint8_t netFn;
     std::uint8_t command;
     Bytes data;
-    const char* told;
+    const char* line;
 };
 
-TEST_F(BmcFaults, TheLogTellsPeopleWhatWasAskedAndAnswered) {
-    bmc.setInventory(Bytes(16, 1));
-    bmc.setChannel(1, {4, 1});
-    bmc.setUnavailable(2);
-    const Telling rows[] = {
+TEST_F(BmcFaultsTest, LogDescribesEachRequestAndItsResponse) {
+    bmc.SetInventory(Bytes(16, 1));
+    bmc.SetChannel(1, {4, 1});
+    bmc.SetUnavailable(2);
+    const LoggedRequest rows[] = {
         {0x0A, 0x20, {}, "bmc Get SDR Repository Info -> 2 records"},
         {0x0A, 0x22, {}, "bmc Reserve SDR Repository -> reservation 0x0001"},
         {0x0A, 0x23, {0, 0, 0, 0, 0, 0xFF}, "bmc Get SDR 0x0000 -> 64 bytes, next 0x0001"},
@@ -186,20 +186,20 @@ TEST_F(BmcFaults, TheLogTellsPeopleWhatWasAskedAndAnswered) {
          {1, 3, 10, 0, 0, 1},
          "bmc Set LAN Configuration Parameters channel 1, parameter 3, 4 bytes -> ok"},
     };
-    for (const Telling& row : rows) {
-        log.clear();
-        (void)send(row.netFn, row.command, row.data);
-        ASSERT_EQ(log.lines().size(), 2U);
-        EXPECT_EQ(log.lines()[0], row.told);
+    for (const LoggedRequest& row : rows) {
+        log.Clear();
+        (void)Send(row.netFn, row.command, row.data);
+        ASSERT_EQ(log.Lines().size(), 2U);
+        EXPECT_EQ(log.Lines()[0], row.line);
     }
 }
 
-TEST_F(BmcFaults, TheLogHoldsTheBytesBesideIt) {
-    (void)read(1);
-    EXPECT_EQ(log.lines().back(), "ipmi Get Sensor Reading 01 -> 00 2A C0 00 00");
-    bmc.inject("Get Sensor Reading", Kind::fails, EIO, 1);
-    (void)read(1);
-    EXPECT_EQ(log.lines().back(), "ipmi Get Sensor Reading 01 -> -1 EIO");
+TEST_F(BmcFaultsTest, LogShowsTheBytesOfRequestAndResponse) {
+    (void)Read(1);
+    EXPECT_EQ(log.Lines().back(), "ipmi Get Sensor Reading 01 -> 00 2A C0 00 00");
+    bmc.Inject("Get Sensor Reading", Kind::kFails, EIO, 1);
+    (void)Read(1);
+    EXPECT_EQ(log.Lines().back(), "ipmi Get Sensor Reading 01 -> -1 EIO");
 }
 
 }  // namespace

@@ -15,36 +15,36 @@ namespace {
 
 using sim::Bytes;
 
-class BmcStatements : public testing::Test {
+class BmcStatementsTest : public testing::Test {
 protected:
-    Bytes ask(std::uint8_t netFn, std::uint8_t command, Bytes data) {
+    Bytes Ask(std::uint8_t netFn, std::uint8_t command, Bytes data) {
         sim::BmcRequest request;
         request.netFn = netFn;
         request.command = command;
         request.data = std::move(data);
-        machine.bmc().answer(request);
+        machine.GetBmc().Answer(request);
         return request.response;
     }
-    bool answers(std::uint16_t port) { return machine.ports().find(port, 1)->in(port, 1) != 0xFF; }
+    bool Answers(std::uint16_t port) { return machine.Ports().Find(port, 1)->In(port, 1) != 0xFF; }
 
     sim::Machine machine;
 };
 
-TEST_F(BmcStatements, InterfacesShowAtTheirPorts) {
+TEST_F(BmcStatementsTest, InterfaceAnswersAtItsPort) {
     for (const auto& [name, kcs, smic] : {std::tuple<std::string, bool, bool>{"kcs", true, false},
                                           {"smic", false, true},
                                           {"both", true, true},
                                           {"none", false, false}}) {
         sim::Machine described;
-        loadMachine(MachineFolder("bmc " + name).path, described);
-        EXPECT_EQ(described.ports().find(0xCA3, 1)->in(0xCA3, 1) != 0xFF, kcs) << name;
-        EXPECT_EQ(described.ports().find(0xCAA, 1)->in(0xCAA, 1) != 0xFF, smic) << name;
+        LoadMachine(MachineFolder("bmc " + name).path, described);
+        EXPECT_EQ(described.Ports().Find(0xCA3, 1)->In(0xCA3, 1) != 0xFF, kcs) << name;
+        EXPECT_EQ(described.Ports().Find(0xCAA, 1)->In(0xCAA, 1) != 0xFF, smic) << name;
     }
-    EXPECT_FALSE(answers(0xCA3));
+    EXPECT_FALSE(Answers(0xCA3));
 }
 
-TEST_F(BmcStatements, ASensorIsARecordWithItsFields) {
-    loadMachine(MachineFolder("reading 0x30 70\n"
+TEST_F(BmcStatementsTest, SensorWithFieldsBecomesARecord) {
+    LoadMachine(MachineFolder("reading 0x30 70\n"
                               "bmc kcs firmware 2 34\n"
                               "sensor 0x10 \"CPU Temp\"\n"
                               "sensor 0x30 \"FAN 1\"\n"
@@ -56,84 +56,84 @@ TEST_F(BmcStatements, ASensorIsARecordWithItsFields) {
                     .path,
                 machine);
     Bytes expected = sim::SdrRecord("FAN 1", 0x30)
-                         .kind(4)
-                         .entity(29, 2)
-                         .event(0x6F)
-                         .unit(18, 22)
-                         .unit1(0x42)
-                         .factors(-2, 3, -4, 5)
-                         .linearization(7)
-                         .limits(200, 10)
-                         .thresholdMasks(0x3F, 0x1B)
-                         .byte(0, 1)
-                         .bytes();
+                         .Kind(4)
+                         .Entity(29, 2)
+                         .Event(0x6F)
+                         .Unit(18, 22)
+                         .Unit1(0x42)
+                         .Factors(-2, 3, -4, 5)
+                         .Linearization(7)
+                         .Limits(200, 10)
+                         .ThresholdMasks(0x3F, 0x1B)
+                         .Byte(0, 1)
+                         .Image();
     expected.insert(expected.begin(), {0xFF, 0xFF});
-    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 1, 0, 0, 0xFF}), expected);
-    EXPECT_EQ(ask(4, 0x2D, {0x30}), (Bytes{70, 0xC0, 1, 2}));
-    EXPECT_EQ(ask(4, 0x27, {0x30}), (Bytes{0x3F, 1, 2, 3, 4, 5, 6}));
-    EXPECT_EQ(ask(6, 0x01, {})[2], 2);
-    EXPECT_EQ(ask(6, 0x01, {})[3], 0x34);
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 1, 0, 0, 0xFF}), expected);
+    EXPECT_EQ(Ask(4, 0x2D, {0x30}), (Bytes{70, 0xC0, 1, 2}));
+    EXPECT_EQ(Ask(4, 0x27, {0x30}), (Bytes{0x3F, 1, 2, 3, 4, 5, 6}));
+    EXPECT_EQ(Ask(6, 0x01, {})[2], 2);
+    EXPECT_EQ(Ask(6, 0x01, {})[3], 0x34);
 }
 
-TEST_F(BmcStatements, CapturesAndChannels) {
+TEST_F(BmcStatementsTest, CapturesAndChannelsReachTheController) {
     const MachineFolder folder("bmc smic\nsdr records.bin\ninventory fru.bin\nchannel 1 4 1\n");
-    const Bytes record = sim::SdrRecord("A", 1).byte(0, 0x42).bytes();
-    folder.write("records.bin", std::string(record.begin(), record.end()));
-    folder.write("fru.bin", "inventory");
-    loadMachine(folder.path, machine);
-    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0x42, 0, 0, 0}), (Bytes{0xFF, 0xFF}));
-    EXPECT_EQ(ask(0x0A, 0x11, {0, 2, 0, 3}), (Bytes{3, 'v', 'e', 'n'}));
-    EXPECT_EQ(ask(6, 0x42, {1})[1], 4);
+    const Bytes record = sim::SdrRecord("A", 1).Byte(0, 0x42).Image();
+    folder.Write("records.bin", std::string(record.begin(), record.end()));
+    folder.Write("fru.bin", "inventory");
+    LoadMachine(folder.path, machine);
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0x42, 0, 0, 0}), (Bytes{0xFF, 0xFF}));
+    EXPECT_EQ(Ask(0x0A, 0x11, {0, 2, 0, 3}), (Bytes{3, 'v', 'e', 'n'}));
+    EXPECT_EQ(Ask(6, 0x42, {1})[1], 4);
 }
 
-TEST_F(BmcStatements, ReadingsAndStatesHaveATimeline) {
-    loadMachine(MachineFolder("bmc kcs\nreading 1 20\nreading 1 at 5 80\n"
+TEST_F(BmcStatementsTest, ReadingsAndStatesFollowTheirMoments) {
+    LoadMachine(MachineFolder("bmc kcs\nreading 1 20\nreading 1 at 5 80\n"
                               "reading 1 at 9 unavailable\nreading 2 unavailable 0xFF\n"
                               "states 1 at 5 2\n")
                     .path,
                 machine);
-    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
-    EXPECT_EQ(ask(4, 0x2D, {2}), (Bytes{0xFF, 0xE0, 0, 0}));
-    (void)machine.sleep(5);
-    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{80, 0xC0, 2, 0}));
-    (void)machine.sleep(4);
-    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{0, 0xE0, 2, 0}));
+    EXPECT_EQ(Ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
+    EXPECT_EQ(Ask(4, 0x2D, {2}), (Bytes{0xFF, 0xE0, 0, 0}));
+    (void)machine.Sleep(5);
+    EXPECT_EQ(Ask(4, 0x2D, {1}), (Bytes{80, 0xC0, 2, 0}));
+    (void)machine.Sleep(4);
+    EXPECT_EQ(Ask(4, 0x2D, {1}), (Bytes{0, 0xE0, 2, 0}));
 }
 
-TEST_F(BmcStatements, ARepositoryCanBeWrong) {
-    loadMachine(MachineFolder("bmc kcs\nrepository count 7\nrepository next 1 0\n"
+TEST_F(BmcStatementsTest, RepositoryShowsItsDescribedDefects) {
+    LoadMachine(MachineFolder("bmc kcs\nrepository count 7\nrepository next 1 0\n"
                               "sensor 1 \"A\"\n  delivered 10\n  reread 8 0x42\n"
                               "record 0xC0 57 01 00 0D\n")
                     .path,
                 machine);
-    EXPECT_EQ(ask(0x0A, 0x20, {})[1], 7);
-    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0xFF}),
+    EXPECT_EQ(Ask(0x0A, 0x20, {})[1], 7);
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0xFF}),
               (Bytes{1, 0, 0, 0, 0x51, 1, 59, 0x20, 0, 1, 7, 1}));
-    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 8, 0xFF}), (Bytes{1, 0, 0x42, 1})) << "read again";
-    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 0, 0, 20, 4}), (Bytes{1, 0})) << "behind its end";
-    EXPECT_EQ(ask(0x0A, 0x23, {0, 0, 1, 0, 0, 0xFF}),
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 8, 0xFF}), (Bytes{1, 0, 0x42, 1})) << "read again";
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 20, 4}), (Bytes{1, 0})) << "past its end";
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 1, 0, 0, 0xFF}),
               (Bytes{0, 0, 1, 0, 0x51, 0xC0, 4, 0x57, 0x01, 0x00, 0x0D}));
 }
 
-TEST_F(BmcStatements, AWatchdogMayRunFromTheStartAndNeverStop) {
-    loadMachine(MachineFolder("bmc kcs\nwatchdog action 1 seconds 60 unstoppable\n").path, machine);
-    (void)ask(6, 0x24, {4, 0, 0, 0, 200, 0});
-    EXPECT_TRUE(machine.bmc().watchdog().running);
+TEST_F(BmcStatementsTest, UnstoppableWatchdogRunsOnAfterSetWatchdogTimer) {
+    LoadMachine(MachineFolder("bmc kcs\nwatchdog action 1 seconds 60 unstoppable\n").path, machine);
+    (void)Ask(6, 0x24, {4, 0, 0, 0, 200, 0});
+    EXPECT_TRUE(machine.GetBmc().Watchdog().running);
     sim::Machine other;
-    loadMachine(MachineFolder("bmc kcs\nwatchdog unstoppable\n").path, other);
-    EXPECT_FALSE(other.bmc().watchdog().running);
+    LoadMachine(MachineFolder("bmc kcs\nwatchdog unstoppable\n").path, other);
+    EXPECT_FALSE(other.GetBmc().Watchdog().running);
 }
 
-TEST_F(BmcStatements, FaultsStrikeTheirRequest) {
-    loadMachine(MachineFolder("bmc kcs\nreading 1 20\nfault \"Get Sensor Reading\" 2 short 1\n"
+TEST_F(BmcStatementsTest, FaultStrikesItsRequestOnly) {
+    LoadMachine(MachineFolder("bmc kcs\nreading 1 20\nfault \"Get Sensor Reading\" 2 short 1\n"
                               "fault \"Get Device ID\" every empty\n")
                     .path,
                 machine);
-    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
-    EXPECT_EQ(ask(4, 0x2D, {1}), Bytes{20});
-    EXPECT_EQ(ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
-    EXPECT_EQ(ask(6, 0x01, {}), Bytes{});
-    EXPECT_EQ(ask(6, 0x01, {}), Bytes{});
+    EXPECT_EQ(Ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
+    EXPECT_EQ(Ask(4, 0x2D, {1}), Bytes{20});
+    EXPECT_EQ(Ask(4, 0x2D, {1}), (Bytes{20, 0xC0, 0, 0}));
+    EXPECT_EQ(Ask(6, 0x01, {}), Bytes{});
+    EXPECT_EQ(Ask(6, 0x01, {}), Bytes{});
 }
 
 struct BadController {
@@ -145,15 +145,15 @@ void PrintTo(const BadController& bad, std::ostream* out) {
     *out << bad.text;
 }
 
-class BadBmc : public testing::TestWithParam<BadController> {};
+class BmcStatementErrorTest : public testing::TestWithParam<BadController> {};
 
-TEST_P(BadBmc, IsReportedWithItsLine) {
+TEST_P(BmcStatementErrorTest, MistakeIsReportedWithItsLine) {
     const MachineFolder folder(GetParam().text);
-    folder.write("short.bin", "short");
-    folder.write("one.bin", std::string("\1\0\x51\xC0\0", 5));
+    folder.Write("short.bin", "short");
+    folder.Write("one.bin", std::string("\1\0\x51\xC0\0", 5));
     sim::Machine machine;
     try {
-        loadMachine(folder.path, machine);
+        LoadMachine(folder.path, machine);
         FAIL() << "nothing to complain about";
     } catch (const sim::MachineError& error) {
         EXPECT_EQ(error.what(),
@@ -163,7 +163,7 @@ TEST_P(BadBmc, IsReportedWithItsLine) {
 
 #define FAN "bmc kcs\nsensor 1 \"FAN\"\n"
 INSTANTIATE_TEST_SUITE_P(
-    BmcStatements, BadBmc,
+    BmcStatements, BmcStatementErrorTest,
     testing::Values(
         BadController{"bmc", "1: the interface is missing"},
         BadController{"bmc ssif", "1: the interface \"ssif\" is none of kcs, smic, both, none"},
@@ -177,7 +177,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadController{FAN "type 4\ntype 4", "4: type was given in line 3"},
         BadController{FAN "factors 512 0 0 0", "3: M 512 is not between -512 and 511"},
         BadController{FAN "factors 1 0 0 8", "3: the result exponent 8 is not between -8 and 7"},
-        BadController{FAN "factors 0x1 0 0 0", "3: M \"0x1\" is no decimal number"},
+        BadController{FAN "factors 0x1 0 0 0", "3: M \"0x1\" is not a decimal number"},
         BadController{"bmc kcs\nsensor 1 \"seventeen letters\"",
                       "2: the sensor name \"seventeen letters\" is longer than 16 characters"},
         BadController{"bmc kcs\nsensor 256 \"FAN\"", "2: the sensor number 256 is above 255"},
@@ -185,7 +185,7 @@ INSTANTIATE_TEST_SUITE_P(
         BadController{FAN "states 1 2\nstates 1 2", "4: the sensor has states already"},
         BadController{FAN "thresholds 1 0x40 1 2 3 4 5 6",
                       "3: the readable thresholds 0x40 is above 63"},
-        BadController{"bmc kcs\nsdr short.bin", "2: no dump of a sensor data record repository"},
+        BadController{"bmc kcs\nsdr short.bin", "2: not a dump of a sensor data record repository"},
         BadController{"bmc kcs\nrecord 0xC0\nrecord 0xC0\nsdr one.bin",
                       "4: the repository has a record 0x1 already"},
         BadController{"bmc kcs\ninventory short.bin\ninventory short.bin",

@@ -18,111 +18,111 @@ namespace {
 
 using testing::ElementsAre;
 
-class FileCalls : public ProbedServer {
+class FileCallsTest : public ProbedServer {
 protected:
-    FileCalls() {
+    FileCallsTest() {
         const std::array<std::uint8_t, 4> bytes{0x11, 0x22, 0x33, 0x44};
-        server.memory().write(0xF0000, bytes);
+        server.GetMemory().Write(0xF0000, bytes);
     }
-    int memory = probe::open("/dev/mem", O_RDONLY);
+    int memory = probe::Open("/dev/mem", O_RDONLY);
     std::array<std::uint8_t, 4> buffer{};
 };
 
-TEST_F(FileCalls, MemoryReadsWhatWasWritten) {
-    EXPECT_EQ(probe::lseek(memory, 0xF0000, SEEK_SET), 0xF0000);
-    EXPECT_EQ(probe::read(memory, buffer.data(), 4), 4);
+TEST_F(FileCallsTest, MemoryReadsWhatWasWritten) {
+    EXPECT_EQ(probe::Lseek(memory, 0xF0000, SEEK_SET), 0xF0000);
+    EXPECT_EQ(probe::Read(memory, buffer.data(), 4), 4);
     EXPECT_THAT(buffer, ElementsAre(0x11, 0x22, 0x33, 0x44));
-    EXPECT_EQ(probe::close(memory), 0);
+    EXPECT_EQ(probe::Close(memory), 0);
 }
 
-TEST_F(FileCalls, AReadMovesThePosition) {
-    probe::lseek(memory, 0xF0000, SEEK_SET);
-    probe::read(memory, buffer.data(), 2);
-    EXPECT_EQ(probe::lseek(memory, 0, SEEK_CUR), 0xF0002);
-    probe::read(memory, buffer.data(), 1);
+TEST_F(FileCallsTest, ReadMovesThePosition) {
+    probe::Lseek(memory, 0xF0000, SEEK_SET);
+    probe::Read(memory, buffer.data(), 2);
+    EXPECT_EQ(probe::Lseek(memory, 0, SEEK_CUR), 0xF0002);
+    probe::Read(memory, buffer.data(), 1);
     EXPECT_EQ(buffer[0], 0x33);
 }
 
-TEST_F(FileCalls, EachOpenHasItsOwnPosition) {
-    const int other = probe::open("/dev/mem", O_RDONLY);
-    probe::lseek(memory, 0xF0000, SEEK_SET);
-    EXPECT_EQ(probe::lseek(other, 0, SEEK_CUR), 0);
+TEST_F(FileCallsTest, EachOpenHasItsOwnPosition) {
+    const int other = probe::Open("/dev/mem", O_RDONLY);
+    probe::Lseek(memory, 0xF0000, SEEK_SET);
+    EXPECT_EQ(probe::Lseek(other, 0, SEEK_CUR), 0);
     EXPECT_NE(other, memory);
 }
 
-TEST_F(FileCalls, EveryVariantOfOpenReachesTheServer) {
-    server.log().clear();
-    for (const auto open : {probe::open, probe::open64, probe::openChecked, probe::open64Checked,
-                            probe::openat, probe::openat64})
+TEST_F(FileCallsTest, EveryVariantOfOpenReachesTheServer) {
+    server.GetLog().Clear();
+    for (const auto open : {probe::Open, probe::Open64, probe::OpenChecked, probe::Open64Checked,
+                            probe::Openat, probe::Openat64})
         EXPECT_GE(open("/dev/mem", O_RDONLY), 0);
-    EXPECT_EQ(server.log().count("open"), 6u);
+    EXPECT_EQ(server.GetLog().Count("open"), 6u);
 }
 
-TEST_F(FileCalls, TheOtherVariantsReachTheServerToo) {
-    EXPECT_EQ(probe::lseek64(memory, 0xF0001, SEEK_SET), 0xF0001);
-    EXPECT_EQ(probe::readChecked(memory, buffer.data(), 1), 1);
+TEST_F(FileCallsTest, VariantsOfSeekAndReadReachTheServer) {
+    EXPECT_EQ(probe::Lseek64(memory, 0xF0001, SEEK_SET), 0xF0001);
+    EXPECT_EQ(probe::ReadChecked(memory, buffer.data(), 1), 1);
     EXPECT_EQ(buffer[0], 0x22);
 }
 
-TEST_F(FileCalls, ReadingToTheLastByteIsFineAndOneMoreIsAFault) {
-    server.memory().resize(0x100000);
-    probe::lseek(memory, 0xFFFFC, SEEK_SET);
-    EXPECT_EQ(probe::read(memory, buffer.data(), 4), 4);
-    probe::lseek(memory, 0xFFFFD, SEEK_SET);
+TEST_F(FileCallsTest, ReadPastTheLastByteFailsAsAWhole) {
+    server.GetMemory().Resize(0x100000);
+    probe::Lseek(memory, 0xFFFFC, SEEK_SET);
+    EXPECT_EQ(probe::Read(memory, buffer.data(), 4), 4);
+    probe::Lseek(memory, 0xFFFFD, SEEK_SET);
     errno = 0;
-    EXPECT_EQ(probe::read(memory, buffer.data(), 4), -1);
+    EXPECT_EQ(probe::Read(memory, buffer.data(), 4), -1);
     EXPECT_EQ(errno, EFAULT);
-    EXPECT_EQ(probe::lseek(memory, 0, SEEK_CUR), 0xFFFFD);
+    EXPECT_EQ(probe::Lseek(memory, 0, SEEK_CUR), 0xFFFFD);
 }
 
-TEST_F(FileCalls, AnOffsetPastTwoGibibytesMeansTheUpperHalf) {
-    server.memory().resize(std::uint64_t{4} << 30);
+TEST_F(FileCallsTest, OffsetPastTwoGibibytesMeansTheUpperHalf) {
+    server.GetMemory().Resize(std::uint64_t{4} << 30);
     const std::array<std::uint8_t, 1> byte{0x5A};
-    server.memory().write(0xDAA90000, byte);
-    EXPECT_EQ(probe::lseek(memory, static_cast<long>(0xDAA90000), SEEK_SET),
+    server.GetMemory().Write(0xDAA90000, byte);
+    EXPECT_EQ(probe::Lseek(memory, static_cast<long>(0xDAA90000), SEEK_SET),
               static_cast<long>(0xDAA90000));
-    EXPECT_EQ(probe::read(memory, buffer.data(), 1), 1);
+    EXPECT_EQ(probe::Read(memory, buffer.data(), 1), 1);
     EXPECT_EQ(buffer[0], 0x5A);
 }
 
-TEST_F(FileCalls, TheEndOfMemoryIsNoPlaceToSeekFrom) {
-    EXPECT_EQ(probe::lseek(memory, 0, SEEK_END), -1);
+TEST_F(FileCallsTest, SeekFromTheEndOrToANegativeOffsetFails) {
+    EXPECT_EQ(probe::Lseek(memory, 0, SEEK_END), -1);
     EXPECT_EQ(errno, EINVAL);
-    EXPECT_EQ(probe::lseek(memory, -1, SEEK_SET), -1);
+    EXPECT_EQ(probe::Lseek(memory, -1, SEEK_SET), -1);
     EXPECT_EQ(errno, EOVERFLOW);
 }
 
-TEST_F(FileCalls, MemoryCannotBeOpenedForWriting) {
-    EXPECT_EQ(probe::open("/dev/mem", O_RDWR), -1);
+TEST_F(FileCallsTest, OpeningMemoryForWritingIsRefused) {
+    EXPECT_EQ(probe::Open("/dev/mem", O_RDWR), -1);
     EXPECT_EQ(errno, EACCES);
 }
 
-TEST_F(FileCalls, ADeviceThatTheServerLacksIsMissing) {
+TEST_F(FileCallsTest, DeviceThatTheServerLacksCannotBeOpened) {
     for (const char* path : {"/dev/ipmi", "/dev/hda", "/proc/ide/ide0/hda/media", "/proc/stat"}) {
         errno = 0;
-        EXPECT_EQ(probe::open(path, O_RDONLY), -1) << path;
+        EXPECT_EQ(probe::Open(path, O_RDONLY), -1) << path;
         EXPECT_EQ(errno, ENOENT) << path;
     }
-    EXPECT_FALSE(probe::opendir("/proc/ide"));
+    EXPECT_FALSE(probe::Opendir("/proc/ide"));
     EXPECT_EQ(errno, ENOENT);
-    EXPECT_FALSE(probe::opendir("/dev/mem/"));
+    EXPECT_FALSE(probe::Opendir("/dev/mem/"));
     EXPECT_EQ(errno, ENOTDIR);
 }
 
-TEST_F(FileCalls, SuccessLeavesErrnoAlone) {
+TEST_F(FileCallsTest, SuccessLeavesErrnoAlone) {
     errno = ERANGE;
-    probe::close(probe::open("/dev/mem", O_RDONLY));
+    probe::Close(probe::Open("/dev/mem", O_RDONLY));
     EXPECT_EQ(errno, ERANGE);
 }
 
-TEST_F(FileCalls, ADescriptorIsARealOne) {
+TEST_F(FileCallsTest, DescriptorIsARealOneUntilItIsClosed) {
     EXPECT_EQ(fcntl(memory, F_GETFD), FD_CLOEXEC);
-    probe::close(memory);
+    probe::Close(memory);
     EXPECT_EQ(fcntl(memory, F_GETFD), -1);
     EXPECT_EQ(errno, EBADF);
 }
 
-TEST_F(FileCalls, ADescriptorClosedBehindLibcsBackIsForgotten) {
+TEST_F(FileCallsTest, DescriptorClosedByASystemCallIsForgotten) {
     (void)syscall(SYS_close, memory);
     const int file = open("/proc/self/status", O_RDONLY);
     ASSERT_EQ(file, memory);
@@ -132,7 +132,7 @@ TEST_F(FileCalls, ADescriptorClosedBehindLibcsBackIsForgotten) {
     EXPECT_EQ(close(file), 0);
 }
 
-TEST_F(FileCalls, AnotherFileOfTheSameKindIsNotMistakenForOurs) {
+TEST_F(FileCallsTest, AnotherAnonymousFileIsNotTakenForMemory) {
     (void)syscall(SYS_close, memory);
     const int file = memfd_create("of the test", 0);
     ASSERT_EQ(file, memory);
@@ -140,66 +140,66 @@ TEST_F(FileCalls, AnotherFileOfTheSameKindIsNotMistakenForOurs) {
     EXPECT_EQ(close(file), 0);
 }
 
-TEST_F(FileCalls, TheLibraryCannotReachDescriptorsOfOthers) {
+TEST_F(FileCallsTest, DescriptorOfAnotherModuleIsNotOpenToTheLibrary) {
     const int file = open("/proc/self/status", O_RDONLY);
-    EXPECT_EQ(probe::read(file, buffer.data(), 4), -1);
+    EXPECT_EQ(probe::Read(file, buffer.data(), 4), -1);
     EXPECT_EQ(errno, EBADF);
-    EXPECT_EQ(probe::close(file), -1);
+    EXPECT_EQ(probe::Close(file), -1);
     EXPECT_EQ(errno, EBADF);
     EXPECT_EQ(close(file), 0);
-    EXPECT_EQ(probe::lseek(-1, 0, SEEK_SET), -1);
+    EXPECT_EQ(probe::Lseek(-1, 0, SEEK_SET), -1);
     EXPECT_EQ(errno, EBADF);
-    EXPECT_EQ(probe::ioctl(-1, 1, nullptr), -1);
+    EXPECT_EQ(probe::Ioctl(-1, 1, nullptr), -1);
     EXPECT_EQ(errno, EBADF);
 }
 
-TEST_F(FileCalls, OthersReachTheServersDevicesToo) {
+TEST_F(FileCallsTest, OtherModulesReachTheServersDevices) {
     const int mine = open("/dev/mem", O_RDONLY);
     EXPECT_EQ(lseek(mine, 0xF0000, SEEK_SET), 0xF0000);
     EXPECT_EQ(read(mine, buffer.data(), 1), 1);
     EXPECT_EQ(buffer[0], 0x11);
 }
 
-TEST_F(FileCalls, TheLogTellsEachAccess) {
-    probe::lseek(memory, 0xF0000, SEEK_SET);
-    probe::lseek(memory, 2, SEEK_CUR);
-    probe::read(memory, buffer.data(), 2);
-    probe::close(memory);
-    probe::open("/dev/ipmi", O_RDWR | O_NONBLOCK);
+TEST_F(FileCallsTest, LogShowsEachAccess) {
+    probe::Lseek(memory, 0xF0000, SEEK_SET);
+    probe::Lseek(memory, 2, SEEK_CUR);
+    probe::Read(memory, buffer.data(), 2);
+    probe::Close(memory);
+    probe::Open("/dev/ipmi", O_RDWR | O_NONBLOCK);
     EXPECT_THAT(
-        server.log().lines(),
+        server.GetLog().Lines(),
         ElementsAre("open /dev/mem O_RDONLY -> ok", "lseek /dev/mem 0xF0000 -> 0xF0000",
                     "lseek /dev/mem +2 -> 0xF0002", "read /dev/mem 0xF0002 2 -> 2",
                     "close /dev/mem -> 0", "open /dev/ipmi O_RDWR|O_NONBLOCK -> -1 ENOENT"));
 }
 
-TEST_F(FileCalls, ARefusedDeviceFailsWithTheGivenError) {
-    server.refuse("/dev/mem");
-    EXPECT_EQ(probe::open("/dev/mem", O_RDONLY), -1);
+TEST_F(FileCallsTest, RefusedDeviceFailsWithTheGivenError) {
+    server.Refuse("/dev/mem");
+    EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
     EXPECT_EQ(errno, EACCES);
-    EXPECT_EQ(probe::read(memory, buffer.data(), 1), 1) << "what is open stays open";
-    EXPECT_THROW(server.refuse("/etc/passwd"), std::invalid_argument);
+    EXPECT_EQ(probe::Read(memory, buffer.data(), 1), 1) << "what is open stays open";
+    EXPECT_THROW(server.Refuse("/etc/passwd"), std::invalid_argument);
 }
 
-TEST(NoServer, CallsPassThrough) {
-    const int file = probe::open("/proc/self/status", O_RDONLY);
+TEST(SimulatedServerTest, CallsWithoutAServerReachTheRealMachine) {
+    const int file = probe::Open("/proc/self/status", O_RDONLY);
     char text[5] = "";
-    EXPECT_EQ(probe::read(file, text, 4), 4);
+    EXPECT_EQ(probe::Read(file, text, 4), 4);
     EXPECT_STREQ(text, "Name");
-    EXPECT_EQ(probe::close(file), 0);
+    EXPECT_EQ(probe::Close(file), 0);
 }
 
-TEST(NoServer, ASecondServerIsRefused) {
+TEST(SimulatedServerTest, SecondServerIsRefused) {
     sim::SimulatedServer first;
     EXPECT_THROW(sim::SimulatedServer(), std::logic_error);
-    EXPECT_GE(probe::open("/dev/mem", O_RDONLY), 0) << "the first one goes on";
+    EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0) << "the first one goes on";
 }
 
-TEST(NoServer, AfterOneServerComesTheNext) {
+TEST(SimulatedServerTest, ServerAfterAnotherAnswersCalls) {
     { const sim::SimulatedServer first; }
     sim::SimulatedServer second;
-    probe::open("/dev/mem", O_RDONLY);
-    EXPECT_EQ(second.log().count("open"), 1u);
+    probe::Open("/dev/mem", O_RDONLY);
+    EXPECT_EQ(second.GetLog().Count("open"), 1u);
 }
 
 }  // namespace

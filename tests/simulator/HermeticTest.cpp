@@ -14,79 +14,79 @@ namespace {
 
 using testing::KilledBySignal;
 
-class Hermetic : public ProbedServer {};
+class HermeticTest : public ProbedServer {};
 
 #define EXPECT_VIOLATION(call, message) \
     EXPECT_EXIT((void)(call), KilledBySignal(SIGABRT), "simulated server: " message)
 
-TEST_F(Hermetic, AnUnknownPathEndsTheProcess) {
-    EXPECT_VIOLATION(probe::open("/etc/passwd", O_RDONLY),
+TEST_F(HermeticTest, UnknownPathEndsTheProcess) {
+    EXPECT_VIOLATION(probe::Open("/etc/passwd", O_RDONLY),
                      "libprobe.so asked for open\\(\"/etc/passwd\"\\), which this machine does not "
                      "have");
-    EXPECT_VIOLATION(probe::openat64("/dev/hda1", O_RDONLY), "libprobe.so asked for open");
-    EXPECT_VIOLATION(probe::open(nullptr, O_RDONLY), "libprobe.so asked for open\\(NULL\\)");
-    EXPECT_VIOLATION(probe::opendir("/proc"), "libprobe.so asked for opendir\\(\"/proc\"\\)");
+    EXPECT_VIOLATION(probe::Openat64("/dev/hda1", O_RDONLY), "libprobe.so asked for open");
+    EXPECT_VIOLATION(probe::Open(nullptr, O_RDONLY), "libprobe.so asked for open\\(NULL\\)");
+    EXPECT_VIOLATION(probe::Opendir("/proc"), "libprobe.so asked for opendir\\(\"/proc\"\\)");
 }
 
-TEST_F(Hermetic, NoVariantOfOpenIsAWayOut) {
-    for (const auto open : {probe::open, probe::open64, probe::openChecked, probe::open64Checked,
-                            probe::openat, probe::openat64})
+TEST_F(HermeticTest, UnknownPathEndsTheProcessInEveryVariantOfOpen) {
+    for (const auto open : {probe::Open, probe::Open64, probe::OpenChecked, probe::Open64Checked,
+                            probe::Openat, probe::Openat64})
         EXPECT_VIOLATION(open("/etc/passwd", O_RDONLY), "libprobe.so asked for open");
 }
 
-TEST_F(Hermetic, AnUnknownRequestEndsTheProcessWhoeverAsks) {
-    const int memory = probe::open("/dev/mem", O_RDONLY);
-    EXPECT_VIOLATION(probe::ioctl(memory, 0x30D, nullptr),
+TEST_F(HermeticTest, UnknownRequestEndsTheProcess) {
+    const int memory = probe::Open("/dev/mem", O_RDONLY);
+    EXPECT_VIOLATION(probe::Ioctl(memory, 0x30D, nullptr),
                      "libprobe.so asked for ioctl\\(\"/dev/mem\", 0x30D\\)");
-    EXPECT_VIOLATION(probe::ioctlTime64(memory, 0x30D, nullptr), "libprobe.so asked for ioctl");
+    EXPECT_VIOLATION(probe::IoctlTime64(memory, 0x30D, nullptr), "libprobe.so asked for ioctl");
 }
 
-TEST_F(Hermetic, TheShellIsNotThere) {
-    EXPECT_VIOLATION(probe::system("free"), "libprobe.so asked for system\\(\"free\"\\)");
+TEST_F(HermeticTest, CommandThatTheServerLacksEndsTheProcess) {
+    EXPECT_VIOLATION(probe::System("free"), "libprobe.so asked for system\\(\"free\"\\)");
 }
 
-TEST_F(Hermetic, ADirectoryThatWasNotOpenedCannotBeClosed) {
-    EXPECT_VIOLATION(probe::closedirNull(), "libprobe.so asked for closedir");
+TEST_F(HermeticTest, ClosingADirectoryThatIsNotOpenEndsTheProcess) {
+    EXPECT_VIOLATION(probe::ClosedirNull(), "libprobe.so asked for closedir");
 }
 
-TEST_F(Hermetic, APortWithoutPrivilegeEndsTheProcess) {
-    EXPECT_VIOLATION(probe::in8(0xCA3, 0),
+TEST_F(HermeticTest, PortAccessWithoutPrivilegeEndsTheProcess) {
+    EXPECT_VIOLATION(probe::In8(0xCA3, 0),
                      "in of 1 byte from port 0xCA3 at I/O privilege level 0, which needs "
                      "iopl\\(3\\)");
-    EXPECT_VIOLATION(probe::out32(0xCF8, 0x80000000),
+    EXPECT_VIOLATION(probe::Out32(0xCF8, 0x80000000),
                      "out of 0x80000000, 4 bytes, to port 0xCF8 at I/O privilege level 0");
-    probe::iopl(2);
-    EXPECT_VIOLATION(probe::in8(0xCA3, 0), "in of 1 byte from port 0xCA3 at I/O privilege level 2");
+    probe::Iopl(2);
+    EXPECT_VIOLATION(probe::In8(0xCA3, 0), "in of 1 byte from port 0xCA3 at I/O privilege level 2");
 }
 
-TEST_F(Hermetic, LoweredPrivilegeClosesThePortsAgain) {
-    probe::iopl(3);
-    probe::in8(0xCA3, 0);
-    probe::iopl(0);
-    EXPECT_VIOLATION(probe::in8(0xCA3, 0), "in of 1 byte from port 0xCA3 at I/O privilege level 0");
+TEST_F(HermeticTest, PortAccessAfterLoweredPrivilegeEndsTheProcess) {
+    probe::Iopl(3);
+    probe::In8(0xCA3, 0);
+    probe::Iopl(0);
+    EXPECT_VIOLATION(probe::In8(0xCA3, 0), "in of 1 byte from port 0xCA3 at I/O privilege level 0");
 }
 
-TEST_F(Hermetic, AnUnknownPortEndsTheProcess) {
-    probe::iopl(3);
-    EXPECT_VIOLATION(probe::in8(0x60, 0),
+TEST_F(HermeticTest, UnknownPortEndsTheProcess) {
+    probe::Iopl(3);
+    EXPECT_VIOLATION(probe::In8(0x60, 0),
                      "in of 1 byte from port 0x60, which this machine does not have");
-    EXPECT_VIOLATION(probe::out8(0x60, 1), "out of 0x1, 1 byte, to port 0x60, which");
-    EXPECT_VIOLATION(probe::in16(0xCA3, 0), "in of 2 bytes from port 0xCA3, which");
+    EXPECT_VIOLATION(probe::Out8(0x60, 1), "out of 0x1, 1 byte, to port 0x60, which");
+    EXPECT_VIOLATION(probe::In16(0xCA3, 0), "in of 2 bytes from port 0xCA3, which");
 }
 
-TEST_F(Hermetic, OtherModulesKeepTheRealMachine) {
+TEST_F(HermeticTest, OtherModulesReachTheRealMachine) {
     EXPECT_GE(open("/etc/passwd", O_RDONLY), 0);
     EXPECT_EQ(std::system("exit 3"), 3 << 8);
 }
 
 // SIGSEGV that no port instruction raised.
-void exitWithSeven(int) {
+void ExitWithSeven(int) {
     _exit(7);
 }
 
-TEST(OtherFaults, GoToTheHandlerThatWasThereBefore) {
+TEST(PortFaultTest, PageFaultGoesToThePreviousHandler) {
     const auto fault = [] {
-        std::signal(SIGSEGV, exitWithSeven);
+        std::signal(SIGSEGV, ExitWithSeven);
         const sim::SimulatedServer server;
         volatile std::uintptr_t nowhere = 0x10;
         *reinterpret_cast<volatile int*>(nowhere) = 1;
@@ -94,20 +94,20 @@ TEST(OtherFaults, GoToTheHandlerThatWasThereBefore) {
     EXPECT_EXIT(fault(), testing::ExitedWithCode(7), "");
 }
 
-TEST(OtherFaults, OfOtherPrivilegedInstructionsGoThereToo) {
+TEST(PortFaultTest, OtherPrivilegedInstructionGoesToThePreviousHandler) {
     const auto fault = [] {
-        std::signal(SIGSEGV, exitWithSeven);
+        std::signal(SIGSEGV, ExitWithSeven);
         const sim::SimulatedServer server;
-        probe::halt();
+        probe::Halt();
     };
     EXPECT_EXIT(fault(), testing::ExitedWithCode(7), "");
 }
 
-TEST(OtherFaults, EndTheProcessWhereNobodyHandlesThem) {
+TEST(PortFaultTest, OtherPrivilegedInstructionWithoutAHandlerEndsTheProcess) {
     const auto fault = [] {
         std::signal(SIGSEGV, SIG_DFL);
         const sim::SimulatedServer server;
-        probe::halt();
+        probe::Halt();
     };
     EXPECT_EXIT(fault(), KilledBySignal(SIGSEGV), "");
 }

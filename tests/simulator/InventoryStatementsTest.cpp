@@ -17,16 +17,16 @@ namespace {
 
 using ::testing::HasSubstr;
 
-class Inventory : public testing::Test {
+class InventoryStatementsTest : public testing::Test {
 protected:
     void Load(std::string_view description) { Load(MachineFolder(description)); }
-    void Load(const MachineFolder& folder) { loadMachine(folder.path, machine); }
+    void Load(const MachineFolder& folder) { LoadMachine(folder.path, machine); }
 
-    // The complaint about a machine.
+    // The error text about a description; "none" when there is none.
     static std::string Complaint(const MachineFolder& folder) {
         sim::Machine refused;
         try {
-            loadMachine(folder.path, refused);
+            LoadMachine(folder.path, refused);
         } catch (const sim::MachineError& error) {
             return std::string(error.what()).substr((folder.path / "machine.txt:").string().size());
         }
@@ -37,26 +37,26 @@ protected:
     }
 
     std::uint32_t PciDword(std::uint32_t address) {
-        machine.pci().out(0xCF8, 4, 0x80000000 | address);
-        return machine.pci().in(0xCFC, 4);
+        machine.GetPci().Out(0xCF8, 4, 0x80000000 | address);
+        return machine.GetPci().In(0xCFC, 4);
     }
 
     // The file's first bytes; "error ENOENT" and the like when it cannot be opened.
     std::string Content(const char* path, std::size_t size = 4096) {
-        const sim::Answer opened = *machine.open({}, path, O_RDONLY);
-        if (!opened.ok()) return "error " + std::to_string(opened.error);
+        const sim::Answer opened = *machine.Open({}, path, O_RDONLY);
+        if (!opened.Ok()) return "error " + std::to_string(opened.error);
         const int descriptor = static_cast<int>(opened.value);
         std::string text(size, '\0');
-        const sim::Answer read = *machine.read({}, descriptor, text.data(), size);
+        const sim::Answer read = *machine.Read({}, descriptor, text.data(), size);
         text.resize(static_cast<std::size_t>(read.value));
-        (void)machine.close({}, descriptor);
+        (void)machine.Close({}, descriptor);
         return text;
     }
 
     sim::Machine machine;
 };
 
-TEST_F(Inventory, PciFunctionIsWrittenOut) {
+TEST_F(InventoryStatementsTest, PciFunctionShowsItsHeaderFields) {
     Load(
         "pci 0a:1f.7 8086:24db class 01.01.8a revision 2 command 0x0005 status 0x0280 header 0x80 "
         "irq 14 bar0 0x1F1 bar5 0xFEB00000");
@@ -72,9 +72,9 @@ TEST_F(Inventory, PciFunctionIsWrittenOut) {
     EXPECT_EQ(PciDword(0), 0xFFFFFFFFu);
 }
 
-TEST_F(Inventory, PciCaptureIsRead) {
+TEST_F(InventoryStatementsTest, PciCaptureShowsItsFunctions) {
     const MachineFolder folder("pci capture lspci.txt");
-    folder.write("lspci.txt",
+    folder.Write("lspci.txt",
                  "00:1f.1 IDE interface: of a maker\n"
                  "\tControl: I/O+\n"
                  "00: 86 80 db 24 05 00 80 02 02 8a 01 01 00 00 00 00\n"
@@ -92,7 +92,7 @@ TEST_F(Inventory, PciCaptureIsRead) {
     EXPECT_EQ(PciDword(0x10000), 0x44332211u);
 }
 
-TEST_F(Inventory, PciCaptureThatIsNoneIsRefused) {
+TEST_F(InventoryStatementsTest, TextThatIsNotAPciCaptureIsRefused) {
     for (const auto& [text, complaint] :
          {std::pair<const char*, const char*>{"words", "line 1: neither a function nor its bytes"},
           {"00: 11 22\n", "line 1: bytes before the first function"},
@@ -102,12 +102,12 @@ TEST_F(Inventory, PciCaptureThatIsNoneIsRefused) {
           {"0001:00:00.0 x\n", "no function of domain 0"},
           {"\n", "no function of domain 0"}}) {
         const MachineFolder folder("pci capture lspci.txt");
-        folder.write("lspci.txt", text);
+        folder.Write("lspci.txt", text);
         EXPECT_EQ(Complaint(folder), std::string("1: ") + complaint);
     }
 }
 
-TEST_F(Inventory, PciFunctionThatCannotBeIsRefused) {
+TEST_F(InventoryStatementsTest, ImpossiblePciFunctionIsRefused) {
     EXPECT_EQ(Complaint("pci 00:20.0 8086:1"),
               "1: the location \"00:20.0\" is not BUS:DEVICE.FUNCTION");
     EXPECT_EQ(Complaint("pci 00:1f.8 8086:1"),
@@ -126,7 +126,7 @@ TEST_F(Inventory, PciFunctionThatCannotBeIsRefused) {
     EXPECT_EQ(Complaint("pci capture nothing.txt").substr(0, 3), "1: ");
 }
 
-TEST_F(Inventory, DriveHasItsFilesAndItsSectors) {
+TEST_F(InventoryStatementsTest, DriveHasItsFilesAndItsSectors) {
     Load(
         "drive hdc model \"ST340014A\" sectors 78165360 serial \"5JX7\" firmware \"8.01\"\n"
         "entry hdc 0 2 0x83 63 0x12345678\n"
@@ -139,60 +139,60 @@ TEST_F(Inventory, DriveHasItsFilesAndItsSectors) {
               std::string("\0\0\0\0\x83\0\0\0\x3F\0\0\0\x78\x56\x34\x12", 16));
     EXPECT_EQ(sector.substr(0, 446 + 16), std::string(446 + 16, '\0'));
 
-    const int descriptor = static_cast<int>(machine.open({}, "/dev/hdc", O_RDONLY)->value);
+    const int descriptor = static_cast<int>(machine.Open({}, "/dev/hdc", O_RDONLY)->value);
     char identity[512] = {};
-    EXPECT_TRUE(machine.ioctl({}, descriptor, 0x30D, identity)->ok());
+    EXPECT_TRUE(machine.Ioctl({}, descriptor, 0x30D, identity)->Ok());
     EXPECT_EQ(std::string(identity + 20, 20), "5JX7                ");
     EXPECT_EQ(std::string(identity + 46, 8), "8.01    ");
     EXPECT_EQ(std::string(identity + 54, 40), "ST340014A" + std::string(31, ' '));
-    EXPECT_EQ(machine.seek({}, descriptor, 78165359LL * 512 + 450, SEEK_SET)->value,
+    EXPECT_EQ(machine.Seek({}, descriptor, 78165359LL * 512 + 450, SEEK_SET)->value,
               78165359LL * 512 + 450);
     char type = 0;
-    EXPECT_EQ(machine.read({}, descriptor, &type, 1)->value, 1);
+    EXPECT_EQ(machine.Read({}, descriptor, &type, 1)->value, 1);
     EXPECT_EQ(type, 7);
-    (void)machine.close({}, descriptor);
+    (void)machine.Close({}, descriptor);
 }
 
-TEST_F(Inventory, DriveOfAnotherMediaSaysSo) {
+TEST_F(InventoryStatementsTest, DriveWithAMediaShowsIt) {
     Load("drive hda media \"cdrom\" model \"SAMSUNG CD-ROM\" sectors 100");
     EXPECT_EQ(Content("/proc/ide/ide0/hda/media"), "cdrom\n");
 }
 
-TEST_F(Inventory, DriveFromAnImageTellsItsSize) {
+TEST_F(InventoryStatementsTest, DriveFromAnImageShowsItsSize) {
     const MachineFolder folder("drive hda image disk.img");
-    folder.write("disk.img", "boot" + std::string(1020, '\1'));
+    folder.Write("disk.img", "boot" + std::string(1020, '\1'));
     Load(folder);
     EXPECT_EQ(Content("/proc/ide/ide0/hda/capacity"), "2\n");
     EXPECT_EQ(Content("/dev/hda", 6), "boot\1\1");
     EXPECT_EQ(Content("/dev/hda").size(), 1024u);
 }
 
-TEST_F(Inventory, DriveFromADumpHasItsSectors) {
+TEST_F(InventoryStatementsTest, DriveFromADumpHasItsSectors) {
     const MachineFolder folder("drive hda sectors 1000 dump sectors.txt identity id.bin");
-    folder.write("sectors.txt", "2 " + std::string(1022, '0') + "aF\n");
-    folder.write("id.bin", std::string(512, 'I'));
+    folder.Write("sectors.txt", "2 " + std::string(1022, '0') + "aF\n");
+    folder.Write("id.bin", std::string(512, 'I'));
     Load(folder);
     const std::string disk = Content("/dev/hda");
     EXPECT_EQ(disk.substr(0, 3 * 512 - 1), std::string(3 * 512 - 1, '\0'));
     EXPECT_EQ(disk.substr(3 * 512 - 1, 2), std::string("\xAF\0", 2));
-    const int descriptor = static_cast<int>(machine.open({}, "/dev/hda", O_RDONLY)->value);
+    const int descriptor = static_cast<int>(machine.Open({}, "/dev/hda", O_RDONLY)->value);
     char identity[512] = {};
-    EXPECT_TRUE(machine.ioctl({}, descriptor, 0x30D, identity)->ok());
+    EXPECT_TRUE(machine.Ioctl({}, descriptor, 0x30D, identity)->Ok());
     EXPECT_EQ(std::string(identity, 512), std::string(512, 'I'));
-    (void)machine.close({}, descriptor);
+    (void)machine.Close({}, descriptor);
 }
 
-TEST_F(Inventory, DrivesFromAFolderHaveItsFilesAndNoMedium) {
+TEST_F(InventoryStatementsTest, DrivesFromAFolderHaveItsFilesAndNoMedium) {
     const MachineFolder folder("ide tree");
     std::filesystem::create_directories(folder.path / "tree/ide1/hdd");
-    folder.write("tree/ide1/hdd/media", "cdrom\n");
-    folder.write("tree/ide1/hdd/driver", "ide-cdrom version 4.59\n");
+    folder.Write("tree/ide1/hdd/media", "cdrom\n");
+    folder.Write("tree/ide1/hdd/driver", "ide-cdrom version 4.59\n");
     Load(folder);
     EXPECT_EQ(Content("/proc/ide/ide1/hdd/driver"), "ide-cdrom version 4.59\n");
     EXPECT_EQ(Content("/dev/hdd"), "error " + std::to_string(ENOMEDIUM));
 }
 
-TEST_F(Inventory, DriveThatCannotBeIsRefused) {
+TEST_F(InventoryStatementsTest, ImpossibleDriveIsRefused) {
     EXPECT_EQ(Complaint("drive hde sectors 1"), "1: the drive \"hde\" is none of hda to hdd");
     EXPECT_EQ(Complaint("drive hda"), "1: a drive has a number of sectors or an image");
     EXPECT_EQ(Complaint("drive hda sectors 1\ndrive hda sectors 1"),
@@ -209,63 +209,64 @@ TEST_F(Inventory, DriveThatCannotBeIsRefused) {
     EXPECT_THAT(Complaint("ide nowhere"), HasSubstr("nowhere: No such file"));
     EXPECT_THAT(Complaint("ide machine.txt"), HasSubstr("machine.txt: holds no ide0/hda"));
     const MachineFolder folder("drive hda sectors 10 dump d");
-    folder.write("d", "1 00\n");
+    folder.Write("d", "1 00\n");
     EXPECT_EQ(Complaint(folder), "1: line 1: a sector has 512 bytes");
-    folder.write("d", "first 00\n");
+    folder.Write("d", "first 00\n");
     EXPECT_EQ(Complaint(folder), "1: line 1: a line is a sector's number, a blank and its bytes");
-    folder.write("d", "1 " + std::string(1024, 'g') + "\n");
+    folder.Write("d", "1 " + std::string(1024, 'g') + "\n");
     EXPECT_EQ(Complaint(folder), "1: line 1: bytes are hexadecimal digits");
-    folder.write("d", "10 " + std::string(1024, '0') + "\n");
+    folder.Write("d", "10 " + std::string(1024, '0') + "\n");
     EXPECT_EQ(Complaint(folder), "1: a disk of 10 sectors does not have these bytes");
 }
 
-TEST_F(Inventory, ProcessorsWorkAtTheirRates) {
+TEST_F(InventoryStatementsTest, ProcessorsWorkAtTheirRates) {
     Load("cpu 0 user 12 system 3 idle 85\ncpu 1 nice 100");
     EXPECT_EQ(Content("/proc/stat"),
               "cpu  12000 100000 3000 85000\ncpu0 12000 0 3000 85000\ncpu1 0 100000 0 0\n");
-    (void)machine.sleep(10);
+    (void)machine.Sleep(10);
     EXPECT_EQ(Content("/proc/stat"),
               "cpu  12120 101000 3030 85850\ncpu0 12120 0 3030 85850\ncpu1 0 101000 0 0\n");
 }
 
-TEST_F(Inventory, StatFollowsItsTimeline) {
+TEST_F(InventoryStatementsTest, StatTextsFollowTheirMoments) {
     const MachineFolder folder("cpu 0 idle 1\nstat a\nstat at 5 b");
-    folder.write("a", "first\n");
-    folder.write("b", "second\n");
+    folder.Write("a", "first\n");
+    folder.Write("b", "second\n");
     Load(folder);
     EXPECT_EQ(Content("/proc/stat"), "first\n");
-    (void)machine.sleep(4);
+    (void)machine.Sleep(4);
     EXPECT_EQ(Content("/proc/stat"), "first\n");
-    (void)machine.sleep(1);
+    (void)machine.Sleep(1);
     EXPECT_EQ(Content("/proc/stat"), "second\n");
 }
 
-TEST_F(Inventory, TimelineThatStartsLaterFollowsTheRates) {
+TEST_F(InventoryStatementsTest, StatShowsTheRatesUntilItsFirstText) {
     const MachineFolder folder("cpu 0 idle 1\nstat at 5 b");
-    folder.write("b", "second\n");
+    folder.Write("b", "second\n");
     Load(folder);
     EXPECT_EQ(Content("/proc/stat"), "cpu  0 0 0 1000\ncpu0 0 0 0 1000\n");
-    (void)machine.sleep(5);
+    (void)machine.Sleep(5);
     EXPECT_EQ(Content("/proc/stat"), "second\n");
 }
 
-TEST_F(Inventory, MachineThatSaysNothingHasOneIdleProcessorAndFreeMemory) {
+TEST_F(InventoryStatementsTest, EmptyDescriptionHasOneIdleProcessorAndFreeMemory) {
     Load("memory 512M");
     EXPECT_EQ(Content("/proc/stat"), "cpu  0 0 0 100000\ncpu0 0 0 0 100000\n");
-    EXPECT_THAT(machine.freeProgram().before("free"), HasSubstr("Mem:        524288          0"));
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"),
+                HasSubstr("Mem:        524288          0"));
 }
 
-TEST_F(Inventory, FreePrintsWhatItIsTold) {
+TEST_F(InventoryStatementsTest, FreePrintsItsDescribedText) {
     Load("free total 1000 used 250");
-    EXPECT_THAT(machine.freeProgram().before("free"),
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"),
                 HasSubstr("Mem:          1000        250        750"));
     const MachineFolder folder("free output");
-    folder.write("output", "Mem: 1 2 3");
-    loadMachine(folder.path, machine);
-    EXPECT_THAT(machine.freeProgram().before("free"), HasSubstr("\nMem: 1 2 3\n"));
+    folder.Write("output", "Mem: 1 2 3");
+    LoadMachine(folder.path, machine);
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"), HasSubstr("\nMem: 1 2 3\n"));
 }
 
-TEST_F(Inventory, LoadThatCannotBeIsRefused) {
+TEST_F(InventoryStatementsTest, ImpossibleLoadIsRefused) {
     EXPECT_EQ(Complaint("cpu 0"), "1: the counter is missing");
     EXPECT_EQ(Complaint("cpu 0 user"), "1: the ticks a second is missing");
     EXPECT_THAT(Complaint("cpu 0 busy 1"), HasSubstr("\"busy\" is none of user"));
@@ -277,7 +278,7 @@ TEST_F(Inventory, LoadThatCannotBeIsRefused) {
     EXPECT_EQ(Complaint("free total 10"), "1: the word \"used\" is missing");
     EXPECT_THAT(Complaint("stat nothing"), HasSubstr("nothing: No such file"));
     const MachineFolder folder("stat a\nstat at 0 a");
-    folder.write("a", "text");
+    folder.Write("a", "text");
     EXPECT_EQ(Complaint(folder), "2: the text from second 0 on was given already");
 }
 

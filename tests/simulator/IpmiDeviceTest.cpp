@@ -29,28 +29,28 @@ struct Message {
 };
 static_assert(sizeof(Message) == 32);
 
-class IpmiDevice : public testing::Test {
+class IpmiDeviceTest : public testing::Test {
 protected:
     static constexpr unsigned long kSendMessage = 0xC0045301;
 
     // The error of the driver's call; 0 for none.
     int Send(Message& message) {
-        const int descriptor = static_cast<int>(machine.open({}, "/dev/ipmi", O_RDONLY)->value);
-        const auto answer = machine.ioctl({}, descriptor, kSendMessage, &message);
-        return answer->ok() ? 0 : answer->error;
+        const int descriptor = static_cast<int>(machine.Open({}, "/dev/ipmi", O_RDONLY)->value);
+        const auto answer = machine.Ioctl({}, descriptor, kSendMessage, &message);
+        return answer->Ok() ? 0 : answer->error;
     }
     Message GetReading(unsigned length) {
         return {0x2D, 0x20, 0, 4, 0, data.data(), length, 3000, response.data(), 0, 0xEE};
     }
 
     sim::Machine machine;
-    sim::Bmc& bmc = machine.bmc();
+    sim::Bmc& bmc = machine.GetBmc();
     std::array<std::uint8_t, 300> data{0x30};
     std::array<std::uint8_t, 256> response{};
 };
 
-TEST_F(IpmiDevice, HandsOverResponseLengthAndCompletionCode) {
-    bmc.setReading(0x30, 70);
+TEST_F(IpmiDeviceTest, RequestReturnsResponseLengthAndCompletionCode) {
+    bmc.SetReading(0x30, 70);
     Message message = GetReading(1);
     EXPECT_EQ(Send(message), 0);
     EXPECT_EQ(response[0], 70);
@@ -63,18 +63,18 @@ TEST_F(IpmiDevice, HandsOverResponseLengthAndCompletionCode) {
     EXPECT_EQ(message.completion, 0xCB) << "no such sensor";
 }
 
-TEST_F(IpmiDevice, RefusesDataLongerThanAnyMessage) {
+TEST_F(IpmiDeviceTest, DataLongerThanAnyMessageIsRefused) {
     Message message = GetReading(256);
     EXPECT_EQ(Send(message), 0);
     for (const unsigned length : {257u, 0x80000000u, 0xFFFFFFFFu}) {
         message = GetReading(length);
         EXPECT_EQ(Send(message), EINVAL) << length;
     }
-    EXPECT_EQ(bmc.requests().size(), 1u);
+    EXPECT_EQ(bmc.Requests().size(), 1u);
 }
 
-TEST_F(IpmiDevice, RefusesNullPointersWhereBytesAreToBeCopied) {
-    bmc.setReading(0x30, 70);
+TEST_F(IpmiDeviceTest, NullPointerToDataOrResponseIsRefused) {
+    bmc.SetReading(0x30, 70);
     Message message = GetReading(1);
     message.data = nullptr;
     EXPECT_EQ(Send(message), EFAULT);

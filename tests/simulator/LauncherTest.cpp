@@ -28,7 +28,7 @@ struct Result {
     std::string output;  // and errors
 };
 
-Result shell(const std::string& command) {
+Result Shell(const std::string& command) {
     FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
     if (pipe == nullptr) return {-1, "cannot start a shell"};
     std::string output;
@@ -41,28 +41,28 @@ Result shell(const std::string& command) {
 // tests are built with AddressSanitizer, its runtime would insist on coming first.
 constexpr const char* kPreloading = "ASAN_OPTIONS=verify_asan_link_order=0 ";
 
-Result launch(const std::string& arguments) {
-    return shell(TALVANE_SIM " " + arguments);
+Result Launch(const std::string& arguments) {
+    return Shell(TALVANE_SIM " " + arguments);
 }
 
-TEST(Launcher, AProgramSeesTheMachineAndItsChildrenDoNot) {
+TEST(LauncherTest, ProgramSeesTheMachineAndItsChildrenDoNot) {
     const MachineFolder folder(kTable);
-    const Result result = launch(folder.path.string() + " -- " VISITOR " --help you");
+    const Result result = Launch(folder.path.string() + " -- " VISITOR " --help you");
     EXPECT_EQ(result.output, "anchor _SM_, port 0xFF, 2 arguments\n--help, a day later\n0\n");
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(Launcher, TheProgramsExitStatusIsHandedOn) {
+TEST(LauncherTest, ExitStatusOfTheProgramIsReturned) {
     const MachineFolder folder("without /dev/mem EACCES");
-    const Result result = launch(folder.path.string() + " -- " VISITOR);
+    const Result result = Launch(folder.path.string() + " -- " VISITOR);
     EXPECT_EQ(result.output, "open: Permission denied\n");
     EXPECT_EQ(result.status, 1);
 }
 
-TEST(Launcher, TheLogTellsWhatTheProgramAsked) {
+TEST(LauncherTest, LogFileShowsEachAccessOfTheProgram) {
     const MachineFolder folder(kTable);
     const std::string log = (folder.path / "log").string();
-    EXPECT_EQ(launch(folder.path.string() + " --log " + log + " -- " VISITOR).status, 0);
+    EXPECT_EQ(Launch(folder.path.string() + " --log " + log + " -- " VISITOR).status, 0);
     std::ostringstream text;
     text << std::ifstream(log).rdbuf();
     EXPECT_EQ(text.str(),
@@ -75,92 +75,92 @@ TEST(Launcher, TheLogTellsWhatTheProgramAsked) {
               "sleep 86400 -> 0\n");
 }
 
-TEST(Launcher, InRealTimeAProgramIsWhatItIsOtherwise) {
+TEST(LauncherTest, ProgramInRealTimeRunsToItsEnd) {
     const MachineFolder folder(kTable);
     const Result result =
-        launch(folder.path.string() + " --real-time -- " VISITOR_FOLDER "/emptiness");
+        Launch(folder.path.string() + " --real-time -- " VISITOR_FOLDER "/emptiness");
     EXPECT_EQ(result.output, "no machine path was touched\n");
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(Launcher, RelativeNamesAndThePathWork) {
+TEST(LauncherTest, RelativeFolderAndProgramInPathAreFound) {
     const MachineFolder folder(kTable);
     const Result result =
-        shell("cd " + folder.path.string() +
+        Shell("cd " + folder.path.string() +
               " && PATH=" VISITOR_FOLDER ":$PATH " TALVANE_SIM " . --log log -- visitor");
     EXPECT_THAT(result.output, StartsWith("anchor _SM_"));
     EXPECT_TRUE(std::filesystem::exists(folder.path / "log"));
 }
 
-TEST(Launcher, OtherPreloadedLibrariesStay) {
+TEST(LauncherTest, OtherPreloadedLibrariesStayPreloaded) {
     const MachineFolder folder(kTable);
     const Result result =
-        shell(kPreloading + std::string("LD_PRELOAD=" PROBE_LIBRARY " " TALVANE_SIM " ") +
+        Shell(kPreloading + std::string("LD_PRELOAD=" PROBE_LIBRARY " " TALVANE_SIM " ") +
               folder.path.string() + " -- " VISITOR);
     EXPECT_THAT(result.output, EndsWith("\n1\n")) << "one of the variables is left";
 }
 
-TEST(Launcher, ABadMachineIsReportedBeforeTheProgramStarts) {
+TEST(LauncherTest, BadMachineIsReportedBeforeTheProgramStarts) {
     const MachineFolder folder("# one\nmemroy 1M\n");
-    const Result result = launch(folder.path.string() + " -- " VISITOR);
+    const Result result = Launch(folder.path.string() + " -- " VISITOR);
     EXPECT_EQ(result.output, "talvane-sim: " + folder.path.string() +
                                  "/machine.txt:2: unknown statement \"memroy\"\n");
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(Launcher, ProgramsThatCannotBeSimulatedAreRefused) {
+TEST(LauncherTest, ProgramsThatCannotBeSimulatedAreRefused) {
     const MachineFolder folder(kTable);
     const std::string machine = folder.path.string();
-    folder.write("script", "#!/bin/sh\n");
+    folder.Write("script", "#!/bin/sh\n");
     std::filesystem::permissions(folder.path / "script", std::filesystem::perms::owner_all);
 
-    Result result = launch(machine + " -- " + machine + "/script");
+    Result result = Launch(machine + " -- " + machine + "/script");
     EXPECT_EQ(result.output, "talvane-sim: " + machine + "/script: not a 32-bit x86 program\n");
     EXPECT_EQ(result.status, 2);
-    result = launch(machine + " -- " STATIC_VISITOR);
+    result = Launch(machine + " -- " STATIC_VISITOR);
     EXPECT_EQ(result.output, "talvane-sim: " STATIC_VISITOR
                              ": statically linked, so it cannot run on a simulated server\n");
     EXPECT_EQ(result.status, 2);
-    result = launch(machine + " -- no-such-program");
+    result = Launch(machine + " -- no-such-program");
     EXPECT_EQ(result.output, "talvane-sim: no-such-program: No such file or directory\n");
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(Launcher, AControlFileNeedsAController) {
+TEST(LauncherTest, ControlFileWithoutAControllerIsRefused) {
     const MachineFolder folder(kTable);
-    const Result result = launch(folder.path.string() + " --control file -- " VISITOR);
+    const Result result = Launch(folder.path.string() + " --control file -- " VISITOR);
     EXPECT_EQ(result.output, "talvane-sim: " + folder.path.string() +
                                  " has no management controller for a control file to change\n");
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(Launcher, AnUnwritableLogIsReported) {
+TEST(LauncherTest, UnwritableLogIsReported) {
     const MachineFolder folder(kTable);
-    const Result result = launch(folder.path.string() + " --log /nowhere/log -- " VISITOR);
+    const Result result = Launch(folder.path.string() + " --log /nowhere/log -- " VISITOR);
     EXPECT_EQ(result.output, "talvane-sim: /nowhere/log: No such file or directory\n");
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(Launcher, UsageErrorsExitWithTwo) {
-    EXPECT_EQ(launch("").status, 2);
-    EXPECT_EQ(launch("machine").output,
+TEST(LauncherTest, UsageErrorsExitWithTwo) {
+    EXPECT_EQ(Launch("").status, 2);
+    EXPECT_EQ(Launch("machine").output,
               "talvane-sim: -- PROGRAM is required\nRun talvane-sim --help for its options.\n");
-    EXPECT_EQ(launch("machine").status, 2);
-    EXPECT_EQ(launch("machine --").status, 2);
-    EXPECT_EQ(launch("machine " VISITOR).status, 2);
-    EXPECT_EQ(launch("--help").status, 0);
+    EXPECT_EQ(Launch("machine").status, 2);
+    EXPECT_EQ(Launch("machine --").status, 2);
+    EXPECT_EQ(Launch("machine " VISITOR).status, 2);
+    EXPECT_EQ(Launch("--help").status, 0);
 }
 
-TEST(Preload, WithoutAMachineNothingIsSimulated) {
-    const Result result = shell(
+TEST(PreloadTest, ProgramWithoutAMachineIsNotSimulated) {
+    const Result result = Shell(
         kPreloading + std::string("LD_PRELOAD=" PRELOAD_LIBRARY " " VISITOR_FOLDER "/emptiness"));
     EXPECT_EQ(result.output, "no machine path was touched\n");
     EXPECT_EQ(result.status, 0);
 }
 
-TEST(Preload, AMachineThatCannotBeUsedEndsTheProgram) {
+TEST(PreloadTest, BadMachineEndsTheProgram) {
     const Result result =
-        shell(kPreloading +
+        Shell(kPreloading +
               std::string("TALVANE_MACHINE=/nowhere LD_PRELOAD=" PRELOAD_LIBRARY " " VISITOR));
     EXPECT_EQ(result.output, "simulated server: /nowhere/machine.txt: No such file or directory\n");
     EXPECT_EQ(result.status, 2);

@@ -13,11 +13,11 @@
 
 namespace {
 
-// The complaint about a description, behind the name of its folder; empty when there is none.
-std::string complaint(const MachineFolder& folder) {
+// The error text about a description, without the name of its folder; empty when there is none.
+std::string Complaint(const MachineFolder& folder) {
     try {
         sim::Machine machine;
-        loadMachine(folder.path, machine);
+        LoadMachine(folder.path, machine);
     } catch (const sim::MachineError& error) {
         const std::string text = error.what();
         const std::string start = folder.path.string() + "/";
@@ -39,10 +39,10 @@ void PrintTo(const BadDescription& bad, std::ostream* out) {
     *out << bad.text;
 }
 
-class MachineError : public testing::TestWithParam<BadDescription> {};
+class MachineErrorTest : public testing::TestWithParam<BadDescription> {};
 
-TEST_P(MachineError, IsReportedWithItsLine) {
-    EXPECT_EQ(complaint(MachineFolder(GetParam().text)),
+TEST_P(MachineErrorTest, MistakeIsReportedWithItsLine) {
+    EXPECT_EQ(Complaint(MachineFolder(GetParam().text)),
               std::string("machine.txt:") + GetParam().complaint);
 }
 
@@ -53,22 +53,22 @@ constexpr BadDescription kWords[] = {
     {"memory 1M 2M", "1: nothing may follow here, but \"2M\" does"},
     {"memory \"1M\"", "1: the memory size takes no quotes"},
     {"memory 1M\nmemory 1M", "2: the memory size was given in line 1"},
-    {"memory M", "1: the memory size \"\" is no number"},
-    {"memory 0x", "1: the memory size \"0x\" is no number"},
-    {"memory -1", "1: the memory size \"-1\" is no number"},
-    {"memory 1T", "1: the memory size \"1T\" is no number"},
+    {"memory M", "1: the memory size \"\" is not a number"},
+    {"memory 0x", "1: the memory size \"0x\" is not a number"},
+    {"memory -1", "1: the memory size \"-1\" is not a number"},
+    {"memory 1T", "1: the memory size \"1T\" is not a number"},
     {"memory 0M", "1: the memory size 0M is not between 1 and 4294967296"},
     {"memory 5G", "1: the memory size 5G is not between 1 and 4294967296"},
     {"memory 99999999999999999999", "1: the memory size 99999999999999999999 is too large"},
     {"pages 0x100000000 x", "1: the address 0x100000000 is above 4294967295"},
     {"pages 0 none.bin", "1: none.bin: No such file or directory"},
-    {"segment .", "1: .: is no file"},
+    {"segment .", "1: .: is not a file"},
     {"without /dev/mem EWHAT",
      "1: the error \"EWHAT\" is none of ENOENT EACCES EPERM ENXIO ENODEV EBUSY EIO"},
     {"without /dev/null", "1: no server has a device /dev/null"},
     {"without /dev/mem\nwithout /dev/mem EIO", "2: the machine is without /dev/mem already"},
 };
-INSTANTIATE_TEST_SUITE_P(Words, MachineError, testing::ValuesIn(kWords));
+INSTANTIATE_TEST_SUITE_P(Words, MachineErrorTest, testing::ValuesIn(kWords));
 
 #define TABLE     "smbios version 2.3\n"
 #define STRUCTURE TABLE "structure 1 handle 1 length 8\n"
@@ -118,49 +118,50 @@ constexpr BadDescription kSmbios[] = {
     {"smbios version 2.3 table 0x4000000\nstructure 1 handle 1 length 8",
      "1: 10 bytes at 0x4000000 are past the end of the memory at 0x4000000"},
 };
-INSTANTIATE_TEST_SUITE_P(Smbios, MachineError, testing::ValuesIn(kSmbios));
+INSTANTIATE_TEST_SUITE_P(Smbios, MachineErrorTest, testing::ValuesIn(kSmbios));
 
-TEST(MachineCaptureError, CapturesThatDoNotFitAreReportedWithTheirLine) {
+TEST(MachineCaptureTest, CaptureThatDoesNotFitIsReportedWithItsLine) {
     const MachineFolder segment("memory 1G\nsegment low.bin");
-    segment.write("low.bin", "short");
-    EXPECT_EQ(complaint(segment), "machine.txt:2: a segment image has 65536 bytes, this one has 5");
+    segment.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(segment), "machine.txt:2: a segment image has 65536 bytes, this one has 5");
     const MachineFolder dump("smbios dump low.bin");
-    dump.write("low.bin", "short");
-    EXPECT_EQ(complaint(dump),
-              "machine.txt:1: no SMBIOS dump: it does not start with a whole _SM_, _SM3_ or _DMI_ "
-              "entry point");
+    dump.Write("low.bin", "short");
+    EXPECT_EQ(
+        Complaint(dump),
+        "machine.txt:1: not an SMBIOS dump: it does not start with a whole _SM_, _SM3_ or _DMI_ "
+        "entry point");
     const MachineFolder pages("pages 0x4000 low.bin\npages 0x3FFF low.bin");
-    pages.write("low.bin", "short");
-    EXPECT_EQ(complaint(pages), "machine.txt:2: these bytes overlap those of line 1");
+    pages.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(pages), "machine.txt:2: these bytes overlap those of line 1");
     const MachineFolder outside("pages 0x3FFFFFC low.bin");
-    outside.write("low.bin", "short");
-    EXPECT_EQ(complaint(outside),
+    outside.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(outside),
               "machine.txt:1: 5 bytes at 0x3FFFFFC are past the end of the memory at 0x4000000");
 }
 
-TEST(MachineCaptureError, AnEmptyCaptureIsRefused) {
+TEST(MachineCaptureTest, EmptyCaptureIsRefused) {
     const MachineFolder folder("pages 0 empty.bin");
-    folder.write("empty.bin", "");
-    EXPECT_EQ(complaint(folder), "machine.txt:1: empty.bin: is empty");
+    folder.Write("empty.bin", "");
+    EXPECT_EQ(Complaint(folder), "machine.txt:1: empty.bin: is empty");
 }
 
-TEST(MachineCaptureError, TwoSourcesOfSmbiosContradict) {
+TEST(MachineCaptureTest, SecondSourceOfSmbiosIsRefused) {
     const MachineFolder folder("segment low.bin\nsmbios dump low.bin");
-    folder.write("low.bin", "short");
-    EXPECT_EQ(complaint(folder), "machine.txt:2: the machine's SMBIOS was given in line 1");
+    folder.Write("low.bin", "short");
+    EXPECT_EQ(Complaint(folder), "machine.txt:2: the machine's SMBIOS was given in line 1");
 }
 
-TEST(MachineCaptureError, AFolderWithoutADescriptionIsNoMachine) {
+TEST(MachineCaptureTest, FolderWithoutADescriptionIsRefused) {
     const MachineFolder folder("");
     std::filesystem::remove(folder.path / "machine.txt");
-    EXPECT_EQ(complaint(folder), "machine.txt: No such file or directory");
+    EXPECT_EQ(Complaint(folder), "machine.txt: No such file or directory");
 }
 
-// The rest of such a line would be missing from a complaint.
-TEST(MachineErrors, ALineWithAZeroByteIsNoText) {
+// The rest of such a line would be missing from an error text.
+TEST(MachineLineTest, LineWithAZeroByteIsRefused) {
     using namespace std::string_view_literals;
-    EXPECT_EQ(complaint(MachineFolder("memory 1M\ncpu\0 0"sv)),
-              "machine.txt:2: a byte 00 stands in the line, which is no text");
+    EXPECT_EQ(Complaint(MachineFolder("memory 1M\ncpu\0 0"sv)),
+              "machine.txt:2: the line holds a byte 00, so it is not text");
 }
 
 }  // namespace

@@ -18,32 +18,32 @@ namespace {
 
 using sim::Bytes;
 
-class MachineFile : public testing::Test {
+class MachineFileTest : public testing::Test {
 protected:
-    void load(std::string_view description) {
-        loadMachine(MachineFolder(description).path, machine);
+    void Load(std::string_view description) {
+        LoadMachine(MachineFolder(description).path, machine);
     }
 
-    Bytes at(std::uint32_t address, std::size_t size) {
+    Bytes At(std::uint32_t address, std::size_t size) {
         Bytes bytes(size);
-        EXPECT_TRUE(machine.memory().read(address, bytes));
+        EXPECT_TRUE(machine.GetMemory().Read(address, bytes));
         return bytes;
     }
 
-    std::string textAt(std::uint32_t address, std::size_t size) {
-        const Bytes bytes = at(address, size);
+    std::string TextAt(std::uint32_t address, std::size_t size) {
+        const Bytes bytes = At(address, size);
         return std::string(bytes.begin(), bytes.end());
     }
 
     sim::Machine machine;
 };
 
-TEST_F(MachineFile, AnEmptyDescriptionIsAPlainMachine) {
-    load("");
-    EXPECT_EQ(machine.memory().size(), 64u << 20);
+TEST_F(MachineFileTest, EmptyDescriptionIsAPlainMachine) {
+    Load("");
+    EXPECT_EQ(machine.GetMemory().Size(), 64u << 20);
 }
 
-TEST_F(MachineFile, MemorySizesHaveSuffixes) {
+TEST_F(MachineFileTest, MemorySizeWithASuffixIsInItsUnit) {
     for (const auto& [text, size] :
          {std::pair<const char*, std::uint64_t>{"memory 1048576", 1u << 20},
           {"memory 640K", 640u << 10},
@@ -51,18 +51,18 @@ TEST_F(MachineFile, MemorySizesHaveSuffixes) {
           {"memory 0x10M", 16u << 20},
           {"memory 4G", std::uint64_t{4} << 30}}) {
         sim::Machine sized;
-        loadMachine(MachineFolder(text).path, sized);
-        EXPECT_EQ(sized.memory().size(), size) << text;
+        LoadMachine(MachineFolder(text).path, sized);
+        EXPECT_EQ(sized.GetMemory().Size(), size) << text;
     }
 }
 
-TEST_F(MachineFile, CommentsBlanksAndLineEndsAreFree) {
-    load("# a machine\r\n\n  \t memory\t128M# enough\r\n   # done");
-    EXPECT_EQ(machine.memory().size(), 128u << 20);
+TEST_F(MachineFileTest, CommentsBlanksAndLineEndsAreSkipped) {
+    Load("# a machine\r\n\n  \t memory\t128M# enough\r\n   # done");
+    EXPECT_EQ(machine.GetMemory().Size(), 128u << 20);
 }
 
-TEST_F(MachineFile, StructuresBecomeATable) {
-    load(R"(smbios version 2.4
+TEST_F(MachineFileTest, StructuresBecomeATable) {
+    Load(R"(smbios version 2.4
 structure 4 handle 0x0400 length 35   # a processor
   byte 5 3
   word 18 0x85
@@ -73,71 +73,71 @@ structure 4 handle 0x0400 length 35   # a processor
 structure 0x7F handle 32512 length 4
 )");
     sim::SmbiosTable table;
-    table.add(4, 0x0400, 35)
-        .byte(5, 3)
-        .word(18, 133)
-        .dword(8, 0x12345678)
-        .byte(12, 1)
-        .byte(13, 0xF)
-        .byte(14, 2)
-        .string(7, "In\"t\\el # ")
-        .string("unreferenced");
-    table.add(127, 0x7F00, 4);
+    table.Add(4, 0x0400, 35)
+        .Byte(5, 3)
+        .Word(18, 133)
+        .Dword(8, 0x12345678)
+        .Byte(12, 1)
+        .Byte(13, 0xF)
+        .Byte(14, 2)
+        .String(7, "In\"t\\el # ")
+        .String("unreferenced");
+    table.Add(127, 0x7F00, 4);
     sim::PhysicalMemory expected;
-    expected.placeSmbios(table.bytes(), {.major = 2, .minor = 4});
+    expected.PlaceSmbios(table.Image(), {.major = 2, .minor = 4});
     Bytes segment(65536);
-    ASSERT_TRUE(expected.read(0xF0000, segment));
-    EXPECT_EQ(at(0xF0000, 65536), segment);
+    ASSERT_TRUE(expected.Read(0xF0000, segment));
+    EXPECT_EQ(At(0xF0000, 65536), segment);
 }
 
-TEST_F(MachineFile, OptionsPlaceTheTable) {
-    load(
+TEST_F(MachineFileTest, OptionsPlaceTheTable) {
+    Load(
         "smbios version 2.0 table 0x8000 anchor dmi structures 9 entry 0xFFFE0 length 77\n"
         "structure 1 handle 1 length 8\n");
-    const Bytes entry = at(0xFFFE0, 15);
-    EXPECT_EQ(textAt(0xFFFE0, 5), "_DMI_");
+    const Bytes entry = At(0xFFFE0, 15);
+    EXPECT_EQ(TextAt(0xFFFE0, 5), "_DMI_");
     EXPECT_EQ(entry[6], 77);
     EXPECT_EQ(entry[12], 9);
     EXPECT_EQ(entry[14], 0x20);
-    EXPECT_EQ(at(0x8000, 2), (Bytes{1, 8}));
+    EXPECT_EQ(At(0x8000, 2), (Bytes{1, 8}));
 }
 
-TEST_F(MachineFile, CapturesComeFromTheFolder) {
+TEST_F(MachineFileTest, CapturesAreReadFromTheFolder) {
     const MachineFolder folder("pages 0x300000 \"some page.bin\"\nsegment low.bin\n");
-    folder.write("some page.bin", "page");
-    folder.write("low.bin", "_SM_" + std::string(65532, '.'));
-    loadMachine(folder.path, machine);
-    EXPECT_EQ(textAt(0x300000, 5), std::string("page\0", 5));
-    EXPECT_EQ(textAt(0xF0000, 5), "_SM_.");
+    folder.Write("some page.bin", "page");
+    folder.Write("low.bin", "_SM_" + std::string(65532, '.'));
+    LoadMachine(folder.path, machine);
+    EXPECT_EQ(TextAt(0x300000, 5), std::string("page\0", 5));
+    EXPECT_EQ(TextAt(0xF0000, 5), "_SM_.");
 }
 
-TEST_F(MachineFile, PagesLieOverTheSegment) {
+TEST_F(MachineFileTest, PagesLieOverTheSegment) {
     const MachineFolder folder("pages 0xF0004 page.bin\nsegment low.bin\n");
-    folder.write("page.bin", "page");
-    folder.write("low.bin", std::string(65536, '.'));
-    loadMachine(folder.path, machine);
-    EXPECT_EQ(textAt(0xF0003, 6), ".page.");
+    folder.Write("page.bin", "page");
+    folder.Write("low.bin", std::string(65536, '.'));
+    LoadMachine(folder.path, machine);
+    EXPECT_EQ(TextAt(0xF0003, 6), ".page.");
 }
 
-TEST_F(MachineFile, ADumpIsPlaced) {
+TEST_F(MachineFileTest, DumpIsPlacedWithAnEntryPoint) {
     sim::SmbiosTable table;
-    table.add(1, 2, 8);
-    const Bytes bytes = table.bytes();
+    table.Add(1, 2, 8);
+    const Bytes bytes = table.Image();
     std::string dump = "_SM3_" + std::string(27, '\0') + std::string(bytes.begin(), bytes.end());
     dump[0x0C] = static_cast<char>(bytes.size());
     dump[0x10] = 32;
     const MachineFolder folder("smbios dump table.bin");
-    folder.write("table.bin", dump);
-    loadMachine(folder.path, machine);
-    EXPECT_EQ(textAt(0xF0010, 4), "_SM_");
-    EXPECT_EQ(at(0xF0030, bytes.size()), bytes);
+    folder.Write("table.bin", dump);
+    LoadMachine(folder.path, machine);
+    EXPECT_EQ(TextAt(0xF0010, 4), "_SM_");
+    EXPECT_EQ(At(0xF0030, bytes.size()), bytes);
 }
 
-TEST_F(MachineFile, AMachineCanBeWithoutDevices) {
-    load("without /dev/mem EACCES\nwithout /proc/stat\nwithout /dev/hda EIO");
-    EXPECT_EQ(machine.open({}, "/dev/mem", O_RDONLY)->error, EACCES);
-    EXPECT_EQ(machine.open({}, "/proc/stat", O_RDONLY)->error, ENOENT);
-    EXPECT_EQ(machine.open({}, "/dev/hda", O_RDONLY)->error, EIO);
+TEST_F(MachineFileTest, WithoutMakesADeviceFailToOpen) {
+    Load("without /dev/mem EACCES\nwithout /proc/stat\nwithout /dev/hda EIO");
+    EXPECT_EQ(machine.Open({}, "/dev/mem", O_RDONLY)->error, EACCES);
+    EXPECT_EQ(machine.Open({}, "/proc/stat", O_RDONLY)->error, ENOENT);
+    EXPECT_EQ(machine.Open({}, "/dev/hda", O_RDONLY)->error, EIO);
 }
 
 }  // namespace

@@ -17,13 +17,13 @@ public:
         std::string name = (std::filesystem::temp_directory_path() / "machine-XXXXXX").string();
         if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder " + name);
         path = name;
-        write("machine.txt", description);
+        Write("machine.txt", description);
     }
     ~MachineFolder() { std::filesystem::remove_all(path); }
     MachineFolder(const MachineFolder&) = delete;
     MachineFolder& operator=(const MachineFolder&) = delete;
 
-    void write(const std::string& name, std::string_view content) const {
+    void Write(const std::string& name, std::string_view content) const {
         std::ofstream(path / name, std::ios::binary) << content;
     }
 

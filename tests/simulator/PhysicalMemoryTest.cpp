@@ -20,121 +20,121 @@ using sim::SmbiosPlacement;
 using testing::Each;
 using testing::ElementsAre;
 
-Bytes at(const PhysicalMemory& memory, std::uint64_t address, std::size_t size) {
+Bytes At(const PhysicalMemory& memory, std::uint64_t address, std::size_t size) {
     Bytes bytes(size, 0xEE);
-    EXPECT_TRUE(memory.read(address, bytes));
+    EXPECT_TRUE(memory.Read(address, bytes));
     return bytes;
 }
 
-std::uint32_t number(const Bytes& bytes, std::size_t offset, unsigned size) {
+std::uint32_t Number(const Bytes& bytes, std::size_t offset, unsigned size) {
     std::uint32_t value = 0;
     for (unsigned i = 0; i < size; ++i) value |= std::uint32_t{bytes.at(offset + i)} << (8 * i);
     return value;
 }
 
-int sum(const Bytes& bytes, std::size_t from, std::size_t count) {
+int Sum(const Bytes& bytes, std::size_t from, std::size_t count) {
     const auto begin = bytes.begin() + static_cast<std::ptrdiff_t>(from);
     return std::accumulate(begin, begin + static_cast<std::ptrdiff_t>(count), 0) % 256;
 }
 
-Bytes twoStructures() {
+Bytes TwoStructures() {
     sim::SmbiosTable table;
-    table.add(4, 0x0400, 35).string(7, "Intel");
-    table.add(127, 0x7F00, 4);
-    return table.bytes();
+    table.Add(4, 0x0400, 35).String(7, "Intel");
+    table.Add(127, 0x7F00, 4);
+    return table.Image();
 }
 
-TEST(PhysicalMemory, IsZeroUntilWritten) {
+TEST(PhysicalMemoryTest, UnwrittenBytesReadAsZero) {
     PhysicalMemory memory;
-    EXPECT_EQ(memory.size(), 64u << 20);
-    EXPECT_THAT(at(memory, 0xF0000, 65536), Each(0));
+    EXPECT_EQ(memory.Size(), 64u << 20);
+    EXPECT_THAT(At(memory, 0xF0000, 65536), Each(0));
 }
 
-TEST(PhysicalMemory, KeepsBytesAcrossPages) {
+TEST(PhysicalMemoryTest, BytesAcrossPagesAreKept) {
     PhysicalMemory memory;
     Bytes bytes(10000);
     std::iota(bytes.begin(), bytes.end(), std::uint8_t{0});
-    memory.write(0x1FFE, bytes);
-    EXPECT_EQ(at(memory, 0x1FFE, 10000), bytes);
-    EXPECT_THAT(at(memory, 0x1FFC, 3), ElementsAre(0, 0, 0));
-    EXPECT_THAT(at(memory, 0x1FFE + 9999, 2), ElementsAre(bytes.back(), 0));
+    memory.Write(0x1FFE, bytes);
+    EXPECT_EQ(At(memory, 0x1FFE, 10000), bytes);
+    EXPECT_THAT(At(memory, 0x1FFC, 3), ElementsAre(0, 0, 0));
+    EXPECT_THAT(At(memory, 0x1FFE + 9999, 2), ElementsAre(bytes.back(), 0));
 }
 
-TEST(PhysicalMemory, LaterBytesLieOverEarlierOnes) {
+TEST(PhysicalMemoryTest, LaterBytesReplaceEarlierOnes) {
     PhysicalMemory memory;
-    memory.write(0x100, Bytes{1, 2, 3, 4});
-    memory.write(0x101, Bytes{9, 9});
-    EXPECT_THAT(at(memory, 0x100, 4), ElementsAre(1, 9, 9, 4));
+    memory.Write(0x100, Bytes{1, 2, 3, 4});
+    memory.Write(0x101, Bytes{9, 9});
+    EXPECT_THAT(At(memory, 0x100, 4), ElementsAre(1, 9, 9, 4));
 }
 
-TEST(PhysicalMemory, ReadsNothingPastItsEnd) {
+TEST(PhysicalMemoryTest, ReadPastTheEndFails) {
     PhysicalMemory memory;
-    memory.resize(0x2000);
+    memory.Resize(0x2000);
     Bytes bytes(16, 0xEE);
-    EXPECT_TRUE(memory.read(0x1FF0, bytes));
+    EXPECT_TRUE(memory.Read(0x1FF0, bytes));
     bytes.assign(16, 0xEE);
-    EXPECT_FALSE(memory.read(0x1FF1, bytes));
-    EXPECT_FALSE(memory.read(std::uint64_t{1} << 40, bytes));
+    EXPECT_FALSE(memory.Read(0x1FF1, bytes));
+    EXPECT_FALSE(memory.Read(std::uint64_t{1} << 40, bytes));
     EXPECT_THAT(bytes, Each(0xEE)) << "a refused read delivers nothing";
 }
 
-TEST(PhysicalMemory, EndsAtFourGibibytes) {
+TEST(PhysicalMemoryTest, SizeOrBytesPastFourGibibytesAreRefused) {
     PhysicalMemory memory;
-    memory.resize(std::uint64_t{4} << 30);
-    memory.write(0xFFFFFFFF, Bytes{7});
-    EXPECT_THAT(at(memory, 0xFFFFFFFF, 1), ElementsAre(7));
-    EXPECT_THROW(memory.write(0xFFFFFFFF, Bytes(2)), std::out_of_range);
-    EXPECT_THROW(memory.resize((std::uint64_t{4} << 30) + 1), std::out_of_range);
+    memory.Resize(std::uint64_t{4} << 30);
+    memory.Write(0xFFFFFFFF, Bytes{7});
+    EXPECT_THAT(At(memory, 0xFFFFFFFF, 1), ElementsAre(7));
+    EXPECT_THROW(memory.Write(0xFFFFFFFF, Bytes(2)), std::out_of_range);
+    EXPECT_THROW(memory.Resize((std::uint64_t{4} << 30) + 1), std::out_of_range);
 }
 
-TEST(SmbiosPlacement, TheEntryPointDescribesTheTable) {
+TEST(SmbiosPlacementTest, EntryPointDescribesTheTable) {
     PhysicalMemory memory;
-    const Bytes table = twoStructures();
-    memory.placeSmbios(table);
-    const Bytes entry = at(memory, 0xF0010, 31);
+    const Bytes table = TwoStructures();
+    memory.PlaceSmbios(table);
+    const Bytes entry = At(memory, 0xF0010, 31);
     EXPECT_EQ(std::string(entry.begin(), entry.begin() + 4), "_SM_");
     EXPECT_EQ(std::string(entry.begin() + 16, entry.begin() + 21), "_DMI_");
-    EXPECT_EQ(sum(entry, 0, 31), 0);
-    EXPECT_EQ(sum(entry, 16, 15), 0);
+    EXPECT_EQ(Sum(entry, 0, 31), 0);
+    EXPECT_EQ(Sum(entry, 16, 15), 0);
     EXPECT_EQ(entry[5], 31);
     EXPECT_EQ(entry[6], 2);
     EXPECT_EQ(entry[7], 3);
     EXPECT_EQ(entry[30], 0x23);
-    EXPECT_EQ(number(entry, 8, 2), 35u + 6 + 1);
-    EXPECT_EQ(number(entry, 22, 2), table.size());
-    EXPECT_EQ(number(entry, 24, 4), 0xF0030u);
-    EXPECT_EQ(number(entry, 28, 2), 2u);
-    EXPECT_EQ(at(memory, 0xF0030, table.size()), table);
+    EXPECT_EQ(Number(entry, 8, 2), 35u + 6 + 1);
+    EXPECT_EQ(Number(entry, 22, 2), table.size());
+    EXPECT_EQ(Number(entry, 24, 4), 0xF0030u);
+    EXPECT_EQ(Number(entry, 28, 2), 2u);
+    EXPECT_EQ(At(memory, 0xF0030, table.size()), table);
 }
 
-TEST(SmbiosPlacement, TheOlderEntryPointStandsAlone) {
+TEST(SmbiosPlacementTest, DmiAnchorWritesTheOlderEntryPointAlone) {
     PhysicalMemory memory;
-    memory.placeSmbios(twoStructures(), {.anchor = SmbiosPlacement::Anchor::dmi});
-    const Bytes entry = at(memory, 0xF0010, 16);
+    memory.PlaceSmbios(TwoStructures(), {.anchor = SmbiosPlacement::Anchor::kDmi});
+    const Bytes entry = At(memory, 0xF0010, 16);
     EXPECT_EQ(std::string(entry.begin(), entry.begin() + 5), "_DMI_");
-    EXPECT_EQ(sum(entry, 0, 15), 0);
-    EXPECT_EQ(number(entry, 8, 4), 0xF0020u);
-    EXPECT_EQ(number(entry, 12, 2), 2u);
+    EXPECT_EQ(Sum(entry, 0, 15), 0);
+    EXPECT_EQ(Number(entry, 8, 4), 0xF0020u);
+    EXPECT_EQ(Number(entry, 12, 2), 2u);
 }
 
-TEST(SmbiosPlacement, GoesWhereItIsToldAndClaimsWhatItIsTold) {
+TEST(SmbiosPlacementTest, GivenAddressesAndClaimsAreUsed) {
     PhysicalMemory memory;
-    memory.placeSmbios(
-        twoStructures(),
+    memory.PlaceSmbios(
+        TwoStructures(),
         {.major = 2, .minor = 1, .entry = 0xFFFE0, .table = 0x8000, .structures = 99, .length = 7});
-    const Bytes entry = at(memory, 0xFFFE0, 31);
-    EXPECT_EQ(number(entry, 22, 2), 7u);
-    EXPECT_EQ(number(entry, 24, 4), 0x8000u);
-    EXPECT_EQ(number(entry, 28, 2), 99u);
+    const Bytes entry = At(memory, 0xFFFE0, 31);
+    EXPECT_EQ(Number(entry, 22, 2), 7u);
+    EXPECT_EQ(Number(entry, 24, 4), 0x8000u);
+    EXPECT_EQ(Number(entry, 28, 2), 99u);
     EXPECT_EQ(entry[30], 0x21);
-    EXPECT_EQ(at(memory, 0x8000, 2), (Bytes{4, 35}));
+    EXPECT_EQ(At(memory, 0x8000, 2), (Bytes{4, 35}));
 }
 
-TEST(SmbiosPlacement, TheTableStaysInTheSegmentWhileItFits) {
+TEST(SmbiosPlacementTest, TableGoesIntoTheSegmentWhereItFits) {
     const auto address = [](std::uint32_t entry, std::size_t size) {
         PhysicalMemory memory;
-        memory.placeSmbios(Bytes(size), {.entry = entry, .structures = 0, .length = 0});
-        return number(at(memory, entry, 31), 24, 4);
+        memory.PlaceSmbios(Bytes(size), {.entry = entry, .structures = 0, .length = 0});
+        return Number(At(memory, entry, 31), 24, 4);
     };
     EXPECT_EQ(address(0xF0010, 0xFFD0), 0xF0030u);
     EXPECT_EQ(address(0xF0010, 0xFFD1), 0xE0000u);
@@ -143,30 +143,30 @@ TEST(SmbiosPlacement, TheTableStaysInTheSegmentWhileItFits) {
     EXPECT_EQ(address(0xF0010, 0x10001), 0x100000u);
 }
 
-TEST(SmbiosPlacement, ATableTooLongForTheEntryPointIsRefused) {
+TEST(SmbiosPlacementTest, TableTooLongForTheEntryPointIsRefused) {
     PhysicalMemory memory;
-    EXPECT_THROW(memory.placeSmbios(Bytes(0x10000)), std::length_error);
+    EXPECT_THROW(memory.PlaceSmbios(Bytes(0x10000)), std::length_error);
 }
 
-TEST(SmbiosPlacement, CountsNoStructureThatIsNotWhole) {
+TEST(SmbiosPlacementTest, CutStructureIsNotCounted) {
     PhysicalMemory memory;
-    Bytes table = twoStructures();
+    Bytes table = TwoStructures();
     table.insert(table.end(), {4, 4, 0, 0, 'x'});
-    memory.placeSmbios(table);
-    EXPECT_EQ(number(at(memory, 0xF0010, 31), 28, 2), 2u);
+    memory.PlaceSmbios(table);
+    EXPECT_EQ(Number(At(memory, 0xF0010, 31), 28, 2), 2u);
 }
 
-// A dump as dmidecode writes it: the entry point in the first 32 bytes, the table behind.
-Bytes dump(const std::string& anchor, const Bytes& table) {
+// A dump as dmidecode writes it: the entry point in the first 32 bytes, the table after it.
+Bytes Dump(const std::string& anchor, const Bytes& table) {
     Bytes bytes(32 + table.size());
     std::copy(anchor.begin(), anchor.end(), bytes.begin());
     std::copy(table.begin(), table.end(), bytes.begin() + 32);
     return bytes;
 }
 
-TEST(SmbiosDump, KeepsTheMachinesEntryPointButForTheAddress) {
-    const Bytes table = twoStructures();
-    Bytes bytes = dump("_SM_", table);
+TEST(SmbiosDumpTest, SmEntryPointIsKeptExceptForTheAddress) {
+    const Bytes table = TwoStructures();
+    Bytes bytes = Dump("_SM_", table);
     bytes[5] = 31;
     bytes[6] = 2;
     bytes[7] = 4;
@@ -175,25 +175,25 @@ TEST(SmbiosDump, KeepsTheMachinesEntryPointButForTheAddress) {
     bytes[0x18] = 32;
     bytes[0x1C] = 55;
     PhysicalMemory memory;
-    memory.placeDump(bytes);
-    const Bytes entry = at(memory, 0xF0010, 31);
+    memory.PlaceDump(bytes);
+    const Bytes entry = At(memory, 0xF0010, 31);
     EXPECT_EQ(entry[7], 4);
     EXPECT_EQ(entry[10], 0x77);
-    EXPECT_EQ(number(entry, 24, 4), 0xF0030u);
-    EXPECT_EQ(number(entry, 28, 2), 55u);
-    EXPECT_EQ(sum(entry, 0, 31), 0);
-    EXPECT_EQ(sum(entry, 16, 15), 0);
-    EXPECT_EQ(at(memory, 0xF0030, table.size()), table);
+    EXPECT_EQ(Number(entry, 24, 4), 0xF0030u);
+    EXPECT_EQ(Number(entry, 28, 2), 55u);
+    EXPECT_EQ(Sum(entry, 0, 31), 0);
+    EXPECT_EQ(Sum(entry, 16, 15), 0);
+    EXPECT_EQ(At(memory, 0xF0030, table.size()), table);
 }
 
-TEST(SmbiosDump, AnotherKindOfEntryPointBecomesThisOne) {
-    const Bytes table = twoStructures();
-    Bytes three = dump("_SM3_", table);
+TEST(SmbiosDumpTest, OtherEntryPointIsReplacedByAnSmOne) {
+    const Bytes table = TwoStructures();
+    Bytes three = Dump("_SM3_", table);
     three[7] = 3;
     three[8] = 1;
     three[0x0C] = 0xFF;  // a maximum, more than there is
     three[0x10] = 32;
-    Bytes older = dump("_DMI_", table);
+    Bytes older = Dump("_DMI_", table);
     older[6] = static_cast<std::uint8_t>(table.size());
     older[8] = 32;
     older[12] = 2;
@@ -201,34 +201,34 @@ TEST(SmbiosDump, AnotherKindOfEntryPointBecomesThisOne) {
     const std::pair<Bytes, std::uint32_t> kinds[] = {{three, 0x0103}, {older, 0x0002}};
     for (const auto& [bytes, version] : kinds) {
         PhysicalMemory memory;
-        memory.placeDump(bytes);
-        const Bytes entry = at(memory, 0xF0010, 31);
+        memory.PlaceDump(bytes);
+        const Bytes entry = At(memory, 0xF0010, 31);
         EXPECT_EQ(std::string(entry.begin(), entry.begin() + 4), "_SM_");
-        EXPECT_EQ(number(entry, 6, 2), version);
-        EXPECT_EQ(number(entry, 22, 2), table.size());
-        EXPECT_EQ(number(entry, 28, 2), 2u);
-        EXPECT_EQ(at(memory, 0xF0030, table.size()), table);
+        EXPECT_EQ(Number(entry, 6, 2), version);
+        EXPECT_EQ(Number(entry, 22, 2), table.size());
+        EXPECT_EQ(Number(entry, 28, 2), 2u);
+        EXPECT_EQ(At(memory, 0xF0030, table.size()), table);
     }
 }
 
-TEST(SmbiosDump, WhatIsNoDumpIsRefused) {
+TEST(SmbiosDumpTest, BytesThatAreNotADumpAreRefused) {
     PhysicalMemory memory;
-    EXPECT_THROW(memory.placeDump(Bytes{}), std::runtime_error);
-    EXPECT_THROW(memory.placeDump(Bytes(64)), std::runtime_error);
-    EXPECT_THROW(memory.placeDump(Bytes{'_', 'S', 'M', '_'}), std::runtime_error);
-    Bytes outside = dump("_SM_", {});
+    EXPECT_THROW(memory.PlaceDump(Bytes{}), std::runtime_error);
+    EXPECT_THROW(memory.PlaceDump(Bytes(64)), std::runtime_error);
+    EXPECT_THROW(memory.PlaceDump(Bytes{'_', 'S', 'M', '_'}), std::runtime_error);
+    Bytes outside = Dump("_SM_", {});
     outside[0x18] = 32;
-    EXPECT_THROW(memory.placeDump(outside), std::runtime_error);
+    EXPECT_THROW(memory.PlaceDump(outside), std::runtime_error);
 }
 
-TEST(SmbiosSegment, IsASegmentOfMemory) {
+TEST(SmbiosSegmentTest, ImageIsPlacedAndOtherSizesAreRefused) {
     PhysicalMemory memory;
     Bytes image(65536);
     image.front() = 1;
     image.back() = 2;
-    memory.placeSegment(image);
-    EXPECT_EQ(at(memory, 0xF0000, 65536), image);
-    EXPECT_THROW(memory.placeSegment(Bytes(65535)), std::runtime_error);
+    memory.PlaceSegment(image);
+    EXPECT_EQ(At(memory, 0xF0000, 65536), image);
+    EXPECT_THROW(memory.PlaceSegment(Bytes(65535)), std::runtime_error);
 }
 
 }  // namespace

@@ -23,127 +23,127 @@ int __ioctl_time64(int descriptor, unsigned long request, ...);
 
 namespace probe {
 
-int open(const char* path, int flags) {
+int Open(const char* path, int flags) {
     return ::open(path, flags);
 }
-int open64(const char* path, int flags) {
+int Open64(const char* path, int flags) {
     return ::open64(path, flags);
 }
-int openChecked(const char* path, int flags) {
+int OpenChecked(const char* path, int flags) {
     return __open_2(path, flags);
 }
-int open64Checked(const char* path, int flags) {
+int Open64Checked(const char* path, int flags) {
     return __open64_2(path, flags);
 }
-int openat(const char* path, int flags) {
+int Openat(const char* path, int flags) {
     return ::openat(AT_FDCWD, path, flags);
 }
-int openat64(const char* path, int flags) {
+int Openat64(const char* path, int flags) {
     return ::openat64(AT_FDCWD, path, flags);
 }
 
-long lseek(int descriptor, long offset, int whence) {
+long Lseek(int descriptor, long offset, int whence) {
     return ::lseek(descriptor, offset, whence);
 }
 
-long long lseek64(int descriptor, long long offset, int whence) {
+long long Lseek64(int descriptor, long long offset, int whence) {
     return ::lseek64(descriptor, offset, whence);
 }
 
-long read(int descriptor, void* out, std::size_t size) {
+long Read(int descriptor, void* out, std::size_t size) {
     return ::read(descriptor, out, size);
 }
 
-long readChecked(int descriptor, void* out, std::size_t size) {
+long ReadChecked(int descriptor, void* out, std::size_t size) {
     return __read_chk(descriptor, out, size, size);
 }
 
-int close(int descriptor) {
+int Close(int descriptor) {
     return ::close(descriptor);
 }
 
-int ioctl(int descriptor, unsigned long request, void* argument) {
+int Ioctl(int descriptor, unsigned long request, void* argument) {
     return ::ioctl(descriptor, request, argument);
 }
 
-int ioctlTime64(int descriptor, unsigned long request, void* argument) {
+int IoctlTime64(int descriptor, unsigned long request, void* argument) {
     return __ioctl_time64(descriptor, request, argument);
 }
 
-bool opendir(const char* path) {
+bool Opendir(const char* path) {
     return ::opendir(path) != nullptr;
 }
 
-int closedirNull() {
+int ClosedirNull() {
     DIR* volatile directory = nullptr;  // volatile: the header forbids null
     return ::closedir(directory);
 }
 
-int iopl(int level) {
+int Iopl(int level) {
     return ::iopl(level);
 }
-unsigned sleep(unsigned seconds) {
+unsigned Sleep(unsigned seconds) {
     return ::sleep(seconds);
 }
-int system(const char* command) {
+int System(const char* command) {
     return std::system(command);
 }
 
-std::uint32_t in8(std::uint16_t port, std::uint32_t eax) {
+std::uint32_t In8(std::uint16_t port, std::uint32_t eax) {
     asm volatile("inb %%dx, %%al" : "+a"(eax) : "d"(port));
     return eax;
 }
 
-std::uint32_t in16(std::uint16_t port, std::uint32_t eax) {
+std::uint32_t In16(std::uint16_t port, std::uint32_t eax) {
     asm volatile("inw %%dx, %%ax" : "+a"(eax) : "d"(port));
     return eax;
 }
 
-std::uint32_t in32(std::uint16_t port, std::uint32_t eax) {
+std::uint32_t In32(std::uint16_t port, std::uint32_t eax) {
     asm volatile("inl %%dx, %%eax" : "+a"(eax) : "d"(port));
     return eax;
 }
 
-std::uint32_t in8FromPort0x42(std::uint32_t eax) {
+std::uint32_t In8FromPort0x42(std::uint32_t eax) {
     asm volatile("inb $0x42, %%al" : "+a"(eax));
     return eax;
 }
 
-void out8(std::uint16_t port, std::uint32_t eax) {
+void Out8(std::uint16_t port, std::uint32_t eax) {
     asm volatile("outb %%al, %%dx" : : "a"(eax), "d"(port));
 }
 
-void out16(std::uint16_t port, std::uint32_t eax) {
+void Out16(std::uint16_t port, std::uint32_t eax) {
     asm volatile("outw %%ax, %%dx" : : "a"(eax), "d"(port));
 }
 
-void out32(std::uint16_t port, std::uint32_t eax) {
+void Out32(std::uint16_t port, std::uint32_t eax) {
     asm volatile("outl %%eax, %%dx" : : "a"(eax), "d"(port));
 }
 
-void out32ToPort0x42(std::uint32_t eax) {
+void Out32ToPort0x42(std::uint32_t eax) {
     asm volatile("outl %%eax, $0x42" : : "a"(eax));
 }
 
-void halt() {
+void Halt() {
     asm volatile("hlt");
 }
 
 // Called as functions, since a new expression that is released at once may be optimised away.
-void allocate() {
+void Allocate() {
     operator delete(operator new(16));
 }
-void allocateArray() {
+void AllocateArray() {
     operator delete[](operator new[](16));
 }
 
-bool allocateQuietly() {
+bool AllocateQuietly() {
     void* const memory = operator new(16, std::nothrow);
     operator delete(memory);
     return memory != nullptr;
 }
 
-bool allocateArrayQuietly() {
+bool AllocateArrayQuietly() {
     void* const memory = operator new[](16, std::nothrow);
     operator delete[](memory);
     return memory != nullptr;

@@ -11,41 +11,41 @@
 namespace probe {
 
 // Each calls the libc function of its name and returns what that returned.
-int open(const char* path, int flags);
-int open64(const char* path, int flags);
-int openChecked(const char* path, int flags);    // __open_2
-int open64Checked(const char* path, int flags);  // __open64_2
-int openat(const char* path, int flags);
-int openat64(const char* path, int flags);
-long lseek(int descriptor, long offset, int whence);
-long long lseek64(int descriptor, long long offset, int whence);
-long read(int descriptor, void* out, std::size_t size);
-long readChecked(int descriptor, void* out, std::size_t size);  // __read_chk
-int close(int descriptor);
-int ioctl(int descriptor, unsigned long request, void* argument);
-int ioctlTime64(int descriptor, unsigned long request, void* argument);
-bool opendir(const char* path);
-int closedirNull();
-int iopl(int level);
-unsigned sleep(unsigned seconds);
-int system(const char* command);
+int Open(const char* path, int flags);
+int Open64(const char* path, int flags);
+int OpenChecked(const char* path, int flags);    // __open_2
+int Open64Checked(const char* path, int flags);  // __open64_2
+int Openat(const char* path, int flags);
+int Openat64(const char* path, int flags);
+long Lseek(int descriptor, long offset, int whence);
+long long Lseek64(int descriptor, long long offset, int whence);
+long Read(int descriptor, void* out, std::size_t size);
+long ReadChecked(int descriptor, void* out, std::size_t size);  // __read_chk
+int Close(int descriptor);
+int Ioctl(int descriptor, unsigned long request, void* argument);
+int IoctlTime64(int descriptor, unsigned long request, void* argument);
+bool Opendir(const char* path);
+int ClosedirNull();
+int Iopl(int level);
+unsigned Sleep(unsigned seconds);
+int System(const char* command);
 
 // One instruction each. `eax` is the accumulator before; the answer is the accumulator after.
-std::uint32_t in8(std::uint16_t port, std::uint32_t eax);
-std::uint32_t in16(std::uint16_t port, std::uint32_t eax);
-std::uint32_t in32(std::uint16_t port, std::uint32_t eax);
-std::uint32_t in8FromPort0x42(std::uint32_t eax);
-void out8(std::uint16_t port, std::uint32_t eax);
-void out16(std::uint16_t port, std::uint32_t eax);
-void out32(std::uint16_t port, std::uint32_t eax);
-void out32ToPort0x42(std::uint32_t eax);
-void halt();
+std::uint32_t In8(std::uint16_t port, std::uint32_t eax);
+std::uint32_t In16(std::uint16_t port, std::uint32_t eax);
+std::uint32_t In32(std::uint16_t port, std::uint32_t eax);
+std::uint32_t In8FromPort0x42(std::uint32_t eax);
+void Out8(std::uint16_t port, std::uint32_t eax);
+void Out16(std::uint16_t port, std::uint32_t eax);
+void Out32(std::uint16_t port, std::uint32_t eax);
+void Out32ToPort0x42(std::uint32_t eax);
+void Halt();
 
 // Allocates, and releases at once. False when a quiet form answered null.
-void allocate();
-void allocateArray();
-bool allocateQuietly();
-bool allocateArrayQuietly();
+void Allocate();
+void AllocateArray();
+bool AllocateQuietly();
+bool AllocateArrayQuietly();
 
 }  // namespace probe
 

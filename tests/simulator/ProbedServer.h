@@ -12,7 +12,7 @@
 
 class ProbedServer : public testing::Test {
 protected:
-    ProbedServer() { server.observe("libprobe.so"); }
+    ProbedServer() { server.Observe("libprobe.so"); }
 
     sim::SimulatedServer server;
 };

@@ -120,9 +120,9 @@ TEST_P(DiskCapture, ListsItsPartitions) {
     const std::filesystem::path dump =
         SharedData("disk") / (std::string(GetParam().name) + ".sectors.txt");
     if (!std::filesystem::exists(dump)) GTEST_SKIP() << kNoCaptures;
-    const sim::IdeDrive drive = sim::makeDisk("Disk", 0xFFFFFFFF, "1");
-    for (const auto& [sector, bytes] : sim::readSectorText(ContentOf(dump)))
-        drive.image->write(sector, bytes);
+    const sim::IdeDrive drive = sim::MakeDisk("Disk", 0xFFFFFFFF, "1");
+    for (const auto& [sector, bytes] : sim::ReadSectorText(ContentOf(dump)))
+        drive.image->Write(sector, bytes);
     Put('a', drive);
 
     std::map<int, std::uint64_t> sizes = PeerSizes(GetParam().name);

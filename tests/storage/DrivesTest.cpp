@@ -26,7 +26,7 @@ class Drives : public StorageTest {
 protected:
     sim::IdeDrive Disk(const std::string& model = "ST340014A",
                        const std::string& serial = "5JX7A1B2") {
-        return sim::makeDisk(model, kSectors, serial);
+        return sim::MakeDisk(model, kSectors, serial);
     }
 
     // The drive with another text in one of its files.
@@ -63,10 +63,10 @@ protected:
     // Each opened file and directory is closed, and nothing else is.
     void ExpectAllClosed() {
         std::size_t opened = 0;
-        for (const sim::Access& access : server.log().accesses())
+        for (const sim::Access& access : server.GetLog().Accesses())
             if ((access.call == "open" || access.call == "opendir") && access.answer == "ok")
                 ++opened;
-        EXPECT_EQ(server.log().count("close") + server.log().count("closedir"), opened);
+        EXPECT_EQ(server.GetLog().Count("close") + server.GetLog().Count("closedir"), opened);
     }
 
     StorageInformation record{};
@@ -78,11 +78,11 @@ TEST_F(Drives, ServerWithoutIdeDevicesSaysSo) {
     GetStorageInfo(&record);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "No ide devices.");
     EXPECT_EQ(record.quantityIDE, 0);
-    EXPECT_THAT(server.log().lines(), ElementsAre("opendir /proc/ide -> -1 ENOENT"));
+    EXPECT_THAT(server.GetLog().Lines(), ElementsAre("opendir /proc/ide -> -1 ENOENT"));
 }
 
 TEST_F(Drives, ServerWithAnEmptyIdeFolderSaysNothing) {
-    server.machine().installDirectory("/proc/ide");
+    server.GetMachine().InstallDirectory("/proc/ide");
     record.quantityIDE = 7;
     testing::internal::CaptureStdout();
     GetStorageInfo(&record);
@@ -94,16 +94,16 @@ TEST_F(Drives, ServerWithAnEmptyIdeFolderSaysNothing) {
 TEST_F(Drives, DiskFillsItsEntryAndNothingElse) {
     Put('a', Disk());
     RecordImage expected(sizeof(StorageInformation));
-    expected.number(0, 1);
+    expected.Number(0, 1);
     std::string type(64, '\0');  // cleared before
-    expected.copied(EntryAt(0) + kType, type.replace(0, 3, "hdd"));
-    expected.text(EntryAt(0) + kSize, "40020664320");
-    expected.text(EntryAt(0) + kModel, "ST340014A");
-    expected.text(EntryAt(0) + kControllerType, "ide");
-    expected.text(EntryAt(0) + kControllerNo, "Primary Master");
-    expected.text(EntryAt(0) + kSerialNo, "5JX7A1B2            ");
+    expected.Copied(EntryAt(0) + kType, type.replace(0, 3, "hdd"));
+    expected.Text(EntryAt(0) + kSize, "40020664320");
+    expected.Text(EntryAt(0) + kModel, "ST340014A");
+    expected.Text(EntryAt(0) + kControllerType, "ide");
+    expected.Text(EntryAt(0) + kControllerNo, "Primary Master");
+    expected.Text(EntryAt(0) + kSerialNo, "5JX7A1B2            ");
     RecordImage actual(sizeof(StorageInformation));
-    GetStorageInfo(static_cast<StorageInformation*>(actual.data()));
+    GetStorageInfo(static_cast<StorageInformation*>(actual.Data()));
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
@@ -111,7 +111,7 @@ TEST_F(Drives, FilesAreReadInTheirOrderAndClosed) {
     Put('a', Disk());
     Read();
     EXPECT_THAT(
-        server.log().lines(),
+        server.GetLog().Lines(),
         ElementsAre(
             "opendir /proc/ide -> ok", "closedir /proc/ide -> 0", "opendir /proc/ide/ide0/ -> ok",
             "closedir /proc/ide/ide0/ -> 0", "opendir /proc/ide/ide0/hda/ -> ok",
@@ -141,7 +141,7 @@ TEST_F(Drives, OnlyDiskAtHdcIsTheFirstEntry) {
     Put('c', Disk());
     EXPECT_EQ(Read().quantityIDE, 1);
     EXPECT_STREQ(record.driveArray[0].ControllerNo, "Secondry Master");
-    EXPECT_THAT(server.log().lines(), Contains("open /dev/hdc O_RDONLY -> ok"));
+    EXPECT_THAT(server.GetLog().Lines(), Contains("open /dev/hdc O_RDONLY -> ok"));
 }
 
 TEST_F(Drives, OpticalDriveHasNoEntryAndDoesNotHideTheNextDisk) {
@@ -198,7 +198,7 @@ TEST_F(Drives, MissingFilesLeaveTheirFields) {
 TEST_F(Drives, FailedReadsLeaveTheirFields) {
     Put('a', Disk());
     std::strcpy(record.driveArray[0].model, "model before");
-    server.fail("read", 2);
+    server.Fail("read", 2);
     GetStorageInfo(&record);
     EXPECT_EQ(record.quantityIDE, 1);
     EXPECT_STREQ(record.driveArray[0].model, "model before");
@@ -209,10 +209,10 @@ TEST_F(Drives, FailedReadsLeaveTheirFields) {
 TEST_F(Drives, MissingFoldersSkipTheSlot) {
     Put('a', Disk());
     Put('b', Disk("Second"));
-    server.fail("opendir", 2, EMFILE);  // ide0 for hda
+    server.Fail("opendir", 2, EMFILE);  // ide0 for hda
     EXPECT_EQ(Read().quantityIDE, 1);
     EXPECT_STREQ(record.driveArray[0].model, "Second");
-    server.fail("opendir", 3, EMFILE);  // hda in it
+    server.Fail("opendir", 3, EMFILE);  // hda in it
     EXPECT_EQ(Read().quantityIDE, 1);
     EXPECT_STREQ(record.driveArray[0].model, "Second");
 }
@@ -313,11 +313,11 @@ TEST_F(Drives, RefusedIdentityLeavesTheSerialNumber) {
 
 TEST_F(Drives, DiskThatCannotBeOpenedStillHasItsEntry) {
     Put('a', Disk());
-    server.refuse("/dev/hda", EACCES);
+    server.Refuse("/dev/hda", EACCES);
     EXPECT_EQ(Read().quantityIDE, 1);
     EXPECT_STREQ(record.driveArray[0].SerialNo, "");
     EXPECT_STREQ(record.driveArray[0].size, "40020664320");
-    EXPECT_EQ(server.log().count("ioctl"), 0u);
+    EXPECT_EQ(server.GetLog().Count("ioctl"), 0u);
 }
 
 TEST_F(Drives, CommandOfGetInfoNeedsNoSmbiosTable) {

@@ -34,7 +34,7 @@ protected:
     ~HostileDisk() override { atTable = nullptr; }
 
     sim::DiskImage& PutDisk(char letter, std::uint64_t sectors = 100) {
-        const sim::IdeDrive drive = sim::makeDisk("Disk", sectors, "1");
+        const sim::IdeDrive drive = sim::MakeDisk("Disk", sectors, "1");
         Put(letter, drive);
         return *drive.image;
     }
@@ -74,33 +74,33 @@ protected:
 };
 
 TEST_F(HostileDisk, DriveOfAnUnknownControllerNumberIsSkipped) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 1});
-    PutDisk('d').setEntry(0, 2, {0x83, 63, 1});
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
+    PutDisk('d').SetEntry(0, 2, {0x83, 63, 1});
     Find(0, "Primary Master");
     Find(1, "Secondary Master");
     Find(2, "Secondry Slave");
     Read();
     EXPECT_THAT(Descriptions(), ElementsAre("/dev/hda1", "/dev/hdd2"));
-    EXPECT_EQ(server.log().count("open"), 2u);
+    EXPECT_EQ(server.GetLog().Count("open"), 2u);
 }
 
 TEST_F(HostileDisk, OfMoreDrivesThanTheInventoryHoldsTheFirstAreRead) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 1});
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     for (int i = 0; i < 24; ++i) Find(i, "Primary Master");
     drivesFound.quantityIDE = 25;
     Read();
     EXPECT_EQ(box.info.quantity, 24);
-    EXPECT_EQ(server.log().count("open"), 24u);
+    EXPECT_EQ(server.GetLog().Count("open"), 24u);
     EXPECT_TRUE(UntouchedFrom(24));
 }
 
 TEST_F(HostileDisk, LessThanNoDrivesAreNone) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 1});
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     Find(0, "Primary Master");
     drivesFound.quantityIDE = -1;
     Read();
     EXPECT_THAT(Descriptions(), IsEmpty());
-    EXPECT_THAT(server.log().lines(), IsEmpty());
+    EXPECT_THAT(server.GetLog().Lines(), IsEmpty());
     EXPECT_TRUE(UntouchedFrom(0));
 }
 
@@ -137,7 +137,7 @@ protected:
         std::size_t at = kTable;
         for (const sim::Bytes& entry : entries)
             for (const std::uint8_t byte : entry) bytes[at++] = byte;
-        disk.write(sector, bytes);
+        disk.Write(sector, bytes);
     }
 
     // Reads the disk with each value in this byte of a sector, and checks the record.
@@ -145,13 +145,13 @@ protected:
         sim::Bytes bytes = sectors.at(static_cast<std::size_t>(sector));
         for (unsigned value = 0; value < 0x100; ++value) {
             bytes[at] = static_cast<std::uint8_t>(value);
-            disk.write(sector, bytes);
+            disk.Write(sector, bytes);
             visited = 0;
             Read();
             ASSERT_NO_FATAL_FAILURE(CheckRecord()) << at << " " << value;
-            server.log().clear();
+            server.GetLog().Clear();
         }
-        disk.write(sector, sectors.at(static_cast<std::size_t>(sector)));
+        disk.Write(sector, sectors.at(static_cast<std::size_t>(sector)));
     }
 
     void CheckRecord() {

@@ -36,7 +36,7 @@ struct HostileFile {
 
 class HostileFiles : public StorageTest, public ::testing::WithParamInterface<HostileFile> {
 protected:
-    HostileFiles() : drive(sim::makeDisk("Model", 1000, "1")) {
+    HostileFiles() : drive(sim::MakeDisk("Model", 1000, "1")) {
         drive.image.reset();
         std::memset(&marked, kMark, sizeof marked);
         for (char* field : {marked.info.driveArray[0].type, marked.info.driveArray[0].size,
@@ -52,7 +52,7 @@ protected:
         Put('a', drive);
         std::memcpy(&box, &marked, kBehindFirstEntry);
         GetStorageInfo(&box.info);
-        server.log().clear();
+        server.GetLog().Clear();
         ASSERT_NO_FATAL_FAILURE(CheckRecord(content));
     }
 

@@ -28,7 +28,7 @@ class Partitions : public StorageTest {
 protected:
     // A new disk for the slot, empty but for what the caller writes.
     sim::DiskImage& PutDisk(char letter, std::uint64_t sectors = kDiskSectors) {
-        const sim::IdeDrive drive = sim::makeDisk("Disk", sectors, "1");
+        const sim::IdeDrive drive = sim::MakeDisk("Disk", sectors, "1");
         Put(letter, drive);
         return *drive.image;
     }
@@ -37,8 +37,8 @@ protected:
     // record follows.
     static void WriteRecord(sim::DiskImage& disk, std::uint32_t cylinder, std::uint8_t type,
                             std::uint32_t sectors, std::uint8_t linkType = 0) {
-        disk.setEntry(std::uint64_t{cylinder} * kCylinder, 1, {type, 63, sectors});
-        disk.setEntry(std::uint64_t{cylinder} * kCylinder, 2, {linkType, 0, 0});
+        disk.SetEntry(std::uint64_t{cylinder} * kCylinder, 1, {type, 63, sectors});
+        disk.SetEntry(std::uint64_t{cylinder} * kCylinder, 2, {linkType, 0, 0});
     }
 
     const PartitionInformation& Read() {
@@ -63,7 +63,7 @@ protected:
     // partition that leaves the next record on the next cylinder.
     std::vector<std::string> EntriesOfChain(const std::vector<std::uint8_t>& types) {
         sim::DiskImage& disk = PutDisk('a');
-        disk.setEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
+        disk.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
         for (std::size_t i = 0; i < types.size(); ++i)
             WriteRecord(disk, static_cast<std::uint32_t>(i + 1), types[i],
                         static_cast<std::uint32_t>(i + 1), i + 1 < types.size() ? 0x05 : 0);
@@ -75,9 +75,9 @@ protected:
 
 TEST_F(Partitions, PrimaryAndLogicalPartitionsAreNumberedAsTheKernelNumbersThem) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x83, 63, 208782});
-    disk.setEntry(0, 2, {0x82, 208845, 2088450});
-    disk.setEntry(0, 3, {0x0F, 143 * kCylinder, 4000 * kCylinder});
+    disk.SetEntry(0, 1, {0x83, 63, 208782});
+    disk.SetEntry(0, 2, {0x82, 208845, 2088450});
+    disk.SetEntry(0, 3, {0x0F, 143 * kCylinder, 4000 * kCylinder});
     WriteRecord(disk, 143, 0x83, 1856 * kCylinder + 16002, 0x05);
     WriteRecord(disk, 2000, 0x83, 20971520);
     EXPECT_THAT(Entries(),
@@ -86,19 +86,19 @@ TEST_F(Partitions, PrimaryAndLogicalPartitionsAreNumberedAsTheKernelNumbersThem)
 }
 
 TEST_F(Partitions, LinuxPartitionOfTenGibibytesReportsItsSizeInBytes) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 20971520});
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 20971520});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 10737418240"));
 }
 
 TEST_F(Partitions, EntryIsWrittenAndNothingElse) {
-    PutDisk('a').setEntry(0, 3, {0x83, 63, 20971520});
+    PutDisk('a').SetEntry(0, 3, {0x83, 63, 20971520});
     RecordImage expected(sizeof(PartitionInformation));
-    expected.number(0, 1);
-    expected.text(EntryAt(0) + kDescription, "/dev/hda3");
-    expected.text(EntryAt(0) + kSize, "10737418240");
-    expected.text(EntryAt(0) + kFileSystem, "Linux");
+    expected.Number(0, 1);
+    expected.Text(EntryAt(0) + kDescription, "/dev/hda3");
+    expected.Text(EntryAt(0) + kSize, "10737418240");
+    expected.Text(EntryAt(0) + kFileSystem, "Linux");
     RecordImage actual(sizeof(PartitionInformation));
-    GetAllPartitionInfo(static_cast<PartitionInformation*>(actual.data()));
+    GetAllPartitionInfo(static_cast<PartitionInformation*>(actual.Data()));
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
@@ -107,7 +107,7 @@ TEST_F(Partitions, OfTwoHundredFiftySixPrimaryTypesFourAreListed) {
     const std::map<int, std::string> listed = {
         {0x07, "HPFS/NTFS"}, {0x0B, "Win95 FAT32"}, {0x82, "Linux swap"}, {0x83, "Linux"}};
     for (int type = 0; type < 0x100; ++type) {
-        disk.setEntry(0, 2, {static_cast<std::uint8_t>(type), 63, 1});
+        disk.SetEntry(0, 2, {static_cast<std::uint8_t>(type), 63, 1});
         const auto row = listed.find(type);
         if (row == listed.end())
             EXPECT_THAT(Entries(), IsEmpty()) << type;
@@ -126,7 +126,7 @@ TEST_F(Partitions, OfTwoHundredFiftySixLogicalTypesEightAreListed) {
                                                {0x82, "Linux swap"},
                                                {0x83, "Linux"}};
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x0F, kCylinder, kCylinder});
+    disk.SetEntry(0, 1, {0x0F, kCylinder, kCylinder});
     for (int type = 0; type < 0x100; ++type) {
         WriteRecord(disk, 1, static_cast<std::uint8_t>(type), 1);
         const auto row = listed.find(type);
@@ -139,8 +139,8 @@ TEST_F(Partitions, OfTwoHundredFiftySixLogicalTypesEightAreListed) {
 
 TEST_F(Partitions, Fat16IsListedInsideTheExtendedPartitionOnly) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x06, 63, 16002});
-    disk.setEntry(0, 2, {0x0F, kCylinder, 2 * kCylinder});
+    disk.SetEntry(0, 1, {0x06, 63, 16002});
+    disk.SetEntry(0, 2, {0x0F, kCylinder, 2 * kCylinder});
     WriteRecord(disk, 1, 0x06, 16002);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda5 FAT 16 8193024"));
 }
@@ -153,28 +153,28 @@ TEST_F(Partitions, ExtendedPartitionOfAnotherTypeListsNothingOfItsContents) {
     sim::DiskImage& disk = PutDisk('a');
     WriteRecord(disk, 1, 0x83, 16002);
     for (const int type : {0x05, 0x85}) {
-        disk.setEntry(0, 1, {static_cast<std::uint8_t>(type), kCylinder, 2 * kCylinder});
+        disk.SetEntry(0, 1, {static_cast<std::uint8_t>(type), kCylinder, 2 * kCylinder});
         EXPECT_THAT(Entries(), IsEmpty()) << type;
     }
 }
 
 TEST_F(Partitions, BootSignatureIsNotLookedAt) {
     // No image of these tests has one.
-    PutDisk('a').setEntry(0, 4, {0x83, 63, 2});
+    PutDisk('a').SetEntry(0, 4, {0x83, 63, 2});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda4 Linux 1024"));
 }
 
 TEST_F(Partitions, DisksFollowEachOtherUnderTheirOwnNames) {
     for (const char letter : {'d', 'c', 'b', 'a'})
-        PutDisk(letter).setEntry(0, 1, {0x83, 63, static_cast<std::uint32_t>(letter - 'a' + 1)});
+        PutDisk(letter).SetEntry(0, 1, {0x83, 63, static_cast<std::uint32_t>(letter - 'a' + 1)});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 512", "/dev/hdb1 Linux 1024",
                                        "/dev/hdc1 Linux 1536", "/dev/hdd1 Linux 2048"));
 }
 
 TEST_F(Partitions, OpticalDrivesAreNotOpenedForPartitions) {
-    sim::IdeDrive drive = sim::makeDisk("Optical", 1000, "1");
+    sim::IdeDrive drive = sim::MakeDisk("Optical", 1000, "1");
     drive.files["media"] = "cdrom\n";
-    drive.image->setEntry(0, 1, {0x83, 63, 1});
+    drive.image->SetEntry(0, 1, {0x83, 63, 1});
     Put('a', drive);
     EXPECT_THAT(Entries(), IsEmpty());
 }
@@ -190,34 +190,34 @@ TEST_F(Partitions, UnlistedLogicalOverwritesTheSizeOfTheEntryBefore) {
 
 TEST_F(Partitions, UnlistedLogicalOverwritesTheSizeOfAPrimaryToo) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x83, 63, 100});
-    disk.setEntry(0, 2, {0x0F, kCylinder, 2 * kCylinder});
+    disk.SetEntry(0, 1, {0x83, 63, 100});
+    disk.SetEntry(0, 2, {0x0F, kCylinder, 2 * kCylinder});
     WriteRecord(disk, 1, 0x07, 7);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 3584"));
 }
 
 TEST_F(Partitions, UnlistedLogicalOverwritesTheSizeOnTheDiskBeforeToo) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 100});
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 100});
     sim::DiskImage& second = PutDisk('b');
-    second.setEntry(0, 1, {0x0F, kCylinder, 2 * kCylinder});
+    second.SetEntry(0, 1, {0x0F, kCylinder, 2 * kCylinder});
     WriteRecord(second, 1, 0x07, 7);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 3584"));
 }
 
 TEST_F(Partitions, UnlistedLogicalBeforeTheFirstEntryWritesNothing) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x0F, kCylinder, 2 * kCylinder});
+    disk.SetEntry(0, 1, {0x0F, kCylinder, 2 * kCylinder});
     WriteRecord(disk, 1, 0x07, 7);
     RecordImage expected(sizeof(PartitionInformation));
-    expected.number(0, 0);
+    expected.Number(0, 0);
     RecordImage actual(sizeof(PartitionInformation));
-    GetAllPartitionInfo(static_cast<PartitionInformation*>(actual.data()));
+    GetAllPartitionInfo(static_cast<PartitionInformation*>(actual.Data()));
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
 TEST_F(Partitions, NextRecordIsTakenToLieOnTheCylinderBehindThePartition) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x0F, 10 * kCylinder + 5, 1000 * kCylinder});  // rounded down to 10
+    disk.SetEntry(0, 1, {0x0F, 10 * kCylinder + 5, 1000 * kCylinder});  // rounded down to 10
     WriteRecord(disk, 10, 0x83, kCylinder - 1, 0x05);                   // next on 10 + 0 + 1
     WriteRecord(disk, 11, 0x83, kCylinder, 0x05);                       // next on 11 + 1 + 1
     WriteRecord(disk, 13, 0x83, 2 * kCylinder + 16064, 0x05);           // next on 13 + 2 + 1
@@ -228,7 +228,7 @@ TEST_F(Partitions, NextRecordIsTakenToLieOnTheCylinderBehindThePartition) {
 
 TEST_F(Partitions, OfEachRecordOfTheChainTheFirstTwoEntriesAreRead) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x0F, 10 * kCylinder, 1000 * kCylinder});
+    disk.SetEntry(0, 1, {0x0F, 10 * kCylinder, 1000 * kCylinder});
     WriteRecord(disk, 10, 0x83, kCylinder, 0x05);
     WriteRecord(disk, 12, 0x82, 3 * kCylinder, 0x05);
     WriteRecord(disk, 16, 0x07, 1);
@@ -242,7 +242,7 @@ TEST_F(Partitions, OfEachRecordOfTheChainTheFirstTwoEntriesAreRead) {
             expected.push_back(line.str());
         }
     std::vector<std::string> reads;  // behind the boot record
-    for (const std::string& line : server.log().lines())
+    for (const std::string& line : server.GetLog().Lines())
         if (line.starts_with("read /dev/hda ") && !line.starts_with("read /dev/hda 0x1"))
             reads.push_back(line);
     EXPECT_EQ(reads, expected);
@@ -250,9 +250,9 @@ TEST_F(Partitions, OfEachRecordOfTheChainTheFirstTwoEntriesAreRead) {
 
 TEST_F(Partitions, WhereTheLinkPointsIsNotLookedAt) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
-    disk.setEntry(1 * kCylinder, 1, {0x83, 63, 1});
-    disk.setEntry(1 * kCylinder, 2, {0x05, 500 * kCylinder, 1});
+    disk.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
+    disk.SetEntry(1 * kCylinder, 1, {0x83, 63, 1});
+    disk.SetEntry(1 * kCylinder, 2, {0x05, 500 * kCylinder, 1});
     WriteRecord(disk, 2, 0x82, 2);
     WriteRecord(disk, 501, 0x0B, 3);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda5 Linux 512", "/dev/hda6 Linux swap 1024"));
@@ -261,7 +261,7 @@ TEST_F(Partitions, WhereTheLinkPointsIsNotLookedAt) {
 TEST_F(Partitions, AnyLinkTypeButZeroContinuesTheChain) {
     for (const int link : {0x01, 0x05, 0x0F, 0x83, 0xFF}) {
         sim::DiskImage& disk = PutDisk('a');
-        disk.setEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
+        disk.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
         WriteRecord(disk, 1, 0x83, 1, static_cast<std::uint8_t>(link));
         WriteRecord(disk, 2, 0x83, 2);
         EXPECT_EQ(Entries().size(), 2u) << link;
@@ -270,9 +270,9 @@ TEST_F(Partitions, AnyLinkTypeButZeroContinuesTheChain) {
 
 TEST_F(Partitions, SeveralExtendedPartitionsAreEachNumberedFromFive) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x0F, 1 * kCylinder, kCylinder});
-    disk.setEntry(0, 2, {0x83, 63, 1});
-    disk.setEntry(0, 3, {0x0F, 2 * kCylinder, kCylinder});
+    disk.SetEntry(0, 1, {0x0F, 1 * kCylinder, kCylinder});
+    disk.SetEntry(0, 2, {0x83, 63, 1});
+    disk.SetEntry(0, 3, {0x0F, 2 * kCylinder, kCylinder});
     WriteRecord(disk, 1, 0x82, 2);
     WriteRecord(disk, 2, 0x0B, 3);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda5 Linux swap 1024", "/dev/hda2 Linux 512",
@@ -281,14 +281,14 @@ TEST_F(Partitions, SeveralExtendedPartitionsAreEachNumberedFromFive) {
 
 TEST_F(Partitions, ExtendedPartitionOnTheFirstCylinderReadsTheBootRecordItself) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x83, 63, 5});
-    disk.setEntry(0, 3, {0x0F, kCylinder - 1, kCylinder});
+    disk.SetEntry(0, 1, {0x83, 63, 5});
+    disk.SetEntry(0, 3, {0x0F, kCylinder - 1, kCylinder});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 2560", "/dev/hda5 Linux 2560"));
 }
 
 TEST_F(Partitions, RecordsAboveFourGibibytesAreReached) {
     sim::DiskImage& disk = PutDisk('a', 4278189825u);
-    disk.setEntry(0, 1, {0x0F, 200000 * kCylinder, 1000 * kCylinder});
+    disk.SetEntry(0, 1, {0x0F, 200000 * kCylinder, 1000 * kCylinder});
     WriteRecord(disk, 200000, 0x83, 63, 0x05);
     WriteRecord(disk, 200001, 0x82, 64);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda5 Linux 32256", "/dev/hda6 Linux swap 32768"));
@@ -302,16 +302,16 @@ TEST_F(Partitions, TwentySixEntriesAreFilled) {
 
 TEST_F(Partitions, TwentySeventhEntryEndsItsChainAndTheSizeBeforeStays) {
     sim::DiskImage& second = PutDisk('b');
-    second.setEntry(0, 1, {0x83, 63, 1});
+    second.SetEntry(0, 1, {0x83, 63, 1});
     const std::vector<std::string> entries = EntriesOfChain(std::vector<std::uint8_t>(27, 0x83));
     ASSERT_EQ(entries.size(), 26u);
     EXPECT_EQ(entries.back(), "/dev/hda30 Linux 13312");
-    EXPECT_THAT(server.log().lines(), Contains("close /dev/hdb -> 0"));
+    EXPECT_THAT(server.GetLog().Lines(), Contains("close /dev/hdb -> 0"));
 }
 
 TEST_F(Partitions, DiskBehindAFullRecordIsStillReadAndOverwritesTheLastSize) {
     sim::DiskImage& second = PutDisk('b');
-    second.setEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
+    second.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
     WriteRecord(second, 1, 0x07, 2);
     const std::vector<std::string> entries = EntriesOfChain(std::vector<std::uint8_t>(26, 0x83));
     ASSERT_EQ(entries.size(), 26u);
@@ -320,13 +320,13 @@ TEST_F(Partitions, DiskBehindAFullRecordIsStillReadAndOverwritesTheLastSize) {
 
 TEST_F(Partitions, NothingIsWrittenBehindAFullRecord) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
+    disk.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
     for (std::uint32_t i = 1; i <= 40; ++i) WriteRecord(disk, i, 0x83, 1, 0x05);
-    for (unsigned entry = 2; entry <= 4; ++entry) disk.setEntry(0, entry, {0x83, 63, 9});
+    for (unsigned entry = 2; entry <= 4; ++entry) disk.SetEntry(0, entry, {0x83, 63, 9});
     RecordImage actual(sizeof(PartitionInformation));
-    GetAllPartitionInfo(static_cast<PartitionInformation*>(actual.data()));
-    EXPECT_EQ(actual.numberAt(0), 26);
-    const auto* bytes = static_cast<const std::uint8_t*>(actual.data());
+    GetAllPartitionInfo(static_cast<PartitionInformation*>(actual.Data()));
+    EXPECT_EQ(actual.NumberAt(0), 26);
+    const auto* bytes = static_cast<const std::uint8_t*>(actual.Data());
     for (std::size_t i = 0; i < RecordImage::kGuard; ++i)
         EXPECT_EQ(bytes[sizeof(PartitionInformation) + i], RecordImage::kMark) << i;
 }
@@ -338,7 +338,7 @@ TEST_F(Partitions, UnlistedTypesDoNotEndAChain) {
 }
 
 TEST_F(Partitions, SizeOfATerabyteAndMoreHasAFirstCharacterBeyondTheDigits) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 0xFFFFFFFF});
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 0xFFFFFFFF});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux E99023255040"));
 }
 
@@ -348,37 +348,37 @@ TEST_F(Partitions, BlankDiskListsNothing) {
 }
 
 TEST_F(Partitions, DiskThatCannotBeOpenedListsNothingAndTheNextIsRead) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 1});
-    PutDisk('b').setEntry(0, 1, {0x83, 63, 2});
-    server.refuse("/dev/hda", EACCES);
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
+    PutDisk('b').SetEntry(0, 1, {0x83, 63, 2});
+    server.Refuse("/dev/hda", EACCES);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hdb1 Linux 1024"));
 }
 
 TEST_F(Partitions, UnreadableEntryIsAnEmptyOne) {
     sim::DiskImage& disk = PutDisk('a');
-    disk.setEntry(0, 1, {0x83, 63, 1});
-    disk.setEntry(0, 2, {0x83, 63, 2});
+    disk.SetEntry(0, 1, {0x83, 63, 1});
+    disk.SetEntry(0, 2, {0x83, 63, 2});
     constexpr int kReadsOfTheDrive = 3;  // media, model, capacity
-    server.fail("read", kReadsOfTheDrive + 1);
+    server.Fail("read", kReadsOfTheDrive + 1);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda2 Linux 1024"));
 }
 
 TEST_F(Partitions, BytesOfAnEntryThatDoNotComeAreZero) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 0x01010101});
-    server.shortRead(4, 13);  // all but the upper three bytes of the size
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 0x01010101});
+    server.ShortRead(4, 13);  // all but the upper three bytes of the size
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 512"));
 }
 
 TEST_F(Partitions, ExtendedPartitionBeyondTheDiskListsNothing) {
-    PutDisk('a', 1000).setEntry(0, 1, {0x0F, 50 * kCylinder, 10 * kCylinder});
+    PutDisk('a', 1000).SetEntry(0, 1, {0x0F, 50 * kCylinder, 10 * kCylinder});
     EXPECT_THAT(Entries(), IsEmpty());
 }
 
 TEST_F(Partitions, PrimaryEntriesAreReadByTheirOffsetsAndTheDiskIsLeftAtItsStart) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 1});
-    server.log().clear();
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
+    server.GetLog().Clear();
     Read();
-    std::vector<std::string> lines = server.log().lines();
+    std::vector<std::string> lines = server.GetLog().Lines();
     const auto second = std::find(lines.begin(), lines.end(), "close /dev/hda -> 0") + 1;
     lines.erase(lines.begin(), std::find(second, lines.end(), "open /dev/hda O_RDONLY -> ok"));
     EXPECT_THAT(lines, ElementsAre("open /dev/hda O_RDONLY -> ok", "lseek /dev/hda 0x1BE -> 0x1BE",
@@ -398,7 +398,7 @@ TEST_F(Partitions, ServerWithoutIdeDevicesHasNone) {
 }
 
 TEST_F(Partitions, CommandOfGetInfoNeedsNoSmbiosTable) {
-    PutDisk('a').setEntry(0, 1, {0x83, 63, 1});
+    PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     EXPECT_EQ(GetInfo(TALVANE_PARTITIONS, &record), 0);
     EXPECT_EQ(record.quantity, 1);
     EXPECT_EQ(GetInfo(0x400000, &record), 0);

@@ -18,7 +18,7 @@
 class StorageTest : public ::testing::Test {
 protected:
     void Put(char letter, const sim::IdeDrive& drive) {
-        sim::installDrive(server.machine(), letter, drive);
+        sim::InstallDrive(server.GetMachine(), letter, drive);
     }
 
     sim::SimulatedServer server;

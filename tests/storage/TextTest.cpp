@@ -15,7 +15,7 @@ namespace {
 
 // Everything that lltostr writes, terminator included.
 std::string Written(unsigned long long value) {
-    return AskWith(Buffer::marked, [&](char* out) { return lltostr(out, value), 0; }).written;
+    return AskWith(Buffer::kMarked, [&](char* out) { return lltostr(out, value), 0; }).written;
 }
 
 std::string Text(unsigned long long value) {

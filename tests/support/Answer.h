@@ -50,15 +50,15 @@ inline Answer NothingWritten() {
 }
 
 // What the buffer handed to a getter holds before.
-enum class Buffer { marked, zeroed, emptyText };
+enum class Buffer { kMarked, kZeroed, kEmptyText };
 
 constexpr char kMark = static_cast<char>(0xA5);
 
 template <class Getter>
 Answer AskWith(Buffer before, Getter getter) {
     std::array<char, 512> buffer;
-    buffer.fill(before == Buffer::zeroed ? '\0' : kMark);
-    if (before == Buffer::emptyText) buffer[0] = '\0';
+    buffer.fill(before == Buffer::kZeroed ? '\0' : kMark);
+    if (before == Buffer::kEmptyText) buffer[0] = '\0';
     const std::array<char, 512> untouched = buffer;
 
     const int result = getter(buffer.data());

@@ -11,7 +11,7 @@ struct CodeTexts {
     std::map<int, std::string> known;
     std::string fallback;
 
-    const std::string& of(int code) const {
+    const std::string& Of(int code) const {
         const auto row = known.find(code);
         return row == known.end() ? fallback : row->second;
     }

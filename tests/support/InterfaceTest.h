@@ -21,7 +21,7 @@ protected:
     void TearDown() override { release(); }
 
     void Place(const sim::SmbiosPlacement& placement = {}) {
-        server.memory().placeSmbios(table.bytes(), placement);
+        server.GetMemory().PlaceSmbios(table.Image(), placement);
     }
 
     void PlaceVersion(int major, int minor) {
@@ -32,7 +32,7 @@ protected:
     }
 
     static int Get(unsigned long command, RecordImage& record) {
-        return GetInfo(command, record.data());
+        return GetInfo(command, record.Data());
     }
 
     // The command succeeds and leaves a marked record in the expected state.

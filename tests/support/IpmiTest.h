@@ -24,29 +24,29 @@ protected:
 
     // A sensor with one degree, 0.02 volts or 50 turns a minute per step.
     static sim::SdrRecord Temperature(const std::string& name, std::uint8_t number) {
-        return sim::SdrRecord(name, number).kind(kTemperature).unit(1);
+        return sim::SdrRecord(name, number).Kind(kTemperature).Unit(1);
     }
     static sim::SdrRecord Voltage(const std::string& name, std::uint8_t number) {
-        return sim::SdrRecord(name, number).kind(kVoltage).unit(4).factors(2, 0, 0, -2);
+        return sim::SdrRecord(name, number).Kind(kVoltage).Unit(4).Factors(2, 0, 0, -2);
     }
     static sim::SdrRecord Fan(const std::string& name, std::uint8_t number) {
-        return sim::SdrRecord(name, number).kind(kFan).unit(18).factors(50, 0, 0, 0);
+        return sim::SdrRecord(name, number).Kind(kFan).Unit(18).Factors(50, 0, 0, 0);
     }
 
     // A sensor in the repository, with its reading.
     void Add(const sim::SdrRecord& record, std::uint8_t reading) {
-        bmc.add(record);
-        bmc.setReading(record.bytes()[7], reading);
+        bmc.Add(record);
+        bmc.SetReading(record.Image()[7], reading);
     }
 
     // Two temperatures of the processor and a fan; thresholds are those of the entry's index.
     void AddThree() {
-        Add(Temperature("T1", 0x10).entity(3).thresholdMasks(0x3F, 0x3F), 40);
-        Add(Temperature("T2", 0x11).entity(3).thresholdMasks(0x3F, 0x38), 40);
-        Add(Fan("F1", 0x30).entity(29).thresholdMasks(0x3F, 0x00), 70);
-        bmc.setThresholds(0, {0x3F, {30, 20, 10, 100, 110, 120}});
-        bmc.setThresholds(1, {0x3F, {31, 21, 11, 101, 111, 121}});
-        bmc.setThresholds(2, {0x3F, {3, 2, 1, 100, 110, 120}});
+        Add(Temperature("T1", 0x10).Entity(3).ThresholdMasks(0x3F, 0x3F), 40);
+        Add(Temperature("T2", 0x11).Entity(3).ThresholdMasks(0x3F, 0x38), 40);
+        Add(Fan("F1", 0x30).Entity(29).ThresholdMasks(0x3F, 0x00), 70);
+        bmc.SetThresholds(0, {0x3F, {30, 20, 10, 100, 110, 120}});
+        bmc.SetThresholds(1, {0x3F, {31, 21, 11, 101, 111, 121}});
+        bmc.SetThresholds(2, {0x3F, {3, 2, 1, 100, 110, 120}});
     }
 
     // The object that finds the controller; made on first use.
@@ -63,11 +63,11 @@ protected:
     }
 
     Answer Ask(int (Sensor::*getter)(int, char*), int i) {
-        return AskWith(Buffer::marked, [&](char* b) { return (Sensors().*getter)(i, b); });
+        return AskWith(Buffer::kMarked, [&](char* b) { return (Sensors().*getter)(i, b); });
     }
 
     sim::SimulatedServer server;
-    sim::Bmc& bmc = server.bmc();
+    sim::Bmc& bmc = server.GetBmc();
     std::unique_ptr<IPMIsupport> support;
 };
 

@@ -23,23 +23,23 @@ public:
     }
 
     // The record to pass to a call.
-    void* data() { return bytes_.data(); }
+    void* Data() { return bytes_.data(); }
 
-    RecordImage& number(std::size_t offset, std::int32_t value) {
+    RecordImage& Number(std::size_t offset, std::int32_t value) {
         std::memcpy(&bytes_.at(offset), &value, sizeof value);
         return *this;
     }
-    RecordImage& copied(std::size_t offset, std::string_view text) {
+    RecordImage& Copied(std::size_t offset, std::string_view text) {
         for (const char c : text) bytes_.at(offset++) = static_cast<std::uint8_t>(c);
         return *this;
     }
-    RecordImage& text(std::size_t offset, std::string_view terminated) {
-        copied(offset, terminated);
+    RecordImage& Text(std::size_t offset, std::string_view terminated) {
+        Copied(offset, terminated);
         bytes_.at(offset + terminated.size()) = 0;
         return *this;
     }
 
-    std::int32_t numberAt(std::size_t offset) const {
+    std::int32_t NumberAt(std::size_t offset) const {
         std::int32_t value = 0;
         std::memcpy(&value, &bytes_.at(offset), sizeof value);
         return value;

@@ -23,7 +23,7 @@ protected:
 
     // Places the table and has a new reader find it.
     SmBios& Open(const sim::SmbiosPlacement& placement = {}) {
-        server.memory().placeSmbios(table.bytes(), placement);
+        server.GetMemory().PlaceSmbios(table.Image(), placement);
         return Read();
     }
 
@@ -36,7 +36,7 @@ protected:
 
     SmBios& OpenDmi() {
         sim::SmbiosPlacement placement;
-        placement.anchor = sim::SmbiosPlacement::Anchor::dmi;
+        placement.anchor = sim::SmbiosPlacement::Anchor::kDmi;
         return Open(placement);
     }
 
@@ -57,30 +57,31 @@ protected:
 
     // Getters by the shape of their arguments.
     Answer Ask(int (SmBios::*getter)(char*, unsigned), unsigned size) {
-        return AskWith(Buffer::marked, [&](char* b) { return (*reader.*getter)(b, size); });
+        return AskWith(Buffer::kMarked, [&](char* b) { return (*reader.*getter)(b, size); });
     }
-    Answer Ask(int (SmBios::*getter)(int, char*), int index, Buffer before = Buffer::marked) {
+    Answer Ask(int (SmBios::*getter)(int, char*), int index, Buffer before = Buffer::kMarked) {
         return AskWith(before, [&](char* b) { return (*reader.*getter)(index, b); });
     }
     Answer Ask(int (SmBios::*getter)(int, char*, unsigned), int index, unsigned size,
-               Buffer before = Buffer::marked) {
+               Buffer before = Buffer::kMarked) {
         return AskWith(before, [&](char* b) { return (*reader.*getter)(index, b, size); });
     }
     Answer AskNth(int (SmBios::*getter)(int, int, char*), int first, int second) {
-        return AskWith(Buffer::marked,
+        return AskWith(Buffer::kMarked,
                        [&](char* b) { return (*reader.*getter)(first, second, b); });
     }
     Answer AskNth(int (SmBios::*getter)(int, int, char*, unsigned), int first, int second,
                   unsigned size) {
-        return AskWith(Buffer::marked,
+        return AskWith(Buffer::kMarked,
                        [&](char* b) { return (*reader.*getter)(first, second, b, size); });
     }
     Answer AskHandle(int (SmBios::*getter)(unsigned, char*), unsigned handle) {
-        return AskWith(Buffer::marked, [&](char* b) { return (*reader.*getter)(handle, b); });
+        return AskWith(Buffer::kMarked, [&](char* b) { return (*reader.*getter)(handle, b); });
     }
     Answer AskHandle(int (SmBios::*getter)(unsigned, char*, unsigned), unsigned handle,
                      unsigned size) {
-        return AskWith(Buffer::marked, [&](char* b) { return (*reader.*getter)(handle, b, size); });
+        return AskWith(Buffer::kMarked,
+                       [&](char* b) { return (*reader.*getter)(handle, b, size); });
     }
 
     sim::SimulatedServer server;

@@ -17,7 +17,7 @@
 namespace tool {
 namespace {
 
-constexpr std::nullopt_t none = std::nullopt;
+constexpr std::nullopt_t kNone = std::nullopt;
 
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -25,11 +25,11 @@ using testing::SizeIs;
 class BmcRecord : public IpmiTest {};
 
 TEST_F(BmcRecord, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
-    Add(Temperature("T1", 0x10).entity(3), 40);
-    Add(Temperature("T2", 0x11).entity(3), 96);
-    bmc.setThresholds(0x10, {0x38, {0, 0, 0, 80, 90, 100}});
-    bmc.setThresholds(0x11, {0x38, {0, 0, 0, 85, 95, 105}});
-    bmc.setThresholds(0, {0x3F, {0, 0, 0, 1, 2, 3}});
+    Add(Temperature("T1", 0x10).Entity(3), 40);
+    Add(Temperature("T2", 0x11).Entity(3), 96);
+    bmc.SetThresholds(0x10, {0x38, {0, 0, 0, 80, 90, 100}});
+    bmc.SetThresholds(0x11, {0x38, {0, 0, 0, 85, 95, 105}});
+    bmc.SetThresholds(0, {0x3F, {0, 0, 0, 1, 2, 3}});
     const auto sensors = ReadSensors();
     ASSERT_TRUE(sensors.has_value());
     ASSERT_THAT(sensors->temperatures.listed, SizeIs(2));
@@ -37,17 +37,17 @@ TEST_F(BmcRecord, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
     EXPECT_EQ(second.name, "T2");
     EXPECT_EQ(second.number, 0x11);
     EXPECT_EQ(second.reading, "96.00degree C");
-    EXPECT_EQ(second.limits, (Limits{none, none, none, 85.0, 95.0, 105.0}));
+    EXPECT_EQ(second.limits, (Limits{kNone, kNone, kNone, 85.0, 95.0, 105.0}));
     EXPECT_EQ(second.recordLimits, (Limits{0.0, 0.0, 0.0, 1.0, 2.0, 3.0}))
         << "the record has those of the first";
     EXPECT_EQ(LimitState(second), "upper critical");
 }
 
 TEST_F(BmcRecord, SensorsCanBeReadAgain) {
-    Add(Temperature("T1", 0x10).entity(3), 40);
+    Add(Temperature("T1", 0x10).Entity(3), 40);
     ASSERT_TRUE(ReadSensors().has_value());
-    bmc.setReading(0x10, 41);
-    bmc.setThresholds(0x10, {0x08, {0, 0, 0, 50, 0, 0}});
+    bmc.SetReading(0x10, 41);
+    bmc.SetThresholds(0x10, {0x08, {0, 0, 0, 50, 0, 0}});
     const auto again = ReadSensors();
     ASSERT_THAT(again->temperatures.listed, SizeIs(1));
     EXPECT_EQ(again->temperatures.quantity, 1);
@@ -57,8 +57,8 @@ TEST_F(BmcRecord, SensorsCanBeReadAgain) {
 
 TEST_F(BmcRecord, SensorsTellSignedFormats) {
     Add(Temperature("Plain", 1), 40);
-    Add(Temperature("Ones", 2).unit1(0x40), 40);
-    Add(Temperature("Twos", 3).unit1(0x80), 40);
+    Add(Temperature("Ones", 2).Unit1(0x40), 40);
+    Add(Temperature("Twos", 3).Unit1(0x80), 40);
     const auto listed = ReadSensors()->temperatures.listed;
     ASSERT_THAT(listed, SizeIs(3));
     EXPECT_FALSE(listed[0].isSigned);
@@ -67,35 +67,35 @@ TEST_F(BmcRecord, SensorsTellSignedFormats) {
 }
 
 TEST_F(BmcRecord, SensorsTellWhetherTheirReadingCounts) {
-    Add(Temperature("T1", 0x10).entity(3), 40);
-    Add(Temperature("T2", 0x11).entity(3), 40);
-    bmc.setUnavailable(0x11);
+    Add(Temperature("T1", 0x10).Entity(3), 40);
+    Add(Temperature("T2", 0x11).Entity(3), 40);
+    bmc.SetUnavailable(0x11);
     const auto before = ReadSensors()->temperatures.listed;
     ASSERT_THAT(before, SizeIs(2));
     EXPECT_FALSE(before[0].isUnavailable);
     EXPECT_TRUE(before[1].isUnavailable);
-    bmc.setReading(0x11, 41);
+    bmc.SetReading(0x11, 41);
     EXPECT_FALSE(ReadSensors()->temperatures.listed[1].isUnavailable);
 }
 
 TEST_F(BmcRecord, AReadingThatWasNotAnsweredDoesNotCount) {
-    Add(Temperature("T1", 0x10).entity(3), 40);
+    Add(Temperature("T1", 0x10).Entity(3), 40);
     ASSERT_TRUE(ReadSensors().has_value());
-    bmc.inject("Get Sensor Reading", sim::BmcFault::Kind::refused, 0xCB);
+    bmc.Inject("Get Sensor Reading", sim::BmcFault::Kind::kRefused, 0xCB);
     EXPECT_TRUE(ReadSensors()->temperatures.listed[0].isUnavailable);
 }
 
 TEST_F(BmcRecord, AReadingOfASensorThatIsNotScannedDoesNotCount) {
-    Add(Temperature("T1", 0x10).entity(3), 40);
-    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
-        if (!request.text().starts_with("Get Sensor Reading")) return std::nullopt;
+    Add(Temperature("T1", 0x10).Entity(3), 40);
+    bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        if (!request.Text().starts_with("Get Sensor Reading")) return std::nullopt;
         return sim::Bytes{40, 0x80, 0xC0, 0};
     });
     EXPECT_TRUE(ReadSensors()->temperatures.listed[0].isUnavailable);
 }
 
 TEST_F(BmcRecord, MoreFansThanTheRecordHoldsAreCounted) {
-    for (int i = 0; i < 20; ++i) Add(Fan("FAN", static_cast<std::uint8_t>(i)).entity(29), 70);
+    for (int i = 0; i < 20; ++i) Add(Fan("FAN", static_cast<std::uint8_t>(i)).Entity(29), 70);
     const auto sensors = ReadSensors();
     EXPECT_EQ(sensors->fans.quantity, 20);
     EXPECT_THAT(sensors->fans.listed, SizeIs(16));
@@ -110,7 +110,7 @@ TEST_F(BmcRecord, AnEmptyRepositoryHasNoSensors) {
 }
 
 TEST_F(BmcRecord, FirmwareHasTwoMinorDigits) {
-    bmc.setFirmware(2, 0x05);
+    bmc.SetFirmware(2, 0x05);
     EXPECT_EQ(ReadBmc()->firmware, "2.05");
 }
 
@@ -134,7 +134,7 @@ TEST_F(BmcRecord, ProductFieldsAreNamedByWhatTheyHold) {
         AddField(product, text);
     sim::Bytes image{1, 0, 0, 0, 1, 0, 0, 0};
     AddArea(image, product);
-    bmc.setInventory(image);
+    bmc.SetInventory(image);
     const auto inventory = ReadBmc();
     EXPECT_EQ(inventory->productManufacturer, "Maker");
     EXPECT_EQ(inventory->productName, "Product");
@@ -161,8 +161,8 @@ TEST(MissingBmc, IsExplainedByAMissingDevice) {
 
 TEST(MissingBmc, IsExplainedByRefusedPorts) {
     sim::SimulatedServer server;
-    (void)server.bmc();
-    server.fail("iopl", 1, EPERM);
+    (void)server.GetBmc();
+    server.Fail("iopl", 1, EPERM);
     EXPECT_EQ(kBmc.whyNotRead(),
               "cannot use the ports of the BMC: Operation not permitted (it takes root with "
               "CAP_SYS_RAWIO and a kernel that allows it)");
@@ -170,7 +170,7 @@ TEST(MissingBmc, IsExplainedByRefusedPorts) {
 
 TEST(MissingBmc, IsExplainedByPortsThatNobodyAnswers) {
     sim::SimulatedServer server;
-    server.machine().giveBmc(false, false);
+    server.GetMachine().GiveBmc(false, false);
     ExpectNothingRead();
     EXPECT_EQ(kBmc.whyNotRead(), "no BMC answers at port 0xCA3 (KCS) or 0xCAA (SMIC)");
 }

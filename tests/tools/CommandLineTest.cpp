@@ -157,7 +157,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST(CommandLine, TakesTheMachineBeforeAndBehindTheCommand) {
     const MachineFolder machine(kPlainMachine);
-    const std::string folder = machine.path().string();
+    const std::string folder = machine.Path().string();
     const std::vector<std::vector<std::string>> lines{{"--machine", folder, "board"},
                                                       {"board", "--machine", folder},
                                                       {"board", "--machine=" + folder}};
@@ -184,7 +184,7 @@ TEST(CommandLine, TakesJsonBeforeAndBehindTheCommand) {
 
 TEST(CommandLine, RefusesAFolderThatIsNoMachine) {
     const TemporaryFolder empty;
-    for (const std::string& folder : {empty.path().string(), empty.path().string() + "/absent"}) {
+    for (const std::string& folder : {empty.Path().string(), empty.Path().string() + "/absent"}) {
         const ToolRun run = RunTool({"report", "--machine", folder});
         EXPECT_EQ(run.status, 2);
         EXPECT_EQ(run.out, "");
@@ -204,9 +204,9 @@ TEST(CommandLine, NamesFileAndLineOfABadMachineDescription) {
 
 TEST(CommandLine, ReportsLostOutput) {
     const MachineFolder machine(kPlainMachine);
-    const std::string errors = machine.path() / "errors";
+    const std::string errors = machine.Path() / "errors";
     const int status = std::system(
-        (TALVANE_TOOL " board --machine " + machine.path().string() + " >/dev/full 2>" + errors)
+        (TALVANE_TOOL " board --machine " + machine.Path().string() + " >/dev/full 2>" + errors)
             .c_str());
     EXPECT_EQ(WEXITSTATUS(status), 2);
     EXPECT_EQ(ReadFile(errors), "talvane: cannot write to standard output\n");

@@ -31,19 +31,19 @@ std::string Recorded(const std::filesystem::path& file, const std::string& actua
 
 class GoldenMachine : public testing::TestWithParam<const char*> {
 protected:
-    std::filesystem::path folder() const {
+    std::filesystem::path Folder() const {
         return std::filesystem::path(TALVANE_GOLDEN) / GetParam();
     }
 
     // Diagnostics are about sources that the machine does not have.
     void ExpectRecordedErrors(const ToolRun& run) const {
-        EXPECT_EQ(run.err, Recorded(folder() / "report.err", run.err));
+        EXPECT_EQ(run.err, Recorded(Folder() / "report.err", run.err));
         EXPECT_EQ(run.status, run.err.empty() ? 0 : 1);
     }
 
     ToolRun Run(std::vector<std::string> arguments) const {
         arguments.push_back("--machine");
-        arguments.push_back(folder());
+        arguments.push_back(Folder());
         return RunTool(arguments);
     }
 };
@@ -51,24 +51,24 @@ protected:
 TEST_P(GoldenMachine, ReportIsAsRecorded) {
     const ToolRun run = Run({"report"});
     ExpectRecordedErrors(run);
-    EXPECT_EQ(run.out, Recorded(folder() / "report.txt", run.out));
+    EXPECT_EQ(run.out, Recorded(Folder() / "report.txt", run.out));
 }
 
 TEST_P(GoldenMachine, ReportInJsonIsAsRecorded) {
     const ToolRun run = Run({"report", "--json"});
     ExpectRecordedErrors(run);
-    EXPECT_EQ(run.out, Recorded(folder() / "report.json", run.out));
+    EXPECT_EQ(run.out, Recorded(Folder() / "report.json", run.out));
 }
 
 TEST_P(GoldenMachine, OutputHasNoTrailingBlanksAndNoControlCharacters) {
-    const std::string text = ReadFile(folder() / "report.txt");
+    const std::string text = ReadFile(Folder() / "report.txt");
     EXPECT_EQ(text.find(" \n"), std::string::npos);
     EXPECT_EQ(text.find("\n\n\n"), std::string::npos);
     const auto isSafe = [](char byte) {
         return byte == '\n' || static_cast<unsigned char>(byte) >= 0x20;
     };
     EXPECT_THAT(text, Each(testing::Truly(isSafe)));
-    EXPECT_THAT(ReadFile(folder() / "report.json"), Each(testing::Truly(isSafe)));
+    EXPECT_THAT(ReadFile(Folder() / "report.json"), Each(testing::Truly(isSafe)));
 }
 
 // All that a machine can have, and nothing of it.
@@ -84,11 +84,11 @@ TEST_P(GoldenCommands, SayOneByOneWhatTheReportSays) {
         json.erase("errors");
         members.update(json);
     }
-    const std::string report = ReadFile(folder() / "report.txt");
+    const std::string report = ReadFile(Folder() / "report.txt");
     EXPECT_EQ(together, report.substr(0, together.size()));
     EXPECT_THAT(report.substr(together.size()),
                 testing::AnyOf(testing::IsEmpty(), testing::StartsWith("\nNot read\n")));
-    nlohmann::json whole = nlohmann::json::parse(ReadFile(folder() / "report.json"));
+    nlohmann::json whole = nlohmann::json::parse(ReadFile(Folder() / "report.json"));
     whole.erase("errors");
     EXPECT_EQ(members, whole);
 }

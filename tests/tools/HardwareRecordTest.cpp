@@ -29,10 +29,11 @@ class HardwareRecord : public testing::Test {
 protected:
     void AddFunctions(unsigned count) {
         for (unsigned i = 0; i < count; ++i)
-            server.pci().set({i / 256, i / 8 % 32, i % 8}, {0x86, 0x80, 0x01, 0x00});
+            server.GetPci().Set({i / 256, i / 8 % 32, i % 8}, {0x86, 0x80, 0x01, 0x00});
     }
     void AddDisk(char letter) {
-        sim::installDrive(server.machine(), letter, sim::makeDisk("EXAMPLE 40", 78165360, "EX1"));
+        sim::InstallDrive(server.GetMachine(), letter,
+                          sim::MakeDisk("EXAMPLE 40", 78165360, "EX1"));
     }
 
     sim::SimulatedServer server;
@@ -50,7 +51,7 @@ TEST_F(HardwareRecord, PciFunctionsAreThoseOfTheBus) {
 TEST_F(HardwareRecord, MorePciFunctionsThanFitAreReportedWithoutWaiting) {
     AddFunctions(65);
     EXPECT_FALSE(ReadPci().has_value());
-    EXPECT_EQ(server.clock().count(), 0);
+    EXPECT_EQ(server.Clock().count(), 0);
     EXPECT_EQ(kPciPorts.whyNotRead(),
               "there are more than 64 PCI functions on buses 0 to 10, which the library does not "
               "list");
@@ -58,9 +59,9 @@ TEST_F(HardwareRecord, MorePciFunctionsThanFitAreReportedWithoutWaiting) {
 
 TEST_F(HardwareRecord, PciFunctionsWithoutPortAccessAreNotRead) {
     AddFunctions(1);
-    server.fail("iopl", 1, EPERM);
+    server.Fail("iopl", 1, EPERM);
     EXPECT_FALSE(ReadPci().has_value());
-    server.fail("iopl", 1, EPERM);
+    server.Fail("iopl", 1, EPERM);
     EXPECT_EQ(kPciPorts.whyNotRead(),
               "cannot use the PCI configuration ports: Operation not permitted (it takes root with "
               "CAP_SYS_RAWIO and a kernel that allows it)");
@@ -79,7 +80,7 @@ TEST_F(HardwareRecord, DrivesAreNoneOnAMachineWithoutIde) {
 }
 
 TEST_F(HardwareRecord, DrivesThatMayNotBeListedAreNotRead) {
-    server.refuse("/proc/ide", EACCES);
+    server.Refuse("/proc/ide", EACCES);
     EXPECT_FALSE(ReadDrives().has_value());
     EXPECT_FALSE(ReadPartitions().has_value());
     EXPECT_EQ(kIdeDrives.whyNotRead(), "cannot open /proc/ide: Permission denied (run as root)");
@@ -100,15 +101,15 @@ TEST_F(HardwareRecord, PartitionsNameTheDiskThatCouldNotBeOpened) {
     AddDisk('a');
     AddDisk('b');
     EXPECT_THAT(ReadPartitions()->notRead, IsEmpty());
-    server.refuse("/dev/hdb", EACCES);
+    server.Refuse("/dev/hdb", EACCES);
     EXPECT_THAT(ReadPartitions()->notRead, ElementsAre(&kDisks));
     EXPECT_EQ(kDisks.whyNotRead(), "cannot open /dev/hdb: Permission denied (run as root)");
 }
 
 TEST_F(HardwareRecord, LoadIsMeasuredOverTheInterval) {
-    server.stat().setRates(0, {.user = 25, .nice = 0, .system = 0, .idle = 75});
-    server.stat().setRates(1, {.user = 0, .nice = 0, .system = 0, .idle = 100});
-    server.freeProgram().setMemory(1000, 999);
+    server.GetStat().SetRates(0, {.user = 25, .nice = 0, .system = 0, .idle = 75});
+    server.GetStat().SetRates(1, {.user = 0, .nice = 0, .system = 0, .idle = 100});
+    server.GetFreeProgram().SetMemory(1000, 999);
     const Load load = ReadLoad({.loadInterval = 4});
     EXPECT_EQ(load.interval, 4);
     EXPECT_EQ(load.processors, (std::vector<int>{25, 0}));
@@ -117,8 +118,8 @@ TEST_F(HardwareRecord, LoadIsMeasuredOverTheInterval) {
 }
 
 TEST_F(HardwareRecord, LoadIsReadFromAFolderThatMayNotBeWritten) {
-    server.stat().setRates(0, {});
-    server.freeProgram().setMemory(100, 50);
+    server.GetStat().SetRates(0, {});
+    server.GetFreeProgram().SetMemory(100, 50);
     struct stat before {};
     ASSERT_EQ(stat(".", &before), 0);
     EXPECT_EQ(ReadLoad({}).memory, 50);
@@ -129,8 +130,8 @@ TEST_F(HardwareRecord, LoadIsReadFromAFolderThatMayNotBeWritten) {
 }
 
 TEST_F(HardwareRecord, LoadOfProcessorsThatStandStillIsNotRead) {
-    server.stat().setRates(0, {.user = 0, .nice = 0, .system = 0, .idle = 0});
-    server.freeProgram().setMemory(100, 50);
+    server.GetStat().SetRates(0, {.user = 0, .nice = 0, .system = 0, .idle = 0});
+    server.GetFreeProgram().SetMemory(100, 50);
     const Load load = ReadLoad({});
     EXPECT_EQ(load.processors, std::nullopt);
     EXPECT_EQ(load.memory, 50);
@@ -140,15 +141,15 @@ TEST_F(HardwareRecord, LoadOfProcessorsThatStandStillIsNotRead) {
 }
 
 TEST_F(HardwareRecord, LoadOfTheMemoryWithoutAShellIsNotRead) {
-    server.fail("system", 1, ENOMEM);
+    server.Fail("system", 1, ENOMEM);
     const Load load = ReadLoad({});
     EXPECT_EQ(load.memory, std::nullopt);
     EXPECT_THAT(load.notRead, Contains(&kMemoryUse));
 }
 
 TEST_F(HardwareRecord, LoadWithoutProcOrFiguresIsNotRead) {
-    server.refuse("/proc/stat", EACCES);
-    server.freeProgram().setText("no figures\n");
+    server.Refuse("/proc/stat", EACCES);
+    server.GetFreeProgram().SetText("no figures\n");
     const Load load = ReadLoad({});
     EXPECT_EQ(load.processors, std::nullopt);
     EXPECT_EQ(load.memory, std::nullopt);

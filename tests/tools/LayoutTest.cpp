@@ -9,7 +9,7 @@
 namespace tool {
 namespace {
 
-constexpr auto kRight = Column::Align::right;
+constexpr auto kRight = Column::Align::kRight;
 
 TEST(FactBlock, PutsValuesBelowEachOther) {
     EXPECT_EQ(FactBlock({{"Product", "PX-1"}, {"Serial number", "42"}}),

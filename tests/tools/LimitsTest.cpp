@@ -10,7 +10,7 @@
 namespace tool {
 namespace {
 
-constexpr std::nullopt_t none = std::nullopt;
+constexpr std::nullopt_t kNone = std::nullopt;
 
 const Limits kAll = {30.0, 20.0, 10.0, 100.0, 110.0, 120.0};
 
@@ -27,7 +27,7 @@ TEST(LimitValues, StandInTheOrderOfTheMasks) {
 
 TEST(OnlyIn, LeavesOutWhatTheMaskLeavesOut) {
     const Limits limits = OnlyIn(0x21, {30, 20, 10, 100, 110, 120});
-    EXPECT_EQ(limits, (Limits{30.0, none, none, none, none, 120.0}));
+    EXPECT_EQ(limits, (Limits{30.0, kNone, kNone, kNone, kNone, 120.0}));
 }
 
 TEST(ReachedLimit, IsTheOutermostAndIncludesTheLimitItself) {
@@ -61,7 +61,7 @@ TEST(LimitCells, RunFromTheLowestToTheHighest) {
 }
 
 TEST(LimitsJson, HasNullForALimitThatIsNotThere) {
-    EXPECT_EQ(LimitsJson({30.0, none, 10.0, 100.0, 110.0, 120.5}).dump(),
+    EXPECT_EQ(LimitsJson({30.0, kNone, 10.0, 100.0, 110.0, 120.5}).dump(),
               R"({"lowerNonRecoverable":10.0,"lowerCritical":null,"lowerNonCritical":30.0,)"
               R"("upperNonCritical":100.0,"upperCritical":110.0,"upperNonRecoverable":120.5})");
 }

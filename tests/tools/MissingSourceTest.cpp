@@ -41,7 +41,7 @@ public:
         segment[0x20 + 23] = 1;
         for (std::size_t i = 0; i < 4; ++i)
             segment[0x20 + 24 + i] = static_cast<char>(address >> 8 * i);
-        WriteFile(path() / "segment.bin", segment);
+        WriteFile(Path() / "segment.bin", segment);
     }
 };
 

@@ -57,11 +57,11 @@ Written Write(std::span<const Command> commands, Format format) {
 
 TEST(Report, WritesEachAnswerInOrder) {
     const Command commands[] = {{"spoons", "", &kDrawer, Spoons}, {"forks", "", &kDrawer, Forks}};
-    const Written text = Write(commands, Format::text);
+    const Written text = Write(commands, Format::kText);
     EXPECT_TRUE(text.allRead);
     EXPECT_EQ(text.out, "Spoons\n\nForks\n");
     EXPECT_EQ(text.err, "");
-    EXPECT_EQ(Write(commands, Format::json).out,
+    EXPECT_EQ(Write(commands, Format::kJson).out,
               "{\n"
               "  \"spoons\": {\n"
               "    \"quantity\": 3\n"
@@ -79,7 +79,7 @@ TEST(Report, NamesWhatCouldNotBeReadAndWhyOncePerSource) {
                                 {"plates", "", &kShelf, Unread},
                                 {"spoons", "", &kDrawer, Unread}};
     reasonsAsked = 0;
-    const Written text = Write(commands, Format::text);
+    const Written text = Write(commands, Format::kText);
     EXPECT_FALSE(text.allRead);
     EXPECT_EQ(text.out,
               "Forks\n"
@@ -97,7 +97,7 @@ TEST(Report, NamesWhatCouldNotBeReadAndWhyOncePerSource) {
 
 TEST(Report, GivesNullInJsonForWhatCouldNotBeRead) {
     const Command commands[] = {{"knives", "", &kDrawer, Unread}, {"plates", "", &kShelf, Unread}};
-    const Written json = Write(commands, Format::json);
+    const Written json = Write(commands, Format::kJson);
     EXPECT_FALSE(json.allRead);
     EXPECT_EQ(Json::parse(json.out), Json::parse(R"({
         "knives": null,
@@ -116,7 +116,7 @@ TEST(Report, GivesNullInJsonForWhatCouldNotBeRead) {
 TEST(Report, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
     const Command commands[] = {{"spoons", "", &kDrawer, SpoonsOfTheDrawerOnly},
                                 {"plates", "", &kShelf, Unread}};
-    const Written text = Write(commands, Format::text);
+    const Written text = Write(commands, Format::kText);
     EXPECT_FALSE(text.allRead);
     EXPECT_EQ(text.out,
               "Spoons\n"
@@ -124,7 +124,7 @@ TEST(Report, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
               "Not read\n"
               "--------\n"
               "  shelf  spoons, plates\n");
-    EXPECT_EQ(Json::parse(Write(commands, Format::json).out), Json::parse(R"({
+    EXPECT_EQ(Json::parse(Write(commands, Format::kJson).out), Json::parse(R"({
         "spoons": {"quantity": 1},
         "plates": null,
         "errors": [{"source": "shelf", "message": "the shelf is über"}]
@@ -133,13 +133,13 @@ TEST(Report, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
 
 TEST(Report, HandsItsSettingsToTheCommands) {
     const Command commands[] = {{"repeated", "", &kDrawer, Repeated}};
-    EXPECT_EQ(Write(commands, Format::text).out, "7\n");
+    EXPECT_EQ(Write(commands, Format::kText).out, "7\n");
 }
 
 TEST(Report, AsksForNoReasonWhenAllIsRead) {
     const Command commands[] = {{"forks", "", &kDrawer, Forks}};
     reasonsAsked = 0;
-    Write(commands, Format::text);
+    Write(commands, Format::kText);
     EXPECT_EQ(reasonsAsked, 0);
 }
 

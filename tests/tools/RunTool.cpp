@@ -28,7 +28,7 @@ public:
         posix_spawn_file_actions_addopen(&actions_, descriptor, file.c_str(),
                                          O_WRONLY | O_CREAT | O_TRUNC, 0600);
     }
-    const posix_spawn_file_actions_t* get() const { return &actions_; }
+    const posix_spawn_file_actions_t* Get() const { return &actions_; }
 
 private:
     posix_spawn_file_actions_t actions_;
@@ -39,8 +39,8 @@ private:
 ToolRun RunTool(const std::vector<std::string>& arguments) {
     const TemporaryFolder folder;
     FileActions actions;
-    actions.SendTo(STDOUT_FILENO, folder.path() / "out");
-    actions.SendTo(STDERR_FILENO, folder.path() / "err");
+    actions.SendTo(STDOUT_FILENO, folder.Path() / "out");
+    actions.SendTo(STDERR_FILENO, folder.Path() / "err");
 
     std::vector<std::string> words{TALVANE_TOOL};
     words.insert(words.end(), arguments.begin(), arguments.end());
@@ -50,13 +50,13 @@ ToolRun RunTool(const std::vector<std::string>& arguments) {
 
     pid_t child = 0;
     const int error =
-        posix_spawn(&child, TALVANE_TOOL, actions.get(), nullptr, argv.data(), environ);
+        posix_spawn(&child, TALVANE_TOOL, actions.Get(), nullptr, argv.data(), environ);
     if (error != 0) throw std::system_error(error, std::generic_category(), TALVANE_TOOL);
     int status = 0;
     if (waitpid(child, &status, 0) != child)
         throw std::system_error(errno, std::generic_category(), "waitpid");
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder.path() / "out"),
-            ReadFile(folder.path() / "err")};
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, ReadFile(folder.Path() / "out"),
+            ReadFile(folder.Path() / "err")};
 }
 
 std::string RunToolOnTerminal(const std::vector<std::string>& arguments) {
@@ -110,6 +110,6 @@ TemporaryFolder::~TemporaryFolder() {
 }
 
 ToolRun MachineFolder::Run(std::vector<std::string> arguments) const {
-    arguments.insert(arguments.begin(), {"--machine", path().string()});
+    arguments.insert(arguments.begin(), {"--machine", Path().string()});
     return RunTool(arguments);
 }

@@ -31,7 +31,7 @@ public:
     TemporaryFolder(const TemporaryFolder&) = delete;
     TemporaryFolder& operator=(const TemporaryFolder&) = delete;
 
-    const std::filesystem::path& path() const { return path_; }
+    const std::filesystem::path& Path() const { return path_; }
 
 private:
     std::filesystem::path path_;
@@ -41,7 +41,7 @@ private:
 class MachineFolder : public TemporaryFolder {
 public:
     explicit MachineFolder(const std::string& description) {
-        WriteFile(path() / "machine.txt", description);
+        WriteFile(Path() / "machine.txt", description);
     }
 
     // Runs a command on this machine.

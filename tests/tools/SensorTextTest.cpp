@@ -10,7 +10,7 @@
 namespace tool {
 namespace {
 
-constexpr std::nullopt_t none = std::nullopt;
+constexpr std::nullopt_t kNone = std::nullopt;
 
 SensorState Read(const std::string& reading, const Limits& limits) {
     SensorState sensor{};
@@ -21,7 +21,7 @@ SensorState Read(const std::string& reading, const Limits& limits) {
     return sensor;
 }
 
-const Limits kUpper = {none, none, none, 80.0, 90.0, none};
+const Limits kUpper = {kNone, kNone, kNone, 80.0, 90.0, kNone};
 
 bool Shows(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
@@ -49,7 +49,7 @@ TEST(SensorText, IsOneAlignedTable) {
     SensorState discrete = Read("Unknown", {});
     discrete.name = "Door";
     discrete.state = "Device Enabled";
-    SensorState fan = Read("3500RPM", {1000.0, 500.0, none, none, none, none});
+    SensorState fan = Read("3500RPM", {1000.0, 500.0, kNone, kNone, kNone, kNone});
     fan.name = "FAN1";
     fan.entity = 29;
     const Sensors sensors{4, {1, {Read("81.00degree C", kUpper)}}, {1, {discrete}}, {1, {fan}}};

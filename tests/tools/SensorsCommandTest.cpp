@@ -39,7 +39,7 @@ TEST(SensorsCommand, RepeatsItsTableAsOftenAsToldWithoutMuchWaiting) {
 TEST(SensorsCommand, RedrawsItsTableOnATerminal) {
     const MachineFolder machine(kMachine);
     const std::string once = machine.Run({"sensors"}).out;
-    EXPECT_EQ(RunToolOnTerminal({"--machine", machine.path().string(), "sensors", "--watch", "3600",
+    EXPECT_EQ(RunToolOnTerminal({"--machine", machine.Path().string(), "sensors", "--watch", "3600",
                                  "--count", "2"}),
               once + "\x1B[H\x1B[2J" + once);
 }

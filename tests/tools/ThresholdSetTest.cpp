@@ -20,10 +20,10 @@ class ThresholdSet : public IpmiTest {
 protected:
     // A fan in front, so that the temperature's place in the repository is 1 and its number 0x10.
     ThresholdSet() {
-        Add(Fan("FAN1", 0x30).entity(29).thresholdMasks(0x3F, 0x03), 70);
-        Add(Temperature("CPU Temp", 0x10).entity(3).thresholdMasks(0x3F, 0x38), 40);
-        bmc.setThresholds(0x10, {0x3F, {3, 2, 1, 80, 90, 100}});
-        bmc.setThresholds(0x30, {0x03, {20, 10, 0, 0, 0, 0}});
+        Add(Fan("FAN1", 0x30).Entity(29).ThresholdMasks(0x3F, 0x03), 70);
+        Add(Temperature("CPU Temp", 0x10).Entity(3).ThresholdMasks(0x3F, 0x38), 40);
+        bmc.SetThresholds(0x10, {0x3F, {3, 2, 1, 80, 90, 100}});
+        bmc.SetThresholds(0x30, {0x03, {20, 10, 0, 0, 0, 0}});
     }
 
     static Order Upper(double critical, bool confirmed = true) {
@@ -32,11 +32,11 @@ protected:
                 .confirmed = confirmed};
     }
 
-    std::size_t Writes() const { return bmc.count(kSensorCommand, kSetThresholds); }
+    std::size_t Writes() const { return bmc.Count(kSensorCommand, kSetThresholds); }
 };
 
 TEST_F(ThresholdSet, ShowsEachThresholdAndWritesNothingWithoutConfirmation) {
-    bmc.setThresholds(1, {0x3F, {3, 2, 1, 70, 90, 100}});
+    bmc.SetThresholds(1, {0x3F, {3, 2, 1, 70, 90, 100}});
     const Outcome outcome = SetThreshold(Upper(95, false));
     EXPECT_EQ(Writes(), 0U);
     EXPECT_EQ(outcome.problem, "nothing was written; --yes writes this");
@@ -59,11 +59,11 @@ TEST_F(ThresholdSet, ShowsEachThresholdAndWritesNothingWithoutConfirmation) {
 }
 
 TEST_F(ThresholdSet, WritesExactlyWhatItHasShown) {
-    bmc.setThresholds(1, {0x3F, {3, 2, 1, 70, 90, 93}});
+    bmc.SetThresholds(1, {0x3F, {3, 2, 1, 70, 90, 93}});
     const Outcome outcome = SetThreshold(Upper(95));
     EXPECT_EQ(outcome.problem, "");
     EXPECT_EQ(Writes(), 1U);
-    EXPECT_THAT(bmc.thresholds(0x10).values, testing::ElementsAre(3, 2, 1, 70, 95, 96));
+    EXPECT_THAT(bmc.Thresholds(0x10).values, testing::ElementsAre(3, 2, 1, 70, 95, 96));
     EXPECT_THAT(outcome.text, HasSubstr("Thresholds written\n"));
     EXPECT_EQ(outcome.json["sensors"][0]["written"]["upperNonCritical"], 70.0);
     EXPECT_EQ(outcome.json["sensors"][0]["written"]["upperNonRecoverable"], 96.0);
@@ -71,7 +71,7 @@ TEST_F(ThresholdSet, WritesExactlyWhatItHasShown) {
 }
 
 TEST_F(ThresholdSet, SaysWhichOfTheOthersCannotBeCompared) {
-    bmc.setThresholds(0x10, {0x30, {0, 0, 0, 80, 90, 100}});
+    bmc.SetThresholds(0x10, {0x30, {0, 0, 0, 80, 90, 100}});
     EXPECT_THAT(SetThreshold(Upper(95, false)).text,
                 HasSubstr("upper non-critical              -   0 (0x00)  cannot be read\n"));
 }
@@ -92,11 +92,11 @@ TEST_F(ThresholdSet, RefusesAValueThatTheSensorCannotHold) {
               "CPU Temp (0x10) cannot hold -5: it would store 251; nothing was written");
     EXPECT_EQ(Writes(), 0U);
     EXPECT_EQ(SetThreshold(Upper(95.9)).problem, "") << "cut to the step below";
-    EXPECT_EQ(bmc.thresholds(0x10).values[THRESHOLD_UPPER_CRITICAL], 95);
+    EXPECT_EQ(bmc.Thresholds(0x10).values[THRESHOLD_UPPER_CRITICAL], 95);
 }
 
 TEST_F(ThresholdSet, RefusesSensorsWithSignedValues) {
-    Add(Temperature("Inlet", 0x20).entity(7).unit1(0x80).thresholdMasks(0x3F, 0x38), 20);
+    Add(Temperature("Inlet", 0x20).Entity(7).Unit1(0x80).ThresholdMasks(0x3F, 0x38), 20);
     Order order = Upper(40);
     order.threshold.entity = 7;
     EXPECT_EQ(SetThreshold(order).problem,
@@ -106,7 +106,7 @@ TEST_F(ThresholdSet, RefusesSensorsWithSignedValues) {
 }
 
 TEST_F(ThresholdSet, RefusesAllWhenOneOfTheSensorsCannot) {
-    Add(Temperature("CPU2 Temp", 0x11).entity(3).thresholdMasks(0x3F, 0x08), 40);
+    Add(Temperature("CPU2 Temp", 0x11).Entity(3).ThresholdMasks(0x3F, 0x08), 40);
     EXPECT_THAT(SetThreshold(Upper(95)).problem, HasSubstr("CPU2 Temp (0x11) does not let"));
     EXPECT_EQ(Writes(), 0U);
 }
@@ -122,7 +122,7 @@ TEST_F(ThresholdSet, SaysWhenNoSensorMatches) {
 }
 
 TEST_F(ThresholdSet, SaysWhenTheBmcDidNotTakeIt) {
-    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+    bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command == kSetThresholds) return sim::Bytes{};
         return std::nullopt;
     });

@@ -29,35 +29,35 @@ TEST_F(WatchdogSet, AsksForConfirmationOfAnActionAndLeavesTheTimerAlone) {
     EXPECT_EQ(outcome.problem,
               "this would start a timer that does a hard-reset of this machine after 30.0 s; "
               "nothing was changed, --yes does it");
-    EXPECT_FALSE(bmc.watchdog().initialised);
+    EXPECT_FALSE(bmc.Watchdog().initialised);
     EXPECT_THAT(outcome.text, HasSubstr("  Action   none\n"));
 }
 
 TEST_F(WatchdogSet, SetsAndStartsTheTimerWhenConfirmed) {
     const Outcome outcome = SetWatchdog(With(kHardReset, 30550, true));
     EXPECT_EQ(outcome.problem, "");
-    EXPECT_TRUE(bmc.watchdog().running);
-    EXPECT_EQ(bmc.watchdog().actions, kHardReset);
-    EXPECT_EQ(bmc.watchdog().initial, 305U) << "in tenths of a second, cut";
+    EXPECT_TRUE(bmc.Watchdog().running);
+    EXPECT_EQ(bmc.Watchdog().actions, kHardReset);
+    EXPECT_EQ(bmc.Watchdog().initial, 305U) << "in tenths of a second, cut";
     EXPECT_EQ(outcome.json["timeoutMilliseconds"], 30500);
 }
 
 TEST_F(WatchdogSet, NeedsNoConfirmationWithoutAnAction) {
     EXPECT_EQ(SetWatchdog(With(kNoAction, 30000, false)).problem, "");
-    EXPECT_TRUE(bmc.watchdog().running);
-    EXPECT_EQ(bmc.watchdog().actions, 0);
+    EXPECT_TRUE(bmc.Watchdog().running);
+    EXPECT_EQ(bmc.Watchdog().actions, 0);
 }
 
 TEST_F(WatchdogSet, StartsTheTimerOverWhenConfirmedOnly) {
     ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
-    (void)server.machine().sleep(5);
-    EXPECT_EQ(bmc.watchdogPresent(), 250U);
+    (void)server.GetMachine().Sleep(5);
+    EXPECT_EQ(bmc.WatchdogPresent(), 250U);
     EXPECT_EQ(ResetWatchdog(With(0, 0, false)).problem,
               "this would start the timer over, whose action is hard-reset; nothing was changed, "
               "--yes does it");
-    EXPECT_EQ(bmc.watchdogPresent(), 250U);
+    EXPECT_EQ(bmc.WatchdogPresent(), 250U);
     EXPECT_EQ(ResetWatchdog(With(0, 0, true)).problem, "");
-    EXPECT_EQ(bmc.watchdogPresent(), 300U);
+    EXPECT_EQ(bmc.WatchdogPresent(), 300U);
 }
 
 TEST_F(WatchdogSet, DoesNotStartATimerThatWasNeverSet) {
@@ -68,11 +68,11 @@ TEST_F(WatchdogSet, DoesNotStartATimerThatWasNeverSet) {
 TEST_F(WatchdogSet, StopsTheTimerWithoutConfirmation) {
     ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
     EXPECT_EQ(StopWatchdog({}).problem, "");
-    EXPECT_FALSE(bmc.watchdog().running);
+    EXPECT_FALSE(bmc.Watchdog().running);
 }
 
 TEST_F(WatchdogSet, SaysWhenTheTimerCountsOn) {
-    bmc.makeWatchdogUnstoppable();
+    bmc.MakeWatchdogUnstoppable();
     ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
     const Outcome outcome = StopWatchdog({});
     EXPECT_EQ(outcome.problem,
@@ -82,14 +82,14 @@ TEST_F(WatchdogSet, SaysWhenTheTimerCountsOn) {
 
 TEST_F(WatchdogSet, SaysWhenTheBmcRefusesToStop) {
     ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
-    bmc.inject("Set Watchdog Timer", sim::BmcFault::Kind::refused, 0xD5);
+    bmc.Inject("Set Watchdog Timer", sim::BmcFault::Kind::kRefused, 0xD5);
     const Outcome outcome = StopWatchdog({});
     EXPECT_EQ(outcome.problem, "the BMC did not take the watchdog's settings");
     EXPECT_THAT(outcome.text, HasSubstr("  Action   hard-reset\n"));
 }
 
 TEST_F(WatchdogSet, SaysWhenTheBmcDidNotTakeIt) {
-    bmc.intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+    bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command == kSetTimer) return sim::Bytes{};
         return std::nullopt;
     });

@@ -10,15 +10,15 @@
 namespace tool {
 namespace {
 
-enum class Stage { refused, planned, written };
+enum class Stage { kRefused, kPlanned, kWritten };
 
 std::string Title(Stage stage) {
     switch (stage) {
-        case Stage::refused:
+        case Stage::kRefused:
             return "Thresholds as the library would write them";
-        case Stage::planned:
+        case Stage::kPlanned:
             return "Thresholds to be written";
-        case Stage::written:
+        case Stage::kWritten:
             break;
     }
     return "Thresholds written";
@@ -28,7 +28,7 @@ std::string PlanText(const std::vector<ThresholdPlan>& plans, Stage stage) {
     std::vector<Row> rows;
     for (const ThresholdPlan& plan : plans) AddPlanRows(rows, plan);
     return Section(Title(stage),
-                   {TableBlock(PlanColumns(stage == Stage::written), rows),
+                   {TableBlock(PlanColumns(stage == Stage::kWritten), rows),
                     NoteBlock("The library writes a sensor's whole set, as read by place in the "
                               "repository: others can change.")});
 }
@@ -37,8 +37,9 @@ Outcome Described(const std::vector<ThresholdPlan>& plans, Stage stage,
                   const std::string& problem) {
     Json sensors = Json::array();
     for (const ThresholdPlan& plan : plans) sensors.push_back(PlanJson(plan));
-    return {
-        PlanText(plans, stage), {{"done", stage == Stage::written}, {"sensors", sensors}}, problem};
+    return {PlanText(plans, stage),
+            {{"done", stage == Stage::kWritten}, {"sensors", sensors}},
+            problem};
 }
 
 // The library does not look at what the BMC answers to a request, so the BMC is asked again.
@@ -65,15 +66,15 @@ Outcome SetThreshold(const Order& order) {
                     SensorTypeText(threshold.type)};
     for (const ThresholdPlan& plan : plans)
         if (const std::string objection = Objection(plan, threshold); !objection.empty())
-            return Described(plans, Stage::refused, objection + "; nothing was written");
+            return Described(plans, Stage::kRefused, objection + "; nothing was written");
     if (!order.confirmed)
-        return Described(plans, Stage::planned, "nothing was written; --yes writes this");
+        return Described(plans, Stage::kPlanned, "nothing was written; --yes writes this");
     if (SetThresholdInfo(threshold.entity, threshold.type, threshold.which, threshold.value) != 0)
-        return Described(plans, Stage::written, "the library could not write the thresholds");
+        return Described(plans, Stage::kWritten, "the library could not write the thresholds");
     for (const ThresholdPlan& plan : plans)
         if (!WasTaken(plan))
-            return Described(plans, Stage::written, plan.name + " did not take the thresholds");
-    return Described(plans, Stage::written, "");
+            return Described(plans, Stage::kWritten, plan.name + " did not take the thresholds");
+    return Described(plans, Stage::kWritten, "");
 }
 
 }  // namespace tool

@@ -108,8 +108,8 @@ std::string Objection(const ThresholdPlan& plan, const ThresholdOrder& order) {
 std::vector<Column> PlanColumns(bool written) {
     return {{"Sensor"},
             {"Threshold"},
-            {written ? "Before" : "Now", Column::Align::right},
-            {"Written", Column::Align::right},
+            {written ? "Before" : "Now", Column::Align::kRight},
+            {"Written", Column::Align::kRight},
             {"Remark"}};
 }
 

@@ -75,7 +75,7 @@ std::string ToText(const Drives& drives) {
                                           {"Controller"},
                                           {"Position"},
                                           {"Model"},
-                                          {"Size", Column::Align::right},
+                                          {"Size", Column::Align::kRight},
                                           {"Serial number"}},
                                          rows)});
 }

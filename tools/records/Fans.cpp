@@ -30,7 +30,7 @@ std::optional<Fans> ReadFans() {
 std::string ToText(const Fans& fans) {
     std::vector<Row> rows;
     for (const Fan& fan : fans) rows.push_back({std::to_string(rows.size() + 1), fan.speed});
-    return Section("Fans", {TableBlock({{"No.", Column::Align::right}, {"Nominal speed"}}, rows)});
+    return Section("Fans", {TableBlock({{"No.", Column::Align::kRight}, {"Nominal speed"}}, rows)});
 }
 
 Json ToJson(const Fans& fans) {

@@ -62,7 +62,7 @@ std::string ToText(const Load& load) {
         rows.push_back({"Processor " + std::to_string(rows.size() + 1), PercentText(percent)});
     if (!load.processors) rows.push_back({"Processors", ""});
     rows.push_back({"Memory", load.memory ? PercentText(*load.memory) : ""});
-    std::vector<std::string> blocks{TableBlock({{"Part"}, {"Use", Column::Align::right}}, rows)};
+    std::vector<std::string> blocks{TableBlock({{"Part"}, {"Use", Column::Align::kRight}}, rows)};
     blocks.push_back(NoteBlock("Processors: not idle, within " + std::to_string(load.interval) +
                                " s. Memory: as the command free counts it."));
     if (processors.size() == kMostProcessors)

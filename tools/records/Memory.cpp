@@ -76,7 +76,7 @@ std::string ToText(const Memory& memory) {
     for (const Bank& bank : memory.banks)
         rows.push_back({std::to_string(bank.slot), bank.size, bank.type, bank.typeDetail,
                         bank.speed, bank.manufacturer});
-    constexpr auto kRight = Column::Align::right;
+    constexpr auto kRight = Column::Align::kRight;
     blocks.push_back(TableBlock({{"Slot", kRight},
                                  {"Size", kRight},
                                  {"Type"},

@@ -48,7 +48,7 @@ std::string ToText(const Partitions& partitions) {
     for (const Partition& partition : partitions.list)
         rows.push_back({partition.device, partition.fileSystem, SizeText(partition.size)});
     return Section("Partitions",
-                   {TableBlock({{"Partition"}, {"Type"}, {"Size", Column::Align::right}}, rows)});
+                   {TableBlock({{"Partition"}, {"Type"}, {"Size", Column::Align::kRight}}, rows)});
 }
 
 Json ToJson(const Partitions& partitions) {

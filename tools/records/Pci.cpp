@@ -109,7 +109,7 @@ std::string ToText(const PciFunctions& functions) {
     return Section("PCI functions", {TableBlock({{"Address"},
                                                  {"Class"},
                                                  {"Sub-class"},
-                                                 {"IRQ", Column::Align::right},
+                                                 {"IRQ", Column::Align::kRight},
                                                  {"Base"},
                                                  {"Rev."},
                                                  {"Status"}},

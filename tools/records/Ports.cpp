@@ -30,7 +30,7 @@ std::string ToText(const Ports& ports) {
     for (const Port& port : ports)
         rows.push_back({std::to_string(rows.size() + 1), port.designation, port.type});
     return Section("Ports",
-                   {TableBlock({{"No.", Column::Align::right}, {"Designation"}, {"Type"}}, rows)});
+                   {TableBlock({{"No.", Column::Align::kRight}, {"Designation"}, {"Type"}}, rows)});
 }
 
 Json ToJson(const Ports& ports) {

@@ -38,7 +38,7 @@ std::string SupplyTable(const std::vector<PowerSupply>& supplies) {
         rows.push_back({std::to_string(rows.size() + 1), supply.name, supply.manufacturer,
                         supply.serialNumber, supply.status});
     return TableBlock(
-        {{"No.", Column::Align::right}, {"Name"}, {"Manufacturer"}, {"Serial number"}, {"Status"}},
+        {{"No.", Column::Align::kRight}, {"Name"}, {"Manufacturer"}, {"Serial number"}, {"Status"}},
         rows);
 }
 

@@ -75,7 +75,7 @@ std::string ToText(const Processors& processors) {
             cacheRows.push_back({number, "L" + std::to_string(cache.level), cache.designation,
                                  cache.installedSize, cache.maximumSize, cache.speed});
     }
-    constexpr auto kRight = Column::Align::right;
+    constexpr auto kRight = Column::Align::kRight;
     return Section("Processors", {TableBlock({{"No.", kRight},
                                               {"Family"},
                                               {"Manufacturer"},

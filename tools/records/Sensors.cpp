@@ -13,7 +13,7 @@
 namespace tool {
 namespace {
 
-constexpr auto kRight = Column::Align::right;
+constexpr auto kRight = Column::Align::kRight;
 
 template <class Element, std::size_t N>
 SensorState StateOf(const Element& element, const char (Element::*reading)[N]) {

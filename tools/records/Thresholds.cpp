@@ -22,7 +22,7 @@ std::optional<Thresholds> ReadThresholds() {
 }
 
 std::string ToText(const Thresholds& thresholds) {
-    std::vector<Column> columns{{"No.", Column::Align::right}, {"Entity"}, {"Type"}};
+    std::vector<Column> columns{{"No.", Column::Align::kRight}, {"Entity"}, {"Type"}};
     AddLimitColumns(columns);
     std::vector<Row> rows;
     for (const Threshold& threshold : thresholds) {

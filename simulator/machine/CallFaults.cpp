@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Faults on demand: each counts the calls it is meant for and is dropped once it has struck.
+// Each fault counts the calls it is meant for and is dropped after it has struck.
 
-#include "simulator/machine/Faults.h"
+#include "simulator/machine/CallFaults.h"
 
 #include <algorithm>
 #include <array>
@@ -16,45 +16,45 @@ constexpr std::array<std::string_view, 10> kCalls = {
     "open", "lseek", "read", "close", "ioctl", "opendir", "closedir", "sleep", "iopl", "system"};
 constexpr std::array<std::string_view, 2> kInstructions = {"in", "out"};
 
-bool contains(const auto& names, std::string_view name) {
+bool Contains(const auto& names, std::string_view name) {
     return std::find(names.begin(), names.end(), name) != names.end();
 }
 
-void requireCount(int nth) {
+void RequireCount(int nth) {
     if (nth < 1) throw std::invalid_argument("calls count from 1");
 }
 
 }  // namespace
 
-void Faults::fail(std::string_view call, int nth, int error) {
-    if (!contains(kCalls, call))
-        throw std::invalid_argument("no call \"" + std::string(call) + "\" that could fail");
-    requireCount(nth);
+void CallFaults::Fail(std::string_view call, int nth, int error) {
+    if (!Contains(kCalls, call))
+        throw std::invalid_argument("there is no call \"" + std::string(call) + "\" that can fail");
+    RequireCount(nth);
     faults_.push_back({std::string(call), nth, error});
 }
 
-void Faults::shortRead(int nth, std::size_t bytes) {
-    requireCount(nth);
+void CallFaults::ShortRead(int nth, std::size_t bytes) {
+    RequireCount(nth);
     shortReads_.push_back({nth, bytes});
 }
 
-void Faults::failAllocation(int nth) {
-    requireCount(nth);
+void CallFaults::FailAllocation(int nth) {
+    RequireCount(nth);
     allocations_.push_back(nth);
 }
 
-void Faults::during(std::string_view call, void (*action)()) {
-    if (!contains(kCalls, call) && !contains(kInstructions, call))
-        throw std::invalid_argument("no simulated call \"" + std::string(call) + "\"");
+void CallFaults::During(std::string_view call, void (*action)()) {
+    if (!Contains(kCalls, call) && !Contains(kInstructions, call))
+        throw std::invalid_argument("there is no simulated call \"" + std::string(call) + "\"");
     actions_.push_back({std::string(call), action});
 }
 
-std::optional<int> Faults::enter(std::string_view call) {
+std::optional<int> CallFaults::Enter(std::string_view call) {
     const auto action = std::find_if(actions_.begin(), actions_.end(),
                                      [call](const Action& next) { return next.call == call; });
     if (action != actions_.end()) {
         void (*const run)() = action->run;
-        actions_.erase(action);  // first, since the action may come here again
+        actions_.erase(action);  // before it runs, since the action may come here again
         run();
     }
     std::optional<int> error;
@@ -69,7 +69,7 @@ std::optional<int> Faults::enter(std::string_view call) {
     return error;
 }
 
-std::size_t Faults::readSize(std::size_t size) {
+std::size_t CallFaults::ReadSize(std::size_t size) {
     for (auto cut = shortReads_.begin(); cut != shortReads_.end();) {
         if (--cut->left == 0) {
             size = std::min(size, cut->bytes);
@@ -81,7 +81,7 @@ std::size_t Faults::readSize(std::size_t size) {
     return size;
 }
 
-bool Faults::allocationFails() {
+bool CallFaults::AllocationFails() {
     bool fails = false;
     for (auto left = allocations_.begin(); left != allocations_.end();) {
         if (--*left == 0) {

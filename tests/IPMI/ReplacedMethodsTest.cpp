@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+//
+// An agent may put methods of its own in front of the library's. This program's methods note how
+// the library calls them: the order in which the tables are built, and what setting a threshold
+// hands on.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "Talvane.h"
+#include "simulator/SimulatedServer.h"
+#include "support/OpenIpmi.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+
+std::vector<std::string> calls;
+std::map<std::string, int> results;  // by call; the others answer 0
+
+int Note(const char* call) {
+    calls.push_back(call);
+    return results[call];
+}
+
+std::vector<int> matches;           // walk entries of the sensors that a setting reaches
+std::vector<int> formulaIndexes;    // those whose formula was asked for
+SensorThresholdInfoRaw known{};     // the thresholds of every sensor
+SensorThresholdInfoRaw received{};  // what the library handed on to be ordered
+
+}  // namespace
+
+int Sensor::GetSDRRepositoryInfo(int& recordCount, int& sdrVersion) {
+    recordCount = 400;
+    sdrVersion = 0x51;
+    return Note("info");
+}
+int Sensor::GetSensorNumbers(int) {
+    return Note("walk");
+}
+int Sensor::GetFanSensorsInfo(int) {
+    return Note("fans");
+}
+int Sensor::GetVoltSensorsInfo(int) {
+    return Note("voltages");
+}
+int Sensor::GetTemSensorsInfo(int) {
+    return Note("temperatures");
+}
+int Sensor::GetProcessorSensorInfo(int) {
+    return Note("processors");
+}
+int IPMIsupport::GetSensorNumberInfo(unsigned char, unsigned char, int, SensorNumberInfo& info) {
+    for (const int match : matches) info.sensorOrder[info.quantity++] = match;
+    return 0;
+}
+int IPMIsupport::GetThreshold(int, SensorThresholdInfoRaw& raw, SensorThresholdInfoConverted&) {
+    raw = known;
+    return 0;
+}
+int IPMIsupport::GetSensorFormulaParameter(unsigned char index, SensorFormulaParameter&) {
+    formulaIndexes.push_back(index);
+    return 0;
+}
+int IPMIsupport::SetThresholdOrder(SensorThresholdInfoRaw& raw, int, unsigned char) {
+    received = raw;
+    return 0;
+}
+int IPMIsupport::SetSensorThreshold(unsigned char, SensorThresholdInfoRaw) {
+    return 0;
+}
+
+namespace {
+
+class ReplacedMethods : public ::testing::Test {
+protected:
+    ReplacedMethods() { server.GetBmc(); }
+
+    sim::SimulatedServer server;
+};
+
+TEST_F(ReplacedMethods, TablesAreBuiltInTheOrderFansVoltagesTemperaturesProcessors) {
+    IPMIsupport support;
+    EXPECT_EQ(support.GetSensorInfo(), 0);
+    EXPECT_THAT(calls,
+                ElementsAre("info", "walk", "fans", "voltages", "temperatures", "processors"));
+}
+
+TEST_F(ReplacedMethods, TheFirstTableThatFailsEndsTheBuilding) {
+    IPMIsupport support;
+    results = {{"voltages", -1}};
+    EXPECT_EQ(support.GetSensorInfo(), -1);
+    EXPECT_THAT(calls, ElementsAre("info", "walk", "fans", "voltages"));
+    calls.clear();
+    results = {{"fans", -1}};
+    EXPECT_EQ(support.GetSensorInfo(), -1);
+    EXPECT_THAT(calls, ElementsAre("info", "walk", "fans"));
+}
+
+TEST_F(ReplacedMethods, ASettingOrdersTheThresholdsWithinTheWholeRangeOfARawByte) {
+    matches = {0};
+    known.deviceID = 3;
+    known.MinThreshold = 77;
+    known.MaxThreshold = 88;
+    ASSERT_EQ(SetThresholdInfo(3, 1, THRESHOLD_LOWER_CRITICAL, 1.0), 0);
+    EXPECT_EQ(received.deviceID, 3);
+    EXPECT_EQ(received.MinThreshold, 0);
+    EXPECT_EQ(received.MaxThreshold, 255);
+}
+
+TEST_F(ReplacedMethods, ASettingAsksForTheFormulaByTheLowByteOfTheIndex) {
+    matches = {0, 127, 128, 200, 255, 256, 300};
+    ASSERT_EQ(SetThresholdInfo(3, 1, THRESHOLD_LOWER_CRITICAL, 1.0), 0);
+    EXPECT_THAT(formulaIndexes, ElementsAre(0, 127, 128, 200, 255, 0, 44));
+}
+
+}  // namespace
