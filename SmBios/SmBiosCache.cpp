@@ -121,7 +121,7 @@ int SmBios::GetCacheSpeedPrivate(unsigned handle, char* buf) {
     const ItemPtr cache = ItemWithHandle(handle, Structures(TYPE_CACHE_INFO));
     if (cache == nullptr) return -1;
     const unsigned char nanoseconds = ByteAt(FormattedArea(cache), cache_information::kSpeed);
-    if (nanoseconds == 0) return WriteUnknown(buf);
+    if (nanoseconds == 0) return WriteUnknownValue(buf);
     WriteNumber(buf, nanoseconds, "ns");
     return 0;
 }

@@ -28,7 +28,7 @@ constexpr int kMaxProbes = 127;
 int WriteProbeValue(const std::unique_ptr<BiosDataItem>& probe, std::size_t offset,
                     const char* unit, char* buf) {
     const int value = Le16(FormattedArea(probe), offset);
-    if (value == kUnknownValue) return WriteUnknown(buf);
+    if (value == kUnknownValue) return WriteUnknownValue(buf);
     WriteNumber(buf, value, unit);
     return 0;
 }

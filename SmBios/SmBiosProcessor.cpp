@@ -104,7 +104,7 @@ const char* ProcessorVoltageName(unsigned byte) {
 
 // A speed of 0 is unknown.
 int WriteProcessorSpeed(char* buf, int megahertz) {
-    if (megahertz == 0) return WriteUnknown(buf);
+    if (megahertz == 0) return WriteUnknownValue(buf);
     WriteNumber(buf, megahertz, " MHZ");
     return 0;
 }

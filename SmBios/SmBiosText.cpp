@@ -37,7 +37,7 @@ void WriteNumber(char* buf, int value, const char* unit) {
     std::strcat(buf, unit);
 }
 
-int WriteUnknown(char* buf) {
+int WriteUnknownValue(char* buf) {
     std::strcpy(buf, "Unknown");
     return -1;
 }

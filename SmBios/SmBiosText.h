@@ -31,7 +31,7 @@ int CopyStringAt(const std::unique_ptr<BiosDataItem>& item, std::size_t offset, 
 void WriteNumber(char* buf, int value, const char* unit);
 
 // Writes "Unknown", NUL-terminated, for a value that the structure leaves open. Returns -1.
-[[nodiscard]] int WriteUnknown(char* buf);
+[[nodiscard]] int WriteUnknownValue(char* buf);
 
 // Writes, NUL-terminated, that the structure is too short to have the value. Returns -1.
 [[nodiscard]] int WriteNotSupplied(char* buf);
