@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <stdexcept>
 
 #include "simulator/base/AccessLog.h"
 #include "simulator/base/CallText.h"
@@ -68,6 +69,12 @@ std::vector<std::string> Bmc::RequestTexts() const {
     std::vector<std::string> texts;
     for (const BmcRequest& request : requests_) texts.push_back(request.Text());
     return texts;
+}
+
+std::size_t Bmc::Count(std::string_view command) const {
+    for (const Command& row : Commands())
+        if (row.name == command) return Count(row.netFn, row.command);
+    throw std::invalid_argument("the controller knows no command \"" + std::string(command) + "\"");
 }
 
 std::size_t Bmc::Count(std::uint8_t netFn, std::uint8_t command) const {

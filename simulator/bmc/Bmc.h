@@ -158,9 +158,11 @@ public:
     void Inject(const BmcFault& fault);
     void Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
 
-    // Every request so far, in order, and those of one command.
+    // Every request so far, in order, and the number of those of one command, by its name
+    // (std::invalid_argument for one that the controller does not know) or its numbers.
     const std::vector<BmcRequest>& Requests() const { return requests_; }
     std::vector<std::string> RequestTexts() const;
+    std::size_t Count(std::string_view command) const;
     std::size_t Count(std::uint8_t netFn, std::uint8_t command) const;
     void ForgetRequests() { requests_.clear(); }
 

@@ -10,6 +10,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "IPMI/IPMIsupport.h"
@@ -49,11 +50,7 @@ protected:
         result = GetIpmiInfo(TALVANE_FANS, &fans);
         return fans.fan[0].speed;
     }
-    std::size_t Requests(std::uint8_t netFn, std::uint8_t command) {
-        return server->GetBmc().Count(netFn, command);
-    }
-    static constexpr std::uint8_t kStorage = 0x0A;
-    static constexpr std::uint8_t kGetSdr = 0x23;
+    std::size_t Requests(std::string_view command) { return server->GetBmc().Count(command); }
 
     std::unique_ptr<MachineFolder> folder;
     std::unique_ptr<sim::SimulatedServer> server;

@@ -13,7 +13,7 @@ class RepositoryQuirk : public FieldQuirk {};
 TEST_F(RepositoryQuirk, ACountTooHighKeepsEachSensorOnce) {
     Describe("repository count 5\n" + Temperature(0, "A") + Temperature(1, "B"));
     EXPECT_THAT(Names(), ElementsAre("A", "B"));
-    EXPECT_EQ(Requests(kStorage, kGetSdr), 2U) << "none behind the last record";
+    EXPECT_EQ(Requests("Get SDR"), 2U) << "none behind the last record";
     SensorThresholdInformation thresholds{};
     EXPECT_EQ(GetAllThresholdInfo(&thresholds), 0);
     EXPECT_EQ(thresholds.quantity, 5) << "the count, not the sensors";
@@ -25,7 +25,7 @@ TEST_F(RepositoryQuirk, ACountTooLowLosesTheLastSensors) {
     Describe("repository count 2\n" + Temperature(0, "A") + Temperature(1, "B") +
              Temperature(2, "C"));
     EXPECT_THAT(Names(), ElementsAre("A", "B"));
-    EXPECT_EQ(Requests(kStorage, kGetSdr), 2U);
+    EXPECT_EQ(Requests("Get SDR"), 2U);
 }
 
 TEST_F(RepositoryQuirk, ACountOfNoneFailsAndIsNotBusyAfterwards) {
@@ -34,7 +34,7 @@ TEST_F(RepositoryQuirk, ACountOfNoneFailsAndIsNotBusyAfterwards) {
     EXPECT_EQ(result, -1);
     (void)Names();
     EXPECT_EQ(result, -1);
-    EXPECT_EQ(Requests(kStorage, kGetSdr), 0U);
+    EXPECT_EQ(Requests("Get SDR"), 0U);
 }
 
 TEST_F(RepositoryQuirk, ARecordShorterThanItSaysLosesItsNameUnitAndFactors) {
@@ -64,7 +64,7 @@ TEST_F(RepositoryQuirk, ARecordThatChangesIsKeptAsItWasFirstRead) {
     Describe(Temperature(0x10, "FAN", " reread 50 0x54\n"));
     EXPECT_THAT(Names(), ElementsAre("FAN"));
     EXPECT_THAT(Names(), ElementsAre("FAN"));
-    EXPECT_EQ(Requests(kStorage, kGetSdr), 1U) << "the repository is read once";
+    EXPECT_EQ(Requests("Get SDR"), 1U) << "the repository is read once";
 }
 
 TEST_F(RepositoryQuirk, ARecordThatChangedIsSeenByTheNextWalk) {
@@ -158,7 +158,7 @@ TEST_F(ReadingQuirk, ARefusedFailedOrEmptyOneIsZero) {
     EXPECT_EQ(Reading(), "0.00degree C");
     EXPECT_EQ(Reading(), "0.00degree C");
     EXPECT_EQ(Reading(), "42.00degree C");
-    EXPECT_EQ(Requests(4, 0x2D), 8U) << "a reading and a state for each";
+    EXPECT_EQ(Requests("Get Sensor Reading"), 8U) << "a reading and a state for each";
 }
 
 // The request before is that of the thresholds, whose first byte says which can be read.

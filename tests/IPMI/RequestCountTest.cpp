@@ -73,9 +73,9 @@ protected:
 
 TEST_P(RequestCount, OfAWalkIsOneAndTwoForEachSensor) {
     (void)Loaded();
-    EXPECT_EQ(bmc.Count(0x0A, 0x20), 1u);
-    EXPECT_EQ(bmc.Count(0x0A, 0x23), static_cast<std::size_t>(cost.sensors));
-    EXPECT_EQ(bmc.Count(0x04, 0x27), static_cast<std::size_t>(cost.sensors));
+    EXPECT_EQ(bmc.Count("Get SDR Repository Info"), 1u);
+    EXPECT_EQ(bmc.Count("Get SDR"), static_cast<std::size_t>(cost.sensors));
+    EXPECT_EQ(bmc.Count("Get Sensor Thresholds"), static_cast<std::size_t>(cost.sensors));
     EXPECT_EQ(Requests(), cost.walk);
 }
 

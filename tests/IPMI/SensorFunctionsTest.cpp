@@ -29,7 +29,7 @@ struct Guarded {
 
 class SensorQuery : public IpmiTest {
 protected:
-    std::size_t Walks() const { return bmc.Count(0x0A, 0x20); }
+    std::size_t Walks() const { return bmc.Count("Get SDR Repository Info"); }
     Guarded<FanInformation> fans;
     Guarded<VoltageInformation> voltages;
     Guarded<TemperatureInformation> temperatures;

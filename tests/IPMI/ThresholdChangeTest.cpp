@@ -14,7 +14,7 @@ class ThresholdChange : public IpmiTest {};
 TEST_F(ThresholdChange, ReachesEverySensorOfTheKind) {
     AddThree();
     EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_WARNING, 105.0), 0);
-    EXPECT_EQ(bmc.Count(0x04, 0x26), 2u);
+    EXPECT_EQ(bmc.Count("Set Sensor Thresholds"), 2u);
     EXPECT_EQ(bmc.RequestTexts().at(7), "Set Sensor Thresholds 10 3F 1E 14 0A 69 6E 78");
     EXPECT_EQ(bmc.RequestTexts().at(8), "Set Sensor Thresholds 11 38 1F 15 0B 69 6F 79");
     EXPECT_THAT(bmc.Thresholds(0x11).values, ElementsAre(0, 0, 0, 105, 111, 121))
@@ -54,7 +54,7 @@ TEST_F(ThresholdChange, AfterASensorQueryTheSensorsStayKnown) {
 TEST_F(ThresholdChange, IsSelectedByTheLowBytesOfItsArguments) {
     AddThree();
     EXPECT_EQ(SetThresholdInfo(0x103, 0x101, THRESHOLD_UPPER_WARNING, 105.0), 0);
-    EXPECT_EQ(bmc.Count(0x04, 0x26), 2u);
+    EXPECT_EQ(bmc.Count("Set Sensor Thresholds"), 2u);
 }
 
 TEST_F(ThresholdChange, OfAnUnknownThresholdWritesThoseThatAre) {
@@ -62,7 +62,7 @@ TEST_F(ThresholdChange, OfAnUnknownThresholdWritesThoseThatAre) {
     for (const int which : {-1, 6, 0x100}) {
         bmc.ForgetRequests();
         EXPECT_EQ(SetThresholdInfo(3, kTemperature, which, 50.0), 0) << which;
-        EXPECT_EQ(bmc.Count(0x04, 0x26), 2u);
+        EXPECT_EQ(bmc.Count("Set Sensor Thresholds"), 2u);
         EXPECT_EQ(bmc.RequestTexts().back(), "Set Sensor Thresholds 11 38 1F 15 0B 65 6F 79");
     }
 }
@@ -71,7 +71,7 @@ TEST_F(ThresholdChange, ReachesADozenSensors) {
     for (std::uint8_t number = 1; number <= 12; ++number)
         Add(Temperature("T", number).Entity(3).ThresholdMasks(0x3F, 0x3F), 40);
     EXPECT_EQ(SetThresholdInfo(3, kTemperature, THRESHOLD_UPPER_NON_RECOVERABLE, 90.0), 0);
-    EXPECT_EQ(bmc.Count(0x04, 0x26), 12u);
+    EXPECT_EQ(bmc.Count("Set Sensor Thresholds"), 12u);
     for (std::uint8_t number = 1; number <= 12; ++number)
         EXPECT_EQ(bmc.Thresholds(number).values[5], 90) << int{number};
 }
@@ -91,7 +91,7 @@ TEST_F(ThresholdChange, OfNoSensorSucceeds) {
     AddThree();
     EXPECT_EQ(SetThresholdInfo(7, kTemperature, 0, 1.0), 0);
     EXPECT_EQ(SetThresholdInfo(7, kTemperature, 0, 1.0), 0) << "not busy";
-    EXPECT_EQ(bmc.Count(0x04, 0x26), 0u);
+    EXPECT_EQ(bmc.Count("Set Sensor Thresholds"), 0u);
 }
 
 TEST_F(ThresholdChange, WithoutARepositoryFails) {
@@ -138,7 +138,7 @@ TEST_F(ThresholdChange, AndListsAreNotBusyWithinASensorQuery) {
     EXPECT_EQ(nestedAll, 0);
     EXPECT_EQ(nestedList, -1) << "as always";
     EXPECT_EQ(nestedChange, 0);
-    EXPECT_EQ(bmc.Count(0x04, 0x26), 2u);
+    EXPECT_EQ(bmc.Count("Set Sensor Thresholds"), 2u);
 }
 
 TEST_F(ThresholdChange, AndListsAreNotBusyAfterARefusedWatchdogCall) {

@@ -17,7 +17,7 @@ class SensorWalk : public IpmiTest {
 protected:
     const SensorDescription& Entry(int k) { return Sensors().SensorsInformation[k]; }
     void Walk(int n) { ASSERT_EQ(Sensors().GetSensorNumbers(n), 0); }
-    std::size_t Reads() const { return bmc.Count(0x0A, 0x23); }
+    std::size_t Reads() const { return bmc.Count("Get SDR"); }
 };
 
 TEST_F(SensorWalk, EveryFieldOfARecordIsKept) {
@@ -118,7 +118,7 @@ TEST_F(SensorWalk, SensorSpecificSensorsKeepTheirState) {
     Walk(2);
     EXPECT_EQ(Entry(0).SensorCodeOffset, 0x80);
     EXPECT_EQ(Entry(1).SensorCodeOffset, 0);
-    EXPECT_EQ(bmc.Count(0x04, 0x2D), 1u);
+    EXPECT_EQ(bmc.Count("Get Sensor Reading"), 1u);
 }
 
 TEST_F(SensorWalk, AStateThatCannotBeReadIsUnknown) {
