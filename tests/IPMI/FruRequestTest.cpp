@@ -3,6 +3,7 @@
 // The requests that read the inventory device, and what stands in its headers.
 
 #include "InventoryTest.h"
+#include "support/FieldTable.h"
 
 namespace {
 
@@ -64,12 +65,14 @@ TEST_F(Inventory, SizeAccessModeAndOffsetsAreKept) {
     EXPECT_EQ(Fru().FRUInfo.FRUInfoSize, 0x1234);
     EXPECT_EQ(Fru().FRUInfo.accessMode, 1);
     EXPECT_EQ(Fru().GetCommonHeaderInfo(), 0);
-    EXPECT_EQ(Fru().CommomHeaderInfo.version, 1);
-    EXPECT_EQ(Fru().CommomHeaderInfo.internalUseAreaStartOffset, 16);
-    EXPECT_EQ(Fru().CommomHeaderInfo.chassisInfoAreaStartOffset, 24);
-    EXPECT_EQ(Fru().CommomHeaderInfo.boardAreaStartOffset, 32);
-    EXPECT_EQ(Fru().CommomHeaderInfo.productInfoAreaStartOffset, 40);
-    EXPECT_EQ(Fru().CommomHeaderInfo.multiRecordAreaStartOffset, 2040);
+    ExpectNumbers({
+        {"version", Fru().CommomHeaderInfo.version, 1},
+        {"internalUseAreaStartOffset", Fru().CommomHeaderInfo.internalUseAreaStartOffset, 16},
+        {"chassisInfoAreaStartOffset", Fru().CommomHeaderInfo.chassisInfoAreaStartOffset, 24},
+        {"boardAreaStartOffset", Fru().CommomHeaderInfo.boardAreaStartOffset, 32},
+        {"productInfoAreaStartOffset", Fru().CommomHeaderInfo.productInfoAreaStartOffset, 40},
+        {"multiRecordAreaStartOffset", Fru().CommomHeaderInfo.multiRecordAreaStartOffset, 2040},
+    });
 }
 
 TEST_F(Inventory, AnOffsetOfZeroReadsTheHeaderAsAnArea) {

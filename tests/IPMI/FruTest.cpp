@@ -7,6 +7,7 @@
 #include <string>
 
 #include "InventoryTest.h"
+#include "support/FieldTable.h"
 
 namespace {
 
@@ -15,15 +16,18 @@ using ::testing::SizeIs;
 TEST_F(Inventory, EveryTextHasItsGetter) {
     PlaceAll();
     EXPECT_EQ(Support().GetFRUInfo(), 0);
-    EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated("Maker"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetBoardProductName), Terminated("Board"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetBoardSerialNumber), Terminated("B-SN"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetBoardPartNumber), Terminated("B-PN"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetChassisPartNumber), Terminated("CH-PN"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetChassisSerialNumber), Terminated("CH-SN"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetProductManufacturerName), Terminated("Acme"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetProductName), Terminated("Server"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetProductPartName), Terminated("P-PN"));
+    const TextGetter kTexts[] = {
+        {"GetBoardManufacturer", &IPMIsupport::GetBoardManufacturer, "Maker"},
+        {"GetBoardProductName", &IPMIsupport::GetBoardProductName, "Board"},
+        {"GetBoardSerialNumber", &IPMIsupport::GetBoardSerialNumber, "B-SN"},
+        {"GetBoardPartNumber", &IPMIsupport::GetBoardPartNumber, "B-PN"},
+        {"GetChassisPartNumber", &IPMIsupport::GetChassisPartNumber, "CH-PN"},
+        {"GetChassisSerialNumber", &IPMIsupport::GetChassisSerialNumber, "CH-SN"},
+        {"GetProductManufacturerName", &IPMIsupport::GetProductManufacturerName, "Acme"},
+        {"GetProductName", &IPMIsupport::GetProductName, "Server"},
+        {"GetProductPartName", &IPMIsupport::GetProductPartName, "P-PN"},
+    };
+    ExpectEach(kTexts);
 }
 
 TEST_F(Inventory, TheProductsVersionStandsForItsSerialNumber) {
@@ -48,16 +52,20 @@ TEST_F(Inventory, TextsAreEmptyBeforeTheyAreRead) {
 TEST_F(Inventory, FixedBytesAndFieldHeadsAreKept) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
-    EXPECT_EQ(Fru().BoardInfo.version, 1);
-    EXPECT_EQ(Fru().BoardInfo.boardInfoAreaLength, 32);
-    EXPECT_EQ(Fru().BoardInfo.ManufacturerInfo.typeCode, 3);
-    EXPECT_EQ(Fru().BoardInfo.ManufacturerInfo.manufacturerBytesLen, 5);
-    EXPECT_EQ(Fru().ChassisInfo.version, 1);
-    EXPECT_EQ(Fru().ChassisInfo.chassisType, 0x17);
-    EXPECT_EQ(Fru().ChassisInfo.chassisInfoAreaLength, 24);
-    EXPECT_EQ(Fru().ProductInfo.version, 1);
-    EXPECT_EQ(Fru().ProductInfo.AssetTagInfo.AssetTagInfoBytesLen, 4);
-    EXPECT_EQ(Fru().ProductInfo.productInfoAreaLength, 40);
+    ExpectNumbers({
+        {"BoardInfo.version", Fru().BoardInfo.version, 1},
+        {"BoardInfo.boardInfoAreaLength", Fru().BoardInfo.boardInfoAreaLength, 32},
+        {"BoardInfo.ManufacturerInfo.typeCode", Fru().BoardInfo.ManufacturerInfo.typeCode, 3},
+        {"BoardInfo.ManufacturerInfo.manufacturerBytesLen",
+         Fru().BoardInfo.ManufacturerInfo.manufacturerBytesLen, 5},
+        {"ChassisInfo.version", Fru().ChassisInfo.version, 1},
+        {"ChassisInfo.chassisType", Fru().ChassisInfo.chassisType, 0x17},
+        {"ChassisInfo.chassisInfoAreaLength", Fru().ChassisInfo.chassisInfoAreaLength, 24},
+        {"ProductInfo.version", Fru().ProductInfo.version, 1},
+        {"ProductInfo.AssetTagInfo.AssetTagInfoBytesLen",
+         Fru().ProductInfo.AssetTagInfo.AssetTagInfoBytesLen, 4},
+        {"ProductInfo.productInfoAreaLength", Fru().ProductInfo.productInfoAreaLength, 40},
+    });
 }
 
 TEST_F(Inventory, TheMarkerOfTheLastFieldIsAFieldOfOneByte) {
@@ -74,17 +82,21 @@ TEST_F(Inventory, SerialNumbersAreEnglishInEveryArea) {
           BoardArea(Field("abc") + Field("abc") + Field("abc") + Field("abc"), 1),
           OtherArea(Field("abc") + Field("abc") + Field("abc") + Field("abc") + Field("abc"), 1));
     ASSERT_EQ(Support().GetFRUInfo(), 0);
-    EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated("ab"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetBoardProductName), Terminated("ab"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetBoardSerialNumber), Terminated("abc"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetBoardPartNumber), Terminated("ab"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetChassisPartNumber), Terminated("abc"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetProductManufacturerName), Terminated("ab"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetProductName), Terminated("ab"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetProductPartName), Terminated("ab"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetProductSerialNumber), Terminated("abc"));
-    EXPECT_EQ(AskText(&IPMIsupport::GetProductAssetTag), Terminated("\xC3"
-                                                                    "a"));
+    const TextGetter kTexts[] = {
+        {"GetBoardManufacturer", &IPMIsupport::GetBoardManufacturer, "ab"},
+        {"GetBoardProductName", &IPMIsupport::GetBoardProductName, "ab"},
+        {"GetBoardSerialNumber", &IPMIsupport::GetBoardSerialNumber, "abc"},
+        {"GetBoardPartNumber", &IPMIsupport::GetBoardPartNumber, "ab"},
+        {"GetChassisPartNumber", &IPMIsupport::GetChassisPartNumber, "abc"},
+        {"GetProductManufacturerName", &IPMIsupport::GetProductManufacturerName, "ab"},
+        {"GetProductName", &IPMIsupport::GetProductName, "ab"},
+        {"GetProductPartName", &IPMIsupport::GetProductPartName, "ab"},
+        {"GetProductSerialNumber", &IPMIsupport::GetProductSerialNumber, "abc"},
+        {"GetProductAssetTag", &IPMIsupport::GetProductAssetTag,
+         "\xC3"
+         "a"},
+    };
+    ExpectEach(kTexts);
 }
 
 TEST_F(Inventory, ASixBitFieldOfSixBytesIsEmptyAndSucceeds) {
@@ -124,9 +136,11 @@ TEST_F(Inventory, AnAreaOfAnotherVersionLeavesTheOneBefore) {
         return sim::Bytes{24, 2, 3, 9, 0xC2, 'X', 'Y', 0xC2, 'X', 'Y', 0xC2, 'X', 'Y'};
     });
     ASSERT_EQ(Support().GetFRUInfo(), 0);
-    EXPECT_EQ(Fru().BoardInfo.version, 1);
-    EXPECT_EQ(Fru().BoardInfo.boardInfoAreaLength, 32);
-    EXPECT_EQ(Fru().BoardInfo.languageCode, 0);
+    ExpectNumbers({
+        {"BoardInfo.version", Fru().BoardInfo.version, 1},
+        {"BoardInfo.boardInfoAreaLength", Fru().BoardInfo.boardInfoAreaLength, 32},
+        {"BoardInfo.languageCode", Fru().BoardInfo.languageCode, 0},
+    });
     EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated("Maker"));
     EXPECT_EQ(Fru().ChassisInfo.version, 1);
     EXPECT_EQ(Fru().ChassisInfo.chassisType, 0x17);

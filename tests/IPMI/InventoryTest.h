@@ -13,6 +13,13 @@ inline std::string Field(const std::string& text, int type = 3) {
     return static_cast<char>(type << 6 | static_cast<int>(text.size())) + text;
 }
 
+// A getter of a text, and the text that it is expected to write.
+struct TextGetter {
+    const char* name;
+    int (IPMIsupport::*read)(char*);
+    const char* text;
+};
+
 class Inventory : public IpmiTest {
 protected:
     // An area of whole blocks of eight bytes.
@@ -53,6 +60,11 @@ protected:
     FRU& Fru() { return Support().fru; }
     Answer AskText(int (IPMIsupport::*getter)(char*)) {
         return AskWith(Buffer::kMarked, [&](char* out) { return (Support().*getter)(out); });
+    }
+    template <std::size_t N>
+    void ExpectEach(const TextGetter (&getters)[N]) {
+        for (const TextGetter& getter : getters)
+            EXPECT_EQ(AskText(getter.read), Terminated(getter.text)) << getter.name;
     }
 };
 

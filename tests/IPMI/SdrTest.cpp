@@ -32,30 +32,41 @@ TEST(Sdr, ANewObjectIsTheMemoryThatItStandsIn) {
                             [](volatile unsigned char& byte) { return byte == 0xA5; }));
 }
 
+// The accessors of one byte, and where in the record their byte stands.
+struct Accessor {
+    const char* name;
+    unsigned char (SDR::*read)();
+    int offset;
+};
+constexpr Accessor kAccessors[] = {
+    {"GetSensorRecordType", &SDR::GetSensorRecordType, 3},
+    {"GetSensorOwnerID", &SDR::GetSensorOwnerID, 5},
+    {"GetSensorOwnerLUN", &SDR::GetSensorOwnerLUN, 6},
+    {"GetSensorNumber", &SDR::GetSensorNumber, 7},
+    {"GetEntityID", &SDR::GetEntityID, 8},
+    {"GetEntityInstance", &SDR::GetEntityInstance, 9},
+    {"GetSensorType", &SDR::GetSensorType, 12},
+    {"GetEventType", &SDR::GetEventType, 13},
+    {"GetUnit1", &SDR::GetUnit1, 20},
+    {"GetBaseUnit", &SDR::GetBaseUnit, 21},
+    {"GetModifierUnit", &SDR::GetModifierUnit, 22},
+    {"GetLinearization", &SDR::GetLinearization, 23},
+    {"GetM", &SDR::GetM, 24},
+    {"Gettolerance", &SDR::Gettolerance, 25},
+    {"GetB", &SDR::GetB, 26},
+    {"Getaccuracy", &SDR::Getaccuracy, 27},
+    {"GetRExp", &SDR::GetRExp, 29},
+    {"GetSensorReadingMax", &SDR::GetSensorReadingMax, 34},
+    {"GetSensorReadingMin", &SDR::GetSensorReadingMin, 35},
+};
+
 TEST(Sdr, EveryAccessorReadsItsByte) {
     Record record = Numbered();
     SDR sdr(record.data());
     EXPECT_EQ(sdr.IsInitOK(), 1);
-    EXPECT_EQ(sdr.GetSensorRecordType(), 3);
-    EXPECT_EQ(sdr.GetSensorOwnerID(), 5);
-    EXPECT_EQ(sdr.GetSensorOwnerLUN(), 6);
-    EXPECT_EQ(sdr.GetSensorNumber(), 7);
-    EXPECT_EQ(sdr.GetEntityID(), 8);
-    EXPECT_EQ(sdr.GetEntityInstance(), 9);
-    EXPECT_EQ(sdr.GetSensorType(), 12);
-    EXPECT_EQ(sdr.GetEventType(), 13);
+    for (const Accessor& accessor : kAccessors)
+        EXPECT_EQ((sdr.*accessor.read)(), accessor.offset) << accessor.name;
     EXPECT_EQ(sdr.GetThresholdInfo(), 0x1312);
-    EXPECT_EQ(sdr.GetUnit1(), 20);
-    EXPECT_EQ(sdr.GetBaseUnit(), 21);
-    EXPECT_EQ(sdr.GetModifierUnit(), 22);
-    EXPECT_EQ(sdr.GetLinearization(), 23);
-    EXPECT_EQ(sdr.GetM(), 24);
-    EXPECT_EQ(sdr.Gettolerance(), 25);
-    EXPECT_EQ(sdr.GetB(), 26);
-    EXPECT_EQ(sdr.Getaccuracy(), 27);
-    EXPECT_EQ(sdr.GetRExp(), 29);
-    EXPECT_EQ(sdr.GetSensorReadingMax(), 34);
-    EXPECT_EQ(sdr.GetSensorReadingMin(), 35);
 }
 
 TEST(Sdr, TheObjectIsTheRecordByteForByte) {
@@ -74,26 +85,9 @@ TEST(Sdr, ANullRecordLeavesTheBytesAndEmptiesTheAccessors) {
     sdr = nullptr;
     EXPECT_EQ(sdr.IsInitOK(), 0);
     EXPECT_EQ(std::memcmp(&sdr, record.data(), record.size()), 0);
-    EXPECT_EQ(sdr.GetSensorRecordType(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorOwnerID(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorOwnerLUN(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorNumber(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorType(), 0xFF);
-    EXPECT_EQ(sdr.GetEventType(), 0xFF);
-    EXPECT_EQ(sdr.GetEntityID(), 0xFF);
-    EXPECT_EQ(sdr.GetEntityInstance(), 0xFF);
+    for (const Accessor& accessor : kAccessors)
+        EXPECT_EQ((sdr.*accessor.read)(), 0xFF) << accessor.name;
     EXPECT_EQ(sdr.GetThresholdInfo(), 0xFFFF);
-    EXPECT_EQ(sdr.GetUnit1(), 0xFF);
-    EXPECT_EQ(sdr.GetBaseUnit(), 0xFF);
-    EXPECT_EQ(sdr.GetModifierUnit(), 0xFF);
-    EXPECT_EQ(sdr.GetLinearization(), 0xFF);
-    EXPECT_EQ(sdr.GetM(), 0xFF);
-    EXPECT_EQ(sdr.GetB(), 0xFF);
-    EXPECT_EQ(sdr.GetRExp(), 0xFF);
-    EXPECT_EQ(sdr.Gettolerance(), 0xFF);
-    EXPECT_EQ(sdr.Getaccuracy(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorReadingMax(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorReadingMin(), 0xFF);
     EXPECT_EQ(sdr.GetValueM(), -1);
     EXPECT_EQ(sdr.GetValueB(), -1);
     EXPECT_EQ(sdr.GetBExpValue(), -1);

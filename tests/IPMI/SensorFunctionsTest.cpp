@@ -6,6 +6,7 @@
 #include <string>
 
 #include "Talvane.h"
+#include "support/FieldTable.h"
 #include "support/IpmiTest.h"
 
 namespace {
@@ -46,24 +47,30 @@ TEST_F(SensorQuery, AFanFillsItsElement) {
     EXPECT_EQ(fans.record.quantity, 1);
     const FAN_DEVICE& fan = fans.record.fan[0];
     EXPECT_STREQ(fan.speed, "3500RPM");
-    EXPECT_EQ(fan.sensorNumber, 0x30);
-    EXPECT_EQ(fan.DeviceID, 29);
-    EXPECT_EQ(fan.SensorType, kFan);
-    EXPECT_STREQ(fan.desc, "");
-    EXPECT_STREQ(fan.IdString, "FAN 1");
-    EXPECT_STREQ(fan.min, "");
-    EXPECT_STREQ(fan.max, "");
-    EXPECT_EQ(fan.status, 0);
-    EXPECT_EQ(fan.sti.DeviceID, 29);
-    EXPECT_EQ(fan.sti.SensorType, kFan);
-    EXPECT_EQ(fan.sti.LowerNonCriticalThreshold, 500.0);
-    EXPECT_EQ(fan.sti.LowerCriticalThreshold, 400.0);
-    EXPECT_EQ(fan.sti.LowerNonRecoverThreshold, 300.0);
-    EXPECT_EQ(fan.sti.UpperNonCriticalThresholdValue, 5000.0);
-    EXPECT_EQ(fan.sti.UpperCriticalThresholdValue, 5500.0);
-    EXPECT_EQ(fan.sti.UpperNonRecoverThresholdValue, 6000.0);
-    EXPECT_EQ(fan.sti.MaxThreshold, 0.0);
-    EXPECT_EQ(fan.sti.readableFlag, 0) << "not written";
+    ExpectNumbers({
+        {"sensorNumber", fan.sensorNumber, 0x30},
+        {"DeviceID", fan.DeviceID, 29},
+        {"SensorType", fan.SensorType, kFan},
+    });
+    ExpectTexts({
+        {"desc", fan.desc, ""},
+        {"IdString", fan.IdString, "FAN 1"},
+        {"min", fan.min, ""},
+        {"max", fan.max, ""},
+    });
+    ExpectNumbers({
+        {"status", fan.status, 0},
+        {"sti.DeviceID", fan.sti.DeviceID, 29},
+        {"sti.SensorType", fan.sti.SensorType, kFan},
+        {"sti.LowerNonCriticalThreshold", fan.sti.LowerNonCriticalThreshold, 500.0},
+        {"sti.LowerCriticalThreshold", fan.sti.LowerCriticalThreshold, 400.0},
+        {"sti.LowerNonRecoverThreshold", fan.sti.LowerNonRecoverThreshold, 300.0},
+        {"sti.UpperNonCriticalThresholdValue", fan.sti.UpperNonCriticalThresholdValue, 5000.0},
+        {"sti.UpperCriticalThresholdValue", fan.sti.UpperCriticalThresholdValue, 5500.0},
+        {"sti.UpperNonRecoverThresholdValue", fan.sti.UpperNonRecoverThresholdValue, 6000.0},
+        {"sti.MaxThreshold", fan.sti.MaxThreshold, 0.0},
+        {"sti.readableFlag", fan.sti.readableFlag, 0},  // untouched
+    });
     EXPECT_TRUE(fans.IsIntact());
 }
 
@@ -72,12 +79,16 @@ TEST_F(SensorQuery, AVoltageFillsItsElementWithLimits) {
     ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
     EXPECT_EQ(voltages.record.quantity, 1);
     const VOLTAGE_PROBE& voltage = voltages.record.voltage[0];
-    EXPECT_STREQ(voltage.CurrentVoltage, "3.30V");
-    EXPECT_STREQ(voltage.max, "5.00");
-    EXPECT_STREQ(voltage.min, "0.20");
-    EXPECT_EQ(voltage.sensorNumber, 0x20);
-    EXPECT_EQ(voltage.DeviceID, 10);
-    EXPECT_EQ(voltage.SensorType, kVoltage);
+    ExpectTexts({
+        {"CurrentVoltage", voltage.CurrentVoltage, "3.30V"},
+        {"max", voltage.max, "5.00"},
+        {"min", voltage.min, "0.20"},
+    });
+    ExpectNumbers({
+        {"sensorNumber", voltage.sensorNumber, 0x20},
+        {"DeviceID", voltage.DeviceID, 10},
+        {"SensorType", voltage.SensorType, kVoltage},
+    });
     EXPECT_STREQ(voltage.IdString, "3.3V");
 }
 
@@ -89,9 +100,11 @@ TEST_F(SensorQuery, ATemperatureFillsItsElementWithItsState) {
     const TEMPERATURE_PROBE& temperature = temperatures.record.temperature[0];
     EXPECT_STREQ(temperature.CurrentTemperature, "42.00degree C");
     EXPECT_STREQ(temperature.desc, "transition to Critical from less servere");
-    EXPECT_EQ(temperature.sensorNumber, 0x10);
-    EXPECT_EQ(temperature.DeviceID, 3);
-    EXPECT_EQ(temperature.SensorType, kTemperature);
+    ExpectNumbers({
+        {"sensorNumber", temperature.sensorNumber, 0x10},
+        {"DeviceID", temperature.DeviceID, 3},
+        {"SensorType", temperature.SensorType, kTemperature},
+    });
     EXPECT_STREQ(temperature.IdString, "CPU");
 }
 

@@ -34,25 +34,28 @@ TEST_F(Tables, SensorsAreSortedByType) {
 TEST_F(Tables, EveryGetterAnswersFromItsTable) {
     AddOneOfEach();
     Loaded();
-    unsigned char byte = 0;
-    EXPECT_EQ(Support().GetTemperatureEntityID(0, byte), 0);
-    EXPECT_EQ(byte, 3);
-    EXPECT_EQ(Support().GetVoltageEntityID(0, byte), 0);
-    EXPECT_EQ(byte, 10);
-    EXPECT_EQ(Support().GetFanEntityID(0, byte), 0);
-    EXPECT_EQ(byte, 29);
-    EXPECT_EQ(Support().GetTemperatureSensorNumber(0, byte), 0);
-    EXPECT_EQ(byte, 0x10);
-    EXPECT_EQ(Support().GetVoltageSensorNumber(0, byte), 0);
-    EXPECT_EQ(byte, 0x20);
-    EXPECT_EQ(Support().GetFanSensorNumber(0, byte), 0);
-    EXPECT_EQ(byte, 0x30);
-    EXPECT_EQ(Support().GetTemperatureSensorType(0, byte), 0);
-    EXPECT_EQ(byte, kTemperature);
-    EXPECT_EQ(Support().GetVoltageSensorType(0, byte), 0);
-    EXPECT_EQ(byte, kVoltage);
-    EXPECT_EQ(Support().GetFanSensorType(0, byte), 0);
-    EXPECT_EQ(byte, kFan);
+    struct ByteGetter {
+        const char* name;
+        int (IPMIsupport::*read)(int, unsigned char&);
+        unsigned char expected;
+    };
+    constexpr ByteGetter kBytes[] = {
+        {"GetTemperatureEntityID", &IPMIsupport::GetTemperatureEntityID, 3},
+        {"GetVoltageEntityID", &IPMIsupport::GetVoltageEntityID, 10},
+        {"GetFanEntityID", &IPMIsupport::GetFanEntityID, 29},
+        {"GetTemperatureSensorNumber", &IPMIsupport::GetTemperatureSensorNumber, 0x10},
+        {"GetVoltageSensorNumber", &IPMIsupport::GetVoltageSensorNumber, 0x20},
+        {"GetFanSensorNumber", &IPMIsupport::GetFanSensorNumber, 0x30},
+        {"GetTemperatureSensorType", &IPMIsupport::GetTemperatureSensorType, kTemperature},
+        {"GetVoltageSensorType", &IPMIsupport::GetVoltageSensorType, kVoltage},
+        {"GetFanSensorType", &IPMIsupport::GetFanSensorType, kFan},
+    };
+    for (const ByteGetter& getter : kBytes) {
+        SCOPED_TRACE(getter.name);
+        unsigned char byte = 0;
+        EXPECT_EQ((Support().*getter.read)(0, byte), 0);
+        EXPECT_EQ(byte, getter.expected);
+    }
     EXPECT_EQ(Ask(&Sensor::GetTemperatureIDString, 0), Terminated("T1"));
     EXPECT_EQ(Ask(&Sensor::GetVoltageIDString, 0), Terminated("V1"));
     EXPECT_EQ(Ask(&Sensor::GetFanIDString, 0), Terminated("F1"));

@@ -5,6 +5,7 @@
 #include <array>
 #include <vector>
 
+#include "support/FieldTable.h"
 #include "support/IpmiTest.h"
 
 namespace {
@@ -23,20 +24,22 @@ TEST_F(Thresholds, AreReadInMaskOrder) {
     bmc.SetThresholds(0x30, {0xFF, {10, 20, 30, 40, 50, 60}});
     EXPECT_EQ(Sensors().GetSensorThreshold(0x30, tenths, raw, converted), 0);
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Thresholds 30"));
-    EXPECT_EQ(raw.readableFlag, 0x3F);
-    EXPECT_EQ(raw.LowerNonCriticalThreshold, 10);
-    EXPECT_EQ(raw.LowerCriticalThreshold, 20);
-    EXPECT_EQ(raw.LowerNonRecoverThreshold, 30);
-    EXPECT_EQ(raw.UpperNonCriticalThresholdValue, 40);
-    EXPECT_EQ(raw.UpperCriticalThresholdValue, 50);
-    EXPECT_EQ(raw.UpperNonRecoverThresholdValue, 60);
-    EXPECT_EQ(converted.readableFlag, 0x3F);
-    EXPECT_EQ(converted.LowerNonCriticalThreshold, 1.0);
-    EXPECT_EQ(converted.LowerCriticalThreshold, 2.0);
-    EXPECT_EQ(converted.LowerNonRecoverThreshold, 3.0);
-    EXPECT_EQ(converted.UpperNonCriticalThresholdValue, 4.0);
-    EXPECT_EQ(converted.UpperCriticalThresholdValue, 5.0);
-    EXPECT_EQ(converted.UpperNonRecoverThresholdValue, 6.0);
+    ExpectNumbers({
+        {"raw.readableFlag", raw.readableFlag, 0x3F},
+        {"raw.LowerNonCriticalThreshold", raw.LowerNonCriticalThreshold, 10},
+        {"raw.LowerCriticalThreshold", raw.LowerCriticalThreshold, 20},
+        {"raw.LowerNonRecoverThreshold", raw.LowerNonRecoverThreshold, 30},
+        {"raw.UpperNonCriticalThresholdValue", raw.UpperNonCriticalThresholdValue, 40},
+        {"raw.UpperCriticalThresholdValue", raw.UpperCriticalThresholdValue, 50},
+        {"raw.UpperNonRecoverThresholdValue", raw.UpperNonRecoverThresholdValue, 60},
+        {"converted.readableFlag", converted.readableFlag, 0x3F},
+        {"converted.LowerNonCriticalThreshold", converted.LowerNonCriticalThreshold, 1.0},
+        {"converted.LowerCriticalThreshold", converted.LowerCriticalThreshold, 2.0},
+        {"converted.LowerNonRecoverThreshold", converted.LowerNonRecoverThreshold, 3.0},
+        {"converted.UpperNonCriticalThresholdValue", converted.UpperNonCriticalThresholdValue, 4.0},
+        {"converted.UpperCriticalThresholdValue", converted.UpperCriticalThresholdValue, 5.0},
+        {"converted.UpperNonRecoverThresholdValue", converted.UpperNonRecoverThresholdValue, 6.0},
+    });
 }
 
 TEST_F(Thresholds, WhatIsNotReadIsCleared) {
@@ -44,14 +47,16 @@ TEST_F(Thresholds, WhatIsNotReadIsCleared) {
     raw.MaxThreshold = raw.MinThreshold = raw.settableFlag = 7;
     converted.MaxThreshold = converted.MinThreshold = 7;
     EXPECT_EQ(Sensors().GetSensorThreshold(0x30, tenths, raw, converted), 0);
-    EXPECT_EQ(raw.deviceID, 0);
-    EXPECT_EQ(raw.sensorType, 0);
-    EXPECT_EQ(raw.changeTrend, 0);
-    EXPECT_EQ(raw.MaxThreshold, 0);
-    EXPECT_EQ(raw.MinThreshold, 0);
-    EXPECT_EQ(raw.settableFlag, 0);
-    EXPECT_EQ(converted.MaxThreshold, 0);
-    EXPECT_EQ(converted.MinThreshold, 0);
+    ExpectNumbers({
+        {"raw.deviceID", raw.deviceID, 0},
+        {"raw.sensorType", raw.sensorType, 0},
+        {"raw.changeTrend", raw.changeTrend, 0},
+        {"raw.MaxThreshold", raw.MaxThreshold, 0},
+        {"raw.MinThreshold", raw.MinThreshold, 0},
+        {"raw.settableFlag", raw.settableFlag, 0},
+        {"converted.MaxThreshold", converted.MaxThreshold, 0},
+        {"converted.MinThreshold", converted.MinThreshold, 0},
+    });
 }
 
 TEST_F(Thresholds, OfNoSensorAreRefusedBeforeAnythingIsCleared) {

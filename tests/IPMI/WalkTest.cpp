@@ -6,6 +6,7 @@
 #include <climits>
 #include <new>
 
+#include "support/FieldTable.h"
 #include "support/IpmiTest.h"
 
 namespace {
@@ -28,33 +29,40 @@ TEST_F(SensorWalk, EveryFieldOfARecordIsKept) {
     bmc.SetThresholds(0, {0x3F, {5, 4, 3, 100, 110, 120}});
     Walk(1);
     const SensorDescription& entry = Entry(0);
-    EXPECT_EQ(entry.SensorNumbers, 0x30);
-    EXPECT_EQ(entry.SensorEntityID, 3);
-    EXPECT_EQ(entry.SensorEntityInstance, 1);
-    EXPECT_EQ(entry.SensorType, kTemperature);
-    EXPECT_EQ(entry.SensorEventReadingCode, 1);
-    EXPECT_EQ(entry.SensorCodeOffset, 0);
-    EXPECT_EQ(entry.isAnalogReading, 0);
-    EXPECT_EQ(entry.sfp.Unit1, 0);
-    EXPECT_EQ(entry.sfp.SensorLinearization, 0x80);
-    EXPECT_EQ(entry.sfp.M, 272);
-    EXPECT_EQ(entry.sfp.B, -259) << "in two halves";
-    EXPECT_EQ(entry.sfp.BExp, 1);
-    EXPECT_EQ(entry.sfp.RExp, -2);
-    EXPECT_EQ(entry.SensorReadingMaxD, (272.0 * 150 - 2590) * 0.01);
-    EXPECT_STREQ(entry.SensorReadingMax, "382.10") << "the unit is not known yet";
-    EXPECT_STREQ(entry.SensorReadingMin, "1.30");
-    EXPECT_STREQ(entry.SensorUnit, "degree C");
-    EXPECT_STREQ(entry.IDString, "CPU1 Temp");
-    EXPECT_EQ(entry.stir.deviceID, 3);
-    EXPECT_EQ(entry.stir.sensorType, kTemperature);
-    EXPECT_EQ(entry.stir.readableFlag, 0x3F);
-    EXPECT_EQ(entry.stir.settableFlag, 0x1B);
-    EXPECT_EQ(entry.stir.UpperNonRecoverThresholdValue, 120);
-    EXPECT_EQ(entry.stic.deviceID, 3);
-    EXPECT_EQ(entry.stic.sensorType, kTemperature);
-    EXPECT_EQ(entry.stic.settableFlag, 0x1B);
-    EXPECT_EQ(entry.stic.LowerCriticalThreshold, (272.0 * 4 - 2590) * 0.01);
+    ExpectNumbers({
+        {"SensorNumbers", entry.SensorNumbers, 0x30},
+        {"SensorEntityID", entry.SensorEntityID, 3},
+        {"SensorEntityInstance", entry.SensorEntityInstance, 1},
+        {"SensorType", entry.SensorType, kTemperature},
+        {"SensorEventReadingCode", entry.SensorEventReadingCode, 1},
+        {"SensorCodeOffset", entry.SensorCodeOffset, 0},
+        {"isAnalogReading", entry.isAnalogReading, 0},
+        {"sfp.Unit1", entry.sfp.Unit1, 0},
+        {"sfp.SensorLinearization", entry.sfp.SensorLinearization, 0x80},
+        {"sfp.M", entry.sfp.M, 272},
+        {"sfp.B", entry.sfp.B, -259},  // in two halves
+        {"sfp.BExp", entry.sfp.BExp, 1},
+        {"sfp.RExp", entry.sfp.RExp, -2},
+        {"SensorReadingMaxD", entry.SensorReadingMaxD, (272.0 * 150 - 2590) * 0.01},
+    });
+    ExpectTexts({
+        {"SensorReadingMax", entry.SensorReadingMax, "382.10"},  // the unit is not known yet
+        {"SensorReadingMin", entry.SensorReadingMin, "1.30"},
+        {"SensorUnit", entry.SensorUnit, "degree C"},
+        {"IDString", entry.IDString, "CPU1 Temp"},
+    });
+    ExpectNumbers({
+        {"stir.deviceID", entry.stir.deviceID, 3},
+        {"stir.sensorType", entry.stir.sensorType, kTemperature},
+        {"stir.readableFlag", entry.stir.readableFlag, 0x3F},
+        {"stir.settableFlag", entry.stir.settableFlag, 0x1B},
+        {"stir.UpperNonRecoverThresholdValue", entry.stir.UpperNonRecoverThresholdValue, 120},
+        {"stic.deviceID", entry.stic.deviceID, 3},
+        {"stic.sensorType", entry.stic.sensorType, kTemperature},
+        {"stic.settableFlag", entry.stic.settableFlag, 0x1B},
+        {"stic.LowerCriticalThreshold", entry.stic.LowerCriticalThreshold,
+         (272.0 * 4 - 2590) * 0.01},
+    });
 }
 
 TEST_F(SensorWalk, ANameOfFifteenCharactersIsKeptWhole) {

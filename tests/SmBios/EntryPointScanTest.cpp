@@ -5,6 +5,7 @@
 #include <span>
 
 #include "support/EntryPointImage.h"
+#include "support/FieldTable.h"
 #include "support/SmBiosTest.h"
 
 namespace {
@@ -225,16 +226,19 @@ TEST_F(EntryPointScan, ThirtyOneBytesOfTheSmbiosEntryPointAreCopied) {
     WriteAt(kSegment, image);
     Read();
     EXPECT_EQ(std::memcmp(&reader->SmBiosEntry, image.data(), 31), 0);
-    EXPECT_EQ(+reader->SmBiosEntry.length, 31);
-    EXPECT_EQ(+reader->SmBiosEntry.MajorVersion, 2);
-    EXPECT_EQ(+reader->SmBiosEntry.MinorVersion, 3);
-    EXPECT_EQ(+reader->SmBiosEntry.MaxStructureSize, 0xC9C8);
-    EXPECT_EQ(+reader->SmBiosEntry.revission, 0xCA);
-    EXPECT_EQ(+reader->SmBiosEntry.StructureTableLength, 44);
-    EXPECT_EQ(+reader->SmBiosEntry.StructureTableAddress, kTableAddress);
-    EXPECT_EQ(+reader->SmBiosEntry.HowManyStructures, 2);
-    EXPECT_EQ(+reader->SmBiosEntry.BCD, 0xC0 + 30);
-    EXPECT_EQ(reader->BiosDataLength, 44);
+    ExpectNumbers({
+        {"SmBiosEntry.length", reader->SmBiosEntry.length, 31},
+        {"SmBiosEntry.MajorVersion", reader->SmBiosEntry.MajorVersion, 2},
+        {"SmBiosEntry.MinorVersion", reader->SmBiosEntry.MinorVersion, 3},
+        {"SmBiosEntry.MaxStructureSize", reader->SmBiosEntry.MaxStructureSize, 0xC9C8},
+        {"SmBiosEntry.revission", reader->SmBiosEntry.revission, 0xCA},
+        {"SmBiosEntry.StructureTableLength", reader->SmBiosEntry.StructureTableLength, 44},
+        {"SmBiosEntry.StructureTableAddress", reader->SmBiosEntry.StructureTableAddress,
+         kTableAddress},
+        {"SmBiosEntry.HowManyStructures", reader->SmBiosEntry.HowManyStructures, 2},
+        {"SmBiosEntry.BCD", reader->SmBiosEntry.BCD, 0xC0 + 30},
+        {"BiosDataLength", reader->BiosDataLength, 44},
+    });
 }
 
 TEST_F(EntryPointScan, FifteenBytesOfTheDmiEntryPointAreCopied) {
@@ -242,12 +246,15 @@ TEST_F(EntryPointScan, FifteenBytesOfTheDmiEntryPointAreCopied) {
     WriteAt(kSegment, image);
     Read();
     EXPECT_EQ(std::memcmp(&reader->DmiEntry, image.data(), 15), 0);
-    EXPECT_EQ(+reader->DmiEntry.checksum, 0xD5);
-    EXPECT_EQ(+reader->DmiEntry.StructureTableLength, 44);
-    EXPECT_EQ(+reader->DmiEntry.biosStructureTableAddress, kTableAddress);
-    EXPECT_EQ(+reader->DmiEntry.HowManyStructures, 2);
-    EXPECT_EQ(+reader->DmiEntry.dmiBiosRevision, 0x20);
-    EXPECT_EQ(reader->BiosDataLength, 44);
+    ExpectNumbers({
+        {"DmiEntry.checksum", reader->DmiEntry.checksum, 0xD5},
+        {"DmiEntry.StructureTableLength", reader->DmiEntry.StructureTableLength, 44},
+        {"DmiEntry.biosStructureTableAddress", reader->DmiEntry.biosStructureTableAddress,
+         kTableAddress},
+        {"DmiEntry.HowManyStructures", reader->DmiEntry.HowManyStructures, 2},
+        {"DmiEntry.dmiBiosRevision", reader->DmiEntry.dmiBiosRevision, 0x20},
+        {"BiosDataLength", reader->BiosDataLength, 44},
+    });
 }
 
 }  // namespace

@@ -9,9 +9,9 @@
 namespace {
 
 // One call a line.
+// clang-format off
 template <class Reader>
 constexpr bool kPrivateCalls[] = {
-    // clang-format off
     requires(Reader r) { r.GetItem(1, 1); },
     requires(Reader r, char* s) { r.trim(s); },
     requires(Reader r, char* s) { r.GetCacheDesignationPrivate(1u, s, 1u); },
@@ -36,8 +36,8 @@ constexpr bool kPrivateCalls[] = {
     requires(Reader r, char* s) { r.GetMemDevType(1, s); },
     requires(Reader r, char* s) { r.GetMemDevTypeDetail(1, s); },
     requires(Reader r, char* s) { r.GetMemDevLocator(1, s, 1u); },
-    // clang-format on
 };
+// clang-format on
 
 }  // namespace
 

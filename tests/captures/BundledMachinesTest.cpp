@@ -20,21 +20,24 @@ Answers AnswersOf(const char* machine) {
 
 TEST(BundledMachines, FullServerHasSomethingToSayToEveryCommand) {
     Answers answers = AnswersOf("full-server");
-    EXPECT_EQ(answers["board.ProductName"], "KB-27 Mainboard");
-    EXPECT_EQ(answers["board.RomVersion"], "NL7500-A12");
-    EXPECT_EQ(answers["system.SysProductName"], "Ketch 2700 R");
-    EXPECT_EQ(answers["processors.quantity"], "2");
-    EXPECT_EQ(answers["cpu[1].cache[3].InstalledSize"], "1024 KB");
-    EXPECT_EQ(answers["memory.TotalSize"], "2048");
-    EXPECT_EQ(answers["bank[4].SlotNumber"], "4");
-    EXPECT_EQ(answers["bank[4].manufacturer"], "Fell & Daughters");
-    EXPECT_EQ(answers["ports.quantity"], "10");
-    EXPECT_EQ(answers["power.TotalNumber"], "3");
-    EXPECT_EQ(answers["power.RedundantNumber"], "2");
-    EXPECT_EQ(answers["ups.TotalNumber"], "1");
-    EXPECT_EQ(answers["fans.quantity"], "5");
-    EXPECT_EQ(answers["voltages.quantity"], "3");
-    EXPECT_EQ(answers["temperatures.quantity"], "2");
+    constexpr std::pair<const char*, const char*> kExpected[] = {
+        {"board.ProductName", "KB-27 Mainboard"},
+        {"board.RomVersion", "NL7500-A12"},
+        {"system.SysProductName", "Ketch 2700 R"},
+        {"processors.quantity", "2"},
+        {"cpu[1].cache[3].InstalledSize", "1024 KB"},
+        {"memory.TotalSize", "2048"},
+        {"bank[4].SlotNumber", "4"},
+        {"bank[4].manufacturer", "Fell & Daughters"},
+        {"ports.quantity", "10"},
+        {"power.TotalNumber", "3"},
+        {"power.RedundantNumber", "2"},
+        {"ups.TotalNumber", "1"},
+        {"fans.quantity", "5"},
+        {"voltages.quantity", "3"},
+        {"temperatures.quantity", "2"},
+    };
+    for (const auto& [field, text] : kExpected) EXPECT_EQ(answers[field], text) << field;
 }
 
 TEST(BundledMachines, LegacyDmiIsReadWithoutCountingAsSmbios) {

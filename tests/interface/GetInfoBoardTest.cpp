@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // GetInfo for the board and BIOS record (0x10000) and the system record (0x10000000).
+#include "support/FieldTable.h"
 #include "support/InterfaceTest.h"
 
 namespace {
@@ -63,14 +64,16 @@ TEST_F(GetInfoBoard, ZeroFilledRecordHoldsTerminatedTexts) {
     Place();
     BaseBoardInformation record{};
     EXPECT_EQ(GetInfo(kBoard, &record), 0);
-    EXPECT_STREQ(record.ProductName, "P0123456789abcdefghijklmnopqrst");
-    EXPECT_STREQ(record.RomVersion, "Rendor");
-    EXPECT_STREQ(record.RomReleaseDate, "Dendor");
-    EXPECT_STREQ(record.RomVendor, "Vendor");
-    EXPECT_STREQ(record.SerialNo, "S0123456789abcd");
-    EXPECT_STREQ(record.AssetTag, "");
-    EXPECT_STREQ(record.Manufacturer, "M0123456789abcdefghijklmnopqrst");
-    EXPECT_STREQ(record.RevisionLevel, "");
+    ExpectTexts({
+        {"ProductName", record.ProductName, "P0123456789abcdefghijklmnopqrst"},
+        {"RomVersion", record.RomVersion, "Rendor"},
+        {"RomReleaseDate", record.RomReleaseDate, "Dendor"},
+        {"RomVendor", record.RomVendor, "Vendor"},
+        {"SerialNo", record.SerialNo, "S0123456789abcd"},
+        {"AssetTag", record.AssetTag, ""},
+        {"Manufacturer", record.Manufacturer, "M0123456789abcdefghijklmnopqrst"},
+        {"RevisionLevel", record.RevisionLevel, ""},
+    });
 }
 
 TEST_F(GetInfoBoard, MissingBoardLeavesItsFieldsAlone) {
