@@ -13,7 +13,7 @@ namespace {
 
 using ::testing::SizeIs;
 
-TEST_F(Inventory, EveryTextHasItsGetter) {
+TEST_F(InventoryTest, EveryTextHasItsGetter) {
     PlaceAll();
     EXPECT_EQ(Support().GetFRUInfo(), 0);
     const TextGetter kTexts[] = {
@@ -30,26 +30,26 @@ TEST_F(Inventory, EveryTextHasItsGetter) {
     ExpectEach(kTexts);
 }
 
-TEST_F(Inventory, TheProductsVersionStandsForItsSerialNumber) {
+TEST_F(InventoryTest, TheProductsVersionStandsForItsSerialNumber) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
     EXPECT_EQ(AskText(&IPMIsupport::GetProductSerialNumber), Terminated("V1"));
     EXPECT_EQ(AskText(&IPMIsupport::GetProductVersion), Terminated(""));
 }
 
-TEST_F(Inventory, TheAssetTagIsTheFifthFieldFromItsTypeByteOn) {
+TEST_F(InventoryTest, TheAssetTagIsTheFifthFieldFromItsTypeByteOn) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
     EXPECT_EQ(AskText(&IPMIsupport::GetProductAssetTag), Terminated("\xC4P-S"));
 }
 
-TEST_F(Inventory, TextsAreEmptyBeforeTheyAreRead) {
+TEST_F(InventoryTest, TextsAreEmptyBeforeTheyAreRead) {
     EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated(""));
     EXPECT_EQ(AskText(&IPMIsupport::GetProductAssetTag), Terminated(""));
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Inventory, FixedBytesAndFieldHeadsAreKept) {
+TEST_F(InventoryTest, FixedBytesAndFieldHeadsAreKept) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
     ExpectNumbers({
@@ -68,7 +68,7 @@ TEST_F(Inventory, FixedBytesAndFieldHeadsAreKept) {
     });
 }
 
-TEST_F(Inventory, TheMarkerOfTheLastFieldIsAFieldOfOneByte) {
+TEST_F(InventoryTest, TheMarkerOfTheLastFieldIsAFieldOfOneByte) {
     const std::string marker(1, '\xC1');
     Place(OtherArea(Field("CH-PN") + marker + "Z", 0x17), BoardArea(""), OtherArea(""));
     ASSERT_EQ(Support().GetFRUInfo(), 0);
@@ -77,7 +77,7 @@ TEST_F(Inventory, TheMarkerOfTheLastFieldIsAFieldOfOneByte) {
     EXPECT_EQ(AskText(&IPMIsupport::GetChassisSerialNumber), Terminated("Z"));
 }
 
-TEST_F(Inventory, SerialNumbersAreEnglishInEveryArea) {
+TEST_F(InventoryTest, SerialNumbersAreEnglishInEveryArea) {
     Place(OtherArea(Field("abc") + Field("abc")),
           BoardArea(Field("abc") + Field("abc") + Field("abc") + Field("abc"), 1),
           OtherArea(Field("abc") + Field("abc") + Field("abc") + Field("abc") + Field("abc"), 1));
@@ -99,7 +99,7 @@ TEST_F(Inventory, SerialNumbersAreEnglishInEveryArea) {
     ExpectEach(kTexts);
 }
 
-TEST_F(Inventory, ASixBitFieldOfSixBytesIsEmptyAndSucceeds) {
+TEST_F(InventoryTest, ASixBitFieldOfSixBytesIsEmptyAndSucceeds) {
     Place(OtherArea(Field("abcdef", 2) + Field("SN")), BoardArea(""), OtherArea(""));
     ASSERT_EQ(Fru().GetCommonHeaderInfo(), 0);
     EXPECT_EQ(Fru().GetChassisInfo(), 0);
@@ -107,7 +107,7 @@ TEST_F(Inventory, ASixBitFieldOfSixBytesIsEmptyAndSucceeds) {
     EXPECT_EQ(AskText(&IPMIsupport::GetChassisSerialNumber), Terminated("SN"));
 }
 
-TEST_F(Inventory, AnAreaOfAnotherVersionIsSkippedAndTheOthersAreRead) {
+TEST_F(InventoryTest, AnAreaOfAnotherVersionIsSkippedAndTheOthersAreRead) {
     Place(OtherArea(Field("CH-PN") + Field("CH-SN")),
           "\x02" + BoardArea(Field("Maker") + Field("Board") + Field("S") + Field("P")).substr(1),
           OtherArea(Field("Acme") + Field("Server") + Field("PN") + Field("V") + Field("S")));
@@ -118,7 +118,7 @@ TEST_F(Inventory, AnAreaOfAnotherVersionIsSkippedAndTheOthersAreRead) {
     EXPECT_EQ(AskText(&IPMIsupport::GetProductName), Terminated("Server"));
 }
 
-TEST_F(Inventory, AShorterTextLeavesTheTailOfTheOneBefore) {
+TEST_F(InventoryTest, AShorterTextLeavesTheTailOfTheOneBefore) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
     Place(OtherArea(Field("X") + Field("Y")),
@@ -128,7 +128,7 @@ TEST_F(Inventory, AShorterTextLeavesTheTailOfTheOneBefore) {
     EXPECT_EQ(AskText(&IPMIsupport::GetBoardManufacturer), Terminated("Zzker"));
 }
 
-TEST_F(Inventory, AnAreaOfAnotherVersionLeavesTheOneBefore) {
+TEST_F(InventoryTest, AnAreaOfAnotherVersionLeavesTheOneBefore) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
     bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
@@ -149,7 +149,7 @@ TEST_F(Inventory, AnAreaOfAnotherVersionLeavesTheOneBefore) {
     EXPECT_EQ(AskText(&IPMIsupport::GetProductName), Terminated("Server"));
 }
 
-TEST_F(Inventory, FieldsPastTheResponseReadAsZeros) {
+TEST_F(InventoryTest, FieldsPastTheResponseReadAsZeros) {
     bmc.Intercept([](const sim::BmcRequest&) {
         sim::Bytes response(256, 0xFF);  // fields of 63 bytes, 256 of them
         response[1] = 1;
@@ -171,11 +171,11 @@ constexpr Getter kGetters[] = {
     &FRU::GetProductSerialNumber,     &FRU::GetProductVersion,    &FRU::GetProductAssetTag,
 };
 
-TEST_F(Inventory, NullPointersAreRefused) {
+TEST_F(InventoryTest, NullPointersAreRefused) {
     for (const Getter getter : kGetters) EXPECT_EQ((Fru().*getter)(nullptr), -1);
 }
 
-TEST_F(Inventory, TextsAreEmptyWhateverTheMemoryHeldBefore) {
+TEST_F(InventoryTest, TextsAreEmptyWhateverTheMemoryHeldBefore) {
     alignas(FRU) unsigned char memory[sizeof(FRU)];
     std::memset(memory, 0xA5, sizeof memory);
     FRU* const fru = new (memory) FRU;

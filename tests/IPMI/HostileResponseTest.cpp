@@ -31,9 +31,9 @@ struct Text {
     char bytes[64];
 };
 
-class Hostile : public IpmiTest {
+class HostileResponseTest : public IpmiTest {
 protected:
-    Hostile() {
+    HostileResponseTest() {
         Add(Fan("FAN 1", 0x30).Entity(29, 1).Event(10).Limits(100, 0), 70);
         Add(Voltage("3.3V", 0x20).Entity(3, 1).Limits(250, 10), 165);
         // Powers of ten: with a higher reading the text is longer than its field.
@@ -143,7 +143,7 @@ void LoadAndAsk() {
     }
 }
 
-TEST_F(Hostile, ResponsesOfTheWalkAndTheInventoryStayInTheirTexts) {
+TEST_F(HostileResponseTest, ResponsesOfTheWalkAndTheInventoryStayInTheirTexts) {
     Learn(LoadAndAsk);
     ASSERT_GE(genuine.size(), 15u);
     DamageEach(LoadAndAsk);
@@ -182,7 +182,7 @@ void CallEverything() {
     EXPECT_LE(action, 0x7F);
 }
 
-TEST_F(Hostile, ResponsesToTheExportedFunctionsStayInTheirRecords) {
+TEST_F(HostileResponseTest, ResponsesToTheExportedFunctionsStayInTheirRecords) {
     CallEverything();  // reads the repository
     Learn(CallEverything);
     ASSERT_GE(genuine.size(), 7u);

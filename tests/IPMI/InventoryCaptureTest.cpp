@@ -92,7 +92,7 @@ private:
     std::string account_;
 };
 
-class InventoryCapture : public IpmiTest, public ::testing::WithParamInterface<std::string> {
+class InventoryCaptureTest : public IpmiTest, public ::testing::WithParamInterface<std::string> {
 protected:
     void SetUp() override {
         if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
@@ -110,11 +110,11 @@ protected:
     std::optional<Capture> capture;
 };
 
-TEST_P(InventoryCapture, TheSizeIsThatOfTheImage) {
+TEST_P(InventoryCaptureTest, TheSizeIsThatOfTheImage) {
     EXPECT_EQ(Support().fru.FRUInfo.FRUInfoSize, capture->image.size());
 }
 
-TEST_P(InventoryCapture, TextsAreThoseOfIpmiFru) {
+TEST_P(InventoryCaptureTest, TextsAreThoseOfIpmiFru) {
     for (const FieldPlace& field : kFields) {
         const auto told = capture->ComparableText(field);
         if (!told) continue;
@@ -128,7 +128,7 @@ TEST_P(InventoryCapture, TextsAreThoseOfIpmiFru) {
 }
 
 // Else the test above would compare nothing.
-TEST(InventoryCaptures, HoldTextsToCompare) {
+TEST(InventoryCapturesTest, HoldTextsToCompare) {
     const std::vector<std::string> names = CapturesEndingIn("ipmi", ".ipmi-fru.txt");
     if (names.empty()) GTEST_SKIP() << kNoCaptures;
     std::map<std::string, int> found;
@@ -147,7 +147,7 @@ std::vector<std::string> OrNone(std::vector<std::string> names) {
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(Ipmi, InventoryCapture,
+INSTANTIATE_TEST_SUITE_P(Ipmi, InventoryCaptureTest,
                          ::testing::ValuesIn(OrNone(CapturesEndingIn("ipmi", ".ipmi-fru.txt"))));
 
 }  // namespace

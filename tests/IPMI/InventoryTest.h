@@ -20,7 +20,7 @@ struct TextGetter {
     const char* text;
 };
 
-class Inventory : public IpmiTest {
+class InventoryTest : public IpmiTest {
 protected:
     // An area of whole blocks of eight bytes.
     static std::string Area(std::string bytes, int blocks = -1) {

@@ -270,13 +270,15 @@ constexpr Same kProduct[] = {
 };
 static_assert(AllSame(kProduct), "FRU _ProductInfo");
 
+class IpmiLayoutTest : public IpmiTest {};
+
 // Where a member stands in its object; classes with virtual functions have no offsetof.
 template <class Object, class Member>
 std::ptrdiff_t Place(const Object& object, const Member& member) {
     return reinterpret_cast<const char*>(&member) - reinterpret_cast<const char*>(&object);
 }
 
-TEST_F(IpmiTest, TheMembersOfTheClassesStandWhereAgentsLookForThem) {
+TEST_F(IpmiLayoutTest, TheMembersOfTheClassesStandWhereAgentsLookForThem) {
     constexpr std::ptrdiff_t kBase = 32;
     constexpr std::ptrdiff_t kTable = 28932;
     const IPMIsupport& facade = Support();

@@ -23,7 +23,7 @@ Record Numbered() {
     return record;
 }
 
-TEST(Sdr, ANewObjectIsTheMemoryThatItStandsIn) {
+TEST(SdrTest, ANewObjectIsTheMemoryThatItStandsIn) {
     alignas(SDR) unsigned char memory[sizeof(SDR)];
     std::memset(memory, 0xA5, sizeof memory);
     new (memory) SDR;
@@ -60,7 +60,7 @@ constexpr Accessor kAccessors[] = {
     {"GetSensorReadingMin", &SDR::GetSensorReadingMin, 35},
 };
 
-TEST(Sdr, EveryAccessorReadsItsByte) {
+TEST(SdrTest, EveryAccessorReadsItsByte) {
     Record record = Numbered();
     SDR sdr(record.data());
     EXPECT_EQ(sdr.IsInitOK(), 1);
@@ -69,7 +69,7 @@ TEST(Sdr, EveryAccessorReadsItsByte) {
     EXPECT_EQ(sdr.GetThresholdInfo(), 0x1312);
 }
 
-TEST(Sdr, TheObjectIsTheRecordByteForByte) {
+TEST(SdrTest, TheObjectIsTheRecordByteForByte) {
     Record record = Numbered();
     SDR sdr(record.data());
     EXPECT_EQ(std::memcmp(&sdr, record.data(), record.size()), 0);
@@ -79,7 +79,7 @@ TEST(Sdr, TheObjectIsTheRecordByteForByte) {
     EXPECT_EQ(sdr.body.OEM, 46);
 }
 
-TEST(Sdr, ANullRecordLeavesTheBytesAndEmptiesTheAccessors) {
+TEST(SdrTest, ANullRecordLeavesTheBytesAndEmptiesTheAccessors) {
     Record record = Numbered();
     SDR sdr(record.data());
     sdr = nullptr;
@@ -98,7 +98,7 @@ TEST(Sdr, ANullRecordLeavesTheBytesAndEmptiesTheAccessors) {
     EXPECT_STREQ(name, "0123456789:;<=>") << "bytes 48 to 62, which are still there";
 }
 
-TEST(Sdr, AnAssignedRecordFillsAnEmptyObject) {
+TEST(SdrTest, AnAssignedRecordFillsAnEmptyObject) {
     Record record = Numbered();
     SDR sdr(record.data());
     sdr = nullptr;
@@ -108,7 +108,7 @@ TEST(Sdr, AnAssignedRecordFillsAnEmptyObject) {
     EXPECT_EQ(sdr.GetSensorNumber(), 0x42);
 }
 
-TEST(Sdr, OnlyFormatThreeHasNoAnalogReading) {
+TEST(SdrTest, OnlyFormatThreeHasNoAnalogReading) {
     Record record{};
     for (const int unit1 : {0x00, 0x3F, 0x40, 0x80, 0xBF}) {
         record[20] = static_cast<unsigned char>(unit1);
@@ -124,9 +124,9 @@ struct Factor {
     int low, high, value;
 };
 
-class TenBitFactor : public ::testing::TestWithParam<Factor> {};
+class TenBitFactorTest : public ::testing::TestWithParam<Factor> {};
 
-TEST_P(TenBitFactor, IsReadInTwoHalves) {
+TEST_P(TenBitFactorTest, IsReadInTwoHalves) {
     const Factor& factor = GetParam();
     Record record{};
     record[24] = record[26] = static_cast<unsigned char>(factor.low);
@@ -136,7 +136,7 @@ TEST_P(TenBitFactor, IsReadInTwoHalves) {
     EXPECT_EQ(sdr.GetValueB(), factor.value);
 }
 
-INSTANTIATE_TEST_SUITE_P(Sdr, TenBitFactor,
+INSTANTIATE_TEST_SUITE_P(Sdr, TenBitFactorTest,
                          ::testing::Values(Factor{0x00, 0x00, 0}, Factor{0x7F, 0x3F, 127},
                                            Factor{0xFF, 0x40, 511}, Factor{0x10, 0x40, 272},
                                            Factor{0x01, 0xFF, -255}, Factor{0xFF, 0xFF, -1},
@@ -149,9 +149,9 @@ struct Exponents {
     int byte, r, b;
 };
 
-class Exponent : public ::testing::TestWithParam<Exponents> {};
+class ExponentTest : public ::testing::TestWithParam<Exponents> {};
 
-TEST_P(Exponent, HasFourSignedBits) {
+TEST_P(ExponentTest, HasFourSignedBits) {
     Record record{};
     record[29] = static_cast<unsigned char>(GetParam().byte);
     SDR sdr(record.data());
@@ -159,13 +159,13 @@ TEST_P(Exponent, HasFourSignedBits) {
     EXPECT_EQ(sdr.GetBExpValue(), GetParam().b);
 }
 
-INSTANTIATE_TEST_SUITE_P(Sdr, Exponent,
+INSTANTIATE_TEST_SUITE_P(Sdr, ExponentTest,
                          ::testing::Values(Exponents{0x00, 0, 0}, Exponents{0xE9, -2, -7},
                                            Exponents{0x17, 1, 7}, Exponents{0x88, -8, -8},
                                            Exponents{0x70, 7, 0}, Exponents{0x0F, 0, -1},
                                            Exponents{0xF0, -1, 0}));
 
-class IdString : public ::testing::Test {
+class IdStringTest : public ::testing::Test {
 protected:
     // The name as the getter leaves it in a buffer full of '#'.
     std::string Get(int typeLength) {
@@ -180,27 +180,27 @@ protected:
     Record record{};
 };
 
-TEST_F(IdString, AShortOneIsCopiedAndTerminatedAtFifteen) {
+TEST_F(IdStringTest, AShortOneIsCopiedAndTerminatedAtFifteen) {
     EXPECT_EQ(Get(0xC4), std::string("abcd###########\0####", 20));
 }
 
-TEST_F(IdString, FifteenCharactersFill) {
+TEST_F(IdStringTest, FifteenCharactersFill) {
     EXPECT_EQ(Get(0xCF), std::string("abcdefghijklmno\0####", 20));
 }
 
-TEST_F(IdString, ALengthOfTwentyCopiesFifteenCharacters) {
+TEST_F(IdStringTest, ALengthOfTwentyCopiesFifteenCharacters) {
     EXPECT_EQ(Get(0xD4), std::string("abcdefghijklmno\0####", 20));
 }
 
-TEST_F(IdString, AnEmptyOneWritesTheTerminatorOnly) {
+TEST_F(IdStringTest, AnEmptyOneWritesTheTerminatorOnly) {
     EXPECT_EQ(Get(0xC0), std::string("###############\0####", 20));
 }
 
-TEST_F(IdString, ANullPointerIsRefused) {
+TEST_F(IdStringTest, ANullPointerIsRefused) {
     EXPECT_EQ(SDR(record.data()).GetIDstring(nullptr), -1);
 }
 
-TEST_F(IdString, ItsOwnLengthReadsZeroForEveryByte) {
+TEST_F(IdStringTest, ItsOwnLengthReadsZeroForEveryByte) {
     for (int byte = 0; byte < 256; ++byte) {
         record[47] = static_cast<unsigned char>(byte);
         EXPECT_EQ(SDR(record.data()).GetIDstringLen(), 0) << byte;

@@ -28,7 +28,7 @@ struct Guarded {
     }
 };
 
-class SensorQuery : public IpmiTest {
+class SensorQueryTest : public IpmiTest {
 protected:
     std::size_t Walks() const { return bmc.Count("Get SDR Repository Info"); }
     Guarded<FanInformation> fans;
@@ -36,11 +36,11 @@ protected:
     Guarded<TemperatureInformation> temperatures;
 };
 
-TEST_F(SensorQuery, IpmiIsSupportedWhereAnInterfaceAnswers) {
+TEST_F(SensorQueryTest, IpmiIsSupportedWhereAnInterfaceAnswers) {
     EXPECT_EQ(IsIpmiSupport(), 1);
 }
 
-TEST_F(SensorQuery, AFanFillsItsElement) {
+TEST_F(SensorQueryTest, AFanFillsItsElement) {
     Add(Fan("FAN 1", 0x30).Entity(29, 1), 70);
     bmc.SetThresholds(0, {0x3F, {10, 8, 6, 100, 110, 120}});
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
@@ -74,7 +74,7 @@ TEST_F(SensorQuery, AFanFillsItsElement) {
     EXPECT_TRUE(fans.IsIntact());
 }
 
-TEST_F(SensorQuery, AVoltageFillsItsElementWithLimits) {
+TEST_F(SensorQueryTest, AVoltageFillsItsElementWithLimits) {
     Add(Voltage("3.3V", 0x20).Entity(10, 1).Limits(250, 10), 165);
     ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
     EXPECT_EQ(voltages.record.quantity, 1);
@@ -92,7 +92,7 @@ TEST_F(SensorQuery, AVoltageFillsItsElementWithLimits) {
     EXPECT_STREQ(voltage.IdString, "3.3V");
 }
 
-TEST_F(SensorQuery, ATemperatureFillsItsElementWithItsState) {
+TEST_F(SensorQueryTest, ATemperatureFillsItsElementWithItsState) {
     Add(Temperature("CPU", 0x10).Entity(3, 1).Event(7), 42);
     bmc.SetStates(0x10, 0x04);
     ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
@@ -108,7 +108,7 @@ TEST_F(SensorQuery, ATemperatureFillsItsElementWithItsState) {
     EXPECT_STREQ(temperature.IdString, "CPU");
 }
 
-TEST_F(SensorQuery, TwentyFansAreCountedAndSixteenFilled) {
+TEST_F(SensorQueryTest, TwentyFansAreCountedAndSixteenFilled) {
     for (int i = 1; i <= 20; ++i)
         Add(Fan("FAN" + std::to_string(i), static_cast<std::uint8_t>(i)), 70);
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
@@ -117,7 +117,7 @@ TEST_F(SensorQuery, TwentyFansAreCountedAndSixteenFilled) {
     EXPECT_TRUE(fans.IsIntact());
 }
 
-TEST_F(SensorQuery, FortyVoltagesAndTemperaturesFillThirtyTwo) {
+TEST_F(SensorQueryTest, FortyVoltagesAndTemperaturesFillThirtyTwo) {
     for (int i = 1; i <= 40; ++i) {
         const auto number = static_cast<std::uint8_t>(i);
         Add(Voltage("V" + std::to_string(i), number), 165);
@@ -133,7 +133,7 @@ TEST_F(SensorQuery, FortyVoltagesAndTemperaturesFillThirtyTwo) {
     EXPECT_TRUE(temperatures.IsIntact());
 }
 
-TEST_F(SensorQuery, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
+TEST_F(SensorQueryTest, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
     Add(Voltage("V1", 0x20).Entity(10), 1);     // entry 0
     Add(Voltage("V2", 0x21).Entity(7), 1);      // entry 1
     Add(Temperature("T1", 0x10).Entity(3), 1);  // entry 2
@@ -151,7 +151,7 @@ TEST_F(SensorQuery, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
     EXPECT_EQ(voltages.record.voltage[1].DeviceID, 7) << "its own entity";
 }
 
-TEST_F(SensorQuery, FansCarryTheirOwnThresholds) {
+TEST_F(SensorQueryTest, FansCarryTheirOwnThresholds) {
     Add(Fan("F1", 0x30), 1);
     Add(Fan("F2", 0x31), 1);
     bmc.SetThresholds(0, {0x3F, {1, 1, 1, 1, 1, 1}});
@@ -161,7 +161,7 @@ TEST_F(SensorQuery, FansCarryTheirOwnThresholds) {
     EXPECT_EQ(fans.record.fan[1].sti.LowerCriticalThreshold, 100.0);
 }
 
-TEST_F(SensorQuery, TextsAreCutToTheirFields) {
+TEST_F(SensorQueryTest, TextsAreCutToTheirFields) {
     Add(Temperature("T", 0x10).Unit(65).Factors(100, 0, 0, 1), 200);
     Add(Voltage("V", 0x20).Factors(511, 0, 0, 7).Linearization(9).Limits(0xFE, 0xFD), 200);
     ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
@@ -173,7 +173,7 @@ TEST_F(SensorQuery, TextsAreCutToTheirFields) {
     EXPECT_STREQ(voltages.record.voltage[0].IdString, "V");
 }
 
-TEST_F(SensorQuery, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
+TEST_F(SensorQueryTest, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
     Add(Fan("F", 0x30), 70);
     std::memset(&fans.record, 0x5A, sizeof fans.record);
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
@@ -188,7 +188,7 @@ TEST_F(SensorQuery, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
     EXPECT_EQ(fans.record.fan[1].sensorNumber, 0x5A);
 }
 
-TEST_F(SensorQuery, OfVoltagesAndTemperaturesTooWhatIsNotWrittenStays) {
+TEST_F(SensorQueryTest, OfVoltagesAndTemperaturesTooWhatIsNotWrittenStays) {
     Add(Voltage("V", 0x20), 165);
     Add(Temperature("T", 0x10), 42);
     std::memset(&voltages.record, 0x5A, sizeof voltages.record);
@@ -206,7 +206,7 @@ TEST_F(SensorQuery, OfVoltagesAndTemperaturesTooWhatIsNotWrittenStays) {
     EXPECT_EQ(temperatures.record.temperature[1].sensorNumber, 0x5A);
 }
 
-TEST_F(SensorQuery, TheRepositoryIsReadOnce) {
+TEST_F(SensorQueryTest, TheRepositoryIsReadOnce) {
     Add(Fan("F", 0x30), 70);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
@@ -214,7 +214,7 @@ TEST_F(SensorQuery, TheRepositoryIsReadOnce) {
     EXPECT_EQ(fans.record.quantity, 1);
 }
 
-TEST_F(SensorQuery, AKindWithoutSensorsFailsAndWritesNothing) {
+TEST_F(SensorQueryTest, AKindWithoutSensorsFailsAndWritesNothing) {
     Add(Fan("F", 0x30), 70);
     voltages.record.quantity = 77;
     EXPECT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), -1);
@@ -222,7 +222,7 @@ TEST_F(SensorQuery, AKindWithoutSensorsFailsAndWritesNothing) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0) << "not busy";
 }
 
-TEST_F(SensorQuery, OtherCommandsSucceedAndWriteNothing) {
+TEST_F(SensorQueryTest, OtherCommandsSucceedAndWriteNothing) {
     Add(Fan("F", 0x30), 70);
     fans.record.quantity = 77;
     for (const unsigned long command : {0ul, TALVANE_BOARD, 0x6000000ul, 0xFFFFFFFFul})
@@ -231,7 +231,7 @@ TEST_F(SensorQuery, OtherCommandsSucceedAndWriteNothing) {
     EXPECT_EQ(Walks(), 1u) << "the repository is read all the same";
 }
 
-TEST_F(SensorQuery, AnEmptyRepositoryFailsEveryTimeAndIsReadEveryTime) {
+TEST_F(SensorQueryTest, AnEmptyRepositoryFailsEveryTimeAndIsReadEveryTime) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1);
     EXPECT_EQ(Walks(), 2u);
@@ -241,7 +241,7 @@ TEST_F(SensorQuery, AnEmptyRepositoryFailsEveryTimeAndIsReadEveryTime) {
 
 int nested = 77;
 
-TEST_F(SensorQuery, ANestedCallIsBusy) {
+TEST_F(SensorQueryTest, ANestedCallIsBusy) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] {
         FanInformation inner{};
@@ -252,7 +252,7 @@ TEST_F(SensorQuery, ANestedCallIsBusy) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
 }
 
-TEST_F(SensorQuery, AnInventoryQueryMayRunInside) {
+TEST_F(SensorQueryTest, AnInventoryQueryMayRunInside) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] {
         SysInformation inner{};

@@ -8,7 +8,7 @@ namespace {
 
 using ::testing::SizeIs;
 
-class Tables : public IpmiTest {
+class TablesTest : public IpmiTest {
 protected:
     void AddOneOfEach() {
         Add(Temperature("T1", 0x10).Entity(3, 1).Limits(0x7F, 0x01), 40);
@@ -21,7 +21,7 @@ protected:
     }
 };
 
-TEST_F(Tables, SensorsAreSortedByType) {
+TEST_F(TablesTest, SensorsAreSortedByType) {
     AddOneOfEach();
     Loaded();
     EXPECT_EQ(Support().GetTemSensorsNum(), 1);
@@ -31,7 +31,7 @@ TEST_F(Tables, SensorsAreSortedByType) {
     EXPECT_STREQ(Sensors().PSInfo.sd[0].IDString, "P1");
 }
 
-TEST_F(Tables, EveryGetterAnswersFromItsTable) {
+TEST_F(TablesTest, EveryGetterAnswersFromItsTable) {
     AddOneOfEach();
     Loaded();
     struct ByteGetter {
@@ -63,7 +63,7 @@ TEST_F(Tables, EveryGetterAnswersFromItsTable) {
     EXPECT_EQ(Ask(&Sensor::GetVoltageMin, 0), Terminated("0.20"));
 }
 
-TEST_F(Tables, ThresholdsComeRawAndConverted) {
+TEST_F(TablesTest, ThresholdsComeRawAndConverted) {
     AddOneOfEach();
     Loaded();
     SensorThresholdInfoRaw raw{};
@@ -77,7 +77,7 @@ TEST_F(Tables, ThresholdsComeRawAndConverted) {
     EXPECT_EQ(converted.LowerCriticalThreshold, 1100.0);
 }
 
-TEST_F(Tables, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
+TEST_F(TablesTest, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
     Add(Temperature("T1", 0x10).Unit1(0xC0), 40);
     Add(Voltage("V1", 0x20).Unit1(0xC0), 40);
     Add(Fan("F1", 0x30).Unit1(0xC0), 40);
@@ -89,7 +89,7 @@ TEST_F(Tables, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
     EXPECT_EQ(Sensors().PSInfo.quantity, 1);
 }
 
-TEST_F(Tables, AVoltageOrFanWithoutAnalogReadingAlwaysReadsUnknown) {
+TEST_F(TablesTest, AVoltageOrFanWithoutAnalogReadingAlwaysReadsUnknown) {
     Add(Voltage("V1", 0x20).Unit1(0xC0), 40);
     Add(Fan("F1", 0x30).Unit1(0xC0), 40);
     Loaded();
@@ -97,7 +97,7 @@ TEST_F(Tables, AVoltageOrFanWithoutAnalogReadingAlwaysReadsUnknown) {
     EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 0), Terminated("Unknown"));
 }
 
-TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesAndWritesTheSameEntries) {
+TEST_F(TablesTest, LoadingTwiceDoublesTheQuantitiesAndWritesTheSameEntries) {
     AddOneOfEach();
     Loaded();
     Loaded();
@@ -108,7 +108,7 @@ TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesAndWritesTheSameEntries) {
     EXPECT_EQ(Sensors().FSInfo.sd[1].SensorNumbers, 0);
 }
 
-TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesCappedByNothing) {
+TEST_F(TablesTest, LoadingTwiceDoublesTheQuantitiesCappedByNothing) {
     for (std::uint8_t i = 0; i < 64; ++i) {
         Add(Fan("F" + std::to_string(i), i), 70);
         Add(sim::SdrRecord("P" + std::to_string(i), static_cast<std::uint8_t>(64 + i))
@@ -123,7 +123,7 @@ TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesCappedByNothing) {
     EXPECT_STREQ(Sensors().FSInfo.sd[63].IDString, "F63");
 }
 
-TEST_F(Tables, SixtyFourSensorsFillATable) {
+TEST_F(TablesTest, SixtyFourSensorsFillATable) {
     for (int i = 0; i < 70; ++i)
         Add(Fan("F" + std::to_string(i), static_cast<std::uint8_t>(i)), 70);
     Loaded();
@@ -135,7 +135,7 @@ TEST_F(Tables, SixtyFourSensorsFillATable) {
     EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 63), Terminated("3500RPM"));
 }
 
-TEST_F(Tables, ASensorBehindTwoHundredFiftyFiveOthersIsFound) {
+TEST_F(TablesTest, ASensorBehindTwoHundredFiftyFiveOthersIsFound) {
     for (int i = 0; i < 258; ++i) Add(Temperature("T", 0x10), 40);
     Add(Fan("F1", 0x90).Entity(29), 70);
     Loaded();
@@ -148,7 +148,7 @@ TEST_F(Tables, ASensorBehindTwoHundredFiftyFiveOthersIsFound) {
     EXPECT_EQ(info.sensorNumber[0], 0x90);
 }
 
-TEST_F(Tables, OnlyTheFirstEntriesOfTheWalkAreLookedAt) {
+TEST_F(TablesTest, OnlyTheFirstEntriesOfTheWalkAreLookedAt) {
     Add(Fan("F1", 1), 70);
     Add(Fan("F2", 2), 70);
     ASSERT_EQ(Sensors().GetSensorNumbers(2), 0);
@@ -160,7 +160,7 @@ TEST_F(Tables, OnlyTheFirstEntriesOfTheWalkAreLookedAt) {
     EXPECT_EQ(Sensors().GetProcessorSensorInfo(0), -1);
 }
 
-TEST_F(Tables, ACountPastTheWalkEndsWithIt) {
+TEST_F(TablesTest, ACountPastTheWalkEndsWithIt) {
     Add(Fan("F1", 1), 70);
     ASSERT_EQ(Sensors().GetSensorNumbers(1), 0);
     EXPECT_EQ(Sensors().GetFanSensorsInfo(100000), 0);
@@ -168,7 +168,7 @@ TEST_F(Tables, ACountPastTheWalkEndsWithIt) {
     EXPECT_EQ(Sensors().GetVoltSensorsInfo(5), 0) << "before any walk, too";
 }
 
-TEST_F(Tables, WithoutAControllerThereAreNoSensors) {
+TEST_F(TablesTest, WithoutAControllerThereAreNoSensors) {
     AddOneOfEach();
     Loaded();
     InitOK = 0;
@@ -178,12 +178,12 @@ TEST_F(Tables, WithoutAControllerThereAreNoSensors) {
     EXPECT_EQ(Support().GetSensorInfo(), -1);
 }
 
-TEST_F(Tables, AnEmptyRepositoryCannotBeLoaded) {
+TEST_F(TablesTest, AnEmptyRepositoryCannotBeLoaded) {
     EXPECT_EQ(Support().GetSensorInfo(), -1);
     EXPECT_THAT(bmc.Requests(), SizeIs(1));
 }
 
-TEST_F(Tables, IndexesOutsideOfATableAreRefused) {
+TEST_F(TablesTest, IndexesOutsideOfATableAreRefused) {
     AddOneOfEach();
     Loaded();
     for (const int i : {-1, 64, 65, 1000}) {
@@ -207,7 +207,7 @@ TEST_F(Tables, IndexesOutsideOfATableAreRefused) {
     }
 }
 
-TEST_F(Tables, NullPointersAreRefused) {
+TEST_F(TablesTest, NullPointersAreRefused) {
     AddOneOfEach();
     Loaded();
     EXPECT_EQ(Sensors().GetFanIDString(0, nullptr), -1);

@@ -13,14 +13,14 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-class Thresholds : public IpmiTest {
+class ThresholdTest : public IpmiTest {
 protected:
     SensorFormulaParameter tenths{0, 0, 1, 0, 0, -1};
     SensorThresholdInfoRaw raw{};
     SensorThresholdInfoConverted converted{};
 };
 
-TEST_F(Thresholds, AreReadInMaskOrder) {
+TEST_F(ThresholdTest, AreReadInMaskOrder) {
     bmc.SetThresholds(0x30, {0xFF, {10, 20, 30, 40, 50, 60}});
     EXPECT_EQ(Sensors().GetSensorThreshold(0x30, tenths, raw, converted), 0);
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Thresholds 30"));
@@ -42,7 +42,7 @@ TEST_F(Thresholds, AreReadInMaskOrder) {
     });
 }
 
-TEST_F(Thresholds, WhatIsNotReadIsCleared) {
+TEST_F(ThresholdTest, WhatIsNotReadIsCleared) {
     raw.deviceID = raw.sensorType = raw.changeTrend = 7;
     raw.MaxThreshold = raw.MinThreshold = raw.settableFlag = 7;
     converted.MaxThreshold = converted.MinThreshold = 7;
@@ -59,7 +59,7 @@ TEST_F(Thresholds, WhatIsNotReadIsCleared) {
     });
 }
 
-TEST_F(Thresholds, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
+TEST_F(ThresholdTest, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
     raw.deviceID = 7;
     converted.MaxThreshold = 7;
     EXPECT_EQ(Sensors().GetSensorThreshold(0xFF, tenths, raw, converted), -1);
@@ -69,7 +69,7 @@ TEST_F(Thresholds, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Thresholds, WithoutAControllerReadZeroAndSucceed) {
+TEST_F(ThresholdTest, WithoutAControllerReadZeroAndSucceed) {
     Sensors();
     InitOK = 0;
     raw.LowerCriticalThreshold = 7;
@@ -79,7 +79,7 @@ TEST_F(Thresholds, WithoutAControllerReadZeroAndSucceed) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Thresholds, AreWrittenWithTheirMask) {
+TEST_F(ThresholdTest, AreWrittenWithTheirMask) {
     raw.settableFlag = 0x2A;
     raw.LowerNonCriticalThreshold = 1;
     raw.LowerCriticalThreshold = 2;
@@ -106,9 +106,9 @@ struct Order {
     int min = 0, max = 255;
 };
 
-class ThresholdOrder : public ::testing::TestWithParam<Order> {};
+class ThresholdOrderTest : public ::testing::TestWithParam<Order> {};
 
-TEST_P(ThresholdOrder, IsRepairedAroundTheChangedOne) {
+TEST_P(ThresholdOrderTest, IsRepairedAroundTheChangedOne) {
     const Order& order = GetParam();
     sim::SimulatedServer server;
     IPMIsupport support;
@@ -135,7 +135,7 @@ TEST_P(ThresholdOrder, IsRepairedAroundTheChangedOne) {
 constexpr Values kStart{10, 20, 30, 100, 110, 120};
 
 INSTANTIATE_TEST_SUITE_P(
-    Thresholds, ThresholdOrder,
+    Thresholds, ThresholdOrderTest,
     ::testing::Values(
         Order{"PushesDown", 0x3F, kStart, 0, 5, {3, 4, 5, 100, 110, 120}},
         Order{"PushesUpToTheFirstInOrder", 0x3F, kStart, 3, 115, {10, 20, 30, 115, 116, 120}},

@@ -18,7 +18,7 @@ int CallSlot(Object& object, std::size_t slot) {
     return table[slot](&object);
 }
 
-class VirtualTable : public IpmiTest {
+class VirtualTableTest : public IpmiTest {
 protected:
     // The first slot tells the readiness, the second one probes for an interface.
     template <class Object>
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(VirtualTable, OfEveryClassHasTheReadinessFirstAndTheProbeSecond) {
+TEST_F(VirtualTableTest, OfEveryClassHasTheReadinessFirstAndTheProbeSecond) {
     IPMIbase base;
     ExpectSlots(base);
     ExpectSlots(Support());

@@ -153,9 +153,9 @@ std::vector<std::string> CaptureNames() {
     return names;
 }
 
-class PciCapture : public ::testing::Test, public ::testing::WithParamInterface<std::string> {};
+class PciCaptureTest : public ::testing::Test, public ::testing::WithParamInterface<std::string> {};
 
-TEST_P(PciCapture, IsReportedAsLspciShowsIt) {
+TEST_P(PciCaptureTest, IsReportedAsLspciShowsIt) {
     if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
     const std::vector<LspciFunction> functions = ReportedFunctions(GetParam());
     sim::SimulatedServer server;
@@ -172,7 +172,7 @@ TEST_P(PciCapture, IsReportedAsLspciShowsIt) {
     for (std::size_t i = 0; i < functions.size(); ++i) ExpectSame(functions[i], record.dev[i]);
 }
 
-INSTANTIATE_TEST_SUITE_P(Machines, PciCapture, ::testing::ValuesIn(CaptureNames()),
+INSTANTIATE_TEST_SUITE_P(Machines, PciCaptureTest, ::testing::ValuesIn(CaptureNames()),
                          [](const auto& machine) {
                              std::string name = machine.param.empty() ? "None" : machine.param;
                              for (char& c : name)

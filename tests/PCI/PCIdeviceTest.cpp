@@ -44,7 +44,7 @@ void ExpectFieldsOfImage(PCIdevice& device) {
     });
 }
 
-TEST(PciDevice, AssignmentCopiesSixtyFourBytesAndKeepsTheLocation) {
+TEST(PciDeviceTest, AssignmentCopiesSixtyFourBytesAndKeepsTheLocation) {
     PCIdevice device;
     device.setBusNo(1);
     device.setDevNo(2);
@@ -56,7 +56,7 @@ TEST(PciDevice, AssignmentCopiesSixtyFourBytesAndKeepsTheLocation) {
     EXPECT_EQ(device.getFuncNo(), 3);
 }
 
-TEST(PciDevice, IsMadeFromAHeader) {
+TEST(PciDeviceTest, IsMadeFromAHeader) {
     _HEADER header;
     std::memcpy(&header, Image().data(), sizeof header);
     PCIdevice device(&header);
@@ -66,7 +66,7 @@ TEST(PciDevice, IsMadeFromAHeader) {
     EXPECT_EQ(device.getFuncNo(), 0);
 }
 
-TEST(PciDevice, NewOneIsAllZero) {
+TEST(PciDeviceTest, NewOneIsAllZero) {
     PCIdevice device;
     const PCIdevice zero = {};
     EXPECT_EQ(device.getVendorID(), 0);
@@ -74,7 +74,7 @@ TEST(PciDevice, NewOneIsAllZero) {
     EXPECT_EQ(std::memcmp(&device, &zero, sizeof device), 0);
 }
 
-TEST(PciDevice, LocationIsSetAndReadField) {
+TEST(PciDeviceTest, LocationIsSetAndReadField) {
     PCIdevice device;
     device.setBusNo(10);
     device.setDevNo(31);

@@ -15,9 +15,9 @@ constexpr std::uint32_t kTableAddress = 0xF8000;
 
 // Fields of the packed entry points are compared as copies (unary plus): a reference to one would
 // be misaligned.
-class EntryPointScan : public SmBiosTest {
+class EntryPointScanTest : public SmBiosTest {
 protected:
-    EntryPointScan() {
+    EntryPointScanTest() {
         table.Add(0, 0x0000, 9).String(4, "First Vendor");
         table.Add(1, 0x0001, 8).String(4, "First Maker");
         server.GetMemory().Write(kTableAddress, table.Image());
@@ -43,7 +43,7 @@ protected:
     }
 };
 
-TEST_F(EntryPointScan, SmbiosAnchorIsFound) {
+TEST_F(EntryPointScanTest, SmbiosAnchorIsFound) {
     WriteAt(kSegment, SmbiosEntryImage(First()));
     Read();
     EXPECT_EQ(reader->IsInitOK(), 1);
@@ -52,7 +52,7 @@ TEST_F(EntryPointScan, SmbiosAnchorIsFound) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, DmiAnchorAloneIsFound) {
+TEST_F(EntryPointScanTest, DmiAnchorAloneIsFound) {
     WriteAt(kSegment, DmiEntryImage(First()));
     Read();
     EXPECT_EQ(reader->IsInitOK(), 1);
@@ -62,7 +62,7 @@ TEST_F(EntryPointScan, DmiAnchorAloneIsFound) {
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("First Maker"));
 }
 
-TEST_F(EntryPointScan, BothAnchorsUseTheSmbiosEntryPoint) {
+TEST_F(EntryPointScanTest, BothAnchorsUseTheSmbiosEntryPoint) {
     WriteAt(kSegment + 0x100, DmiEntryImage(Second()));
     WriteAt(kSegment + 0x200, SmbiosEntryImage(First()));
     Read();
@@ -71,21 +71,21 @@ TEST_F(EntryPointScan, BothAnchorsUseTheSmbiosEntryPoint) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, FirstOfTwoSmbiosAnchorsWins) {
+TEST_F(EntryPointScanTest, FirstOfTwoSmbiosAnchorsWins) {
     WriteAt(kSegment + 0x100, SmbiosEntryImage(Second()));
     WriteAt(kSegment + 0x200, SmbiosEntryImage(First()));
     Read();
     EXPECT_EQ(Vendor(), Copied("Second Vendor"));
 }
 
-TEST_F(EntryPointScan, FirstOfTwoDmiAnchorsWins) {
+TEST_F(EntryPointScanTest, FirstOfTwoDmiAnchorsWins) {
     WriteAt(kSegment + 0x100, DmiEntryImage(Second()));
     WriteAt(kSegment + 0x200, DmiEntryImage(First()));
     Read();
     EXPECT_EQ(Vendor(), Copied("Second Vendor"));
 }
 
-TEST_F(EntryPointScan, EverySixteenByteBoundaryIsLookedAt) {
+TEST_F(EntryPointScanTest, EverySixteenByteBoundaryIsLookedAt) {
     for (const std::uint32_t address : {0xF0000u, 0xF0010u, 0xF7FF0u, 0xFFFC0u}) {
         sim::SmbiosPlacement placement;
         placement.entry = address;
@@ -98,7 +98,7 @@ TEST_F(EntryPointScan, EverySixteenByteBoundaryIsLookedAt) {
     }
 }
 
-TEST_F(EntryPointScan, UnalignedSmbiosAnchorIsNotFound) {
+TEST_F(EntryPointScanTest, UnalignedSmbiosAnchorIsNotFound) {
     for (std::uint32_t offset = 1; offset < 16; ++offset) {
         server.GetMemory().Write(kSegment, std::vector<std::uint8_t>(64));
         WriteAt(kSegment + offset, SmbiosEntryImage(First()));
@@ -107,13 +107,13 @@ TEST_F(EntryPointScan, UnalignedSmbiosAnchorIsNotFound) {
     }
 }
 
-TEST_F(EntryPointScan, UnalignedDmiAnchorIsNotFound) {
+TEST_F(EntryPointScanTest, UnalignedDmiAnchorIsNotFound) {
     WriteAt(kSegment + 8, DmiEntryImage(First()));
     Read();
     ExpectUninitialised();
 }
 
-TEST_F(EntryPointScan, NoAnchorLeavesTheReaderUninitialisedInSilence) {
+TEST_F(EntryPointScanTest, NoAnchorLeavesTheReaderUninitialisedInSilence) {
     testing::internal::CaptureStderr();
     testing::internal::CaptureStdout();
     Read();
@@ -125,7 +125,7 @@ TEST_F(EntryPointScan, NoAnchorLeavesTheReaderUninitialisedInSilence) {
     EXPECT_EQ(reader->GetProcessorQuantity(), 0);
 }
 
-TEST_F(EntryPointScan, AnchorsOutsideTheScannedRangeAreNotFound) {
+TEST_F(EntryPointScanTest, AnchorsOutsideTheScannedRangeAreNotFound) {
     WriteAt(kSegment - 16, SmbiosEntryImage(First()));  // its intermediate anchor is in the range
     server.GetMemory().Write(kSegment, std::vector<std::uint8_t>(16));
     WriteAt(0xFFFF0, DmiEntryImage(First()));
@@ -134,7 +134,7 @@ TEST_F(EntryPointScan, AnchorsOutsideTheScannedRangeAreNotFound) {
     ExpectUninitialised();
 }
 
-TEST_F(EntryPointScan, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
+TEST_F(EntryPointScanTest, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
     WriteAt(0xFFFE0, SmbiosEntryImage(First()));
     Read();
     EXPECT_EQ(reader->MatchSMBIOS, 1);
@@ -148,14 +148,14 @@ TEST_F(EntryPointScan, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
     EXPECT_EQ(Item(1, 1), nullptr);
 }
 
-TEST_F(EntryPointScan, DmiAnchorInTheLastSixteenBytesIsWhole) {
+TEST_F(EntryPointScanTest, DmiAnchorInTheLastSixteenBytesIsWhole) {
     WriteAt(0xFFFE0, DmiEntryImage(First()));
     Read();
     EXPECT_EQ(reader->MatchDMI, 1);
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, CorruptEntryPointWithAWrongChecksumIsStillUsed) {
+TEST_F(EntryPointScanTest, CorruptEntryPointWithAWrongChecksumIsStillUsed) {
     auto image = SmbiosEntryImage(First());
     image[4] = 0x00;
     image[21] = 0x00;
@@ -172,7 +172,7 @@ TEST_F(EntryPointScan, CorruptEntryPointWithAWrongChecksumIsStillUsed) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, WrongDmiChecksumIsStillUsed) {
+TEST_F(EntryPointScanTest, WrongDmiChecksumIsStillUsed) {
     auto image = DmiEntryImage(First());
     image[5] = 0;
     WriteAt(kSegment, image);
@@ -180,7 +180,7 @@ TEST_F(EntryPointScan, WrongDmiChecksumIsStillUsed) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, IntermediateAnchorIsNotCompared) {
+TEST_F(EntryPointScanTest, IntermediateAnchorIsNotCompared) {
     auto image = SmbiosEntryImage(First());
     PutText(&image[16], "xxxxx");
     WriteAt(kSegment, image);
@@ -189,7 +189,7 @@ TEST_F(EntryPointScan, IntermediateAnchorIsNotCompared) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, EveryByteOfTheSmbiosAnchorCounts) {
+TEST_F(EntryPointScanTest, EveryByteOfTheSmbiosAnchorCounts) {
     for (std::size_t i = 0; i < 4; ++i) {
         auto image = SmbiosEntryImage(First());
         PutText(&image[16], "xxxxx");
@@ -200,7 +200,7 @@ TEST_F(EntryPointScan, EveryByteOfTheSmbiosAnchorCounts) {
     }
 }
 
-TEST_F(EntryPointScan, FourBytesOfTheDmiAnchorCountAndTheFifthDoesNot) {
+TEST_F(EntryPointScanTest, FourBytesOfTheDmiAnchorCountAndTheFifthDoesNot) {
     for (std::size_t i = 0; i < 5; ++i) {
         auto image = DmiEntryImage(First());
         image[i] ^= 0x20;
@@ -211,7 +211,7 @@ TEST_F(EntryPointScan, FourBytesOfTheDmiAnchorCountAndTheFifthDoesNot) {
     }
 }
 
-TEST_F(EntryPointScan, IntermediateAnchorOfADamagedSmbiosEntryPointServesAsDmi) {
+TEST_F(EntryPointScanTest, IntermediateAnchorOfADamagedSmbiosEntryPointServesAsDmi) {
     auto image = SmbiosEntryImage(First());
     image[0] = 'X';
     WriteAt(kSegment, image);
@@ -221,7 +221,7 @@ TEST_F(EntryPointScan, IntermediateAnchorOfADamagedSmbiosEntryPointServesAsDmi) 
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, ThirtyOneBytesOfTheSmbiosEntryPointAreCopied) {
+TEST_F(EntryPointScanTest, ThirtyOneBytesOfTheSmbiosEntryPointAreCopied) {
     const auto image = SmbiosEntryImage(First());
     WriteAt(kSegment, image);
     Read();
@@ -241,7 +241,7 @@ TEST_F(EntryPointScan, ThirtyOneBytesOfTheSmbiosEntryPointAreCopied) {
     });
 }
 
-TEST_F(EntryPointScan, FifteenBytesOfTheDmiEntryPointAreCopied) {
+TEST_F(EntryPointScanTest, FifteenBytesOfTheDmiEntryPointAreCopied) {
     const auto image = DmiEntryImage(First());
     WriteAt(kSegment, image);
     Read();

@@ -18,7 +18,7 @@ Answers AnswersOf(const char* machine) {
     return AskEverything();
 }
 
-TEST(BundledMachines, FullServerHasSomethingToSayToEveryCommand) {
+TEST(BundledMachinesTest, FullServerHasSomethingToSayToEveryCommand) {
     Answers answers = AnswersOf("full-server");
     constexpr std::pair<const char*, const char*> kExpected[] = {
         {"board.ProductName", "KB-27 Mainboard"},
@@ -40,7 +40,7 @@ TEST(BundledMachines, FullServerHasSomethingToSayToEveryCommand) {
     for (const auto& [field, text] : kExpected) EXPECT_EQ(answers[field], text) << field;
 }
 
-TEST(BundledMachines, LegacyDmiIsReadWithoutCountingAsSmbios) {
+TEST(BundledMachinesTest, LegacyDmiIsReadWithoutCountingAsSmbios) {
     Answers answers = AnswersOf("legacy-dmi");
     EXPECT_EQ(answers["IsSmBiosSupport"], "0");
     EXPECT_EQ(answers["system.SysProductName"], "Dinghy 133");
@@ -48,14 +48,14 @@ TEST(BundledMachines, LegacyDmiIsReadWithoutCountingAsSmbios) {
     EXPECT_EQ(answers["cpu[1].cache[3].MaxSize"], "");
 }
 
-TEST(BundledMachines, NoSmbiosAnswersMinusOne) {
+TEST(BundledMachinesTest, NoSmbiosAnswersMinusOne) {
     Answers answers = AnswersOf("no-smbios");
     EXPECT_EQ(answers["IsSmBiosSupport"], "0");
     for (const char* command : kCommandNames)
         EXPECT_EQ(answers[std::string(command) + ".result"], "-1") << command;
 }
 
-TEST(BundledMachines, TiredBmcIsReadForWhatItIs) {
+TEST(BundledMachinesTest, TiredBmcIsReadForWhatItIs) {
     const sim::SimulatedServer server(std::filesystem::path(TALVANE_MACHINES) / "tired-bmc");
     TemperatureInformation temperatures{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures), 0);
@@ -80,27 +80,27 @@ TEST(BundledMachines, TiredBmcIsReadForWhatItIs) {
     EXPECT_EQ(left, 3600000);
 }
 
-TEST(BundledMachines, QemuSmallIsReadOutOfTheSegment) {
+TEST(BundledMachinesTest, QemuSmallIsReadOutOfTheSegment) {
     Answers answers = AnswersOf("qemu-small");
     EXPECT_EQ(answers["board.RomVendor"], "SeaBIOS");
     EXPECT_EQ(answers["processors.quantity"], "1");
 }
 
-TEST(BundledMachines, QemuFourSocketsIsReadOutOfItsDump) {
+TEST(BundledMachinesTest, QemuFourSocketsIsReadOutOfItsDump) {
     Answers answers = AnswersOf("qemu-4-sockets");
     EXPECT_EQ(answers["system.SysProductName"], "Quad 800");
     EXPECT_EQ(answers["processors.quantity"], "4");
     EXPECT_EQ(answers["bank[1].manufacturer"], "Harrow Memory");
 }
 
-TEST(BundledMachines, QemuHighTableIsFoundAndOutOfReach) {
+TEST(BundledMachinesTest, QemuHighTableIsFoundAndOutOfReach) {
     Answers answers = AnswersOf("qemu-high-table");
     EXPECT_EQ(answers["IsSmBiosSupport"], "1");
     for (const char* command : kCommandNames)
         EXPECT_EQ(answers[std::string(command) + ".result"], "-1") << command;
 }
 
-TEST(BundledMachines, QemuLegacyHasTheFirmwaresOwnTable) {
+TEST(BundledMachinesTest, QemuLegacyHasTheFirmwaresOwnTable) {
     Answers answers = AnswersOf("qemu-legacy");
     EXPECT_EQ(answers["board.RomVendor"], "Old Harrow BIOS");
     EXPECT_EQ(answers["cpu[1].manufacturer"], "Bochs");

@@ -38,7 +38,7 @@ constexpr Source kSources[] = {{"full-server", true},
                                {"qemu-12-isapc", false},
                                {"vmware-vm-2008", false}};
 
-class HostileTable : public testing::TestWithParam<Source> {
+class HostileTableTest : public testing::TestWithParam<Source> {
 protected:
     void SetUp() override {
         if (GetParam().bundled) {
@@ -87,7 +87,7 @@ std::string Change(const char* where, std::size_t offset, std::uint8_t value) {
            std::to_string(value);
 }
 
-TEST_P(HostileTable, IsSurvivedWithAnyByteDamaged) {
+TEST_P(HostileTableTest, IsSurvivedWithAnyByteDamaged) {
     HostileServer server(image_);
     for (std::size_t offset = 0; offset < image_.table.size(); ++offset) {
         for (const std::uint8_t value : HostileValues(image_.table[offset])) {
@@ -98,7 +98,7 @@ TEST_P(HostileTable, IsSurvivedWithAnyByteDamaged) {
     }
 }
 
-TEST_P(HostileTable, IsSurvivedWithAnyByteOfItsEntryPointDamaged) {
+TEST_P(HostileTableTest, IsSurvivedWithAnyByteOfItsEntryPointDamaged) {
     HostileServer server(image_);
     for (std::size_t offset = 0; offset < image_.entry.size(); ++offset) {
         for (const std::uint8_t value : HostileValues(image_.entry[offset])) {
@@ -109,7 +109,7 @@ TEST_P(HostileTable, IsSurvivedWithAnyByteOfItsEntryPointDamaged) {
     }
 }
 
-TEST_P(HostileTable, IsSurvivedWithAnyLengthStated) {
+TEST_P(HostileTableTest, IsSurvivedWithAnyLengthStated) {
     HostileServer server(image_);
     for (std::size_t length = 0; length <= image_.table.size(); ++length) {
         server.StateLength(static_cast<std::uint16_t>(length));
@@ -117,7 +117,7 @@ TEST_P(HostileTable, IsSurvivedWithAnyLengthStated) {
     }
 }
 
-TEST_P(HostileTable, IsSurvivedWhereItEndsTooEarly) {
+TEST_P(HostileTableTest, IsSurvivedWhereItEndsTooEarly) {
     for (const std::uint8_t behind : {std::uint8_t{0x00}, std::uint8_t{0xFF}, std::uint8_t{'A'}}) {
         HostileServer server(image_);
         for (std::size_t end = image_.table.size() + 1; end-- > 0;) {
@@ -132,7 +132,7 @@ std::string NameOf(const testing::TestParamInfo<Source>& source) {
     return TestName(source.param.name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Smbios, HostileTable, testing::ValuesIn(kSources), NameOf);
+INSTANTIATE_TEST_SUITE_P(Smbios, HostileTableTest, testing::ValuesIn(kSources), NameOf);
 
 }  // namespace
 }  // namespace captures

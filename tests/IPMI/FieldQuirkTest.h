@@ -2,8 +2,8 @@
 //
 // Fixture of the tests of what administrators know of controllers in the field: machines as their
 // descriptions give them, seen through the exported functions and classes.
-#ifndef TALVANE_TESTS_IPMI_FIELDQUIRK_H
-#define TALVANE_TESTS_IPMI_FIELDQUIRK_H
+#ifndef TALVANE_TESTS_IPMI_FIELDQUIRKTEST_H
+#define TALVANE_TESTS_IPMI_FIELDQUIRKTEST_H
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -26,7 +26,7 @@ inline std::string Temperature(int number, const std::string& name,
            (fields.find("unit") == std::string::npos ? " unit 1\n" : "") + fields;
 }
 
-class FieldQuirk : public ::testing::Test {
+class FieldQuirkTest : public ::testing::Test {
 protected:
     void Describe(const std::string& description) {
         folder = std::make_unique<MachineFolder>("bmc kcs firmware 1 20\n" + description);
