@@ -198,20 +198,20 @@ TEST_F(ElementCallsTest, EntityAndTypeAreBytes) {
     EXPECT_EQ(fan.sensorNumber, 0x33);
 }
 
-TEST_F(ElementCallsTest, ATypeThatIsNotWrittenIsTheEntity) {
+TEST_F(ElementCallsTest, UntouchedTypeIsTheEntity) {
     bytes = {{"entity 0", 0x90}};
     results = {{"type 0", -1}};
     EXPECT_EQ(FirstFan().SensorType, 0x90);
 }
 
-TEST_F(ElementCallsTest, AnEntityThatIsNotWrittenIsZeroInEachElement) {
+TEST_F(ElementCallsTest, UntouchedEntityIsZeroInEachElement) {
     bytes = {{"type 0", 4}};
     EXPECT_EQ(FirstFan().DeviceID, 0);
     EXPECT_EQ(fans.fan[1].DeviceID, 0) << "not the type of the one before";
     EXPECT_EQ(fans.fan[1].SensorType, 0);
 }
 
-TEST_F(ElementCallsTest, ThresholdsThatAreNotWrittenAreThoseOfTheElementBefore) {
+TEST_F(ElementCallsTest, UntouchedThresholdsAreThoseOfTheElementBefore) {
     thresholds = {{"thresholds 0", 29.0}};
     results = {{"thresholds 1", -1}};
     EXPECT_EQ(FirstFan().sti.LowerCriticalThreshold, 29.0);
@@ -227,7 +227,7 @@ TEST_F(ElementCallsTest, ATextIsTakenWhateverItsGetterAnswers) {
     results = {{"reading 0", -1}, {"description 0", -1}};
     EXPECT_STREQ(FirstFan().speed, "3500RPM");
     EXPECT_STREQ(fans.fan[0].desc, "OK");
-    EXPECT_EQ(fans.fan[0].speed[8], 0x5A) << "behind the terminator";
+    EXPECT_EQ(fans.fan[0].speed[8], 0x5A) << "after the terminator";
     EXPECT_EQ(fans.fan[1].speed, std::string(15, 'x')) << "cut to its field";
 }
 
@@ -237,7 +237,7 @@ TEST_F(ElementCallsTest, ATextThatRepeatsTheCallersBytesIsCutToItsField) {
     EXPECT_EQ(fans.fan[1].speed, std::string(15, 0x5A));
 }
 
-TEST_F(ElementCallsTest, ATextThatIsNotWrittenStaysAsTheCallerGaveIt) {
+TEST_F(ElementCallsTest, UntouchedTextStaysAsTheCallerGaveIt) {
     const FAN_DEVICE& fan = FirstFan();
     EXPECT_EQ(std::string(fan.speed, sizeof fan.speed), std::string(16, 0x5A));
     EXPECT_EQ(std::string(fan.IdString, sizeof fan.IdString), std::string(16, 0x5A));

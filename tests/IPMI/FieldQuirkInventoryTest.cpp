@@ -40,10 +40,10 @@ protected:
     static std::string Field(const std::string& text) {
         return static_cast<char>(0xC0 | static_cast<int>(text.size())) + text;
     }
-    // An area that says that it has so many blocks.
-    static std::string Area(char blocks, const std::string& behind) {
+    // An area that states this number of blocks.
+    static std::string Area(char blocks, const std::string& after) {
         std::string bytes{1, blocks};
-        bytes += behind + '\xC1';
+        bytes += after + '\xC1';
         bytes.resize((bytes.size() + 8) / 8 * 8);
         return bytes;
     }
@@ -58,7 +58,7 @@ protected:
     std::unique_ptr<IPMIsupport> support;
 };
 
-TEST_F(InventoryQuirkTest, OffsetsOfZeroGiveEmptyTexts) {
+TEST_F(InventoryQuirkTest, AreaOffsetsOfZeroGiveEmptyTexts) {
     DescribeInventory(Header(0, 0, 0, 0) + ChassisArea(3));
     EXPECT_EQ(result, 0);
     EXPECT_THAT(Board(), ElementsAre("", "", "", ""));
@@ -66,7 +66,7 @@ TEST_F(InventoryQuirkTest, OffsetsOfZeroGiveEmptyTexts) {
 }
 
 // The header is read as an area of as many blocks as its first offset says.
-TEST_F(InventoryQuirkTest, AnOffsetOfZeroBehindAnInternalAreaGivesEmptyTextsToo) {
+TEST_F(InventoryQuirkTest, AnOffsetOfZeroAfterAnInternalAreaGivesEmptyTextsToo) {
     DescribeInventory(Header(1, 2, 0, 0) + std::string(8, '\0') + ChassisArea(3));
     EXPECT_EQ(result, 0);
     EXPECT_THAT(Board(), ElementsAre("", "", "", ""));
@@ -90,7 +90,7 @@ TEST_F(InventoryQuirkTest, AnAreaLongerThanTheImageIsReadAsFarAsItGoes) {
     EXPECT_THAT(Board(), ElementsAre("Maker", "Board", "B-SN", "B-PN"));
 }
 
-TEST_F(InventoryQuirkTest, AnAreaBehindTheImageIsEmpty) {
+TEST_F(InventoryQuirkTest, AnAreaPastTheImageIsEmpty) {
     DescribeInventory(Header(0, 1, 99, 0) + ChassisArea(3));
     EXPECT_EQ(result, 0);
     EXPECT_THAT(Board(), ElementsAre("", "", "", ""));
@@ -102,7 +102,7 @@ TEST_F(InventoryQuirkTest, AFieldThatRunsPastItsAreaEndsWithItAndTheNextAreEmpty
     EXPECT_THAT(Board(), ElementsAre("Maker\xC1", "", "", ""));
 }
 
-TEST_F(InventoryQuirkTest, NoneAtAllGivesEmptyTexts) {
+TEST_F(InventoryQuirkTest, NoInventoryAtAllGivesEmptyTexts) {
     Describe("");
     support = std::make_unique<IPMIsupport>();
     EXPECT_EQ(support->GetFRUInfo(), 0);

@@ -13,7 +13,7 @@ class RepositoryQuirkTest : public FieldQuirkTest {};
 TEST_F(RepositoryQuirkTest, ACountTooHighKeepsEachSensorOnce) {
     Describe("repository count 5\n" + Temperature(0, "A") + Temperature(1, "B"));
     EXPECT_THAT(Names(), ElementsAre("A", "B"));
-    EXPECT_EQ(Requests("Get SDR"), 2U) << "none behind the last record";
+    EXPECT_EQ(Requests("Get SDR"), 2U) << "none after the last record";
     SensorThresholdInformation thresholds{};
     EXPECT_EQ(GetAllThresholdInfo(&thresholds), 0);
     EXPECT_EQ(thresholds.quantity, 5) << "the count, not the sensors";
@@ -125,32 +125,32 @@ TEST_F(RepositoryQuirkTest, AnEmptyAnswerToTheCountIsACountOfNone) {
 
 class ReadingQuirkTest : public FieldQuirkTest {};
 
-TEST_F(ReadingQuirkTest, FollowsTheMachinesTime) {
+TEST_F(ReadingQuirkTest, ReadingFollowsTheMachinesTime) {
     Describe(Temperature(0x10, "A") + "reading 0x10 20\nreading 0x10 at 5 80\n");
     EXPECT_EQ(Reading(), "20.00degree C");
     (void)server->GetMachine().Sleep(5);
     EXPECT_EQ(Reading(), "80.00degree C");
 }
 
-TEST_F(ReadingQuirkTest, FollowsTheControlFile) {
+TEST_F(ReadingQuirkTest, ReadingFollowsTheControlFile) {
     Describe(Temperature(0x10, "A") + "reading 0x10 20\ncontrol live\n");
     EXPECT_EQ(Reading(), "20.00degree C");
     folder->Write("live", "reading 0x10 90\n");
     EXPECT_EQ(Reading(), "90.00degree C");
 }
 
-// The library takes the reading's byte and does not look at the flags behind it.
-TEST_F(ReadingQuirkTest, AnUnavailableOneIsTheByteThatCameWithIt) {
+// The library takes the reading's byte and does not look at the flags after it.
+TEST_F(ReadingQuirkTest, UnavailableReadingIsTheByteThatCameWithIt) {
     Describe(Temperature(0x10, "A") + "reading 0x10 unavailable\n");
     EXPECT_EQ(Reading(), "0.00degree C");
 }
 
-TEST_F(ReadingQuirkTest, AnUnavailableOneOfAllOnesIsUnknown) {
+TEST_F(ReadingQuirkTest, UnavailableReadingOfAllOnesIsUnknown) {
     Describe(Temperature(0x10, "A") + "reading 0x10 unavailable 0xFF\n");
     EXPECT_EQ(Reading(), "Unknown");
 }
 
-TEST_F(ReadingQuirkTest, ARefusedFailedOrEmptyOneIsZero) {
+TEST_F(ReadingQuirkTest, RefusedFailedOrEmptyReadingIsZero) {
     Describe(Temperature(0x10, "A") +
              "reading 0x10 42\nfault \"Get Sensor Reading\" 1 refused 0xCB\n"
              "fault \"Get Sensor Reading\" 3 fails EBUSY\nfault \"Get Sensor Reading\" 5 empty\n");
@@ -162,29 +162,29 @@ TEST_F(ReadingQuirkTest, ARefusedFailedOrEmptyOneIsZero) {
 }
 
 // The request before is that of the thresholds, whose first byte says which can be read.
-TEST_F(ReadingQuirkTest, AStaleOneIsTheAnswerToTheRequestBefore) {
+TEST_F(ReadingQuirkTest, StaleReadingIsTheAnswerToTheRequestBefore) {
     Describe(Temperature(0x10, "A") +
              "reading 0x10 42\nthresholds 0 0x3F 1 2 3 4 5 6\n"
              "fault \"Get Sensor Reading\" 1 stale\n");
     EXPECT_EQ(Reading(), "63.00degree C");
 }
 
-TEST_F(ReadingQuirkTest, WithoutAUnitIsUnspecifiedAndCutToItsField) {
+TEST_F(ReadingQuirkTest, ReadingWithoutAUnitIsUnspecifiedAndCutToItsField) {
     Describe(Temperature(0x10, "A", " unit 0\n") + "reading 0x10 42\n");
     EXPECT_EQ(Reading(), "42.00unspecifie");
 }
 
-TEST_F(ReadingQuirkTest, WithAUnitPastTheTableHasNone) {
+TEST_F(ReadingQuirkTest, ReadingWithAUnitPastTheTableHasNoUnit) {
     Describe(Temperature(0x10, "A", " unit 91\n") + "reading 0x10 42\n");
     EXPECT_EQ(Reading(), "42.00");
 }
 
-TEST_F(ReadingQuirkTest, OfAFanWithoutAUnitIsInPercentOfTheHighest) {
+TEST_F(ReadingQuirkTest, FanWithoutAUnitIsInPercentOfTheHighestReading) {
     Describe("sensor 0x30 \"FAN\"\n type 4\n limits 200 0\nreading 0x30 50\n");
     EXPECT_EQ(Speed(), "25%");
 }
 
-TEST_F(ReadingQuirkTest, OfAFanWithoutAUnitAndAHighestIsUnknown) {
+TEST_F(ReadingQuirkTest, FanWithoutAUnitAndAHighestReadingIsUnknown) {
     Describe("sensor 0x30 \"FAN\"\n type 4\n limits 0 0\nreading 0x30 50\n");
     EXPECT_EQ(Speed(), "Unknown");
 }

@@ -14,15 +14,15 @@ namespace {
 
 constexpr std::uint8_t kHostile[] = {0x00, 0x01, 0x3F, 0x7F, 0x80, 0xC0, 0xFE, 0xFF};
 
-// Something to write to, and bytes behind it that no call may touch.
+// Something to write to, and bytes after it that no call may touch.
 template <class Record>
 struct Guarded {
     Record record;
-    unsigned char behind[32];
+    unsigned char after[32];
 
     Guarded() { std::memset(this, 0xA5, sizeof *this); }
     bool IsIntact() const {
-        return std::all_of(std::begin(behind), std::end(behind),
+        return std::all_of(std::begin(after), std::end(after),
                            [](unsigned char byte) { return byte == 0xA5; });
     }
 };

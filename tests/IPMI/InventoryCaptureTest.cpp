@@ -14,7 +14,8 @@
 
 namespace {
 
-// A field where the image has it: of the area at the header's slot, so many fields from its start.
+// A field where the image has it: of the area at the header's slot, that many fields from its
+// start.
 struct FieldPlace {
     const char* label;  // in the account
     std::size_t slot;
@@ -76,7 +77,7 @@ public:
     const std::string image;
 
 private:
-    // What stands behind a label; nothing when the label does not.
+    // The text after a label; nothing where there is no such label.
     std::optional<std::string> Told(const std::string& label) const {
         std::istringstream stream(account_);
         const std::string wanted = "  FRU " + label + ": ";

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Fixture of the tests of the inventory device: areas made of fields, placed behind a header.
+// Fixture of the tests of the inventory device: areas made of fields, placed after a header.
 #ifndef TALVANE_TESTS_IPMI_INVENTORYTEST_H
 #define TALVANE_TESTS_IPMI_INVENTORYTEST_H
 

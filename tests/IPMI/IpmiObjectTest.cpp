@@ -19,7 +19,7 @@ protected:
     FanInformation fans{};
 };
 
-TEST_F(IpmiObjectTest, IsThereOnceAlsoWhenAskedForWithinItsCreation) {
+TEST_F(IpmiObjectTest, ObjectIsMadeOnceAlsoWhenAskedForWithinItsCreation) {
     server.During("open", [] { nested[0] = IsIpmiSupport(); });
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(nested[0], 0) << "not ready yet";
@@ -29,7 +29,7 @@ TEST_F(IpmiObjectTest, IsThereOnceAlsoWhenAskedForWithinItsCreation) {
     EXPECT_EQ(server.GetLog().Count("close"), 3u) << "of one object";
 }
 
-TEST_F(IpmiObjectTest, ServesNoFunctionWithinItsCreation) {
+TEST_F(IpmiObjectTest, NoFunctionIsServedWithinTheCreation) {
     Add(Fan("F", 0x30), 70);
     server.During("open", [] {
         unsigned char byte = 0;
@@ -49,7 +49,7 @@ TEST_F(IpmiObjectTest, ServesNoFunctionWithinItsCreation) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0) << "no flag was left set";
 }
 
-TEST_F(IpmiObjectTest, IsMadeByALaterCallWhenMemoryRanOut) {
+TEST_F(IpmiObjectTest, ObjectIsMadeByALaterCallWhenMemoryRanOut) {
     constexpr int kAllocations = 4;  // its own and those of its response buffers
     for (int nth = 1; nth <= kAllocations; ++nth) {
         server.FailAllocation(nth);
@@ -58,7 +58,7 @@ TEST_F(IpmiObjectTest, IsMadeByALaterCallWhenMemoryRanOut) {
     EXPECT_EQ(IsIpmiSupport(), 1);
 }
 
-TEST_F(IpmiObjectTest, LeavesNoQueryBusyWhenMemoryRanOut) {
+TEST_F(IpmiObjectTest, NoQueryStaysBusyWhenMemoryRanOut) {
     Add(Fan("F", 0x30), 70);
     server.FailAllocation(1);
     EXPECT_THROW(GetIpmiInfo(TALVANE_FANS, &fans), std::bad_alloc);

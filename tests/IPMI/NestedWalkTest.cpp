@@ -61,15 +61,15 @@ void ListTemperatures() {
     innerResult = GetThresholdInfo(3, 1, &innerList);
 }
 
-TEST_F(NestedWalkTest, WithinAThresholdRequestLeavesTheOuterWalkItsEntries) {
-    After(kGetRecord, 40, ListAll);  // the request behind the record's is for its thresholds
+TEST_F(NestedWalkTest, WalkWithinAThresholdRequestLeavesTheOuterWalkItsEntries) {
+    After(kGetRecord, 40, ListAll);  // the request after the record's is for its thresholds
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(innerResult, 0);
     ExpectSensors(innerList, kInnerRecords);
     ExpectSensors(list, kSensors);
 }
 
-TEST_F(NestedWalkTest, WithinARecordRequestLeavesTheOuterWalkItsEntries) {
+TEST_F(NestedWalkTest, WalkWithinARecordRequestLeavesTheOuterWalkItsEntries) {
     After(kGetThresholds, 40, ListTemperatures);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(innerResult, -1) << "as always";
@@ -77,7 +77,7 @@ TEST_F(NestedWalkTest, WithinARecordRequestLeavesTheOuterWalkItsEntries) {
     ExpectSensors(list, kSensors);
 }
 
-TEST_F(NestedWalkTest, LeavesTheEntriesOfTheWalkThatEndsLast) {
+TEST_F(NestedWalkTest, EntriesAreThoseOfTheWalkThatEndsLast) {
     After(kGetThresholds, 1, ListAll);
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
     ExpectSensors(list, kSensors);
@@ -86,7 +86,7 @@ TEST_F(NestedWalkTest, LeavesTheEntriesOfTheWalkThatEndsLast) {
     ExpectSensors(list, kSensors);
 }
 
-TEST_F(NestedWalkTest, OfTheLastRecordEndsTheOuterWalk) {
+TEST_F(NestedWalkTest, WalkWithinTheLastRecordEndsTheOuterWalk) {
     After(kGetThresholds, kSensors - 1, ListAll);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     ExpectSensors(list, kSensors);

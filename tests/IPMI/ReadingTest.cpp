@@ -22,7 +22,7 @@ protected:
     const Answer unknown = Terminated("Unknown");
 };
 
-TEST_F(ReadingTest, HasTwoDecimalsAndTheUnit) {
+TEST_F(ReadingTest, ReadingHasTwoDecimalsAndTheUnit) {
     Add(Voltage("V", 0x20), 165);
     Add(Temperature("T", 0x21), 42);
     Loaded();
@@ -32,7 +32,7 @@ TEST_F(ReadingTest, HasTwoDecimalsAndTheUnit) {
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 21"));
 }
 
-TEST_F(ReadingTest, OfAllOnesIsUnknown) {
+TEST_F(ReadingTest, ReadingOfAllOnesIsUnknown) {
     Add(Voltage("V", 0x20), 0xFF);
     Add(Temperature("T", 0x21), 0xFE);
     Loaded();
@@ -40,7 +40,7 @@ TEST_F(ReadingTest, OfAllOnesIsUnknown) {
     EXPECT_EQ(TemperatureText(), Terminated("254.00degree C"));
 }
 
-TEST_F(ReadingTest, WithoutAControllerIsUnknown) {
+TEST_F(ReadingTest, ReadingWithoutAControllerIsUnknown) {
     Add(Voltage("V", 0x20), 165);
     Add(Fan("F", 0x30), 70);
     Loaded();
@@ -49,7 +49,7 @@ TEST_F(ReadingTest, WithoutAControllerIsUnknown) {
     EXPECT_EQ(FanText(), unknown);
 }
 
-TEST_F(ReadingTest, OfASensorWithoutNumberIsUnknownWithoutARequest) {
+TEST_F(ReadingTest, SensorWithoutANumberIsUnknownWithoutARequest) {
     Add(Voltage("V", 0x20), 165);
     Loaded();
     Sensors().VSInfo.sd[0].SensorNumbers = 0xFF;
@@ -58,13 +58,13 @@ TEST_F(ReadingTest, OfASensorWithoutNumberIsUnknownWithoutARequest) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(ReadingTest, OutsideOfItsFunctionIsWrittenAsNoNumber) {
+TEST_F(ReadingTest, ReadingOutsideOfItsFunctionIsWrittenAsNoNumber) {
     Add(Voltage("V", 0x20).Factors(-1, 0, 0, 0).Linearization(11), 5);
     Loaded();
     EXPECT_EQ(VoltageText(), Terminated("-nanV")) << "a root of a negative number";
 }
 
-TEST_F(ReadingTest, LongerThanItsFieldIsCut) {
+TEST_F(ReadingTest, ReadingLongerThanItsFieldIsCut) {
     Add(Voltage("V", 0x20).Factors(1, 0, 0, 0).Linearization(5), 100);
     Loaded();
     char whole[200];
@@ -93,17 +93,17 @@ protected:
     const Answer known = Terminated("42.00degree C");
 };
 
-TEST_F(ProcessorPresenceTest, APresentOneIsRead) {
+TEST_F(ProcessorPresenceTest, SensorOfAPresentProcessorIsRead) {
     AddProcessor(0x80);
     EXPECT_EQ(TemperatureText(), known);
 }
 
-TEST_F(ProcessorPresenceTest, AnAbsentOneIsUnknown) {
+TEST_F(ProcessorPresenceTest, SensorOfAnAbsentProcessorIsUnknown) {
     AddProcessor(0x7F);
     EXPECT_EQ(TemperatureText(), unknown);
 }
 
-TEST_F(ProcessorPresenceTest, AnAbsentOnesVoltagesAndFansAreUnknown) {
+TEST_F(ProcessorPresenceTest, VoltagesAndFansOfAnAbsentProcessorAreUnknown) {
     Add(Voltage("VCORE", 0x20).Entity(3, 1), 165);
     Add(Fan("CPU FAN", 0x30).Entity(3, 1), 70);
     AddProcessor(0x7F);
@@ -121,7 +121,7 @@ TEST_F(ProcessorPresenceTest, AnotherProcessorsAbsenceDoesNotMatter) {
     EXPECT_EQ(TemperatureText(), known);
 }
 
-TEST_F(ProcessorPresenceTest, OnlySensorSpecificStatesTell) {
+TEST_F(ProcessorPresenceTest, OnlySensorSpecificStatesShowThePresence) {
     AddProcessor(0x00, 1, 0x03);
     EXPECT_EQ(TemperatureText(), known);
 }
@@ -144,7 +144,7 @@ TEST_F(ProcessorPresenceTest, OnlyTheTablesOwnEntriesAreLookedAt) {
 
 class AvailabilityTest : public ReadingTest {};
 
-TEST_F(AvailabilityTest, RunningOrOnLineIsRead) {
+TEST_F(AvailabilityTest, RunningOrOnLineFanIsRead) {
     Add(Voltage("V", 0x20).Event(10), 165);
     Loaded();
     for (const int states : {0x01, 0x08, 0x09, 0xFF}) {
@@ -153,7 +153,7 @@ TEST_F(AvailabilityTest, RunningOrOnLineIsRead) {
     }
 }
 
-TEST_F(AvailabilityTest, AnyOtherStateIsUnknown) {
+TEST_F(AvailabilityTest, AnyOtherStateReadsUnknown) {
     Add(Voltage("V", 0x20).Event(10), 165);
     Add(Fan("F", 0x30).Event(10), 70);
     Loaded();
@@ -165,7 +165,7 @@ TEST_F(AvailabilityTest, AnyOtherStateIsUnknown) {
     }
 }
 
-TEST_F(AvailabilityTest, ThatCannotBeReadIsUnknown) {
+TEST_F(AvailabilityTest, AvailabilityThatCannotBeReadIsUnknown) {
     Add(Voltage("V", 0x20).Event(10), 165);
     bmc.SetStates(0x20, 0x01);
     Loaded();
@@ -173,7 +173,7 @@ TEST_F(AvailabilityTest, ThatCannotBeReadIsUnknown) {
     EXPECT_EQ(VoltageText(), unknown);
 }
 
-TEST_F(AvailabilityTest, IsAskedForBeforeAReadingOfAllOnesIsTold) {
+TEST_F(AvailabilityTest, AvailabilityIsAskedForBeforeAReadingOfAllOnesIsReported) {
     Add(Voltage("V", 0x20).Event(10), 0xFF);
     bmc.SetStates(0x20, 0x01);
     Loaded();
@@ -186,7 +186,7 @@ TEST_F(AvailabilityTest, IsAskedForBeforeAReadingOfAllOnesIsTold) {
 
 class FanSpeedTest : public ReadingTest {};
 
-TEST_F(FanSpeedTest, IsAWholeNumberWithTheUnit) {
+TEST_F(FanSpeedTest, SpeedIsAWholeNumberWithTheUnit) {
     Add(Fan("F", 0x30), 70);
     Loaded();
     bmc.ForgetRequests();
@@ -194,7 +194,7 @@ TEST_F(FanSpeedTest, IsAWholeNumberWithTheUnit) {
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
 }
 
-TEST_F(FanSpeedTest, IsTruncated) {
+TEST_F(FanSpeedTest, FractionOfASpeedIsCutOff) {
     Add(Fan("F", 0x30).Factors(199, 0, 0, -2), 1);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("1RPM"));
@@ -202,14 +202,14 @@ TEST_F(FanSpeedTest, IsTruncated) {
     EXPECT_EQ(FanText(), Terminated("-1RPM")) << "toward zero";
 }
 
-TEST_F(FanSpeedTest, AndItsLimitOfANegativeFactorAreNegative) {
+TEST_F(FanSpeedTest, NegativeFactorMakesSpeedAndLimitNegative) {
     Add(Fan("F", 0x30).Factors(1, 0, 0, 0).Byte(24, 0xFF).Byte(25, 0xFF).Limits(200, 1), 50);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-50RPM"));
     EXPECT_STREQ(Sensors().FSInfo.sd[0].SensorReadingMax, "-200");
 }
 
-TEST_F(FanSpeedTest, OfAllOnesIsUnknownAfterTheAvailability) {
+TEST_F(FanSpeedTest, ReadingOfAllOnesIsUnknownAfterTheAvailabilityIsAskedFor) {
     Add(Fan("F", 0x30).Event(10), 0xFF);
     bmc.SetStates(0x30, 0x01);
     Loaded();
@@ -220,7 +220,7 @@ TEST_F(FanSpeedTest, OfAllOnesIsUnknownAfterTheAvailability) {
     EXPECT_EQ(FanText(), unknown) << "whatever the type";
 }
 
-TEST_F(FanSpeedTest, WithoutAUnitIsInPercentOfTheHighestReading) {
+TEST_F(FanSpeedTest, SpeedWithoutAUnitIsInPercentOfTheHighestReading) {
     Add(Fan("F", 0x30).Unit(0).Limits(200, 0), 100);
     Loaded();
     bmc.ForgetRequests();
@@ -228,13 +228,13 @@ TEST_F(FanSpeedTest, WithoutAUnitIsInPercentOfTheHighestReading) {
     EXPECT_THAT(bmc.Requests(), SizeIs(1)) << "the device ID is not asked for";
 }
 
-TEST_F(FanSpeedTest, WithoutAUnitAndAHighestReadingIsUnknown) {
+TEST_F(FanSpeedTest, SpeedWithoutAUnitAndAHighestReadingIsUnknown) {
     Add(Fan("F", 0x30).Unit(0).Limits(0, 0), 100);
     Loaded();
     EXPECT_EQ(FanText(), unknown);
 }
 
-TEST_F(FanSpeedTest, InPercentIsOfTheHighestReading) {
+TEST_F(FanSpeedTest, PercentageIsOfTheHighestReading) {
     Add(Fan("F", 0x30).Unit1(0x01).Limits(150, 0), 50);
     Loaded();
     bmc.ForgetRequests();
@@ -242,19 +242,19 @@ TEST_F(FanSpeedTest, InPercentIsOfTheHighestReading) {
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
 }
 
-TEST_F(FanSpeedTest, InPercentIsDividedFirstAndThenTruncated) {
+TEST_F(FanSpeedTest, PercentageIsDividedFirstAndThenTruncated) {
     Add(Fan("F", 0x30).Unit1(0x01).Factors(1, 0, 0, 0).Limits(100, 0), 29);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("28%")) << "0.29 times 100 is a little below 29";
 }
 
-TEST_F(FanSpeedTest, InPercentWithoutAHighestReadingIsTheLowestNumber) {
+TEST_F(FanSpeedTest, PercentageWithoutAHighestReadingIsTheLowestNumber) {
     Add(Fan("F", 0x30).Unit1(0x01).Limits(0, 0), 50);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-2147483648%"));
 }
 
-TEST_F(FanSpeedTest, PastThirtyTwoBitsIsTheLowestNumber) {
+TEST_F(FanSpeedTest, SpeedPastThirtyTwoBitsIsTheLowestNumber) {
     Add(Fan("F", 0x30).Factors(511, 0, 0, 7).Limits(200, 0), 200);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-2147483648RPM"));

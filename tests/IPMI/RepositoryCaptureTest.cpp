@@ -26,13 +26,13 @@ std::vector<std::string> LinesOf(const std::string& name) {
     return lines;
 }
 
-// What ipmitool tells of a sensor.
+// What ipmitool says about a sensor.
 struct Account {
     std::string name;
     int number = 0;
     std::map<std::string, std::string> facts;  // by label
 
-    bool Tells(const std::string& label) const { return facts.contains(label); }
+    bool Has(const std::string& label) const { return facts.contains(label); }
     // The number at the front of a fact; nothing when it is not told, or told in words.
     std::optional<double> Value(const std::string& label) const {
         const auto fact = facts.find(label);
@@ -60,7 +60,7 @@ struct Account {
 };
 
 // From lines such as "Sensor ID              : BB Inlet Temp (0x20)" and
-// " Nominal Reading       : 45.000", a sensor's behind each other.
+// " Nominal Reading       : 45.000", a sensor's one after another.
 std::vector<Account> AccountsOf(const std::string& capture) {
     std::vector<Account> accounts;
     for (const std::string& line : LinesOf(capture + ".sdr-v.txt")) {
@@ -151,7 +151,7 @@ protected:
     std::vector<Account> accounts;
 };
 
-TEST_P(RepositoryCaptureTest, TheWalkKeepsEveryFullSensorRecordAndZerosBehindThem) {
+TEST_P(RepositoryCaptureTest, TheWalkKeepsEveryFullSensorRecordAndZerosAfterThem) {
     if (full.empty()) GTEST_SKIP() << "no full sensor records";
     Walk();
     for (std::size_t k = 0; k < full.size(); ++k) EXPECT_EQ(Entry(k).SensorNumbers, full[k][7]);

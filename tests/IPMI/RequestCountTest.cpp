@@ -71,7 +71,7 @@ protected:
     SensorThresholdInformation list{};
 };
 
-TEST_P(RequestCountTest, OfAWalkIsOneAndTwoForEachSensor) {
+TEST_P(RequestCountTest, WalkCostsOneRequestAndTwoForEachSensor) {
     (void)Loaded();
     EXPECT_EQ(bmc.Count("Get SDR Repository Info"), 1u);
     EXPECT_EQ(bmc.Count("Get SDR"), static_cast<std::size_t>(cost.sensors));
@@ -79,12 +79,12 @@ TEST_P(RequestCountTest, OfAWalkIsOneAndTwoForEachSensor) {
     EXPECT_EQ(Requests(), cost.walk);
 }
 
-TEST_P(RequestCountTest, OfTheFirstQueryIncludesTheWalk) {
+TEST_P(RequestCountTest, FirstQueryCostsTheWalkToo) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     EXPECT_EQ(Requests(), cost.walk + cost.fans);
 }
 
-TEST_P(RequestCountTest, OfFurtherQueriesIsThatOfTheElements) {
+TEST_P(RequestCountTest, FurtherQueriesCostTheRequestsOfTheirElements) {
     (void)GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures);  // -1 where there are none
     (void)Requests();
     for (int round = 0; round < 2; ++round) {
@@ -97,7 +97,7 @@ TEST_P(RequestCountTest, OfFurtherQueriesIsThatOfTheElements) {
     }
 }
 
-TEST_P(RequestCountTest, OfListingThresholdsIsOneOnceTheRepositoryIsRead) {
+TEST_P(RequestCountTest, ListOfThresholdsCostsOneRequestOnceTheRepositoryIsRead) {
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(Requests(), cost.walk);
     for (int round = 0; round < 2; ++round) {
@@ -107,7 +107,7 @@ TEST_P(RequestCountTest, OfListingThresholdsIsOneOnceTheRepositoryIsRead) {
     EXPECT_EQ(list.quantity, cost.thresholds);
 }
 
-TEST_P(RequestCountTest, OfThresholdsAfterAQueryIsOne) {
+TEST_P(RequestCountTest, ListOfThresholdsAfterAQueryCostsOneRequest) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     (void)Requests();
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);

@@ -126,7 +126,7 @@ struct Factor {
 
 class TenBitFactorTest : public ::testing::TestWithParam<Factor> {};
 
-TEST_P(TenBitFactorTest, IsReadInTwoHalves) {
+TEST_P(TenBitFactorTest, FactorIsReadInTwoHalves) {
     const Factor& factor = GetParam();
     Record record{};
     record[24] = record[26] = static_cast<unsigned char>(factor.low);
@@ -151,7 +151,7 @@ struct Exponents {
 
 class ExponentTest : public ::testing::TestWithParam<Exponents> {};
 
-TEST_P(ExponentTest, HasFourSignedBits) {
+TEST_P(ExponentTest, ExponentHasFourSignedBits) {
     Record record{};
     record[29] = static_cast<unsigned char>(GetParam().byte);
     SDR sdr(record.data());

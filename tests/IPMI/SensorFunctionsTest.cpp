@@ -11,18 +11,18 @@
 
 namespace {
 
-// A record, and bytes behind it that no call may touch.
+// A record, and bytes after it that no call may touch.
 template <class Record>
 struct Guarded {
     Record record;
-    unsigned char behind[16];
+    unsigned char after[16];
 
     Guarded() {
         std::memset(&record, 0, sizeof record);
-        std::memset(behind, 0xA5, sizeof behind);
+        std::memset(after, 0xA5, sizeof after);
     }
     bool IsIntact() const {
-        for (const unsigned char byte : behind)
+        for (const unsigned char byte : after)
             if (byte != 0xA5) return false;
         return true;
     }
@@ -173,7 +173,7 @@ TEST_F(SensorQueryTest, TextsAreCutToTheirFields) {
     EXPECT_STREQ(voltages.record.voltage[0].IdString, "V");
 }
 
-TEST_F(SensorQueryTest, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
+TEST_F(SensorQueryTest, UntouchedFieldsStayAsTheCallerGaveThem) {
     Add(Fan("F", 0x30), 70);
     std::memset(&fans.record, 0x5A, sizeof fans.record);
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
@@ -181,14 +181,14 @@ TEST_F(SensorQueryTest, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
     EXPECT_EQ(fan.status, 0x5A);
     EXPECT_EQ(fan.min[0], 0x5A);
     EXPECT_EQ(fan.max[0], 0x5A);
-    EXPECT_EQ(fan.speed[8], 0x5A) << "behind the terminator";
+    EXPECT_EQ(fan.speed[8], 0x5A) << "after the terminator";
     EXPECT_EQ(fan.sti.readableFlag, 0x5A);
     EXPECT_EQ(fan.sti.MaxThreshold, 0.0) << "written, though no threshold";
     EXPECT_EQ(fan.sti.MinThreshold, 0.0);
     EXPECT_EQ(fans.record.fan[1].sensorNumber, 0x5A);
 }
 
-TEST_F(SensorQueryTest, OfVoltagesAndTemperaturesTooWhatIsNotWrittenStays) {
+TEST_F(SensorQueryTest, UntouchedFieldsOfVoltagesAndTemperaturesStayToo) {
     Add(Voltage("V", 0x20), 165);
     Add(Temperature("T", 0x10), 42);
     std::memset(&voltages.record, 0x5A, sizeof voltages.record);

@@ -150,7 +150,7 @@ TEST_F(StatusTest, ANullPointerIsRefused) {
 
 class StatusDescriptionTest : public IpmiTest {};
 
-TEST_F(StatusDescriptionTest, IsTheSensorsCurrentState) {
+TEST_F(StatusDescriptionTest, DescriptionIsTheSensorsCurrentState) {
     Add(Fan("F", 0x30).Event(10), 70);
     Add(Voltage("V", 0x20).Event(9), 70);
     Add(Temperature("T", 0x10).Event(7), 70);
@@ -166,7 +166,7 @@ TEST_F(StatusDescriptionTest, IsTheSensorsCurrentState) {
                                                 "Get Sensor Reading 10"));
 }
 
-TEST_F(StatusDescriptionTest, IsEmptyForThresholdSensorsAndForAllBits) {
+TEST_F(StatusDescriptionTest, DescriptionIsEmptyForThresholdSensorsAndForAllBits) {
     Add(Fan("F", 0x30), 70);
     Add(Voltage("V", 0x20).Event(9), 70);
     bmc.SetStates(0x30, 0x01);
@@ -176,7 +176,7 @@ TEST_F(StatusDescriptionTest, IsEmptyForThresholdSensorsAndForAllBits) {
     EXPECT_EQ(Ask(&Sensor::GetVoltageStatusDescription, 0), Terminated(""));
 }
 
-TEST_F(StatusDescriptionTest, IsEmptyWithoutAController) {
+TEST_F(StatusDescriptionTest, DescriptionIsEmptyWithoutAController) {
     Add(Fan("F", 0x30).Event(10), 70);
     bmc.SetStates(0x30, 0x01);
     Loaded();

@@ -135,7 +135,7 @@ TEST_F(TablesTest, SixtyFourSensorsFillATable) {
     EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 63), Terminated("3500RPM"));
 }
 
-TEST_F(TablesTest, ASensorBehindTwoHundredFiftyFiveOthersIsFound) {
+TEST_F(TablesTest, ASensorAfterTwoHundredFiftyFiveOthersIsFound) {
     for (int i = 0; i < 258; ++i) Add(Temperature("T", 0x10), 40);
     Add(Fan("F1", 0x90).Entity(29), 70);
     Loaded();

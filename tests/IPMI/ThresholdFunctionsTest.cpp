@@ -20,7 +20,7 @@ protected:
     SensorThresholdInformation list;
 };
 
-TEST_F(ThresholdListTest, HoldsEverySensor) {
+TEST_F(ThresholdListTest, ListHoldsEverySensor) {
     AddThree();
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(list.quantity, 3);
@@ -36,7 +36,7 @@ TEST_F(ThresholdListTest, HoldsEverySensor) {
     EXPECT_EQ(list.SensorThreshold[63].SensorType, 0) << "the whole record is cleared";
 }
 
-TEST_F(ThresholdListTest, CountsTheRecordsThatAreNoSensors) {
+TEST_F(ThresholdListTest, ListCountsTheRecordsThatAreNoSensors) {
     AddThree();
     Add(Temperature("Compact", 0x50).Byte(3, 2), 0);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
@@ -44,13 +44,13 @@ TEST_F(ThresholdListTest, CountsTheRecordsThatAreNoSensors) {
     EXPECT_EQ(list.SensorThreshold[3].SensorType, 0);
 }
 
-TEST_F(ThresholdListTest, EndsWithSixtyFour) {
+TEST_F(ThresholdListTest, ListEndsWithSixtyFourSensors) {
     for (int i = 0; i < 70; ++i) Add(Fan("F", static_cast<std::uint8_t>(i)), 70);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(list.quantity, 64);
 }
 
-TEST_F(ThresholdListTest, RecordsAddedAfterTheWalkAreMissing) {
+TEST_F(ThresholdListTest, ListLacksRecordsAddedAfterTheWalk) {
     AddThree();
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
     Add(Fan("F2", 0x31), 70);
@@ -58,13 +58,13 @@ TEST_F(ThresholdListTest, RecordsAddedAfterTheWalkAreMissing) {
     EXPECT_EQ(list.quantity, 3);
 }
 
-TEST_F(ThresholdListTest, NeedsARecordAndARepository) {
+TEST_F(ThresholdListTest, ListNeedsARecordAndARepository) {
     EXPECT_EQ(GetAllThresholdInfo(nullptr), -1);
     EXPECT_EQ(GetAllThresholdInfo(&list), -1) << "empty repository";
     EXPECT_EQ(list.quantity, 0) << "cleared before";
 }
 
-TEST_F(ThresholdListTest, AfterAReleaseItIsEmpty) {
+TEST_F(ThresholdListTest, ListAfterAReleaseIsEmpty) {
     AddThree();
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(release(), 0);
@@ -102,7 +102,7 @@ TEST_F(ThresholdListTest, AfterAListOfOneKindNoSensorIsKnown) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
 }
 
-TEST_F(ThresholdListTest, OfOneEntityAndTypeAnswersFailureWhenFilled) {
+TEST_F(ThresholdListTest, ListOfOneEntityAndTypeAnswersFailureWhenFilled) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
     EXPECT_EQ(list.quantity, 2);
@@ -111,16 +111,16 @@ TEST_F(ThresholdListTest, OfOneEntityAndTypeAnswersFailureWhenFilled) {
     EXPECT_EQ(list.SensorThreshold[1].DeviceID, 3);
 }
 
-TEST_F(ThresholdListTest, OfOneEntityIsClearedToItsEnd) {
+TEST_F(ThresholdListTest, ListOfOneEntityIsClearedToItsEnd) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
     const auto* const end = reinterpret_cast<const unsigned char*>(&list + 1);
-    const auto* const behindTheTwo =
+    const auto* const afterTheTwo =
         reinterpret_cast<const unsigned char*>(&list.SensorThreshold[2]);
-    EXPECT_THAT(std::vector<unsigned char>(behindTheTwo, end), Each(0));
+    EXPECT_THAT(std::vector<unsigned char>(afterTheTwo, end), Each(0));
 }
 
-TEST_F(ThresholdListTest, OfOneEntityRepeatsTheWholeArguments) {
+TEST_F(ThresholdListTest, ListOfOneEntityRepeatsTheWholeArguments) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(0x103, 0x101, &list), -1);
     EXPECT_EQ(list.quantity, 2) << "their low bytes select";
@@ -128,14 +128,14 @@ TEST_F(ThresholdListTest, OfOneEntityRepeatsTheWholeArguments) {
     EXPECT_EQ(list.SensorThreshold[0].SensorType, 0x101);
 }
 
-TEST_F(ThresholdListTest, OfNoSensorIsEmpty) {
+TEST_F(ThresholdListTest, ListOfNoSensorIsEmpty) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(7, kTemperature, &list), -1);
     EXPECT_EQ(list.quantity, 0);
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, nullptr), -1);
 }
 
-TEST_F(ThresholdListTest, ReadsTheRepositoryOnce) {
+TEST_F(ThresholdListTest, ListsReadTheRepositoryOnce) {
     AddThree();
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
     bmc.ForgetRequests();

@@ -20,7 +20,7 @@ protected:
     SensorThresholdInfoConverted converted{};
 };
 
-TEST_F(ThresholdTest, AreReadInMaskOrder) {
+TEST_F(ThresholdTest, ThresholdsAreReadInMaskOrder) {
     bmc.SetThresholds(0x30, {0xFF, {10, 20, 30, 40, 50, 60}});
     EXPECT_EQ(Sensors().GetSensorThreshold(0x30, tenths, raw, converted), 0);
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Thresholds 30"));
@@ -42,7 +42,7 @@ TEST_F(ThresholdTest, AreReadInMaskOrder) {
     });
 }
 
-TEST_F(ThresholdTest, WhatIsNotReadIsCleared) {
+TEST_F(ThresholdTest, FieldsThatAreNotReadAreCleared) {
     raw.deviceID = raw.sensorType = raw.changeTrend = 7;
     raw.MaxThreshold = raw.MinThreshold = raw.settableFlag = 7;
     converted.MaxThreshold = converted.MinThreshold = 7;
@@ -59,7 +59,7 @@ TEST_F(ThresholdTest, WhatIsNotReadIsCleared) {
     });
 }
 
-TEST_F(ThresholdTest, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
+TEST_F(ThresholdTest, ThresholdsOfNoSensorAreRefusedBeforeAnythingIsCleared) {
     raw.deviceID = 7;
     converted.MaxThreshold = 7;
     EXPECT_EQ(Sensors().GetSensorThreshold(0xFF, tenths, raw, converted), -1);
@@ -69,7 +69,7 @@ TEST_F(ThresholdTest, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(ThresholdTest, WithoutAControllerReadZeroAndSucceed) {
+TEST_F(ThresholdTest, ThresholdsWithoutAControllerReadZeroAndSucceed) {
     Sensors();
     InitOK = 0;
     raw.LowerCriticalThreshold = 7;
@@ -79,7 +79,7 @@ TEST_F(ThresholdTest, WithoutAControllerReadZeroAndSucceed) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(ThresholdTest, AreWrittenWithTheirMask) {
+TEST_F(ThresholdTest, ThresholdsAreWrittenWithTheirMask) {
     raw.settableFlag = 0x2A;
     raw.LowerNonCriticalThreshold = 1;
     raw.LowerCriticalThreshold = 2;
@@ -108,7 +108,7 @@ struct Order {
 
 class ThresholdOrderTest : public ::testing::TestWithParam<Order> {};
 
-TEST_P(ThresholdOrderTest, IsRepairedAroundTheChangedOne) {
+TEST_P(ThresholdOrderTest, OrderIsRepairedAroundTheChangedThreshold) {
     const Order& order = GetParam();
     sim::SimulatedServer server;
     IPMIsupport support;
@@ -142,13 +142,13 @@ INSTANTIATE_TEST_SUITE_P(
         Order{"PushesUpToTheEnd", 0x3F, kStart, 3, 200, {10, 20, 30, 200, 201, 202}},
         Order{"LeavesTies", 0x3F, kStart, 1, 30, {10, 30, 30, 100, 110, 120}},
         Order{"LeavesTiesBelow", 0x3F, kStart, 0, 20, {10, 20, 20, 100, 110, 120}},
-        Order{"LeavesADisorderBehindATie",
+        Order{"LeavesADisorderAfterATie",
               0x3F,
               {20, 10, 30, 100, 110, 120},
               0,
               10,
               {20, 10, 10, 100, 110, 120}},
-        Order{"PushesTiesBehindTheMovedOne",
+        Order{"PushesTiesAfterTheMovedOne",
               0x3F,
               {20, 20, 30, 100, 110, 120},
               0,

@@ -146,8 +146,8 @@ TEST_F(TransportTest, ARequestIsHandedToTheDriverAsItStands) {
     EXPECT_EQ(sent.data, (sim::Bytes{1, 2, 3}));
     EXPECT_EQ(response[0], 0xAB);
     EXPECT_EQ(response[1], 0xCD);
-    EXPECT_EQ(length, 77) << "not written";
-    EXPECT_EQ(completion, 88) << "not written";
+    EXPECT_EQ(length, 77) << "untouched";
+    EXPECT_EQ(completion, 88) << "untouched";
     EXPECT_EQ(server.GetLog().Lines().back(), "ioctl /dev/ipmi 0xC0045301 -> 0");
 }
 
@@ -238,7 +238,7 @@ TEST(StringCopyTest, ALongerSourceIsCutToTheSpace) {
     EXPECT_EQ(copy.bytes, std::string("abcdefghijklmno\0####", 20));
 }
 
-TEST(StringCopyTest, AShorterSourceIsTerminatedBehindItsLength) {
+TEST(StringCopyTest, AShorterSourceIsTerminatedAfterItsLength) {
     EXPECT_EQ(CopyOf(kTwenty, 16, 5).bytes, std::string("abcde\0##############", 20));
 }
 

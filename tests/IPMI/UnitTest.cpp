@@ -109,13 +109,13 @@ protected:
     Answer Min() { return Ask(&Sensor::ReadSensorMin, 0); }
 };
 
-TEST_F(LimitsTest, HaveTwoDecimalsAndTheUnit) {
+TEST_F(LimitsTest, LimitsHaveTwoDecimalsAndTheUnit) {
     Load(Voltage("V", 1).Limits(250, 125));
     EXPECT_EQ(Max(), Terminated("5.00U"));
     EXPECT_EQ(Min(), Terminated("2.50U"));
 }
 
-TEST_F(LimitsTest, OfFansAreWholeNumbers) {
+TEST_F(LimitsTest, LimitsOfFansAreWholeNumbers) {
     Load(Fan("F", 1).Factors(55, 0, 0, -1).Limits(101, 1));
     EXPECT_EQ(Max(), Terminated("555U"));
     EXPECT_EQ(Min(), Terminated("5U"));
@@ -149,7 +149,7 @@ TEST_F(LimitsTest, AnUnsignedSevenFAndASignedFFAreConverted) {
     EXPECT_EQ(Max(), Terminated("0.02U"));
 }
 
-TEST_F(LimitsTest, HaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
+TEST_F(LimitsTest, LimitsHaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
     Load(Voltage("V", 1).Limits(0xFF, 0x7F));
     Sensors().SensorsInformation[0].sfp.Unit1 = 0x80;
     EXPECT_EQ(Max(), Terminated("0.02U"));
@@ -158,13 +158,13 @@ TEST_F(LimitsTest, HaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
     EXPECT_EQ(Max(), Terminated("0.02U")) << "of a voltage's record";
 }
 
-TEST_F(LimitsTest, LongerThanTheFieldAreCut) {
+TEST_F(LimitsTest, LimitsLongerThanTheFieldAreCut) {
     Load(Voltage("V", 1).Limits(250, 0));
     std::strcpy(Sensors().SensorsInformation[0].SensorUnit, std::string(63, 'u').c_str());
     EXPECT_EQ(Max(), Terminated("5.00" + std::string(59, 'u')));
 }
 
-TEST_F(LimitsTest, OfMissingEntriesAndNullPointersAreRefused) {
+TEST_F(LimitsTest, LimitsOfMissingEntriesAndNullPointersAreRefused) {
     Load(Voltage("V", 1));
     EXPECT_EQ(Sensors().ReadSensorMax(0, nullptr), -1);
     EXPECT_EQ(Sensors().ReadSensorMin(0, nullptr), -1);

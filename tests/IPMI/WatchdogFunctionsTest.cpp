@@ -13,7 +13,7 @@ using ::testing::SizeIs;
 
 class WatchdogTest : public IpmiTest {};
 
-TEST_F(WatchdogTest, SettingItStartsTheCountdown) {
+TEST_F(WatchdogTest, SettingStartsTheCountdown) {
     EXPECT_EQ(SetWatchDogTimer(1, 20000), 0);
     EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Set Watchdog Timer 04 01 00 00 C8 00", "Reset Watchdog Timer"));
@@ -31,7 +31,7 @@ TEST_F(WatchdogTest, TheActionIsNarrowedToAByte) {
     EXPECT_EQ(bmc.Watchdog().actions, 2);
 }
 
-TEST_F(WatchdogTest, ResettingItStartsItOver) {
+TEST_F(WatchdogTest, ResetStartsTheCountdownOver) {
     ASSERT_EQ(SetWatchDogTimer(1, 20000), 0);
     server.GetMachine().Sleep(15);
     EXPECT_EQ(ResetWatchDogTimer(), 0);
@@ -40,7 +40,7 @@ TEST_F(WatchdogTest, ResettingItStartsItOver) {
     EXPECT_EQ(bmc.WatchdogPresent(), 50u);
 }
 
-TEST_F(WatchdogTest, StoppingItSetsThreeMinutesWithoutActionAndNoReset) {
+TEST_F(WatchdogTest, StoppingSetsThreeMinutesWithoutActionAndSendsNoReset) {
     ASSERT_EQ(SetWatchDogTimer(1, 20000), 0);
     bmc.ForgetRequests();
     EXPECT_EQ(StopWatchDogTimer(), 0);
@@ -50,7 +50,7 @@ TEST_F(WatchdogTest, StoppingItSetsThreeMinutesWithoutActionAndNoReset) {
     EXPECT_EQ(bmc.WatchdogExpirations(), 0);
 }
 
-TEST_F(WatchdogTest, ItsSettingsAndWhatIsLeftAreRead) {
+TEST_F(WatchdogTest, SettingsAndTheTimeLeftAreRead) {
     ASSERT_EQ(SetWatchDogTimer(3, 20000), 0);
     server.GetMachine().Sleep(4);
     unsigned char action = 0;
@@ -64,7 +64,7 @@ TEST_F(WatchdogTest, ItsSettingsAndWhatIsLeftAreRead) {
     EXPECT_EQ(timeOut, 16000);
 }
 
-TEST_F(WatchdogTest, TheVersionIsRead) {
+TEST_F(WatchdogTest, FirmwareVersionIsRead) {
     bmc.SetFirmware(1, 0x25);
     unsigned char major = 0;
     unsigned char minor = 0;
@@ -118,7 +118,7 @@ TEST_F(WatchdogTest, InsideEveryFunctionASensorQueryIsBusy) {
     EXPECT_EQ(nested[0], 0) << "and afterwards it is not";
 }
 
-TEST_F(WatchdogTest, InsideTheResetBehindASettingASensorQueryIsBusy) {
+TEST_F(WatchdogTest, InsideTheResetAfterASettingASensorQueryIsBusy) {
     Add(Fan("F", 0x30), 70);
     bmc.Intercept([this](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         constexpr std::uint8_t kSetWatchdog = 0x24;
@@ -160,7 +160,7 @@ TEST_F(WatchdogTest, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
 }
 
-TEST_F(WatchdogTest, AReadingThatIsDoneEndsThatToo) {
+TEST_F(WatchdogTest, SuccessfulReadingEndsTheBusyStateToo) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
     EXPECT_EQ(ResetWatchDogTimer(), 0);

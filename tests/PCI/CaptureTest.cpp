@@ -13,7 +13,7 @@
 namespace {
 
 constexpr unsigned kLastBus = 10;
-constexpr std::size_t kMostFunctions = 64;
+constexpr std::size_t kMaxFunctions = 64;
 
 // lspci's name of a class, without or with an interface, and the report's of the same. Empty: the
 // report has none.
@@ -163,7 +163,7 @@ TEST_P(PciCaptureTest, IsReportedAsLspciShowsIt) {
          sim::ReadPciText(ContentOf(SharedData("pci") / (GetParam() + ".txt"))))
         server.GetPci().Set(location, bytes);
     DeviceInformation record{};
-    if (functions.size() > kMostFunctions) {
+    if (functions.size() > kMaxFunctions) {
         EXPECT_EQ(GetPciInfo(&record), -1);
         return;
     }

@@ -232,7 +232,7 @@ TEST_F(PciNamesTest, ClassTableHasTwentyRowsOfSixtyFourCharacters) {
     }
 }
 
-TEST_F(PciNamesTest, ClassesBehindTheTableLeaveTheModel) {
+TEST_F(PciNamesTest, ClassesPastTheTableLeaveTheModel) {
     for (unsigned i = 0x14; i < 0x100; ++i) EXPECT_EQ(ModelOf(i), "model before") << i;
 }
 
@@ -272,7 +272,7 @@ TEST_F(PciNamesTest, SubClassesOfClassesWithoutRowsKeepTheTextBeforeOrAreOther) 
     }
 }
 
-TEST_F(PciNamesTest, PciToPciBridge) {
+TEST_F(PciNamesTest, BridgeOfSubClassFourIsPciToPci) {
     ReportOf({{0x06, 0x04, 0x00}});
     EXPECT_STREQ(record.dev[0].model, "Bridge device");
     EXPECT_STREQ(record.dev[0].type, "PCI-to-PCI bridge");
@@ -286,7 +286,7 @@ TEST_F(PciNamesTest, ProcessorOfTheOtherSubClassKeepsOther) {
     EXPECT_EQ(TypeOf({0x0B, 0x80, 0x00}), "other");
 }
 
-TEST_F(PciNamesTest, UnknownClass) {
+TEST_F(PciNamesTest, UnknownClassReadsUnknownAndOther) {
     ReportOf({{0x12, 0x80, 0x00}});
     EXPECT_STREQ(record.dev[0].model, "Unknown");
     EXPECT_STREQ(record.dev[0].type, "other");

@@ -11,7 +11,7 @@
 
 namespace {
 
-// Every byte tells its offset.
+// Every byte is 0x80 plus its offset.
 std::array<char, 64> Image() {
     std::array<char, 64> image;
     for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<char>(0x80 + i);

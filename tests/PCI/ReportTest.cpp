@@ -59,7 +59,7 @@ TEST_F(PciReportTest, WritesTheFieldsOfOneFunctionAndNothingElse) {
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
-TEST_F(PciReportTest, EntriesFollowTheScanAndThoseBehindStay) {
+TEST_F(PciReportTest, EntriesFollowTheScanAndLaterOnesStay) {
     Put({1, 0, 0}, PciHeader().Revision(3));
     Put({0, 0, 1}, PciHeader().Revision(2));
     Put({0, 0, 0}, PciHeader().Revision(1));

@@ -9,7 +9,7 @@
 
 namespace {
 
-// A structure in memory of its own, two zero bytes behind it as behind a table.
+// A structure in memory of its own, followed by two zero bytes as a table is.
 class BiosDataItemTest : public ::testing::Test {
 protected:
     BiosDataItem& Make(const sim::Bytes& bytes) {
@@ -38,7 +38,7 @@ TEST_F(BiosDataItemTest, HeaderIsCopied) {
     EXPECT_EQ(item->header.handle, 0xABCD);
 }
 
-TEST_F(BiosDataItemTest, FormattedAreaIsACopyWithOneZeroByteBehind) {
+TEST_F(BiosDataItemTest, FormattedAreaIsACopyFollowedByOneZeroByte) {
     Make({4, 6, 0xCD, 0xAB, 0x11, 0x22, 'x', 0, 0});
     const unsigned char* data = item->GetFormatedData();
     ASSERT_NE(data, nullptr);
@@ -90,7 +90,7 @@ TEST_F(BiosDataItemTest, SingleZeroAtTheEndOfTheFormattedAreaDoesNotPairWithTheS
     EXPECT_STREQ(item->GetString(2), "A");
 }
 
-TEST_F(BiosDataItemTest, MissingDoubleZeroIsReplacedByTheZeroesBehindTheTable) {
+TEST_F(BiosDataItemTest, MissingDoubleZeroIsReplacedByTheZeroesAfterTheTable) {
     Make({1, 4, 0, 0, 'A', 'B'});
     EXPECT_EQ(item->GetEndAddress(), structure.data() + 7);
     EXPECT_STREQ(item->GetString(1), "AB");

@@ -25,7 +25,7 @@ TEST_F(MemorySummaryTest, ModulesAndDevicesBothAbsentGiveQuantityZeroAndMinusOne
 
 TEST_F(MemorySummaryTest, TotalIsStatedEvenWhenNothingDescribesTheBanks) {
     AddModule(1, 8);             // no controller lists it
-    AddDevice(512, "A", "row");  // no name that tells a socket
+    AddDevice(512, "A", "row");  // no name that says which socket
     EXPECT_EQ(Summarise(), -1);
     EXPECT_EQ(info.TotalSize, 256);
     EXPECT_EQ(info.quantity, 0);

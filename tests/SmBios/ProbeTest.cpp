@@ -68,7 +68,7 @@ TEST_F(ProbeTest, QuantitiesStopAt127) {
     EXPECT_EQ(reader->GetTemperatureProbeQuantity(), 127);
 }
 
-TEST(LocationCodesTest, AreThoseOfTheStandard) {
+TEST(LocationCodesTest, CodesAreThoseOfTheStandard) {
     ExpectNumbers({
         {"TnV_OTHER", SmBios::TnV_OTHER, 1},
         {"TnV_UNKNOWN", SmBios::TnV_UNKNOWN, 2},

@@ -16,14 +16,14 @@ protected:
     }
 };
 
-TEST_F(SlotNumberTest, IsTheDigitAtTheEndOfTheLocator) {
+TEST_F(SlotNumberTest, SlotNumberIsTheDigitAtTheEndOfTheLocator) {
     EXPECT_EQ(SlotOfDevice("DIMM3"), 3);
     EXPECT_EQ(SlotOfDevice("DIMM1A"), 5);
     EXPECT_EQ(SlotOfDevice("DIMM1B"), 6);
     EXPECT_EQ(SlotOfDevice("DIMM12"), 2);
 }
 
-TEST_F(SlotNumberTest, FollowsTheLetterBehindTheDigit) {
+TEST_F(SlotNumberTest, SlotNumberFollowsTheLetterAfterTheDigit) {
     EXPECT_EQ(SlotOfDevice("DIMM0"), 0);
     EXPECT_EQ(SlotOfDevice("DIMM9"), 9);
     EXPECT_EQ(SlotOfDevice("DIMM0A"), 1);
@@ -33,7 +33,7 @@ TEST_F(SlotNumberTest, FollowsTheLetterBehindTheDigit) {
     EXPECT_EQ(SlotOfDevice("7"), 7);
 }
 
-TEST_F(SlotNumberTest, StaysZeroBehindOtherCharacters) {
+TEST_F(SlotNumberTest, SlotNumberStaysZeroWhereOtherCharactersFollow) {
     EXPECT_EQ(SlotOfDevice("DIMM"), 0);
     EXPECT_EQ(SlotOfDevice("DIMM1C"), 0);
     EXPECT_EQ(SlotOfDevice("DIMM1a"), 0);

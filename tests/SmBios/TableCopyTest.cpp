@@ -81,7 +81,7 @@ TEST_F(TableCopyTest, TableThatCrossesASixtyFourKibibyteBoundaryIsRead) {
 }
 
 TEST_F(TableCopyTest, TableThatRunsPastTheReadIsZeroThere) {
-    // The first segment is read alone, 64 KiB: what lies behind it is not in the buffer.
+    // The first segment is read alone, 64 KiB: what lies after it is not in the buffer.
     const sim::Bytes bytes = table.Image();
     server.GetMemory().Write(0xFFE0, bytes);
     OpenEntry({0xFFE0, static_cast<std::uint16_t>(bytes.size()), 2});
@@ -91,7 +91,7 @@ TEST_F(TableCopyTest, TableThatRunsPastTheReadIsZeroThere) {
     for (std::size_t i = 0x20; i < bytes.size() + 2; ++i) EXPECT_EQ(reader->BiosData[i], 0) << i;
 }
 
-TEST_F(TableCopyTest, CopyHoldsTheTableAndTwoZeroBytesBehindIt) {
+TEST_F(TableCopyTest, CopyHoldsTheTableAndTwoZeroBytesAfterIt) {
     const sim::Bytes bytes = table.Image();
     server.GetMemory().Write(0xF8000, std::vector<std::uint8_t>(0x400, 0xEE));
     OpenAt(0xF8000);
@@ -203,7 +203,7 @@ TEST_F(TableCopyTest, FailureKeepsTheDmiMatchToo) {
 TEST_F(TableCopyTest, ShortSecondReadCountsAndTheRestIsZero) {
     const sim::Bytes bytes = table.Image();
     server.GetMemory().Write(0xF8000, bytes);
-    server.ShortRead(2, 0x8000 + 9 + 8);  // ends behind the first structure's string set
+    server.ShortRead(2, 0x8000 + 9 + 8);  // ends after the first structure's string set
     OpenEntry({0xF8000, static_cast<std::uint16_t>(bytes.size()), 2});
     EXPECT_EQ(reader->InitOK, 1);
     EXPECT_EQ(std::memcmp(reader->BiosData, bytes.data(), 17), 0);

@@ -73,7 +73,7 @@ TEST(ExpectedFieldTest, DoesNotCountARuleThatChangesNothing) {
     EXPECT_THAT(field.Rules(), IsEmpty());
 }
 
-TEST(RulesTest, HaveOneNameEach) {
+TEST(RulesTest, EveryRuleHasANameOfItsOwn) {
     std::set<std::string_view> names;
     for (const RuleText& rule : AllRules()) {
         EXPECT_TRUE(names.insert(rule.name).second) << rule.name;

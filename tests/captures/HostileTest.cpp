@@ -21,7 +21,7 @@ extern "C" const char* __asan_default_options() {
 namespace captures {
 namespace {
 
-constexpr std::size_t kMostComplaints = 10;
+constexpr std::size_t kMaxComplaints = 10;
 
 struct Source {
     const char* name;
@@ -56,13 +56,13 @@ protected:
             GTEST_SKIP() << "no capture " << GetParam().name << " in " << CaptureFolder();
     }
 
-    // One round; `what` tells which.
+    // One round; `what` names it.
     void Ask(HostileServer& server, const std::string& what) {
         for (const std::string& wrong : server.Ask()) {
             ADD_FAILURE() << what << ": " << wrong;
             ++complaints_;
         }
-        ASSERT_LT(complaints_, kMostComplaints) << "too many to go on";
+        ASSERT_LT(complaints_, kMaxComplaints) << "too many to go on";
     }
 
     TableImage image_;
@@ -118,12 +118,12 @@ TEST_P(HostileTableTest, IsSurvivedWithAnyLengthStated) {
 }
 
 TEST_P(HostileTableTest, IsSurvivedWhereItEndsTooEarly) {
-    for (const std::uint8_t behind : {std::uint8_t{0x00}, std::uint8_t{0xFF}, std::uint8_t{'A'}}) {
+    for (const std::uint8_t filler : {std::uint8_t{0x00}, std::uint8_t{0xFF}, std::uint8_t{'A'}}) {
         HostileServer server(image_);
         for (std::size_t end = image_.table.size() + 1; end-- > 0;) {
-            server.FillFrom(end, behind);
+            server.FillFrom(end, filler);
             ASSERT_NO_FATAL_FAILURE(
-                Ask(server, std::to_string(behind) + " from byte " + std::to_string(end) + " on"));
+                Ask(server, std::to_string(filler) + " from byte " + std::to_string(end) + " on"));
         }
     }
 }

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The name and the statement of each rule.
 
 #include "Rules.h"
 
@@ -44,7 +46,7 @@ constexpr RuleText kRules[] = {
      "of a memory module's types the highest bit is named"},
     {Rule::kModuleTypeName, "module-type-name", "module types carry the names of this library"},
     {Rule::kSlotDigit, "slot-digit",
-     "a slot number comes from the last digit, or from a digit with A or B behind it"},
+     "a slot number comes from the last digit, or from a digit with A or B after it"},
     {Rule::kTotalFromModules, "total-from-modules",
      "the total is that of the memory modules where there are any"},
     {Rule::kTotalModulo65536, "total-modulo-65536", "the total is counted modulo 65536 MB"},
@@ -60,7 +62,7 @@ constexpr RuleText kRules[] = {
     {Rule::kTableNearMemoryEnd, "table-near-memory-end",
      "a table is read only where its 64 KiB page's address, twice, and 64 KiB lie inside memory"},
     {Rule::kWalksPastDamage, "walks-past-damage",
-     "the walk goes on behind a structure with an impossible length, where dmidecode stops"},
+     "the walk goes on after a structure with an impossible length, where dmidecode stops"},
 };
 
 }  // namespace

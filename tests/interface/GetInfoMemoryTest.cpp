@@ -79,7 +79,7 @@ TEST_F(GetInfoMemoryTest, BanksAreCopiedInOrder) {
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoMemoryTest, EmptyTypeSkipsTheBankBehindItToo) {
+TEST_F(GetInfoMemoryTest, EmptyTypeSkipsTheBankAfterItToo) {
     AddModules({0x100, 0, 0x80, 0x400, 0x10});
     Place();
     RecordImage expected(kRecordSize);

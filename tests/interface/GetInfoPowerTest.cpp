@@ -66,7 +66,7 @@ TEST_F(GetInfoPowerTest, UpsSuppliesAreCountedAmongThemselves) {
     ExpectRecord(kUps, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoPowerTest, LongestStatusFillsTheFieldBehindIt) {
+TEST_F(GetInfoPowerTest, LongestStatusFillsTheFieldAfterIt) {
     AddSupply(4, 4, 0, "x");
     Place();
     RecordImage expected(kRecordSize);

@@ -158,7 +158,7 @@ TEST_F(GetInfoProcessorsTest, AbsentCachesUnder23RunFromFieldToField) {
     AbsentCaches(expected, 0, "Bios Not Provide");
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 
-    // Sixteen characters fill a field; the terminator empties the text behind it.
+    // Sixteen characters fill a field; the terminator empties the text after it.
     ProcessorInformation record{};
     EXPECT_EQ(GetInfo(kProcessors, &record), 0);
     for (const CACHE& cache : record.cpu[0].cache) {

@@ -28,7 +28,7 @@ TEST_F(CpuTimesTest, FourCountersAreRead) {
     EXPECT_THAT(times, ElementsAre(5, 6, 7, 8));
 }
 
-TEST_F(CpuTimesTest, CountersBehindTheFourthAreNotRead) {
+TEST_F(CpuTimesTest, CountersAfterTheFourthAreNotRead) {
     EXPECT_EQ(Scan("cpu0 1 2 3 4 5 6 7 0 0 0\n", 0), 4);
     EXPECT_THAT(times, ElementsAre(1, 2, 3, 4));
 }
@@ -78,14 +78,14 @@ TEST(DamagedCpuTimesTest, OnlyTheCountersThatCameAreWritten) {
             struct {
                 long before = -9;
                 long times[kCpuCounters] = {-1, -2, -3, -4};
-                long behind = -9;
+                long after = -9;
             } box;
             const int count = ScanCpuTimes(damaged.get(), 1, box.times);
             ASSERT_TRUE(count >= -1 && count <= kCpuCounters) << at << " " << value;
             for (int i = std::max(count, 0); i < kCpuCounters; ++i)
                 ASSERT_EQ(box.times[i], -1 - i) << at << " " << value;
             ASSERT_EQ(box.before, -9) << at << " " << value;
-            ASSERT_EQ(box.behind, -9) << at << " " << value;
+            ASSERT_EQ(box.after, -9) << at << " " << value;
         }
 }
 

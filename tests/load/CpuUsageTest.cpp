@@ -44,7 +44,7 @@ protected:
         server.GetStat().SetText(seconds(interval), after);
     }
 
-    // One processor with so many ticks of each kind between the samples.
+    // One processor with this number of ticks of each kind between the samples.
     int ShareOf(long user, long nice, long system, long idle) {
         Course("cpu0 1000 2000 3000 4000\n",
                "cpu0 " + std::to_string(1000 + user) + " " + std::to_string(2000 + nice) + " " +
@@ -90,7 +90,7 @@ TEST_F(CpuUsageTest, NiceAndSystemTicksAreBusy) {
     EXPECT_EQ(ShareOf(0, 10, 20, 70), 30);
 }
 
-TEST_F(CpuUsageTest, CountersBehindTheFourthAreNotRead) {
+TEST_F(CpuUsageTest, CountersAfterTheFourthAreNotRead) {
     Course("cpu0 0 0 0 0 0 0 0\n", "cpu0 10 0 0 90 5000 5000 5000\n");
     EXPECT_THAT(Measure(), ElementsAre(10));
 }
@@ -133,7 +133,7 @@ TEST_F(CpuUsageTest, ServerWithoutALineForAProcessorHasNone) {
     EXPECT_EQ(server.Clock(), seconds(5));
 }
 
-TEST_F(CpuUsageTest, ProcessorBehindAMissingOneIsNotFound) {
+TEST_F(CpuUsageTest, ProcessorAfterAMissingOneIsNotFound) {
     server.GetStat().SetText(seconds(0), "cpu0 1 2 3 4\ncpu2 1 2 3 4\n");
     server.GetStat().SetText(seconds(5), "cpu0 2 2 3 4\ncpu2 1 2 3 5\n");
     EXPECT_THAT(Measure(), ElementsAre(100));
@@ -144,7 +144,7 @@ TEST_F(CpuUsageTest, ProcessorWithOneNumberIsNotThere) {
     EXPECT_THAT(Measure(), ElementsAre());
 }
 
-TEST_F(CpuUsageTest, LineBehindTheFirstKibibyteIsNotThere) {
+TEST_F(CpuUsageTest, LinePastTheFirstKibibyteIsNotThere) {
     const std::string filler(1024 - 13, '.');
     Course(filler + "cpu0 1 2 3 4\ncpu1 1 2 3 4\n", filler + "cpu0 2 2 3 5\ncpu1 9 2 3 4\n");
     EXPECT_THAT(Measure(), ElementsAre(50));

@@ -49,7 +49,7 @@ TEST_F(MemUsageTest, ShareIsTruncated) {
     EXPECT_EQ(ShareOf(3, 2), 66);
 }
 
-TEST_F(MemUsageTest, WholeShares) {
+TEST_F(MemUsageTest, WholeSharesAreReported) {
     EXPECT_EQ(ShareOf(1000, 0), 0);
     EXPECT_EQ(ShareOf(1000, 10), 1);
     EXPECT_EQ(ShareOf(1000, 1000), 100);

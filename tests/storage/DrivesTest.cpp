@@ -146,14 +146,14 @@ TEST_F(DrivesTest, OnlyDiskAtHdcIsTheFirstEntry) {
 
 TEST_F(DrivesTest, OpticalDriveHasNoEntryAndDoesNotHideTheNextDisk) {
     Put('a', With("media", "cdrom\n"));
-    Put('b', Disk("Behind"));
+    Put('b', Disk("After"));
     EXPECT_EQ(Read().quantityIDE, 1);
     EXPECT_STREQ(record.driveArray[0].type, "hdd");
-    EXPECT_STREQ(record.driveArray[0].model, "Behind");
+    EXPECT_STREQ(record.driveArray[0].model, "After");
     EXPECT_STREQ(record.driveArray[0].ControllerNo, "Primary Slave");
 }
 
-TEST_F(DrivesTest, MediaOfARejectedDriveStaysInTheEntryBehindTheLast) {
+TEST_F(DrivesTest, MediaOfARejectedDriveStaysInTheEntryAfterTheLast) {
     Put('a', Disk());
     Put('d', With("media", "cdrom\n"));
     EXPECT_EQ(Read().quantityIDE, 1);
@@ -270,7 +270,7 @@ TEST_F(DrivesTest, CapacityBeyondAllDisksStaysInItsField) {
     EXPECT_STREQ(disk.model, "ST340014A");
 }
 
-TEST_F(DrivesTest, SerialNumberRunsOnIntoTheFieldsBehindIt) {
+TEST_F(DrivesTest, SerialNumberRunsOnIntoTheFieldsAfterIt) {
     sim::IdeDrive drive = Disk();
     std::memcpy(drive.identity->data() + 20, "SERIAL67890123456789ABCDEF1.00", 30);
     (*drive.identity)[50] = 0;

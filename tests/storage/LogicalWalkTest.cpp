@@ -25,7 +25,7 @@ partition Entry(unsigned char type, unsigned start, unsigned sectors = 0) {
     return entry;
 }
 
-// Since no seek moves it, the descriptor delivers its entries one behind the other: a record's
+// Since no seek moves it, the descriptor delivers its entries one after the other: a record's
 // partition, its link, the next record's partition ...
 class LogicalWalkTest : public ::testing::Test {
 protected:

@@ -59,7 +59,7 @@ protected:
         return texts;
     }
 
-    // The entries of a chain whose records lie one behind the other from cylinder 1, each with a
+    // The entries of a chain whose records lie one after the other from cylinder 1, each with a
     // partition that leaves the next record on the next cylinder.
     std::vector<std::string> EntriesOfChain(const std::vector<std::uint8_t>& types) {
         sim::DiskImage& disk = PutDisk('a');
@@ -215,7 +215,7 @@ TEST_F(PartitionsTest, UnlistedLogicalBeforeTheFirstEntryWritesNothing) {
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
-TEST_F(PartitionsTest, NextRecordIsTakenToLieOnTheCylinderBehindThePartition) {
+TEST_F(PartitionsTest, NextRecordIsTakenToLieOnTheCylinderAfterThePartition) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x0F, 10 * kCylinder + 5, 1000 * kCylinder});  // rounded down to 10
     WriteRecord(disk, 10, 0x83, kCylinder - 1, 0x05);                   // next on 10 + 0 + 1
@@ -241,7 +241,7 @@ TEST_F(PartitionsTest, OfEachRecordOfTheChainTheFirstTwoEntriesAreRead) {
                  << " 16 -> 16";
             expected.push_back(line.str());
         }
-    std::vector<std::string> reads;  // behind the boot record
+    std::vector<std::string> reads;  // after the boot record
     for (const std::string& line : server.GetLog().Lines())
         if (line.starts_with("read /dev/hda ") && !line.starts_with("read /dev/hda 0x1"))
             reads.push_back(line);
@@ -309,7 +309,7 @@ TEST_F(PartitionsTest, TwentySeventhEntryEndsItsChainAndTheSizeBeforeStays) {
     EXPECT_THAT(server.GetLog().Lines(), Contains("close /dev/hdb -> 0"));
 }
 
-TEST_F(PartitionsTest, DiskBehindAFullRecordIsStillReadAndOverwritesTheLastSize) {
+TEST_F(PartitionsTest, DiskAfterAFullRecordIsStillReadAndOverwritesTheLastSize) {
     sim::DiskImage& second = PutDisk('b');
     second.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
     WriteRecord(second, 1, 0x07, 2);
@@ -318,7 +318,7 @@ TEST_F(PartitionsTest, DiskBehindAFullRecordIsStillReadAndOverwritesTheLastSize)
     EXPECT_EQ(entries.back(), "/dev/hda30 Linux 1024");
 }
 
-TEST_F(PartitionsTest, NothingIsWrittenBehindAFullRecord) {
+TEST_F(PartitionsTest, NothingIsWrittenPastAFullRecord) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
     for (std::uint32_t i = 1; i <= 40; ++i) WriteRecord(disk, i, 0x83, 1, 0x05);

@@ -65,12 +65,12 @@ TEST(NumberTextTest, FirstQuotientIsNarrowedToACharacter) {
               std::string(1, static_cast<char>('0' + 184467440ULL)) + "73709551615" + '\0');
 }
 
-TEST(LineEndTest, IsCutOff) {
+TEST(LineEndTest, LineEndIsCutOff) {
     EXPECT_EQ(Stripped("disk\n"), "disk");
     EXPECT_EQ(Stripped("\n"), "");
 }
 
-TEST(LineEndTest, OnlyOneAndOnlyAtTheEnd) {
+TEST(LineEndTest, OnlyOneLineEndIsCutOffAndOnlyAtTheEnd) {
     EXPECT_EQ(Stripped("disk\n\n"), "disk\n");
     EXPECT_EQ(Stripped("a\nb"), "a\nb");
     EXPECT_EQ(Stripped("disk\r"), "disk\r");
@@ -84,7 +84,7 @@ TEST(LineEndTest, EmptyTextStaysAndWhatLiesBeforeItIsNotLookedAt) {
     EXPECT_EQ(texts[1], '\0');
 }
 
-TEST(FourBytesTest, AreALittleEndianNumber) {
+TEST(FourBytesTest, FourBytesAreALittleEndianNumber) {
     unsigned char bytes[] = {0x78, 0x56, 0x34, 0xF2, 0xFF};
     unsigned long long value = ~0ULL;
     valueofarray(bytes, &value);

@@ -74,13 +74,13 @@ TEST_F(SameBitsTest, TheProgramComparedWithIsOf64Bits) {
     EXPECT_NE(expected.front(), expected.back());
 }
 
-TEST_F(SameBitsTest, InTheLibrary) {
+TEST_F(SameBitsTest, LibraryGivesTheSameBits) {
     const sim::SimulatedServer server;
     Sensor sensor;
     ExpectSame(LinesOf(ConversionGrid(sensor)));
 }
 
-TEST_F(SameBitsTest, InProgramsOfEveryOptimisationLevel) {
+TEST_F(SameBitsTest, ProgramsOfEveryOptimisationLevelGiveTheSameBits) {
     for (const char* const program : {CONVERSIONS_O0, CONVERSIONS_O2, CONVERSIONS_O3}) {
         SCOPED_TRACE(program);
         const Printed printed = RunProgram(program);
