@@ -2,7 +2,7 @@
 //
 // Decoding of the caller's record, and the checks that keep nonsense from the kernel's driver.
 
-#include "CallerRecord.h"
+#include "bridge/CallerRecord.h"
 
 #include <algorithm>
 #include <cerrno>

@@ -4,7 +4,7 @@
 
 #define FUSE_USE_VERSION 312
 
-#include "CharacterDevice.h"
+#include "bridge/CharacterDevice.h"
 
 #include <cuse_lowlevel.h>
 #include <fuse_lowlevel.h>
@@ -19,13 +19,13 @@
 #include <memory>
 #include <new>
 
-#include "IoctlStep.h"
-#include "KernelController.h"
-#include "Log.h"
-#include "Readiness.h"
-#include "Reservation.h"
-#include "Rights.h"
-#include "Session.h"
+#include "bridge/IoctlStep.h"
+#include "bridge/KernelController.h"
+#include "bridge/Log.h"
+#include "bridge/Readiness.h"
+#include "bridge/Reservation.h"
+#include "bridge/Rights.h"
+#include "bridge/Session.h"
 
 namespace bridge {
 namespace {
@@ -103,8 +103,8 @@ void OnOpen(fuse_req_t request, fuse_file_info* info) {
 void OnRelease(fuse_req_t request, fuse_file_info* info) {
     const std::unique_ptr<OpenFile> file(&FileOf(info));
     Replying(request, [&] {
-        Log(Priority::kInfo, "closed after " + std::to_string(file->session.served()) +
-                                 " requests, " + std::to_string(file->kernel.sent()) +
+        Log(Priority::kInfo, "closed after " + std::to_string(file->session.Served()) +
+                                 " requests, " + std::to_string(file->kernel.Sent()) +
                                  " messages to the BMC");
         (void)fuse_reply_err(request, 0);  // result not used: the caller is gone anyway
         return 0;

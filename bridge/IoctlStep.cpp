@@ -2,7 +2,7 @@
 //
 // Which stage an ioctl is at shows in how much the kernel has passed.
 
-#include "IoctlStep.h"
+#include "bridge/IoctlStep.h"
 
 #include <cerrno>
 

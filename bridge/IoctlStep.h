@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <span>
 
-#include "CallerRecord.h"
+#include "bridge/CallerRecord.h"
 
 namespace bridge {
 

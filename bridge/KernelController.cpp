@@ -3,7 +3,7 @@
 // Requests and responses as <linux/ipmi.h> has them. The kernel queues responses per open file, so
 // a session never sees those of another.
 
-#include "KernelController.h"
+#include "bridge/KernelController.h"
 
 #include <fcntl.h>
 #include <linux/ipmi.h>

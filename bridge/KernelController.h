@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Message.h"
+#include "bridge/Message.h"
 
 namespace bridge {
 

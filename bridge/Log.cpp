@@ -2,7 +2,7 @@
 //
 // One write per message, so that those of several threads do not mix.
 
-#include "Log.h"
+#include "bridge/Log.h"
 
 #include <sys/stat.h>
 #include <unistd.h>

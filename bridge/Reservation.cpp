@@ -2,7 +2,7 @@
 //
 // Reserve SDR Repository (IPMI 2.0, 33.11).
 
-#include "Reservation.h"
+#include "bridge/Reservation.h"
 
 #include <cerrno>
 

@@ -9,7 +9,7 @@
 #include <mutex>
 #include <optional>
 
-#include "Message.h"
+#include "bridge/Message.h"
 
 namespace bridge {
 

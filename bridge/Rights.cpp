@@ -2,7 +2,7 @@
 //
 // The user and the capability sets, these through the kernel's own interface.
 
-#include "Rights.h"
+#include "bridge/Rights.h"
 
 #include <grp.h>
 #include <linux/capability.h>

@@ -2,12 +2,12 @@
 //
 // One request from the caller's record to the bytes of its answer.
 
-#include "Session.h"
+#include "bridge/Session.h"
 
 #include <algorithm>
 #include <cerrno>
 
-#include "CallerRecord.h"
+#include "bridge/CallerRecord.h"
 
 namespace bridge {
 

@@ -10,9 +10,9 @@
 #include <mutex>
 #include <span>
 
-#include "Message.h"
-#include "Reservation.h"
-#include "WholeReads.h"
+#include "bridge/Message.h"
+#include "bridge/Reservation.h"
+#include "bridge/WholeReads.h"
 
 namespace bridge {
 

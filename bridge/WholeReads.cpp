@@ -3,7 +3,7 @@
 // The two reads that come in pieces: Get SDR (IPMI 2.0, 33.12), which takes a reservation, and Read
 // FRU Data (34.2).
 
-#include "WholeReads.h"
+#include "bridge/WholeReads.h"
 
 #include <algorithm>
 

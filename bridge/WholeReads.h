@@ -6,8 +6,8 @@
 #ifndef TALVANE_BRIDGE_WHOLEREADS_H
 #define TALVANE_BRIDGE_WHOLEREADS_H
 
-#include "Message.h"
-#include "Reservation.h"
+#include "bridge/Message.h"
+#include "bridge/Reservation.h"
 
 namespace bridge {
 

@@ -4,8 +4,8 @@
 
 #include <CLI/CLI.hpp>
 
-#include "CharacterDevice.h"
-#include "Log.h"
+#include "bridge/CharacterDevice.h"
+#include "bridge/Log.h"
 
 int main(int argc, char** argv) {
     CLI::App app{

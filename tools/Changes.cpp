@@ -2,7 +2,7 @@
 
 #include "tools/Changes.h"
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 #include "tools/changes/ThresholdChange.h"
 #include "tools/changes/WatchdogChange.h"
 

@@ -10,7 +10,7 @@
 #include <string_view>
 
 #include "Talvane.h"
-#include "tools/Limits.h"
+#include "tools/library/Limits.h"
 #include "tools/records/Watchdog.h"
 
 namespace tool {

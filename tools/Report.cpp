@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {

@@ -9,8 +9,8 @@
 
 #include <cerrno>
 
-#include "FakeKernelDevice.h"
 #include "bridge/KernelController.h"
+#include "tests/bridge/FakeKernelDevice.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <thread>
 
-#include "FakeBmc.h"
 #include "bridge/Reservation.h"
+#include "tests/bridge/FakeBmc.h"
 
 namespace {
 

@@ -9,9 +9,9 @@
 #include <random>
 #include <thread>
 
-#include "FakeBmc.h"
 #include "bridge/CallerRecord.h"
 #include "bridge/Session.h"
+#include "tests/bridge/FakeBmc.h"
 
 namespace {
 

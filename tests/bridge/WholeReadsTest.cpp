@@ -6,8 +6,8 @@
 
 #include <cerrno>
 
-#include "FakeBmc.h"
 #include "bridge/WholeReads.h"
+#include "tests/bridge/FakeBmc.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 
 #include "simulator/machine/Machine.h"
 #include "support/IpmiTest.h"
-#include "tools/Source.h"
+#include "tools/base/Source.h"
 #include "tools/records/Bmc.h"
 #include "tools/records/Sensors.h"
 #include "tools/records/Thresholds.h"

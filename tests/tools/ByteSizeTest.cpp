@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/ByteSize.h"
+#include "tools/base/ByteSize.h"
 
 namespace tool {
 namespace {

@@ -8,7 +8,7 @@
 
 #include <cstdlib>
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 namespace {
 

@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/Layout.h"
+#include "tools/base/Layout.h"
 
 namespace tool {
 namespace {

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "InformationRecords.h"
-#include "tools/Limits.h"
+#include "tools/library/Limits.h"
 
 namespace tool {
 namespace {

@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 namespace {
 

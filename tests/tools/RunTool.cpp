@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 #include <fcntl.h>
 #include <pty.h>

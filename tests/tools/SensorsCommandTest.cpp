@@ -7,7 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <cstring>
 
 #include "InformationRecords.h"
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {

@@ -5,7 +5,7 @@
 #ifndef TALVANE_TOOLS_CHANGES_THRESHOLDCHANGE_H
 #define TALVANE_TOOLS_CHANGES_THRESHOLDCHANGE_H
 
-#include "tools/Changes.h"
+#include "tools/changes/Order.h"
 
 namespace tool {
 

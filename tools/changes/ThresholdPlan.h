@@ -10,9 +10,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/Changes.h"
-#include "tools/Limits.h"
-#include "tools/SensorWalk.h"
+#include "tools/changes/Order.h"
+#include "tools/library/Limits.h"
+#include "tools/library/SensorRepository.h"
 
 namespace tool {
 
@@ -22,7 +22,7 @@ struct PlannedThreshold {
 };
 
 struct ThresholdPlan {
-    WalkedSensor sensor;
+    RepositorySensor sensor;
     std::string name;  // the sensor's, or its number
     int which;         // the threshold asked for
     Six<PlannedThreshold> thresholds;

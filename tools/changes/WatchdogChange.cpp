@@ -5,7 +5,8 @@
 #include <unistd.h>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Source.h"
 #include "tools/records/Watchdog.h"
 
 namespace tool {

@@ -5,9 +5,9 @@
 #include <cstdio>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/SensorWalk.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/SensorRepository.h"
 
 namespace tool {
 namespace {

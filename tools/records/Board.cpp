@@ -3,8 +3,8 @@
 #include "tools/records/Board.h"
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 

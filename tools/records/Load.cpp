@@ -5,9 +5,9 @@
 #include <fcntl.h>
 
 #include "Talvane.h"
-#include "tools/Apart.h"
-#include "tools/Layout.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Layout.h"
+#include "tools/library/ChildProcess.h"
 
 namespace tool {
 namespace {
@@ -24,7 +24,7 @@ struct ProcessorLoad {
 std::optional<std::vector<int>> ReadProcessorLoad(int interval) {
     // The library takes a file that it cannot open for one whose ticks stand still.
     if (!Descriptor("/proc/stat", O_RDONLY).IsOpen()) return std::nullopt;
-    const auto answer = RunApart<ProcessorLoad>(
+    const auto answer = FillInChildProcess<ProcessorLoad>(
         [interval](ProcessorLoad& load) { load.result = GetCpuUsageRate(interval, &load.usage); });
     if (!answer || answer->record.result != 0) return std::nullopt;
     const CpuUsageRageInformation& usage = answer->record.usage;
@@ -34,7 +34,7 @@ std::optional<std::vector<int>> ReadProcessorLoad(int interval) {
 // Apart: the library writes a scratch file into the current folder, and says so on standard output
 // when it cannot.
 std::optional<int> ReadMemoryLoad() {
-    const auto answer = RunApart<int>([](int& percent) { percent = GetMemUsageRate(); });
+    const auto answer = FillInChildProcess<int>([](int& percent) { percent = GetMemUsageRate(); });
     if (!answer || !answer->output.empty()) return std::nullopt;
     // Without figures the library divides 0 by 0.
     if (answer->record < 0 || answer->record > kAllOfMemory) return std::nullopt;

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/Commands.h"
-#include "tools/Json.h"
-#include "tools/Source.h"
+#include "tools/base/Json.h"
+#include "tools/base/Settings.h"
+#include "tools/base/Source.h"
 
 namespace tool {
 

@@ -7,8 +7,8 @@
 #include <cstdio>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {

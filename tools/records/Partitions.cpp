@@ -7,12 +7,12 @@
 #include <algorithm>
 
 #include "Talvane.h"
-#include "tools/Apart.h"
-#include "tools/ByteSize.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
-#include "tools/records/Drives.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/ByteSize.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/ChildProcess.h"
+#include "tools/library/IdeDrives.h"
 
 namespace tool {
 namespace {
@@ -27,7 +27,7 @@ std::optional<Partitions> ReadPartitions() {
     const auto drives = ReadDrives();
     if (!drives) return std::nullopt;
     // Apart: without IDE the library says so on standard output.
-    const auto answer = RunApart<PartitionInformation>(
+    const auto answer = FillInChildProcess<PartitionInformation>(
         [](PartitionInformation& record) { (void)GetInfo(TALVANE_PARTITIONS, &record); });
     if (!answer) return std::nullopt;
     Partitions partitions;

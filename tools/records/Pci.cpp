@@ -9,8 +9,8 @@
 
 #include "PCI/PCIscan.h"
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {

@@ -5,9 +5,9 @@
 #include <cstddef>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
-#include "tools/WideRecord.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/WideRecord.h"
 
 namespace tool {
 namespace {

@@ -3,7 +3,7 @@
 #include "tools/records/Probes.h"
 
 #include "Talvane.h"
-#include "tools/Layout.h"
+#include "tools/base/Layout.h"
 
 namespace tool {
 namespace {

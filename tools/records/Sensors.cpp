@@ -6,9 +6,9 @@
 #include <cstdlib>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/SensorWalk.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/SensorRepository.h"
 
 namespace tool {
 namespace {
@@ -27,12 +27,12 @@ SensorState StateOf(const Element& element, const char (Element::*reading)[N]) {
     sensor.lowest = FieldText(element.min);
     sensor.highest = FieldText(element.max);
     sensor.recordLimits = AllOf(LimitValues<double>(element.sti));
-    SensorWalk& walk = SensorWalk::Get();
-    sensor.isUnavailable = walk.IsUnavailable(element.sensorNumber);
-    if (const auto walked = walk.Find(sensor.entity, sensor.type, sensor.number)) {
-        const auto current = walk.Current(*walked);
+    SensorRepository& repository = SensorRepository::Get();
+    sensor.isUnavailable = repository.IsUnavailable(element.sensorNumber);
+    if (const auto found = repository.Find(sensor.entity, sensor.type, sensor.number)) {
+        const auto current = repository.Current(*found);
         sensor.limits = OnlyIn(current.raw.readableFlag, LimitValues<double>(current.converted));
-        sensor.isSigned = IsSigned(walked->formula);
+        sensor.isSigned = IsSigned(found->formula);
     }
     return sensor;
 }
@@ -120,7 +120,7 @@ std::optional<Sensors> ReadSensors() {
     // Not left to the query below: the first one without a BMC makes all later ones busy.
     if (IsIpmiSupport() == 0) return std::nullopt;
     return Sensors{
-        .records = SensorWalk::Get().Records(),
+        .records = SensorRepository::Get().Records(),
         .temperatures = ReadGroup(TALVANE_TEMPERATURES, &TemperatureInformation::temperature,
                                   &TEMPERATURE_PROBE::CurrentTemperature),
         .voltages = ReadGroup(TALVANE_VOLTAGES, &VoltageInformation::voltage,

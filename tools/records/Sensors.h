@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/Json.h"
-#include "tools/Limits.h"
+#include "tools/base/Json.h"
+#include "tools/library/Limits.h"
 
 namespace tool {
 

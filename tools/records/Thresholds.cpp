@@ -3,8 +3,8 @@
 #include "tools/records/Thresholds.h"
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/SensorCode.h"
+#include "tools/base/Layout.h"
+#include "tools/library/SensorCodes.h"
 
 namespace tool {
 

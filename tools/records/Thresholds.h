@@ -8,8 +8,8 @@
 #include <optional>
 #include <vector>
 
-#include "tools/Json.h"
-#include "tools/Limits.h"
+#include "tools/base/Json.h"
+#include "tools/library/Limits.h"
 
 namespace tool {
 

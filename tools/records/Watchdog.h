@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-#include "tools/Json.h"
-#include "tools/Layout.h"
+#include "tools/base/Json.h"
+#include "tools/base/Layout.h"
 
 namespace tool {
 

@@ -13,8 +13,8 @@
 #include <optional>
 
 #include "base/Bytes.h"
-#include "tools/Source.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Source.h"
 #include "tools/sources/ErrorText.h"
 
 namespace tool {

@@ -3,8 +3,8 @@
 // Texts that came from firmware. Their bytes can be anything: a field filled to its last byte has
 // no terminator, old tables hold Latin-1 or noise, and a bounded copy can end inside a UTF-8
 // sequence.
-#ifndef TALVANE_TOOLS_TEXT_H
-#define TALVANE_TOOLS_TEXT_H
+#ifndef TALVANE_TOOLS_BASE_TEXT_H
+#define TALVANE_TOOLS_BASE_TEXT_H
 
 #include <cstddef>
 #include <string>

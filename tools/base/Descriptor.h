@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A file descriptor that is closed when it is no longer needed.
-#ifndef TALVANE_TOOLS_SOURCES_DESCRIPTOR_H
-#define TALVANE_TOOLS_SOURCES_DESCRIPTOR_H
+#ifndef TALVANE_TOOLS_BASE_DESCRIPTOR_H
+#define TALVANE_TOOLS_BASE_DESCRIPTOR_H
 
 #include <fcntl.h>
 #include <unistd.h>

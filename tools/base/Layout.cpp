@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-#include "tools/Layout.h"
+#include "tools/base/Layout.h"
 
 #include <algorithm>
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 
-#include "tools/ByteSize.h"
+#include "tools/base/ByteSize.h"
 
 #include <iterator>
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {

@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tools/Apart.h"
+#include "tools/library/ChildProcess.h"
 
 namespace tool {
 namespace {
@@ -19,8 +19,8 @@ struct Record {
     char folder[256];
 };
 
-TEST(Apart, BringsBackTheRecordAndTheOutput) {
-    const auto answer = RunApart<Record>([](Record& record) {
+TEST(ChildProcessTest, BringsBackTheRecordAndTheOutput) {
+    const auto answer = FillInChildProcess<Record>([](Record& record) {
         EXPECT_EQ(record.number, 0) << "zero-filled";
         record.number = 42;
         std::printf("without a line end");
@@ -30,9 +30,9 @@ TEST(Apart, BringsBackTheRecordAndTheOutput) {
     EXPECT_EQ(answer->output, "without a line end");
 }
 
-TEST(Apart, RunsInAnEmptyFolderThatIsRemoved) {
+TEST(ChildProcessTest, RunsInAnEmptyFolderThatIsRemoved) {
     const auto here = std::filesystem::current_path();
-    const auto answer = RunApart<Record>([](Record& record) {
+    const auto answer = FillInChildProcess<Record>([](Record& record) {
         const auto folder = std::filesystem::current_path();
         record.number = std::filesystem::is_empty(folder) ? 1 : 0;
         std::snprintf(record.folder, sizeof record.folder, "%s", folder.c_str());
@@ -44,18 +44,18 @@ TEST(Apart, RunsInAnEmptyFolderThatIsRemoved) {
     EXPECT_EQ(std::filesystem::current_path(), here);
 }
 
-TEST(Apart, SurvivesASignal) {
-    const auto answer = RunApart<Record>([](Record&) {
+TEST(ChildProcessTest, SurvivesASignal) {
+    const auto answer = FillInChildProcess<Record>([](Record&) {
         (void)std::signal(SIGTERM, SIG_DFL);
         (void)std::raise(SIGTERM);
     });
     EXPECT_FALSE(answer.has_value());
 }
 
-TEST(Apart, WritesWhatWasPrintedBeforeOnceOnly) {
+TEST(ChildProcessTest, WritesWhatWasPrintedBeforeOnceOnly) {
     testing::internal::CaptureStdout();
     std::printf("before ");
-    const auto output = OutputApart([] { std::printf("apart"); });
+    const auto output = OutputOfChildProcess([] { std::printf("apart"); });
     std::printf("after");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "before after");
     EXPECT_EQ(output, "apart");

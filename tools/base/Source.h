@@ -2,8 +2,8 @@
 //
 // The sources that records come from, and why one could not be read. The library answers a failure
 // with -1 and no reason, or with an empty record; the tool looks for the reason itself.
-#ifndef TALVANE_TOOLS_SOURCE_H
-#define TALVANE_TOOLS_SOURCE_H
+#ifndef TALVANE_TOOLS_BASE_SOURCE_H
+#define TALVANE_TOOLS_BASE_SOURCE_H
 
 #include <string>
 

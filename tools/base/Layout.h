@@ -5,8 +5,8 @@
 //
 // Cells hold texts as the firmware gave them; the functions here make them printable. An empty one
 // is shown as "-".
-#ifndef TALVANE_TOOLS_LAYOUT_H
-#define TALVANE_TOOLS_LAYOUT_H
+#ifndef TALVANE_TOOLS_BASE_LAYOUT_H
+#define TALVANE_TOOLS_BASE_LAYOUT_H
 
 #include <string>
 #include <vector>

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 
 #include <algorithm>
 #include <cstdint>

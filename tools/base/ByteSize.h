@@ -1,14 +1,14 @@
 // SPDX-License-Identifier: MIT
 //
 // Sizes of drives and partitions: the library's decimal texts, for machines and for people.
-#ifndef TALVANE_TOOLS_BYTESIZE_H
-#define TALVANE_TOOLS_BYTESIZE_H
+#ifndef TALVANE_TOOLS_BASE_BYTESIZE_H
+#define TALVANE_TOOLS_BASE_BYTESIZE_H
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
-#include "tools/Json.h"
+#include "tools/base/Json.h"
 
 namespace tool {
 
