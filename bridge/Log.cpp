@@ -17,7 +17,7 @@
 namespace bridge {
 namespace {
 
-constexpr std::size_t kLongest = 400;
+constexpr std::size_t kMaxMessage = 400;
 
 std::atomic<bool> everything = false;
 
@@ -45,10 +45,10 @@ void Log(Priority priority, std::string_view message) noexcept {
     std::array<char, 32> prefix{"talvane-ipmi-bridge: "};
     if (ToJournal())
         (void)std::snprintf(prefix.data(), prefix.size(), "<%d>", static_cast<int>(priority));
-    std::array<char, prefix.size() + kLongest + 2> line;
+    std::array<char, prefix.size() + kMaxMessage + 2> line;
     const int length =
         std::snprintf(line.data(), line.size(), "%s%.*s\n", prefix.data(),
-                      static_cast<int>(std::min(message.size(), kLongest)), message.data());
+                      static_cast<int>(std::min(message.size(), kMaxMessage)), message.data());
     // Result not used: there is nowhere else to complain.
     if (length > 0) (void)!write(STDERR_FILENO, line.data(), static_cast<std::size_t>(length));
 }

@@ -7,22 +7,10 @@
 
 #include <algorithm>
 
+#include "bridge/IpmiCodes.h"
+
 namespace bridge {
 namespace {
-
-constexpr std::uint8_t kStorage = 0x0A;  // network function
-constexpr std::uint8_t kBmcLun = 0;
-constexpr std::uint8_t kReadInventory = 0x11;
-constexpr std::uint8_t kGetRecord = 0x23;
-
-// Completion codes (IPMI 2.0, table 5-2).
-constexpr std::uint8_t kDone = 0x00;
-constexpr std::uint8_t kReservationCancelled = 0xC5;
-constexpr std::uint8_t kLengthInvalid = 0xC7;
-constexpr std::uint8_t kLengthLimitExceeded = 0xC8;
-constexpr std::uint8_t kOutOfRange = 0xC9;
-constexpr std::uint8_t kCannotReturnSoMuch = 0xCA;
-constexpr std::uint8_t kUnspecified = 0xFF;
 
 // Get SDR: reservation, record ID, offset, count; answered by the next record's ID and the bytes.
 constexpr std::size_t kRecordRequestSize = 6;

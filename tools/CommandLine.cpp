@@ -17,9 +17,12 @@ namespace tool {
 namespace {
 
 constexpr const char* kMachineOption = "--machine";
-constexpr int kMostSeconds = 86400;
-constexpr int kMostTables = 1000000;
-constexpr int kMostByte = 255;
+constexpr int kMaxSeconds = 86400;
+constexpr int kMaxTables = 1000000;
+constexpr int kMaxByte = 255;
+// Seconds that the library takes as the watchdog's time-out.
+constexpr int kMinWatchdogTimeout = 10;
+constexpr int kMaxWatchdogTimeout = 999;
 
 // Before the command and behind it.
 void AddOptions(CLI::App& app, Options& options) {
@@ -56,7 +59,7 @@ void AddConfirmation(CLI::App& change, Options& options) {
 }
 
 // The number that a text stands for; nothing when it is none.
-std::optional<double> Number(const std::string& text) {
+std::optional<double> NumberOf(const std::string& text) {
     char* end = nullptr;
     const double value = std::strtod(text.c_str(), &end);
     if (text.empty() || *end != '\0' || !std::isfinite(value)) return std::nullopt;
@@ -64,7 +67,7 @@ std::optional<double> Number(const std::string& text) {
 }
 
 // The same of whole numbers, decimal or hexadecimal with 0x in front.
-std::optional<int> WholeNumber(const std::string& text) {
+std::optional<int> WholeNumberOf(const std::string& text) {
     const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
     const char* const begin = text.data() + (isHexadecimal ? 2 : 0);
     const char* const end = text.data() + text.size();
@@ -77,7 +80,7 @@ std::optional<int> WholeNumber(const std::string& text) {
 CLI::Validator Within(double least, double most) {
     return CLI::Validator(
         [=](const std::string& text) {
-            const auto value = Number(text);
+            const auto value = NumberOf(text);
             if (value && *value >= least && *value <= most) return std::string();
             return text + " is no number from " + NumberText(least) + " to " + NumberText(most);
         },
@@ -88,7 +91,7 @@ CLI::Validator Within(double least, double most) {
 CLI::Validator WholeWithin(int least, int most) {
     return CLI::Validator(
         [=](std::string& text) {
-            const auto value = WholeNumber(text);
+            const auto value = WholeNumberOf(text);
             if (!value || *value < least || *value > most)
                 return text + " is no whole number from " + std::to_string(least) + " to " +
                        std::to_string(most);
@@ -100,10 +103,10 @@ CLI::Validator WholeWithin(int least, int most) {
 
 void AddWatch(CLI::App& sensors, Watch& watch) {
     auto* seconds = sensors.add_option("--watch", watch.seconds, "Show again after every so many");
-    seconds->type_name("SECONDS")->transform(WholeWithin(1, kMostSeconds));
+    seconds->type_name("SECONDS")->transform(WholeWithin(1, kMaxSeconds));
     sensors.add_option("--count", watch.count, "End after so many tables")
         ->type_name("N")
-        ->transform(WholeWithin(1, kMostTables))
+        ->transform(WholeWithin(1, kMaxTables))
         ->needs(seconds);
 }
 
@@ -120,14 +123,14 @@ CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names, bool
                 }
                 known += (known.empty() ? "" : ", ") + name;
             }
-            if (orByte && WholeWithin(0, kMostByte)(text).empty()) return "";
+            if (orByte && WholeWithin(0, kMaxByte)(text).empty()) return "";
             return text + " is none of " + known + (orByte ? ", nor a number from 0 to 255" : "");
         },
         "");
 }
 
 std::string NumberProblem(const std::string& text) {
-    return Number(text) ? "" : text + " is no number";
+    return NumberOf(text) ? "" : text + " is no number";
 }
 
 void AddThresholdChange(CLI::App& app, Options& options) {
@@ -150,7 +153,7 @@ void AddThresholdChange(CLI::App& app, Options& options) {
     set->add_option("--entity", order.entity, "Entity's number, as talvane sensors shows it")
         ->type_name("E")
         ->required()
-        ->transform(WholeWithin(0, kMostByte));
+        ->transform(WholeWithin(0, kMaxByte));
     set->add_option("--type", order.type, "temperature, voltage, fan, or a sensor type's number")
         ->type_name("T")
         ->required()
@@ -190,10 +193,11 @@ void AddWatchdogChanges(CLI::App& watchdog, Options& options) {
            [&order](double seconds) {
                order.timeout = static_cast<int>(std::lround(seconds * 1000));
            },
-           "Seconds until the action, 10 to 999")
+           "Seconds until the action, " + std::to_string(kMinWatchdogTimeout) + " to " +
+               std::to_string(kMaxWatchdogTimeout))
         ->type_name("SECONDS")
         ->required()
-        ->check(Within(10, 999));
+        ->check(Within(kMinWatchdogTimeout, kMaxWatchdogTimeout));
     AddConfirmation(*set, options);
     AddConfirmation(
         *AddChange(watchdog, options, "watchdog reset", "Start it over; asks for --yes"), options);
@@ -212,7 +216,7 @@ void AddCommands(CLI::App& app, Options& options) {
                 ->add_option("--interval", options.settings.loadInterval,
                              "Watch the processors for so long; 1 when not given")
                 ->type_name("SECONDS")
-                ->transform(WholeWithin(1, kMostSeconds));
+                ->transform(WholeWithin(1, kMaxSeconds));
     }
     AddThresholdChange(app, options);
 }

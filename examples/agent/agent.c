@@ -11,7 +11,7 @@
 #define TEXT(field) (int)sizeof(field), field
 
 // The firmware may state up to 16 processors, and as many are written: twice what the record holds.
-enum { kMostProcessors = 16 };
+enum { kMaxProcessors = 16 };
 
 // A zero-filled record, for the library fills fields without terminating them.
 static void* NewRecord(size_t size) {
@@ -39,7 +39,7 @@ static void PrintSystem(void) {
 
 static void PrintProcessors(void) {
     ProcessorInformation* processors =
-        NewRecord(offsetof(ProcessorInformation, cpu) + kMostProcessors * sizeof(CPU));
+        NewRecord(offsetof(ProcessorInformation, cpu) + kMaxProcessors * sizeof(CPU));
     if (GetInfo(TALVANE_PROCESSORS, processors) == 0) {
         printf("Processors: %d\n", processors->quantity);
         for (int i = 0; i < processors->quantity; ++i) {

@@ -9,7 +9,7 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostDigits = 12;
+constexpr std::size_t kMaxSizeDigits = 12;
 
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
@@ -18,10 +18,10 @@ bool IsDigit(char c) {
 }  // namespace
 
 std::optional<std::uint64_t> Bytes(const std::string& size) {
-    if (size.empty() || size.size() > kMostDigits) return std::nullopt;
+    if (size.empty() || size.size() > kMaxSizeDigits) return std::nullopt;
     std::uint64_t bytes = 0;
     for (std::size_t i = 0; i < size.size(); ++i) {
-        const bool counts = IsDigit(size[i]) || (i == 0 && size.size() == kMostDigits);
+        const bool counts = IsDigit(size[i]) || (i == 0 && size.size() == kMaxSizeDigits);
         if (!counts) return std::nullopt;
         bytes = bytes * 10 + static_cast<unsigned char>(size[i] - '0');
     }

@@ -12,10 +12,10 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kTextSize = 64;
+constexpr std::size_t kInventoryTextSize = 64;
 
 std::string InventoryText(int (IPMIsupport::*get)(char*)) {
-    char text[kTextSize] = {};
+    char text[kInventoryTextSize] = {};
     if ((Controller().*get)(text) != 0) return "";
     return FieldText(text);
 }

@@ -12,12 +12,12 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostFans = 63;
+constexpr std::size_t kMaxFans = 63;
 
 }  // namespace
 
 std::optional<Fans> ReadFans() {
-    WideRecord<FanInformation, FAN_DEVICE> record(offsetof(FanInformation, fan), kMostFans);
+    WideRecord<FanInformation, FAN_DEVICE> record(offsetof(FanInformation, fan), kMaxFans);
     if (GetInfo(TALVANE_FANS, record.Data()) != 0) return std::nullopt;
     Fans fans;
     for (const FAN_DEVICE& fan : record.Elements(record.Head().quantity))

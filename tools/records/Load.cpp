@@ -12,8 +12,8 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostProcessors = 8;
-constexpr int kAllOfMemory = 100;
+constexpr std::size_t kMaxWatchedProcessors = 8;
+constexpr int kMaxPercent = 100;
 
 struct ProcessorLoad {
     int result;
@@ -37,7 +37,7 @@ std::optional<int> ReadMemoryLoad() {
     const auto answer = FillInChildProcess<int>([](int& percent) { percent = GetMemUsageRate(); });
     if (!answer || !answer->output.empty()) return std::nullopt;
     // Without figures the library divides 0 by 0.
-    if (answer->record < 0 || answer->record > kAllOfMemory) return std::nullopt;
+    if (answer->record < 0 || answer->record > kMaxPercent) return std::nullopt;
     return answer->record;
 }
 
@@ -65,7 +65,7 @@ std::string ToText(const Load& load) {
     std::vector<std::string> blocks{TableBlock({{"Part"}, {"Use", Column::Align::kRight}}, rows)};
     blocks.push_back(NoteBlock("Processors: not idle, within " + std::to_string(load.interval) +
                                " s. Memory: as the command free counts it."));
-    if (processors.size() == kMostProcessors)
+    if (processors.size() == kMaxWatchedProcessors)
         blocks.push_back(NoteBlock("The library watches the first eight processors."));
     return Section("Load", blocks);
 }

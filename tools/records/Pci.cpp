@@ -16,8 +16,8 @@ namespace tool {
 namespace {
 
 // The library's own limits: the buses that it looks at, and the functions that its record holds.
-constexpr int kBuses = 11;
-constexpr int kMostFunctions = sizeof DeviceInformation::dev / sizeof(DEV);
+constexpr int kScannedBuses = 11;
+constexpr int kMaxPciFunctions = sizeof DeviceInformation::dev / sizeof(DEV);
 
 // REQUIRES: I/O privilege level 3. Reads a sixteenth of what the listing does.
 int CountFunctions() {
@@ -26,7 +26,7 @@ int CountFunctions() {
     PCIscan scan;
     scan.m_InitOK = 1;
     int count = 0;
-    for (int i = 0; i < kBuses * kDevices * kFunctions; ++i) {
+    for (int i = 0; i < kScannedBuses * kDevices * kFunctions; ++i) {
         const auto bus = static_cast<unsigned char>(i / kFunctions / kDevices);
         const auto device = static_cast<unsigned char>(i / kFunctions % kDevices);
         const auto function = static_cast<unsigned char>(i % kFunctions);
@@ -42,7 +42,7 @@ bool CanBeListed() {
     if (iopl(3) != 0) return false;
     const int count = CountFunctions();
     (void)iopl(0);  // result not used: lowering is always allowed
-    return count <= kMostFunctions;
+    return count <= kMaxPciFunctions;
 }
 
 // A base address register (PCI 3.0, 6.2.5.1): bit 0 tells I/O from memory.

@@ -12,12 +12,12 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostPorts = 128;
+constexpr std::size_t kMaxPorts = 128;
 
 }  // namespace
 
 std::optional<Ports> ReadPorts() {
-    WideRecord<IOInformation, PORT> record(offsetof(IOInformation, port), kMostPorts);
+    WideRecord<IOInformation, PORT> record(offsetof(IOInformation, port), kMaxPorts);
     if (GetInfo(TALVANE_PORTS, record.Data()) != 0) return std::nullopt;
     Ports ports;
     for (const PORT& port : record.Elements(record.Head().quantity))

@@ -12,12 +12,12 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostSupplies = 32;
+constexpr std::size_t kMaxSupplies = 32;
 
 using PowerRecord = WideRecord<SystemPowerInformation, SYS_POWER>;
 
 PowerRecord EmptyRecord() {
-    return PowerRecord(offsetof(SystemPowerInformation, PowerSupply), kMostSupplies);
+    return PowerRecord(offsetof(SystemPowerInformation, PowerSupply), kMaxSupplies);
 }
 
 std::vector<PowerSupply> SuppliesOf(const PowerRecord& record) {

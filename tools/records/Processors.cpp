@@ -12,7 +12,7 @@
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostProcessors = 16;
+constexpr std::size_t kMaxProcessors = 16;
 
 std::vector<Cache> CachesOf(const CPU& cpu) {
     std::vector<Cache> caches;
@@ -47,7 +47,7 @@ Json ToJson(const Cache& cache) {
 
 std::optional<Processors> ReadProcessors() {
     WideRecord<ProcessorInformation, CPU> record(offsetof(ProcessorInformation, cpu),
-                                                 kMostProcessors);
+                                                 kMaxProcessors);
     if (GetInfo(TALVANE_PROCESSORS, record.Data()) != 0) return std::nullopt;
     Processors processors;
     for (const CPU& cpu : record.Elements(record.Head().quantity))

@@ -57,7 +57,7 @@ std::string Spaced(const std::string& reading) {
     return reading.substr(0, unit) + ' ' + reading.substr(unit);
 }
 
-std::optional<double> Number(const std::string& reading) {
+std::optional<double> ReadingNumber(const std::string& reading) {
     char* end = nullptr;
     const double value = std::strtod(reading.c_str(), &end);
     if (end == reading.c_str() || *end == '%') return std::nullopt;
@@ -129,7 +129,7 @@ std::optional<Sensors> ReadSensors() {
 }
 
 std::string LimitState(const SensorState& sensor) {
-    const auto reading = Number(sensor.reading);
+    const auto reading = ReadingNumber(sensor.reading);
     const bool hasLimit = std::any_of(sensor.limits.begin(), sensor.limits.end(),
                                       [](const auto& limit) { return limit.has_value(); });
     if (!reading || !hasLimit || sensor.isSigned || sensor.isUnavailable) return "";
