@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The rows of all changes, and how the outcome of one is written.
 
 #include "tools/Changes.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Options, arguments and their checks, on top of CLI11.
 
 #include "tools/CommandLine.h"
 
@@ -24,7 +26,7 @@ constexpr int kMaxByte = 255;
 constexpr int kMinWatchdogTimeout = 10;
 constexpr int kMaxWatchdogTimeout = 999;
 
-// Before the command and behind it.
+// These options are taken before the command and after it.
 void AddOptions(CLI::App& app, Options& options) {
     app.add_flag_callback(
         "--json", [&options] { options.format = Format::kJson; }, "Answer in JSON");
@@ -32,7 +34,7 @@ void AddOptions(CLI::App& app, Options& options) {
         ->type_name("DIR");
 }
 
-// A command below another is parsed before that one is complete.
+// A command below another is complete before the other one is, and so is selected first.
 void Select(Options& options, const char* name) {
     if (options.command.empty()) options.command = name;
 }
@@ -45,7 +47,7 @@ CLI::App* AddCommand(CLI::App& app, Options& options, const char* name, const ch
     return command;
 }
 
-// A command below a command; `name` is that of both, the words separated by a blank.
+// A command below a command. `name` has the words of both, separated by a blank.
 CLI::App* AddChange(CLI::App& parent, Options& options, const char* name, const char* help) {
     const std::string word = std::string(name).substr(std::string_view(name).rfind(' ') + 1);
     CLI::App* change = parent.add_subcommand(word, help);
@@ -55,10 +57,10 @@ CLI::App* AddChange(CLI::App& parent, Options& options, const char* name, const 
 }
 
 void AddConfirmation(CLI::App& change, Options& options) {
-    change.add_flag("--yes", options.order.confirmed, "Do it; without, it is only shown");
+    change.add_flag("--yes", options.order.confirmed, "Do it; without this option, only show it");
 }
 
-// The number that a text stands for; nothing when it is none.
+// The number that a text stands for; nothing when it is not a number.
 std::optional<double> NumberOf(const std::string& text) {
     char* end = nullptr;
     const double value = std::strtod(text.c_str(), &end);
@@ -66,7 +68,7 @@ std::optional<double> NumberOf(const std::string& text) {
     return value;
 }
 
-// The same of whole numbers, decimal or hexadecimal with 0x in front.
+// The same for whole numbers, decimal or hexadecimal (with 0x in front).
 std::optional<int> WholeNumberOf(const std::string& text) {
     const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
     const char* const begin = text.data() + (isHexadecimal ? 2 : 0);
@@ -87,7 +89,7 @@ CLI::Validator Within(double least, double most) {
         "");
 }
 
-// Leaves the number in decimal digits without zeros in front, which would be read as octal.
+// Rewrites the number in decimal digits without leading zeros, which would be read as octal.
 CLI::Validator WholeWithin(int least, int most) {
     return CLI::Validator(
         [=](std::string& text) {
@@ -110,8 +112,7 @@ void AddWatch(CLI::App& sensors, Watch& watch) {
         ->needs(seconds);
 }
 
-// Takes a name for its code; `others` says what is accepted as it stands beside them, and how the
-// complaint calls it.
+// Replaces a name by its code. With `orByte` a number from 0 to 255 is accepted as well.
 CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names, bool orByte = false) {
     return CLI::Validator(
         [names, orByte](std::string& text) -> std::string {
@@ -137,7 +138,7 @@ void AddThresholdChange(CLI::App& app, Options& options) {
     CLI::App* threshold = app.add_subcommand("threshold", "Set a threshold: threshold set --help");
     threshold->group("Commands");
     AddOptions(*threshold, options);
-    // The least number is checked below, in words of the tool's own.
+    // That one is given is checked below, in the tool's own words.
     threshold->require_subcommand(0, 1);
     threshold->final_callback([threshold] {
         if (threshold->get_subcommands().empty()) throw CLI::RequiredError("threshold: set");
@@ -245,8 +246,8 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
         "2 usage or output error.");
     AddOptions(app, options);
     AddCommands(app, options);
-    // The least number is checked below: here a mistyped command would be reported as a missing
-    // one.
+    // That one is given is checked below. If it were checked here, a mistyped command would be
+    // reported as a missing one.
     app.require_subcommand(0, 1);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app.failure_message([](const CLI::App* whole, const CLI::Error& error) {

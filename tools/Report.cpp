@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Collects the answers first, so that each source that failed is named once.
 
 #include "tools/Report.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Starts the tool as a process, with its output in files or on a terminal.
 
 #include "tests/tools/RunTool.h"
 

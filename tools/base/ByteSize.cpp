@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Decimal texts to numbers and to sizes in KB, MB, GB and TB.
 
 #include "tools/base/ByteSize.h"
 
@@ -36,7 +38,7 @@ std::string SizeText(const std::string& size) {
     constexpr const char* kUnits[] = {"KB", "MB", "GB", "TB"};
     const char* const* unit = kUnits;
     std::uint64_t one = kThousand;
-    // With one digit behind the point, 999.95 is the next unit's 1.0.
+    // With one digit after the point, 999.95 is the next unit's 1.0.
     while (*bytes >= one * kThousand - one / 20 && unit != std::end(kUnits) - 1) {
         one *= kThousand;
         ++unit;

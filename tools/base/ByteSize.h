@@ -12,11 +12,12 @@
 
 namespace tool {
 
-// The number that a size text stands for; nothing for the empty one (0 or unknown) and for one that
-// is no number. The first of twelve characters counts 100 GB each and can stand behind '9'.
+// The number that a size text stands for. Nothing for an empty text (0 or unknown) and for a text
+// that is not a number. In a text of twelve characters the first counts 100 GB each; it can be a
+// character after '9'.
 std::optional<std::uint64_t> Bytes(const std::string& size);
 
-// "40.0 GB", in powers of 1000 as drives are sold; the text itself when it is no number.
+// "40.0 GB", in powers of 1000 as drives are sold; the text itself when it is not a number.
 std::string SizeText(const std::string& size);
 
 // {"text": the library's, "bytes": number or null}

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Pads cells to the width of their column and joins lines, blocks and sections.
 
 #include "tools/base/Layout.h"
 

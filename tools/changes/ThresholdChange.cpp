@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Plans the change, refuses or shows it, and after writing asks the BMC what it now holds.
 
 #include "tools/changes/ThresholdChange.h"
 
@@ -43,7 +45,7 @@ Outcome Described(const std::vector<ThresholdPlan>& plans, Stage stage,
             problem};
 }
 
-// The library does not look at what the BMC answers to a request, so the BMC is asked again.
+// The library ignores what the BMC answers to a request, so the BMC is asked again.
 bool WasTaken(const ThresholdPlan& plan) {
     const auto raw = SensorRepository::Get().Current(plan.sensor).raw;
     const auto now = LimitValues<unsigned char>(raw);

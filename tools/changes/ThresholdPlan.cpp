@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Follows the library's own steps up to the write, to know beforehand what it would write.
 
 #include "tools/changes/ThresholdPlan.h"
 
@@ -26,7 +28,7 @@ Limits Values(const SensorFormulaParameter& formula, const Six<PlannedThreshold>
     return values;
 }
 
-// The library's own steps, up to writing.
+// What the library would write, by its own steps.
 SensorThresholdInfoRaw SetToWrite(const RepositorySensor& sensor, const ThresholdOrder& order) {
     SensorThresholdInfoRaw set = sensor.walkThresholds;
     set.MinThreshold = 0;
@@ -55,7 +57,7 @@ ThresholdPlan PlanFor(const RepositorySensor& sensor, const ThresholdOrder& orde
     return plan;
 }
 
-// How far the value of a raw byte is from those of its neighbours, at most.
+// The larger distance between the value of a raw byte and those of its two neighbours.
 double StepAt(const SensorFormulaParameter& formula, unsigned char raw) {
     SensorRepository& repository = SensorRepository::Get();
     const double value = repository.Value(formula, raw);

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads firmware and inventory through the library's IPMIsupport class.
 
 #include "tools/records/Bmc.h"
 
@@ -30,8 +32,8 @@ std::optional<Bmc> ReadBmc() {
     (void)Controller().GetFRUInfo();
     char firmware[16];
     std::snprintf(firmware, sizeof firmware, "%d.%02d", major, minor);
-    // The library keeps the product's fields one place too far: the version as the serial number,
-    // and the serial number, with its length byte in front, as the asset tag.
+    // The library keeps the product's last fields one place too far: the version as the serial
+    // number, and the serial number, with its length byte in front, as the asset tag.
     const std::string serial = InventoryText(&IPMIsupport::GetProductAssetTag);
     return Bmc{.firmware = firmware,
                .boardManufacturer = InventoryText(&IPMIsupport::GetBoardManufacturer),

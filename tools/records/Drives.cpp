@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Shows the disks.
 
 #include "tools/records/Drives.h"
 

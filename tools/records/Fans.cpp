@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_FANS of GetInfo.
 
 #include "tools/records/Fans.h"
 
@@ -21,7 +23,7 @@ std::optional<Fans> ReadFans() {
     if (GetInfo(TALVANE_FANS, record.Data()) != 0) return std::nullopt;
     Fans fans;
     for (const FAN_DEVICE& fan : record.Elements(record.Head().quantity))
-        // The long texts run on into min and max.
+        // A long text runs on into the fields min and max.
         fans.push_back({.speed = TextWithin(fan, offsetof(FAN_DEVICE, speed),
                                             offsetof(FAN_DEVICE, IdString))});
     return fans;

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows GetCpuUsageRate and GetMemUsageRate.
 
 #include "tools/records/Load.h"
 
@@ -20,9 +22,9 @@ struct ProcessorLoad {
     CpuUsageRageInformation usage;
 };
 
-// Apart: ticks that stand still are divided by, which ends the process.
+// In a child process: when the ticks stand still, the library divides by zero and the process ends.
 std::optional<std::vector<int>> ReadProcessorLoad(int interval) {
-    // The library takes a file that it cannot open for one whose ticks stand still.
+    // To the library a file that it cannot open looks like one whose ticks stand still.
     if (!Descriptor("/proc/stat", O_RDONLY).IsOpen()) return std::nullopt;
     const auto answer = FillInChildProcess<ProcessorLoad>(
         [interval](ProcessorLoad& load) { load.result = GetCpuUsageRate(interval, &load.usage); });
@@ -31,8 +33,8 @@ std::optional<std::vector<int>> ReadProcessorLoad(int interval) {
     return std::vector<int>(usage.UsageRate, usage.UsageRate + usage.quantity);
 }
 
-// Apart: the library writes a scratch file into the current folder, and says so on standard output
-// when it cannot.
+// In a child process: the library writes a scratch file into the current folder, and prints a
+// message when it cannot.
 std::optional<int> ReadMemoryLoad() {
     const auto answer = FillInChildProcess<int>([](int& percent) { percent = GetMemUsageRate(); });
     if (!answer || !answer->output.empty()) return std::nullopt;

@@ -18,7 +18,7 @@ struct Load {
     int interval;                                // seconds that the processors were watched
     std::optional<std::vector<int>> processors;  // busy percent of the first eight
     std::optional<int> memory;                   // used percent, as the command free counts it
-    std::vector<const Source*> notRead;          // of the two above
+    std::vector<const Source*> notRead;          // of the two loads
 };
 
 // Takes the interval of the settings to measure.

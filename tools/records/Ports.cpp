@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_PORTS.
 
 #include "tools/records/Ports.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_POWER and TALVANE_UPS.
 
 #include "tools/records/Power.h"
 
@@ -27,7 +29,7 @@ std::vector<PowerSupply> SuppliesOf(const PowerRecord& record) {
             {.name = FieldText(supply.DeviceName),
              .manufacturer = FieldText(supply.manufacturer),
              .serialNumber = FieldText(supply.SerialNo),
-             // The longest status runs on into the field behind it, the element's last.
+             // The longest status runs on into the next field, which is the element's last.
              .status = TextWithin(supply, offsetof(SYS_POWER, status), sizeof(SYS_POWER))});
     return supplies;
 }
@@ -65,7 +67,7 @@ std::optional<Power> ReadPower() {
 }
 
 std::string ToText(const Power& power) {
-    // The test for a UPS compares type bits by subset, which most other types pass too.
+    // The library's test for a UPS looks at type bits that most other types have, too.
     return Section("Power supplies", {FactBlock({{"Redundant", std::to_string(power.redundant)}}),
                                       SupplyTable(power.supplies)}) +
            '\n' + Section("Power supplies that pass for a UPS", {SupplyTable(power.ups)});

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_VOLTAGES and TALVANE_TEMPERATURES of GetInfo.
 
 #include "tools/records/Probes.h"
 

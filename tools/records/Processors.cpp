@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_PROCESSORS.
 
 #include "tools/records/Processors.h"
 
@@ -52,7 +54,7 @@ std::optional<Processors> ReadProcessors() {
     Processors processors;
     for (const CPU& cpu : record.Elements(record.Head().quantity))
         processors.push_back(
-            {// The longest family name runs on into the field behind it.
+            {// The longest family name runs on into the next field.
              .family = TextWithin(cpu, offsetof(CPU, family), offsetof(CPU, MaxSpeed)),
              .manufacturer = FieldText(cpu.manufacturer),
              .currentSpeed = FieldText(cpu.CurrentSpeed),

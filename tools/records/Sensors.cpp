@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows the three groups of GetIpmiInfo, with what the BMC holds for each sensor.
 
 #include "tools/records/Sensors.h"
 
@@ -37,7 +39,8 @@ SensorState StateOf(const Element& element, const char (Element::*reading)[N]) {
     return sensor;
 }
 
-// A group without sensors is answered like a failure; the caller has made sure that there is a BMC.
+// The library answers -1 for a group without sensors, too. The caller has checked that there is a
+// BMC.
 template <class Record, class Element, std::size_t N, std::size_t M>
 SensorGroup ReadGroup(unsigned long command, Element (Record::*elements)[N],
                       char (Element::*reading)[M]) {
@@ -50,7 +53,7 @@ SensorGroup ReadGroup(unsigned long command, Element (Record::*elements)[N],
     return group;
 }
 
-// "3.30V" and "1200RPM", as they are in the record, with a blank in front of the unit.
+// "3.30V" and "1200RPM", as the record has them, with a blank before the unit.
 std::string Spaced(const std::string& reading) {
     const std::size_t unit = reading.find_first_not_of("0123456789.-");
     if (unit == 0 || unit == std::string::npos || reading[unit] == '%') return reading;
@@ -117,7 +120,7 @@ Json ToJson(const SensorGroup& group) {
 }  // namespace
 
 std::optional<Sensors> ReadSensors() {
-    // Not left to the query below: the first one without a BMC makes all later ones busy.
+    // Checked here, since a first query without a BMC makes all later queries answer busy.
     if (IsIpmiSupport() == 0) return std::nullopt;
     return Sensors{
         .records = SensorRepository::Get().Records(),

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_SYSTEM.
 
 #include "tools/records/System.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows GetAllThresholdInfo.
 
 #include "tools/records/Thresholds.h"
 
@@ -11,7 +13,7 @@ namespace tool {
 std::optional<Thresholds> ReadThresholds() {
     if (IsIpmiSupport() == 0) return std::nullopt;
     SensorThresholdInformation record{};
-    // A BMC whose repository is empty is answered like a failure.
+    // The library answers -1 for an empty repository, too.
     if (GetAllThresholdInfo(&record) != 0) return Thresholds{};
     Thresholds thresholds;
     for (int i = 0; i < record.quantity; ++i) {
