@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Which stage an ioctl is at shows in how much the kernel has passed.
+// How much the kernel has passed shows which stage an ioctl has reached.
 
 #include "bridge/IoctlStep.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// One write per message, so that those of several threads do not mix.
+// Each message is one write, so that the messages of several threads do not mix.
 
 #include "bridge/Log.h"
 
@@ -21,8 +21,9 @@ constexpr std::size_t kMaxMessage = 400;
 
 std::atomic<bool> everything = false;
 
-// The journal names itself by device and inode. Programs that a service starts inherit the variable
-// though their standard error may be another (systemd.exec(5)).
+// Whether standard error is the journal. The variable names the journal by device and inode.
+// Programs that a service starts inherit it, though their standard error may differ
+// (systemd.exec(5)).
 bool ToJournal() {
     const char* const stream = std::getenv("JOURNAL_STREAM");
     struct stat error {};

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Reserve SDR Repository (IPMI 2.0, 33.11).
+// Asks for the reservation with Reserve SDR Repository (IPMI 2.0, 33.11).
 
 #include "bridge/Reservation.h"
 
@@ -40,7 +40,7 @@ int Reservation::Get(Controller& bmc, Deadline deadline, std::uint16_t& id) {
 
 void Reservation::Cancelled(std::uint16_t id) {
     const std::lock_guard<std::mutex> lock(access_);
-    if (id_ == id) id_.reset();  // otherwise another session has found out before
+    if (id_ == id) id_.reset();  // otherwise another session has reported it before
 }
 
 void Reservation::GrantedToCaller(const Response& response) {

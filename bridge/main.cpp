@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// talvane-ipmi-bridge: the command line.
+// talvane-ipmi-bridge: its command line.
 
 #include <CLI/CLI.hpp>
 
