@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What runs apart brings back its record and its output, and leaves nothing else behind.
+// A function in a child process returns its record and its output, and leaves no other trace.
 
 #include <gtest/gtest.h>
 
@@ -36,7 +36,7 @@ TEST(ChildProcessTest, RunsInAnEmptyFolderThatIsRemoved) {
         const auto folder = std::filesystem::current_path();
         record.number = std::filesystem::is_empty(folder) ? 1 : 0;
         std::snprintf(record.folder, sizeof record.folder, "%s", folder.c_str());
-        std::ofstream("left behind") << "x";
+        std::ofstream("scratch file") << "x";
     });
     ASSERT_TRUE(answer.has_value());
     EXPECT_EQ(answer->record.number, 1);
@@ -44,7 +44,7 @@ TEST(ChildProcessTest, RunsInAnEmptyFolderThatIsRemoved) {
     EXPECT_EQ(std::filesystem::current_path(), here);
 }
 
-TEST(ChildProcessTest, SurvivesASignal) {
+TEST(ChildProcessTest, AChildThatASignalEndsGivesNoRecord) {
     const auto answer = FillInChildProcess<Record>([](Record&) {
         (void)std::signal(SIGTERM, SIG_DFL);
         (void)std::raise(SIGTERM);
@@ -52,7 +52,7 @@ TEST(ChildProcessTest, SurvivesASignal) {
     EXPECT_FALSE(answer.has_value());
 }
 
-TEST(ChildProcessTest, WritesWhatWasPrintedBeforeOnceOnly) {
+TEST(ChildProcessTest, OutputPrintedBeforeIsWrittenOnlyOnce) {
     testing::internal::CaptureStdout();
     std::printf("before ");
     const auto output = OutputOfChildProcess([] { std::printf("apart"); });
