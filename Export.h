@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Visibility of the classes that the library exports. The library is built with hidden visibility;
-// a name is exported only where one of these marks says so.
+// Marks for the visibility of names. The library is built with hidden visibility: it exports only
+// what TALVANE_EXPORT marks, and TALVANE_LOCAL hides a member of an exported class.
 #ifndef TALVANE_EXPORT_H
 #define TALVANE_EXPORT_H
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The PCI report: scans the functions and describes each one in an entry of the record.
 
 #include "GetPciInfo.h"
 
@@ -13,6 +15,8 @@
 #include "PCI/PCIscan.h"
 #include "PCI/StatusText.h"
 #include "PCI/SubClassName.h"
+
+using namespace talvane;
 
 // Class codes (PCI 3.0, appendix D).
 const char MainDev[20][64] = {
@@ -42,19 +46,20 @@ namespace {
 
 constexpr unsigned kNamedClasses = sizeof MainDev / sizeof MainDev[0];
 constexpr unsigned char kOtherSubClass = 0x80;
-constexpr unsigned kOtherLimit = 32;
+constexpr unsigned kOtherTextLimit = 32;
 constexpr unsigned char kNoInterruptLine = 0xFF;
-constexpr int kMostEntries = sizeof DeviceInformation::dev / sizeof DeviceInformation::dev[0];
+constexpr int kMaxEntries = sizeof DeviceInformation::dev / sizeof DeviceInformation::dev[0];
 
-constexpr int kAttempts = 3;
+constexpr int kScanAttempts = 3;
 constexpr unsigned kPauseSeconds = 5000;
 
 static_assert(sizeof(DEV::status) == kStatusTextSize);
 
+// Clears the field and copies at most limit - 1 characters of the name.
 template <unsigned N>
-void SetText(char (&field)[N], const char* text, unsigned limit = N) {
+void SetName(char (&field)[N], const char* name, unsigned limit = N) {
     std::memset(field, 0, N);
-    CopyString(field, text, limit);
+    CopyString(field, name, limit);
 }
 
 void DescribeFunction(PCIdevice& function, DEV& entry) {
@@ -68,17 +73,17 @@ void DescribeFunction(PCIdevice& function, DEV& entry) {
 
     const PciClass code = {function.getClassCode(), function.getSubClassCode(),
                            function.getProgIF()};
-    if (code.classCode < kNamedClasses) SetText(entry.model, MainDev[code.classCode]);
-    if (code.subClass == kOtherSubClass) SetText(entry.type, "other", kOtherLimit);
-    if (const char* name = SubClassName(code)) SetText(entry.type, name);
+    if (code.classCode < kNamedClasses) SetName(entry.model, MainDev[code.classCode]);
+    if (code.subClass == kOtherSubClass) SetName(entry.type, "other", kOtherTextLimit);
+    if (const char* name = SubClassName(code)) SetName(entry.type, name);
 }
 
-// Whether one of the attempts found no more functions than the list may hold.
+// Returns whether one of the attempts found no more functions than the list may hold.
 bool Scan(PCIscan& scan, std::list<PCIdevice>& functions) {
-    for (int attempt = 0; attempt < kAttempts; ++attempt) {
+    for (int attempt = 0; attempt < kScanAttempts; ++attempt) {
         if (scan.getAllDevice(functions) == 0) return true;
-        // Kept: the pause follows the last failure, too.
-        (void)sleep(kPauseSeconds);  // result not used: an interrupted pause is not resumed
+        // Kept: the pause also follows the last failure.
+        (void)sleep(kPauseSeconds);  // result not used: a signal may cut the pause short
     }
     return false;
 }
@@ -93,7 +98,7 @@ int GetPciInfo(DeviceInformation* info) {
     if (!Scan(scan, functions)) return -1;
     int count = 0;
     for (PCIdevice& function : functions) {
-        if (count == kMostEntries) break;  // only a scan that an agent replaced finds more
+        if (count == kMaxEntries) break;  // only a scan that an agent replaced finds more
         DescribeFunction(function, info->dev[count++]);
     }
     info->quantity = count;

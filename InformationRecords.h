@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// The records that cross the library's boundary. The caller allocates one whole record,
-// zero-filled, and passes its address; the library writes the fields that the command answers and
-// leaves every other byte alone.
+// The records that cross the library's boundary. The caller allocates one whole record, fills it
+// with zeros and passes its address. The library writes the fields for which the command has an
+// answer and leaves every other byte untouched.
 //
-// The layout is that of 32-bit x86 (int and long 4 bytes, double aligned on 4) and is part of the
-// binary interface: sizes and offsets are checked below each record, so a build for another layout
-// stops here. Serves C99, C++98 and later.
+// The layout is that of 32-bit x86 (int and long have 4 bytes, a double is aligned to 4) and part
+// of the binary interface. Sizes and offsets are checked below each record, so a build for another
+// layout stops here. For C99, C++98 and later.
 #ifndef TALVANE_INFORMATION_RECORDS_H
 #define TALVANE_INFORMATION_RECORDS_H
 
@@ -55,12 +55,12 @@ TALVANE_AT(CACHE, designation, 48);
 
 typedef struct CPU {
     char family[48];
-    char stepping[16]; /* not written, but a family name of 48 characters or more runs into it */
+    char stepping[16]; /* untouched, but a family name of 48 characters or more runs into it */
     char MaxSpeed[16];
     char CurrentSpeed[16];
     char ExternalClock[16];
     char manufacturer[48];
-    char UsageRate[16]; /* not written */
+    char UsageRate[16]; /* untouched */
     CACHE cache[3];     /* levels 1, 2 and 3 */
     int IsUHT;          /* 1 when the processor's status is unknown */
     int IsDisabled;     /* 1 when the user or the BIOS has disabled it */
@@ -135,12 +135,12 @@ TALVANE_AT(IOInformation, port, 4);
 
 typedef struct SYS_POWER {
     char manufacturer[32];
-    char ProductName[32]; /* not written */
+    char ProductName[32]; /* untouched */
     char DeviceName[32];
-    char ProductVersion[16]; /* not written */
+    char ProductVersion[16]; /* untouched */
     char SerialNo[16];
     char status[16];
-    char BiosEnable[8]; /* not written, but the longest status text runs into it */
+    char BiosEnable[8]; /* untouched, but the longest status text runs into it */
 } SYS_POWER;
 TALVANE_SIZE(SYS_POWER, 152);
 TALVANE_AT(SYS_POWER, manufacturer, 0);
@@ -153,7 +153,7 @@ TALVANE_AT(SYS_POWER, BiosEnable, 144);
 
 typedef struct SystemPowerInformation {
     int TotalNumber;     /* up to 32: a caller that expects more than 8 passes a longer record */
-    int RedundantNumber; /* written by 0x800000 only */
+    int RedundantNumber; /* written only by 0x800000 */
     SYS_POWER PowerSupply[8];
 } SystemPowerInformation;
 TALVANE_SIZE(SystemPowerInformation, 1224);
@@ -174,8 +174,8 @@ typedef struct SensorThresholdInfo {
     double LowerNonCriticalThreshold;
     double MaxThreshold; /* highest value that the sensor can report */
     double MinThreshold; /* lowest value that the sensor can report */
-    char readableFlag;   /* not written */
-    char settableFlag;   /* not written */
+    char readableFlag;   /* untouched */
+    char settableFlag;   /* untouched */
 } SensorThresholdInfo;
 TALVANE_SIZE(SensorThresholdInfo, 76);
 TALVANE_AT(SensorThresholdInfo, DeviceID, 0);
@@ -199,12 +199,12 @@ TALVANE_SIZE(SensorThresholdInformation, 4868);
 TALVANE_AT(SensorThresholdInformation, quantity, 0);
 TALVANE_AT(SensorThresholdInformation, SensorThreshold, 4);
 
-/* One sensor. The three kinds share one layout and differ in the name of the reading; the SMBIOS
-   commands write the reading alone (for voltages min and max too). */
+/* One sensor. The three kinds share one layout and differ in the name of the reading. The SMBIOS
+   commands write only the reading, and min and max of a voltage. */
 
 typedef struct FAN_DEVICE {
     unsigned char sensorNumber;
-    char status; /* not written */
+    char status; /* untouched */
     int DeviceID;
     int SensorType;
     char desc[64];
@@ -228,7 +228,7 @@ TALVANE_AT(FAN_DEVICE, sti, 140);
 
 typedef struct VOLTAGE_PROBE {
     unsigned char sensorNumber;
-    char status; /* not written */
+    char status; /* untouched */
     int DeviceID;
     int SensorType;
     char desc[64];
@@ -252,7 +252,7 @@ TALVANE_AT(VOLTAGE_PROBE, sti, 140);
 
 typedef struct TEMPERATURE_PROBE {
     unsigned char sensorNumber;
-    char status; /* not written */
+    char status; /* untouched */
     int DeviceID;
     int SensorType;
     char desc[64];
@@ -274,7 +274,7 @@ TALVANE_AT(TEMPERATURE_PROBE, max, 108);
 TALVANE_AT(TEMPERATURE_PROBE, IdString, 124);
 TALVANE_AT(TEMPERATURE_PROBE, sti, 140);
 
-/* quantity is the count that the source reports, before any bound of the array. */
+/* quantity is the number that the source reports, even where the array has no room for as many. */
 
 typedef struct FanInformation {
     int quantity; /* up to 63 from SMBIOS: a caller that expects more than 16 passes a longer record
@@ -309,9 +309,9 @@ typedef struct BaseBoardInformation {
     char RomReleaseDate[16];
     char RomVendor[32];
     char SerialNo[16];
-    char AssetTag[32]; /* not written */
+    char AssetTag[32]; /* untouched */
     char Manufacturer[32];
-    char RevisionLevel[16]; /* not written */
+    char RevisionLevel[16]; /* untouched */
 } BaseBoardInformation;
 TALVANE_SIZE(BaseBoardInformation, 208);
 TALVANE_AT(BaseBoardInformation, ProductName, 0);
@@ -338,15 +338,15 @@ TALVANE_AT(SysInformation, version, 64);
 /* PCI functions: GetInfo 0x100000. */
 
 typedef struct DEV {
-    int BiosEnable;   /* not written */
+    int BiosEnable;   /* untouched */
     char model[64];   /* class name */
     char type[64];    /* sub-class name */
     char desc[32];    /* bus, device and function */
     int IRQ;          /* interrupt line, 0 when there is none */
-    long MemBase;     /* not written */
+    long MemBase;     /* untouched */
     long IOBase;      /* first base address register, flag bits included */
-    int DMAChannel;   /* not written */
-    int Duplex;       /* not written */
+    int DMAChannel;   /* untouched */
+    int Duplex;       /* untouched */
     int revision;     /* revision identifier */
     char status[256]; /* texts of the status register, each ended by a semicolon */
 } DEV;
@@ -374,15 +374,15 @@ TALVANE_AT(DeviceInformation, dev, 4);
 /* IDE drives: GetInfo 0x200000. */
 
 typedef struct DriveInfo {
-    int isRaid;               /* not written */
-    unsigned long driveOrder; /* not written */
+    int isRaid;               /* untouched */
+    unsigned long driveOrder; /* untouched */
     char type[64];
     char size[64]; /* bytes, decimal */
     char model[64];
     char ControllerType[64];
     char ControllerNo[64];
     char SerialNo[64];
-    char FirmwareVersion[64]; /* not written */
+    char FirmwareVersion[64]; /* untouched */
 } DriveInfo;
 TALVANE_SIZE(DriveInfo, 456);
 TALVANE_AT(DriveInfo, isRaid, 0);
@@ -397,7 +397,7 @@ TALVANE_AT(DriveInfo, FirmwareVersion, 392);
 
 typedef struct StorageInformation {
     int quantityIDE;
-    int quantitySCSI; /* not written */
+    int quantitySCSI; /* untouched */
     DriveInfo driveArray[24];
 } StorageInformation;
 TALVANE_SIZE(StorageInformation, 10952);
@@ -409,11 +409,11 @@ TALVANE_AT(StorageInformation, driveArray, 8);
 
 typedef struct PARTITION {
     char description[64]; /* device path and partition number */
-    char label[64];       /* not written */
+    char label[64];       /* untouched */
     char size[64];        /* bytes, decimal */
-    char used[64];        /* not written */
+    char used[64];        /* untouched */
     char FileSystem[64];
-    int isSystem; /* not written */
+    int isSystem; /* untouched */
 } PARTITION;
 TALVANE_SIZE(PARTITION, 324);
 TALVANE_AT(PARTITION, description, 0);
@@ -433,7 +433,7 @@ TALVANE_AT(PartitionInformation, partition, 4);
 
 /* Processor load: GetCpuUsageRate. */
 
-typedef struct CpuUsageRageInformation { /* Kept: agents know the record by this spelling. */
+typedef struct CpuUsageRageInformation { /* Kept: agents know the record under this spelling. */
     int quantity;
     int UsageRate[8]; /* busy percentage, 0 to 100 */
 } CpuUsageRageInformation;
@@ -441,7 +441,7 @@ TALVANE_SIZE(CpuUsageRageInformation, 36);
 TALVANE_AT(CpuUsageRageInformation, quantity, 0);
 TALVANE_AT(CpuUsageRageInformation, UsageRate, 4);
 
-/* Uninterruptible power supplies as agents declare them; no command fills these two. */
+/* Uninterruptible power supplies as agents declare them. No command fills these two records. */
 
 typedef struct UPSInfor {
     char DeviceName[16];

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// Permission to use I/O ports, asked of the kernel for as long as an object lives.
+// Permission to use I/O ports: an object has it from the kernel for as long as it lives.
 #ifndef TALVANE_PCI_IOPRIVILEGE_H
 #define TALVANE_PCI_IOPRIVILEGE_H
 
-// Raises the I/O privilege level to 3 and sets it to 0 on every way out, also when raising it was
-// refused.
+namespace talvane {
+
+// Raises the I/O privilege level to 3. Sets it to 0 at the end, even when raising it was refused.
 class IoPrivilege {
 public:
     IoPrivilege();
@@ -13,10 +14,12 @@ public:
     IoPrivilege(const IoPrivilege&) = delete;
     IoPrivilege& operator=(const IoPrivilege&) = delete;
 
-    [[nodiscard]] bool IsRaised() const { return raised; }
+    [[nodiscard]] bool IsRaised() const { return raised_; }
 
 private:
-    bool raised;
+    bool raised_;
 };
+
+}  // namespace talvane
 
 #endif

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The accessors of one PCI function.
 
 #include "PCI/PCIdevice.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// One PCI function: where it lies and its configuration header.
+// One PCI function: its location and its configuration header.
 #ifndef TALVANE_PCI_PCIDEVICE_H
 #define TALVANE_PCI_PCIDEVICE_H
 
@@ -45,7 +45,7 @@ public:
     PCIdevice();                         // all bytes zero, at 0:0.0
     explicit PCIdevice(_HEADER* image);  // copies the header; at 0:0.0
 
-    // Copies a header of 64 bytes; the location stays.
+    // Copies a header of 64 bytes; the location stays as it was.
     PCIdevice& operator=(const char* image);
 
     void setBusNo(int number);

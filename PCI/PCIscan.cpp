@@ -1,4 +1,7 @@
 // SPDX-License-Identifier: MIT
+//
+// The walk over all functions that there can be, and the two ports that give access to their
+// configuration space.
 
 #include "PCI/PCIscan.h"
 
@@ -19,16 +22,18 @@ constexpr int kBusShift = 16;
 constexpr int kDeviceShift = 11;
 constexpr int kFunctionShift = 8;
 
-constexpr unsigned long kNobodyAnswers = 0xFFFFFFFF;
+constexpr unsigned long kNoAnswer = 0xFFFFFFFF;
+// Vendor identifiers of absent functions.
 constexpr unsigned kNoVendor = 0xFFFF;
+constexpr unsigned kZeroVendor = 0;
 
-constexpr int kLastBus = 10;  // Kept: buses above are not looked at.
+constexpr int kLastBus = 10;  // Kept: higher buses are not looked at.
 constexpr int kLastDevice = 31;
 constexpr int kLastFunction = 7;
-constexpr unsigned kMostDevices = 64;
+constexpr unsigned kMaxDevices = 64;
 
-// Calls visit(bus, device, function) for every function there can be until it returns true. Kept:
-// all eight numbers are tried, whether or not the device says that it has several functions.
+// Calls visit(bus, device, function) for every function that there can be, until it returns true.
+// Kept: all eight function numbers are tried, whether or not a device says that it has several.
 template <class Visit>
 bool AnyFunction(Visit visit) {
     for (int bus = 0; bus <= kLastBus; ++bus)
@@ -54,7 +59,7 @@ int PCIscan::isInitOK() {
 
 int PCIscan::searchDevice(short classCode, short subClassCode) {
     return AnyFunction([&](unsigned char bus, unsigned char dev, unsigned char func) {
-        (void)readPCIheader(bus, dev, func);  // result not used: absent functions are compared, too
+        (void)readPCIheader(bus, dev, func);  // result not used: an absent function counts
         return m_dev.getClassCode() == classCode && m_dev.getSubClassCode() == subClassCode;
     });
 }
@@ -63,7 +68,7 @@ int PCIscan::getAllDevice(std::list<PCIdevice>& devices) {
     devices.clear();
     const bool tooMany = AnyFunction([&](unsigned char bus, unsigned char dev, unsigned char func) {
         if (readPCIheader(bus, dev, func) != 0) return false;
-        if (devices.size() == kMostDevices) return true;
+        if (devices.size() == kMaxDevices) return true;
         devices.push_back(m_dev);
         return false;
     });
@@ -78,7 +83,7 @@ int PCIscan::readPCIheader(unsigned char bus, unsigned char dev, unsigned char f
         std::memcpy(image + reg, &value, sizeof value);
     }
     m_dev = image;
-    if (m_dev.getVendorID() == kNoVendor || m_dev.getVendorID() == 0) return -1;
+    if (m_dev.getVendorID() == kNoVendor || m_dev.getVendorID() == kZeroVendor) return -1;
     m_dev.setBusNo(bus);
     m_dev.setDevNo(dev);
     m_dev.setFuncNo(func);
@@ -87,7 +92,7 @@ int PCIscan::readPCIheader(unsigned char bus, unsigned char dev, unsigned char f
 
 unsigned long PCIscan::readPCIDeviceRegister(unsigned char bus, unsigned char dev,
                                              unsigned char func, unsigned char reg) {
-    if (m_InitOK == 0) return kNobodyAnswers;
+    if (m_InitOK == 0) return kNoAnswer;
     out(static_cast<unsigned short>(m_ConfigAddress), makeAddress(bus, dev, func, reg));
     return in(static_cast<unsigned short>(m_DataAddress));
 }

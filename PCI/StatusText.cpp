@@ -1,18 +1,23 @@
 // SPDX-License-Identifier: MIT
+//
+// The table of the status bits and their texts.
 
 #include "PCI/StatusText.h"
 
 #include <cstring>
 
+namespace talvane {
 namespace {
 
+// Has its text when the bits of the mask have the value.
 struct StatusRow {
     unsigned short mask;
-    unsigned short value;  // of the bits under the mask
+    unsigned short value;
     const char* text;
 };
 
-// Status register (PCI 3.0, 6.2.3), ascending. DEVSEL timing 3 is reserved and has no text.
+// Status register (PCI 3.0, 6.2.3), in the order of the bits. DEVSEL timing 3 is reserved and has
+// no text.
 constexpr StatusRow kStatusRows[] = {
     {0x0008, 0x0008, "Interrupt Status;"},
     {0x0010, 0x0010, "Capabilities List;"},
@@ -29,13 +34,13 @@ constexpr StatusRow kStatusRows[] = {
     {0x8000, 0x8000, "Detected Parity Error;"},
 };
 
-constexpr std::size_t LongestText() {
+constexpr std::size_t LongestStatusText() {
     std::size_t length = 0;
     for (const StatusRow& row : kStatusRows)
         for (const char* c = row.text; *c != '\0'; ++c) ++length;
     return length;
 }
-static_assert(LongestText() < kStatusTextSize, "all texts at once fit");
+static_assert(LongestStatusText() < kStatusTextSize, "all texts at once fit");
 
 }  // namespace
 
@@ -43,3 +48,5 @@ void AppendStatusTexts(unsigned short status, char* text) {
     for (const StatusRow& row : kStatusRows)
         if ((status & row.mask) == row.value) std::strcat(text, row.text);
 }
+
+}  // namespace talvane

@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
 //
-// The rows follow the class codes of the PCI Code and ID Assignment Specification (PCI 3.0,
-// appendix D). The texts are part of the interface and spelled as agents know them.
+// The table of the sub-classes and its lookup. The rows follow the class codes of the PCI Code and
+// ID Assignment Specification (PCI 3.0, appendix D). The texts are part of the interface and
+// spelled as agents know them.
 
 #include "PCI/SubClassName.h"
 
 #include <cstddef>
 
+namespace talvane {
 namespace {
 
-constexpr int kAny = -1;  // whatever the programming interface
+constexpr int kAny = -1;  // every programming interface
 
 struct SubClassRow {
     int classCode;
@@ -168,7 +170,7 @@ constexpr SubClassRow kSubClasses[] = {
     {0x11, 0x80, kAny, "Other data acquisition/signal processing controllers"},
 };
 
-constexpr bool InOrder() {
+constexpr bool SubClassesAscend() {
     for (std::size_t i = 1; i < sizeof kSubClasses / sizeof kSubClasses[0]; ++i) {
         const SubClassRow& before = kSubClasses[i - 1];
         const SubClassRow& row = kSubClasses[i];
@@ -179,14 +181,15 @@ constexpr bool InOrder() {
     }
     return true;
 }
-static_assert(InOrder(), "rows in the order of their codes, none twice");
+static_assert(SubClassesAscend(), "rows in the order of their codes, none twice");
 
 constexpr int kWireless = 0x0D;
 constexpr int kIntelligentIo = 0x0E;
 constexpr int kSatellite = 0x0F;
 
-// Kept: the rows of wireless controllers go on into those of intelligent I/O and of satellite
-// controllers, those of intelligent I/O into the latter. No other class goes on into the next.
+// The last class whose rows are applied to a function of the class. Kept: a wireless controller
+// also gets the rows of intelligent I/O and of satellite controllers, and an intelligent I/O
+// controller those of satellite controllers. Every other class has its own rows only.
 constexpr int LastClassFor(int classCode) {
     return classCode == kWireless || classCode == kIntelligentIo ? kSatellite : classCode;
 }
@@ -204,3 +207,5 @@ const char* SubClassName(const PciClass& function) {
     }
     return name;
 }
+
+}  // namespace talvane

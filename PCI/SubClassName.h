@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// Names of what a PCI function is, by the three bytes of its class code register.
+// Names of the kinds of PCI functions, by the three bytes of the class code register.
 #ifndef TALVANE_PCI_SUBCLASSNAME_H
 #define TALVANE_PCI_SUBCLASSNAME_H
+
+namespace talvane {
 
 struct PciClass {
     unsigned char classCode;
@@ -10,7 +12,9 @@ struct PciClass {
     unsigned char progIf;
 };
 
-// The name of the sub-class, or null when there is none for it.
+// The name of the sub-class, or null when it has none.
 [[nodiscard]] const char* SubClassName(const PciClass& function);
+
+}  // namespace talvane
 
 #endif

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Copies a structure and finds its strings by their numbers.
 
 #include "SmBios/BiosDataItem.h"
 
@@ -12,10 +14,10 @@ using namespace talvane;
 
 namespace {
 
-constexpr int kHighestStringNumber = 20;
+constexpr int kMaxStringNumber = 20;
 
-// A zero-filled copy of `size` bytes with room for `extra` more, or null.
-unsigned char* Copy(const unsigned char* from, std::size_t size, std::size_t extra) {
+// A copy of `size` bytes with `extra` zero bytes after them, or null.
+unsigned char* CopyOf(const unsigned char* from, std::size_t size, std::size_t extra) {
     unsigned char* copy = new (std::nothrow) unsigned char[size + extra]();
     if (copy != nullptr) std::memcpy(copy, from, size);
     return copy;
@@ -25,7 +27,7 @@ unsigned char* Copy(const unsigned char* from, std::size_t size, std::size_t ext
 
 BiosDataItem::BiosDataItem(unsigned char* structure)
     : header(HeaderOf(structure)),
-      FormatedData(Copy(structure, header.length, 1)),
+      FormatedData(CopyOf(structure, header.length, 1)),
       StringBuffer(nullptr),
       EndAddress(nullptr),
       StringBufferLength(0) {
@@ -33,9 +35,9 @@ BiosDataItem::BiosDataItem(unsigned char* structure)
     const unsigned char* strings = structure + header.length;
     const std::size_t textLength = static_cast<std::size_t>(EndOfStringSet(structure) - strings);
     EndAddress = structure + header.length + textLength + 1;
-    StringBufferLength = static_cast<unsigned>(textLength + 2);
+    StringBufferLength = static_cast<unsigned>(textLength + kEndOfStringSet);
     // One byte more than the set: the second index past the last string points there.
-    StringBuffer = Copy(strings, textLength, 3);
+    StringBuffer = CopyOf(strings, textLength, kEndOfStringSet + 1);
 }
 
 BiosDataItem::~BiosDataItem() {
@@ -64,11 +66,11 @@ unsigned char* BiosDataItem::GetEndAddress() {
 }
 
 char* BiosDataItem::GetString(int index) const {
-    if (index == 0 || index > kHighestStringNumber || StringBuffer == nullptr) return nullptr;
+    if (index == 0 || index > kMaxStringNumber || StringBuffer == nullptr) return nullptr;
     char* text = reinterpret_cast<char*>(StringBuffer);
     const char* end = text + StringBufferLength;
     for (int skipped = 1; skipped < index; ++skipped) {
-        // Kept: the bound is tested before a string is skipped and not after the last one, so the
+        // Kept: the bound is tested before a string is skipped, but not after the last one, so the
         // first two indexes past the last string are empty texts.
         if (text >= end) return nullptr;
         text += std::strlen(text) + 1;

@@ -12,13 +12,13 @@ struct HEADER {
     unsigned char length;  // of the formatted area, these four bytes included
     unsigned short handle;
 };
-static_assert(sizeof(HEADER) == 4, "a memory image");
+static_assert(sizeof(HEADER) == 4, "the memory image of a header");
 
 class TALVANE_EXPORT BiosDataItem {
 public:
     // Copies the structure at `structure`.
-    // REQUIRES: its formatted area lies there, followed by a string set that two zero bytes end.
-    // A copy that finds no memory is left out: GetFormatedData or GetString then answer null.
+    // REQUIRES: its formatted area is there, followed by a string set that ends in two zero bytes.
+    // Where no memory is left for a copy, GetFormatedData or GetString answers null.
     explicit BiosDataItem(unsigned char* structure);
     ~BiosDataItem();
     BiosDataItem(const BiosDataItem&) = delete;
@@ -28,15 +28,16 @@ public:
     unsigned char GetFormatedDataLength();
     unsigned short GetHandle();
 
-    // The formatted area, header included, with one zero byte behind it. Owned by the item.
+    // The formatted area, header included, and one zero byte after it. Owned by the item.
     unsigned char* GetFormatedData();
 
-    // The second of the two zero bytes that end the structure, in the table it was copied from.
+    // The second of the two zero bytes that end the structure, in the table that it was copied
+    // from.
     unsigned char* GetEndAddress();
 
-    // String `index` of the set, counted from 1, as a terminated text owned by the item. The first
-    // two indexes past the last string (three in an empty set) are empty texts; null for those
-    // behind, for 0 and for indexes above 20. An index below 0 is the first string.
+    // String `index` of the set, counted from 1, as a NUL-terminated text owned by the item. The
+    // first two indexes past the last string (three in an empty set) are empty texts. Higher
+    // indexes, those above 20 and index 0 answer null. An index below 0 is the first string.
     char* GetString(int index) const;
 
 private:

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The two entry points that lead to the structure table, as they lie in physical memory between
-// 0xF0000 and 0xFFFFF: memory images, hence packed.
+// The two entry points that lead to the structure table. They are packed, because they are images
+// of what the firmware puts into physical memory between 0xF0000 and 0xFFFFF.
 #ifndef TALVANE_SMBIOS_ENTRYPOINT_H
 #define TALVANE_SMBIOS_ENTRYPOINT_H
 
@@ -27,7 +27,8 @@ struct SmBiosTableEntryPoint {
     unsigned char BCD;
 };
 
-// Entry point of the DMI table that came before SMBIOS; it equals the last 15 bytes of the other.
+// Entry point of the DMI table that came before SMBIOS. It equals the last 15 bytes of the other
+// one.
 struct DMITableEntryPoint {
     char anchor[5];  // "_DMI_"
     unsigned char checksum;

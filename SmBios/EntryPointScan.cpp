@@ -1,17 +1,18 @@
 // SPDX-License-Identifier: MIT
+//
+// The search for an anchor on its boundaries.
 
 #include "SmBios/EntryPointScan.h"
 
 #include <algorithm>
 #include <cstring>
 
-using namespace talvane;
-
+namespace talvane {
 namespace {
 
 constexpr std::size_t kAnchorBoundary = 16;
 constexpr std::uint32_t kSmBiosAnchor = 0x5F4D535F;  // "_SM_"
-constexpr std::uint32_t kDmiAnchor = 0x494D445F;     // "_DMI": the anchor's first four bytes
+constexpr std::uint32_t kDmiAnchor = 0x494D445F;     // "_DMI", the first four of five bytes
 
 template <class EntryPoint>
 std::optional<EntryPoint> FindEntryPoint(ByteView segment, std::uint32_t anchor) {
@@ -33,3 +34,5 @@ std::optional<SmBiosTableEntryPoint> FindSmBiosEntryPoint(ByteView segment) {
 std::optional<DMITableEntryPoint> FindDmiEntryPoint(ByteView segment) {
     return FindEntryPoint<DMITableEntryPoint>(segment, kDmiAnchor);
 }
+
+}  // namespace talvane

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Finding and copying the structure table, and access to its structures.
+// The constructor, which finds and copies the structure table, and the access to its structures.
 
 #include "SmBios/SmBios.h"
 
@@ -22,30 +22,34 @@ namespace {
 
 using Buffer = std::unique_ptr<unsigned char[]>;
 
-// The part of the BIOS segment that is searched for an entry point.
+// The part of the BIOS segment in which the entry points are looked for.
 constexpr std::uint32_t kSegmentAddress = 0xF0000;
 constexpr std::size_t kSegmentSize = 0xFFF0;
 
-constexpr std::uint32_t kPageSize = 0x10000;
+// The read of the table starts at a multiple of this, and is longer by it than its address.
+constexpr std::uint32_t kBlockSize = 0x10000;
 
-// Copies `length` bytes of the table at physical `address` into `table`. A short read leaves the
-// rest of `table` as it is. Returns false when nothing could be read.
+constexpr std::uint64_t kAddressSpace = std::uint64_t{1} << 32;
+
+// Copies the table's `length` bytes at physical `address` to `table`. Bytes that a short read does
+// not deliver stay as they are in `table`. Returns false when nothing could be read.
 bool ReadTable(PhysicalMemory& memory, std::uint32_t address, unsigned char* table,
                std::size_t length) {
-    const std::uint32_t base = address & ~(kPageSize - 1);
-    // Kept: what is read is as long as its own address and 64 KiB on top, one mebibyte for a table
-    // in the BIOS segment.
-    const std::uint64_t size = std::uint64_t{base} + kPageSize;
-    if (base + size > std::uint64_t{1} << 32) return false;
+    const std::uint32_t base = address & ~(kBlockSize - 1);
+    // Kept: the read is as long as its own address plus 64 KiB, so one mebibyte for a table in the
+    // BIOS segment.
+    const std::uint64_t size = std::uint64_t{base} + kBlockSize;
+    if (base + size > kAddressSpace) return false;
 
-    const Buffer pages(new (std::nothrow) unsigned char[static_cast<std::size_t>(size)]);
-    if (pages == nullptr || !memory.Seek(base)) return false;
-    const long delivered = memory.Read(pages.get(), static_cast<std::size_t>(size));
+    const Buffer memoryCopy(new (std::nothrow) unsigned char[static_cast<std::size_t>(size)]);
+    if (memoryCopy == nullptr || !memory.Seek(base)) return false;
+    const long delivered = memory.Read(memoryCopy.get(), static_cast<std::size_t>(size));
     if (delivered <= 0) return false;
 
     const std::size_t offset = address - base;
     const std::size_t readable = static_cast<std::size_t>(delivered);
-    if (offset < readable) std::memcpy(table, &pages[offset], std::min(length, readable - offset));
+    if (offset < readable)
+        std::memcpy(table, &memoryCopy[offset], std::min(length, readable - offset));
     return true;
 }
 
@@ -71,7 +75,8 @@ SmBios::SmBios()
         std::perror("lseek /dev/mem\n");
         return;
     }
-    (void)memory.Read(segment.get(), kSegmentSize);  // result not used: unread bytes hold no anchor
+    (void)memory.Read(segment.get(),
+                      kSegmentSize);  // result not used: unread bytes are zero and hold no anchor
 
     std::uint32_t address = 0;
     const ByteView searched(segment.get(), kSegmentSize);
@@ -89,7 +94,7 @@ SmBios::SmBios()
         return;
     }
 
-    Buffer table(new (std::nothrow) unsigned char[BiosDataLength + kZeroBytesBehindTable]());
+    Buffer table(new (std::nothrow) unsigned char[BiosDataLength + kZeroBytesAfterTable]());
     if (table == nullptr || !ReadTable(memory, address, table.get(), BiosDataLength)) return;
     BiosData = table.release();
     InitOK = 1;
@@ -129,7 +134,7 @@ StructureWalk SmBios::Structures(unsigned char structureType) const {
 
 BiosDataItem* SmBios::GetItem(unsigned char structureType, unsigned char index) {
     if (BiosData == nullptr) return nullptr;
-    // Kept: the BIOS information is taken to come first; no walk, whatever the index.
+    // Kept: the first structure is taken to be the BIOS information, whatever its type and `index`.
     if (structureType == TYPE_BIOS_INFO) return new (std::nothrow) BiosDataItem(BiosData);
 
     StructureWalk walk = Structures(structureType);
@@ -142,7 +147,7 @@ SmBios::ItemPtr SmBios::ItemAt(unsigned char structureType, int index) {
     return ItemPtr(GetItem(structureType, static_cast<unsigned char>(index)));
 }
 
-// A locator keeps its blanks and punctuation: agents match it as the firmware wrote it.
+// Kept: nothing is trimmed. Agents compare locators as the firmware wrote them.
 void SmBios::trim(char*) {}
 
 void itoa(int value, char* out, int) {

@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// The firmware's SMBIOS (or older DMI) structure table: found and copied out of physical memory
-// once, by the constructor, and read by the getters below. Read-only after construction.
+// The firmware's SMBIOS (or older DMI) structure table. The constructor finds it and copies it out
+// of physical memory once; the getters below read the copy, which never changes.
 //
 // Rules of all getters, unless one says otherwise:
-//  - They return 0, or -1 when the structure or the string is missing; then nothing is written.
+//  - They return 0. When the structure or the string is missing they return -1 and write nothing.
 //  - Structure indexes count from 1 and are taken modulo 256; index 0 is never found.
-//  - With a `size`, at most size - 1 bytes are copied and no terminator is written: pass a
-//    zero-filled buffer. Without one the text is terminated and as long as it comes.
-//  - Bytes that a structure is too short for read as zero.
-// Section numbers are those of DSP0134 (SMBIOS 3.x) unless said otherwise.
+//  - With a `size` they copy at most size - 1 bytes and write no terminator: pass a zero-filled
+//    buffer. Without a `size` the text is NUL-terminated and as long as it comes.
+//  - Bytes for which a structure is too short are zero.
+// Section numbers are those of DSP0134 (SMBIOS 3.x).
 #ifndef TALVANE_SMBIOS_SMBIOS_H
 #define TALVANE_SMBIOS_SMBIOS_H
 
@@ -20,7 +20,9 @@
 #include "EntryPoint.h"
 #include "LocalMemInfo.h"
 
+namespace talvane {
 class StructureWalk;
+}
 
 class TALVANE_EXPORT SmBios {
 public:
@@ -100,11 +102,11 @@ public:
         TnV_DRIVE_BACK_PLANE = 15
     };
 
-    // Finds the entry point and copies the table. Never throws; a failure leaves InitOK 0.
+    // Finds the entry point and copies the table. Never throws. A failure leaves InitOK 0.
     SmBios();
 
-    // Reads no table, whatever the argument: an object made this way claims to be initialised and
-    // finds no structure.
+    // Kept: reads no table, whatever the argument. An object made this way says that it is
+    // initialised and finds no structure.
     explicit SmBios(char* ignored);
 
     ~SmBios();
@@ -115,14 +117,13 @@ public:
     unsigned char IsMatchSmBios();  // 1 if an SMBIOS entry point was found
     unsigned char IsMatchDMI();     // 1 if only a legacy DMI entry point was found
 
-    // The same as the first two, read from the fields. The exported functions go by these: a
-    // program can put functions of its own in front of the methods above, but not in front of
-    // hidden ones.
+    // InitOK and MatchSMBIOS as the exported functions see them. A program can put functions of its
+    // own in front of the methods above, but not in front of these two, which are hidden.
     TALVANE_LOCAL bool IsUsable() const { return InitOK != 0; }
     TALVANE_LOCAL unsigned char HasSmBiosEntryPoint() const { return MatchSMBIOS; }
 
-    // BIOS (7.1), system (7.2) and base board (7.3). With several boards the first counts that
-    // contains no other objects.
+    // BIOS (7.1), system (7.2) and base board (7.3). Of several boards the first one that contains
+    // no other objects is read.
     int GetBiosVendor(char* buf, unsigned size);
     int GetBiosVersion(char* buf, unsigned size);
     int GetBiosReleaseDate(char* buf, unsigned size);
@@ -137,24 +138,24 @@ public:
     int GetBoardAssetTag(char* buf, unsigned size);
 
     // Processors (7.5).
-    int GetProcessorQuantity();         // populated ones with a known status, of the first 16
-    int GetProcessorVirtualQuantity();  // all of the first 16
+    int GetProcessorQuantity();         // of the first 16, those populated with a known status
+    int GetProcessorVirtualQuantity();  // of the first 16, all
     int GetProcessorFamily(int cpu, char* buf);
     int GetProcessorManufacturer(int cpu, char* buf, unsigned size);
     int GetProcessorVersion(int cpu, char* buf, unsigned size);
     int GetProcessorSerialNo(int cpu, char* buf, unsigned size);
     int GetProcessorVoltage(int cpu, char* buf);
     int GetProcessorExternalClock(int cpu, char* buf);
-    int GetProcessorMaxSpeed(int cpu, char* buf);      // a speed of 0 is "Unknown" and answers -1
+    int GetProcessorMaxSpeed(int cpu, char* buf);  // a speed of 0 writes "Unknown" and returns -1
     int GetProcessorCurrentSpeed(int cpu, char* buf);  // likewise
     int GetProcessorStatus(int cpu, unsigned char* status);
 
-    // Caches (7.8) of a processor; level 0, 1 and 2 are L1, L2 and L3. A processor without a cache
-    // of that level answers 0 with a text that depends on the table's version.
+    // Caches (7.8) of a processor; level 0, 1 and 2 are L1, L2 and L3. For a processor without a
+    // cache of that level they return 0 and write a text that depends on the table's version.
     int GetCacheDesignation(int cpu, int level, char* buf, unsigned size);
     int GetCacheMaxSize(int cpu, int level, char* buf);
     int GetCacheInstalledSize(int cpu, int level, char* buf);
-    int GetCacheSpeed(int cpu, int level, char* buf);  // a speed of 0 is "Unknown" and answers -1
+    int GetCacheSpeed(int cpu, int level, char* buf);  // of 0: writes "Unknown" and returns -1
 
     // Memory (7.6, 7.7, 7.18, 7.21).
     int GetMemoryTotalSize();                      // megabytes, modulo 65536
@@ -165,8 +166,8 @@ public:
     int GetPortType(int port, char* buf);
     int GetPortDecription(int port, char* buf, unsigned size);
 
-    // Power supplies (7.40). Those whose type bits are a subset of `typeMask` count; n is counted
-    // among them from 1.
+    // Power supplies (7.40). Only those whose type bits are a subset of `typeMask` count; n counts
+    // them from 1.
     int GetPSQuantity(int typeMask);
     int GetPSRedundantQuantity();  // supplies that belong to a power unit group
     int GetPSManufacturer(int typeMask, int n, char* buf, unsigned size);
@@ -179,7 +180,7 @@ public:
     int GetFanQuantity();
     int GetFanStatus(int fan, char* buf);
     int GetFanDescription(int fan, char* buf);
-    int GetFanSpeed(int fan, char* buf);  // a structure without a speed answers a text and -1
+    int GetFanSpeed(int fan, char* buf);  // without a speed: writes a text that says so, returns -1
 
     // On-board devices (7.11); n counts from 1 over all structures.
     int GetOnBoardDevQuantity();
@@ -187,8 +188,8 @@ public:
     int GetOnBoardDevType(int n, char* buf);
     int GetOnBoardDevDescription(int n, char* buf);
 
-    // Voltage (7.27) and temperature (7.29) probes. The quantities count the structures; every
-    // other getter answers -1.
+    // Voltage (7.27) and temperature (7.29) probes. The quantities count the structures. Kept:
+    // every other getter finds no probe and returns -1.
     int GetVoltageProbeQuantity();
     int GetVoltageDescription(int location, char* buf, unsigned size);
     int GetVoltageStatus(int location, char* buf);
@@ -201,19 +202,20 @@ public:
     int GetTemperatureCurrent(int location, char* buf);
 
 private:
-    // Structure `index` (from 1) of a type, or null. Owned by the caller. Type 0 is the first
+    // Structure `index` (from 1) of a type, or null. The caller owns it. For type 0 it is the first
     // structure of the table, whatever its type and the index.
     BiosDataItem* GetItem(unsigned char type, unsigned char index);
 
-    void trim(char* s);
+    void trim(char* s);  // leaves the text as it is
 
-    // Of the cache structure with this handle.
+    // The getters of the cache structure with this handle.
     int GetCacheDesignationPrivate(unsigned handle, char* buf, unsigned size);
     int GetCacheMaxSizePrivate(unsigned handle, char* buf);
     int GetCacheInstalledSizePrivate(unsigned handle, char* buf);
     int GetCacheSpeedPrivate(unsigned handle, char* buf);
 
-    // 1 or 0.
+    // Each answers 1 or 0: whether there is a memory controller, whether it lists modules, whether
+    // the memory devices describe the memory.
     int ExistMemCtl();
     int ExistMemModule();
     int ExistMemDev();
@@ -231,16 +233,16 @@ private:
     int GetProperMemDev(char* locator);  // index of the device with this locator, or 0
     int GetMemDevManufacturer(int dev, char* buf, unsigned size);
     int GetMemDevSpeed(int dev, char* buf);
-    int GetMemDevSize(int dev, char* buf);  // 1 for an empty socket
-    int GetMemDevSize(int dev);             // megabytes
+    int GetMemDevSize(int dev, char* buf);  // returns 1 for an empty socket
+    int GetMemDevSize(int dev);             // returns megabytes
     int GetMemDevType(int dev, char* buf);
     int GetMemDevTypeDetail(int dev, char* buf);  // appends to `buf`
     int GetMemDevLocator(int dev, char* buf, unsigned size);
 
-    // The getters' own helpers, not exported. Items are null when the structure is missing.
+    // Helpers of the getters, not exported. An item is null when its structure is missing.
     typedef std::unique_ptr<BiosDataItem> ItemPtr;
     typedef int (SmBios::*CacheGetter)(unsigned handle, char* buf);
-    TALVANE_LOCAL StructureWalk Structures(unsigned char structureType) const;
+    TALVANE_LOCAL talvane::StructureWalk Structures(unsigned char structureType) const;
     TALVANE_LOCAL ItemPtr ItemAt(unsigned char structureType, int index);
     TALVANE_LOCAL ItemPtr Board();
     TALVANE_LOCAL ItemPtr Module(int handle) const;
@@ -252,14 +254,14 @@ private:
     TALVANE_LOCAL void WriteTypeDetail(int device, BankInfo& bank);
 
     int InitOK;
-    unsigned char* BiosData;  // copy of the table; zero bytes follow it
+    unsigned char* BiosData;  // the copy of the table; zero bytes follow it
     unsigned short BiosDataLength;
     unsigned char MatchSMBIOS;
     unsigned char MatchDMI;
     SmBiosTableEntryPoint SmBiosEntry;
     DMITableEntryPoint DmiEntry;
 };
-static_assert(sizeof(SmBios) == 60, "the members above, two bytes at the end");
+static_assert(sizeof(SmBios) == 60, "the members above, and two bytes at the end");
 
 // Writes `value` in decimal; `radix` is ignored.
 TALVANE_EXPORT void itoa(int value, char* out, int radix);

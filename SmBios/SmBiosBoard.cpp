@@ -9,82 +9,87 @@ using namespace talvane;
 
 namespace {
 
-// BIOS information (7.1).
-constexpr std::size_t kBiosVendor = 4;
-constexpr std::size_t kBiosVersion = 5;
-constexpr std::size_t kBiosReleaseDate = 8;
+// Offsets in the structures of BIOS (SMBIOS 7.1), system (7.2) and base board (7.3). All but the
+// last are strings.
+namespace bios_information {
+constexpr std::size_t kVendor = 4;
+constexpr std::size_t kVersion = 5;
+constexpr std::size_t kReleaseDate = 8;
+}  // namespace bios_information
 
-// System information (7.2).
-constexpr std::size_t kSystemManufacturer = 4;
-constexpr std::size_t kSystemProductName = 5;
-constexpr std::size_t kSystemVersion = 6;
-constexpr std::size_t kSystemSerialNumber = 7;
+namespace system_information {
+constexpr std::size_t kManufacturer = 4;
+constexpr std::size_t kProductName = 5;
+constexpr std::size_t kVersion = 6;
+constexpr std::size_t kSerialNumber = 7;
+}  // namespace system_information
 
-// Base board information (7.3).
-constexpr std::size_t kBoardManufacturer = 4;
-constexpr std::size_t kBoardProduct = 5;
-constexpr std::size_t kBoardVersion = 6;
-constexpr std::size_t kBoardSerialNumber = 7;
-constexpr std::size_t kBoardAssetTag = 8;
-constexpr std::size_t kBoardContainedObjects = 14;
+namespace base_board {
+constexpr std::size_t kManufacturer = 4;
+constexpr std::size_t kProduct = 5;
+constexpr std::size_t kVersion = 6;
+constexpr std::size_t kSerialNumber = 7;
+constexpr std::size_t kAssetTag = 8;
+constexpr std::size_t kContainedObjects = 14;
+}  // namespace base_board
 
 }  // namespace
 
 int SmBios::GetBiosVendor(char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_BIOS_INFO, 1), kBiosVendor, buf, size);
+    return CopyStringAt(ItemAt(TYPE_BIOS_INFO, 1), bios_information::kVendor, buf, size);
 }
 
 int SmBios::GetBiosVersion(char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_BIOS_INFO, 1), kBiosVersion, buf, size);
+    return CopyStringAt(ItemAt(TYPE_BIOS_INFO, 1), bios_information::kVersion, buf, size);
 }
 
 int SmBios::GetBiosReleaseDate(char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_BIOS_INFO, 1), kBiosReleaseDate, buf, size);
+    return CopyStringAt(ItemAt(TYPE_BIOS_INFO, 1), bios_information::kReleaseDate, buf, size);
 }
 
 int SmBios::GetSysManufacturer(char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_SYSTEM_INFO, 1), kSystemManufacturer, buf, size);
+    return CopyStringAt(ItemAt(TYPE_SYSTEM_INFO, 1), system_information::kManufacturer, buf, size);
 }
 
 int SmBios::GetSysProductname(char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_SYSTEM_INFO, 1), kSystemProductName, buf, size);
+    return CopyStringAt(ItemAt(TYPE_SYSTEM_INFO, 1), system_information::kProductName, buf, size);
 }
 
 int SmBios::GetSysVersion(char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_SYSTEM_INFO, 1), kSystemVersion, buf, size);
+    return CopyStringAt(ItemAt(TYPE_SYSTEM_INFO, 1), system_information::kVersion, buf, size);
 }
 
 int SmBios::GetSystemSerialNumber(char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_SYSTEM_INFO, 1), kSystemSerialNumber, buf, size);
+    return CopyStringAt(ItemAt(TYPE_SYSTEM_INFO, 1), system_information::kSerialNumber, buf, size);
 }
 
-// The first board that contains no other objects (blades and the like list them); the only board
-// whether it does or not.
+// Of several boards the first one that contains no other objects (blades and the like list them).
+// An only board counts whether it contains others or not.
 SmBios::ItemPtr SmBios::Board() {
     if (ItemAt(TYPE_BASE_BOARD, 2) == nullptr) return ItemAt(TYPE_BASE_BOARD, 1);
     for (int index = 1;; ++index) {
         ItemPtr board = ItemAt(TYPE_BASE_BOARD, index);
-        if (board == nullptr || ByteAt(FormattedArea(board), kBoardContainedObjects) == 0)
+        if (board == nullptr || ByteAt(FormattedArea(board), base_board::kContainedObjects) == 0)
             return board;
     }
 }
 
 int SmBios::GetBoardManufacturer(char* buf, unsigned size) {
-    return CopyStringAt(Board(), kBoardManufacturer, buf, size);
+    return CopyStringAt(Board(), base_board::kManufacturer, buf, size);
 }
 
 int SmBios::GetBoardProduct(char* buf, unsigned size) {
-    return CopyStringAt(Board(), kBoardProduct, buf, size);
+    return CopyStringAt(Board(), base_board::kProduct, buf, size);
 }
 
 int SmBios::GetBoardVersion(char* buf, unsigned size) {
-    return CopyStringAt(Board(), kBoardVersion, buf, size);
+    return CopyStringAt(Board(), base_board::kVersion, buf, size);
 }
 
 int SmBios::GetBoardSerialNo(char* buf, unsigned size) {
-    return CopyStringAt(Board(), kBoardSerialNumber, buf, size);
+    return CopyStringAt(Board(), base_board::kSerialNumber, buf, size);
 }
 
 int SmBios::GetBoardAssetTag(char* buf, unsigned size) {
-    return CopyStringAt(Board(), kBoardAssetTag, buf, size);
+    return CopyStringAt(Board(), base_board::kAssetTag, buf, size);
 }

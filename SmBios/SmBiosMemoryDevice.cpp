@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Memory devices (7.18).
+// Memory devices (SMBIOS 7.18).
 
 #include <cstring>
 
@@ -38,8 +38,8 @@ bool Contains(const char* text, const char* word) {
 
 }  // namespace
 
-// Whether the devices describe the memory: the locators must look like those of memory banks.
-// Kept: a device without a bank locator ends the search.
+// The devices describe the memory when the locators of one look like those of a memory bank. Kept:
+// a device without a bank locator ends the search.
 int SmBios::ExistMemDev() {
     for (int index = 1;; ++index) {
         const ItemPtr device = ItemAt(TYPE_MEMORY_DEVICE, index);
@@ -65,7 +65,7 @@ int SmBios::GetMemDevSpeed(int dev, char* buf) {
     return 0;
 }
 
-// Kept: an unknown size reads as 32767 KB.
+// Kept: an unknown size is written as 32767 KB.
 int SmBios::GetMemDevSize(int dev, char* buf) {
     const ItemPtr device = ItemAt(TYPE_MEMORY_DEVICE, dev);
     if (device == nullptr) return -1;
@@ -104,7 +104,7 @@ int SmBios::GetMemDevTypeDetail(int dev, char* buf) {
 // Kept: a locator counts only when it is the first string of its structure.
 int SmBios::GetMemDevLocator(int dev, char* buf, unsigned size) {
     const ItemPtr device = ItemAt(TYPE_MEMORY_DEVICE, dev);
-    if (ByteAt(FormattedArea(device), memory_device::kDeviceLocator) != 1) return -1;
+    if (ByteAt(FormattedArea(device), memory_device::kDeviceLocator) != kFirstString) return -1;
     return CopyStringAt(device, memory_device::kDeviceLocator, buf, size);
 }
 
@@ -114,7 +114,7 @@ int SmBios::GetProperMemDev(char* locator) {
     trim(locator);
     for (int index = 1;; ++index) {
         const ItemPtr device = ItemAt(TYPE_MEMORY_DEVICE, index);
-        if (ByteAt(FormattedArea(device), memory_device::kDeviceLocator) != 1) return 0;
+        if (ByteAt(FormattedArea(device), memory_device::kDeviceLocator) != kFirstString) return 0;
         char* candidate = StringAt(device, memory_device::kDeviceLocator);
         if (candidate == nullptr) return 0;
         trim(candidate);

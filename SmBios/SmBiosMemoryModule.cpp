@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// Memory modules (7.7) and the memory controller (7.6) that lists them: the older way in which
-// firmware describes memory.
+// Memory modules (SMBIOS 7.7) and the memory controller (7.6) that lists them: the older way in
+// which firmware describes memory.
 
 #include <cstring>
 #include <iterator>
 
+#include "SmBios/MemoryModule.h"
 #include "SmBios/MemorySize.h"
 #include "SmBios/SmBios.h"
 #include "SmBios/SmBiosText.h"
@@ -15,28 +16,25 @@ using namespace talvane;
 
 namespace {
 
-// Memory controller.
+// Offsets in the memory controller structure.
+namespace memory_controller {
 constexpr std::size_t kSlotCount = 14;
 constexpr std::size_t kFirstSlotHandle = 15;
+constexpr std::size_t kSlotHandleSize = 2;
+}  // namespace memory_controller
 
-// Memory module.
-constexpr std::size_t kSocketDesignation = 4;
-constexpr std::size_t kBankConnections = 5;
-constexpr std::size_t kSpeed = 6;  // ns
-constexpr std::size_t kType = 7;
-constexpr std::size_t kInstalledSize = 9;
+// Kept: a slot with a higher handle counts as empty.
+constexpr int kMaxModuleHandle = 127;
 
-// Modules beyond these are not reached through the controller.
-constexpr int kHighestHandle = 127;
-
-// Bits 0 to 10 of the type (7.7.1).
-constexpr const char* kTypes[] = {
+// Bits 0 to 10 of the memory type (7.7.1).
+constexpr const char* kModuleTypes[] = {
     "other", "Unknown", "Standard", "Fast Page Mode", "EDO",    "Parity",
     "ECC",   "SIMM",    "DIMM",     " Burst EDO",     " SDRAM",
 };
 
 int SlotHandle(ByteView controller, int slot) {
-    return Le16(controller, kFirstSlotHandle + 2 * static_cast<std::size_t>(slot));
+    using namespace memory_controller;
+    return Le16(controller, kFirstSlotHandle + kSlotHandleSize * static_cast<std::size_t>(slot));
 }
 
 }  // namespace
@@ -45,11 +43,11 @@ int SmBios::ExistMemCtl() {
     return ItemAt(TYPE_MEMORY_CONTROLLER, 1) != nullptr ? 1 : 0;
 }
 
-// 0 as soon as one slot has no handle.
+// Answers 0 as soon as one slot has no handle.
 int SmBios::ExistMemModule() {
     const ItemPtr controller = ItemAt(TYPE_MEMORY_CONTROLLER, 1);
     const ByteView area = FormattedArea(controller);
-    const int slots = ByteAt(area, kSlotCount);
+    const int slots = ByteAt(area, memory_controller::kSlotCount);
     if (slots == 0) return 0;
     for (int slot = 0; slot < slots; ++slot)
         if (SlotHandle(area, slot) == 0) return 0;
@@ -59,9 +57,9 @@ int SmBios::ExistMemModule() {
 int SmBios::GetValidMemModuleHandle(int i) {
     const ItemPtr controller = ItemAt(TYPE_MEMORY_CONTROLLER, 1);
     const ByteView area = FormattedArea(controller);
-    if (i < 0 || i >= ByteAt(area, kSlotCount)) return 0;
+    if (i < 0 || i >= ByteAt(area, memory_controller::kSlotCount)) return 0;
     const int handle = SlotHandle(area, i);
-    return handle <= kHighestHandle ? handle : 0;
+    return handle <= kMaxModuleHandle ? handle : 0;
 }
 
 int SmBios::GetMemModuleQuantity() {
@@ -79,27 +77,27 @@ SmBios::ItemPtr SmBios::Module(int handle) const {
 int SmBios::GetMemModuleSize(int handle, char* buf) {
     const ItemPtr module = Module(handle);
     if (module == nullptr) return -1;
-    const ModuleSize size(ByteAt(FormattedArea(module), kInstalledSize));
+    const ModuleSize size(ByteAt(FormattedArea(module), memory_module::kInstalledSize));
     if (size.IsKnown()) WriteNumber(buf, size.Megabytes(), " MB");
     return 0;
 }
 
 int SmBios::GetMemModuleSpeed(int handle, char* buf) {
     const ItemPtr module = Module(handle);
-    const int nanoseconds = ByteAt(FormattedArea(module), kSpeed);
+    const int nanoseconds = ByteAt(FormattedArea(module), memory_module::kCurrentSpeed);
     if (nanoseconds == 0) return -1;
     WriteNumber(buf, nanoseconds, " ns");
     return 0;
 }
 
-// The highest set bit decides; without one nothing is written.
+// The highest set bit decides. Without a set bit nothing is written.
 int SmBios::GetMemModuleType(int handle, char* buf) {
     const ItemPtr module = Module(handle);
     if (module == nullptr) return -1;
-    const unsigned bits = Le16(FormattedArea(module), kType);
-    for (std::size_t bit = std::size(kTypes); bit-- > 0;) {
+    const unsigned bits = Le16(FormattedArea(module), memory_module::kCurrentMemoryType);
+    for (std::size_t bit = std::size(kModuleTypes); bit-- > 0;) {
         if ((bits & (1u << bit)) == 0) continue;
-        std::strcpy(buf, kTypes[bit]);
+        std::strcpy(buf, kModuleTypes[bit]);
         break;
     }
     return 0;
@@ -107,12 +105,12 @@ int SmBios::GetMemModuleType(int handle, char* buf) {
 
 int SmBios::GetMemBankConnector(int handle) {
     const ItemPtr module = Module(handle);
-    return module == nullptr ? -1 : ByteAt(FormattedArea(module), kBankConnections);
+    return module == nullptr ? -1 : ByteAt(FormattedArea(module), memory_module::kBankConnections);
 }
 
 // Kept: a designation counts only when it is the first string of its structure.
 int SmBios::GetMemModuleLocate(int handle, char* buf, unsigned size) {
     const ItemPtr module = Module(handle);
-    if (ByteAt(FormattedArea(module), kSocketDesignation) != 1) return -1;
-    return CopyStringAt(module, kSocketDesignation, buf, size);
+    if (ByteAt(FormattedArea(module), memory_module::kSocketDesignation) != kFirstString) return -1;
+    return CopyStringAt(module, memory_module::kSocketDesignation, buf, size);
 }

@@ -7,6 +7,7 @@
 #include <cstring>
 
 #include "SmBios/MemoryDevice.h"
+#include "SmBios/MemoryModule.h"
 #include "SmBios/MemorySize.h"
 #include "SmBios/SmBios.h"
 #include "SmBios/SmBiosText.h"
@@ -16,48 +17,49 @@ using namespace talvane;
 
 namespace {
 
-constexpr std::size_t kModuleInstalledSize = 9;
-
-// Memory device mapped address (7.21).
+// Offsets in the memory device mapped address structure (SMBIOS 7.21).
+namespace mapped_address {
 constexpr std::size_t kStartingAddress = 4;
 constexpr std::size_t kEndingAddress = 8;
+}  // namespace mapped_address
 
-constexpr int kMostBanks = sizeof(LocalMemInfo::bank) / sizeof(BankInfo);
+constexpr int kMaxBanks = sizeof(LocalMemInfo::bank) / sizeof(BankInfo);
 
-// Memory types that hold no working memory: ROM, FLASH, EEPROM, FEPROM and EPROM; RDRAM is left out
-// with them.
-bool IsCounted(unsigned char memoryType) {
-    constexpr unsigned char kRom = 8;
-    constexpr unsigned char kEprom = 12;
+// ROM, FLASH, EEPROM, FEPROM and EPROM are no working memory. Kept: RDRAM is left out with them.
+bool CountsAsMemory(unsigned char memoryType) {
+    constexpr unsigned char kRom = 8;     // the first of the five types in a row
+    constexpr unsigned char kEprom = 12;  // the last
     constexpr unsigned char kRdram = 17;
     return (memoryType < kRom || memoryType > kEprom) && memoryType != kRdram;
 }
 
-// The handles of the first memory devices, to be found again in the mapped-address structures.
+// The handles of the first eight memory devices, with which the mapped addresses are compared.
 class DeviceHandles {
 public:
     void Add(unsigned short handle) {
-        if (count < handles.size()) handles[count++] = handle;
+        if (count_ < handles_.size()) handles_[count_++] = handle;
     }
     unsigned CountOf(unsigned short handle) const {
-        return static_cast<unsigned>(std::count(handles.begin(), handles.begin() + count, handle));
+        return static_cast<unsigned>(
+            std::count(handles_.begin(), handles_.begin() + count_, handle));
     }
 
 private:
-    std::array<unsigned short, 8> handles{};
-    std::size_t count = 0;
+    std::array<unsigned short, 8> handles_{};
+    std::size_t count_ = 0;
 };
 
 using SizeText = std::array<char, 32>;
 
-// Kept: not cleared between banks, so a shorter locator after a longer one keeps the longer one's
-// tail, and a bank without a locator has that of the bank before.
+// Kept: it is not cleared between banks, so a shorter locator after a longer one keeps the longer
+// one's tail, and a bank without a locator has the locator of the bank before.
 struct LocatorText {
     char text[64] = {};
 };
 
-// The slot that a locator text names: a digit at its end, or a digit with A or B behind it (two
-// sockets of a channel, four apart). Later digits count more; 0 without any.
+// The number of the slot that a locator text names: its last character as a digit, or a digit
+// before an A or a B, which name two sockets of a channel and give 4 times the digit plus 1 or 2.
+// The last such digit decides; without one the number is 0.
 int SlotNumberOf(const char* locator) {
     int slot = 0;
     for (; *locator != '\0'; ++locator) {
@@ -82,7 +84,7 @@ int SlotNumberOf(const char* locator) {
 
 }  // namespace
 
-// Kept: the total is kept in 16 bits and wraps at 64 GB.
+// Kept: the total has 16 bits and wraps around at 64 GB.
 int SmBios::GetMemoryTotalSize() {
     std::uint16_t total = 0;
     const auto add = [&total](std::uint32_t size) {
@@ -91,7 +93,7 @@ int SmBios::GetMemoryTotalSize() {
 
     StructureWalk modules = Structures(TYPE_MEMORY_MODULE);
     while (const unsigned char* module = modules.Next()) {
-        const ModuleSize size(ByteAt(FormattedAreaOf(module), kModuleInstalledSize));
+        const ModuleSize size(ByteAt(FormattedAreaOf(module), memory_module::kInstalledSize));
         if (size.IsKnown()) add(static_cast<std::uint32_t>(size.Megabytes()));
     }
     if (total != 0) return total;
@@ -101,17 +103,19 @@ int SmBios::GetMemoryTotalSize() {
     while (const unsigned char* device = devices.Next()) {
         const ByteView area = FormattedAreaOf(device);
         handles.Add(HeaderOf(device).handle);
-        if (IsCounted(ByteAt(area, memory_device::kMemoryType)))
+        if (CountsAsMemory(ByteAt(area, memory_device::kMemoryType)))
             add(static_cast<std::uint32_t>(
                 DeviceSize(Le16(area, memory_device::kSize)).Megabytes()));
     }
     if (total != 0) return total;
 
-    // Kept: a mapped-address structure is matched by its own handle, not by the one it refers to.
+    // Kept: a mapped address is matched by its structure's own handle, not by the device's handle
+    // that it states.
     StructureWalk mappings = Structures(TYPE_MEMEORY_DEVICE_MAPPED_ADDR);
     while (const unsigned char* mapping = mappings.Next()) {
         const ByteView area = FormattedAreaOf(mapping);
-        const std::uint32_t size = Le32(area, kEndingAddress) - Le32(area, kStartingAddress);
+        const std::uint32_t size = Le32(area, mapped_address::kEndingAddress) -
+                                   Le32(area, mapped_address::kStartingAddress);
         add(size * handles.CountOf(HeaderOf(mapping).handle));
     }
     return total;
@@ -135,10 +139,10 @@ int SmBios::GetMemoryInformation(LocalMemInfo* info) {
 void SmBios::SummariseModules(LocalMemInfo& info) {
     LocatorText locator;
     const int modules = GetMemModuleQuantity();
-    for (int i = 0; i < modules && info.quantity < kMostBanks; ++i) {
+    for (int i = 0; i < modules && info.quantity < kMaxBanks; ++i) {
         const int handle = GetValidMemModuleHandle(i);
         SizeText size{};
-        (void)GetMemModuleSize(handle, size.data());  // result not used: the text tells
+        (void)GetMemModuleSize(handle, size.data());  // result not used: the text says enough
         if (size[0] == '\0') continue;
 
         BankInfo& bank = info.bank[info.quantity++];
@@ -159,7 +163,7 @@ void SmBios::SummariseModules(LocalMemInfo& info) {
 void SmBios::SummariseDevices(LocalMemInfo& info) {
     constexpr int kEmptySocket = 1;
     LocatorText locator;
-    for (int device = 1; info.quantity < kMostBanks; ++device) {
+    for (int device = 1; info.quantity < kMaxBanks; ++device) {
         SizeText size{};
         const int found = GetMemDevSize(device, size.data());
         if (found == -1) return;
@@ -177,9 +181,9 @@ void SmBios::SummariseDevices(LocalMemInfo& info) {
     }
 }
 
-// The words of a device with many type bits are longer than the field and cut to it.
+// The words of a device with many type bits do not fit the field and are cut to it.
 void SmBios::WriteTypeDetail(int device, BankInfo& bank) {
-    char words[128] = {};  // all twelve words are 105 characters
+    char words[128] = {};  // all twelve words have 105 characters
     (void)GetMemDevTypeDetail(device, words);
     std::memcpy(bank.TypeDetail, words, sizeof bank.TypeDetail - 1);
 }

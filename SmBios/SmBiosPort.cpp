@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Port connectors (7.9).
+// Port connectors (SMBIOS 7.9).
 
 #include <cstring>
 
@@ -13,10 +13,13 @@ using namespace talvane;
 
 namespace {
 
-constexpr std::size_t kExternalDesignator = 6;
+// Offsets in the structure.
+namespace port_connector {
+constexpr std::size_t kExternalDesignator = 6;  // string
 constexpr std::size_t kPortType = 8;
+}  // namespace port_connector
 
-constexpr int kMostPorts = 128;
+constexpr int kMaxPorts = 128;
 
 constexpr CodeName kPortTypes[] = {
     {0, "None"},
@@ -37,7 +40,7 @@ constexpr CodeName kPortTypes[] = {
     {15, "SSA SCSI"},
     {16, "USB"},
     {17, "FireWire (IEEE P1394)"},
-    {18, "PCMCIA Type II"},  // Kept: type I reads as type II.
+    {18, "PCMCIA Type II"},  // Kept: type I has the name of type II.
     {19, "PCMCIA Type II"},
     {20, "PCMCIA Type III"},
     {21, "Cardbus"},
@@ -64,20 +67,20 @@ const char* PortTypeName(unsigned code) {
 }  // namespace
 
 int SmBios::GetPortQuantity() {
-    return CountUpTo(kMostPorts, Structures(TYPE_PORT_CONNECTOR_INFO));
+    return CountUpTo(kMaxPorts, Structures(TYPE_PORT_CONNECTOR_INFO));
 }
 
 int SmBios::GetPortType(int port, char* buf) {
     const ItemPtr connector = ItemAt(TYPE_PORT_CONNECTOR_INFO, port);
     if (connector == nullptr) return -1;
-    std::strcpy(buf, PortTypeName(ByteAt(FormattedArea(connector), kPortType)));
+    std::strcpy(buf, PortTypeName(ByteAt(FormattedArea(connector), port_connector::kPortType)));
     return 0;
 }
 
 int SmBios::GetPortDecription(int port, char* buf, unsigned size) {
     constexpr char kShortened[] = "...";
     const ItemPtr connector = ItemAt(TYPE_PORT_CONNECTOR_INFO, port);
-    const char* designator = StringAt(connector, kExternalDesignator);
+    const char* designator = StringAt(connector, port_connector::kExternalDesignator);
     if (designator == nullptr) return -1;
     if (size < sizeof kShortened) return 0;
     if (std::strlen(designator) < size) return CopyText(designator, buf, size);

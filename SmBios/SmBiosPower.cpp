@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// System power supplies (7.40).
+// System power supplies (SMBIOS 7.40).
 
 #include <cstring>
 #include <memory>
@@ -15,42 +15,47 @@ using namespace talvane;
 
 namespace {
 
+// Offsets in the structure.
+namespace power_supply {
 constexpr std::size_t kPowerUnitGroup = 4;
-constexpr std::size_t kDeviceName = 6;
-constexpr std::size_t kManufacturer = 7;
-constexpr std::size_t kSerialNumber = 8;
+constexpr std::size_t kDeviceName = 6;    // string
+constexpr std::size_t kManufacturer = 7;  // string
+constexpr std::size_t kSerialNumber = 8;  // string
 constexpr std::size_t kCharacteristics = 14;
+}  // namespace power_supply
 
-constexpr unsigned kState = 0x07;
+// The characteristics.
+constexpr unsigned kSupplyStateBits = 0x07;
+constexpr unsigned kSupplyTypeShift = 10;
+constexpr unsigned kSupplyTypeBits = 0x0E;
 
-constexpr int kMostCounted = 32;
-constexpr int kMostSearched = 31;  // Kept: the 32nd supply is counted and never found.
+constexpr int kMaxSuppliesCounted = 32;
+constexpr int kMaxSuppliesSearched = 31;  // Kept: the 32nd supply is counted and never found.
 
-constexpr CodeName kStates[] = {
+constexpr CodeName kSupplyStates[] = {
     {1, "hot replaceable"},
     {2, "present"},
     {4, "unplugged from the wall"},
 };
-static_assert(StrictlyAscending(kStates));
+static_assert(StrictlyAscending(kSupplyStates));
 
-const char* StateName(unsigned state) {
-    return NameOf(kStates, state, "Other");
+const char* SupplyStateName(unsigned characteristics) {
+    return NameOf(kSupplyStates, characteristics & kSupplyStateBits, "Other");
 }
 
 // Whether the supply's type bits are a subset of the mask. Kept: the lowest of the four type bits
-// is not looked at, so a type and its odd neighbour are one.
+// is not looked at, so an odd type passes where the even type below it passes.
 bool TypePasses(ByteView supply, int typeMask) {
-    constexpr unsigned kTypeShift = 10;
-    constexpr unsigned kTypeBits = 0x0E;
-    const unsigned type = (Le16(supply, kCharacteristics) >> kTypeShift) & kTypeBits;
+    const unsigned characteristics = Le16(supply, power_supply::kCharacteristics);
+    const unsigned type = (characteristics >> kSupplyTypeShift) & kSupplyTypeBits;
     const unsigned mask = static_cast<unsigned>(typeMask);
     return (type | mask) == mask;
 }
 
-// The n-th supply of the walk that passes the type test; null when there is none.
+// The n-th supply of the walk that passes the type test, or null.
 std::unique_ptr<BiosDataItem> PowerSupply(int typeMask, int n, StructureWalk walk) {
     int passed = 0;
-    for (int index = 1; index <= kMostSearched; ++index) {
+    for (int index = 1; index <= kMaxSuppliesSearched; ++index) {
         unsigned char* supply = walk.Next();
         if (supply == nullptr) break;
         if (TypePasses(FormattedAreaOf(supply), typeMask) && ++passed == n)
@@ -64,7 +69,7 @@ std::unique_ptr<BiosDataItem> PowerSupply(int typeMask, int n, StructureWalk wal
 int SmBios::GetPSQuantity(int typeMask) {
     StructureWalk walk = Structures(TYPE_SYSTEM_POWER_SUPPLY);
     int count = 0;
-    for (int index = 1; index <= kMostCounted; ++index) {
+    for (int index = 1; index <= kMaxSuppliesCounted; ++index) {
         const unsigned char* supply = walk.Next();
         if (supply == nullptr) break;
         if (TypePasses(FormattedAreaOf(supply), typeMask)) ++count;
@@ -75,33 +80,33 @@ int SmBios::GetPSQuantity(int typeMask) {
 int SmBios::GetPSRedundantQuantity() {
     StructureWalk walk = Structures(TYPE_SYSTEM_POWER_SUPPLY);
     int count = 0;
-    for (int index = 1; index <= kMostSearched; ++index) {
+    for (int index = 1; index <= kMaxSuppliesSearched; ++index) {
         const unsigned char* supply = walk.Next();
         if (supply == nullptr) break;
-        if (ByteAt(FormattedAreaOf(supply), kPowerUnitGroup) != 0) ++count;
+        if (ByteAt(FormattedAreaOf(supply), power_supply::kPowerUnitGroup) != 0) ++count;
     }
     return count;
 }
 
 int SmBios::GetPSManufacturer(int typeMask, int n, char* buf, unsigned size) {
     return CopyStringAt(PowerSupply(typeMask, n, Structures(TYPE_SYSTEM_POWER_SUPPLY)),
-                        kManufacturer, buf, size);
+                        power_supply::kManufacturer, buf, size);
 }
 
 int SmBios::GetPSDeviceName(int typeMask, int n, char* buf, unsigned size) {
-    return CopyStringAt(PowerSupply(typeMask, n, Structures(TYPE_SYSTEM_POWER_SUPPLY)), kDeviceName,
-                        buf, size);
+    return CopyStringAt(PowerSupply(typeMask, n, Structures(TYPE_SYSTEM_POWER_SUPPLY)),
+                        power_supply::kDeviceName, buf, size);
 }
 
 int SmBios::GetPSSerialNo(int typeMask, int n, char* buf, unsigned size) {
     return CopyStringAt(PowerSupply(typeMask, n, Structures(TYPE_SYSTEM_POWER_SUPPLY)),
-                        kSerialNumber, buf, size);
+                        power_supply::kSerialNumber, buf, size);
 }
 
 int SmBios::GetPSStatus(int typeMask, int n, char* buf) {
     const ItemPtr supply = PowerSupply(typeMask, n, Structures(TYPE_SYSTEM_POWER_SUPPLY));
     if (supply == nullptr) return -1;
-    std::strcpy(buf, StateName(Le16(FormattedArea(supply), kCharacteristics) & kState));
+    std::strcpy(buf, SupplyStateName(Le16(FormattedArea(supply), power_supply::kCharacteristics)));
     return 0;
 }
 

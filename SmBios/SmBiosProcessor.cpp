@@ -1,9 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// Processors (7.5).
+// Processors (SMBIOS 7.5).
 
 #include <cstring>
 
+#include "SmBios/ProcessorStatus.h"
 #include "SmBios/SmBios.h"
 #include "SmBios/SmBiosText.h"
 #include "SmBios/StructureWalk.h"
@@ -13,24 +14,25 @@ using namespace talvane;
 
 namespace {
 
+// Offsets in the structure.
+namespace processor_information {
 constexpr std::size_t kFamily = 6;
-constexpr std::size_t kManufacturer = 7;
-constexpr std::size_t kVersion = 16;
+constexpr std::size_t kManufacturer = 7;  // string
+constexpr std::size_t kVersion = 16;      // string
 constexpr std::size_t kVoltage = 17;
-constexpr std::size_t kExternalClock = 18;  // MHz, as the other two
-constexpr std::size_t kMaxSpeed = 20;
-constexpr std::size_t kCurrentSpeed = 22;
+constexpr std::size_t kExternalClock = 18;  // MHz
+constexpr std::size_t kMaximumSpeed = 20;   // MHz
+constexpr std::size_t kCurrentSpeed = 22;   // MHz
 constexpr std::size_t kStatus = 24;
-constexpr std::size_t kSerialNumber = 32;
+constexpr std::size_t kSerialNumber = 32;  // string
+}  // namespace processor_information
 
-constexpr unsigned char kSocketPopulated = 0x40;
-constexpr unsigned char kCpuStatus = 0x07;  // 0: unknown
-constexpr unsigned char kVoltageCode =
-    0x0F;  // bit 7, the other form of the field, is not looked at
+// Kept: bit 7, with which the byte holds a number instead of a code, is not looked at.
+constexpr unsigned char kVoltageCodeBits = 0x0F;
 
-constexpr int kMostProcessors = 16;
+constexpr int kMaxProcessors = 16;
 
-constexpr CodeName kFamilies[] = {
+constexpr CodeName kProcessorFamilies[] = {
     {1, "Other"},
     {3, "8086"},
     {4, "80286"},
@@ -85,27 +87,24 @@ constexpr CodeName kFamilies[] = {
     {201, "G4"},
     {202, "G5"},
 };
-static_assert(StrictlyAscending(kFamilies));
+static_assert(StrictlyAscending(kProcessorFamilies));
 
-const char* FamilyName(unsigned code) {
-    return NameOf(kFamilies, code, "Unknown");
+const char* ProcessorFamilyName(unsigned code) {
+    return NameOf(kProcessorFamilies, code, "Unknown");
 }
 
-constexpr CodeName kVoltages[] = {
+constexpr CodeName kProcessorVoltages[] = {
     {1, "5V"}, {2, "3.3V"}, {3, "5V or 3.3V"}, {4, "2.9V"}, {6, "2.9V or 3.3V"},
 };
-static_assert(StrictlyAscending(kVoltages));
+static_assert(StrictlyAscending(kProcessorVoltages));
 
-const char* VoltageName(unsigned code) {
-    return NameOf(kVoltages, code, "Unknown");
+const char* ProcessorVoltageName(unsigned byte) {
+    return NameOf(kProcessorVoltages, byte & kVoltageCodeBits, "Unknown");
 }
 
 // A speed of 0 is unknown.
-int WriteSpeed(char* buf, int megahertz) {
-    if (megahertz == 0) {
-        std::strcpy(buf, "Unknown");
-        return -1;
-    }
+int WriteProcessorSpeed(char* buf, int megahertz) {
+    if (megahertz == 0) return WriteUnknown(buf);
     WriteNumber(buf, megahertz, " MHZ");
     return 0;
 }
@@ -115,68 +114,78 @@ int WriteSpeed(char* buf, int megahertz) {
 int SmBios::GetProcessorQuantity() {
     StructureWalk walk = Structures(TYPE_PROCESSOR_INFO);
     int count = 0;
-    for (int index = 1; index <= kMostProcessors; ++index) {
+    for (int index = 1; index <= kMaxProcessors; ++index) {
         const unsigned char* processor = walk.Next();
         if (processor == nullptr) break;
-        const unsigned char status = ByteAt(FormattedAreaOf(processor), kStatus);
-        if ((status & kSocketPopulated) != 0 && (status & kCpuStatus) != 0) ++count;
+        const unsigned char status =
+            ByteAt(FormattedAreaOf(processor), processor_information::kStatus);
+        const bool isPopulated = (status & processor_status::kSocketPopulated) != 0;
+        const bool isKnown = (status & processor_status::kState) != processor_status::kUnknown;
+        if (isPopulated && isKnown) ++count;
     }
     return count;
 }
 
 int SmBios::GetProcessorVirtualQuantity() {
-    return CountUpTo(kMostProcessors, Structures(TYPE_PROCESSOR_INFO));
+    return CountUpTo(kMaxProcessors, Structures(TYPE_PROCESSOR_INFO));
 }
 
 int SmBios::GetProcessorFamily(int cpu, char* buf) {
     const ItemPtr processor = ItemAt(TYPE_PROCESSOR_INFO, cpu);
     if (processor == nullptr) return -1;
-    std::strcpy(buf, FamilyName(ByteAt(FormattedArea(processor), kFamily)));
+    std::strcpy(
+        buf, ProcessorFamilyName(ByteAt(FormattedArea(processor), processor_information::kFamily)));
     return 0;
 }
 
 int SmBios::GetProcessorManufacturer(int cpu, char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_PROCESSOR_INFO, cpu), kManufacturer, buf, size);
+    return CopyStringAt(ItemAt(TYPE_PROCESSOR_INFO, cpu), processor_information::kManufacturer, buf,
+                        size);
 }
 
 int SmBios::GetProcessorVersion(int cpu, char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_PROCESSOR_INFO, cpu), kVersion, buf, size);
+    return CopyStringAt(ItemAt(TYPE_PROCESSOR_INFO, cpu), processor_information::kVersion, buf,
+                        size);
 }
 
 int SmBios::GetProcessorSerialNo(int cpu, char* buf, unsigned size) {
-    return CopyStringAt(ItemAt(TYPE_PROCESSOR_INFO, cpu), kSerialNumber, buf, size);
+    return CopyStringAt(ItemAt(TYPE_PROCESSOR_INFO, cpu), processor_information::kSerialNumber, buf,
+                        size);
 }
 
 int SmBios::GetProcessorVoltage(int cpu, char* buf) {
     const ItemPtr processor = ItemAt(TYPE_PROCESSOR_INFO, cpu);
     if (processor == nullptr) return -1;
-    std::strcpy(buf, VoltageName(ByteAt(FormattedArea(processor), kVoltage) & kVoltageCode));
+    std::strcpy(buf, ProcessorVoltageName(
+                         ByteAt(FormattedArea(processor), processor_information::kVoltage)));
     return 0;
 }
 
-// Unlike the speeds, a clock of 0 is written as a number.
+// Kept: unlike a speed, a clock of 0 is written as a number.
 int SmBios::GetProcessorExternalClock(int cpu, char* buf) {
     const ItemPtr processor = ItemAt(TYPE_PROCESSOR_INFO, cpu);
     if (processor == nullptr) return -1;
-    WriteNumber(buf, Le16(FormattedArea(processor), kExternalClock), " MHZ");
+    WriteNumber(buf, Le16(FormattedArea(processor), processor_information::kExternalClock), " MHZ");
     return 0;
 }
 
 int SmBios::GetProcessorMaxSpeed(int cpu, char* buf) {
     const ItemPtr processor = ItemAt(TYPE_PROCESSOR_INFO, cpu);
     if (processor == nullptr) return -1;
-    return WriteSpeed(buf, Le16(FormattedArea(processor), kMaxSpeed));
+    return WriteProcessorSpeed(
+        buf, Le16(FormattedArea(processor), processor_information::kMaximumSpeed));
 }
 
 int SmBios::GetProcessorCurrentSpeed(int cpu, char* buf) {
     const ItemPtr processor = ItemAt(TYPE_PROCESSOR_INFO, cpu);
     if (processor == nullptr) return -1;
-    return WriteSpeed(buf, Le16(FormattedArea(processor), kCurrentSpeed));
+    return WriteProcessorSpeed(
+        buf, Le16(FormattedArea(processor), processor_information::kCurrentSpeed));
 }
 
 int SmBios::GetProcessorStatus(int cpu, unsigned char* status) {
     const ItemPtr processor = ItemAt(TYPE_PROCESSOR_INFO, cpu);
     if (processor == nullptr) return -1;
-    *status = ByteAt(FormattedArea(processor), kStatus);
+    *status = ByteAt(FormattedArea(processor), processor_information::kStatus);
     return 0;
 }

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Bytes, strings and text answers of the getters.
 
 #include "SmBios/SmBiosText.h"
 
@@ -7,7 +9,7 @@
 
 #include "SmBios/SmBios.h"
 
-using namespace talvane;
+namespace talvane {
 
 ByteView FormattedArea(const std::unique_ptr<BiosDataItem>& item) {
     if (item == nullptr || item->GetFormatedData() == nullptr) return {};
@@ -30,6 +32,19 @@ int CopyStringAt(const std::unique_ptr<BiosDataItem>& item, std::size_t offset, 
 }
 
 void WriteNumber(char* buf, int value, const char* unit) {
-    itoa(value, buf, 10);
+    constexpr int kDecimal = 10;
+    itoa(value, buf, kDecimal);
     std::strcat(buf, unit);
 }
+
+int WriteUnknown(char* buf) {
+    std::strcpy(buf, "Unknown");
+    return -1;
+}
+
+int WriteNotSupplied(char* buf) {
+    std::strcpy(buf, "SmBios can not supply this information");
+    return -1;
+}
+
+}  // namespace talvane

@@ -1,34 +1,36 @@
 // SPDX-License-Identifier: MIT
+//
+// The steps of the walk. The build optimises this file for speed, because of the loop in
+// EndOfStringSet.
 
 #include "SmBios/StructureWalk.h"
 
 #include <new>
 
-using namespace talvane;
-
+namespace talvane {
 namespace {
 
-// Header fields (SMBIOS 6.1.2).
-constexpr std::size_t kType = 0;
-constexpr std::size_t kLength = 1;
-constexpr std::size_t kHandle = 2;
+// Offsets in the header of a structure (SMBIOS 6.1.2).
+constexpr std::size_t kHeaderType = 0;
+constexpr std::size_t kHeaderLength = 1;
+constexpr std::size_t kHeaderHandle = 2;
 
-constexpr int kMostOfAType = 255;
+constexpr int kMaxOfAType = 255;
 
 }  // namespace
 
 HEADER HeaderOf(const unsigned char* structure) {
     const ByteView bytes(structure, sizeof(HEADER));
-    return {bytes[kType], bytes[kLength], Le16(bytes, kHandle)};
+    return {bytes[kHeaderType], bytes[kHeaderLength], Le16(bytes, kHeaderHandle)};
 }
 
 ByteView FormattedAreaOf(const unsigned char* structure) {
-    return ByteView(structure, structure[kLength]);
+    return ByteView(structure, structure[kHeaderLength]);
 }
 
 unsigned char* EndOfStringSet(unsigned char* structure) {
-    unsigned char* at = structure + structure[kLength];
-    // A byte that is not zero ends no pair, so most of a text is passed in steps of two.
+    unsigned char* at = structure + structure[kHeaderLength];
+    // A byte that is not zero cannot end a pair, so most of a text is passed in steps of two.
     for (;;) {
         if (at[1] != 0)
             at += 2;
@@ -41,19 +43,19 @@ unsigned char* EndOfStringSet(unsigned char* structure) {
 
 StructureWalk::StructureWalk(unsigned char* table, std::size_t length, unsigned count,
                              unsigned char type)
-    : position(table),
-      tableEnd(table + length),
-      unvisited(count),
-      undelivered(kMostOfAType),
-      wanted(type) {}
+    : position_(table),
+      tableEnd_(table + length),
+      unvisited_(count),
+      undelivered_(kMaxOfAType),
+      wantedType_(type) {}
 
 unsigned char* StructureWalk::Next() {
-    while (unvisited != 0 && undelivered != 0 && position < tableEnd) {
-        unsigned char* structure = position;
-        --unvisited;
-        position = EndOfStringSet(structure) + 2;
-        if (structure[kType] != wanted) continue;
-        --undelivered;
+    while (unvisited_ != 0 && undelivered_ != 0 && position_ < tableEnd_) {
+        unsigned char* structure = position_;
+        --unvisited_;
+        position_ = EndOfStringSet(structure) + kEndOfStringSet;
+        if (structure[kHeaderType] != wantedType_) continue;
+        --undelivered_;
         return structure;
     }
     return nullptr;
@@ -71,3 +73,5 @@ std::unique_ptr<BiosDataItem> ItemWithHandle(unsigned handle, StructureWalk walk
             return std::unique_ptr<BiosDataItem>(new (std::nothrow) BiosDataItem(structure));
     return nullptr;
 }
+
+}  // namespace talvane

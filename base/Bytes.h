@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Reading of little-endian values out of bytes that came from hardware or firmware. Bytes past the
-// end of what is at hand read as zero, so no length has to be checked first.
+// Reads little-endian values out of bytes that came from hardware or firmware. Bytes past the end
+// of the view are zero, so callers need not check its length first.
 #ifndef TALVANE_BASE_BYTES_H
 #define TALVANE_BASE_BYTES_H
 
@@ -11,7 +11,7 @@
 
 namespace talvane {
 
-// Borrowed; never outlives the buffer it was made from.
+// Borrowed bytes with their length. A view must not outlive the buffer that it was made from.
 using ByteView = std::span<const unsigned char>;
 
 constexpr std::uint8_t ByteAt(ByteView bytes, std::size_t offset) {
@@ -26,7 +26,7 @@ constexpr std::uint32_t Le32(ByteView bytes, std::size_t offset) {
     return Le16(bytes, offset) | (std::uint32_t{Le16(bytes, offset + 2)} << 16);
 }
 
-// The two bytes of a 16-bit value on its way out; what lies above them is dropped.
+// The two bytes of a 16-bit value that is sent out. Higher bits are dropped.
 constexpr unsigned char LowByte(int value) {
     return static_cast<unsigned char>(value & 0xFF);
 }

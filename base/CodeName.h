@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Tables that give a code its name. The texts are part of the interface and spelled as agents know
-// them. A table stands directly above its only decoder, rows in the order of their codes.
+// Tables that give a code its name, and their lookup. The texts are part of the interface and
+// spelled as agents know them. A table stands directly above its only decoder, its rows in the
+// order of their codes.
 #ifndef TALVANE_BASE_CODENAME_H
 #define TALVANE_BASE_CODENAME_H
 
@@ -14,7 +15,8 @@ struct CodeName {
     const char* name;
 };
 
-// Linear on purpose: the longest table has under 100 rows.
+// The name of a code, or `fallback` when the table has none. Linear on purpose: the longest table
+// has under 100 rows.
 template <std::size_t N>
 constexpr const char* NameOf(const CodeName (&table)[N], unsigned code, const char* fallback) {
     for (const CodeName& row : table)
@@ -22,6 +24,7 @@ constexpr const char* NameOf(const CodeName (&table)[N], unsigned code, const ch
     return fallback;
 }
 
+// Whether the rows are in the order of their codes, and no code stands twice.
 template <std::size_t N>
 constexpr bool StrictlyAscending(const CodeName (&table)[N]) {
     for (std::size_t i = 1; i < N; ++i)

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Arithmetic whose every step rounds to an IEEE double, also on the x87, which computes with more
-// digits and would round twice: results are those of a processor that computes in doubles, at every
-// optimisation level.
+// Arithmetic in which every step rounds to an IEEE double. The x87 computes with more digits and
+// would round twice; with these functions its results are those of a processor that computes in
+// doubles, at every optimisation level.
 #ifndef TALVANE_BASE_DOUBLEARITHMETIC_H
 #define TALVANE_BASE_DOUBLEARITHMETIC_H
 
@@ -11,12 +11,13 @@
 
 namespace talvane {
 
-// 113 binary digits: more than twice a double's 53 and two. A sum, product or quotient of doubles
-// that was rounded to so many digits rounds to a double as the exact result would (Figueroa, "When
-// is double rounding innocuous?", 1995).
+// A number of 113 binary digits, more than twice the 53 of a double plus two. A sum, product or
+// quotient of doubles that is rounded to so many digits first rounds to the same double as the
+// exact result (Figueroa, "When is double rounding innocuous?", 1995).
 __extension__ typedef __float128 WideDouble;
 
-// The step through memory keeps the compiler from computing in narrower types from the start.
+// The nearest double. The step through memory keeps the compiler from computing in narrower types
+// from the start.
 inline double RoundedOnce(WideDouble wide) {
     const volatile WideDouble stored = wide;
     return static_cast<double>(stored);
@@ -38,21 +39,21 @@ inline double Quotient(double dividend, double divisor) {
     return RoundedOnce(WideDouble{dividend} / WideDouble{divisor});
 }
 
-// The C library's result as a double, whatever the register that it comes in holds.
+// A result of the C library as a double, even where the register that returns it holds more digits.
 inline double Stored(double value) {
     const volatile double stored = value;
     return stored;
 }
 
-// The C library's own square root rounds once; the processor's instruction, which the compiler
-// would put in its place, does not.
+// The C library's square root rounds once. The processor's instruction, which the compiler would
+// put in its place, does not.
 inline double SquareRoot(double value) {
     static double (*const volatile squareRoot)(double) = std::sqrt;
     return Stored(squareRoot(value));
 }
 
-// Truncation toward zero. What does not fit (NaN included) becomes what the processor stores then:
-// the lowest value of the type.
+// Truncate toward zero. A value that does not fit, or NaN, becomes the lowest value of the type, as
+// the processor stores it.
 inline int ToInt32(double value) {
     return value > -2147483649.0 && value < 2147483648.0 ? static_cast<int>(value)
                                                          : std::numeric_limits<int>::min();

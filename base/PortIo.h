@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The processor's port instructions, one line each: the only place where the library executes any.
-// REQUIRES: I/O privilege level 3; without it the processor refuses them and the process ends.
+// The processor's port instructions, one line each. The library executes them nowhere else.
+// REQUIRES: I/O privilege level 3. Without it the processor refuses them, and the process ends.
 #ifndef TALVANE_BASE_PORTIO_H
 #define TALVANE_BASE_PORTIO_H
 

@@ -100,7 +100,7 @@ void FillMemory(SmBios& reader, void* record) {
     while (filled < memory.quantity && local < kLocalBanks) {
         const BankInfo& from = summary.bank[local];
         if (from.type[0] == '\0') {
-            local += 2;  // Kept: the bank after one without a type is left out, too.
+            local += 2;  // Kept: the bank after one without a type is also left out.
             continue;
         }
         BANK& bank = memory.bank[filled];
