@@ -23,8 +23,8 @@ constexpr int kMaxSeconds = 86400;
 constexpr int kMaxTables = 1000000;
 constexpr int kMaxByte = 255;
 // Seconds that the library takes as the watchdog's time-out.
-constexpr int kMinWatchdogTimeout = 10;
-constexpr int kMaxWatchdogTimeout = 999;
+constexpr int kMinWatchdogTimeout = TALVANE_WATCHDOG_SHORTEST / 1000;
+constexpr int kMaxWatchdogTimeout = TALVANE_WATCHDOG_LONGEST / 1000;
 
 // These options are taken before the command and after it.
 void AddOptions(CLI::App& app, Options& options) {
