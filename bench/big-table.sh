@@ -1,9 +1,9 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 #
-# Prints the description of a machine whose structure table has exactly BYTES bytes: as many
-# processors, caches, ports, power supplies, fans and memory devices as one command answers, behind
-# as many structures of 6 bytes as fit before them, so that every look-up passes those first.
+# Prints the description of a machine whose structure table has exactly BYTES bytes. It ends with as
+# many processors, caches, ports, power supplies, fans and memory devices as one command answers.
+# Before them stand as many structures of 6 bytes as fit, so that every look-up passes those first.
 # Usage: big-table.sh BYTES
 set -eu
 awk -v bytes="$1" '

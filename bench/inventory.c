@@ -9,7 +9,7 @@
 
 #include "Talvane.h"
 
-// A record is a head and, for `stride` other than 0, elements as many as the int at `count` says.
+// A record is a head. If `stride` is not 0, elements follow: as many as the int at `count` says.
 typedef struct {
     const char* name;
     unsigned long code;

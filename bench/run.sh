@@ -46,7 +46,7 @@ ln -s "$capture" "$work/capture/capture.bin"
 echo "smbios dump capture.bin" >"$work/capture/machine.txt"
 
 # The first two mebibytes of memory with the capture at 0xF0000: the entry point's table address,
-# 0x20 in the file, becomes 0xF0020, and its checksum makes up for it.
+# 0x20 in the file, becomes 0xF0020, and its checksum is corrected for that.
 export BENCH_MEMORY=$work/memory
 truncate -s 2M "$BENCH_MEMORY"
 poke() { dd of="$BENCH_MEMORY" bs=64K seek="$1" oflag=seek_bytes conv=notrunc status=none; }
@@ -168,8 +168,8 @@ awk -v none="$(pci_instructions 0)" -v all="$(pci_instructions 64)" 'BEGIN {
 
 # The records hold up to 16 fans, 32 voltages and 32 temperatures, a kind's table up to 64.
 echo
-echo 'Sensors: instructions of reading the repository and of asking for all readings, requests not'
-echo 'included'
+echo 'Sensors: instructions for reading the repository and for asking for all readings, without'
+echo 'the requests'
 sensor_instructions() {
     agent_program=$PWD/$build/sensors entry=GetIpmiInfo instructions "$work/sensors-$1" "$2"
 }

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // An agent for measuring sensors: asks for the controller's fans, voltages and temperatures as
-// often as its argument says. Without one it prints the size of the object that the library keeps.
-// It opens the IPMI device in place of the library, without a look at the ports, since port
-// instructions trap and do not run under callgrind.
+// often as its argument says. Without an argument it prints the size of the library's object. It
+// opens the IPMI device in place of the library and leaves the ports alone, since port instructions
+// trap and do not run under callgrind.
 #include <fcntl.h>
 
 #include <cstdio>
@@ -28,7 +28,7 @@ int main(int argc, char** argv) {
         return 0;
     }
     for (int rounds = std::atoi(argv[1]); rounds > 0; --rounds) {
-        // Results not used: -1 is a kind of which there is no sensor.
+        // Results not used: -1 means that there is no sensor of that kind.
         (void)GetIpmiInfo(TALVANE_FANS, &fans);
         (void)GetIpmiInfo(TALVANE_VOLTAGES, &voltages);
         (void)GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures);

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Decoding of the caller's record, and the checks that keep nonsense from the kernel's driver.
+// Decodes the caller's record, with the checks that keep invalid requests from the kernel's driver.
 
-#include "CallerRecord.h"
+#include "bridge/CallerRecord.h"
 
 #include <algorithm>
 #include <cerrno>
@@ -30,8 +30,8 @@ constexpr std::uint8_t kPublicBus = 0;
 constexpr std::uint8_t kMaxNetFn = 0x3F;  // six bits; odd ones are responses (IPMI 2.0, 5.1)
 constexpr std::uint8_t kMaxLun = 3;
 
-// A caller that states no time-out gets the time in which the kernel gives a BMC up. None waits
-// longer than a minute: its thread cannot be interrupted meanwhile.
+// A caller that states no time-out gets the time after which the kernel gives a BMC up. No caller
+// waits longer than a minute, since its thread cannot be interrupted while it waits.
 constexpr std::chrono::milliseconds kDefaultTimeout{5000};
 constexpr std::chrono::milliseconds kMaxTimeout{60000};
 
@@ -43,7 +43,7 @@ std::uint32_t Le32(Record bytes, std::size_t at) {
     return value;
 }
 
-bool ForTheBmc(Record bytes) {
+bool IsForTheBmc(Record bytes) {
     const std::uint8_t responder = bytes[kResponder];
     return (responder == kBmcAddress || responder == kAnyAddress) && bytes[kBus] == kPublicBus;
 }
@@ -55,14 +55,15 @@ bool IsRequest(Record bytes) {
 }  // namespace
 
 int DecodeRecord(Record bytes, CallerRecord& record) {
-    if (!ForTheBmc(bytes) || !IsRequest(bytes)) return EINVAL;
+    if (!IsForTheBmc(bytes) || !IsRequest(bytes)) return EINVAL;
     const std::uint32_t dataLength = Le32(bytes, kDataLength);
     if (dataLength > kMaxData) return EINVAL;
     const std::uint32_t dataAddress = Le32(bytes, kDataAddress);
     const std::uint32_t responseAddress = Le32(bytes, kResponseAddress);
     if (responseAddress == 0 || (dataAddress == 0 && dataLength != 0)) return EFAULT;
     constexpr std::uint32_t kTop = std::numeric_limits<std::uint32_t>::max();
-    if (dataLength > kTop - dataAddress) return EFAULT;  // beyond what a 32-bit program has
+    if (dataLength > kTop - dataAddress)
+        return EFAULT;  // beyond the last address of a 32-bit program
 
     record.command = bytes[kCommand];
     record.netFn = bytes[kNetFn];

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The 32-byte record that a caller of /dev/ipmi passes with its ioctl, in the layout of a 32-bit
-// program: addresses are four bytes, whatever the kernel.
+// program: addresses have four bytes on any kernel.
 #ifndef TALVANE_BRIDGE_CALLERRECORD_H
 #define TALVANE_BRIDGE_CALLERRECORD_H
 
@@ -20,7 +20,7 @@ constexpr std::size_t kRecordSize = 32;
 // The longest request that the kernel's IPMI driver takes (IPMI_MAX_MSG_LENGTH).
 constexpr std::size_t kMaxData = 272;
 
-// Callers leave the length field of their response buffer unset, so it says nothing. They have
+// Callers do not set the length field of their response buffer, so it is not read. All of them have
 // room for this much.
 constexpr std::size_t kMaxResponse = 256;
 
@@ -34,12 +34,12 @@ struct CallerRecord {
     std::uint32_t responseAddress = 0;
 };
 
-// Reads a record. Returns 0, EINVAL for a record that no BMC could be asked with, or EFAULT for one
-// whose addresses are missing.
+// Reads a record. Returns 0; EINVAL for a record that is not a request to the BMC; or EFAULT for
+// one without the addresses that it needs. On an error `record` is untouched.
 [[nodiscard]] int DecodeRecord(std::span<const std::uint8_t, kRecordSize> bytes,
                                CallerRecord& record);
 
-// Writes what became of the request into its record; the rest of it stays as it is.
+// Writes the result of the request into its record. The rest of the record is untouched.
 void StoreResult(std::span<std::uint8_t, kRecordSize> bytes, std::uint8_t completion,
                  std::uint32_t responseLength);
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// The callbacks of libfuse.
+// The callbacks that libfuse makes, and the set-up of the device.
 
 #define FUSE_USE_VERSION 312
 
-#include "CharacterDevice.h"
+#include "bridge/CharacterDevice.h"
 
 #include <cuse_lowlevel.h>
 #include <fuse_lowlevel.h>
@@ -19,22 +19,22 @@
 #include <memory>
 #include <new>
 
-#include "IoctlStep.h"
-#include "KernelController.h"
-#include "Log.h"
-#include "Readiness.h"
-#include "Reservation.h"
-#include "Rights.h"
-#include "Session.h"
+#include "bridge/IoctlStep.h"
+#include "bridge/KernelController.h"
+#include "bridge/Log.h"
+#include "bridge/Readiness.h"
+#include "bridge/Reservation.h"
+#include "bridge/Rights.h"
+#include "bridge/Session.h"
 
 namespace bridge {
 namespace {
 
-// Set when the caller is a 32-bit program, on any kernel (FUSE_IOCTL_32BIT of <linux/fuse.h>, whose
-// other definitions are those of libfuse's headers once more).
+// Set when the caller is a 32-bit program, on any kernel. It is FUSE_IOCTL_32BIT of <linux/fuse.h>,
+// which cannot be included: it defines much that libfuse's headers define, too.
 constexpr unsigned kCallerHas32Bits = 1U << 3;
 
-// More callers at once wait for a thread.
+// When more callers ask at once, the others wait for a thread.
 constexpr unsigned kMaxThreads = 32;
 
 // What all open files share.
@@ -62,8 +62,8 @@ iovec At(std::uint32_t address, std::size_t length) {
     return {reinterpret_cast<void*>(static_cast<std::uintptr_t>(address)), length};
 }
 
-// Runs a callback's body, which returns an errno to reply with or 0 when it has replied. Nothing
-// may be thrown through libfuse.
+// Runs a callback's body. The body returns an errno to reply with, or 0 when it has replied. No
+// exception may pass through libfuse.
 template <typename Body>
 void Replying(fuse_req_t request, Body body) {
     int error = ENOMEM;
@@ -80,12 +80,12 @@ void Replying(fuse_req_t request, Body body) {
 
 void OnInitDone(void* userData) {
     const DeviceNames& names = static_cast<const Device*>(userData)->names;
-    Log(Priority::kInfo, "/dev/" + names.provided + " is there, carried to " + names.kernel);
+    Log(Priority::kInfo, "/dev/" + names.provided + " is there, requests go to " + names.kernel);
     ReportReady();
 }
 
-// Fails while the kernel's device cannot be opened: an agent that finds no device tries again
-// later, one that finds a device takes it for a working one.
+// Fails while the kernel's device cannot be opened. An agent that cannot open a device tries again
+// later. If the device did open, the agent would take it for a working one.
 void OnOpen(fuse_req_t request, fuse_file_info* info) {
     Replying(request, [&] {
         Device& device = *static_cast<Device*>(fuse_req_userdata(request));
@@ -106,7 +106,7 @@ void OnRelease(fuse_req_t request, fuse_file_info* info) {
         Log(Priority::kInfo, "closed after " + std::to_string(file->session.Served()) +
                                  " requests, " + std::to_string(file->kernel.Sent()) +
                                  " messages to the BMC");
-        (void)fuse_reply_err(request, 0);  // result not used: the caller is gone anyway
+        (void)fuse_reply_err(request, 0);  // result not used: the caller is gone
         return 0;
     });
 }
@@ -120,15 +120,16 @@ int Serve(fuse_req_t request, OpenFile& file, const CallerRecord& record,
                         record.netFn, record.command);
     file.asked.Log(what.data(), error);
     if (error != 0) return error;
-    (void)fuse_reply_ioctl(request, 0, answer.data(), answer.size());  // result not used: as above
+    (void)fuse_reply_ioctl(request, 0, answer.data(),
+                           answer.size());  // result not used: the caller is gone
     return 0;
 }
 
-// Has the kernel call again, with the record and the data in hand.
+// Asks the kernel to call again with the record and the data.
 void Fetch(fuse_req_t request, std::uint32_t address, const CallerRecord& record) {
     const iovec recordAt = At(address, kRecordSize);
     const std::array<iovec, 2> in{recordAt, At(record.dataAddress, record.dataLength)};
-    // The response goes behind the record's own bytes. Fewer than there is room for are fine.
+    // The response follows the record's own bytes. It may be shorter than the room for it.
     const std::array<iovec, 2> out{recordAt, At(record.responseAddress, kMaxResponse)};
     (void)fuse_reply_ioctl_retry(request, in.data(), record.dataLength == 0 ? 1 : 2, out.data(),
                                  out.size());  // result not used: the caller is gone

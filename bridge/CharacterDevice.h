@@ -9,12 +9,12 @@
 namespace bridge {
 
 struct DeviceNames {
-    std::string kernel;    // path of the device that requests are carried to
+    std::string kernel;    // path of the device that requests go to
     std::string provided;  // name below /dev of the device that callers open
 };
 
-// Provides the device until a signal ends the process, as `user` or, where that is empty, as who it
-// is started as. Returns the process's exit status.
+// Provides the device until a signal ends the process. Serves as `user`, or as the user who started
+// the process when `user` is empty. Returns the process's exit status.
 int ServeDevice(const DeviceNames& names, const std::string& user);
 
 }  // namespace bridge

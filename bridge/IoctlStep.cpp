@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Which stage an ioctl is at shows in how much the kernel has passed.
+// How much the kernel has passed shows which stage an ioctl has reached.
 
-#include "IoctlStep.h"
+#include "bridge/IoctlStep.h"
 
 #include <cerrno>
 

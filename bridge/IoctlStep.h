@@ -1,8 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// The stages of an ioctl. The kernel first passes the caller's address only, then the record that
-// stands there, then the request's data behind it, each when told where to find it. What it passes
-// is fetched anew each time, and a caller may have changed it meanwhile.
+// The stages of an ioctl. The kernel first passes only the caller's address, then the record at
+// that address, then the record followed by the request's data. For the next stage it has to be
+// told where the bytes are. It fetches them anew each time, and a caller may have changed them in
+// between.
 #ifndef TALVANE_BRIDGE_IOCTLSTEP_H
 #define TALVANE_BRIDGE_IOCTLSTEP_H
 
@@ -10,7 +11,7 @@
 #include <cstdint>
 #include <span>
 
-#include "CallerRecord.h"
+#include "bridge/CallerRecord.h"
 
 namespace bridge {
 
@@ -18,8 +19,8 @@ struct IoctlStep {
     enum class Kind { kRefuse, kFetchRecord, kFetchData, kServe };
 
     Kind kind = Kind::kRefuse;
-    int error = 0;        // of a refusal
-    CallerRecord record;  // once it is there
+    int error = 0;        // errno of a refusal
+    CallerRecord record;  // from the second stage on
 };
 
 // What the kernel has passed of an ioctl.
@@ -30,6 +31,7 @@ struct IoctlStage {
     std::size_t room = 0;                // for record and response
 };
 
+// What to do at this stage.
 [[nodiscard]] IoctlStep NextStep(const IoctlStage& stage);
 
 }  // namespace bridge

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// Requests and responses as <linux/ipmi.h> has them. The kernel queues responses per open file, so
-// a session never sees those of another.
+// Requests and responses in the format of <linux/ipmi.h>. The kernel queues responses per open
+// file, so no session sees the responses of another.
 
-#include "KernelController.h"
+#include "bridge/KernelController.h"
 
 #include <fcntl.h>
 #include <linux/ipmi.h>
@@ -18,8 +18,8 @@
 namespace bridge {
 namespace {
 
-// The errnos by which a file says that its interface is gone for good.
-bool Gone(int error) {
+// Whether an errno means that the file's interface is gone for good.
+bool IsGone(int error) {
     return error == ENODEV || error == ENXIO || error == EIO || error == ESHUTDOWN;
 }
 
@@ -36,7 +36,7 @@ int KernelController::Open() {
     if (descriptor_ >= 0) return 0;
     descriptor_ = open(device_.c_str(), O_RDWR | O_NONBLOCK | O_CLOEXEC);
     if (descriptor_ >= 0) return 0;
-    // No node, or one that no interface stands behind.
+    // There is no device file, or no interface that it stands for.
     return errno == ENOENT || errno == ENXIO ? ENODEV : errno;
 }
 
@@ -49,15 +49,15 @@ int KernelController::Exchange(const Request& request, Deadline deadline, Respon
     const bool wasOpen = descriptor_ >= 0;
     int error = Open();
     if (error == 0) error = Send(request);
-    // A file never outlives its interface, but the interface may be back. The request was not
-    // taken, so it can be sent again.
-    if (wasOpen && Gone(error)) {
+    // A file never outlives its interface, but the interface may be back. The kernel has not taken
+    // the request, so it can be sent again.
+    if (wasOpen && IsGone(error)) {
         Close();
         error = Open();
         if (error == 0) error = Send(request);
     }
     if (error == 0) error = Receive(deadline, response);
-    if (Gone(error)) Close();
+    if (IsGone(error)) Close();
     return error;
 }
 
@@ -81,8 +81,8 @@ int KernelController::Send(const Request& request) {
     return 0;
 }
 
-// Takes the next response from the file's queue, without waiting for one. Returns 0 or an errno,
-// EAGAIN when there is none.
+// Takes the next message from the file's queue without waiting. Returns 0 or an errno: EAGAIN when
+// the queue is empty.
 int KernelController::Take(ipmi_recv& message, MessageBuffer& data) {
     ipmi_addr address{};
     message = {};
@@ -91,20 +91,20 @@ int KernelController::Take(ipmi_recv& message, MessageBuffer& data) {
     message.msg.data = data.data();
     message.msg.data_len = IPMI_MAX_MSG_LENGTH;
     const int error = ioctl(descriptor_, IPMICTL_RECEIVE_MSG_TRUNC, &message) == 0 ? 0 : errno;
-    message.addr = nullptr;  // ends here
-    // EMSGSIZE tells of a response that was cut to the longest there can be.
+    message.addr = nullptr;  // its buffer ends with this function
+    // EMSGSIZE means that the response was cut to the longest length there can be.
     return error == EMSGSIZE ? 0 : error;
 }
 
-// Takes the responses to requests that were given up. As long as they are queued the kernel counts
-// them among the messages under way, of which it allows a file 100.
+// Takes the responses to requests that were given up. While they are queued, the kernel counts them
+// among the messages under way, and it allows a file only 100 of those.
 void KernelController::DropLate() {
     MessageBuffer data;
     ipmi_recv message{};
     while (Take(message, data) == 0) continue;
 }
 
-// Late responses, and events, are passed over.
+// Skips late responses and events.
 int KernelController::Receive(Deadline deadline, Response& response) {
     MessageBuffer data;
     for (;;) {

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The BMC behind the kernel's own IPMI device, /dev/ipmi0.
+// The BMC, reached through the kernel's own IPMI device, /dev/ipmi0.
 #ifndef TALVANE_BRIDGE_KERNELCONTROLLER_H
 #define TALVANE_BRIDGE_KERNELCONTROLLER_H
 
@@ -10,7 +10,7 @@
 #include <cstdint>
 #include <string>
 
-#include "Message.h"
+#include "bridge/Message.h"
 
 namespace bridge {
 
@@ -21,13 +21,14 @@ public:
     KernelController(const KernelController&) = delete;
     KernelController& operator=(const KernelController&) = delete;
 
-    // Opens the device unless it is open. Returns 0 or an errno, ENODEV when there is none.
+    // Opens the device unless it is open. Returns 0 or an errno: ENODEV when there is no device.
     [[nodiscard]] int Open();
 
-    // Opens the device again when it has been gone.
+    // Opens the device again when it went away and came back.
     [[nodiscard]] int Exchange(const Request& request, Deadline deadline,
                                Response& response) override;
 
+    // Requests that the kernel has taken.
     [[nodiscard]] unsigned long Sent() const { return sent_; }
 
 private:
@@ -41,7 +42,7 @@ private:
 
     std::string device_;
     int descriptor_ = -1;
-    std::uint32_t lastId_ = 0;  // of the last request; a response carries that of its own
+    std::uint32_t lastId_ = 0;  // of the last request; its response carries the same
     unsigned long sent_ = 0;
 };
 

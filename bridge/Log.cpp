@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// One write per message, so that those of several threads do not mix.
+// Each message is one write, so that the messages of several threads do not mix.
 
-#include "Log.h"
+#include "bridge/Log.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -17,12 +17,13 @@
 namespace bridge {
 namespace {
 
-constexpr std::size_t kLongest = 400;
+constexpr std::size_t kMaxMessage = 400;
 
 std::atomic<bool> everything = false;
 
-// The journal names itself by device and inode. Programs that a service starts inherit the variable
-// though their standard error may be another (systemd.exec(5)).
+// Whether standard error is the journal. The variable names the journal by device and inode.
+// Programs that a service starts inherit it, though their standard error may differ
+// (systemd.exec(5)).
 bool ToJournal() {
     const char* const stream = std::getenv("JOURNAL_STREAM");
     struct stat error {};
@@ -45,10 +46,10 @@ void Log(Priority priority, std::string_view message) noexcept {
     std::array<char, 32> prefix{"talvane-ipmi-bridge: "};
     if (ToJournal())
         (void)std::snprintf(prefix.data(), prefix.size(), "<%d>", static_cast<int>(priority));
-    std::array<char, prefix.size() + kLongest + 2> line;
+    std::array<char, prefix.size() + kMaxMessage + 2> line;
     const int length =
         std::snprintf(line.data(), line.size(), "%s%.*s\n", prefix.data(),
-                      static_cast<int>(std::min(message.size(), kLongest)), message.data());
+                      static_cast<int>(std::min(message.size(), kMaxMessage)), message.data());
     // Result not used: there is nowhere else to complain.
     if (length > 0) (void)!write(STDERR_FILENO, line.data(), static_cast<std::size_t>(length));
 }

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Messages on standard error; under systemd with the priorities that its journal reads.
+// Messages on standard error. Under systemd they have the priorities that its journal reads.
 #ifndef TALVANE_BRIDGE_LOG_H
 #define TALVANE_BRIDGE_LOG_H
 
@@ -16,14 +16,14 @@ enum class Priority { kError = 3, kWarning = 4, kInfo = 6, kDebug = 7 };
 // Debug messages are dropped unless asked for.
 void LogEverything(bool wanted);
 
-// Takes no memory, so that running out of it can be told. A message is cut to 400 characters.
+// Takes no memory, so that it can report that memory has run out. Cuts a message to 400 characters.
 void Log(Priority priority, std::string_view message) noexcept;
 
 // "text: what the errno means".
 std::string WithReason(const std::string& text, int error);
 
-// What becomes of tries that agents repeat. The first of a row of equal failures is a warning,
-// those after it are for debugging.
+// The outcomes of something that agents try again and again. The first of several equal failures in
+// a row is a warning, the others are debug messages.
 class Outcomes {
 public:
     // `error` is an errno, or 0.

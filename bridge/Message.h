@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A request to the baseboard management controller (BMC), its response, and whatever carries the
-// one and brings the other.
+// A request to the baseboard management controller (BMC), its response, and the interface of
+// whatever carries them.
 #ifndef TALVANE_BRIDGE_MESSAGE_H
 #define TALVANE_BRIDGE_MESSAGE_H
 
@@ -24,7 +24,7 @@ struct Request {
 
 struct Response {
     std::uint8_t completion = 0;  // IPMI 2.0, table 5-2
-    Bytes data;                   // behind the completion code
+    Bytes data;                   // after the completion code
 };
 
 class Controller {

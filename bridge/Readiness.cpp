@@ -2,7 +2,7 @@
 //
 // The notification protocol of sd_notify(3): one datagram to the socket that $NOTIFY_SOCKET names.
 
-#include "Readiness.h"
+#include "bridge/Readiness.h"
 
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -14,7 +14,7 @@
 #include <cstring>
 #include <string_view>
 
-#include "Log.h"
+#include "bridge/Log.h"
 
 namespace bridge {
 

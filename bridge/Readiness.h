@@ -7,7 +7,7 @@
 
 namespace bridge {
 
-// Does nothing where no service manager waits for it.
+// Does nothing when no service manager waits for it.
 void ReportReady();
 
 }  // namespace bridge

@@ -1,17 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// Reserve SDR Repository (IPMI 2.0, 33.11).
+// Asks for the reservation with Reserve SDR Repository (IPMI 2.0, 33.11).
 
-#include "Reservation.h"
+#include "bridge/Reservation.h"
 
 #include <cerrno>
 
+#include "bridge/IpmiCodes.h"
+
 namespace bridge {
 namespace {
-
-constexpr std::uint8_t kStorage = 0x0A;  // network function
-constexpr std::uint8_t kReserveRepository = 0x22;
-constexpr std::uint8_t kDone = 0x00;
 
 std::optional<std::uint16_t> GrantedBy(const Response& response) {
     if (response.completion != kDone || response.data.size() < 2) return std::nullopt;
@@ -21,7 +19,8 @@ std::optional<std::uint16_t> GrantedBy(const Response& response) {
 }  // namespace
 
 bool AsksForReservation(const Request& request) {
-    return request.netFn == kStorage && request.lun == 0 && request.command == kReserveRepository;
+    return request.netFn == kStorage && request.lun == kBmcLun &&
+           request.command == kReserveRepository;
 }
 
 int Reservation::Get(Controller& bmc, Deadline deadline, std::uint16_t& id) {
@@ -30,7 +29,7 @@ int Reservation::Get(Controller& bmc, Deadline deadline, std::uint16_t& id) {
     std::optional<std::uint16_t> known = Known();
     if (!known) {
         Response response;
-        const Request request{kStorage, 0, kReserveRepository, {}};
+        const Request request{kStorage, kBmcLun, kReserveRepository, {}};
         if (const int error = bmc.Exchange(request, deadline, response)) return error;
         known = GrantedBy(response).value_or(0);
         Keep(*known);
@@ -41,7 +40,7 @@ int Reservation::Get(Controller& bmc, Deadline deadline, std::uint16_t& id) {
 
 void Reservation::Cancelled(std::uint16_t id) {
     const std::lock_guard<std::mutex> lock(access_);
-    if (id_ == id) id_.reset();  // otherwise another session has found out before
+    if (id_ == id) id_.reset();  // otherwise another session has reported it before
 }
 
 void Reservation::GrantedToCaller(const Response& response) {

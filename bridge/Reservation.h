@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The one reservation of the BMC's sensor data repository that all sessions read records under. A
-// BMC keeps only the latest: sessions with reservations of their own would cancel one another's.
+// The reservation of the BMC's sensor data repository that all sessions share when they read
+// records. A BMC keeps only the latest reservation, so sessions with their own would cancel each
+// other's.
 #ifndef TALVANE_BRIDGE_RESERVATION_H
 #define TALVANE_BRIDGE_RESERVATION_H
 
@@ -9,23 +10,24 @@
 #include <mutex>
 #include <optional>
 
-#include "Message.h"
+#include "bridge/Message.h"
 
 namespace bridge {
 
+// Whether the request is Reserve SDR Repository.
 [[nodiscard]] bool AsksForReservation(const Request& request);
 
 class Reservation {
 public:
-    // Asks `bmc` for a reservation unless there is one. A BMC that grants none is read with 0.
+    // Asks `bmc` for a reservation unless there is one. `id` is 0 for a BMC that grants none.
     // Returns 0 or an errno.
     [[nodiscard]] int Get(Controller& bmc, Deadline deadline, std::uint16_t& id);
 
-    // Someone else has reserved the repository since `id` was granted.
+    // To be called when someone else has reserved the repository since `id` was granted.
     void Cancelled(std::uint16_t id);
 
-    // A caller has asked for a reservation itself, and got it with this response. It has cancelled
-    // the one before; asking for another would cancel that of the caller.
+    // To be called when a caller has asked for a reservation and got this response. Its reservation
+    // replaces the one before. Asking for another would cancel the caller's.
     void GrantedToCaller(const Response& response);
 
 private:
@@ -33,7 +35,7 @@ private:
     void Keep(std::uint16_t id);
 
     std::timed_mutex asking_;  // held while the BMC is asked
-    std::mutex access_;        // to what follows, and held for that only
+    std::mutex access_;        // to id_, held for single accesses only
     std::optional<std::uint16_t> id_;
 };
 

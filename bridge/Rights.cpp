@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// The user and the capability sets, these through the kernel's own interface.
+// Changes the user through the C library, and the capability sets through the kernel's interface.
 
-#include "Rights.h"
+#include "bridge/Rights.h"
 
 #include <grp.h>
 #include <linux/capability.h>
@@ -39,12 +39,13 @@ int Become(const std::string& name) {
 
 int DropRights(const std::string& user) {
     if (prctl(PR_SET_NO_NEW_PRIVS, 1, 0, 0, 0) != 0) return errno;
-    if (const int error = EmptyBoundingSet()) return error;  // takes a capability: before the user
+    if (const int error = EmptyBoundingSet())
+        return error;  // before Become, which loses the capability for it
     if (!user.empty())
         if (const int error = Become(user)) return error;
     __user_cap_header_struct header{_LINUX_CAPABILITY_VERSION_3, 0};
     const __user_cap_data_struct none[_LINUX_CAPABILITY_U32S_3]{};
-    // Not wrapped by the C library. The ambient set empties itself with the permitted one.
+    // The C library has no function for it. The ambient set becomes empty with the permitted set.
     return syscall(SYS_capset, &header, none) == 0 ? 0 : errno;
 }
 

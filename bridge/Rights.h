@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Giving up what serving requests does not take.
+// Gives up the rights that serving requests does not need.
 #ifndef TALVANE_BRIDGE_RIGHTS_H
 #define TALVANE_BRIDGE_RIGHTS_H
 
@@ -8,10 +8,10 @@
 
 namespace bridge {
 
-// Becomes `user` with that one's groups, or stays who it is where `user` is empty, and gives up all
-// capabilities and the way back to them. Holds for the calling thread and those it starts. Files of
-// the user that is left, such as the IPMI device, can still be opened. Returns 0 or an errno,
-// ENOENT for a user that does not exist.
+// Becomes `user`, with the groups of that user; an empty `user` changes nobody. Then gives up all
+// capabilities for good. Both hold for the calling thread and the threads that it starts. Files
+// that belong to the resulting user, such as the IPMI device, can still be opened. Returns 0 or an
+// errno: ENOENT for a user that does not exist.
 [[nodiscard]] int DropRights(const std::string& user);
 
 }  // namespace bridge

@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// One request from the caller's record to the bytes of its answer.
+// The way of one request, from the caller's record to the bytes of its answer.
 
-#include "Session.h"
+#include "bridge/Session.h"
 
 #include <algorithm>
 #include <cerrno>
 
-#include "CallerRecord.h"
+#include "bridge/CallerRecord.h"
 
 namespace bridge {
 
@@ -16,7 +16,8 @@ int Session::Serve(std::span<const std::uint8_t> call, Bytes& answer) {
     CallerRecord record;
     if (const int error = DecodeRecord(call.first<kRecordSize>(), record)) return error;
     const auto data = call.subspan(kRecordSize);
-    if (data.size() != record.dataLength) return EINVAL;  // changed since it was looked at
+    if (data.size() != record.dataLength)
+        return EINVAL;  // the caller has changed the record since it was first read
 
     const Deadline deadline = Deadline::clock::now() + record.timeout;
     const std::unique_lock<std::timed_mutex> lock(oneAtATime_, deadline);

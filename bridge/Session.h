@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// What one open file of /dev/ipmi does: it turns its caller's records into requests to the BMC, and
-// what becomes of them into the bytes that the caller gets back. One request at a time; waiting for
-// that is part of the request's time-out.
+// What one open file of /dev/ipmi does. It turns its caller's records into requests to the BMC, and
+// the results into the bytes that the caller gets back. It carries out one request at a time. The
+// time-out of a request includes the wait for requests before it.
 #ifndef TALVANE_BRIDGE_SESSION_H
 #define TALVANE_BRIDGE_SESSION_H
 
@@ -10,9 +10,9 @@
 #include <mutex>
 #include <span>
 
-#include "Message.h"
-#include "Reservation.h"
-#include "WholeReads.h"
+#include "bridge/Message.h"
+#include "bridge/Reservation.h"
+#include "bridge/WholeReads.h"
 
 namespace bridge {
 
@@ -20,10 +20,11 @@ class Session {
 public:
     Session(Controller& bmc, Reservation& reservation) : reads_(bmc, reservation) {}
 
-    // Carries out the request of a record (32 bytes) whose data follow it in `call`. Returns 0 and
-    // the record with its result, followed by the response, in `answer`; or an errno.
+    // Carries out the request in `call`: a record of 32 bytes, then the request's data. Returns 0
+    // or an errno. On 0 `answer` holds the record with its result, then the response.
     [[nodiscard]] int Serve(std::span<const std::uint8_t> call, Bytes& answer);
 
+    // Requests that got an answer.
     [[nodiscard]] unsigned long Served() const { return served_; }
 
 private:

@@ -1,30 +1,19 @@
 // SPDX-License-Identifier: MIT
 //
-// The two reads that come in pieces: Get SDR (IPMI 2.0, 33.12), which takes a reservation, and Read
-// FRU Data (34.2).
+// The two reads that can be done in pieces: Get SDR (IPMI 2.0, 33.12), which needs a reservation,
+// and Read FRU Data (34.2).
 
-#include "WholeReads.h"
+#include "bridge/WholeReads.h"
 
 #include <algorithm>
+
+#include "bridge/IpmiCodes.h"
 
 namespace bridge {
 namespace {
 
-constexpr std::uint8_t kStorage = 0x0A;  // network function
-constexpr std::uint8_t kBmcLun = 0;
-constexpr std::uint8_t kReadInventory = 0x11;
-constexpr std::uint8_t kGetRecord = 0x23;
-
-// Completion codes (IPMI 2.0, table 5-2).
-constexpr std::uint8_t kDone = 0x00;
-constexpr std::uint8_t kReservationCancelled = 0xC5;
-constexpr std::uint8_t kLengthInvalid = 0xC7;
-constexpr std::uint8_t kLengthLimitExceeded = 0xC8;
-constexpr std::uint8_t kOutOfRange = 0xC9;
-constexpr std::uint8_t kCannotReturnSoMuch = 0xCA;
-constexpr std::uint8_t kUnspecified = 0xFF;
-
-// Get SDR: reservation, record ID, offset, count; answered by the next record's ID and the bytes.
+// Get SDR. Request: reservation, record ID, offset, count. Response: the next record's ID, the
+// bytes.
 constexpr std::size_t kRecordRequestSize = 6;
 constexpr std::size_t kRecordOffset = 4;
 constexpr std::uint8_t kUpToTheEnd = 0xFF;  // as a count
@@ -33,25 +22,25 @@ constexpr unsigned kHeaderSize = 5;       // record ID, version, type, length of
 constexpr unsigned kLengthInHeader = 4;   // IPMI 2.0, 43
 constexpr unsigned kRecordReach = 0x100;  // the offset is one byte
 
-// Read FRU Data: device, offset in two bytes, count; answered by the count returned and the bytes.
+// Read FRU Data. Request: device, offset in two bytes, count. Response: the count, the bytes.
 constexpr std::size_t kInventoryRequestSize = 4;
 constexpr std::size_t kInventoryOffset = 1;
 constexpr unsigned kInventoryReach = 0x10000;
 
-// What every BMC returns at once; the smallest buffer, that of IPMB, is 32 bytes.
+// Every BMC can return this much at once: the smallest buffer, that of IPMB, has 32 bytes.
 constexpr unsigned kPieceSize = 16;
 
-// Programs beside the bridge may reserve the repository too. One of them is through before this.
+// Other programs may reserve the repository, too. They are done before so many tries are used up.
 constexpr int kReadsPerRecord = 8;
 
-// To the BMC itself: the other LUNs have commands of their own.
+// Whether this is a command for the BMC itself: the other LUNs have commands of their own.
 bool Is(const Request& request, std::uint8_t command, std::size_t size) {
     return request.netFn == kStorage && request.lun == kBmcLun && request.command == command &&
            request.data.size() == size;
 }
 
-// In both requests the count is the last byte. A caller that counts a record's bytes reads in
-// pieces of its own and learns from a refusal how long they may be.
+// In both requests the count is the last byte. A caller that asks for a certain number of bytes of
+// a record reads in pieces itself, and learns from a refusal how long they may be.
 bool IsWholeRecord(const Request& request) {
     return Is(request, kGetRecord, kRecordRequestSize) && request.data.back() == kUpToTheEnd;
 }
@@ -60,13 +49,13 @@ bool IsLongInventory(const Request& request) {
     return Is(request, kReadInventory, kInventoryRequestSize) && request.data.back() > kPieceSize;
 }
 
-bool TooLong(std::uint8_t completion) {
+bool IsTooLong(std::uint8_t completion) {
     return completion == kCannotReturnSoMuch || completion == kLengthLimitExceeded ||
            completion == kLengthInvalid;
 }
 
-// A read in pieces: the request, which takes a new offset and count for each, and the limit on
-// their size, which falls where a BMC refuses 16 bytes too.
+// A read in pieces: the request, which gets a new offset and count for each piece, and the limit on
+// their size, which is halved whenever the BMC refuses a piece.
 class Pieces {
 public:
     Pieces(Controller& bmc, const Request& request, Deadline deadline)
@@ -74,12 +63,12 @@ public:
 
     Bytes& Data() { return request_.data; }
 
-    // Asks for at most `wanted` bytes from the offset in the request on.
+    // Asks for at most `wanted` bytes, starting at the offset in the request.
     [[nodiscard]] int Read(unsigned wanted, Response& response) {
         for (;;) {
             request_.data.back() = static_cast<std::uint8_t>(std::min(wanted, limit_));
             if (const int error = bmc_.Exchange(request_, deadline_, response)) return error;
-            if (!TooLong(response.completion) || limit_ == 1) return 0;
+            if (!IsTooLong(response.completion) || limit_ == 1) return 0;
             limit_ /= 2;
         }
     }
@@ -93,8 +82,8 @@ private:
     unsigned limit_ = kPieceSize;
 };
 
-// Appends the record's bytes up to `end` to those in `record`, the first of which is that at
-// `offset`. `last` is the response to the last piece, and tells by its completion code how it went.
+// Appends the record's bytes up to `end` to those in `record`, which start at `offset`. `last` is
+// the response to the last piece. Its completion code is that of the whole read.
 [[nodiscard]] int AppendRecord(Pieces& pieces, unsigned offset, unsigned end, Bytes& record,
                                Response& last) {
     unsigned at = offset + static_cast<unsigned>(record.size());
@@ -114,7 +103,7 @@ private:
     return 0;
 }
 
-// One record under the reservation in the request. How long it is stands in its header.
+// Reads one record under the reservation in the request. The record's header has its length.
 [[nodiscard]] int ReadReserved(Controller& bmc, const Request& request, Deadline deadline,
                                Response& response) {
     Pieces pieces(bmc, request, deadline);
@@ -140,7 +129,7 @@ private:
     return 0;
 }
 
-// An area of the inventory. Where the device ends before the area does, what there is of it.
+// Reads an area of the inventory. When the device ends within the area, returns what there is.
 [[nodiscard]] int ReadInventory(Controller& bmc, const Request& request, Deadline deadline,
                                 Response& response) {
     Pieces pieces(bmc, request, deadline);
@@ -157,8 +146,8 @@ private:
         if (const int error = pieces.Read(wanted - done, response)) return error;
         if (response.completion == kOutOfRange && done != 0) break;
         if (response.completion != kDone) return 0;
-        // Counted in words where the device is accessed by words, so the bytes may be twice as
-        // many.
+        // For a device that is accessed by words the count is in words, so there may be twice as
+        // many bytes.
         const unsigned count = response.data.empty() ? 0 : response.data[0];
         if (count > pieces.Asked() || response.data.size() < count + std::size_t{1}) {
             response = {kUnspecified, {}};
@@ -182,7 +171,7 @@ int WholeReads::Exchange(const Request& request, Deadline deadline, Response& re
     bool& refused = record ? recordsRefused_ : inventoryRefused_;
     if (!refused) {
         if (const int error = bmc_.Exchange(request, deadline, response)) return error;
-        if (!TooLong(response.completion)) return 0;
+        if (!IsTooLong(response.completion)) return 0;
         refused = true;
     }
     return record ? ReadRecord(request, deadline, response)
@@ -196,7 +185,7 @@ int WholeReads::Pass(const Request& request, Deadline deadline, Response& respon
 }
 
 int WholeReads::ReadRecord(const Request& request, Deadline deadline, Response& response) {
-    // A caller with a reservation of its own learns that it is cancelled and starts over itself.
+    // A caller with its own reservation is told when it is cancelled, and starts over itself.
     if (request.data[0] != 0 || request.data[1] != 0)
         return ReadReserved(bmc_, request, deadline, response);
 

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// talvane-ipmi-bridge: the command line.
+// talvane-ipmi-bridge: its command line.
 
 #include <CLI/CLI.hpp>
 
-#include "CharacterDevice.h"
-#include "Log.h"
+#include "bridge/CharacterDevice.h"
+#include "bridge/Log.h"
 
 int main(int argc, char** argv) {
     CLI::App app{

@@ -72,7 +72,16 @@ simulator/machine/     simulator/machine/ simulator/bmc/ simulator/base/
 simulator/description/ simulator/description/ simulator/machine/ simulator/bmc/ simulator/base/
 simulator/process/     simulator/process/ simulator/machine/ simulator/bmc/ simulator/base/
 simulator/             simulator/
+tools/base/            tools/base/
+tools/library/         tools/library/ tools/base/ Talvane.h InformationRecords.h IPMI/
+tools/records/         tools/records/ tools/library/ tools/base/ Talvane.h InformationRecords.h PCI/PCIscan.h
+tools/changes/         tools/changes/ tools/records/ tools/library/ tools/base/ Talvane.h InformationRecords.h
+tools/sources/         tools/sources/ tools/library/ tools/base/ base/
+tools/                 tools/ Talvane.h InformationRecords.h simulator/Launcher.h
 bridge/                bridge/
+bench/                 Talvane.h IPMI/IPMIsupport.h PCI/PCIscan.h
+vm/                    Talvane.h
+examples/              Talvane.h
 '
 includes=$(lines_of "$cpp_files" | xargs -r grep -HoE '^ *# *include *"[^"]+"' 2>/dev/null |
     sed -E 's/^([^:]*):.*"(.*)"/\1 \2/')

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
+//
+// The rows of all changes, and how the outcome of one is written.
 
 #include "tools/Changes.h"
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 #include "tools/changes/ThresholdChange.h"
 #include "tools/changes/WatchdogChange.h"
 

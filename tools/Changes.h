@@ -1,42 +1,26 @@
 // SPDX-License-Identifier: MIT
 //
-// The commands that change something in the BMC. What could do harm shows first what it would do
-// and is done only when it is confirmed.
+// The commands that change something in the BMC. A change that could do harm first shows what it
+// would do. It is made only when it is confirmed.
+//
+// A further change touches these places:
+//   changes/           the function that makes it
+//   changes/Order.h    what it needs from the command line
+//   Changes.cpp        its row
+//   CommandLine.cpp    its options (AddThresholdChange, AddWatchdogChanges)
+//   CMakeLists.txt     the new file
+//   tests/tools/       its test, and CommandLineTest.cpp for its options
+//   README.md          the list of commands
 #ifndef TALVANE_TOOLS_CHANGES_H
 #define TALVANE_TOOLS_CHANGES_H
 
 #include <ostream>
 #include <span>
-#include <string>
 
-#include "tools/Commands.h"
 #include "tools/Report.h"
+#include "tools/changes/Order.h"
 
 namespace tool {
-
-struct ThresholdOrder {
-    int entity = 0;
-    int type = 0;
-    int which = 0;  // ThresholdFlag
-    double value = 0;
-};
-
-struct WatchdogOrder {
-    int action = 0;
-    int timeout = 0;  // milliseconds
-};
-
-struct Order {
-    ThresholdOrder threshold;
-    WatchdogOrder watchdog;
-    bool confirmed = false;
-};
-
-struct Outcome {
-    std::string text;  // whole sections; empty for none
-    Json json;
-    std::string problem;  // why nothing or not all was done; empty when it was
-};
 
 struct Change {
     const char* name;    // on the command line, words separated by blanks

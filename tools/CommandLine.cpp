@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Options, arguments and their checks, on top of CLI11.
 
 #include "tools/CommandLine.h"
 
@@ -10,18 +12,21 @@
 #include <string_view>
 
 #include "Talvane.h"
-#include "tools/Limits.h"
+#include "tools/library/Limits.h"
 #include "tools/records/Watchdog.h"
 
 namespace tool {
 namespace {
 
 constexpr const char* kMachineOption = "--machine";
-constexpr int kMostSeconds = 86400;
-constexpr int kMostTables = 1000000;
-constexpr int kMostByte = 255;
+constexpr int kMaxSeconds = 86400;
+constexpr int kMaxTables = 1000000;
+constexpr int kMaxByte = 255;
+// Seconds that the library takes as the watchdog's time-out.
+constexpr int kMinWatchdogTimeout = TALVANE_WATCHDOG_SHORTEST / 1000;
+constexpr int kMaxWatchdogTimeout = TALVANE_WATCHDOG_LONGEST / 1000;
 
-// Before the command and behind it.
+// These options are taken before the command and after it.
 void AddOptions(CLI::App& app, Options& options) {
     app.add_flag_callback(
         "--json", [&options] { options.format = Format::kJson; }, "Answer in JSON");
@@ -29,7 +34,7 @@ void AddOptions(CLI::App& app, Options& options) {
         ->type_name("DIR");
 }
 
-// A command below another is parsed before that one is complete.
+// A command below another is complete before the other one is, and so is selected first.
 void Select(Options& options, const char* name) {
     if (options.command.empty()) options.command = name;
 }
@@ -42,7 +47,7 @@ CLI::App* AddCommand(CLI::App& app, Options& options, const char* name, const ch
     return command;
 }
 
-// A command below a command; `name` is that of both, the words separated by a blank.
+// A command below a command. `name` has the words of both, separated by a blank.
 CLI::App* AddChange(CLI::App& parent, Options& options, const char* name, const char* help) {
     const std::string word = std::string(name).substr(std::string_view(name).rfind(' ') + 1);
     CLI::App* change = parent.add_subcommand(word, help);
@@ -52,19 +57,19 @@ CLI::App* AddChange(CLI::App& parent, Options& options, const char* name, const 
 }
 
 void AddConfirmation(CLI::App& change, Options& options) {
-    change.add_flag("--yes", options.order.confirmed, "Do it; without, it is only shown");
+    change.add_flag("--yes", options.order.confirmed, "Do it; without this option, only show it");
 }
 
-// The number that a text stands for; nothing when it is none.
-std::optional<double> Number(const std::string& text) {
+// The number that a text stands for; nothing when it is not a number.
+std::optional<double> NumberOf(const std::string& text) {
     char* end = nullptr;
     const double value = std::strtod(text.c_str(), &end);
     if (text.empty() || *end != '\0' || !std::isfinite(value)) return std::nullopt;
     return value;
 }
 
-// The same of whole numbers, decimal or hexadecimal with 0x in front.
-std::optional<int> WholeNumber(const std::string& text) {
+// The same for whole numbers, decimal or hexadecimal (with 0x in front).
+std::optional<int> WholeNumberOf(const std::string& text) {
     const bool isHexadecimal = text.starts_with("0x") || text.starts_with("0X");
     const char* const begin = text.data() + (isHexadecimal ? 2 : 0);
     const char* const end = text.data() + text.size();
@@ -77,18 +82,18 @@ std::optional<int> WholeNumber(const std::string& text) {
 CLI::Validator Within(double least, double most) {
     return CLI::Validator(
         [=](const std::string& text) {
-            const auto value = Number(text);
+            const auto value = NumberOf(text);
             if (value && *value >= least && *value <= most) return std::string();
             return text + " is no number from " + NumberText(least) + " to " + NumberText(most);
         },
         "");
 }
 
-// Leaves the number in decimal digits without zeros in front, which would be read as octal.
+// Rewrites the number in decimal digits without leading zeros, which would be read as octal.
 CLI::Validator WholeWithin(int least, int most) {
     return CLI::Validator(
         [=](std::string& text) {
-            const auto value = WholeNumber(text);
+            const auto value = WholeNumberOf(text);
             if (!value || *value < least || *value > most)
                 return text + " is no whole number from " + std::to_string(least) + " to " +
                        std::to_string(most);
@@ -100,15 +105,14 @@ CLI::Validator WholeWithin(int least, int most) {
 
 void AddWatch(CLI::App& sensors, Watch& watch) {
     auto* seconds = sensors.add_option("--watch", watch.seconds, "Show again after every so many");
-    seconds->type_name("SECONDS")->transform(WholeWithin(1, kMostSeconds));
+    seconds->type_name("SECONDS")->transform(WholeWithin(1, kMaxSeconds));
     sensors.add_option("--count", watch.count, "End after so many tables")
         ->type_name("N")
-        ->transform(WholeWithin(1, kMostTables))
+        ->transform(WholeWithin(1, kMaxTables))
         ->needs(seconds);
 }
 
-// Takes a name for its code; `others` says what is accepted as it stands beside them, and how the
-// complaint calls it.
+// Replaces a name by its code. With `orByte` a number from 0 to 255 is accepted as well.
 CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names, bool orByte = false) {
     return CLI::Validator(
         [names, orByte](std::string& text) -> std::string {
@@ -120,21 +124,21 @@ CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names, bool
                 }
                 known += (known.empty() ? "" : ", ") + name;
             }
-            if (orByte && WholeWithin(0, kMostByte)(text).empty()) return "";
+            if (orByte && WholeWithin(0, kMaxByte)(text).empty()) return "";
             return text + " is none of " + known + (orByte ? ", nor a number from 0 to 255" : "");
         },
         "");
 }
 
 std::string NumberProblem(const std::string& text) {
-    return Number(text) ? "" : text + " is no number";
+    return NumberOf(text) ? "" : text + " is no number";
 }
 
 void AddThresholdChange(CLI::App& app, Options& options) {
     CLI::App* threshold = app.add_subcommand("threshold", "Set a threshold: threshold set --help");
     threshold->group("Commands");
     AddOptions(*threshold, options);
-    // The least number is checked below, in words of the tool's own.
+    // That one is given is checked below, in the tool's own words.
     threshold->require_subcommand(0, 1);
     threshold->final_callback([threshold] {
         if (threshold->get_subcommands().empty()) throw CLI::RequiredError("threshold: set");
@@ -150,7 +154,7 @@ void AddThresholdChange(CLI::App& app, Options& options) {
     set->add_option("--entity", order.entity, "Entity's number, as talvane sensors shows it")
         ->type_name("E")
         ->required()
-        ->transform(WholeWithin(0, kMostByte));
+        ->transform(WholeWithin(0, kMaxByte));
     set->add_option("--type", order.type, "temperature, voltage, fan, or a sensor type's number")
         ->type_name("T")
         ->required()
@@ -190,10 +194,11 @@ void AddWatchdogChanges(CLI::App& watchdog, Options& options) {
            [&order](double seconds) {
                order.timeout = static_cast<int>(std::lround(seconds * 1000));
            },
-           "Seconds until the action, 10 to 999")
+           "Seconds until the action, " + std::to_string(kMinWatchdogTimeout) + " to " +
+               std::to_string(kMaxWatchdogTimeout))
         ->type_name("SECONDS")
         ->required()
-        ->check(Within(10, 999));
+        ->check(Within(kMinWatchdogTimeout, kMaxWatchdogTimeout));
     AddConfirmation(*set, options);
     AddConfirmation(
         *AddChange(watchdog, options, "watchdog reset", "Start it over; asks for --yes"), options);
@@ -212,7 +217,7 @@ void AddCommands(CLI::App& app, Options& options) {
                 ->add_option("--interval", options.settings.loadInterval,
                              "Watch the processors for so long; 1 when not given")
                 ->type_name("SECONDS")
-                ->transform(WholeWithin(1, kMostSeconds));
+                ->transform(WholeWithin(1, kMaxSeconds));
     }
     AddThresholdChange(app, options);
 }
@@ -241,8 +246,8 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
         "2 usage or output error.");
     AddOptions(app, options);
     AddCommands(app, options);
-    // The least number is checked below: here a mistyped command would be reported as a missing
-    // one.
+    // That one is given is checked below. If it were checked here, a mistyped command would be
+    // reported as a missing one.
     app.require_subcommand(0, 1);
     app.get_formatter()->label("SUBCOMMAND", "COMMAND");
     app.failure_message([](const CLI::App* whole, const CLI::Error& error) {

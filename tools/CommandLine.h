@@ -16,12 +16,12 @@
 namespace tool {
 
 inline constexpr int kAllDone = 0;
-inline constexpr int kIncomplete = 1;  // a source was not read, a change not made
-inline constexpr int kFailure = 2;     // usage error, unusable machine, output lost
+inline constexpr int kIncomplete = 1;  // a source was not read, or a change was not made
+inline constexpr int kFailure = 2;     // usage error, unusable machine, or lost output
 
 inline constexpr const char* kReport = "report";  // the command that runs all of Commands()
 
-// Repetition of a command: one table when `seconds` is 0.
+// How often a command is repeated: once only when `seconds` is 0.
 struct Watch {
     int seconds = 0;  // between tables
     int count = 0;    // of tables; 0 for no end
@@ -34,11 +34,11 @@ struct Options {
     Settings settings;
     Watch watch;
     Order order;
-    std::vector<std::string> arguments;  // all of the line but --machine
+    std::vector<std::string> arguments;  // the whole line without --machine
 };
 
-// The options, or the exit status when the line asks for nothing to be run: help and version go to
-// standard output, a usage error to standard error.
+// The options, or the exit status when there is nothing to run: help and version have gone to
+// standard output, or a usage error to standard error.
 std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]);
 
 }  // namespace tool

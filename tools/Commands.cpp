@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The rows of all commands, in the order of the report.
 
 #include "tools/Commands.h"
 

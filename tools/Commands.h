@@ -1,7 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
-// The commands that show a record, one row each. A further record is one pair of files in records/
-// and one row in Commands.cpp.
+// The commands that show a record, one row each.
+//
+// A further record touches these places:
+//   records/           its pair of files: Read..., ToText and ToJson
+//   Commands.cpp       its row, which also gives it its place in the report
+//   CMakeLists.txt     the new file
+//   base/Source.h      where it comes from, if that is a new source; sources/ says why that failed
+//   CommandLine.cpp    options of its own, if it has some (AddCommands); base/Settings.h keeps them
+//   tests/tools/       its test; the lists of commands in CommandLineTest.cpp and GoldenTest.cpp;
+//                      golden/, recorded anew
+//   README.md          the list of commands
 #ifndef TALVANE_TOOLS_COMMANDS_H
 #define TALVANE_TOOLS_COMMANDS_H
 
@@ -10,8 +19,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/Json.h"
-#include "tools/Source.h"
+#include "tools/base/Json.h"
+#include "tools/base/Settings.h"
+#include "tools/base/Source.h"
 
 namespace tool {
 
@@ -19,12 +29,7 @@ namespace tool {
 struct Answer {
     std::string text;  // whole sections
     Json json;
-    std::vector<const Source*> notRead = {};  // of parts that are missing from it
-};
-
-// What a record is read with.
-struct Settings {
-    int loadInterval = 1;  // seconds
+    std::vector<const Source*> notRead = {};  // the sources of the parts that are missing
 };
 
 struct Command {

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Collects the answers first, so that each source that failed is named once.
 
 #include "tools/Report.h"
 
@@ -6,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {
@@ -19,7 +21,7 @@ struct Missing {
     std::string commands;  // names, separated by commas
 };
 
-struct Outcome {
+struct Answers {
     std::vector<std::string> sections;
     Json json = Json::object();
     std::vector<Missing> missing;
@@ -35,34 +37,34 @@ void Miss(std::vector<Missing>& missing, const Source* source, const char* comma
         known->commands += std::string(", ") + command;
 }
 
-Outcome RunAll(std::span<const Command> commands, const Settings& settings) {
-    Outcome outcome;
+Answers AskAll(std::span<const Command> commands, const Settings& settings) {
+    Answers answers;
     for (const Command& command : commands) {
         const auto answer = command.ask(settings);
-        outcome.json[command.name] = answer ? answer->json : Json();
+        answers.json[command.name] = answer ? answer->json : Json();
         if (!answer) {
-            Miss(outcome.missing, command.source, command.name);
+            Miss(answers.missing, command.source, command.name);
             continue;
         }
-        outcome.sections.push_back(answer->text);
-        for (const Source* source : answer->notRead) Miss(outcome.missing, source, command.name);
+        answers.sections.push_back(answer->text);
+        for (const Source* source : answer->notRead) Miss(answers.missing, source, command.name);
     }
-    return outcome;
+    return answers;
 }
 
-void WriteText(const Outcome& outcome, std::ostream& out) {
-    std::vector<std::string> sections = outcome.sections;
+void WriteText(const Answers& answers, std::ostream& out) {
+    std::vector<std::string> sections = answers.sections;
     std::vector<Fact> notRead;
-    for (const Missing& missing : outcome.missing)
+    for (const Missing& missing : answers.missing)
         notRead.push_back({missing.source->name, missing.commands});
     if (!notRead.empty()) sections.push_back(Section("Not read", {FactBlock(notRead)}));
     out << Page(sections);
 }
 
-void WriteJson(const Outcome& outcome, std::ostream& out) {
-    Json json = outcome.json;
+void WriteJson(const Answers& answers, std::ostream& out) {
+    Json json = answers.json;
     json["errors"] = Json::array();
-    for (const Missing& missing : outcome.missing)
+    for (const Missing& missing : answers.missing)
         json["errors"].push_back(
             {{"source", missing.source->name}, {"message", Utf8(missing.message)}});
     DumpJson(json, out);
@@ -78,13 +80,13 @@ void DumpJson(const Json& json, std::ostream& out) {
 
 bool Report(std::span<const Command> commands, const Settings& settings, Format format,
             std::ostream& out, std::ostream& err) {
-    const Outcome outcome = RunAll(commands, settings);
+    const Answers answers = AskAll(commands, settings);
     if (format == Format::kJson)
-        WriteJson(outcome, out);
+        WriteJson(answers, out);
     else
-        WriteText(outcome, out);
-    for (const Missing& missing : outcome.missing) err << "talvane: " << missing.message << '\n';
-    return outcome.missing.empty();
+        WriteText(answers, out);
+    for (const Missing& missing : answers.missing) err << "talvane: " << missing.message << '\n';
+    return answers.missing.empty();
 }
 
 }  // namespace tool

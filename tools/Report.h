@@ -15,9 +15,9 @@ enum class Format { kText, kJson };
 
 // Writes the answers to `out`, and to `err` one line for each source that could not be read.
 //
-// Text ends in a section "Not read" when something is missing, of which other parts may have been
-// read. JSON is one object with a member for each command, null where it could not be read, and the
-// array "errors" of {source, message}.
+// When something is missing, the text ends with a section "Not read". It names each source with its
+// commands, even those of which other parts were read. JSON is one object with a member for each
+// command, null when nothing of it could be read, and the array "errors" of {source, message}.
 //
 // Returns whether everything could be read.
 bool Report(std::span<const Command> commands, const Settings& settings, Format format,

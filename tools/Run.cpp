@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Finds the command in the tables, and repeats it where that is asked for.
 
 #include "tools/Run.h"
 
@@ -14,7 +16,7 @@ void Flush() {
     if (!std::cout.flush()) throw std::runtime_error("cannot write to standard output");
 }
 
-// What the name stands for; all commands for the report, none for a change.
+// The command of that name; all commands for the report, none for a change.
 std::span<const Command> Selected(const std::string& name) {
     const auto commands = Commands();
     if (name == kReport) return commands;
@@ -23,7 +25,7 @@ std::span<const Command> Selected(const std::string& name) {
     return {};
 }
 
-// Between two tables: a terminal is cleared, anything else gets a blank line.
+// Between two tables a terminal is cleared; any other output gets a blank line.
 void BeginNext(const Watch& watch, Format format) {
     (void)sleep(static_cast<unsigned>(watch.seconds));  // an early table does no harm
     constexpr const char* kHomeAndClear = "\x1B[H\x1B[2J";

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// talvane: shows what libTalvane reads, as an agent that uses its C interface, and its classes
-// where that does not tell enough.
+// talvane: shows what libTalvane reads. It uses the C interface as an agent does, and the library's
+// classes where the C interface does not offer enough.
 
 #include <filesystem>
 #include <iostream>
@@ -21,7 +21,7 @@ namespace {
     std::vector<char*> argv;
     for (std::string& argument : line) argv.push_back(argument.data());
     argv.push_back(nullptr);
-    // Repetition without an end is for a person to follow.
+    // A person watches a repetition without end, so that it runs in real time.
     const bool isEndless = options.watch.seconds != 0 && options.watch.count == 0;
     sim::RunOnMachine(options.machine, argv.data(), {.realTime = isEndless});
 }

@@ -1,10 +1,10 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 #
-# Downloads the machine's packages, with apt but apart from what apt knows of this computer, so that
-# neither root nor a foreign architecture in its configuration is needed. Does nothing, and needs no
-# network, when they are in the cache. What an interrupted run left is downloaded again.
-# VM_MIRROR names the archive, by default the one that this computer has its own packages from.
+# Downloads the machine's packages. It uses apt with a configuration of its own, so that it needs
+# neither root nor a foreign architecture on this computer. When the packages are in the cache, it does
+# nothing and needs no network. What an interrupted run left is downloaded again.
+# VM_MIRROR names the archive. The default is the one that this computer gets its packages from.
 # Usage: fetch.sh CACHE
 set -eu
 export LC_ALL=C  # apt's words are read below

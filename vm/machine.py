@@ -7,7 +7,7 @@ Usage: machine.py CACHE PAYLOAD RESULTS strict|relaxed|wide [speed]
 PAYLOAD is a folder whose program `run` the machine starts; RESULTS is the folder that gets what it
 leaves. Fails, with the last lines that the machine wrote, when that program does, when the machine
 takes too long or when it leaves nothing. The kernel is one of 32 bits, or, with `wide`, of 64. Except with `strict`, it lets the library
-read the mebibyte of physical memory behind the BIOS, which kernels otherwise refuse. The BMC is
+read the mebibyte of physical memory after the BIOS, which kernels otherwise refuse. The BMC is
 OpenIPMI's ipmi_sim in a process of its own. The payload can stop and continue it by a line on the
 serial console: "@bmc stop", "@bmc continue".
 With `speed`, "@ports NAME" begins to record the accesses to I/O ports and memory of devices in
@@ -98,7 +98,7 @@ def emulator(machine, disks, port, monitor, kind):
                "-chardev", f"socket,id=ipmi0,host=127.0.0.1,port={port},reconnect=1",
                "-device", "ipmi-bmc-extern,id=bmc0,chardev=ipmi0",
                "-device", "isa-ipmi-kcs,bmc=bmc0",
-               # More for the PCI report: a bridge with a device behind it, and several interfaces.
+               # More for the PCI report: a bridge with a device below it, and several interfaces.
                "-device", "piix3-usb-uhci", "-device", "qemu-xhci", "-device", "pci-serial",
                "-device", "pci-bridge,id=bridge1,chassis_nr=1",
                "-device", "e1000,bus=bridge1,addr=3", "-device", "rtl8139,bus=bridge1,addr=5"]

@@ -1,8 +1,8 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
 #
-# Builds what runs in the machine: the library and its tool as they are installed anywhere, the
-# bridge in both widths, and the programs that ask them. Usage: payload.sh CACHE FOLDER [speed]
+# Builds what runs in the machine: the library and its tool, installed as on any computer; the bridge
+# for 32 and 64 bits; and the programs that ask them. Usage: payload.sh CACHE FOLDER [speed]
 set -euo pipefail
 cache=$1
 folder=$2

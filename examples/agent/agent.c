@@ -7,13 +7,14 @@
 #include <stdio.h>
 #include <stdlib.h>
 
-// A text field: terminated, or filled to its last byte.
+// A text field. It is NUL-terminated unless it is filled to its last byte.
 #define TEXT(field) (int)sizeof(field), field
 
-// The firmware may state up to 16 processors, and as many are written: twice what the record holds.
-enum { kMostProcessors = 16 };
+// The library fills as many processors as the firmware states. That can be 16, twice as many as the
+// record holds.
+enum { kMaxProcessors = 16 };
 
-// A zero-filled record, for the library fills fields without terminating them.
+// A zero-filled record, since the library does not terminate the texts that it writes.
 static void* NewRecord(size_t size) {
     void* record = calloc(1, size);
     if (record == NULL) {
@@ -39,7 +40,7 @@ static void PrintSystem(void) {
 
 static void PrintProcessors(void) {
     ProcessorInformation* processors =
-        NewRecord(offsetof(ProcessorInformation, cpu) + kMostProcessors * sizeof(CPU));
+        NewRecord(offsetof(ProcessorInformation, cpu) + kMaxProcessors * sizeof(CPU));
     if (GetInfo(TALVANE_PROCESSORS, processors) == 0) {
         printf("Processors: %d\n", processors->quantity);
         for (int i = 0; i < processors->quantity; ++i) {

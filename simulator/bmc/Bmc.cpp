@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <stdexcept>
 
 #include "simulator/base/AccessLog.h"
 #include "simulator/base/CallText.h"

@@ -164,7 +164,8 @@ public:
     void Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
 
     // Every request so far, in order; their texts; how many were for one command, which is given by
-    // its numbers or by its name. std::invalid_argument for a name that the controller does not know.
+    // its numbers or by its name. std::invalid_argument for a name that the controller does not
+    // know.
     const std::vector<BmcRequest>& Requests() const { return requests_; }
     std::vector<std::string> RequestTexts() const;
     std::size_t Count(std::string_view command) const;

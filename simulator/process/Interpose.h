@@ -23,8 +23,8 @@ public:
     static Machine* GetMachine();
 };
 
-// Do nothing. The calls to them make the linker take the files of the allocating operators and of the
-// port primitives from the archive, since nothing else refers to those files.
+// Do nothing. The calls to them make the linker take the files of the allocating operators and of
+// the port primitives from the archive, since nothing else refers to those files.
 void LinkInterposedAllocations();
 void LinkInterposedPorts();
 

@@ -35,9 +35,9 @@ int IPMIsupport::GetSensorNumberInfo(unsigned char, unsigned char, int, SensorNu
 
 namespace {
 
-class Completion : public ::testing::Test {
+class CompletionTest : public ::testing::Test {
 protected:
-    Completion() {
+    CompletionTest() {
         server.GetBmc();
         support = std::make_unique<IPMIsupport>();
     }
@@ -45,7 +45,7 @@ protected:
     std::unique_ptr<IPMIsupport> support;
 };
 
-TEST_F(Completion, ARefusedQueryFailsAndLeavesItsAnswers) {
+TEST_F(CompletionTest, ARefusedQueryFailsAndLeavesItsAnswers) {
     int count = 7;
     int version = 7;
     unsigned short reservation = 7;
@@ -69,7 +69,7 @@ TEST_F(Completion, ARefusedQueryFailsAndLeavesItsAnswers) {
     EXPECT_EQ(sensor.request.data, nullptr);
 }
 
-TEST_F(Completion, RefusedThresholdsAreCleared) {
+TEST_F(CompletionTest, RefusedThresholdsAreCleared) {
     SensorThresholdInfoRaw raw{};
     SensorThresholdInfoConverted converted{};
     raw.deviceID = 7;
@@ -78,7 +78,7 @@ TEST_F(Completion, RefusedThresholdsAreCleared) {
     EXPECT_EQ(support->SetSensorThreshold(1, raw), -1);
 }
 
-TEST_F(Completion, ARefusedChannelReleasesItsRequest) {
+TEST_F(CompletionTest, ARefusedChannelReleasesItsRequest) {
     ChannelInfo channel{7, 7, 7};
     EXPECT_EQ(support->GetChannelInfo(3, &channel), -1);
     EXPECT_EQ(channel.channelNumber, 7);
@@ -88,7 +88,7 @@ TEST_F(Completion, ARefusedChannelReleasesItsRequest) {
     EXPECT_EQ(sent, 2) << "the search ends with the first failure";
 }
 
-TEST_F(Completion, TheRecordOfARefusedSettingGoesOnPointingAtItsData) {
+TEST_F(CompletionTest, TheRecordOfARefusedSettingGoesOnPointingAtItsData) {
     EXPECT_EQ(support->SetWatchDogTimer(1, 10000), -1);
     ASSERT_NE(support->request.data, nullptr);
     EXPECT_EQ(support->request.data[4], 100);
@@ -99,7 +99,7 @@ TEST_F(Completion, TheRecordOfARefusedSettingGoesOnPointingAtItsData) {
     EXPECT_EQ(support->request.data, nullptr) << "until the next request";
 }
 
-TEST_F(Completion, ALanSettingRefusedAtTheSubnetMaskHasSentFiveRequests) {
+TEST_F(CompletionTest, ALanSettingRefusedAtTheSubnetMaskHasSentFiveRequests) {
     refuseFrom = 5;
     const LANParameter lan{1, {192, 168, 0, 7}, {0, 1, 2, 3, 4, 5}, {255, 255, 255, 0}};
     EXPECT_EQ(support->SetLANParameter(lan), -1);
@@ -108,14 +108,14 @@ TEST_F(Completion, ALanSettingRefusedAtTheSubnetMaskHasSentFiveRequests) {
     EXPECT_EQ(support->request.data[1], 6) << "the mask's selector";
 }
 
-TEST_F(Completion, ARefusedUserNameSendsNoPassword) {
+TEST_F(CompletionTest, ARefusedUserNameSendsNoPassword) {
     EXPECT_EQ(support->SetUserInfo(2, "admin", nullptr), -1);
     EXPECT_EQ(sent, 1);
     ASSERT_NE(support->request.data, nullptr);
     EXPECT_EQ(support->request.data[1], 'a');
 }
 
-TEST_F(Completion, ARefusedPasswordFails) {
+TEST_F(CompletionTest, ARefusedPasswordFails) {
     refuseFrom = 2;
     EXPECT_EQ(support->SetUserInfo(2, "admin", nullptr), -1);
     EXPECT_EQ(sent, 2);
@@ -124,7 +124,7 @@ TEST_F(Completion, ARefusedPasswordFails) {
     EXPECT_EQ(support->request.data[1], 0);
 }
 
-TEST_F(Completion, ARefusedInventoryClearsItsRequest) {
+TEST_F(CompletionTest, ARefusedInventoryClearsItsRequest) {
     EXPECT_EQ(support->fru.GetFRU(), -1);
     EXPECT_EQ(support->fru.GetCommonHeaderInfo(), -1);
     EXPECT_EQ(support->fru.GetBoardInfo(), -1);
@@ -137,7 +137,7 @@ TEST_F(Completion, ARefusedInventoryClearsItsRequest) {
     EXPECT_EQ(support->GetFRUInfo(), -1);
 }
 
-TEST_F(Completion, AFailedLookupLeavesTheSettingOfThresholdsBusy) {
+TEST_F(CompletionTest, AFailedLookupLeavesTheSettingOfThresholdsBusy) {
     refuseFrom = 100000;
     SensorThresholdInformation list{};
     EXPECT_EQ(GetThresholdInfo(3, 1, &list), -1);

@@ -10,9 +10,9 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-class Controller : public IpmiTest {};
+class ControllerTest : public IpmiTest {};
 
-TEST_F(Controller, TheWatchdogIsSetInTenthsOfASecond) {
+TEST_F(ControllerTest, TheWatchdogIsSetInTenthsOfASecond) {
     EXPECT_EQ(Support().SetWatchDogTimer(1, 10000), 0);
     EXPECT_EQ(Support().SetWatchDogTimer(1, 999000), 0);
     EXPECT_EQ(Support().SetWatchDogTimer(1, 10099), 0);
@@ -22,18 +22,18 @@ TEST_F(Controller, TheWatchdogIsSetInTenthsOfASecond) {
     EXPECT_EQ(bmc.Requests()[0].timeout, 3000u);
 }
 
-TEST_F(Controller, TimesOutsideOfTheRangeAreRefusedWithoutARequest) {
+TEST_F(ControllerTest, TimesOutsideOfTheRangeAreRefusedWithoutARequest) {
     for (const int timeOut : {9999, 999001, 0, -1, -2147483647 - 1, 2147483647})
         EXPECT_EQ(Support().SetWatchDogTimer(1, timeOut), -1) << timeOut;
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Controller, OnlyTheLowThreeBitsOfAnActionAreSent) {
+TEST_F(ControllerTest, OnlyTheLowThreeBitsOfAnActionAreSent) {
     EXPECT_EQ(Support().SetWatchDogTimer(0x0B, 10000), 0);
     EXPECT_EQ(bmc.RequestTexts()[0], "Set Watchdog Timer 04 03 00 00 64 00");
 }
 
-TEST_F(Controller, SettingStopsTheWatchdogAndResettingStartsIt) {
+TEST_F(ControllerTest, SettingStopsTheWatchdogAndResettingStartsIt) {
     ASSERT_EQ(Support().SetWatchDogTimer(1, 20000), 0);
     EXPECT_FALSE(bmc.Watchdog().running);
     ASSERT_EQ(Support().ResetWatchDogTimer(), 0);
@@ -52,7 +52,7 @@ TEST_F(Controller, SettingStopsTheWatchdogAndResettingStartsIt) {
     EXPECT_FALSE(bmc.Watchdog().running);
 }
 
-TEST_F(Controller, CountdownsHaveSixteenBits) {
+TEST_F(ControllerTest, CountdownsHaveSixteenBits) {
     bmc.Intercept([](const sim::BmcRequest&) {
         return sim::Bytes{0x44, 0xFA, 0, 0, 0x10, 0x27, 0xFF, 0xFF};
     });
@@ -65,7 +65,7 @@ TEST_F(Controller, CountdownsHaveSixteenBits) {
     EXPECT_EQ(present, 6553500);
 }
 
-TEST_F(Controller, TheFirmwareRevisionIsTwoNumbers) {
+TEST_F(ControllerTest, TheFirmwareRevisionIsTwoNumbers) {
     bmc.SetFirmware(0x81, 0x25);
     unsigned char major = 0;
     unsigned char minor = 0;
@@ -82,7 +82,7 @@ TEST_F(Controller, TheFirmwareRevisionIsTwoNumbers) {
     EXPECT_THAT(bmc.Requests(), SizeIs(2));
 }
 
-TEST_F(Controller, AChannelIsDescribedUnderTheNumberThatWasAskedFor) {
+TEST_F(ControllerTest, AChannelIsDescribedUnderTheNumberThatWasAskedFor) {
     bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{9, 0xF4, 0xE1}; });
     ChannelInfo channel{};
     EXPECT_EQ(Support().GetChannelInfo(3, &channel), 0);
@@ -95,7 +95,7 @@ TEST_F(Controller, AChannelIsDescribedUnderTheNumberThatWasAskedFor) {
     EXPECT_THAT(bmc.Requests(), SizeIs(1));
 }
 
-TEST_F(Controller, TheLanChannelIsLookedForUpToTheFirst) {
+TEST_F(ControllerTest, TheLanChannelIsLookedForUpToTheFirst) {
     bmc.SetChannel(3, {IPMIbase::LAN_802_3, 1});
     ChannelInfo channel{};
     EXPECT_EQ(Support().GetLANChannelInfo(&channel), 0);
@@ -105,7 +105,7 @@ TEST_F(Controller, TheLanChannelIsLookedForUpToTheFirst) {
                 ElementsAre("Get Channel Info 01", "Get Channel Info 02", "Get Channel Info 03"));
 }
 
-TEST_F(Controller, ALanChannelIsOneWhoseWholeMediumByteSaysSo) {
+TEST_F(ControllerTest, ALanChannelIsOneWhoseWholeMediumByteSaysSo) {
     bmc.SetChannel(2, {0x84, 1});
     bmc.SetChannel(5, {4, 1});
     ChannelInfo channel{};
@@ -113,7 +113,7 @@ TEST_F(Controller, ALanChannelIsOneWhoseWholeMediumByteSaysSo) {
     EXPECT_EQ(channel.channelNumber, 5);
 }
 
-TEST_F(Controller, WithoutALanChannelTheSeventhIsTheAnswer) {
+TEST_F(ControllerTest, WithoutALanChannelTheSeventhIsTheAnswer) {
     bmc.SetChannel(7, {5, 2});
     ChannelInfo channel{};
     EXPECT_EQ(Support().GetLANChannelInfo(&channel), 0);
@@ -122,7 +122,7 @@ TEST_F(Controller, WithoutALanChannelTheSeventhIsTheAnswer) {
     EXPECT_THAT(bmc.Requests(), SizeIs(7));
 }
 
-TEST_F(Controller, AUserIsSetWithoutAPasswordOnly) {
+TEST_F(ControllerTest, AUserIsSetWithoutAPasswordOnly) {
     EXPECT_EQ(Support().SetUserInfo(2, "admin", "secret"), -1);
     EXPECT_EQ(Support().SetUserInfo(2, "admin", ""), -1);
     EXPECT_EQ(Support().SetUserInfo(2, nullptr, nullptr), -1);
@@ -135,13 +135,13 @@ TEST_F(Controller, AUserIsSetWithoutAPasswordOnly) {
     EXPECT_EQ(Support().request.data, nullptr);
 }
 
-TEST_F(Controller, AUserNameHasSixteenCharactersAndNoTerminator) {
+TEST_F(ControllerTest, AUserNameHasSixteenCharactersAndNoTerminator) {
     ASSERT_EQ(Support().SetUserInfo(3, "abcdefghijklmnopq", nullptr), 0);
     EXPECT_EQ(bmc.RequestTexts()[0],
               "Get Channel Info 03 61 62 63 64 65 66 67 68 69 6A 6B 6C 6D 6E 6F 70");
 }
 
-TEST_F(Controller, ALanChannelIsSetInTwelveSteps) {
+TEST_F(ControllerTest, ALanChannelIsSetInTwelveSteps) {
     const LANParameter lan{1, {192, 168, 0, 7}, {0, 1, 2, 3, 4, 5}, {255, 255, 255, 0}};
     EXPECT_EQ(Support().SetLANParameter(lan), 0);
     const std::string set = "Set LAN Configuration Parameters 01 ";
@@ -155,14 +155,14 @@ TEST_F(Controller, ALanChannelIsSetInTwelveSteps) {
     EXPECT_EQ(Support().request.rsSa, 0x20);
 }
 
-TEST_F(Controller, TheNumberOfALanChannelGoesOutAsItStands) {
+TEST_F(ControllerTest, TheNumberOfALanChannelGoesOutAsItStands) {
     LANParameter lan{};
     lan.channelNumber = 0xFE;
     EXPECT_EQ(Support().SetLANParameter(lan), 0);
     for (const sim::BmcRequest& request : bmc.Requests()) EXPECT_EQ(request.data[0], 0xFE);
 }
 
-TEST_F(Controller, EveryCommandGoesToTheControllerOnThePublicBus) {
+TEST_F(ControllerTest, EveryCommandGoesToTheControllerOnThePublicBus) {
     int number = 0;
     unsigned char byte = 0;
     ChannelInfo channel{};
@@ -186,7 +186,7 @@ TEST_F(Controller, EveryCommandGoesToTheControllerOnThePublicBus) {
     EXPECT_EQ(ask([](IPMIsupport& s) { return s.SetLANParameter({}); }), 12u);
 }
 
-TEST_F(Controller, WithoutAControllerEveryCommandFails) {
+TEST_F(ControllerTest, WithoutAControllerEveryCommandFails) {
     Support();
     InitOK = 0;
     int number = 0;
@@ -203,7 +203,7 @@ TEST_F(Controller, WithoutAControllerEveryCommandFails) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Controller, ATransportFailureReadsAsZeros) {
+TEST_F(ControllerTest, ATransportFailureReadsAsZeros) {
     Support();
     server.Fail("ioctl", 1);
     int action = 7;
@@ -215,7 +215,7 @@ TEST_F(Controller, ATransportFailureReadsAsZeros) {
     EXPECT_EQ(present, 0);
 }
 
-TEST_F(Controller, EnumeratorsAreWireValues) {
+TEST_F(ControllerTest, EnumeratorsAreWireValues) {
     EXPECT_EQ(IPMIbase::get_device_id, 1);
     EXPECT_EQ(IPMIbase::clear_SEL, 71);
     EXPECT_EQ(IPMIbase::set_aux_log_status, 91);

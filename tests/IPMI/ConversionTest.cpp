@@ -21,7 +21,7 @@ constexpr unsigned char kOnesComplement = 0x40;
 constexpr unsigned char kTwosComplement = 0x80;
 constexpr unsigned char kNoAnalog = 0xC0;
 
-class Conversion : public ::testing::Test {
+class ConversionTest : public ::testing::Test {
 protected:
     static SensorFormulaParameter Formula(int m, int b, int bExponent, int rExponent,
                                           unsigned char unit1 = kUnsigned, int linearization = 0) {
@@ -51,23 +51,23 @@ protected:
     Sensor sensor;
 };
 
-TEST_F(Conversion, OneHundredFiftyStepsOfTwoHundredthsAreThree) {
+TEST_F(ConversionTest, OneHundredFiftyStepsOfTwoHundredthsAreThree) {
     EXPECT_EQ(Value(Formula(2, 0, 0, -2), 150), 3.0);
 }
 
-TEST_F(Conversion, OffsetAndExponentsCount) {
+TEST_F(ConversionTest, OffsetAndExponentsCount) {
     EXPECT_EQ(sensor.GetFormulaInput(Formula(3, 5, 2, 1), 7), (3 * 7 + 500) * 10.0);
     EXPECT_EQ(sensor.GetFormulaInput(Formula(-3, -5, -1, 0), 255), -765.5);
 }
 
-TEST_F(Conversion, OnesComplementReadingsAreMagnitudes) {
+TEST_F(ConversionTest, OnesComplementReadingsAreMagnitudes) {
     const SensorFormulaParameter formula = Formula(1, 0, 0, 0, kOnesComplement);
     EXPECT_EQ(Value(formula, 0xFE), 1.0);
     EXPECT_EQ(Value(formula, 0x01), 254.0);
     EXPECT_EQ(Value(formula, 0x00), 255.0);
 }
 
-TEST_F(Conversion, TwosComplementReadingsAreMagnitudes) {
+TEST_F(ConversionTest, TwosComplementReadingsAreMagnitudes) {
     const SensorFormulaParameter formula = Formula(1, 0, 0, 0, kTwosComplement);
     EXPECT_EQ(Value(formula, 0xFF), 1.0);
     EXPECT_EQ(Value(formula, 0x01), 255.0);
@@ -75,17 +75,17 @@ TEST_F(Conversion, TwosComplementReadingsAreMagnitudes) {
     EXPECT_EQ(Value(formula, 0x80), 128.0);
 }
 
-TEST_F(Conversion, WithoutAnalogReadingEveryByteIsZero) {
+TEST_F(ConversionTest, WithoutAnalogReadingEveryByteIsZero) {
     for (int raw = 0; raw < 256; ++raw)
         EXPECT_EQ(Value(Formula(1, 100, 0, 0, kNoAnalog), raw), 0.0) << raw;
 }
 
-TEST_F(Conversion, WithoutAnalogReadingTheLinearizationStillApplies) {
+TEST_F(ConversionTest, WithoutAnalogReadingTheLinearizationStillApplies) {
     for (const int code : {4, 5, 6})
         EXPECT_EQ(Value(Formula(1, 100, 0, 0, kNoAnalog, code), 9), 1.0) << code;
 }
 
-TEST_F(Conversion, EveryLinearizationIsItsFunction) {
+TEST_F(ConversionTest, EveryLinearizationIsItsFunction) {
     EXPECT_EQ(Value(Linear(0), 5), 5.0);
     EXPECT_EQ(Value(Linear(1), 5), 1.6094379124341003);
     EXPECT_EQ(Value(Linear(2), 5), 0.6989700043360189);
@@ -101,12 +101,12 @@ TEST_F(Conversion, EveryLinearizationIsItsFunction) {
     for (const int code : {12, 13, 0x70, 0x7F}) EXPECT_EQ(Value(Linear(code), 5), 0.0) << code;
 }
 
-TEST_F(Conversion, OnlyTheLowSevenBitsSelectTheLinearization) {
+TEST_F(ConversionTest, OnlyTheLowSevenBitsSelectTheLinearization) {
     EXPECT_EQ(Value(Linear(0x86), 5), 32.0);
     EXPECT_EQ(Raw(Linear(0x86), 32.0), 5);
 }
 
-TEST_F(Conversion, ValuesOutsideOfALinearizationAreZero) {
+TEST_F(ConversionTest, ValuesOutsideOfALinearizationAreZero) {
     for (const int code : {1, 2, 3, 7}) EXPECT_EQ(Value(Linear(code), 0), 0.0) << code;
     const auto negative = [](int code) { return Formula(-1, 0, 0, 0, kUnsigned, code); };
     for (const int code : {1, 2, 3, 10}) EXPECT_EQ(Value(negative(code), 5), 0.0) << code;
@@ -117,7 +117,7 @@ TEST_F(Conversion, ValuesOutsideOfALinearizationAreZero) {
 
 // Back.
 
-TEST_F(Conversion, TheInverseTruncates) {
+TEST_F(ConversionTest, TheInverseTruncates) {
     EXPECT_EQ(Raw(Formula(2, 0, 0, -2), 3.0), 150);
     EXPECT_EQ(Raw(Formula(2, 0, 0, -2), 3.019), 150);
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0), 41.999), 41);
@@ -125,18 +125,18 @@ TEST_F(Conversion, TheInverseTruncates) {
     EXPECT_EQ(Raw(Formula(1, 0, 0, -1), 0.3), 2) << "0.3 by 0.1 is a little below 3";
 }
 
-TEST_F(Conversion, TheInverseTakesOffsetAndExponentsOut) {
+TEST_F(ConversionTest, TheInverseTakesOffsetAndExponentsOut) {
     EXPECT_EQ(Raw(Formula(3, 5, 2, 1), 5210), 7);
     EXPECT_EQ(Raw(Formula(-2, 100, 0, 0), 40.0), 30);
 }
 
-TEST_F(Conversion, WithoutAMultiplierEveryValueIsRawZero) {
+TEST_F(ConversionTest, WithoutAMultiplierEveryValueIsRawZero) {
     for (const double value : {-5.0, 0.0, 1.0, 1e300})
         EXPECT_EQ(Raw(Formula(0, 7, 0, 0), value), 0);
     EXPECT_EQ(Raw(Formula(0, 0, 0, 0, kOnesComplement), 1.0), 0xFF) << "the format still applies";
 }
 
-TEST_F(Conversion, TheLowByteOfSixteenBitsIsKept) {
+TEST_F(ConversionTest, TheLowByteOfSixteenBitsIsKept) {
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0), 0x1234), 0x34);
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0), -1.0), 0xFF);
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0), 32767.9), 0xFF);
@@ -148,7 +148,7 @@ TEST_F(Conversion, TheLowByteOfSixteenBitsIsKept) {
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0), std::numeric_limits<double>::infinity()), 0x00);
 }
 
-TEST_F(Conversion, TheInverseOfEveryLinearization) {
+TEST_F(ConversionTest, TheInverseOfEveryLinearization) {
     EXPECT_EQ(Raw(Linear(1), 2.0), 16) << "base 4";
     EXPECT_EQ(Raw(Linear(2), 2.0), 100);
     EXPECT_EQ(Raw(Linear(3), 5.0), 32);
@@ -166,7 +166,7 @@ TEST_F(Conversion, TheInverseOfEveryLinearization) {
     EXPECT_EQ(Raw(Linear(0x7F), 5.0), 0);
 }
 
-TEST_F(Conversion, WhatCannotBeUndoneIsRawZeroInEveryFormat) {
+TEST_F(ConversionTest, WhatCannotBeUndoneIsRawZeroInEveryFormat) {
     for (const unsigned char format : {kUnsigned, kOnesComplement, kTwosComplement}) {
         const auto linear = [=](int code) { return Formula(1, 0, 0, 0, format, code); };
         for (const int code : {4, 5, 6}) {
@@ -179,14 +179,14 @@ TEST_F(Conversion, WhatCannotBeUndoneIsRawZeroInEveryFormat) {
     }
 }
 
-TEST_F(Conversion, TheRootOfZeroAndOfNoNumberGoesOnToTheFormula) {
+TEST_F(ConversionTest, TheRootOfZeroAndOfNoNumberGoesOnToTheFormula) {
     constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
     EXPECT_EQ(Raw(Formula(1, -7, 0, 0, kUnsigned, 8), 0.0), 7);
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0, kOnesComplement, 8), 0.0), 0xFF);
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0, kOnesComplement, 8), kNotANumber), 0xFF);
 }
 
-TEST_F(Conversion, TheFormatIsAppliedToTheRawByte) {
+TEST_F(ConversionTest, TheFormatIsAppliedToTheRawByte) {
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0, kOnesComplement), 1.0), 0xFE);
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0, kTwosComplement), 1.0), 0xFF);
     EXPECT_EQ(Raw(Formula(1, 0, 0, 0, kTwosComplement), 0.0), 0x00);
@@ -198,7 +198,7 @@ TEST_F(Conversion, TheFormatIsAppliedToTheRawByte) {
 
 // Rounding: values are the decimals nearest to the exact result of a step's operands.
 
-TEST_F(Conversion, LinearizationsRoundTheExactResultOnce) {
+TEST_F(ConversionTest, LinearizationsRoundTheExactResultOnce) {
     // The functions of doubles of a 64-bit C library are off by one in the last digit of all but
     // the last of these.
     EXPECT_EQ(Value(Formula(1, 0, 0, -1, kUnsigned, 4), 214), 1994226790.7218695);
@@ -208,7 +208,7 @@ TEST_F(Conversion, LinearizationsRoundTheExactResultOnce) {
     EXPECT_EQ(Value(Formula(4161, 0, 0, 0, kUnsigned, 9), 63), 18014192351838208.0) << "262143";
 }
 
-TEST_F(Conversion, ResultsBeyondADoubleAreInfiniteOrZero) {
+TEST_F(ConversionTest, ResultsBeyondADoubleAreInfiniteOrZero) {
     const auto power = [](int m, int code) { return Formula(m, 0, 0, 1, kUnsigned, code); };
     for (const int code : {4, 5, 6}) {
         EXPECT_EQ(Value(power(20, code), 100), std::numeric_limits<double>::infinity()) << code;
@@ -220,7 +220,7 @@ TEST_F(Conversion, ResultsBeyondADoubleAreInfiniteOrZero) {
               std::numeric_limits<double>::infinity());
 }
 
-TEST_F(Conversion, EveryExponentIsItsPowerOfTen) {
+TEST_F(ConversionTest, EveryExponentIsItsPowerOfTen) {
     for (int exponent = -128; exponent < 128; ++exponent) {
         const double power = std::stod("1e" + std::to_string(exponent));
         EXPECT_EQ(sensor.GetFormulaInput(Formula(1, 0, 0, exponent), 1), power) << exponent;
@@ -236,7 +236,7 @@ std::uint64_t Mixed(std::uint64_t sum, double value) {
     return sum * 1099511628211u ^ bits;
 }
 
-TEST_F(Conversion, EveryStepRoundsToADouble) {
+TEST_F(ConversionTest, EveryStepRoundsToADouble) {
     // y = (M x + B 10^BExp) 10^RExp, where two roundings in a row would differ.
     EXPECT_EQ(Value(Formula(1, 1, -1, -1), 3), 0.31000000000000005);
     std::uint64_t sum = 0;

@@ -143,9 +143,9 @@ int IPMIsupport::GetTemperatureIDString(int i, char* out) {
 
 namespace {
 
-class ElementCalls : public ::testing::Test {
+class ElementCallsTest : public ::testing::Test {
 protected:
-    ElementCalls() {
+    ElementCallsTest() {
         server.GetBmc();
         std::memset(&fans, 0x5A, sizeof fans);
     }
@@ -158,7 +158,7 @@ protected:
     FanInformation fans;
 };
 
-TEST_F(ElementCalls, FansAreAskedForTheirOwnThresholds) {
+TEST_F(ElementCallsTest, FansAreAskedForTheirOwnThresholds) {
     (void)FirstFan();
     EXPECT_THAT(
         calls, ElementsAre("reading 0", "number 0", "entity 0", "description 0", "thresholds 0",
@@ -166,7 +166,7 @@ TEST_F(ElementCalls, FansAreAskedForTheirOwnThresholds) {
                            "thresholds 1", "type 1", "name 1"));
 }
 
-TEST_F(ElementCalls, VoltagesAreAskedForLimitsAndTheFirstOnesThresholds) {
+TEST_F(ElementCallsTest, VoltagesAreAskedForLimitsAndTheFirstOnesThresholds) {
     VoltageInformation voltages{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages), 0);
     EXPECT_THAT(calls,
@@ -178,7 +178,7 @@ TEST_F(ElementCalls, VoltagesAreAskedForLimitsAndTheFirstOnesThresholds) {
                             "voltage thresholds 0", "voltage type 1", "voltage name 1"));
 }
 
-TEST_F(ElementCalls, TemperaturesAreAskedForTheFirstOnesThresholds) {
+TEST_F(ElementCallsTest, TemperaturesAreAskedForTheFirstOnesThresholds) {
     TemperatureInformation temperatures{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures), 0);
     EXPECT_THAT(
@@ -190,7 +190,7 @@ TEST_F(ElementCalls, TemperaturesAreAskedForTheFirstOnesThresholds) {
                     "temperature type 1", "temperature name 1"));
 }
 
-TEST_F(ElementCalls, EntityAndTypeAreBytes) {
+TEST_F(ElementCallsTest, EntityAndTypeAreBytes) {
     bytes = {{"entity 0", 0x90}, {"type 0", 0xC0}, {"number 0", 0x33}};
     const FAN_DEVICE& fan = FirstFan();
     EXPECT_EQ(fan.DeviceID, 0x90) << "not widened as a signed one";
@@ -198,20 +198,20 @@ TEST_F(ElementCalls, EntityAndTypeAreBytes) {
     EXPECT_EQ(fan.sensorNumber, 0x33);
 }
 
-TEST_F(ElementCalls, ATypeThatIsNotWrittenIsTheEntity) {
+TEST_F(ElementCallsTest, UntouchedTypeIsTheEntity) {
     bytes = {{"entity 0", 0x90}};
     results = {{"type 0", -1}};
     EXPECT_EQ(FirstFan().SensorType, 0x90);
 }
 
-TEST_F(ElementCalls, AnEntityThatIsNotWrittenIsZeroInEachElement) {
+TEST_F(ElementCallsTest, UntouchedEntityIsZeroInEachElement) {
     bytes = {{"type 0", 4}};
     EXPECT_EQ(FirstFan().DeviceID, 0);
     EXPECT_EQ(fans.fan[1].DeviceID, 0) << "not the type of the one before";
     EXPECT_EQ(fans.fan[1].SensorType, 0);
 }
 
-TEST_F(ElementCalls, ThresholdsThatAreNotWrittenAreThoseOfTheElementBefore) {
+TEST_F(ElementCallsTest, UntouchedThresholdsAreThoseOfTheElementBefore) {
     thresholds = {{"thresholds 0", 29.0}};
     results = {{"thresholds 1", -1}};
     EXPECT_EQ(FirstFan().sti.LowerCriticalThreshold, 29.0);
@@ -221,23 +221,23 @@ TEST_F(ElementCalls, ThresholdsThatAreNotWrittenAreThoseOfTheElementBefore) {
     EXPECT_EQ(fans.fan[0].sti.LowerCriticalThreshold, 0.0) << "cleared with each call";
 }
 
-TEST_F(ElementCalls, ATextIsTakenWhateverItsGetterAnswers) {
+TEST_F(ElementCallsTest, ATextIsTakenWhateverItsGetterAnswers) {
     texts = {
         {"reading 0", "3500RPM"}, {"description 0", "OK"}, {"reading 1", std::string(40, 'x')}};
     results = {{"reading 0", -1}, {"description 0", -1}};
     EXPECT_STREQ(FirstFan().speed, "3500RPM");
     EXPECT_STREQ(fans.fan[0].desc, "OK");
-    EXPECT_EQ(fans.fan[0].speed[8], 0x5A) << "behind the terminator";
+    EXPECT_EQ(fans.fan[0].speed[8], 0x5A) << "after the terminator";
     EXPECT_EQ(fans.fan[1].speed, std::string(15, 'x')) << "cut to its field";
 }
 
-TEST_F(ElementCalls, ATextThatRepeatsTheCallersBytesIsCutToItsField) {
+TEST_F(ElementCallsTest, ATextThatRepeatsTheCallersBytesIsCutToItsField) {
     texts = {{"reading 0", std::string(16, 0x5A)}, {"reading 1", std::string(40, 0x5A)}};
     EXPECT_EQ(FirstFan().speed, std::string(15, 0x5A));
     EXPECT_EQ(fans.fan[1].speed, std::string(15, 0x5A));
 }
 
-TEST_F(ElementCalls, ATextThatIsNotWrittenStaysAsTheCallerGaveIt) {
+TEST_F(ElementCallsTest, UntouchedTextStaysAsTheCallerGaveIt) {
     const FAN_DEVICE& fan = FirstFan();
     EXPECT_EQ(std::string(fan.speed, sizeof fan.speed), std::string(16, 0x5A));
     EXPECT_EQ(std::string(fan.IdString, sizeof fan.IdString), std::string(16, 0x5A));
@@ -245,7 +245,7 @@ TEST_F(ElementCalls, ATextThatIsNotWrittenStaysAsTheCallerGaveIt) {
     EXPECT_EQ(fan.sensorNumber, 0x5A);
 }
 
-TEST_F(ElementCalls, ANameThatFailsIsEmpty) {
+TEST_F(ElementCallsTest, ANameThatFailsIsEmpty) {
     texts = {{"name 0", "FAN 1"}};
     results = {{"name 0", 1}, {"name 1", -1}};
     EXPECT_STREQ(FirstFan().IdString, "");

@@ -2,13 +2,13 @@
 //
 // Inventories that are not as they should be, and what the library makes of them.
 
-#include "FieldQuirk.h"
+#include "FieldQuirkTest.h"
 
 namespace {
 
 using ::testing::ElementsAre;
 
-class InventoryQuirk : public FieldQuirk {
+class InventoryQuirkTest : public FieldQuirkTest {
 protected:
     using Getter = int (IPMIsupport::*)(char*);
 
@@ -40,10 +40,10 @@ protected:
     static std::string Field(const std::string& text) {
         return static_cast<char>(0xC0 | static_cast<int>(text.size())) + text;
     }
-    // An area that says that it has so many blocks.
-    static std::string Area(char blocks, const std::string& behind) {
+    // An area that states this number of blocks.
+    static std::string Area(char blocks, const std::string& after) {
         std::string bytes{1, blocks};
-        bytes += behind + '\xC1';
+        bytes += after + '\xC1';
         bytes.resize((bytes.size() + 8) / 8 * 8);
         return bytes;
     }
@@ -58,7 +58,7 @@ protected:
     std::unique_ptr<IPMIsupport> support;
 };
 
-TEST_F(InventoryQuirk, OffsetsOfZeroGiveEmptyTexts) {
+TEST_F(InventoryQuirkTest, AreaOffsetsOfZeroGiveEmptyTexts) {
     DescribeInventory(Header(0, 0, 0, 0) + ChassisArea(3));
     EXPECT_EQ(result, 0);
     EXPECT_THAT(Board(), ElementsAre("", "", "", ""));
@@ -66,43 +66,43 @@ TEST_F(InventoryQuirk, OffsetsOfZeroGiveEmptyTexts) {
 }
 
 // The header is read as an area of as many blocks as its first offset says.
-TEST_F(InventoryQuirk, AnOffsetOfZeroBehindAnInternalAreaGivesEmptyTextsToo) {
+TEST_F(InventoryQuirkTest, AnOffsetOfZeroAfterAnInternalAreaGivesEmptyTextsToo) {
     DescribeInventory(Header(1, 2, 0, 0) + std::string(8, '\0') + ChassisArea(3));
     EXPECT_EQ(result, 0);
     EXPECT_THAT(Board(), ElementsAre("", "", "", ""));
     EXPECT_THAT(Chassis(), ElementsAre("CH-PN", "CH-SN"));
 }
 
-TEST_F(InventoryQuirk, AnAreaOfNoLengthIsEmptyAndTheOthersAreRead) {
+TEST_F(InventoryQuirkTest, AnAreaOfNoLengthIsEmptyAndTheOthersAreRead) {
     DescribeInventory(Header(0, 1, 4, 0) + ChassisArea(0) + BoardArea(4));
     EXPECT_EQ(result, 0);
     EXPECT_THAT(Chassis(), ElementsAre("", ""));
     EXPECT_THAT(Board(), ElementsAre("Maker", "Board", "B-SN", "B-PN"));
 }
 
-TEST_F(InventoryQuirk, AnAreaShorterThanItsFieldsEndsWithZeros) {
+TEST_F(InventoryQuirkTest, AnAreaShorterThanItsFieldsEndsWithZeros) {
     DescribeInventory(Header(0, 0, 1, 0) + BoardArea(2));
     EXPECT_THAT(Board(), ElementsAre("Maker", "Boa", "", ""));
 }
 
-TEST_F(InventoryQuirk, AnAreaLongerThanTheImageIsReadAsFarAsItGoes) {
+TEST_F(InventoryQuirkTest, AnAreaLongerThanTheImageIsReadAsFarAsItGoes) {
     DescribeInventory(Header(0, 0, 1, 0) + BoardArea(30));
     EXPECT_THAT(Board(), ElementsAre("Maker", "Board", "B-SN", "B-PN"));
 }
 
-TEST_F(InventoryQuirk, AnAreaBehindTheImageIsEmpty) {
+TEST_F(InventoryQuirkTest, AnAreaPastTheImageIsEmpty) {
     DescribeInventory(Header(0, 1, 99, 0) + ChassisArea(3));
     EXPECT_EQ(result, 0);
     EXPECT_THAT(Board(), ElementsAre("", "", "", ""));
     EXPECT_THAT(Chassis(), ElementsAre("CH-PN", "CH-SN"));
 }
 
-TEST_F(InventoryQuirk, AFieldThatRunsPastItsAreaEndsWithItAndTheNextAreEmpty) {
+TEST_F(InventoryQuirkTest, AFieldThatRunsPastItsAreaEndsWithItAndTheNextAreEmpty) {
     DescribeInventory(Header(0, 0, 1, 0) + Area(2, std::string(4, '\0') + "\xFFMaker"));
     EXPECT_THAT(Board(), ElementsAre("Maker\xC1", "", "", ""));
 }
 
-TEST_F(InventoryQuirk, NoneAtAllGivesEmptyTexts) {
+TEST_F(InventoryQuirkTest, NoInventoryAtAllGivesEmptyTexts) {
     Describe("");
     support = std::make_unique<IPMIsupport>();
     EXPECT_EQ(support->GetFRUInfo(), 0);

@@ -11,7 +11,7 @@
 
 namespace {
 
-class FruDecoder : public ::testing::Test {
+class FruDecoderTest : public ::testing::Test {
 protected:
     struct Decoded {
         int result;
@@ -38,25 +38,25 @@ protected:
     FRU fru;
 };
 
-TEST_F(FruDecoder, BinaryIsCopiedUnchanged) {
+TEST_F(FruDecoderTest, BinaryIsCopiedUnchanged) {
     EXPECT_EQ(Decode(0, std::string("\x01\0\xFF", 3)), Text(std::string("\x01\0\xFF", 3)));
     EXPECT_EQ(Decode(0, "abcdef", 4), Text("abcd"));
     EXPECT_EQ(Decode(0, ""), Text(""));
 }
 
-TEST_F(FruDecoder, BcdPlusKeepsSmallAndLargeBytesAndDropsTheRest) {
+TEST_F(FruDecoderTest, BcdPlusKeepsSmallAndLargeBytesAndDropsTheRest) {
     EXPECT_EQ(Decode(1, "\x05\x0C\x41"), Text(std::string("\x05\0\x41", 3)));
     EXPECT_EQ(Decode(1, std::string("\x00\x09\x0A\x0E\x0F\x10\x99", 7)),
               Text(std::string("\x00\x09\x00\x00\x0F\x10\x99", 7)));
     EXPECT_EQ(Decode(1, "AAAA", 2), Text("AA"));
 }
 
-TEST_F(FruDecoder, SixBitTextsOfThreeBytesAndMoreDecodeToNothing) {
+TEST_F(FruDecoderTest, SixBitTextsOfThreeBytesAndMoreDecodeToNothing) {
     EXPECT_EQ(Decode(2, "abc"), Text(""));
     EXPECT_EQ(Decode(2, "abcdef"), Text(""));
 }
 
-TEST_F(FruDecoder, SixBitTextsOfUpToTwoBytesDecodeOneGroup) {
+TEST_F(FruDecoderTest, SixBitTextsOfUpToTwoBytesDecodeOneGroup) {
     EXPECT_EQ(Decode(2, ""), Text("    "));
     // b0: 0x21 -> 0x41; second: b0 alone -> 0x41; the others -> blanks.
     EXPECT_EQ(Decode(2, "\x21"), Text("AA  "));
@@ -66,36 +66,36 @@ TEST_F(FruDecoder, SixBitTextsOfUpToTwoBytesDecodeOneGroup) {
     EXPECT_EQ(Decode(2, "\x21\xF3"), Text("AM/ "));
 }
 
-TEST_F(FruDecoder, SixBitTextsReadNothingPastTheSource) {
+TEST_F(FruDecoderTest, SixBitTextsReadNothingPastTheSource) {
     EXPECT_EQ(Decode(2, "\x21\xF3\x55", 12, 0, 1), Text("AA  "));
 }
 
-TEST_F(FruDecoder, SixBitTextsNeedRoomForOneMoreCharacter) {
+TEST_F(FruDecoderTest, SixBitTextsNeedRoomForOneMoreCharacter) {
     EXPECT_EQ(Decode(2, "abcdef", 9), Text(""));
     EXPECT_EQ(Decode(2, "abcdef", 8), (Decoded{-1, std::string(12, '#')}));
     EXPECT_EQ(Decode(2, "", 0), (Decoded{-1, std::string(12, '#')}));
     EXPECT_EQ(Decode(2, "\x21", 2), Text("AA")) << "writes no further than there is room";
 }
 
-TEST_F(FruDecoder, LatinIsCopied) {
+TEST_F(FruDecoderTest, LatinIsCopied) {
     EXPECT_EQ(Decode(3, "abc"), Text("abc"));
     EXPECT_EQ(Decode(3, "abc", 2), Text("ab"));
     EXPECT_EQ(Decode(3, "abc", 12, 25), Text("abc"));
 }
 
-TEST_F(FruDecoder, OtherLanguagesHaveCharactersOfTwoBytes) {
+TEST_F(FruDecoderTest, OtherLanguagesHaveCharactersOfTwoBytes) {
     EXPECT_EQ(Decode(3, "abc", 12, 1), Text("ab"));
     EXPECT_EQ(Decode(3, "abcd", 12, 1), Text("abcd"));
     EXPECT_EQ(Decode(3, "abcd", 3, 24), Text("ab"));
     EXPECT_EQ(Decode(3, "a", 12, 26), Text(""));
 }
 
-TEST_F(FruDecoder, OtherEncodingsWriteNothingAndSucceed) {
+TEST_F(FruDecoderTest, OtherEncodingsWriteNothingAndSucceed) {
     EXPECT_EQ(Decode(4, "abc"), Text(""));
     EXPECT_EQ(Decode(255, "abc"), Text(""));
 }
 
-TEST_F(FruDecoder, NullPointersAreRefused) {
+TEST_F(FruDecoderTest, NullPointersAreRefused) {
     unsigned char source[] = "a";
     char destination[4] = {};
     for (unsigned char type = 0; type < 4; ++type) {

@@ -3,6 +3,7 @@
 // The requests that read the inventory device, and what stands in its headers.
 
 #include "InventoryTest.h"
+#include "support/FieldTable.h"
 
 namespace {
 
@@ -10,7 +11,7 @@ using ::testing::Each;
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-TEST_F(Inventory, AreasAreReadHeadFirstAndThenWhole) {
+TEST_F(InventoryTest, AreasAreReadHeadFirstAndThenWhole) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
     EXPECT_THAT(bmc.RequestTexts(),
@@ -21,7 +22,7 @@ TEST_F(Inventory, AreasAreReadHeadFirstAndThenWhole) {
     for (const sim::BmcRequest& request : bmc.Requests()) EXPECT_EQ(request.timeout, 3000u);
 }
 
-TEST_F(Inventory, TheRequestRecordIsClearedAfterwards) {
+TEST_F(InventoryTest, TheRequestRecordIsClearedAfterwards) {
     PlaceAll();
     ASSERT_EQ(Support().GetFRUInfo(), 0);
     EXPECT_EQ(Fru().request.data, nullptr);
@@ -30,7 +31,7 @@ TEST_F(Inventory, TheRequestRecordIsClearedAfterwards) {
     EXPECT_EQ(Fru().ResponseBuffer[1], 0) << "and so is the response";
 }
 
-TEST_F(Inventory, TheRequestRecordIsClearedAfterEachPart) {
+TEST_F(InventoryTest, TheRequestRecordIsClearedAfterEachPart) {
     PlaceAll();
     using Part = int (FRU::*)();
     for (const Part part : {&FRU::GetFRU, &FRU::GetCommonHeaderInfo, &FRU::GetBoardInfo,
@@ -44,7 +45,7 @@ TEST_F(Inventory, TheRequestRecordIsClearedAfterEachPart) {
     }
 }
 
-TEST_F(Inventory, TheResponseIsClearedAfterEachArea) {
+TEST_F(InventoryTest, TheResponseIsClearedAfterEachArea) {
     PlaceAll();
     ASSERT_EQ(Fru().GetCommonHeaderInfo(), 0);
     EXPECT_EQ(Fru().ResponseBuffer[1], 1) << "the header stays there";
@@ -55,7 +56,7 @@ TEST_F(Inventory, TheResponseIsClearedAfterEachArea) {
     }
 }
 
-TEST_F(Inventory, SizeAccessModeAndOffsetsAreKept) {
+TEST_F(InventoryTest, SizeAccessModeAndOffsetsAreKept) {
     bmc.Intercept([](const sim::BmcRequest& request) {
         return request.command == 0x10 ? sim::Bytes{0x34, 0x12, 0xFF}
                                        : sim::Bytes{8, 1, 2, 3, 4, 5, 0xFF};
@@ -64,15 +65,17 @@ TEST_F(Inventory, SizeAccessModeAndOffsetsAreKept) {
     EXPECT_EQ(Fru().FRUInfo.FRUInfoSize, 0x1234);
     EXPECT_EQ(Fru().FRUInfo.accessMode, 1);
     EXPECT_EQ(Fru().GetCommonHeaderInfo(), 0);
-    EXPECT_EQ(Fru().CommomHeaderInfo.version, 1);
-    EXPECT_EQ(Fru().CommomHeaderInfo.internalUseAreaStartOffset, 16);
-    EXPECT_EQ(Fru().CommomHeaderInfo.chassisInfoAreaStartOffset, 24);
-    EXPECT_EQ(Fru().CommomHeaderInfo.boardAreaStartOffset, 32);
-    EXPECT_EQ(Fru().CommomHeaderInfo.productInfoAreaStartOffset, 40);
-    EXPECT_EQ(Fru().CommomHeaderInfo.multiRecordAreaStartOffset, 2040);
+    ExpectNumbers({
+        {"version", Fru().CommomHeaderInfo.version, 1},
+        {"internalUseAreaStartOffset", Fru().CommomHeaderInfo.internalUseAreaStartOffset, 16},
+        {"chassisInfoAreaStartOffset", Fru().CommomHeaderInfo.chassisInfoAreaStartOffset, 24},
+        {"boardAreaStartOffset", Fru().CommomHeaderInfo.boardAreaStartOffset, 32},
+        {"productInfoAreaStartOffset", Fru().CommomHeaderInfo.productInfoAreaStartOffset, 40},
+        {"multiRecordAreaStartOffset", Fru().CommomHeaderInfo.multiRecordAreaStartOffset, 2040},
+    });
 }
 
-TEST_F(Inventory, AnOffsetOfZeroReadsTheHeaderAsAnArea) {
+TEST_F(InventoryTest, AnOffsetOfZeroReadsTheHeaderAsAnArea) {
     sim::Bytes image(64, 0);
     image[0] = 1;
     bmc.SetInventory(image);
@@ -84,7 +87,7 @@ TEST_F(Inventory, AnOffsetOfZeroReadsTheHeaderAsAnArea) {
                             "Read FRU Data 00 00 00 02", "Read FRU Data 00 00 00 00"));
 }
 
-TEST_F(Inventory, AnAreaOfThirtyTwoBlocksIsAskedForWithCountZero) {
+TEST_F(InventoryTest, AnAreaOfThirtyTwoBlocksIsAskedForWithCountZero) {
     PlaceAll();
     bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command == 0x11 && request.data[3] == 2) return sim::Bytes{2, 1, 0x20};
@@ -95,7 +98,7 @@ TEST_F(Inventory, AnAreaOfThirtyTwoBlocksIsAskedForWithCountZero) {
     EXPECT_EQ(bmc.RequestTexts().back(), "Read FRU Data 00 40 00 00");
 }
 
-TEST_F(Inventory, LengthsOfAreasAreCountedPastAByte) {
+TEST_F(InventoryTest, LengthsOfAreasAreCountedPastAByte) {
     bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{1, 1, 0xFF}; });
     EXPECT_EQ(Fru().GetBoardInfo(), 0);
     EXPECT_EQ(Fru().GetChassisInfo(), 0);
@@ -106,7 +109,7 @@ TEST_F(Inventory, LengthsOfAreasAreCountedPastAByte) {
     EXPECT_EQ(bmc.Requests()[1].data[3], 0xF8) << "not so the count that is asked for";
 }
 
-TEST_F(Inventory, WithoutAControllerNothingIsRead) {
+TEST_F(InventoryTest, WithoutAControllerNothingIsRead) {
     PlaceAll();
     Support();
     InitOK = 0;

@@ -14,15 +14,15 @@ namespace {
 
 constexpr std::uint8_t kHostile[] = {0x00, 0x01, 0x3F, 0x7F, 0x80, 0xC0, 0xFE, 0xFF};
 
-// Something to write to, and bytes behind it that no call may touch.
+// Something to write to, and bytes after it that no call may touch.
 template <class Record>
 struct Guarded {
     Record record;
-    unsigned char behind[32];
+    unsigned char after[32];
 
     Guarded() { std::memset(this, 0xA5, sizeof *this); }
     bool IsIntact() const {
-        return std::all_of(std::begin(behind), std::end(behind),
+        return std::all_of(std::begin(after), std::end(after),
                            [](unsigned char byte) { return byte == 0xA5; });
     }
 };
@@ -31,9 +31,9 @@ struct Text {
     char bytes[64];
 };
 
-class Hostile : public IpmiTest {
+class HostileResponseTest : public IpmiTest {
 protected:
-    Hostile() {
+    HostileResponseTest() {
         Add(Fan("FAN 1", 0x30).Entity(29, 1).Event(10).Limits(100, 0), 70);
         Add(Voltage("3.3V", 0x20).Entity(3, 1).Limits(250, 10), 165);
         // Powers of ten: with a higher reading the text is longer than its field.
@@ -143,7 +143,7 @@ void LoadAndAsk() {
     }
 }
 
-TEST_F(Hostile, ResponsesOfTheWalkAndTheInventoryStayInTheirTexts) {
+TEST_F(HostileResponseTest, ResponsesOfTheWalkAndTheInventoryStayInTheirTexts) {
     Learn(LoadAndAsk);
     ASSERT_GE(genuine.size(), 15u);
     DamageEach(LoadAndAsk);
@@ -182,7 +182,7 @@ void CallEverything() {
     EXPECT_LE(action, 0x7F);
 }
 
-TEST_F(Hostile, ResponsesToTheExportedFunctionsStayInTheirRecords) {
+TEST_F(HostileResponseTest, ResponsesToTheExportedFunctionsStayInTheirRecords) {
     CallEverything();  // reads the repository
     Learn(CallEverything);
     ASSERT_GE(genuine.size(), 7u);

@@ -14,7 +14,8 @@
 
 namespace {
 
-// A field where the image has it: of the area at the header's slot, so many fields from its start.
+// A field where the image has it: of the area at the header's slot, that many fields from its
+// start.
 struct FieldPlace {
     const char* label;  // in the account
     std::size_t slot;
@@ -76,7 +77,7 @@ public:
     const std::string image;
 
 private:
-    // What stands behind a label; nothing when the label does not.
+    // The text after a label; nothing where there is no such label.
     std::optional<std::string> Told(const std::string& label) const {
         std::istringstream stream(account_);
         const std::string wanted = "  FRU " + label + ": ";
@@ -92,7 +93,7 @@ private:
     std::string account_;
 };
 
-class InventoryCapture : public IpmiTest, public ::testing::WithParamInterface<std::string> {
+class InventoryCaptureTest : public IpmiTest, public ::testing::WithParamInterface<std::string> {
 protected:
     void SetUp() override {
         if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
@@ -110,11 +111,11 @@ protected:
     std::optional<Capture> capture;
 };
 
-TEST_P(InventoryCapture, TheSizeIsThatOfTheImage) {
+TEST_P(InventoryCaptureTest, TheSizeIsThatOfTheImage) {
     EXPECT_EQ(Support().fru.FRUInfo.FRUInfoSize, capture->image.size());
 }
 
-TEST_P(InventoryCapture, TextsAreThoseOfIpmiFru) {
+TEST_P(InventoryCaptureTest, TextsAreThoseOfIpmiFru) {
     for (const FieldPlace& field : kFields) {
         const auto told = capture->ComparableText(field);
         if (!told) continue;
@@ -128,7 +129,7 @@ TEST_P(InventoryCapture, TextsAreThoseOfIpmiFru) {
 }
 
 // Else the test above would compare nothing.
-TEST(InventoryCaptures, HoldTextsToCompare) {
+TEST(InventoryCapturesTest, HoldTextsToCompare) {
     const std::vector<std::string> names = CapturesEndingIn("ipmi", ".ipmi-fru.txt");
     if (names.empty()) GTEST_SKIP() << kNoCaptures;
     std::map<std::string, int> found;
@@ -147,7 +148,7 @@ std::vector<std::string> OrNone(std::vector<std::string> names) {
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(Ipmi, InventoryCapture,
+INSTANTIATE_TEST_SUITE_P(Ipmi, InventoryCaptureTest,
                          ::testing::ValuesIn(OrNone(CapturesEndingIn("ipmi", ".ipmi-fru.txt"))));
 
 }  // namespace

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Fixture of the tests of the inventory device: areas made of fields, placed behind a header.
+// Fixture of the tests of the inventory device: areas made of fields, placed after a header.
 #ifndef TALVANE_TESTS_IPMI_INVENTORYTEST_H
 #define TALVANE_TESTS_IPMI_INVENTORYTEST_H
 
@@ -13,7 +13,14 @@ inline std::string Field(const std::string& text, int type = 3) {
     return static_cast<char>(type << 6 | static_cast<int>(text.size())) + text;
 }
 
-class Inventory : public IpmiTest {
+// A getter of a text, and the text that it is expected to write.
+struct TextGetter {
+    const char* name;
+    int (IPMIsupport::*read)(char*);
+    const char* text;
+};
+
+class InventoryTest : public IpmiTest {
 protected:
     // An area of whole blocks of eight bytes.
     static std::string Area(std::string bytes, int blocks = -1) {
@@ -53,6 +60,11 @@ protected:
     FRU& Fru() { return Support().fru; }
     Answer AskText(int (IPMIsupport::*getter)(char*)) {
         return AskWith(Buffer::kMarked, [&](char* out) { return (Support().*getter)(out); });
+    }
+    template <std::size_t N>
+    void ExpectEach(const TextGetter (&getters)[N]) {
+        for (const TextGetter& getter : getters)
+            EXPECT_EQ(AskText(getter.read), Terminated(getter.text)) << getter.name;
     }
 };
 

@@ -14,12 +14,12 @@ using ::testing::SizeIs;
 
 int nested[7];
 
-class IpmiObject : public IpmiTest {
+class IpmiObjectTest : public IpmiTest {
 protected:
     FanInformation fans{};
 };
 
-TEST_F(IpmiObject, IsThereOnceAlsoWhenAskedForWithinItsCreation) {
+TEST_F(IpmiObjectTest, ObjectIsMadeOnceAlsoWhenAskedForWithinItsCreation) {
     server.During("open", [] { nested[0] = IsIpmiSupport(); });
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(nested[0], 0) << "not ready yet";
@@ -29,7 +29,7 @@ TEST_F(IpmiObject, IsThereOnceAlsoWhenAskedForWithinItsCreation) {
     EXPECT_EQ(server.GetLog().Count("close"), 3u) << "of one object";
 }
 
-TEST_F(IpmiObject, ServesNoFunctionWithinItsCreation) {
+TEST_F(IpmiObjectTest, NoFunctionIsServedWithinTheCreation) {
     Add(Fan("F", 0x30), 70);
     server.During("open", [] {
         unsigned char byte = 0;
@@ -49,7 +49,7 @@ TEST_F(IpmiObject, ServesNoFunctionWithinItsCreation) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0) << "no flag was left set";
 }
 
-TEST_F(IpmiObject, IsMadeByALaterCallWhenMemoryRanOut) {
+TEST_F(IpmiObjectTest, ObjectIsMadeByALaterCallWhenMemoryRanOut) {
     constexpr int kAllocations = 4;  // its own and those of its response buffers
     for (int nth = 1; nth <= kAllocations; ++nth) {
         server.FailAllocation(nth);
@@ -58,7 +58,7 @@ TEST_F(IpmiObject, IsMadeByALaterCallWhenMemoryRanOut) {
     EXPECT_EQ(IsIpmiSupport(), 1);
 }
 
-TEST_F(IpmiObject, LeavesNoQueryBusyWhenMemoryRanOut) {
+TEST_F(IpmiObjectTest, NoQueryStaysBusyWhenMemoryRanOut) {
     Add(Fan("F", 0x30), 70);
     server.FailAllocation(1);
     EXPECT_THROW(GetIpmiInfo(TALVANE_FANS, &fans), std::bad_alloc);
@@ -66,7 +66,7 @@ TEST_F(IpmiObject, LeavesNoQueryBusyWhenMemoryRanOut) {
     EXPECT_EQ(fans.quantity, 1);
 }
 
-TEST_F(IpmiObject, AfterAReleaseNoSensorIsKnown) {
+TEST_F(IpmiObjectTest, AfterAReleaseNoSensorIsKnown) {
     Add(Fan("F", 0x30), 70);
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     const std::size_t opened = server.GetLog().Count("open");
@@ -80,7 +80,7 @@ TEST_F(IpmiObject, AfterAReleaseNoSensorIsKnown) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0)) << "the repository is not read again";
 }
 
-TEST_F(IpmiObject, ReleasingTwiceIsHarmless) {
+TEST_F(IpmiObjectTest, ReleasingTwiceIsHarmless) {
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(release(), 0);
     EXPECT_EQ(release(), 0);

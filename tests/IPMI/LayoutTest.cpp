@@ -3,6 +3,7 @@
 // The layout of the IPMI classes and records, which agents were compiled with. Doubles are aligned
 // on 4 bytes.
 
+#include "support/FieldTable.h"
 #include "support/IpmiNumbers.h"
 #include "support/IpmiTest.h"
 
@@ -269,38 +270,41 @@ constexpr Same kProduct[] = {
 };
 static_assert(AllSame(kProduct), "FRU _ProductInfo");
 
+class IpmiLayoutTest : public IpmiTest {};
+
 // Where a member stands in its object; classes with virtual functions have no offsetof.
 template <class Object, class Member>
 std::ptrdiff_t Place(const Object& object, const Member& member) {
     return reinterpret_cast<const char*>(&member) - reinterpret_cast<const char*>(&object);
 }
 
-TEST_F(IpmiTest, TheMembersOfTheClassesStandWhereAgentsLookForThem) {
+TEST_F(IpmiLayoutTest, TheMembersOfTheClassesStandWhereAgentsLookForThem) {
     constexpr std::ptrdiff_t kBase = 32;
     constexpr std::ptrdiff_t kTable = 28932;
     const IPMIsupport& facade = Support();
-    EXPECT_EQ(Place(facade, facade.IsSupportKCS), 4);
-    EXPECT_EQ(Place(facade, facade.IsSupportSMIC), 8);
-    EXPECT_EQ(Place(facade, facade.request), 12);
-    EXPECT_EQ(Place(facade, facade.ResponseBuffer), 28);
-    EXPECT_EQ(Place(facade, facade.sensor), kBase);
-
     const Sensor& sensor = facade.sensor;
-    EXPECT_EQ(Place(sensor, sensor.sdr), kBase);
-    EXPECT_EQ(Place(sensor, sensor.TSInfo), kBase + 68);
-    EXPECT_EQ(Place(sensor, sensor.VSInfo), kBase + 68 + kTable);
-    EXPECT_EQ(Place(sensor, sensor.FSInfo), kBase + 68 + 2 * kTable);
-    EXPECT_EQ(Place(sensor, sensor.PSInfo), kBase + 68 + 3 * kTable);
-    EXPECT_EQ(Place(sensor, sensor.SensorsInformation), kBase + 68 + 4 * kTable);
-    EXPECT_EQ(Place(facade, facade.fru), kBase + kBase + 68 + 4 * kTable + 4);
-
     const FRU& fru = facade.fru;
-    EXPECT_EQ(Place(fru, fru.FRUInfo), kBase);
-    EXPECT_EQ(Place(fru, fru.CommomHeaderInfo), kBase + 8);
-    EXPECT_EQ(Place(fru, fru.BoardInfo), kBase + 20);
-    EXPECT_EQ(Place(fru, fru.ChassisInfo), kBase + 320);
-    EXPECT_EQ(Place(fru, fru.ProductInfo), kBase + 476);
-    EXPECT_EQ(sizeof fru, 952u);
+    ExpectNumbers({
+        {"facade.IsSupportKCS", Place(facade, facade.IsSupportKCS), 4},
+        {"facade.IsSupportSMIC", Place(facade, facade.IsSupportSMIC), 8},
+        {"facade.request", Place(facade, facade.request), 12},
+        {"facade.ResponseBuffer", Place(facade, facade.ResponseBuffer), 28},
+        {"facade.sensor", Place(facade, facade.sensor), kBase},
+        {"sensor.sdr", Place(sensor, sensor.sdr), kBase},
+        {"sensor.TSInfo", Place(sensor, sensor.TSInfo), kBase + 68},
+        {"sensor.VSInfo", Place(sensor, sensor.VSInfo), kBase + 68 + kTable},
+        {"sensor.FSInfo", Place(sensor, sensor.FSInfo), kBase + 68 + 2 * kTable},
+        {"sensor.PSInfo", Place(sensor, sensor.PSInfo), kBase + 68 + 3 * kTable},
+        {"sensor.SensorsInformation", Place(sensor, sensor.SensorsInformation),
+         kBase + 68 + 4 * kTable},
+        {"facade.fru", Place(facade, facade.fru), kBase + kBase + 68 + 4 * kTable + 4},
+        {"fru.FRUInfo", Place(fru, fru.FRUInfo), kBase},
+        {"fru.CommomHeaderInfo", Place(fru, fru.CommomHeaderInfo), kBase + 8},
+        {"fru.BoardInfo", Place(fru, fru.BoardInfo), kBase + 20},
+        {"fru.ChassisInfo", Place(fru, fru.ChassisInfo), kBase + 320},
+        {"fru.ProductInfo", Place(fru, fru.ProductInfo), kBase + 476},
+        {"size of fru", sizeof fru, 952},
+    });
 }
 
 }  // namespace

@@ -7,7 +7,7 @@
 
 namespace {
 
-class LongSixBitField : public Inventory {
+class LongSixBitFieldTest : public Inventory {
 protected:
     // A chassis whose part number has so many bytes in 6-bit encoding.
     int ReadWithLength(std::size_t length) {
@@ -18,7 +18,7 @@ protected:
     }
 };
 
-TEST_F(LongSixBitField, OfFortyEightToSixtyThreeBytesIsEmptyAndTheNextFieldIsRead) {
+TEST_F(LongSixBitFieldTest, OfFortyEightToSixtyThreeBytesIsEmptyAndTheNextFieldIsRead) {
     for (std::size_t length = 47; length <= 63; ++length) {
         SCOPED_TRACE(length);
         EXPECT_EQ(ReadWithLength(length), 0);
@@ -28,7 +28,7 @@ TEST_F(LongSixBitField, OfFortyEightToSixtyThreeBytesIsEmptyAndTheNextFieldIsRea
     }
 }
 
-TEST_F(LongSixBitField, FailsInADecoderThatIsGivenRoomForTheTextOnly) {
+TEST_F(LongSixBitFieldTest, FailsInADecoderThatIsGivenRoomForTheTextOnly) {
     unsigned char source[63] = {};
     char text[64] = {};
     EXPECT_EQ(Fru().Decode6BitASC(source, 47, text, sizeof text), 0);

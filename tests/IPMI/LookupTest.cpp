@@ -6,9 +6,9 @@
 
 namespace {
 
-class Lookup : public IpmiTest {};
+class LookupTest : public IpmiTest {};
 
-TEST_F(Lookup, SensorsOfOneEntityAndTypeAreListedInOrder) {
+TEST_F(LookupTest, SensorsOfOneEntityAndTypeAreListedInOrder) {
     Add(Temperature("A", 0x10).Entity(3), 0);
     Add(Temperature("B", 0x11).Entity(7), 0);
     Add(Voltage("C", 0x12).Entity(3), 0);
@@ -25,7 +25,7 @@ TEST_F(Lookup, SensorsOfOneEntityAndTypeAreListedInOrder) {
     EXPECT_EQ(info.sensorOrder[2], 0);
 }
 
-TEST_F(Lookup, EntityZeroIsNoWildcard) {
+TEST_F(LookupTest, EntityZeroIsNoWildcard) {
     Add(Temperature("A", 0x10).Entity(3), 0);
     Add(Temperature("B", 0x11).Entity(0), 0);
     Add(Temperature("C", 0x12).Entity(0xFF), 0);
@@ -37,14 +37,14 @@ TEST_F(Lookup, EntityZeroIsNoWildcard) {
     EXPECT_EQ(info.sensorNumber[1], 0x12) << "an unknown entity is kept as 0";
 }
 
-TEST_F(Lookup, NoMatchAnswersZeroWithAnEmptyList) {
+TEST_F(LookupTest, NoMatchAnswersZeroWithAnEmptyList) {
     SensorNumberInfo info;
     info.quantity = 99;
     EXPECT_EQ(Sensors().GetSensorNumberInfo(3, kTemperature, 10, info), 0);
     EXPECT_EQ(info.quantity, 0);
 }
 
-TEST_F(Lookup, TheListEndsWithSixtyFour) {
+TEST_F(LookupTest, TheListEndsWithSixtyFour) {
     for (int i = 0; i < 70; ++i) Add(Fan("F", static_cast<std::uint8_t>(i)).Entity(29), 0);
     ASSERT_EQ(Sensors().GetSensorNumbers(70), 0);
     SensorNumberInfo info;
@@ -53,7 +53,7 @@ TEST_F(Lookup, TheListEndsWithSixtyFour) {
     EXPECT_EQ(info.sensorOrder[63], 63);
 }
 
-TEST_F(Lookup, EntriesAnswerFormulaAndThresholds) {
+TEST_F(LookupTest, EntriesAnswerFormulaAndThresholds) {
     Add(Voltage("V", 0x12), 0);
     ASSERT_EQ(Sensors().GetSensorNumbers(1), 0);
     SensorFormulaParameter formula{};
@@ -65,7 +65,7 @@ TEST_F(Lookup, EntriesAnswerFormulaAndThresholds) {
     EXPECT_EQ(raw.sensorType, kVoltage);
 }
 
-TEST_F(Lookup, EntriesPastTheWalkAreMissing) {
+TEST_F(LookupTest, EntriesPastTheWalkAreMissing) {
     SensorFormulaParameter formula{};
     SensorThresholdInfoRaw raw{};
     SensorThresholdInfoConverted converted{};
@@ -80,7 +80,7 @@ TEST_F(Lookup, EntriesPastTheWalkAreMissing) {
     EXPECT_EQ(Sensors().GetSensorFormulaParameter(1, formula), -1);
 }
 
-TEST_F(Lookup, ProcessorReadingsWriteNothing) {
+TEST_F(LookupTest, ProcessorReadingsWriteNothing) {
     char text[] = "#";
     EXPECT_EQ(Sensors().GetProcessorTemperature(text), 0);
     EXPECT_EQ(Sensors().GetProcessorVoltage(text), 0);

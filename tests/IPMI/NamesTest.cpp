@@ -187,19 +187,19 @@ constexpr const char* kEntities[] = {"unspecified",
                                      "External Environment",
                                      "battery"};
 
-TEST(SensorNames, EveryUnitHasItsText) {
+TEST(SensorNamesTest, EveryUnitHasItsText) {
     ASSERT_EQ(std::size(SensorsUnit), std::size(kUnits));
     for (std::size_t code = 0; code < std::size(kUnits); ++code)
         EXPECT_STREQ(SensorsUnit[code], kUnits[code]) << code;
 }
 
-TEST(SensorNames, EverySensorTypeHasItsText) {
+TEST(SensorNamesTest, EverySensorTypeHasItsText) {
     ASSERT_EQ(std::size(SensorsType), std::size(kTypes));
     for (std::size_t code = 0; code < std::size(kTypes); ++code)
         EXPECT_STREQ(SensorsType[code], kTypes[code]) << code;
 }
 
-TEST(SensorNames, EveryEntityHasItsText) {
+TEST(SensorNamesTest, EveryEntityHasItsText) {
     ASSERT_EQ(std::size(SensorsEntityID), std::size(kEntities));
     for (std::size_t code = 0; code < std::size(kEntities); ++code)
         EXPECT_STREQ(SensorsEntityID[code], kEntities[code]) << code;

@@ -20,9 +20,9 @@ constexpr std::uint8_t kGetThresholds = 0x27;
 int innerResult = 77;
 SensorThresholdInformation innerList;
 
-class NestedWalk : public IpmiTest {
+class NestedWalkTest : public IpmiTest {
 protected:
-    NestedWalk() {
+    NestedWalkTest() {
         for (std::uint8_t i = 0; i < kSensors; ++i) {
             Add(Temperature("T" + std::to_string(i), i).Entity(3), 40);
             bmc.SetThresholds(i, {0x3F, {i, i, i, i, i, i}});
@@ -61,15 +61,15 @@ void ListTemperatures() {
     innerResult = GetThresholdInfo(3, 1, &innerList);
 }
 
-TEST_F(NestedWalk, WithinAThresholdRequestLeavesTheOuterWalkItsEntries) {
-    After(kGetRecord, 40, ListAll);  // the request behind the record's is for its thresholds
+TEST_F(NestedWalkTest, WalkWithinAThresholdRequestLeavesTheOuterWalkItsEntries) {
+    After(kGetRecord, 40, ListAll);  // the request after the record's is for its thresholds
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(innerResult, 0);
     ExpectSensors(innerList, kInnerRecords);
     ExpectSensors(list, kSensors);
 }
 
-TEST_F(NestedWalk, WithinARecordRequestLeavesTheOuterWalkItsEntries) {
+TEST_F(NestedWalkTest, WalkWithinARecordRequestLeavesTheOuterWalkItsEntries) {
     After(kGetThresholds, 40, ListTemperatures);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(innerResult, -1) << "as always";
@@ -77,7 +77,7 @@ TEST_F(NestedWalk, WithinARecordRequestLeavesTheOuterWalkItsEntries) {
     ExpectSensors(list, kSensors);
 }
 
-TEST_F(NestedWalk, LeavesTheEntriesOfTheWalkThatEndsLast) {
+TEST_F(NestedWalkTest, EntriesAreThoseOfTheWalkThatEndsLast) {
     After(kGetThresholds, 1, ListAll);
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
     ExpectSensors(list, kSensors);
@@ -86,7 +86,7 @@ TEST_F(NestedWalk, LeavesTheEntriesOfTheWalkThatEndsLast) {
     ExpectSensors(list, kSensors);
 }
 
-TEST_F(NestedWalk, OfTheLastRecordEndsTheOuterWalk) {
+TEST_F(NestedWalkTest, WalkWithinTheLastRecordEndsTheOuterWalk) {
     After(kGetThresholds, kSensors - 1, ListAll);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     ExpectSensors(list, kSensors);
@@ -94,7 +94,7 @@ TEST_F(NestedWalk, OfTheLastRecordEndsTheOuterWalk) {
 
 Sensor* walked = nullptr;
 
-TEST_F(NestedWalk, WithinAWalkOfTheSameObjectTheLimitsAreThoseOfTheOuterEntries) {
+TEST_F(NestedWalkTest, WithinAWalkOfTheSameObjectTheLimitsAreThoseOfTheOuterEntries) {
     walked = &Sensors();
     After(kGetThresholds, 40, [] { innerResult = walked->GetSensorNumbers(kInnerRecords); });
     ASSERT_EQ(Sensors().GetSensorNumbers(kSensors), 0);
@@ -109,7 +109,7 @@ TEST_F(NestedWalk, WithinAWalkOfTheSameObjectTheLimitsAreThoseOfTheOuterEntries)
 
 unsigned char version[2];
 
-TEST_F(NestedWalk, ARequestWithinARequestReleasesItsOwnDataOnly) {
+TEST_F(NestedWalkTest, ARequestWithinARequestReleasesItsOwnDataOnly) {
     walked = &Sensors();
     server.During("ioctl", [] {
         (void)walked->ReadSensor(1, version[0]);
@@ -122,7 +122,7 @@ TEST_F(NestedWalk, ARequestWithinARequestReleasesItsOwnDataOnly) {
 
 IPMIsupport* entered = nullptr;
 
-TEST_F(NestedWalk, ARequestWithinTheReadingOfAnAreaLeavesItsSecondOne) {
+TEST_F(NestedWalkTest, ARequestWithinTheReadingOfAnAreaLeavesItsSecondOne) {
     entered = &Support();
     bmc.SetInventory(sim::Bytes(64, 1));
     server.During("ioctl", [] { (void)entered->fru.GetFRU(); });
@@ -132,7 +132,7 @@ TEST_F(NestedWalk, ARequestWithinTheReadingOfAnAreaLeavesItsSecondOne) {
                             "Read FRU Data 00 00 00 08"));
 }
 
-TEST_F(NestedWalk, ARequestWithinTheSettingOfAUserLeavesItsSecondOne) {
+TEST_F(NestedWalkTest, ARequestWithinTheSettingOfAUserLeavesItsSecondOne) {
     entered = &Support();
     server.During("ioctl", [] { (void)entered->SetWatchDogTimer(1, 10000); });
     EXPECT_EQ(Support().SetUserInfo(2, "abcdefghijklmnop", nullptr), 0);

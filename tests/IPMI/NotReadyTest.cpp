@@ -34,22 +34,22 @@ int IPMIsupport::GetSDRRepositoryInfo(int&, int&) {
 
 namespace {
 
-class NotReady : public ::testing::Test {
+class NotReadyTest : public ::testing::Test {
 protected:
-    NotReady() { std::memset(&list, 0x5A, sizeof list); }
+    NotReadyTest() { std::memset(&list, 0x5A, sizeof list); }
 
     sim::SimulatedServer server;
     SensorThresholdInformation list;
 };
 
-TEST_F(NotReady, ASensorQueryFailsWithoutStayingBusy) {
+TEST_F(NotReadyTest, ASensorQueryFailsWithoutStayingBusy) {
     FanInformation fans{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
     EXPECT_EQ(GetIpmiInfo(0, nullptr), -1);
     EXPECT_EQ(reads, 0);
 }
 
-TEST_F(NotReady, ListsOfThresholdsAreClearedAndFail) {
+TEST_F(NotReadyTest, ListsOfThresholdsAreClearedAndFail) {
     EXPECT_EQ(GetAllThresholdInfo(&list), -1);
     EXPECT_EQ(list.quantity, 0);
     EXPECT_EQ(list.SensorThreshold[63].readableFlag, 0);
@@ -60,7 +60,7 @@ TEST_F(NotReady, ListsOfThresholdsAreClearedAndFail) {
     EXPECT_EQ(reads, 0);
 }
 
-TEST_F(NotReady, AChangeOfThresholdsFailsWithoutStayingBusy) {
+TEST_F(NotReadyTest, AChangeOfThresholdsFailsWithoutStayingBusy) {
     EXPECT_EQ(SetThresholdInfo(3, 1, 0, 1.0), -1);
     EXPECT_EQ(SetThresholdInfo(3, 1, 0, 1.0), -1);
     EXPECT_EQ(reads, 0);

@@ -9,7 +9,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class ProcessorState : public IpmiTest {
+class ProcessorStateTest : public IpmiTest {
 protected:
     // The text of a temperature of processor 1, whose own sensor has these states.
     Answer TextWithStates(std::uint8_t states) {
@@ -28,15 +28,15 @@ protected:
     const Answer absent = Terminated("Unknown");
 };
 
-TEST_F(ProcessorState, AllBitsSetMeansPresent) {
+TEST_F(ProcessorStateTest, AllBitsSetMeansPresent) {
     EXPECT_EQ(TextWithStates(0xFF), present);
 }
 
-TEST_F(ProcessorState, PresentWithAnotherStateIsPresent) {
+TEST_F(ProcessorStateTest, PresentWithAnotherStateIsPresent) {
     EXPECT_EQ(TextWithStates(0x81), present);
 }
 
-TEST_F(ProcessorState, EveryStateWithBitSevenIsPresentAndNoOther) {
+TEST_F(ProcessorStateTest, EveryStateWithBitSevenIsPresentAndNoOther) {
     (void)TextWithStates(0x80);
     for (int states = 0; states < 256; ++states) {
         Sensors().PSInfo.sd[0].SensorCodeOffset = static_cast<unsigned char>(states);
@@ -45,7 +45,7 @@ TEST_F(ProcessorState, EveryStateWithBitSevenIsPresentAndNoOther) {
     }
 }
 
-TEST_F(ProcessorState, AnAbsentProcessorsSensorIsNotAskedForItsAvailability) {
+TEST_F(ProcessorStateTest, AnAbsentProcessorsSensorIsNotAskedForItsAvailability) {
     Add(Voltage("VCORE", 0x20).Entity(3, 1).Event(10), 165);
     Add(Fan("CPU FAN", 0x30).Entity(3, 1).Event(10), 70);
     AddProcessorOf(0x00);

@@ -12,7 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-class Reading : public IpmiTest {
+class ReadingTest : public IpmiTest {
 protected:
     // Text of the first voltage, temperature, fan.
     Answer VoltageText() { return Ask(&Sensor::GetVoltageCurrent, 0); }
@@ -22,7 +22,7 @@ protected:
     const Answer unknown = Terminated("Unknown");
 };
 
-TEST_F(Reading, HasTwoDecimalsAndTheUnit) {
+TEST_F(ReadingTest, ReadingHasTwoDecimalsAndTheUnit) {
     Add(Voltage("V", 0x20), 165);
     Add(Temperature("T", 0x21), 42);
     Loaded();
@@ -32,7 +32,7 @@ TEST_F(Reading, HasTwoDecimalsAndTheUnit) {
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 20", "Get Sensor Reading 21"));
 }
 
-TEST_F(Reading, OfAllOnesIsUnknown) {
+TEST_F(ReadingTest, ReadingOfAllOnesIsUnknown) {
     Add(Voltage("V", 0x20), 0xFF);
     Add(Temperature("T", 0x21), 0xFE);
     Loaded();
@@ -40,7 +40,7 @@ TEST_F(Reading, OfAllOnesIsUnknown) {
     EXPECT_EQ(TemperatureText(), Terminated("254.00degree C"));
 }
 
-TEST_F(Reading, WithoutAControllerIsUnknown) {
+TEST_F(ReadingTest, ReadingWithoutAControllerIsUnknown) {
     Add(Voltage("V", 0x20), 165);
     Add(Fan("F", 0x30), 70);
     Loaded();
@@ -49,7 +49,7 @@ TEST_F(Reading, WithoutAControllerIsUnknown) {
     EXPECT_EQ(FanText(), unknown);
 }
 
-TEST_F(Reading, OfASensorWithoutNumberIsUnknownWithoutARequest) {
+TEST_F(ReadingTest, SensorWithoutANumberIsUnknownWithoutARequest) {
     Add(Voltage("V", 0x20), 165);
     Loaded();
     Sensors().VSInfo.sd[0].SensorNumbers = 0xFF;
@@ -58,13 +58,13 @@ TEST_F(Reading, OfASensorWithoutNumberIsUnknownWithoutARequest) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Reading, OutsideOfItsFunctionIsWrittenAsNoNumber) {
+TEST_F(ReadingTest, ReadingOutsideOfItsFunctionIsWrittenAsNoNumber) {
     Add(Voltage("V", 0x20).Factors(-1, 0, 0, 0).Linearization(11), 5);
     Loaded();
     EXPECT_EQ(VoltageText(), Terminated("-nanV")) << "a root of a negative number";
 }
 
-TEST_F(Reading, LongerThanItsFieldIsCut) {
+TEST_F(ReadingTest, ReadingLongerThanItsFieldIsCut) {
     Add(Voltage("V", 0x20).Factors(1, 0, 0, 0).Linearization(5), 100);
     Loaded();
     char whole[200];
@@ -74,7 +74,7 @@ TEST_F(Reading, LongerThanItsFieldIsCut) {
 
 // Processors that are not there.
 
-class ProcessorPresence : public Reading {
+class ProcessorPresenceTest : public ReadingTest {
 protected:
     // A processor's temperature and the sensor of its presence, which has no analog reading.
     void AddProcessor(int states, int presenceInstance = 1, int event = 0x6F,
@@ -93,17 +93,17 @@ protected:
     const Answer known = Terminated("42.00degree C");
 };
 
-TEST_F(ProcessorPresence, APresentOneIsRead) {
+TEST_F(ProcessorPresenceTest, SensorOfAPresentProcessorIsRead) {
     AddProcessor(0x80);
     EXPECT_EQ(TemperatureText(), known);
 }
 
-TEST_F(ProcessorPresence, AnAbsentOneIsUnknown) {
+TEST_F(ProcessorPresenceTest, SensorOfAnAbsentProcessorIsUnknown) {
     AddProcessor(0x7F);
     EXPECT_EQ(TemperatureText(), unknown);
 }
 
-TEST_F(ProcessorPresence, AnAbsentOnesVoltagesAndFansAreUnknown) {
+TEST_F(ProcessorPresenceTest, VoltagesAndFansOfAnAbsentProcessorAreUnknown) {
     Add(Voltage("VCORE", 0x20).Entity(3, 1), 165);
     Add(Fan("CPU FAN", 0x30).Entity(3, 1), 70);
     AddProcessor(0x7F);
@@ -111,28 +111,28 @@ TEST_F(ProcessorPresence, AnAbsentOnesVoltagesAndFansAreUnknown) {
     EXPECT_EQ(FanText(), unknown);
 }
 
-TEST_F(ProcessorPresence, ThePresenceSensorsOwnEntityDoesNotMatter) {
+TEST_F(ProcessorPresenceTest, ThePresenceSensorsOwnEntityDoesNotMatter) {
     AddProcessor(0x7F, 1, 0x6F, 7);
     EXPECT_EQ(TemperatureText(), unknown);
 }
 
-TEST_F(ProcessorPresence, AnotherProcessorsAbsenceDoesNotMatter) {
+TEST_F(ProcessorPresenceTest, AnotherProcessorsAbsenceDoesNotMatter) {
     AddProcessor(0x00, 2);
     EXPECT_EQ(TemperatureText(), known);
 }
 
-TEST_F(ProcessorPresence, OnlySensorSpecificStatesTell) {
+TEST_F(ProcessorPresenceTest, OnlySensorSpecificStatesShowThePresence) {
     AddProcessor(0x00, 1, 0x03);
     EXPECT_EQ(TemperatureText(), known);
 }
 
-TEST_F(ProcessorPresence, OnlyProcessorsAreLookedAt) {
+TEST_F(ProcessorPresenceTest, OnlyProcessorsAreLookedAt) {
     AddProcessor(0x00);
     Sensors().TSInfo.sd[0].SensorEntityID = 7;
     EXPECT_EQ(TemperatureText(), known);
 }
 
-TEST_F(ProcessorPresence, OnlyTheTablesOwnEntriesAreLookedAt) {
+TEST_F(ProcessorPresenceTest, OnlyTheTablesOwnEntriesAreLookedAt) {
     AddProcessor(0x00);
     Sensors().PSInfo.quantity = 0;
     EXPECT_EQ(TemperatureText(), known);
@@ -142,9 +142,9 @@ TEST_F(ProcessorPresence, OnlyTheTablesOwnEntriesAreLookedAt) {
 
 // Sensors that tell their availability.
 
-class Availability : public Reading {};
+class AvailabilityTest : public ReadingTest {};
 
-TEST_F(Availability, RunningOrOnLineIsRead) {
+TEST_F(AvailabilityTest, RunningOrOnLineFanIsRead) {
     Add(Voltage("V", 0x20).Event(10), 165);
     Loaded();
     for (const int states : {0x01, 0x08, 0x09, 0xFF}) {
@@ -153,7 +153,7 @@ TEST_F(Availability, RunningOrOnLineIsRead) {
     }
 }
 
-TEST_F(Availability, AnyOtherStateIsUnknown) {
+TEST_F(AvailabilityTest, AnyOtherStateReadsUnknown) {
     Add(Voltage("V", 0x20).Event(10), 165);
     Add(Fan("F", 0x30).Event(10), 70);
     Loaded();
@@ -165,7 +165,7 @@ TEST_F(Availability, AnyOtherStateIsUnknown) {
     }
 }
 
-TEST_F(Availability, ThatCannotBeReadIsUnknown) {
+TEST_F(AvailabilityTest, AvailabilityThatCannotBeReadIsUnknown) {
     Add(Voltage("V", 0x20).Event(10), 165);
     bmc.SetStates(0x20, 0x01);
     Loaded();
@@ -173,7 +173,7 @@ TEST_F(Availability, ThatCannotBeReadIsUnknown) {
     EXPECT_EQ(VoltageText(), unknown);
 }
 
-TEST_F(Availability, IsAskedForBeforeAReadingOfAllOnesIsTold) {
+TEST_F(AvailabilityTest, AvailabilityIsAskedForBeforeAReadingOfAllOnesIsReported) {
     Add(Voltage("V", 0x20).Event(10), 0xFF);
     bmc.SetStates(0x20, 0x01);
     Loaded();
@@ -184,9 +184,9 @@ TEST_F(Availability, IsAskedForBeforeAReadingOfAllOnesIsTold) {
 
 // Fans.
 
-class FanSpeed : public Reading {};
+class FanSpeedTest : public ReadingTest {};
 
-TEST_F(FanSpeed, IsAWholeNumberWithTheUnit) {
+TEST_F(FanSpeedTest, SpeedIsAWholeNumberWithTheUnit) {
     Add(Fan("F", 0x30), 70);
     Loaded();
     bmc.ForgetRequests();
@@ -194,7 +194,7 @@ TEST_F(FanSpeed, IsAWholeNumberWithTheUnit) {
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
 }
 
-TEST_F(FanSpeed, IsTruncated) {
+TEST_F(FanSpeedTest, FractionOfASpeedIsCutOff) {
     Add(Fan("F", 0x30).Factors(199, 0, 0, -2), 1);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("1RPM"));
@@ -202,14 +202,14 @@ TEST_F(FanSpeed, IsTruncated) {
     EXPECT_EQ(FanText(), Terminated("-1RPM")) << "toward zero";
 }
 
-TEST_F(FanSpeed, AndItsLimitOfANegativeFactorAreNegative) {
+TEST_F(FanSpeedTest, NegativeFactorMakesSpeedAndLimitNegative) {
     Add(Fan("F", 0x30).Factors(1, 0, 0, 0).Byte(24, 0xFF).Byte(25, 0xFF).Limits(200, 1), 50);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-50RPM"));
     EXPECT_STREQ(Sensors().FSInfo.sd[0].SensorReadingMax, "-200");
 }
 
-TEST_F(FanSpeed, OfAllOnesIsUnknownAfterTheAvailability) {
+TEST_F(FanSpeedTest, ReadingOfAllOnesIsUnknownAfterTheAvailabilityIsAskedFor) {
     Add(Fan("F", 0x30).Event(10), 0xFF);
     bmc.SetStates(0x30, 0x01);
     Loaded();
@@ -220,7 +220,7 @@ TEST_F(FanSpeed, OfAllOnesIsUnknownAfterTheAvailability) {
     EXPECT_EQ(FanText(), unknown) << "whatever the type";
 }
 
-TEST_F(FanSpeed, WithoutAUnitIsInPercentOfTheHighestReading) {
+TEST_F(FanSpeedTest, SpeedWithoutAUnitIsInPercentOfTheHighestReading) {
     Add(Fan("F", 0x30).Unit(0).Limits(200, 0), 100);
     Loaded();
     bmc.ForgetRequests();
@@ -228,13 +228,13 @@ TEST_F(FanSpeed, WithoutAUnitIsInPercentOfTheHighestReading) {
     EXPECT_THAT(bmc.Requests(), SizeIs(1)) << "the device ID is not asked for";
 }
 
-TEST_F(FanSpeed, WithoutAUnitAndAHighestReadingIsUnknown) {
+TEST_F(FanSpeedTest, SpeedWithoutAUnitAndAHighestReadingIsUnknown) {
     Add(Fan("F", 0x30).Unit(0).Limits(0, 0), 100);
     Loaded();
     EXPECT_EQ(FanText(), unknown);
 }
 
-TEST_F(FanSpeed, InPercentIsOfTheHighestReading) {
+TEST_F(FanSpeedTest, PercentageIsOfTheHighestReading) {
     Add(Fan("F", 0x30).Unit1(0x01).Limits(150, 0), 50);
     Loaded();
     bmc.ForgetRequests();
@@ -242,26 +242,26 @@ TEST_F(FanSpeed, InPercentIsOfTheHighestReading) {
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 30", "Get Device ID"));
 }
 
-TEST_F(FanSpeed, InPercentIsDividedFirstAndThenTruncated) {
+TEST_F(FanSpeedTest, PercentageIsDividedFirstAndThenTruncated) {
     Add(Fan("F", 0x30).Unit1(0x01).Factors(1, 0, 0, 0).Limits(100, 0), 29);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("28%")) << "0.29 times 100 is a little below 29";
 }
 
-TEST_F(FanSpeed, InPercentWithoutAHighestReadingIsTheLowestNumber) {
+TEST_F(FanSpeedTest, PercentageWithoutAHighestReadingIsTheLowestNumber) {
     Add(Fan("F", 0x30).Unit1(0x01).Limits(0, 0), 50);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-2147483648%"));
 }
 
-TEST_F(FanSpeed, PastThirtyTwoBitsIsTheLowestNumber) {
+TEST_F(FanSpeedTest, SpeedPastThirtyTwoBitsIsTheLowestNumber) {
     Add(Fan("F", 0x30).Factors(511, 0, 0, 7).Limits(200, 0), 200);
     Loaded();
     EXPECT_EQ(FanText(), Terminated("-2147483648RPM"));
     EXPECT_STREQ(Sensors().FSInfo.sd[0].SensorReadingMax, "-2147483648");
 }
 
-TEST_F(FanSpeed, AReadingOfZeroIsAnErrorStatus) {
+TEST_F(FanSpeedTest, AReadingOfZeroIsAnErrorStatus) {
     Add(Fan("F", 0x30), 0);
     Loaded();
     char status = 0;
@@ -275,7 +275,7 @@ TEST_F(FanSpeed, AReadingOfZeroIsAnErrorStatus) {
     EXPECT_EQ(status, IPMIbase::STATUS_ERROR);
 }
 
-TEST_F(FanSpeed, AFanWithoutAnalogReadingHasAStatus) {
+TEST_F(FanSpeedTest, AFanWithoutAnalogReadingHasAStatus) {
     Add(Fan("F", 0x30).Unit1(0xC0), 50);
     Loaded();
     char status = 0;

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The exported functions on a transport of the agent's own that tells completion codes: which
+// The exported functions on a transport of the agent's own that reports completion codes: which
 // requests they send until one is refused, what they answer, and that no flag stays set.
 
 #include <gmock/gmock.h>
@@ -64,9 +64,9 @@ int IPMIbase::SendTimedImbpRequest(IMBPREQUESTDATA* imbRequest, int, unsigned ch
 
 namespace {
 
-class Refusal : public ::testing::Test {
+class RefusalTest : public ::testing::Test {
 protected:
-    Refusal() { server.GetBmc(); }
+    RefusalTest() { server.GetBmc(); }
 
     // Neither a sensor query nor a watchdog call is busy.
     static void ExpectNoFlagSet() {
@@ -80,21 +80,21 @@ protected:
     sim::SimulatedServer server;
 };
 
-TEST_F(Refusal, OfTheSettingSendsNoReset) {
+TEST_F(RefusalTest, RefusedSettingSendsNoReset) {
     refusals = {{kSetWatchdog, 1}};
     EXPECT_EQ(SetWatchDogTimer(1, 20000), -1);
     EXPECT_THAT(sent, ElementsAre(kSetWatchdog));
     ExpectNoFlagSet();
 }
 
-TEST_F(Refusal, OfTheResetBehindASettingFails) {
+TEST_F(RefusalTest, RefusedResetAfterASettingFails) {
     refusals = {{kResetWatchdog, 1}};
     EXPECT_EQ(SetWatchDogTimer(1, 20000), -1);
     EXPECT_THAT(sent, ElementsAre(kSetWatchdog, kResetWatchdog));
     ExpectNoFlagSet();
 }
 
-TEST_F(Refusal, OfAReadingLeavesTheAnswers) {
+TEST_F(RefusalTest, RefusedReadingLeavesTheAnswers) {
     refusals = {{kGetWatchdog, 1}};
     unsigned char action = 7;
     int timeOut = 8;
@@ -107,21 +107,21 @@ TEST_F(Refusal, OfAReadingLeavesTheAnswers) {
     ExpectNoFlagSet();
 }
 
-TEST_F(Refusal, OfAResetFails) {
+TEST_F(RefusalTest, RefusedResetFails) {
     refusals = {{kResetWatchdog, 1}};
     EXPECT_EQ(ResetWatchDogTimer(), -1);
     EXPECT_THAT(sent, ElementsAre(kResetWatchdog));
     ExpectNoFlagSet();
 }
 
-TEST_F(Refusal, OfAStopFails) {
+TEST_F(RefusalTest, RefusedStopFails) {
     refusals = {{kSetWatchdog, 1}};
     EXPECT_EQ(StopWatchDogTimer(), -1);
     EXPECT_THAT(sent, ElementsAre(kSetWatchdog));
     ExpectNoFlagSet();
 }
 
-TEST_F(Refusal, OfTheVersionLeavesTheAnswers) {
+TEST_F(RefusalTest, RefusedVersionLeavesTheAnswers) {
     refusals = {{kGetDeviceId, 1}};
     unsigned char major = 7;
     unsigned char minor = 8;
@@ -132,7 +132,7 @@ TEST_F(Refusal, OfTheVersionLeavesTheAnswers) {
     ExpectNoFlagSet();
 }
 
-TEST_F(Refusal, OfAThresholdWritesNoLaterSensor) {
+TEST_F(RefusalTest, RefusedThresholdWritesNoLaterSensor) {
     refusals = {{kSetThresholds, 2}};
     EXPECT_EQ(SetThresholdInfo(3, 1, THRESHOLD_UPPER_CRITICAL, 80.0), -1);
     EXPECT_EQ(sentPerCode[kSetThresholds], 2) << "of three sensors";
@@ -140,22 +140,22 @@ TEST_F(Refusal, OfAThresholdWritesNoLaterSensor) {
     EXPECT_EQ(sentPerCode[kSetThresholds], 5);
 }
 
-TEST_F(Refusal, OfTheInventoryReadsNoHeader) {
+TEST_F(RefusalTest, RefusedInventoryReadsNoHeader) {
     IPMIsupport support;
     refusals = {{kInventoryInfo, 1}};
     EXPECT_EQ(support.GetFRUInfo(), -1);
     EXPECT_THAT(sent, ElementsAre(kInventoryInfo));
 }
 
-TEST_F(Refusal, OfTheInventorysHeaderReadsNoArea) {
+TEST_F(RefusalTest, RefusedInventoryHeaderReadsNoArea) {
     IPMIsupport support;
     refusals = {{kReadInventory, 1}};
     EXPECT_EQ(support.GetFRUInfo(), -1);
     EXPECT_THAT(sent, ElementsAre(kInventoryInfo, kReadInventory));
 }
 
-TEST_F(Refusal, OfAnAreaLeavesItAndReadsTheOthers) {
-    constexpr int kHead = 2;   // behind the header, the board's first request
+TEST_F(RefusalTest, RefusedAreaIsLeftAndTheOthersAreRead) {
+    constexpr int kHead = 2;   // after the header, the board's first request
     constexpr int kWhole = 3;  // and its second
     for (const int request : {kHead, kWhole}) {
         IPMIsupport support;
@@ -171,7 +171,7 @@ TEST_F(Refusal, OfAnAreaLeavesItAndReadsTheOthers) {
     }
 }
 
-TEST_F(Refusal, OfNoneShowsThatInventoryRequestsNameAnyResponder) {
+TEST_F(RefusalTest, InventoryRequestsNameAnyResponder) {
     IPMIsupport support;
     EXPECT_EQ(support.GetFRUInfo(), 0);
     EXPECT_THAT(responders, SizeIs(8));

@@ -76,21 +76,21 @@ int IPMIsupport::SetSensorThreshold(unsigned char, SensorThresholdInfoRaw) {
 
 namespace {
 
-class ReplacedMethods : public ::testing::Test {
+class ReplacedMethodsTest : public ::testing::Test {
 protected:
-    ReplacedMethods() { server.GetBmc(); }
+    ReplacedMethodsTest() { server.GetBmc(); }
 
     sim::SimulatedServer server;
 };
 
-TEST_F(ReplacedMethods, TablesAreBuiltInTheOrderFansVoltagesTemperaturesProcessors) {
+TEST_F(ReplacedMethodsTest, TablesAreBuiltInTheOrderFansVoltagesTemperaturesProcessors) {
     IPMIsupport support;
     EXPECT_EQ(support.GetSensorInfo(), 0);
     EXPECT_THAT(calls,
                 ElementsAre("info", "walk", "fans", "voltages", "temperatures", "processors"));
 }
 
-TEST_F(ReplacedMethods, TheFirstTableThatFailsEndsTheBuilding) {
+TEST_F(ReplacedMethodsTest, TheFirstTableThatFailsEndsTheBuilding) {
     IPMIsupport support;
     results = {{"voltages", -1}};
     EXPECT_EQ(support.GetSensorInfo(), -1);
@@ -101,7 +101,7 @@ TEST_F(ReplacedMethods, TheFirstTableThatFailsEndsTheBuilding) {
     EXPECT_THAT(calls, ElementsAre("info", "walk", "fans"));
 }
 
-TEST_F(ReplacedMethods, ASettingOrdersTheThresholdsWithinTheWholeRangeOfARawByte) {
+TEST_F(ReplacedMethodsTest, ASettingOrdersTheThresholdsWithinTheWholeRangeOfARawByte) {
     matches = {0};
     known.deviceID = 3;
     known.MinThreshold = 77;
@@ -112,7 +112,7 @@ TEST_F(ReplacedMethods, ASettingOrdersTheThresholdsWithinTheWholeRangeOfARawByte
     EXPECT_EQ(received.MaxThreshold, 255);
 }
 
-TEST_F(ReplacedMethods, ASettingAsksForTheFormulaByTheLowByteOfTheIndex) {
+TEST_F(ReplacedMethodsTest, ASettingAsksForTheFormulaByTheLowByteOfTheIndex) {
     matches = {0, 127, 128, 200, 255, 256, 300};
     ASSERT_EQ(SetThresholdInfo(3, 1, THRESHOLD_LOWER_CRITICAL, 1.0), 0);
     EXPECT_THAT(formulaIndexes, ElementsAre(0, 127, 128, 200, 255, 0, 44));

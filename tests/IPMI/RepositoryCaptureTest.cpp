@@ -26,13 +26,13 @@ std::vector<std::string> LinesOf(const std::string& name) {
     return lines;
 }
 
-// What ipmitool tells of a sensor.
+// What ipmitool says about a sensor.
 struct Account {
     std::string name;
     int number = 0;
     std::map<std::string, std::string> facts;  // by label
 
-    bool Tells(const std::string& label) const { return facts.contains(label); }
+    bool Has(const std::string& label) const { return facts.contains(label); }
     // The number at the front of a fact; nothing when it is not told, or told in words.
     std::optional<double> Value(const std::string& label) const {
         const auto fact = facts.find(label);
@@ -60,7 +60,7 @@ struct Account {
 };
 
 // From lines such as "Sensor ID              : BB Inlet Temp (0x20)" and
-// " Nominal Reading       : 45.000", a sensor's behind each other.
+// " Nominal Reading       : 45.000", a sensor's one after another.
 std::vector<Account> AccountsOf(const std::string& capture) {
     std::vector<Account> accounts;
     for (const std::string& line : LinesOf(capture + ".sdr-v.txt")) {
@@ -87,7 +87,7 @@ std::string LibrarysUnit(const std::string& unit) {
     return own == kOwn.end() ? unit : own->second;
 }
 
-class RepositoryCapture : public IpmiTest, public ::testing::WithParamInterface<std::string> {
+class RepositoryCaptureTest : public IpmiTest, public ::testing::WithParamInterface<std::string> {
 protected:
     void SetUp() override {
         if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
@@ -151,7 +151,7 @@ protected:
     std::vector<Account> accounts;
 };
 
-TEST_P(RepositoryCapture, TheWalkKeepsEveryFullSensorRecordAndZerosBehindThem) {
+TEST_P(RepositoryCaptureTest, TheWalkKeepsEveryFullSensorRecordAndZerosAfterThem) {
     if (full.empty()) GTEST_SKIP() << "no full sensor records";
     Walk();
     for (std::size_t k = 0; k < full.size(); ++k) EXPECT_EQ(Entry(k).SensorNumbers, full[k][7]);
@@ -160,7 +160,7 @@ TEST_P(RepositoryCapture, TheWalkKeepsEveryFullSensorRecordAndZerosBehindThem) {
         EXPECT_EQ(std::memcmp(&Entry(k), &none, sizeof none), 0) << k;
 }
 
-TEST_P(RepositoryCapture, NamesNumbersEntitiesAndTypesAreThoseOfIpmitool) {
+TEST_P(RepositoryCaptureTest, NamesNumbersEntitiesAndTypesAreThoseOfIpmitool) {
     if (accounts.empty()) GTEST_SKIP() << "no account of this repository";
     Walk();
     ASSERT_EQ(full.size(), accounts.size());
@@ -180,7 +180,7 @@ TEST_P(RepositoryCapture, NamesNumbersEntitiesAndTypesAreThoseOfIpmitool) {
 }
 
 // The names of the two differ where ipmitool shortens or rewords.
-TEST_P(RepositoryCapture, TheNamesOfTypesAreThoseOfIpmitool) {
+TEST_P(RepositoryCaptureTest, TheNamesOfTypesAreThoseOfIpmitool) {
     if (accounts.empty()) GTEST_SKIP() << "no account of this repository";
     const std::map<std::string, std::string> kReworded = {{"Other", "other Units-based Sensor"},
                                                           {"Module / Board", "Module/Board"}};
@@ -193,7 +193,7 @@ TEST_P(RepositoryCapture, TheNamesOfTypesAreThoseOfIpmitool) {
     }
 }
 
-TEST_P(RepositoryCapture, UnitsAreThoseOfIpmitool) {
+TEST_P(RepositoryCaptureTest, UnitsAreThoseOfIpmitool) {
     Walk();
     int compared = 0;
     int told = 0;
@@ -214,7 +214,7 @@ struct RecordValue {
 };
 
 // Readings and thresholds that the records themselves hold.
-TEST_P(RepositoryCapture, FactorsGiveTheValuesOfTheRecords) {
+TEST_P(RepositoryCaptureTest, FactorsGiveTheValuesOfTheRecords) {
     constexpr RecordValue kValues[] = {
         {"Nominal Reading", 31},       {"Normal Maximum", 32}, {"Normal Minimum", 33},
         {"Upper non-recoverable", 36}, {"Upper critical", 37}, {"Upper non-critical", 38},
@@ -238,7 +238,7 @@ TEST_P(RepositoryCapture, FactorsGiveTheValuesOfTheRecords) {
     EXPECT_GT(compared, 20);
 }
 
-TEST_P(RepositoryCapture, UnsignedReadingsAreThoseOfIpmitool) {
+TEST_P(RepositoryCaptureTest, UnsignedReadingsAreThoseOfIpmitool) {
     const auto configured = Configured("sensor_set_value");
     if (configured.empty()) GTEST_SKIP() << "no readings with this repository";
     for (const auto& [number, words] : configured)
@@ -287,7 +287,7 @@ std::map<std::string, Listed> ListedThresholds(const std::string& capture) {
 }
 
 // In the configuration the highest threshold comes first, in the mask as in the values.
-TEST_P(RepositoryCapture, ThresholdsAreThoseThatIpmitoolLists) {
+TEST_P(RepositoryCaptureTest, ThresholdsAreThoseThatIpmitoolLists) {
     const auto configured = Configured("sensor_set_threshold");
     if (configured.empty()) GTEST_SKIP() << "no thresholds with this repository";
     for (const auto& [number, words] : configured) {
@@ -330,7 +330,7 @@ std::vector<std::string> OrNone(std::vector<std::string> names) {
     return names;
 }
 
-INSTANTIATE_TEST_SUITE_P(Ipmi, RepositoryCapture,
+INSTANTIATE_TEST_SUITE_P(Ipmi, RepositoryCaptureTest,
                          ::testing::ValuesIn(OrNone(CapturesEndingIn("ipmi", ".sdr.bin"))));
 
 }  // namespace

@@ -14,12 +14,12 @@ using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
 using ::testing::SizeIs;
 
-class Repository : public IpmiTest {
+class RepositoryTest : public IpmiTest {
 protected:
     static std::array<unsigned char, 256> Empty() { return {}; }
 };
 
-TEST_F(Repository, ItsInfoIsRecordCountAndVersion) {
+TEST_F(RepositoryTest, ItsInfoIsRecordCountAndVersion) {
     bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{0x51, 0x34, 0x12, 9}; });
     int count = 0;
     int version = 0;
@@ -33,7 +33,7 @@ TEST_F(Repository, ItsInfoIsRecordCountAndVersion) {
     EXPECT_EQ(bmc.Requests()[0].lun, 0);
 }
 
-TEST_F(Repository, AReservationHasSixteenBits) {
+TEST_F(RepositoryTest, AReservationHasSixteenBits) {
     bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{0x34, 0x12}; });
     unsigned short reservation = 0;
     EXPECT_EQ(Sensors().ReserveSDRRepository(reservation), 0);
@@ -41,7 +41,7 @@ TEST_F(Repository, AReservationHasSixteenBits) {
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Reserve SDR Repository"));
 }
 
-TEST_F(Repository, ARecordIsAskedForFromItsStart) {
+TEST_F(RepositoryTest, ARecordIsAskedForFromItsStart) {
     bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{0x78, 0x56, 1, 2, 3}; });
     auto out = Empty();
     EXPECT_EQ(Sensors().GetSDR(0x1234, 0xABCD, out.data(), 5), 0x5678);
@@ -51,7 +51,7 @@ TEST_F(Repository, ARecordIsAskedForFromItsStart) {
     EXPECT_EQ(out[3], 0);
 }
 
-TEST_F(Repository, ARecordHasExactlyTheBytesAskedForAndZerosPastTheResponse) {
+TEST_F(RepositoryTest, ARecordHasExactlyTheBytesAskedForAndZerosPastTheResponse) {
     bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes(256, 0x11); });
     auto out = Empty();
     out.fill(0xEE);
@@ -61,13 +61,13 @@ TEST_F(Repository, ARecordHasExactlyTheBytesAskedForAndZerosPastTheResponse) {
     EXPECT_EQ(out[255], 0xEE) << "not asked for";
 }
 
-TEST_F(Repository, ANegativeRecordIdIsRefusedWithoutARequest) {
+TEST_F(RepositoryTest, ANegativeRecordIdIsRefusedWithoutARequest) {
     auto out = Empty();
     EXPECT_EQ(Sensors().GetSDR(0, -1, out.data(), 255), -1);
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Repository, ARecordWithoutABufferIsRefusedWithoutARequest) {
+TEST_F(RepositoryTest, ARecordWithoutABufferIsRefusedWithoutARequest) {
     EXPECT_EQ(Sensors().GetSDR(0, 0, nullptr, 5), -1);
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
@@ -81,7 +81,7 @@ public:
 };
 #pragma GCC diagnostic pop
 
-TEST_F(Repository, ADerivedClassDecidesWhetherItIsReady) {
+TEST_F(RepositoryTest, ADerivedClassDecidesWhetherItIsReady) {
     Support();
     UnreadySensor sensor;
     unsigned char reading = 77;
@@ -91,7 +91,7 @@ TEST_F(Repository, ADerivedClassDecidesWhetherItIsReady) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Repository, ARefusedRequestReadsAsZeros) {
+TEST_F(RepositoryTest, ARefusedRequestReadsAsZeros) {
     Support();
     server.Fail("ioctl", 1);
     int count = 7;
@@ -101,7 +101,7 @@ TEST_F(Repository, ARefusedRequestReadsAsZeros) {
     EXPECT_EQ(version, 0);
 }
 
-TEST_F(Repository, AStaleResponseIsNeverSeen) {
+TEST_F(RepositoryTest, AStaleResponseIsNeverSeen) {
     Add(Temperature("T", 0x10), 99);
     unsigned char reading = 0;
     ASSERT_EQ(Sensors().ReadSensor(0x10, reading), 0);
@@ -111,7 +111,7 @@ TEST_F(Repository, AStaleResponseIsNeverSeen) {
     EXPECT_EQ(reading, 0);
 }
 
-TEST_F(Repository, TheWholeResponseIsClearedBeforeARequest) {
+TEST_F(RepositoryTest, TheWholeResponseIsClearedBeforeARequest) {
     std::memset(Sensors().ResponseBuffer, 0xEE, 256);
     bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{}; });
     unsigned char reading = 77;
@@ -120,7 +120,7 @@ TEST_F(Repository, TheWholeResponseIsClearedBeforeARequest) {
                 ElementsAreArray(std::vector<int>(256, 0)));
 }
 
-TEST_F(Repository, AReadingIsTheFirstByte) {
+TEST_F(RepositoryTest, AReadingIsTheFirstByte) {
     Add(Temperature("T", 0x10), 42);
     unsigned char reading = 0;
     EXPECT_EQ(Sensors().ReadSensor(0x10, reading), 0);
@@ -128,7 +128,7 @@ TEST_F(Repository, AReadingIsTheFirstByte) {
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Reading 10"));
 }
 
-TEST_F(Repository, TheRequestRecordHoldsNoDataAfterwards) {
+TEST_F(RepositoryTest, TheRequestRecordHoldsNoDataAfterwards) {
     unsigned char reading = 0;
     ASSERT_EQ(Sensors().ReadSensor(0x10, reading), 0);
     EXPECT_EQ(Sensors().request.data, nullptr);

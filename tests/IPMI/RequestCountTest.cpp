@@ -26,9 +26,9 @@ void PrintTo(const Cost& cost, std::ostream* out) {
     *out << cost.sensors << " sensors";
 }
 
-class RequestCount : public IpmiTest, public ::testing::WithParamInterface<Cost> {
+class RequestCountTest : public IpmiTest, public ::testing::WithParamInterface<Cost> {
 protected:
-    RequestCount() {
+    RequestCountTest() {
         for (int i = 0; i < GetParam().sensors; ++i) {
             const auto number = static_cast<std::uint8_t>(i);
             switch (i % 3) {
@@ -71,20 +71,20 @@ protected:
     SensorThresholdInformation list{};
 };
 
-TEST_P(RequestCount, OfAWalkIsOneAndTwoForEachSensor) {
+TEST_P(RequestCountTest, WalkCostsOneRequestAndTwoForEachSensor) {
     (void)Loaded();
-    EXPECT_EQ(bmc.Count(0x0A, 0x20), 1u);
-    EXPECT_EQ(bmc.Count(0x0A, 0x23), static_cast<std::size_t>(cost.sensors));
-    EXPECT_EQ(bmc.Count(0x04, 0x27), static_cast<std::size_t>(cost.sensors));
+    EXPECT_EQ(bmc.Count("Get SDR Repository Info"), 1u);
+    EXPECT_EQ(bmc.Count("Get SDR"), static_cast<std::size_t>(cost.sensors));
+    EXPECT_EQ(bmc.Count("Get Sensor Thresholds"), static_cast<std::size_t>(cost.sensors));
     EXPECT_EQ(Requests(), cost.walk);
 }
 
-TEST_P(RequestCount, OfTheFirstQueryIncludesTheWalk) {
+TEST_P(RequestCountTest, FirstQueryCostsTheWalkToo) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     EXPECT_EQ(Requests(), cost.walk + cost.fans);
 }
 
-TEST_P(RequestCount, OfFurtherQueriesIsThatOfTheElements) {
+TEST_P(RequestCountTest, FurtherQueriesCostTheRequestsOfTheirElements) {
     (void)GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures);  // -1 where there are none
     (void)Requests();
     for (int round = 0; round < 2; ++round) {
@@ -97,7 +97,7 @@ TEST_P(RequestCount, OfFurtherQueriesIsThatOfTheElements) {
     }
 }
 
-TEST_P(RequestCount, OfListingThresholdsIsOneOnceTheRepositoryIsRead) {
+TEST_P(RequestCountTest, ListOfThresholdsCostsOneRequestOnceTheRepositoryIsRead) {
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(Requests(), cost.walk);
     for (int round = 0; round < 2; ++round) {
@@ -107,14 +107,14 @@ TEST_P(RequestCount, OfListingThresholdsIsOneOnceTheRepositoryIsRead) {
     EXPECT_EQ(list.quantity, cost.thresholds);
 }
 
-TEST_P(RequestCount, OfThresholdsAfterAQueryIsOne) {
+TEST_P(RequestCountTest, ListOfThresholdsAfterAQueryCostsOneRequest) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     (void)Requests();
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(Requests(), 1u);
 }
 
-TEST_P(RequestCount, AWalkAllocatesItsEntriesBesidesTheRequestsData) {
+TEST_P(RequestCountTest, AWalkAllocatesItsEntriesBesidesTheRequestsData) {
     ASSERT_EQ(Support().IsInitOK(), 1);
     (void)OtherAllocations();
     (void)Loaded();
@@ -122,7 +122,7 @@ TEST_P(RequestCount, AWalkAllocatesItsEntriesBesidesTheRequestsData) {
     EXPECT_EQ(OtherAllocations(), 1u);
 }
 
-TEST_P(RequestCount, AReadingAllocatesNothingButTheRequestsData) {
+TEST_P(RequestCountTest, AReadingAllocatesNothingButTheRequestsData) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     (void)Requests();
     (void)OtherAllocations();
@@ -138,7 +138,7 @@ std::string Sensors(const ::testing::TestParamInfo<Cost>& info) {
     return "Of" + std::to_string(info.param.sensors);
 }
 
-INSTANTIATE_TEST_SUITE_P(Repositories, RequestCount,
+INSTANTIATE_TEST_SUITE_P(Repositories, RequestCountTest,
                          ::testing::Values(Cost{1, 3, 3, 0, 0, 1}, Cost{18, 37, 18, 12, 12, 18},
                                            Cost{64, 129, 48, 42, 42, 64},
                                            Cost{255, 511, 48, 64, 64, 64}),

@@ -10,7 +10,7 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class RequestOrder : public IpmiTest {
+class RequestOrderTest : public IpmiTest {
 protected:
     // The requests of a second query, when the repository has been read.
     std::vector<std::string> RequestsOf(unsigned long command, void* record) {
@@ -24,13 +24,13 @@ protected:
     TemperatureInformation temperatures{};
 };
 
-TEST_F(RequestOrder, AFanCostsItsReadingTheDeviceIdAndItsState) {
+TEST_F(RequestOrderTest, AFanCostsItsReadingTheDeviceIdAndItsState) {
     Add(Fan("F1", 0x30), 70);
     EXPECT_THAT(RequestsOf(TALVANE_FANS, &fans),
                 ElementsAre("Get Sensor Reading 30", "Get Device ID", "Get Sensor Reading 30"));
 }
 
-TEST_F(RequestOrder, AnAvailabilityFanCostsItsStateBeforeTheDeviceIdToo) {
+TEST_F(RequestOrderTest, AnAvailabilityFanCostsItsStateBeforeTheDeviceIdToo) {
     Add(Fan("F1", 0x30).Event(10), 70);
     bmc.SetStates(0x30, 0x01);
     EXPECT_THAT(RequestsOf(TALVANE_FANS, &fans),
@@ -38,13 +38,13 @@ TEST_F(RequestOrder, AnAvailabilityFanCostsItsStateBeforeTheDeviceIdToo) {
                             "Get Sensor Reading 30"));
 }
 
-TEST_F(RequestOrder, AFanWithoutAUnitDoesNotCostTheDeviceId) {
+TEST_F(RequestOrderTest, AFanWithoutAUnitDoesNotCostTheDeviceId) {
     Add(Fan("F1", 0x30).Unit(0).Limits(100, 0), 70);
     EXPECT_THAT(RequestsOf(TALVANE_FANS, &fans),
                 ElementsAre("Get Sensor Reading 30", "Get Sensor Reading 30"));
 }
 
-TEST_F(RequestOrder, VoltagesAndTemperaturesCostTheirReadingAndState) {
+TEST_F(RequestOrderTest, VoltagesAndTemperaturesCostTheirReadingAndState) {
     Add(Voltage("V1", 0x20), 165);
     Add(Voltage("V2", 0x21), 165);
     Add(Temperature("T1", 0x10), 40);
@@ -55,7 +55,7 @@ TEST_F(RequestOrder, VoltagesAndTemperaturesCostTheirReadingAndState) {
                 ElementsAre("Get Sensor Reading 10", "Get Sensor Reading 10"));
 }
 
-TEST_F(RequestOrder, TheWalkReadsARecordTheStateOfASpecificSensorAndThresholds) {
+TEST_F(RequestOrderTest, TheWalkReadsARecordTheStateOfASpecificSensorAndThresholds) {
     Add(Temperature("T1", 0x10), 40);
     Add(Fan("F1", 0x30).Event(0x6F), 70);
     Add(Temperature("T2", 0x11), 40);
@@ -69,7 +69,7 @@ TEST_F(RequestOrder, TheWalkReadsARecordTheStateOfASpecificSensorAndThresholds) 
                             "Get SDR 00 00 03 00 00 FF"));
 }
 
-TEST_F(RequestOrder, CommandsOfTheControllerItselfNameItAsResponder) {
+TEST_F(RequestOrderTest, CommandsOfTheControllerItselfNameItAsResponder) {
     constexpr unsigned char kBmc = 0x20;
     int number = 0;
     unsigned char byte = 0;
@@ -95,7 +95,7 @@ TEST_F(RequestOrder, CommandsOfTheControllerItselfNameItAsResponder) {
     EXPECT_EQ(Sensors().request.rsSa, kBmc);
 }
 
-TEST_F(RequestOrder, CommandsOfSensorsNameAnyResponder) {
+TEST_F(RequestOrderTest, CommandsOfSensorsNameAnyResponder) {
     constexpr unsigned char kAny = 0xFF;
     int number = 0;
     unsigned char byte = 0;

@@ -23,7 +23,7 @@ Record Numbered() {
     return record;
 }
 
-TEST(Sdr, ANewObjectIsTheMemoryThatItStandsIn) {
+TEST(SdrTest, ANewObjectIsTheMemoryThatItStandsIn) {
     alignas(SDR) unsigned char memory[sizeof(SDR)];
     std::memset(memory, 0xA5, sizeof memory);
     new (memory) SDR;
@@ -32,33 +32,44 @@ TEST(Sdr, ANewObjectIsTheMemoryThatItStandsIn) {
                             [](volatile unsigned char& byte) { return byte == 0xA5; }));
 }
 
-TEST(Sdr, EveryAccessorReadsItsByte) {
+// The accessors of one byte, and where in the record their byte stands.
+struct Accessor {
+    const char* name;
+    unsigned char (SDR::*read)();
+    int offset;
+};
+constexpr Accessor kAccessors[] = {
+    {"GetSensorRecordType", &SDR::GetSensorRecordType, 3},
+    {"GetSensorOwnerID", &SDR::GetSensorOwnerID, 5},
+    {"GetSensorOwnerLUN", &SDR::GetSensorOwnerLUN, 6},
+    {"GetSensorNumber", &SDR::GetSensorNumber, 7},
+    {"GetEntityID", &SDR::GetEntityID, 8},
+    {"GetEntityInstance", &SDR::GetEntityInstance, 9},
+    {"GetSensorType", &SDR::GetSensorType, 12},
+    {"GetEventType", &SDR::GetEventType, 13},
+    {"GetUnit1", &SDR::GetUnit1, 20},
+    {"GetBaseUnit", &SDR::GetBaseUnit, 21},
+    {"GetModifierUnit", &SDR::GetModifierUnit, 22},
+    {"GetLinearization", &SDR::GetLinearization, 23},
+    {"GetM", &SDR::GetM, 24},
+    {"Gettolerance", &SDR::Gettolerance, 25},
+    {"GetB", &SDR::GetB, 26},
+    {"Getaccuracy", &SDR::Getaccuracy, 27},
+    {"GetRExp", &SDR::GetRExp, 29},
+    {"GetSensorReadingMax", &SDR::GetSensorReadingMax, 34},
+    {"GetSensorReadingMin", &SDR::GetSensorReadingMin, 35},
+};
+
+TEST(SdrTest, EveryAccessorReadsItsByte) {
     Record record = Numbered();
     SDR sdr(record.data());
     EXPECT_EQ(sdr.IsInitOK(), 1);
-    EXPECT_EQ(sdr.GetSensorRecordType(), 3);
-    EXPECT_EQ(sdr.GetSensorOwnerID(), 5);
-    EXPECT_EQ(sdr.GetSensorOwnerLUN(), 6);
-    EXPECT_EQ(sdr.GetSensorNumber(), 7);
-    EXPECT_EQ(sdr.GetEntityID(), 8);
-    EXPECT_EQ(sdr.GetEntityInstance(), 9);
-    EXPECT_EQ(sdr.GetSensorType(), 12);
-    EXPECT_EQ(sdr.GetEventType(), 13);
+    for (const Accessor& accessor : kAccessors)
+        EXPECT_EQ((sdr.*accessor.read)(), accessor.offset) << accessor.name;
     EXPECT_EQ(sdr.GetThresholdInfo(), 0x1312);
-    EXPECT_EQ(sdr.GetUnit1(), 20);
-    EXPECT_EQ(sdr.GetBaseUnit(), 21);
-    EXPECT_EQ(sdr.GetModifierUnit(), 22);
-    EXPECT_EQ(sdr.GetLinearization(), 23);
-    EXPECT_EQ(sdr.GetM(), 24);
-    EXPECT_EQ(sdr.Gettolerance(), 25);
-    EXPECT_EQ(sdr.GetB(), 26);
-    EXPECT_EQ(sdr.Getaccuracy(), 27);
-    EXPECT_EQ(sdr.GetRExp(), 29);
-    EXPECT_EQ(sdr.GetSensorReadingMax(), 34);
-    EXPECT_EQ(sdr.GetSensorReadingMin(), 35);
 }
 
-TEST(Sdr, TheObjectIsTheRecordByteForByte) {
+TEST(SdrTest, TheObjectIsTheRecordByteForByte) {
     Record record = Numbered();
     SDR sdr(record.data());
     EXPECT_EQ(std::memcmp(&sdr, record.data(), record.size()), 0);
@@ -68,32 +79,15 @@ TEST(Sdr, TheObjectIsTheRecordByteForByte) {
     EXPECT_EQ(sdr.body.OEM, 46);
 }
 
-TEST(Sdr, ANullRecordLeavesTheBytesAndEmptiesTheAccessors) {
+TEST(SdrTest, ANullRecordLeavesTheBytesAndEmptiesTheAccessors) {
     Record record = Numbered();
     SDR sdr(record.data());
     sdr = nullptr;
     EXPECT_EQ(sdr.IsInitOK(), 0);
     EXPECT_EQ(std::memcmp(&sdr, record.data(), record.size()), 0);
-    EXPECT_EQ(sdr.GetSensorRecordType(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorOwnerID(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorOwnerLUN(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorNumber(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorType(), 0xFF);
-    EXPECT_EQ(sdr.GetEventType(), 0xFF);
-    EXPECT_EQ(sdr.GetEntityID(), 0xFF);
-    EXPECT_EQ(sdr.GetEntityInstance(), 0xFF);
+    for (const Accessor& accessor : kAccessors)
+        EXPECT_EQ((sdr.*accessor.read)(), 0xFF) << accessor.name;
     EXPECT_EQ(sdr.GetThresholdInfo(), 0xFFFF);
-    EXPECT_EQ(sdr.GetUnit1(), 0xFF);
-    EXPECT_EQ(sdr.GetBaseUnit(), 0xFF);
-    EXPECT_EQ(sdr.GetModifierUnit(), 0xFF);
-    EXPECT_EQ(sdr.GetLinearization(), 0xFF);
-    EXPECT_EQ(sdr.GetM(), 0xFF);
-    EXPECT_EQ(sdr.GetB(), 0xFF);
-    EXPECT_EQ(sdr.GetRExp(), 0xFF);
-    EXPECT_EQ(sdr.Gettolerance(), 0xFF);
-    EXPECT_EQ(sdr.Getaccuracy(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorReadingMax(), 0xFF);
-    EXPECT_EQ(sdr.GetSensorReadingMin(), 0xFF);
     EXPECT_EQ(sdr.GetValueM(), -1);
     EXPECT_EQ(sdr.GetValueB(), -1);
     EXPECT_EQ(sdr.GetBExpValue(), -1);
@@ -104,7 +98,7 @@ TEST(Sdr, ANullRecordLeavesTheBytesAndEmptiesTheAccessors) {
     EXPECT_STREQ(name, "0123456789:;<=>") << "bytes 48 to 62, which are still there";
 }
 
-TEST(Sdr, AnAssignedRecordFillsAnEmptyObject) {
+TEST(SdrTest, AnAssignedRecordFillsAnEmptyObject) {
     Record record = Numbered();
     SDR sdr(record.data());
     sdr = nullptr;
@@ -114,7 +108,7 @@ TEST(Sdr, AnAssignedRecordFillsAnEmptyObject) {
     EXPECT_EQ(sdr.GetSensorNumber(), 0x42);
 }
 
-TEST(Sdr, OnlyFormatThreeHasNoAnalogReading) {
+TEST(SdrTest, OnlyFormatThreeHasNoAnalogReading) {
     Record record{};
     for (const int unit1 : {0x00, 0x3F, 0x40, 0x80, 0xBF}) {
         record[20] = static_cast<unsigned char>(unit1);
@@ -130,9 +124,9 @@ struct Factor {
     int low, high, value;
 };
 
-class TenBitFactor : public ::testing::TestWithParam<Factor> {};
+class TenBitFactorTest : public ::testing::TestWithParam<Factor> {};
 
-TEST_P(TenBitFactor, IsReadInTwoHalves) {
+TEST_P(TenBitFactorTest, FactorIsReadInTwoHalves) {
     const Factor& factor = GetParam();
     Record record{};
     record[24] = record[26] = static_cast<unsigned char>(factor.low);
@@ -142,7 +136,7 @@ TEST_P(TenBitFactor, IsReadInTwoHalves) {
     EXPECT_EQ(sdr.GetValueB(), factor.value);
 }
 
-INSTANTIATE_TEST_SUITE_P(Sdr, TenBitFactor,
+INSTANTIATE_TEST_SUITE_P(Sdr, TenBitFactorTest,
                          ::testing::Values(Factor{0x00, 0x00, 0}, Factor{0x7F, 0x3F, 127},
                                            Factor{0xFF, 0x40, 511}, Factor{0x10, 0x40, 272},
                                            Factor{0x01, 0xFF, -255}, Factor{0xFF, 0xFF, -1},
@@ -155,9 +149,9 @@ struct Exponents {
     int byte, r, b;
 };
 
-class Exponent : public ::testing::TestWithParam<Exponents> {};
+class ExponentTest : public ::testing::TestWithParam<Exponents> {};
 
-TEST_P(Exponent, HasFourSignedBits) {
+TEST_P(ExponentTest, ExponentHasFourSignedBits) {
     Record record{};
     record[29] = static_cast<unsigned char>(GetParam().byte);
     SDR sdr(record.data());
@@ -165,13 +159,13 @@ TEST_P(Exponent, HasFourSignedBits) {
     EXPECT_EQ(sdr.GetBExpValue(), GetParam().b);
 }
 
-INSTANTIATE_TEST_SUITE_P(Sdr, Exponent,
+INSTANTIATE_TEST_SUITE_P(Sdr, ExponentTest,
                          ::testing::Values(Exponents{0x00, 0, 0}, Exponents{0xE9, -2, -7},
                                            Exponents{0x17, 1, 7}, Exponents{0x88, -8, -8},
                                            Exponents{0x70, 7, 0}, Exponents{0x0F, 0, -1},
                                            Exponents{0xF0, -1, 0}));
 
-class IdString : public ::testing::Test {
+class IdStringTest : public ::testing::Test {
 protected:
     // The name as the getter leaves it in a buffer full of '#'.
     std::string Get(int typeLength) {
@@ -186,27 +180,27 @@ protected:
     Record record{};
 };
 
-TEST_F(IdString, AShortOneIsCopiedAndTerminatedAtFifteen) {
+TEST_F(IdStringTest, AShortOneIsCopiedAndTerminatedAtFifteen) {
     EXPECT_EQ(Get(0xC4), std::string("abcd###########\0####", 20));
 }
 
-TEST_F(IdString, FifteenCharactersFill) {
+TEST_F(IdStringTest, FifteenCharactersFill) {
     EXPECT_EQ(Get(0xCF), std::string("abcdefghijklmno\0####", 20));
 }
 
-TEST_F(IdString, ALengthOfTwentyCopiesFifteenCharacters) {
+TEST_F(IdStringTest, ALengthOfTwentyCopiesFifteenCharacters) {
     EXPECT_EQ(Get(0xD4), std::string("abcdefghijklmno\0####", 20));
 }
 
-TEST_F(IdString, AnEmptyOneWritesTheTerminatorOnly) {
+TEST_F(IdStringTest, AnEmptyOneWritesTheTerminatorOnly) {
     EXPECT_EQ(Get(0xC0), std::string("###############\0####", 20));
 }
 
-TEST_F(IdString, ANullPointerIsRefused) {
+TEST_F(IdStringTest, ANullPointerIsRefused) {
     EXPECT_EQ(SDR(record.data()).GetIDstring(nullptr), -1);
 }
 
-TEST_F(IdString, ItsOwnLengthReadsZeroForEveryByte) {
+TEST_F(IdStringTest, ItsOwnLengthReadsZeroForEveryByte) {
     for (int byte = 0; byte < 256; ++byte) {
         record[47] = static_cast<unsigned char>(byte);
         EXPECT_EQ(SDR(record.data()).GetIDstringLen(), 0) << byte;

@@ -6,82 +6,93 @@
 #include <string>
 
 #include "Talvane.h"
+#include "support/FieldTable.h"
 #include "support/IpmiTest.h"
 
 namespace {
 
-// A record, and bytes behind it that no call may touch.
+// A record, and bytes after it that no call may touch.
 template <class Record>
 struct Guarded {
     Record record;
-    unsigned char behind[16];
+    unsigned char after[16];
 
     Guarded() {
         std::memset(&record, 0, sizeof record);
-        std::memset(behind, 0xA5, sizeof behind);
+        std::memset(after, 0xA5, sizeof after);
     }
     bool IsIntact() const {
-        for (const unsigned char byte : behind)
+        for (const unsigned char byte : after)
             if (byte != 0xA5) return false;
         return true;
     }
 };
 
-class SensorQuery : public IpmiTest {
+class SensorQueryTest : public IpmiTest {
 protected:
-    std::size_t Walks() const { return bmc.Count(0x0A, 0x20); }
+    std::size_t Walks() const { return bmc.Count("Get SDR Repository Info"); }
     Guarded<FanInformation> fans;
     Guarded<VoltageInformation> voltages;
     Guarded<TemperatureInformation> temperatures;
 };
 
-TEST_F(SensorQuery, IpmiIsSupportedWhereAnInterfaceAnswers) {
+TEST_F(SensorQueryTest, IpmiIsSupportedWhereAnInterfaceAnswers) {
     EXPECT_EQ(IsIpmiSupport(), 1);
 }
 
-TEST_F(SensorQuery, AFanFillsItsElement) {
+TEST_F(SensorQueryTest, AFanFillsItsElement) {
     Add(Fan("FAN 1", 0x30).Entity(29, 1), 70);
     bmc.SetThresholds(0, {0x3F, {10, 8, 6, 100, 110, 120}});
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
     EXPECT_EQ(fans.record.quantity, 1);
     const FAN_DEVICE& fan = fans.record.fan[0];
     EXPECT_STREQ(fan.speed, "3500RPM");
-    EXPECT_EQ(fan.sensorNumber, 0x30);
-    EXPECT_EQ(fan.DeviceID, 29);
-    EXPECT_EQ(fan.SensorType, kFan);
-    EXPECT_STREQ(fan.desc, "");
-    EXPECT_STREQ(fan.IdString, "FAN 1");
-    EXPECT_STREQ(fan.min, "");
-    EXPECT_STREQ(fan.max, "");
-    EXPECT_EQ(fan.status, 0);
-    EXPECT_EQ(fan.sti.DeviceID, 29);
-    EXPECT_EQ(fan.sti.SensorType, kFan);
-    EXPECT_EQ(fan.sti.LowerNonCriticalThreshold, 500.0);
-    EXPECT_EQ(fan.sti.LowerCriticalThreshold, 400.0);
-    EXPECT_EQ(fan.sti.LowerNonRecoverThreshold, 300.0);
-    EXPECT_EQ(fan.sti.UpperNonCriticalThresholdValue, 5000.0);
-    EXPECT_EQ(fan.sti.UpperCriticalThresholdValue, 5500.0);
-    EXPECT_EQ(fan.sti.UpperNonRecoverThresholdValue, 6000.0);
-    EXPECT_EQ(fan.sti.MaxThreshold, 0.0);
-    EXPECT_EQ(fan.sti.readableFlag, 0) << "not written";
+    ExpectNumbers({
+        {"sensorNumber", fan.sensorNumber, 0x30},
+        {"DeviceID", fan.DeviceID, 29},
+        {"SensorType", fan.SensorType, kFan},
+    });
+    ExpectTexts({
+        {"desc", fan.desc, ""},
+        {"IdString", fan.IdString, "FAN 1"},
+        {"min", fan.min, ""},
+        {"max", fan.max, ""},
+    });
+    ExpectNumbers({
+        {"status", fan.status, 0},
+        {"sti.DeviceID", fan.sti.DeviceID, 29},
+        {"sti.SensorType", fan.sti.SensorType, kFan},
+        {"sti.LowerNonCriticalThreshold", fan.sti.LowerNonCriticalThreshold, 500.0},
+        {"sti.LowerCriticalThreshold", fan.sti.LowerCriticalThreshold, 400.0},
+        {"sti.LowerNonRecoverThreshold", fan.sti.LowerNonRecoverThreshold, 300.0},
+        {"sti.UpperNonCriticalThresholdValue", fan.sti.UpperNonCriticalThresholdValue, 5000.0},
+        {"sti.UpperCriticalThresholdValue", fan.sti.UpperCriticalThresholdValue, 5500.0},
+        {"sti.UpperNonRecoverThresholdValue", fan.sti.UpperNonRecoverThresholdValue, 6000.0},
+        {"sti.MaxThreshold", fan.sti.MaxThreshold, 0.0},
+        {"sti.readableFlag", fan.sti.readableFlag, 0},  // untouched
+    });
     EXPECT_TRUE(fans.IsIntact());
 }
 
-TEST_F(SensorQuery, AVoltageFillsItsElementWithLimits) {
+TEST_F(SensorQueryTest, AVoltageFillsItsElementWithLimits) {
     Add(Voltage("3.3V", 0x20).Entity(10, 1).Limits(250, 10), 165);
     ASSERT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), 0);
     EXPECT_EQ(voltages.record.quantity, 1);
     const VOLTAGE_PROBE& voltage = voltages.record.voltage[0];
-    EXPECT_STREQ(voltage.CurrentVoltage, "3.30V");
-    EXPECT_STREQ(voltage.max, "5.00");
-    EXPECT_STREQ(voltage.min, "0.20");
-    EXPECT_EQ(voltage.sensorNumber, 0x20);
-    EXPECT_EQ(voltage.DeviceID, 10);
-    EXPECT_EQ(voltage.SensorType, kVoltage);
+    ExpectTexts({
+        {"CurrentVoltage", voltage.CurrentVoltage, "3.30V"},
+        {"max", voltage.max, "5.00"},
+        {"min", voltage.min, "0.20"},
+    });
+    ExpectNumbers({
+        {"sensorNumber", voltage.sensorNumber, 0x20},
+        {"DeviceID", voltage.DeviceID, 10},
+        {"SensorType", voltage.SensorType, kVoltage},
+    });
     EXPECT_STREQ(voltage.IdString, "3.3V");
 }
 
-TEST_F(SensorQuery, ATemperatureFillsItsElementWithItsState) {
+TEST_F(SensorQueryTest, ATemperatureFillsItsElementWithItsState) {
     Add(Temperature("CPU", 0x10).Entity(3, 1).Event(7), 42);
     bmc.SetStates(0x10, 0x04);
     ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
@@ -89,13 +100,15 @@ TEST_F(SensorQuery, ATemperatureFillsItsElementWithItsState) {
     const TEMPERATURE_PROBE& temperature = temperatures.record.temperature[0];
     EXPECT_STREQ(temperature.CurrentTemperature, "42.00degree C");
     EXPECT_STREQ(temperature.desc, "transition to Critical from less servere");
-    EXPECT_EQ(temperature.sensorNumber, 0x10);
-    EXPECT_EQ(temperature.DeviceID, 3);
-    EXPECT_EQ(temperature.SensorType, kTemperature);
+    ExpectNumbers({
+        {"sensorNumber", temperature.sensorNumber, 0x10},
+        {"DeviceID", temperature.DeviceID, 3},
+        {"SensorType", temperature.SensorType, kTemperature},
+    });
     EXPECT_STREQ(temperature.IdString, "CPU");
 }
 
-TEST_F(SensorQuery, TwentyFansAreCountedAndSixteenFilled) {
+TEST_F(SensorQueryTest, TwentyFansAreCountedAndSixteenFilled) {
     for (int i = 1; i <= 20; ++i)
         Add(Fan("FAN" + std::to_string(i), static_cast<std::uint8_t>(i)), 70);
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
@@ -104,7 +117,7 @@ TEST_F(SensorQuery, TwentyFansAreCountedAndSixteenFilled) {
     EXPECT_TRUE(fans.IsIntact());
 }
 
-TEST_F(SensorQuery, FortyVoltagesAndTemperaturesFillThirtyTwo) {
+TEST_F(SensorQueryTest, FortyVoltagesAndTemperaturesFillThirtyTwo) {
     for (int i = 1; i <= 40; ++i) {
         const auto number = static_cast<std::uint8_t>(i);
         Add(Voltage("V" + std::to_string(i), number), 165);
@@ -120,7 +133,7 @@ TEST_F(SensorQuery, FortyVoltagesAndTemperaturesFillThirtyTwo) {
     EXPECT_TRUE(temperatures.IsIntact());
 }
 
-TEST_F(SensorQuery, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
+TEST_F(SensorQueryTest, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
     Add(Voltage("V1", 0x20).Entity(10), 1);     // entry 0
     Add(Voltage("V2", 0x21).Entity(7), 1);      // entry 1
     Add(Temperature("T1", 0x10).Entity(3), 1);  // entry 2
@@ -138,7 +151,7 @@ TEST_F(SensorQuery, VoltagesAndTemperaturesCarryTheThresholdsOfTheFirst) {
     EXPECT_EQ(voltages.record.voltage[1].DeviceID, 7) << "its own entity";
 }
 
-TEST_F(SensorQuery, FansCarryTheirOwnThresholds) {
+TEST_F(SensorQueryTest, FansCarryTheirOwnThresholds) {
     Add(Fan("F1", 0x30), 1);
     Add(Fan("F2", 0x31), 1);
     bmc.SetThresholds(0, {0x3F, {1, 1, 1, 1, 1, 1}});
@@ -148,7 +161,7 @@ TEST_F(SensorQuery, FansCarryTheirOwnThresholds) {
     EXPECT_EQ(fans.record.fan[1].sti.LowerCriticalThreshold, 100.0);
 }
 
-TEST_F(SensorQuery, TextsAreCutToTheirFields) {
+TEST_F(SensorQueryTest, TextsAreCutToTheirFields) {
     Add(Temperature("T", 0x10).Unit(65).Factors(100, 0, 0, 1), 200);
     Add(Voltage("V", 0x20).Factors(511, 0, 0, 7).Linearization(9).Limits(0xFE, 0xFD), 200);
     ASSERT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures.record), 0);
@@ -160,7 +173,7 @@ TEST_F(SensorQuery, TextsAreCutToTheirFields) {
     EXPECT_STREQ(voltages.record.voltage[0].IdString, "V");
 }
 
-TEST_F(SensorQuery, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
+TEST_F(SensorQueryTest, UntouchedFieldsStayAsTheCallerGaveThem) {
     Add(Fan("F", 0x30), 70);
     std::memset(&fans.record, 0x5A, sizeof fans.record);
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
@@ -168,14 +181,14 @@ TEST_F(SensorQuery, WhatIsNotWrittenStaysAsTheCallerGaveIt) {
     EXPECT_EQ(fan.status, 0x5A);
     EXPECT_EQ(fan.min[0], 0x5A);
     EXPECT_EQ(fan.max[0], 0x5A);
-    EXPECT_EQ(fan.speed[8], 0x5A) << "behind the terminator";
+    EXPECT_EQ(fan.speed[8], 0x5A) << "after the terminator";
     EXPECT_EQ(fan.sti.readableFlag, 0x5A);
     EXPECT_EQ(fan.sti.MaxThreshold, 0.0) << "written, though no threshold";
     EXPECT_EQ(fan.sti.MinThreshold, 0.0);
     EXPECT_EQ(fans.record.fan[1].sensorNumber, 0x5A);
 }
 
-TEST_F(SensorQuery, OfVoltagesAndTemperaturesTooWhatIsNotWrittenStays) {
+TEST_F(SensorQueryTest, UntouchedFieldsOfVoltagesAndTemperaturesStayToo) {
     Add(Voltage("V", 0x20), 165);
     Add(Temperature("T", 0x10), 42);
     std::memset(&voltages.record, 0x5A, sizeof voltages.record);
@@ -193,7 +206,7 @@ TEST_F(SensorQuery, OfVoltagesAndTemperaturesTooWhatIsNotWrittenStays) {
     EXPECT_EQ(temperatures.record.temperature[1].sensorNumber, 0x5A);
 }
 
-TEST_F(SensorQuery, TheRepositoryIsReadOnce) {
+TEST_F(SensorQueryTest, TheRepositoryIsReadOnce) {
     Add(Fan("F", 0x30), 70);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
@@ -201,7 +214,7 @@ TEST_F(SensorQuery, TheRepositoryIsReadOnce) {
     EXPECT_EQ(fans.record.quantity, 1);
 }
 
-TEST_F(SensorQuery, AKindWithoutSensorsFailsAndWritesNothing) {
+TEST_F(SensorQueryTest, AKindWithoutSensorsFailsAndWritesNothing) {
     Add(Fan("F", 0x30), 70);
     voltages.record.quantity = 77;
     EXPECT_EQ(GetIpmiInfo(TALVANE_VOLTAGES, &voltages.record), -1);
@@ -209,7 +222,7 @@ TEST_F(SensorQuery, AKindWithoutSensorsFailsAndWritesNothing) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0) << "not busy";
 }
 
-TEST_F(SensorQuery, OtherCommandsSucceedAndWriteNothing) {
+TEST_F(SensorQueryTest, OtherCommandsSucceedAndWriteNothing) {
     Add(Fan("F", 0x30), 70);
     fans.record.quantity = 77;
     for (const unsigned long command : {0ul, TALVANE_BOARD, 0x6000000ul, 0xFFFFFFFFul})
@@ -218,7 +231,7 @@ TEST_F(SensorQuery, OtherCommandsSucceedAndWriteNothing) {
     EXPECT_EQ(Walks(), 1u) << "the repository is read all the same";
 }
 
-TEST_F(SensorQuery, AnEmptyRepositoryFailsEveryTimeAndIsReadEveryTime) {
+TEST_F(SensorQueryTest, AnEmptyRepositoryFailsEveryTimeAndIsReadEveryTime) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), -1);
     EXPECT_EQ(Walks(), 2u);
@@ -228,7 +241,7 @@ TEST_F(SensorQuery, AnEmptyRepositoryFailsEveryTimeAndIsReadEveryTime) {
 
 int nested = 77;
 
-TEST_F(SensorQuery, ANestedCallIsBusy) {
+TEST_F(SensorQueryTest, ANestedCallIsBusy) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] {
         FanInformation inner{};
@@ -239,7 +252,7 @@ TEST_F(SensorQuery, ANestedCallIsBusy) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
 }
 
-TEST_F(SensorQuery, AnInventoryQueryMayRunInside) {
+TEST_F(SensorQueryTest, AnInventoryQueryMayRunInside) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] {
         SysInformation inner{};

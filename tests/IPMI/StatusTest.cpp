@@ -12,7 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-class Status : public IpmiTest {
+class StatusTest : public IpmiTest {
 protected:
     Answer Describe(int code, int state) {
         return AskWith(Buffer::kMarked, [&](char* out) {
@@ -22,7 +22,7 @@ protected:
     }
 };
 
-TEST_F(Status, StatesAreTheThirdByteForDiscreteTypes) {
+TEST_F(StatusTest, StatesAreTheThirdByteForDiscreteTypes) {
     bmc.SetStates(0x30, 0x12, 0x34);
     for (int code = 0; code < 256; ++code) {
         unsigned char state = 0x77;
@@ -34,7 +34,7 @@ TEST_F(Status, StatesAreTheThirdByteForDiscreteTypes) {
     EXPECT_THAT(bmc.Requests(), SizeIs(256));
 }
 
-TEST_F(Status, WithoutAControllerThereIsNoState) {
+TEST_F(StatusTest, WithoutAControllerThereIsNoState) {
     Sensors();
     InitOK = 0;
     unsigned char state = 0x77;
@@ -102,7 +102,7 @@ const char* TextOf(int code, int offset) {
     return "";
 }
 
-TEST_F(Status, TheTableHoldsEveryTextAndIsEmptyElsewhere) {
+TEST_F(StatusTest, TheTableHoldsEveryTextAndIsEmptyElsewhere) {
     for (int code = 1; code <= 12; ++code)
         for (int offset = 0; offset < 16; ++offset) {
             char row[64] = {};
@@ -112,30 +112,30 @@ TEST_F(Status, TheTableHoldsEveryTextAndIsEmptyElsewhere) {
         }
 }
 
-TEST_F(Status, EachBitOfEachDiscreteTypeHasItsText) {
+TEST_F(StatusTest, EachBitOfEachDiscreteTypeHasItsText) {
     for (int code = 2; code <= 11; ++code)
         for (int offset = 0; offset < 8; ++offset)
             EXPECT_EQ(Describe(code, 1 << offset), Terminated(TextOf(code, offset)))
                 << code << ", " << offset;
 }
 
-TEST_F(Status, TheLowestBitCounts) {
+TEST_F(StatusTest, TheLowestBitCounts) {
     EXPECT_EQ(Describe(10, 0x09), Terminated("Running"));
     EXPECT_EQ(Describe(10, 0x08), Terminated("On Line"));
     EXPECT_EQ(Describe(9, 0x02), Terminated("Device Enabled"));
     EXPECT_EQ(Describe(9, 0xFE), Terminated("Device Enabled"));
 }
 
-TEST_F(Status, NoBitIsTheEmptyText) {
+TEST_F(StatusTest, NoBitIsTheEmptyText) {
     for (const int code : {0, 1, 7, 0x6F, 0x7F})
         EXPECT_EQ(Describe(code, 0), Terminated("")) << code;
 }
 
-TEST_F(Status, AllBitsAreRefused) {
+TEST_F(StatusTest, AllBitsAreRefused) {
     EXPECT_EQ(Describe(10, 0xFF), Missing());
 }
 
-TEST_F(Status, OtherTypesHaveOneTextOrNone) {
+TEST_F(StatusTest, OtherTypesHaveOneTextOrNone) {
     EXPECT_EQ(Describe(0, 1), Terminated("Unspecified"));
     EXPECT_EQ(Describe(0x6F, 0x80), Terminated("Sensor-specific"));
     EXPECT_EQ(Describe(0x7F, 1), Terminated("OEM"));
@@ -144,13 +144,13 @@ TEST_F(Status, OtherTypesHaveOneTextOrNone) {
         EXPECT_EQ(Describe(code, 1), Terminated("")) << code;
 }
 
-TEST_F(Status, ANullPointerIsRefused) {
+TEST_F(StatusTest, ANullPointerIsRefused) {
     EXPECT_EQ(Sensors().GetDeviceStatus(10, 1, nullptr), -1);
 }
 
-class StatusDescription : public IpmiTest {};
+class StatusDescriptionTest : public IpmiTest {};
 
-TEST_F(StatusDescription, IsTheSensorsCurrentState) {
+TEST_F(StatusDescriptionTest, DescriptionIsTheSensorsCurrentState) {
     Add(Fan("F", 0x30).Event(10), 70);
     Add(Voltage("V", 0x20).Event(9), 70);
     Add(Temperature("T", 0x10).Event(7), 70);
@@ -166,7 +166,7 @@ TEST_F(StatusDescription, IsTheSensorsCurrentState) {
                                                 "Get Sensor Reading 10"));
 }
 
-TEST_F(StatusDescription, IsEmptyForThresholdSensorsAndForAllBits) {
+TEST_F(StatusDescriptionTest, DescriptionIsEmptyForThresholdSensorsAndForAllBits) {
     Add(Fan("F", 0x30), 70);
     Add(Voltage("V", 0x20).Event(9), 70);
     bmc.SetStates(0x30, 0x01);
@@ -176,7 +176,7 @@ TEST_F(StatusDescription, IsEmptyForThresholdSensorsAndForAllBits) {
     EXPECT_EQ(Ask(&Sensor::GetVoltageStatusDescription, 0), Terminated(""));
 }
 
-TEST_F(StatusDescription, IsEmptyWithoutAController) {
+TEST_F(StatusDescriptionTest, DescriptionIsEmptyWithoutAController) {
     Add(Fan("F", 0x30).Event(10), 70);
     bmc.SetStates(0x30, 0x01);
     Loaded();
@@ -184,7 +184,7 @@ TEST_F(StatusDescription, IsEmptyWithoutAController) {
     EXPECT_EQ(Ask(&Sensor::GetFanStatusDescription, 0), Terminated(""));
 }
 
-TEST_F(StatusDescription, ANullPointerIsRefusedBeforeARequest) {
+TEST_F(StatusDescriptionTest, ANullPointerIsRefusedBeforeARequest) {
     Add(Fan("F", 0x30).Event(10), 70);
     Add(Voltage("V", 0x20).Event(9), 70);
     Add(Temperature("T", 0x10).Event(7), 70);

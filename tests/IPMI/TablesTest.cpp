@@ -8,7 +8,7 @@ namespace {
 
 using ::testing::SizeIs;
 
-class Tables : public IpmiTest {
+class TablesTest : public IpmiTest {
 protected:
     void AddOneOfEach() {
         Add(Temperature("T1", 0x10).Entity(3, 1).Limits(0x7F, 0x01), 40);
@@ -21,7 +21,7 @@ protected:
     }
 };
 
-TEST_F(Tables, SensorsAreSortedByType) {
+TEST_F(TablesTest, SensorsAreSortedByType) {
     AddOneOfEach();
     Loaded();
     EXPECT_EQ(Support().GetTemSensorsNum(), 1);
@@ -31,28 +31,31 @@ TEST_F(Tables, SensorsAreSortedByType) {
     EXPECT_STREQ(Sensors().PSInfo.sd[0].IDString, "P1");
 }
 
-TEST_F(Tables, EveryGetterAnswersFromItsTable) {
+TEST_F(TablesTest, EveryGetterAnswersFromItsTable) {
     AddOneOfEach();
     Loaded();
-    unsigned char byte = 0;
-    EXPECT_EQ(Support().GetTemperatureEntityID(0, byte), 0);
-    EXPECT_EQ(byte, 3);
-    EXPECT_EQ(Support().GetVoltageEntityID(0, byte), 0);
-    EXPECT_EQ(byte, 10);
-    EXPECT_EQ(Support().GetFanEntityID(0, byte), 0);
-    EXPECT_EQ(byte, 29);
-    EXPECT_EQ(Support().GetTemperatureSensorNumber(0, byte), 0);
-    EXPECT_EQ(byte, 0x10);
-    EXPECT_EQ(Support().GetVoltageSensorNumber(0, byte), 0);
-    EXPECT_EQ(byte, 0x20);
-    EXPECT_EQ(Support().GetFanSensorNumber(0, byte), 0);
-    EXPECT_EQ(byte, 0x30);
-    EXPECT_EQ(Support().GetTemperatureSensorType(0, byte), 0);
-    EXPECT_EQ(byte, kTemperature);
-    EXPECT_EQ(Support().GetVoltageSensorType(0, byte), 0);
-    EXPECT_EQ(byte, kVoltage);
-    EXPECT_EQ(Support().GetFanSensorType(0, byte), 0);
-    EXPECT_EQ(byte, kFan);
+    struct ByteGetter {
+        const char* name;
+        int (IPMIsupport::*read)(int, unsigned char&);
+        unsigned char expected;
+    };
+    constexpr ByteGetter kBytes[] = {
+        {"GetTemperatureEntityID", &IPMIsupport::GetTemperatureEntityID, 3},
+        {"GetVoltageEntityID", &IPMIsupport::GetVoltageEntityID, 10},
+        {"GetFanEntityID", &IPMIsupport::GetFanEntityID, 29},
+        {"GetTemperatureSensorNumber", &IPMIsupport::GetTemperatureSensorNumber, 0x10},
+        {"GetVoltageSensorNumber", &IPMIsupport::GetVoltageSensorNumber, 0x20},
+        {"GetFanSensorNumber", &IPMIsupport::GetFanSensorNumber, 0x30},
+        {"GetTemperatureSensorType", &IPMIsupport::GetTemperatureSensorType, kTemperature},
+        {"GetVoltageSensorType", &IPMIsupport::GetVoltageSensorType, kVoltage},
+        {"GetFanSensorType", &IPMIsupport::GetFanSensorType, kFan},
+    };
+    for (const ByteGetter& getter : kBytes) {
+        SCOPED_TRACE(getter.name);
+        unsigned char byte = 0;
+        EXPECT_EQ((Support().*getter.read)(0, byte), 0);
+        EXPECT_EQ(byte, getter.expected);
+    }
     EXPECT_EQ(Ask(&Sensor::GetTemperatureIDString, 0), Terminated("T1"));
     EXPECT_EQ(Ask(&Sensor::GetVoltageIDString, 0), Terminated("V1"));
     EXPECT_EQ(Ask(&Sensor::GetFanIDString, 0), Terminated("F1"));
@@ -60,7 +63,7 @@ TEST_F(Tables, EveryGetterAnswersFromItsTable) {
     EXPECT_EQ(Ask(&Sensor::GetVoltageMin, 0), Terminated("0.20"));
 }
 
-TEST_F(Tables, ThresholdsComeRawAndConverted) {
+TEST_F(TablesTest, ThresholdsComeRawAndConverted) {
     AddOneOfEach();
     Loaded();
     SensorThresholdInfoRaw raw{};
@@ -74,7 +77,7 @@ TEST_F(Tables, ThresholdsComeRawAndConverted) {
     EXPECT_EQ(converted.LowerCriticalThreshold, 1100.0);
 }
 
-TEST_F(Tables, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
+TEST_F(TablesTest, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
     Add(Temperature("T1", 0x10).Unit1(0xC0), 40);
     Add(Voltage("V1", 0x20).Unit1(0xC0), 40);
     Add(Fan("F1", 0x30).Unit1(0xC0), 40);
@@ -86,7 +89,7 @@ TEST_F(Tables, WithoutAnalogReadingOnlyTemperaturesAreLeftOut) {
     EXPECT_EQ(Sensors().PSInfo.quantity, 1);
 }
 
-TEST_F(Tables, AVoltageOrFanWithoutAnalogReadingAlwaysReadsUnknown) {
+TEST_F(TablesTest, AVoltageOrFanWithoutAnalogReadingAlwaysReadsUnknown) {
     Add(Voltage("V1", 0x20).Unit1(0xC0), 40);
     Add(Fan("F1", 0x30).Unit1(0xC0), 40);
     Loaded();
@@ -94,7 +97,7 @@ TEST_F(Tables, AVoltageOrFanWithoutAnalogReadingAlwaysReadsUnknown) {
     EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 0), Terminated("Unknown"));
 }
 
-TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesAndWritesTheSameEntries) {
+TEST_F(TablesTest, LoadingTwiceDoublesTheQuantitiesAndWritesTheSameEntries) {
     AddOneOfEach();
     Loaded();
     Loaded();
@@ -105,7 +108,7 @@ TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesAndWritesTheSameEntries) {
     EXPECT_EQ(Sensors().FSInfo.sd[1].SensorNumbers, 0);
 }
 
-TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesCappedByNothing) {
+TEST_F(TablesTest, LoadingTwiceDoublesTheQuantitiesCappedByNothing) {
     for (std::uint8_t i = 0; i < 64; ++i) {
         Add(Fan("F" + std::to_string(i), i), 70);
         Add(sim::SdrRecord("P" + std::to_string(i), static_cast<std::uint8_t>(64 + i))
@@ -120,7 +123,7 @@ TEST_F(Tables, LoadingTwiceDoublesTheQuantitiesCappedByNothing) {
     EXPECT_STREQ(Sensors().FSInfo.sd[63].IDString, "F63");
 }
 
-TEST_F(Tables, SixtyFourSensorsFillATable) {
+TEST_F(TablesTest, SixtyFourSensorsFillATable) {
     for (int i = 0; i < 70; ++i)
         Add(Fan("F" + std::to_string(i), static_cast<std::uint8_t>(i)), 70);
     Loaded();
@@ -132,7 +135,7 @@ TEST_F(Tables, SixtyFourSensorsFillATable) {
     EXPECT_EQ(Ask(&Sensor::GetFanSpeed, 63), Terminated("3500RPM"));
 }
 
-TEST_F(Tables, ASensorBehindTwoHundredFiftyFiveOthersIsFound) {
+TEST_F(TablesTest, ASensorAfterTwoHundredFiftyFiveOthersIsFound) {
     for (int i = 0; i < 258; ++i) Add(Temperature("T", 0x10), 40);
     Add(Fan("F1", 0x90).Entity(29), 70);
     Loaded();
@@ -145,7 +148,7 @@ TEST_F(Tables, ASensorBehindTwoHundredFiftyFiveOthersIsFound) {
     EXPECT_EQ(info.sensorNumber[0], 0x90);
 }
 
-TEST_F(Tables, OnlyTheFirstEntriesOfTheWalkAreLookedAt) {
+TEST_F(TablesTest, OnlyTheFirstEntriesOfTheWalkAreLookedAt) {
     Add(Fan("F1", 1), 70);
     Add(Fan("F2", 2), 70);
     ASSERT_EQ(Sensors().GetSensorNumbers(2), 0);
@@ -157,7 +160,7 @@ TEST_F(Tables, OnlyTheFirstEntriesOfTheWalkAreLookedAt) {
     EXPECT_EQ(Sensors().GetProcessorSensorInfo(0), -1);
 }
 
-TEST_F(Tables, ACountPastTheWalkEndsWithIt) {
+TEST_F(TablesTest, ACountPastTheWalkEndsWithIt) {
     Add(Fan("F1", 1), 70);
     ASSERT_EQ(Sensors().GetSensorNumbers(1), 0);
     EXPECT_EQ(Sensors().GetFanSensorsInfo(100000), 0);
@@ -165,7 +168,7 @@ TEST_F(Tables, ACountPastTheWalkEndsWithIt) {
     EXPECT_EQ(Sensors().GetVoltSensorsInfo(5), 0) << "before any walk, too";
 }
 
-TEST_F(Tables, WithoutAControllerThereAreNoSensors) {
+TEST_F(TablesTest, WithoutAControllerThereAreNoSensors) {
     AddOneOfEach();
     Loaded();
     InitOK = 0;
@@ -175,12 +178,12 @@ TEST_F(Tables, WithoutAControllerThereAreNoSensors) {
     EXPECT_EQ(Support().GetSensorInfo(), -1);
 }
 
-TEST_F(Tables, AnEmptyRepositoryCannotBeLoaded) {
+TEST_F(TablesTest, AnEmptyRepositoryCannotBeLoaded) {
     EXPECT_EQ(Support().GetSensorInfo(), -1);
     EXPECT_THAT(bmc.Requests(), SizeIs(1));
 }
 
-TEST_F(Tables, IndexesOutsideOfATableAreRefused) {
+TEST_F(TablesTest, IndexesOutsideOfATableAreRefused) {
     AddOneOfEach();
     Loaded();
     for (const int i : {-1, 64, 65, 1000}) {
@@ -204,7 +207,7 @@ TEST_F(Tables, IndexesOutsideOfATableAreRefused) {
     }
 }
 
-TEST_F(Tables, NullPointersAreRefused) {
+TEST_F(TablesTest, NullPointersAreRefused) {
     AddOneOfEach();
     Loaded();
     EXPECT_EQ(Sensors().GetFanIDString(0, nullptr), -1);

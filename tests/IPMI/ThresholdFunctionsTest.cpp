@@ -13,14 +13,14 @@ namespace {
 using ::testing::Each;
 using ::testing::ElementsAre;
 
-class ThresholdList : public IpmiTest {
+class ThresholdListTest : public IpmiTest {
 protected:
-    ThresholdList() { std::memset(&list, 0x5A, sizeof list); }
+    ThresholdListTest() { std::memset(&list, 0x5A, sizeof list); }
 
     SensorThresholdInformation list;
 };
 
-TEST_F(ThresholdList, HoldsEverySensor) {
+TEST_F(ThresholdListTest, ListHoldsEverySensor) {
     AddThree();
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(list.quantity, 3);
@@ -36,7 +36,7 @@ TEST_F(ThresholdList, HoldsEverySensor) {
     EXPECT_EQ(list.SensorThreshold[63].SensorType, 0) << "the whole record is cleared";
 }
 
-TEST_F(ThresholdList, CountsTheRecordsThatAreNoSensors) {
+TEST_F(ThresholdListTest, ListCountsTheRecordsThatAreNoSensors) {
     AddThree();
     Add(Temperature("Compact", 0x50).Byte(3, 2), 0);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
@@ -44,13 +44,13 @@ TEST_F(ThresholdList, CountsTheRecordsThatAreNoSensors) {
     EXPECT_EQ(list.SensorThreshold[3].SensorType, 0);
 }
 
-TEST_F(ThresholdList, EndsWithSixtyFour) {
+TEST_F(ThresholdListTest, ListEndsWithSixtyFourSensors) {
     for (int i = 0; i < 70; ++i) Add(Fan("F", static_cast<std::uint8_t>(i)), 70);
     EXPECT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(list.quantity, 64);
 }
 
-TEST_F(ThresholdList, RecordsAddedAfterTheWalkAreMissing) {
+TEST_F(ThresholdListTest, ListLacksRecordsAddedAfterTheWalk) {
     AddThree();
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
     Add(Fan("F2", 0x31), 70);
@@ -58,13 +58,13 @@ TEST_F(ThresholdList, RecordsAddedAfterTheWalkAreMissing) {
     EXPECT_EQ(list.quantity, 3);
 }
 
-TEST_F(ThresholdList, NeedsARecordAndARepository) {
+TEST_F(ThresholdListTest, ListNeedsARecordAndARepository) {
     EXPECT_EQ(GetAllThresholdInfo(nullptr), -1);
     EXPECT_EQ(GetAllThresholdInfo(&list), -1) << "empty repository";
     EXPECT_EQ(list.quantity, 0) << "cleared before";
 }
 
-TEST_F(ThresholdList, AfterAReleaseItIsEmpty) {
+TEST_F(ThresholdListTest, ListAfterAReleaseIsEmpty) {
     AddThree();
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
     EXPECT_EQ(release(), 0);
@@ -75,11 +75,11 @@ TEST_F(ThresholdList, AfterAReleaseItIsEmpty) {
     EXPECT_EQ(SetThresholdInfo(3, kTemperature, 0, 1.0), 0);
 }
 
-TEST_F(ThresholdList, AfterAThresholdFunctionNoSensorIsKnown) {
+TEST_F(ThresholdListTest, AfterAThresholdFunctionNoSensorIsKnown) {
     AddThree();
     Add(Voltage("V1", 0x20), 165);
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
-    const std::size_t walked = bmc.Count(0x0A, 0x23);
+    const std::size_t walked = bmc.Count("Get SDR");
     FanInformation fans{};
     VoltageInformation voltages{};
     TemperatureInformation temperatures{};
@@ -89,10 +89,10 @@ TEST_F(ThresholdList, AfterAThresholdFunctionNoSensorIsKnown) {
         EXPECT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures), -1);
     }
     EXPECT_EQ(fans.quantity, 0);
-    EXPECT_EQ(bmc.Count(0x0A, 0x23), walked) << "the repository is not read again";
+    EXPECT_EQ(bmc.Count("Get SDR"), walked) << "the repository is not read again";
 }
 
-TEST_F(ThresholdList, AfterAListOfOneKindNoSensorIsKnown) {
+TEST_F(ThresholdListTest, AfterAListOfOneKindNoSensorIsKnown) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(29, kFan, &list), -1);
     EXPECT_EQ(list.quantity, 1);
@@ -102,7 +102,7 @@ TEST_F(ThresholdList, AfterAListOfOneKindNoSensorIsKnown) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
 }
 
-TEST_F(ThresholdList, OfOneEntityAndTypeAnswersFailureWhenFilled) {
+TEST_F(ThresholdListTest, ListOfOneEntityAndTypeAnswersFailureWhenFilled) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
     EXPECT_EQ(list.quantity, 2);
@@ -111,16 +111,16 @@ TEST_F(ThresholdList, OfOneEntityAndTypeAnswersFailureWhenFilled) {
     EXPECT_EQ(list.SensorThreshold[1].DeviceID, 3);
 }
 
-TEST_F(ThresholdList, OfOneEntityIsClearedToItsEnd) {
+TEST_F(ThresholdListTest, ListOfOneEntityIsClearedToItsEnd) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, &list), -1);
     const auto* const end = reinterpret_cast<const unsigned char*>(&list + 1);
-    const auto* const behindTheTwo =
+    const auto* const afterTheTwo =
         reinterpret_cast<const unsigned char*>(&list.SensorThreshold[2]);
-    EXPECT_THAT(std::vector<unsigned char>(behindTheTwo, end), Each(0));
+    EXPECT_THAT(std::vector<unsigned char>(afterTheTwo, end), Each(0));
 }
 
-TEST_F(ThresholdList, OfOneEntityRepeatsTheWholeArguments) {
+TEST_F(ThresholdListTest, ListOfOneEntityRepeatsTheWholeArguments) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(0x103, 0x101, &list), -1);
     EXPECT_EQ(list.quantity, 2) << "their low bytes select";
@@ -128,14 +128,14 @@ TEST_F(ThresholdList, OfOneEntityRepeatsTheWholeArguments) {
     EXPECT_EQ(list.SensorThreshold[0].SensorType, 0x101);
 }
 
-TEST_F(ThresholdList, OfNoSensorIsEmpty) {
+TEST_F(ThresholdListTest, ListOfNoSensorIsEmpty) {
     AddThree();
     EXPECT_EQ(GetThresholdInfo(7, kTemperature, &list), -1);
     EXPECT_EQ(list.quantity, 0);
     EXPECT_EQ(GetThresholdInfo(3, kTemperature, nullptr), -1);
 }
 
-TEST_F(ThresholdList, ReadsTheRepositoryOnce) {
+TEST_F(ThresholdListTest, ListsReadTheRepositoryOnce) {
     AddThree();
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
     bmc.ForgetRequests();

@@ -5,6 +5,7 @@
 #include <array>
 #include <vector>
 
+#include "support/FieldTable.h"
 #include "support/IpmiTest.h"
 
 namespace {
@@ -12,49 +13,53 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-class Thresholds : public IpmiTest {
+class ThresholdTest : public IpmiTest {
 protected:
     SensorFormulaParameter tenths{0, 0, 1, 0, 0, -1};
     SensorThresholdInfoRaw raw{};
     SensorThresholdInfoConverted converted{};
 };
 
-TEST_F(Thresholds, AreReadInMaskOrder) {
+TEST_F(ThresholdTest, ThresholdsAreReadInMaskOrder) {
     bmc.SetThresholds(0x30, {0xFF, {10, 20, 30, 40, 50, 60}});
     EXPECT_EQ(Sensors().GetSensorThreshold(0x30, tenths, raw, converted), 0);
     EXPECT_THAT(bmc.RequestTexts(), ElementsAre("Get Sensor Thresholds 30"));
-    EXPECT_EQ(raw.readableFlag, 0x3F);
-    EXPECT_EQ(raw.LowerNonCriticalThreshold, 10);
-    EXPECT_EQ(raw.LowerCriticalThreshold, 20);
-    EXPECT_EQ(raw.LowerNonRecoverThreshold, 30);
-    EXPECT_EQ(raw.UpperNonCriticalThresholdValue, 40);
-    EXPECT_EQ(raw.UpperCriticalThresholdValue, 50);
-    EXPECT_EQ(raw.UpperNonRecoverThresholdValue, 60);
-    EXPECT_EQ(converted.readableFlag, 0x3F);
-    EXPECT_EQ(converted.LowerNonCriticalThreshold, 1.0);
-    EXPECT_EQ(converted.LowerCriticalThreshold, 2.0);
-    EXPECT_EQ(converted.LowerNonRecoverThreshold, 3.0);
-    EXPECT_EQ(converted.UpperNonCriticalThresholdValue, 4.0);
-    EXPECT_EQ(converted.UpperCriticalThresholdValue, 5.0);
-    EXPECT_EQ(converted.UpperNonRecoverThresholdValue, 6.0);
+    ExpectNumbers({
+        {"raw.readableFlag", raw.readableFlag, 0x3F},
+        {"raw.LowerNonCriticalThreshold", raw.LowerNonCriticalThreshold, 10},
+        {"raw.LowerCriticalThreshold", raw.LowerCriticalThreshold, 20},
+        {"raw.LowerNonRecoverThreshold", raw.LowerNonRecoverThreshold, 30},
+        {"raw.UpperNonCriticalThresholdValue", raw.UpperNonCriticalThresholdValue, 40},
+        {"raw.UpperCriticalThresholdValue", raw.UpperCriticalThresholdValue, 50},
+        {"raw.UpperNonRecoverThresholdValue", raw.UpperNonRecoverThresholdValue, 60},
+        {"converted.readableFlag", converted.readableFlag, 0x3F},
+        {"converted.LowerNonCriticalThreshold", converted.LowerNonCriticalThreshold, 1.0},
+        {"converted.LowerCriticalThreshold", converted.LowerCriticalThreshold, 2.0},
+        {"converted.LowerNonRecoverThreshold", converted.LowerNonRecoverThreshold, 3.0},
+        {"converted.UpperNonCriticalThresholdValue", converted.UpperNonCriticalThresholdValue, 4.0},
+        {"converted.UpperCriticalThresholdValue", converted.UpperCriticalThresholdValue, 5.0},
+        {"converted.UpperNonRecoverThresholdValue", converted.UpperNonRecoverThresholdValue, 6.0},
+    });
 }
 
-TEST_F(Thresholds, WhatIsNotReadIsCleared) {
+TEST_F(ThresholdTest, FieldsThatAreNotReadAreCleared) {
     raw.deviceID = raw.sensorType = raw.changeTrend = 7;
     raw.MaxThreshold = raw.MinThreshold = raw.settableFlag = 7;
     converted.MaxThreshold = converted.MinThreshold = 7;
     EXPECT_EQ(Sensors().GetSensorThreshold(0x30, tenths, raw, converted), 0);
-    EXPECT_EQ(raw.deviceID, 0);
-    EXPECT_EQ(raw.sensorType, 0);
-    EXPECT_EQ(raw.changeTrend, 0);
-    EXPECT_EQ(raw.MaxThreshold, 0);
-    EXPECT_EQ(raw.MinThreshold, 0);
-    EXPECT_EQ(raw.settableFlag, 0);
-    EXPECT_EQ(converted.MaxThreshold, 0);
-    EXPECT_EQ(converted.MinThreshold, 0);
+    ExpectNumbers({
+        {"raw.deviceID", raw.deviceID, 0},
+        {"raw.sensorType", raw.sensorType, 0},
+        {"raw.changeTrend", raw.changeTrend, 0},
+        {"raw.MaxThreshold", raw.MaxThreshold, 0},
+        {"raw.MinThreshold", raw.MinThreshold, 0},
+        {"raw.settableFlag", raw.settableFlag, 0},
+        {"converted.MaxThreshold", converted.MaxThreshold, 0},
+        {"converted.MinThreshold", converted.MinThreshold, 0},
+    });
 }
 
-TEST_F(Thresholds, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
+TEST_F(ThresholdTest, ThresholdsOfNoSensorAreRefusedBeforeAnythingIsCleared) {
     raw.deviceID = 7;
     converted.MaxThreshold = 7;
     EXPECT_EQ(Sensors().GetSensorThreshold(0xFF, tenths, raw, converted), -1);
@@ -64,7 +69,7 @@ TEST_F(Thresholds, OfNoSensorAreRefusedBeforeAnythingIsCleared) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Thresholds, WithoutAControllerReadZeroAndSucceed) {
+TEST_F(ThresholdTest, ThresholdsWithoutAControllerReadZeroAndSucceed) {
     Sensors();
     InitOK = 0;
     raw.LowerCriticalThreshold = 7;
@@ -74,7 +79,7 @@ TEST_F(Thresholds, WithoutAControllerReadZeroAndSucceed) {
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
 }
 
-TEST_F(Thresholds, AreWrittenWithTheirMask) {
+TEST_F(ThresholdTest, ThresholdsAreWrittenWithTheirMask) {
     raw.settableFlag = 0x2A;
     raw.LowerNonCriticalThreshold = 1;
     raw.LowerCriticalThreshold = 2;
@@ -101,9 +106,9 @@ struct Order {
     int min = 0, max = 255;
 };
 
-class ThresholdOrder : public ::testing::TestWithParam<Order> {};
+class ThresholdOrderTest : public ::testing::TestWithParam<Order> {};
 
-TEST_P(ThresholdOrder, IsRepairedAroundTheChangedOne) {
+TEST_P(ThresholdOrderTest, OrderIsRepairedAroundTheChangedThreshold) {
     const Order& order = GetParam();
     sim::SimulatedServer server;
     IPMIsupport support;
@@ -130,20 +135,20 @@ TEST_P(ThresholdOrder, IsRepairedAroundTheChangedOne) {
 constexpr Values kStart{10, 20, 30, 100, 110, 120};
 
 INSTANTIATE_TEST_SUITE_P(
-    Thresholds, ThresholdOrder,
+    Thresholds, ThresholdOrderTest,
     ::testing::Values(
         Order{"PushesDown", 0x3F, kStart, 0, 5, {3, 4, 5, 100, 110, 120}},
         Order{"PushesUpToTheFirstInOrder", 0x3F, kStart, 3, 115, {10, 20, 30, 115, 116, 120}},
         Order{"PushesUpToTheEnd", 0x3F, kStart, 3, 200, {10, 20, 30, 200, 201, 202}},
         Order{"LeavesTies", 0x3F, kStart, 1, 30, {10, 30, 30, 100, 110, 120}},
         Order{"LeavesTiesBelow", 0x3F, kStart, 0, 20, {10, 20, 20, 100, 110, 120}},
-        Order{"LeavesADisorderBehindATie",
+        Order{"LeavesADisorderAfterATie",
               0x3F,
               {20, 10, 30, 100, 110, 120},
               0,
               10,
               {20, 10, 10, 100, 110, 120}},
-        Order{"PushesTiesBehindTheMovedOne",
+        Order{"PushesTiesAfterTheMovedOne",
               0x3F,
               {20, 20, 30, 100, 110, 120},
               0,

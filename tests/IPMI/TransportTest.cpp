@@ -15,19 +15,19 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-class Transport : public ::testing::Test {
+class TransportTest : public ::testing::Test {
 protected:
     sim::SimulatedServer server;
 };
 
-TEST_F(Transport, NothingIsOpenedByTheConstructor) {
+TEST_F(TransportTest, NothingIsOpenedByTheConstructor) {
     IPMIbase base;
     EXPECT_EQ(base.IsInitOK(), 0);
     EXPECT_EQ(hDevice, -1);
     EXPECT_THAT(server.GetLog().Lines(), IsEmpty());
 }
 
-TEST_F(Transport, TheProbeFollowsTheOpenAndDropsThePrivilege) {
+TEST_F(TransportTest, TheProbeFollowsTheOpenAndDropsThePrivilege) {
     server.GetBmc();
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
@@ -39,7 +39,7 @@ TEST_F(Transport, TheProbeFollowsTheOpenAndDropsThePrivilege) {
                             "in 0xCAA 1 -> 0xFF", "iopl 0 -> 0"));
 }
 
-TEST_F(Transport, ASmicInterfaceAloneIsEnough) {
+TEST_F(TransportTest, ASmicInterfaceAloneIsEnough) {
     server.GetMachine().GiveBmc(false, true);
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
@@ -48,7 +48,7 @@ TEST_F(Transport, ASmicInterfaceAloneIsEnough) {
     EXPECT_EQ(base.IsInitOK(), 1);
 }
 
-TEST_F(Transport, AnyStatusButAllOnesIsAnInterface) {
+TEST_F(TransportTest, AnyStatusButAllOnesIsAnInterface) {
     server.GetMachine().GiveBmc(false, false);
     for (const int status : {0x00, 0x40, 0xFE}) {
         server.GetMachine().Ports().Install(
@@ -61,7 +61,7 @@ TEST_F(Transport, AnyStatusButAllOnesIsAnInterface) {
     }
 }
 
-TEST_F(Transport, WithoutAnInterfaceTheProbeSucceedsAndNothingIsReady) {
+TEST_F(TransportTest, WithoutAnInterfaceTheProbeSucceedsAndNothingIsReady) {
     server.GetMachine().GiveBmc(false, false);
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
@@ -69,7 +69,7 @@ TEST_F(Transport, WithoutAnInterfaceTheProbeSucceedsAndNothingIsReady) {
     EXPECT_GE(hDevice, 0);
 }
 
-TEST_F(Transport, CallingTwiceOpensTheDeviceOnce) {
+TEST_F(TransportTest, CallingTwiceOpensTheDeviceOnce) {
     server.GetBmc();
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
@@ -77,7 +77,7 @@ TEST_F(Transport, CallingTwiceOpensTheDeviceOnce) {
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
-TEST_F(Transport, WhileNoInterfaceAnswersEveryCallOpensAgain) {
+TEST_F(TransportTest, WhileNoInterfaceAnswersEveryCallOpensAgain) {
     server.GetMachine().GiveBmc(false, false);
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), 0);
@@ -85,7 +85,7 @@ TEST_F(Transport, WhileNoInterfaceAnswersEveryCallOpensAgain) {
     EXPECT_EQ(server.GetLog().Count("open"), 2u);
 }
 
-TEST_F(Transport, AMissingDeviceFails) {
+TEST_F(TransportTest, AMissingDeviceFails) {
     IPMIbase base;
     EXPECT_EQ(base.InitIpmiBase(), -1);
     EXPECT_EQ(hDevice, -1);
@@ -93,7 +93,7 @@ TEST_F(Transport, AMissingDeviceFails) {
     EXPECT_EQ(server.GetLog().Count("iopl"), 0u);
 }
 
-TEST_F(Transport, WithoutPortPrivilegeTheDeviceStaysOpen) {
+TEST_F(TransportTest, WithoutPortPrivilegeTheDeviceStaysOpen) {
     server.GetBmc();
     server.Fail("iopl", 1, EPERM);
     IPMIbase base;
@@ -104,7 +104,7 @@ TEST_F(Transport, WithoutPortPrivilegeTheDeviceStaysOpen) {
     EXPECT_EQ(server.GetLog().Count("iopl"), 1u);
 }
 
-TEST_F(Transport, APrivilegeThatCannotBeDroppedDoesNotMatter) {
+TEST_F(TransportTest, APrivilegeThatCannotBeDroppedDoesNotMatter) {
     server.GetBmc();
     server.Fail("iopl", 2, EPERM);
     IPMIbase base;
@@ -113,7 +113,7 @@ TEST_F(Transport, APrivilegeThatCannotBeDroppedDoesNotMatter) {
     EXPECT_EQ(server.GetLog().Lines().back(), "iopl 0 -> -1 EPERM");
 }
 
-TEST_F(Transport, BeforeTheProbeARequestMakesNoSystemCall) {
+TEST_F(TransportTest, BeforeTheProbeARequestMakesNoSystemCall) {
     server.GetBmc();
     IPMIbase base;
     base.request.cmdType = 1;
@@ -122,7 +122,7 @@ TEST_F(Transport, BeforeTheProbeARequestMakesNoSystemCall) {
     EXPECT_THAT(server.GetLog().Lines(), IsEmpty());
 }
 
-TEST_F(Transport, ARequestIsHandedToTheDriverAsItStands) {
+TEST_F(TransportTest, ARequestIsHandedToTheDriverAsItStands) {
     sim::Bmc& bmc = server.GetBmc();
     bmc.Intercept([](const sim::BmcRequest&) { return sim::Bytes{0xAB, 0xCD}; });
     IPMIbase base;
@@ -146,12 +146,12 @@ TEST_F(Transport, ARequestIsHandedToTheDriverAsItStands) {
     EXPECT_EQ(sent.data, (sim::Bytes{1, 2, 3}));
     EXPECT_EQ(response[0], 0xAB);
     EXPECT_EQ(response[1], 0xCD);
-    EXPECT_EQ(length, 77) << "not written";
-    EXPECT_EQ(completion, 88) << "not written";
+    EXPECT_EQ(length, 77) << "untouched";
+    EXPECT_EQ(completion, 88) << "untouched";
     EXPECT_EQ(server.GetLog().Lines().back(), "ioctl /dev/ipmi 0xC0045301 -> 0");
 }
 
-TEST_F(Transport, ARefusedRequestAnswersWhatTheDriverAnswers) {
+TEST_F(TransportTest, ARefusedRequestAnswersWhatTheDriverAnswers) {
     server.GetBmc();
     IPMIbase base;
     ASSERT_EQ(base.InitIpmiBase(), 0);
@@ -178,7 +178,7 @@ private:
     };
 };
 
-TEST_F(Transport, AnyOtherAnswerOfTheDriverIsPassedOn) {
+TEST_F(TransportTest, AnyOtherAnswerOfTheDriverIsPassedOn) {
     server.GetBmc();
     server.GetMachine().Install("/dev/ipmi", std::make_unique<CountingDriver>());
     IPMIbase base;
@@ -187,7 +187,7 @@ TEST_F(Transport, AnyOtherAnswerOfTheDriverIsPassedOn) {
               CountingDriver::kAnswer);
 }
 
-TEST_F(Transport, OnlyTheObjectThatProbedKnowsTheInterface) {
+TEST_F(TransportTest, OnlyTheObjectThatProbedKnowsTheInterface) {
     server.GetBmc();
     const IPMIsupport support;
     EXPECT_EQ(support.sensor.IsSupportKCS, 1);
@@ -195,7 +195,7 @@ TEST_F(Transport, OnlyTheObjectThatProbedKnowsTheInterface) {
     EXPECT_EQ(support.fru.IsSupportKCS, 0);
 }
 
-TEST_F(Transport, EachObjectClosesTheSharedDescriptorAndForgetsNothing) {
+TEST_F(TransportTest, EachObjectClosesTheSharedDescriptorAndForgetsNothing) {
     server.GetBmc();
     int descriptor = -1;
     {
@@ -210,7 +210,7 @@ TEST_F(Transport, EachObjectClosesTheSharedDescriptorAndForgetsNothing) {
     EXPECT_EQ(server.GetLog().Count("open"), 1u) << "taken for open";
 }
 
-TEST_F(Transport, AnObjectThatOpenedNothingClosesNothing) {
+TEST_F(TransportTest, AnObjectThatOpenedNothingClosesNothing) {
     { const IPMIbase base; }
     EXPECT_EQ(server.GetLog().Count("close"), 0u);
 }
@@ -232,37 +232,37 @@ Copy CopyOf(const char* source, int size, int length) {
 
 constexpr const char* kTwenty = "abcdefghijklmnopqrst";
 
-TEST(StringCopy, ALongerSourceIsCutToTheSpace) {
+TEST(StringCopyTest, ALongerSourceIsCutToTheSpace) {
     const Copy copy = CopyOf(kTwenty, 16, 20);
     EXPECT_EQ(copy.result, 0);
     EXPECT_EQ(copy.bytes, std::string("abcdefghijklmno\0####", 20));
 }
 
-TEST(StringCopy, AShorterSourceIsTerminatedBehindItsLength) {
+TEST(StringCopyTest, AShorterSourceIsTerminatedAfterItsLength) {
     EXPECT_EQ(CopyOf(kTwenty, 16, 5).bytes, std::string("abcde\0##############", 20));
 }
 
-TEST(StringCopy, ASourceAsLongAsTheSpaceLosesItsLastByte) {
+TEST(StringCopyTest, ASourceAsLongAsTheSpaceLosesItsLastByte) {
     EXPECT_EQ(CopyOf(kTwenty, 16, 16).bytes, std::string("abcdefghijklmno\0####", 20));
 }
 
-TEST(StringCopy, ASourceThatEndsEarlierIsFilledUpWithZeros) {
+TEST(StringCopyTest, ASourceThatEndsEarlierIsFilledUpWithZeros) {
     EXPECT_EQ(CopyOf("ab", 16, 5).bytes, std::string("ab\0\0\0\0##############", 20));
 }
 
-TEST(StringCopy, NoSpaceWritesNothing) {
+TEST(StringCopyTest, NoSpaceWritesNothing) {
     const Copy copy = CopyOf(kTwenty, 0, 5);
     EXPECT_EQ(copy.result, 0);
     EXPECT_EQ(copy.bytes, std::string(20, '#'));
 }
 
-TEST(StringCopy, ANegativeLengthWritesNothing) {
+TEST(StringCopyTest, ANegativeLengthWritesNothing) {
     const Copy copy = CopyOf(kTwenty, 16, -1);
     EXPECT_EQ(copy.result, 0);
     EXPECT_EQ(copy.bytes, std::string(20, '#'));
 }
 
-TEST(StringCopy, NullPointersAreRefused) {
+TEST(StringCopyTest, NullPointersAreRefused) {
     IPMIbase base;
     char text[4] = "abc";
     EXPECT_EQ(base.IpmiSrtringCopy(nullptr, text, 4, 3), -1);

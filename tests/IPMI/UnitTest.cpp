@@ -9,7 +9,7 @@
 
 namespace {
 
-class Unit : public IpmiTest {
+class SensorUnitTest : public IpmiTest {
 protected:
     // The unit of the record, written into a buffer that allows `size` bytes.
     Answer Text(const sim::SdrRecord& record, int size = 64) {
@@ -25,28 +25,28 @@ protected:
     }
 };
 
-TEST_F(Unit, EveryBaseUnitHasItsTextWithoutATerminator) {
+TEST_F(SensorUnitTest, EveryBaseUnitHasItsTextWithoutATerminator) {
     for (int code = 0; code <= 90; ++code)
         EXPECT_EQ(Text(Record(0, code)), Copied(SensorsUnit[code])) << code;
 }
 
-TEST_F(Unit, CodeEighteenIsRpm) {
+TEST_F(SensorUnitTest, CodeEighteenIsRpm) {
     EXPECT_EQ(Text(Record(0, 18)), Copied("RPM"));
 }
 
-TEST_F(Unit, CodesPastTheTableAreEmpty) {
+TEST_F(SensorUnitTest, CodesPastTheTableAreEmpty) {
     EXPECT_EQ(Text(Record(0, 91)), Terminated(""));
     EXPECT_EQ(Text(Record(0, 255)), Terminated(""));
 }
 
-TEST_F(Unit, ABaseUnitIsCutToTheSize) {
+TEST_F(SensorUnitTest, ABaseUnitIsCutToTheSize) {
     EXPECT_EQ(Text(Record(0, 1), 9), Copied("degree C"));
     EXPECT_EQ(Text(Record(0, 1), 8), Copied("degree "));
     EXPECT_EQ(Text(Record(0, 1), 1), NothingWritten());
     EXPECT_EQ(Text(Record(0, 1), 0), NothingWritten());
 }
 
-TEST_F(Unit, RatesAreFiveCharactersAndNothingElse) {
+TEST_F(SensorUnitTest, RatesAreFiveCharactersAndNothingElse) {
     const char* const texts[] = {"per \xB5", "per m", "per s", "per m", "per h", "per d"};
     for (int rate = 1; rate <= 6; ++rate) {
         EXPECT_EQ(Text(Record(rate << 3, 18)), Copied(texts[rate - 1])) << rate;
@@ -56,24 +56,24 @@ TEST_F(Unit, RatesAreFiveCharactersAndNothingElse) {
     EXPECT_EQ(Text(Record(1 << 3), 0), NothingWritten());
 }
 
-TEST_F(Unit, RateSevenIsNone) {
+TEST_F(SensorUnitTest, RateSevenIsNone) {
     EXPECT_EQ(Text(Record(7 << 3, 18)), Copied("RPM"));
 }
 
-TEST_F(Unit, APercentageHidesTheBaseUnit) {
+TEST_F(SensorUnitTest, APercentageHidesTheBaseUnit) {
     EXPECT_EQ(Text(Record(0x01, 18)), Terminated("%"));
     EXPECT_EQ(Text(Record(0x01 | 7 << 3, 18)), Terminated("%"));
     EXPECT_EQ(Text(Record(0x01, 18), 1), Terminated(""));
 }
 
-TEST_F(Unit, ModifiersDivideOrMultiply) {
+TEST_F(SensorUnitTest, ModifiersDivideOrMultiply) {
     EXPECT_EQ(Text(Record(1 << 1, 4, 22)), Terminated("V/second"));
     EXPECT_EQ(Text(Record(2 << 1, 4, 5)), Terminated("V*Amps"));
     EXPECT_EQ(Text(Record(1 << 1, 90, 90)), Terminated("uncorrectable error/uncorrectable error"));
     EXPECT_EQ(Text(Record(1 << 1, 4, 22), 5), Terminated("V/se"));
 }
 
-TEST_F(Unit, ModifiersOutsideOfTheTableEmptyTheText) {
+TEST_F(SensorUnitTest, ModifiersOutsideOfTheTableEmptyTheText) {
     for (const int use : {1 << 1, 2 << 1}) {
         EXPECT_EQ(Text(Record(use, 0, 22)), Terminated(""));
         EXPECT_EQ(Text(Record(use, 4, 0)), Terminated(""));
@@ -82,11 +82,11 @@ TEST_F(Unit, ModifiersOutsideOfTheTableEmptyTheText) {
     }
 }
 
-TEST_F(Unit, TheReservedModifierUseWritesNothing) {
+TEST_F(SensorUnitTest, TheReservedModifierUseWritesNothing) {
     EXPECT_EQ(Text(Record(3 << 1, 4, 22)), NothingWritten());
 }
 
-TEST_F(Unit, AllOnesAndNoRecordAreEmpty) {
+TEST_F(SensorUnitTest, AllOnesAndNoRecordAreEmpty) {
     EXPECT_EQ(Text(Record(0xFF, 18)), Terminated(""));
     Sensors().sdr = nullptr;
     char out[4] = "abc";
@@ -97,7 +97,7 @@ TEST_F(Unit, AllOnesAndNoRecordAreEmpty) {
 
 // Highest and lowest readings.
 
-class Limits : public IpmiTest {
+class LimitsTest : public IpmiTest {
 protected:
     // Walks over one record and gives its entry a unit, which the walk has not when it writes.
     void Load(const sim::SdrRecord& record) {
@@ -109,37 +109,37 @@ protected:
     Answer Min() { return Ask(&Sensor::ReadSensorMin, 0); }
 };
 
-TEST_F(Limits, HaveTwoDecimalsAndTheUnit) {
+TEST_F(LimitsTest, LimitsHaveTwoDecimalsAndTheUnit) {
     Load(Voltage("V", 1).Limits(250, 125));
     EXPECT_EQ(Max(), Terminated("5.00U"));
     EXPECT_EQ(Min(), Terminated("2.50U"));
 }
 
-TEST_F(Limits, OfFansAreWholeNumbers) {
+TEST_F(LimitsTest, LimitsOfFansAreWholeNumbers) {
     Load(Fan("F", 1).Factors(55, 0, 0, -1).Limits(101, 1));
     EXPECT_EQ(Max(), Terminated("555U"));
     EXPECT_EQ(Min(), Terminated("5U"));
 }
 
-TEST_F(Limits, TheHighestUnsignedByteStandsForItself) {
+TEST_F(LimitsTest, TheHighestUnsignedByteStandsForItself) {
     Load(Voltage("V", 1).Limits(0xFF, 0xFF));
     EXPECT_EQ(Max(), Terminated("FFU"));
     EXPECT_EQ(Min(), Terminated("FFU"));
 }
 
-TEST_F(Limits, TheHighestSignedByteStandsForItself) {
+TEST_F(LimitsTest, TheHighestSignedByteStandsForItself) {
     Load(Voltage("V", 1).Unit1(0x80).Limits(0x7F, 0x7F));
     EXPECT_EQ(Max(), Terminated("7FU"));
     EXPECT_EQ(Min(), Terminated("7FU"));
 }
 
-TEST_F(Limits, OtherFormatsHaveNoByteOfTheirOwn) {
+TEST_F(LimitsTest, OtherFormatsHaveNoByteOfTheirOwn) {
     Load(Voltage("V", 1).Unit1(0x40).Limits(0xFF, 0x7F));
     EXPECT_EQ(Max(), Terminated("0.00U"));
     EXPECT_EQ(Min(), Terminated("2.56U"));
 }
 
-TEST_F(Limits, AnUnsignedSevenFAndASignedFFAreConverted) {
+TEST_F(LimitsTest, AnUnsignedSevenFAndASignedFFAreConverted) {
     Load(Voltage("V", 1).Limits(0x7F, 0));
     EXPECT_EQ(Max(), Terminated("2.54U"));
     Load(Voltage("V", 1));
@@ -149,7 +149,7 @@ TEST_F(Limits, AnUnsignedSevenFAndASignedFFAreConverted) {
     EXPECT_EQ(Max(), Terminated("0.02U"));
 }
 
-TEST_F(Limits, HaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
+TEST_F(LimitsTest, LimitsHaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
     Load(Voltage("V", 1).Limits(0xFF, 0x7F));
     Sensors().SensorsInformation[0].sfp.Unit1 = 0x80;
     EXPECT_EQ(Max(), Terminated("0.02U"));
@@ -158,13 +158,13 @@ TEST_F(Limits, HaveTheFormatOfTheEntryAndTheTypeOfTheRecord) {
     EXPECT_EQ(Max(), Terminated("0.02U")) << "of a voltage's record";
 }
 
-TEST_F(Limits, LongerThanTheFieldAreCut) {
+TEST_F(LimitsTest, LimitsLongerThanTheFieldAreCut) {
     Load(Voltage("V", 1).Limits(250, 0));
     std::strcpy(Sensors().SensorsInformation[0].SensorUnit, std::string(63, 'u').c_str());
     EXPECT_EQ(Max(), Terminated("5.00" + std::string(59, 'u')));
 }
 
-TEST_F(Limits, OfMissingEntriesAndNullPointersAreRefused) {
+TEST_F(LimitsTest, LimitsOfMissingEntriesAndNullPointersAreRefused) {
     Load(Voltage("V", 1));
     EXPECT_EQ(Sensors().ReadSensorMax(0, nullptr), -1);
     EXPECT_EQ(Sensors().ReadSensorMin(0, nullptr), -1);

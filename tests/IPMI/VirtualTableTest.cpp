@@ -18,9 +18,9 @@ int CallSlot(Object& object, std::size_t slot) {
     return table[slot](&object);
 }
 
-class VirtualTable : public IpmiTest {
+class VirtualTableTest : public IpmiTest {
 protected:
-    // The first slot tells the readiness, the second one probes for an interface.
+    // The first slot says whether the object is ready, the second one probes for an interface.
     template <class Object>
     void ExpectSlots(Object& object) {
         constexpr int kReadiness = 7;
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(VirtualTable, OfEveryClassHasTheReadinessFirstAndTheProbeSecond) {
+TEST_F(VirtualTableTest, EveryClassHasTheReadinessFirstAndTheProbeSecond) {
     IPMIbase base;
     ExpectSlots(base);
     ExpectSlots(Support());

@@ -11,27 +11,27 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
-class Watchdog : public IpmiTest {};
+class WatchdogTest : public IpmiTest {};
 
-TEST_F(Watchdog, SettingItStartsTheCountdown) {
+TEST_F(WatchdogTest, SettingStartsTheCountdown) {
     EXPECT_EQ(SetWatchDogTimer(1, 20000), 0);
     EXPECT_THAT(bmc.RequestTexts(),
                 ElementsAre("Set Watchdog Timer 04 01 00 00 C8 00", "Reset Watchdog Timer"));
     EXPECT_TRUE(bmc.Watchdog().running);
 }
 
-TEST_F(Watchdog, ATimeOutOfRangeFailsAndSendsNothing) {
+TEST_F(WatchdogTest, ATimeOutOfRangeFailsAndSendsNothing) {
     EXPECT_EQ(SetWatchDogTimer(1, 9999), -1);
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
     EXPECT_EQ(SetWatchDogTimer(1, 20000), 0) << "not busy";
 }
 
-TEST_F(Watchdog, TheActionIsNarrowedToAByte) {
+TEST_F(WatchdogTest, TheActionIsNarrowedToAByte) {
     EXPECT_EQ(SetWatchDogTimer(0x102, 20000), 0);
     EXPECT_EQ(bmc.Watchdog().actions, 2);
 }
 
-TEST_F(Watchdog, ResettingItStartsItOver) {
+TEST_F(WatchdogTest, ResetStartsTheCountdownOver) {
     ASSERT_EQ(SetWatchDogTimer(1, 20000), 0);
     server.GetMachine().Sleep(15);
     EXPECT_EQ(ResetWatchDogTimer(), 0);
@@ -40,7 +40,7 @@ TEST_F(Watchdog, ResettingItStartsItOver) {
     EXPECT_EQ(bmc.WatchdogPresent(), 50u);
 }
 
-TEST_F(Watchdog, StoppingItSetsThreeMinutesWithoutActionAndNoReset) {
+TEST_F(WatchdogTest, StoppingSetsThreeMinutesWithoutActionAndSendsNoReset) {
     ASSERT_EQ(SetWatchDogTimer(1, 20000), 0);
     bmc.ForgetRequests();
     EXPECT_EQ(StopWatchDogTimer(), 0);
@@ -50,7 +50,7 @@ TEST_F(Watchdog, StoppingItSetsThreeMinutesWithoutActionAndNoReset) {
     EXPECT_EQ(bmc.WatchdogExpirations(), 0);
 }
 
-TEST_F(Watchdog, ItsSettingsAndWhatIsLeftAreRead) {
+TEST_F(WatchdogTest, SettingsAndTheTimeLeftAreRead) {
     ASSERT_EQ(SetWatchDogTimer(3, 20000), 0);
     server.GetMachine().Sleep(4);
     unsigned char action = 0;
@@ -64,7 +64,7 @@ TEST_F(Watchdog, ItsSettingsAndWhatIsLeftAreRead) {
     EXPECT_EQ(timeOut, 16000);
 }
 
-TEST_F(Watchdog, TheVersionIsRead) {
+TEST_F(WatchdogTest, FirmwareVersionIsRead) {
     bmc.SetFirmware(1, 0x25);
     unsigned char major = 0;
     unsigned char minor = 0;
@@ -77,7 +77,7 @@ TEST_F(Watchdog, TheVersionIsRead) {
 
 int nested[6];
 
-TEST_F(Watchdog, InsideAQueryEveryFunctionIsBusy) {
+TEST_F(WatchdogTest, InsideAQueryEveryFunctionIsBusy) {
     server.During("ioctl", [] {
         unsigned char byte = 7;
         int number = 7;
@@ -99,7 +99,7 @@ void AskForFans() {
     nested[0] = GetIpmiInfo(TALVANE_FANS, &innerFans);
 }
 
-TEST_F(Watchdog, InsideEveryFunctionASensorQueryIsBusy) {
+TEST_F(WatchdogTest, InsideEveryFunctionASensorQueryIsBusy) {
     Add(Fan("F", 0x30), 70);
     unsigned char byte = 0;
     int number = 0;
@@ -118,7 +118,7 @@ TEST_F(Watchdog, InsideEveryFunctionASensorQueryIsBusy) {
     EXPECT_EQ(nested[0], 0) << "and afterwards it is not";
 }
 
-TEST_F(Watchdog, InsideTheResetBehindASettingASensorQueryIsBusy) {
+TEST_F(WatchdogTest, InsideTheResetAfterASettingASensorQueryIsBusy) {
     Add(Fan("F", 0x30), 70);
     bmc.Intercept([this](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         constexpr std::uint8_t kSetWatchdog = 0x24;
@@ -129,7 +129,7 @@ TEST_F(Watchdog, InsideTheResetBehindASettingASensorQueryIsBusy) {
     EXPECT_EQ(nested[0], 1);
 }
 
-TEST_F(Watchdog, ARefusedSettingLeavesSensorQueriesBusyUntilALaterCall) {
+TEST_F(WatchdogTest, ARefusedSettingLeavesSensorQueriesBusyUntilALaterCall) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
     EXPECT_EQ(ResetWatchDogTimer(), 0);
@@ -145,7 +145,7 @@ TEST_F(Watchdog, ARefusedSettingLeavesSensorQueriesBusyUntilALaterCall) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
 }
 
-TEST_F(Watchdog, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
+TEST_F(WatchdogTest, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] {
         unsigned char byte = 0;
@@ -160,7 +160,7 @@ TEST_F(Watchdog, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
 }
 
-TEST_F(Watchdog, AReadingThatIsDoneEndsThatToo) {
+TEST_F(WatchdogTest, SuccessfulReadingEndsTheBusyStateToo) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
     EXPECT_EQ(ResetWatchDogTimer(), 0);

@@ -11,12 +11,12 @@
 
 namespace {
 
-class WithoutIpmi : public ::testing::Test {
+class WithoutIpmiTest : public ::testing::Test {
 protected:
     sim::SimulatedServer server;
 };
 
-TEST_F(WithoutIpmi, TheFirstQueryFailsAndEveryLaterOneIsBusy) {
+TEST_F(WithoutIpmiTest, TheFirstQueryFailsAndEveryLaterOneIsBusy) {
     FanInformation fans{};
     EXPECT_EQ(IsIpmiSupport(), 0);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), -1);
@@ -32,7 +32,7 @@ TEST_F(WithoutIpmi, TheFirstQueryFailsAndEveryLaterOneIsBusy) {
     EXPECT_EQ(GetBMCVersion(&byte, &byte), -1);
 }
 
-TEST_F(WithoutIpmi, ListsOfThresholdsAreNotCleared) {
+TEST_F(WithoutIpmiTest, ListsOfThresholdsAreNotCleared) {
     SensorThresholdInformation list;
     std::memset(&list, 0x5A, sizeof list);
     EXPECT_EQ(GetAllThresholdInfo(&list), -1);
@@ -41,13 +41,13 @@ TEST_F(WithoutIpmi, ListsOfThresholdsAreNotCleared) {
     EXPECT_EQ(list.SensorThreshold[63].readableFlag, 0x5A);
 }
 
-TEST_F(WithoutIpmi, TheDeviceIsTriedByEachPartOfTheObjectOnce) {
+TEST_F(WithoutIpmiTest, TheDeviceIsTriedByEachPartOfTheObjectOnce) {
     EXPECT_EQ(IsIpmiSupport(), 0);
     EXPECT_EQ(IsIpmiSupport(), 0);
     EXPECT_EQ(server.GetLog().Count("open"), 3u);
 }
 
-TEST_F(WithoutIpmi, EveryOtherFunctionFails) {
+TEST_F(WithoutIpmiTest, EveryOtherFunctionFails) {
     unsigned char byte = 0;
     int number = 0;
     SensorThresholdInformation thresholds{};

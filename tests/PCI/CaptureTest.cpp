@@ -13,7 +13,7 @@
 namespace {
 
 constexpr unsigned kLastBus = 10;
-constexpr std::size_t kMostFunctions = 64;
+constexpr std::size_t kMaxFunctions = 64;
 
 // lspci's name of a class, without or with an interface, and the report's of the same. Empty: the
 // report has none.
@@ -153,9 +153,9 @@ std::vector<std::string> CaptureNames() {
     return names;
 }
 
-class PciCapture : public ::testing::Test, public ::testing::WithParamInterface<std::string> {};
+class PciCaptureTest : public ::testing::Test, public ::testing::WithParamInterface<std::string> {};
 
-TEST_P(PciCapture, IsReportedAsLspciShowsIt) {
+TEST_P(PciCaptureTest, IsReportedAsLspciShowsIt) {
     if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
     const std::vector<LspciFunction> functions = ReportedFunctions(GetParam());
     sim::SimulatedServer server;
@@ -163,7 +163,7 @@ TEST_P(PciCapture, IsReportedAsLspciShowsIt) {
          sim::ReadPciText(ContentOf(SharedData("pci") / (GetParam() + ".txt"))))
         server.GetPci().Set(location, bytes);
     DeviceInformation record{};
-    if (functions.size() > kMostFunctions) {
+    if (functions.size() > kMaxFunctions) {
         EXPECT_EQ(GetPciInfo(&record), -1);
         return;
     }
@@ -172,7 +172,7 @@ TEST_P(PciCapture, IsReportedAsLspciShowsIt) {
     for (std::size_t i = 0; i < functions.size(); ++i) ExpectSame(functions[i], record.dev[i]);
 }
 
-INSTANTIATE_TEST_SUITE_P(Machines, PciCapture, ::testing::ValuesIn(CaptureNames()),
+INSTANTIATE_TEST_SUITE_P(Machines, PciCaptureTest, ::testing::ValuesIn(CaptureNames()),
                          [](const auto& machine) {
                              std::string name = machine.param.empty() ? "None" : machine.param;
                              for (char& c : name)

@@ -17,9 +17,9 @@ struct GuardedRecord {
     unsigned char guard[64];
 };
 
-class HostilePci : public PciTest {
+class HostilePciTest : public PciTest {
 protected:
-    HostilePci() {
+    HostilePciTest() {
         functionsFound.clear();
         std::memset(&marked, kMark, sizeof marked);
         box = marked;
@@ -41,7 +41,7 @@ protected:
     GuardedRecord box;
 };
 
-TEST_F(HostilePci, AnyByteOfAHeaderStaysInTheFieldsOfItsEntry) {
+TEST_F(HostilePciTest, AnyByteOfAHeaderStaysInTheFieldsOfItsEntry) {
     std::strcpy(marked.info.dev[0].model, "model before");
     std::strcpy(marked.info.dev[0].type, "type before");
     DEV& entry = box.info.dev[0];
@@ -72,7 +72,7 @@ TEST_F(HostilePci, AnyByteOfAHeaderStaysInTheFieldsOfItsEntry) {
         }
 }
 
-TEST_F(HostilePci, OfMoreFunctionsThanTheRecordHoldsTheFirstAreReported) {
+TEST_F(HostilePciTest, OfMoreFunctionsThanTheRecordHoldsTheFirstAreReported) {
     for (int i = 0; i < 65; ++i) {
         PCIdevice function;
         function.setBusNo(i);
@@ -84,7 +84,7 @@ TEST_F(HostilePci, OfMoreFunctionsThanTheRecordHoldsTheFirstAreReported) {
     EXPECT_TRUE(UntouchedFrom(64));
 }
 
-TEST_F(HostilePci, LocationLongerThanItsFieldIsCut) {
+TEST_F(HostilePciTest, LocationLongerThanItsFieldIsCut) {
     PCIdevice function;
     function.setBusNo(INT_MIN);
     function.setDevNo(INT_MIN);

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Takes the text of lspci apart, line by line.
 
 #include "PCI/LspciText.h"
 
@@ -7,8 +9,8 @@
 
 namespace {
 
-// The number behind a word such as "(rev ", else 0.
-unsigned HexBehind(const std::string& line, const std::string& word) {
+// The number after a word such as "(rev ", else 0.
+unsigned HexAfter(const std::string& line, const std::string& word) {
     const std::size_t at = line.find(word);
     return at == std::string::npos
                ? 0
@@ -29,8 +31,8 @@ bool ReadHead(const std::string& line, LspciFunction& to, unsigned& domain) {
     const std::size_t code = line.find(" [", static_cast<std::size_t>(end));
     if (code == std::string::npos) return false;
     to.className = line.substr(static_cast<std::size_t>(end), code - static_cast<std::size_t>(end));
-    to.revision = HexBehind(line, "(rev ");
-    to.progIf = HexBehind(line, "(prog-if ");
+    to.revision = HexAfter(line, "(rev ");
+    to.progIf = HexAfter(line, "(prog-if ");
     return std::sscanf(text + code, " [%2x%2x]:", &to.classCode, &to.subClass) == 2;
 }
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What `lspci -vvnn` says of a machine's functions, as far as the report tells the same.
+// What `lspci -vvnn` says of a machine's functions, as far as the report has it.
 #ifndef TALVANE_TESTS_PCI_LSPCITEXT_H
 #define TALVANE_TESTS_PCI_LSPCITEXT_H
 

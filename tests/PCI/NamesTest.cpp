@@ -198,7 +198,7 @@ std::string ExpectedType(const Code& code, std::string before) {
     return type;
 }
 
-class PciNames : public PciTest {
+class PciNamesTest : public PciTest {
 protected:
     // The record after a report of functions with these codes, at most 64.
     const DeviceInformation& ReportOf(const std::vector<Code>& codes) {
@@ -223,7 +223,7 @@ protected:
     std::string ModelOf(unsigned classCode) { return ReportOf({{classCode, 0, 0}}).dev[0].model; }
 };
 
-TEST_F(PciNames, ClassTableHasTwentyRowsOfSixtyFourCharacters) {
+TEST_F(PciNamesTest, ClassTableHasTwentyRowsOfSixtyFourCharacters) {
     static_assert(sizeof MainDev == 20 * 64);
     static_assert(std::size(kClassNames) == 20);
     for (unsigned i = 0; i < 20; ++i) {
@@ -232,11 +232,11 @@ TEST_F(PciNames, ClassTableHasTwentyRowsOfSixtyFourCharacters) {
     }
 }
 
-TEST_F(PciNames, ClassesBehindTheTableLeaveTheModel) {
+TEST_F(PciNamesTest, ClassesPastTheTableLeaveTheModel) {
     for (unsigned i = 0x14; i < 0x100; ++i) EXPECT_EQ(ModelOf(i), "model before") << i;
 }
 
-TEST_F(PciNames, EveryRowNamesItsSubClass) {
+TEST_F(PciNamesTest, EveryRowNamesItsSubClass) {
     for (const Row& row : kRows) {
         char* end = nullptr;
         const unsigned subClass = static_cast<unsigned>(std::strtoul(row.match, &end, 16));
@@ -248,7 +248,7 @@ TEST_F(PciNames, EveryRowNamesItsSubClass) {
     }
 }
 
-TEST_F(PciNames, EveryCodeHasTheNameOfItsLastRowOrKeepsTheTextBefore) {
+TEST_F(PciNamesTest, EveryCodeHasTheNameOfItsLastRowOrKeepsTheTextBefore) {
     for (unsigned classCode = 0; classCode <= 0x14; ++classCode) {
         for (unsigned subClass = 0; subClass < 0x100; ++subClass) {
             for (unsigned first = 0; first < 0x100; first += 64) {
@@ -265,43 +265,43 @@ TEST_F(PciNames, EveryCodeHasTheNameOfItsLastRowOrKeepsTheTextBefore) {
     }
 }
 
-TEST_F(PciNames, SubClassesOfClassesWithoutRowsKeepTheTextBeforeOrAreOther) {
+TEST_F(PciNamesTest, SubClassesOfClassesWithoutRowsKeepTheTextBeforeOrAreOther) {
     for (unsigned classCode = 0x12; classCode < 0x100; ++classCode) {
         EXPECT_EQ(TypeOf({classCode, 0x00, 0x00}), "type before") << classCode;
         EXPECT_EQ(TypeOf({classCode, 0x80, 0x00}), "other") << classCode;
     }
 }
 
-TEST_F(PciNames, PciToPciBridge) {
+TEST_F(PciNamesTest, BridgeOfSubClassFourIsPciToPci) {
     ReportOf({{0x06, 0x04, 0x00}});
     EXPECT_STREQ(record.dev[0].model, "Bridge device");
     EXPECT_STREQ(record.dev[0].type, "PCI-to-PCI bridge");
 }
 
-TEST_F(PciNames, OwnRowForTheOtherSubClassReplacesOther) {
+TEST_F(PciNamesTest, OwnRowForTheOtherSubClassReplacesOther) {
     EXPECT_EQ(TypeOf({0x02, 0x80, 0x00}), "Other network controller");
 }
 
-TEST_F(PciNames, ProcessorOfTheOtherSubClassKeepsOther) {
+TEST_F(PciNamesTest, ProcessorOfTheOtherSubClassKeepsOther) {
     EXPECT_EQ(TypeOf({0x0B, 0x80, 0x00}), "other");
 }
 
-TEST_F(PciNames, UnknownClass) {
+TEST_F(PciNamesTest, UnknownClassReadsUnknownAndOther) {
     ReportOf({{0x12, 0x80, 0x00}});
     EXPECT_STREQ(record.dev[0].model, "Unknown");
     EXPECT_STREQ(record.dev[0].type, "other");
 }
 
-TEST_F(PciNames, UsbControllerOfALaterInterfaceKeepsTheTextBefore) {
+TEST_F(PciNamesTest, UsbControllerOfALaterInterfaceKeepsTheTextBefore) {
     EXPECT_EQ(TypeOf({0x0C, 0x03, 0x30}), "type before");
 }
 
-TEST_F(PciNames, BothOldUsbInterfacesHaveOneName) {
+TEST_F(PciNamesTest, BothOldUsbInterfacesHaveOneName) {
     EXPECT_EQ(TypeOf({0x0C, 0x03, 0x00}), "Universal Serial Bus");
     EXPECT_EQ(TypeOf({0x0C, 0x03, 0x10}), "Universal Serial Bus");
 }
 
-TEST_F(PciNames, WirelessControllersRunOnIntoIntelligentIoAndSatellites) {
+TEST_F(PciNamesTest, WirelessControllersRunOnIntoIntelligentIoAndSatellites) {
     EXPECT_EQ(TypeOf({0x0D, 0x00, 0x00}), "Intelligent I/O");
     EXPECT_EQ(TypeOf({0x0D, 0x01, 0x00}), "TV");
     EXPECT_EQ(TypeOf({0x0D, 0x02, 0x00}), "Audio");
@@ -310,30 +310,30 @@ TEST_F(PciNames, WirelessControllersRunOnIntoIntelligentIoAndSatellites) {
     EXPECT_EQ(TypeOf({0x0D, 0x80, 0x00}), "Other type of wireless controller");
 }
 
-TEST_F(PciNames, IntelligentIoRunsOnIntoSatellites) {
+TEST_F(PciNamesTest, IntelligentIoRunsOnIntoSatellites) {
     EXPECT_EQ(TypeOf({0x0E, 0x00, 0x00}), "Intelligent I/O");
     EXPECT_EQ(TypeOf({0x0E, 0x01, 0x00}), "TV");
     EXPECT_EQ(TypeOf({0x0E, 0x04, 0x00}), "Data");
     EXPECT_EQ(TypeOf({0x0E, 0x05, 0x00}), "type before");
 }
 
-TEST_F(PciNames, NoOtherClassRunsOnIntoTheNext) {
+TEST_F(PciNamesTest, NoOtherClassRunsOnIntoTheNext) {
     EXPECT_EQ(TypeOf({0x0C, 0x10, 0x00}), "type before");  // RF controller in the next class
     EXPECT_EQ(TypeOf({0x0F, 0x10, 0x00}), "type before");  // entertainment in the next class
     EXPECT_EQ(TypeOf({0x05, 0x02, 0x00}), "type before");  // EISA bridge in the next class
 }
 
-TEST_F(PciNames, OpenHciFireWireIsMatchedOnInterfaceOne) {
+TEST_F(PciNamesTest, OpenHciFireWireIsMatchedOnInterfaceOne) {
     EXPECT_EQ(TypeOf({0x0C, 0x00, 0x01}), "IEEE 1394 following the 1394 OpenHCI specification");
     EXPECT_EQ(TypeOf({0x0C, 0x00, 0x10}), "type before");
 }
 
-TEST_F(PciNames, NameLongerThanTheFieldIsCut) {
+TEST_F(PciNamesTest, NameLongerThanTheFieldIsCut) {
     EXPECT_EQ(TypeOf({0x11, 0x10, 0x00}),
               "Communications synchronization plus time and frequency test/mea");
 }
 
-TEST_F(PciNames, ShorterNameLeavesNothingOfALongerOneBefore) {
+TEST_F(PciNamesTest, ShorterNameLeavesNothingOfALongerOneBefore) {
     ReportOf({{0x07, 0x03, 0x00}});
     std::strcpy(record.dev[0].model, MainDev[0x11]);
     std::strcpy(record.dev[0].type, "Hayes compatible modem, 16450-compatible interface");

@@ -7,10 +7,11 @@
 #include <cstring>
 
 #include "PCI/PCIdevice.h"
+#include "support/FieldTable.h"
 
 namespace {
 
-// Every byte tells its offset.
+// Every byte is 0x80 plus its offset.
 std::array<char, 64> Image() {
     std::array<char, 64> image;
     for (std::size_t i = 0; i < image.size(); ++i) image[i] = static_cast<char>(0x80 + i);
@@ -18,30 +19,32 @@ std::array<char, 64> Image() {
 }
 
 void ExpectFieldsOfImage(PCIdevice& device) {
-    EXPECT_EQ(device.getVendorID(), 0x8180);
-    EXPECT_EQ(device.header.DeviceID, 0x8382);
-    EXPECT_EQ(device.header.Command, 0x8584);
-    EXPECT_EQ(device.getStatus(), 0x8786);
-    EXPECT_EQ(device.getRevisionID(), 0x88);
-    EXPECT_EQ(device.getProgIF(), 0x89);
-    EXPECT_EQ(device.getSubClassCode(), 0x8A);
-    EXPECT_EQ(device.getClassCode(), 0x8B);
-    EXPECT_EQ(device.header.CLS, 0x8C);
-    EXPECT_EQ(device.header.latency, 0x8D);
-    EXPECT_EQ(device.header.HeaderType, 0x8E);
-    EXPECT_EQ(device.header.BIST, 0x8F);
-    EXPECT_EQ(device.header.BaseAddress[0], 0x93929190u);
-    EXPECT_EQ(device.header.BaseAddress[5], 0xA7A6A5A4u);
-    EXPECT_EQ(device.header.Reserved1[0], 0xABAAA9A8u);
-    EXPECT_EQ(device.header.ROMBase, 0xB3B2B1B0u);
-    EXPECT_EQ(device.header.Reserved2[1], 0xBBBAB9B8u);
-    EXPECT_EQ(device.getIntLine(), 0xBC);
-    EXPECT_EQ(device.header.INTPin, 0xBD);
-    EXPECT_EQ(device.header.Minlat, 0xBE);
-    EXPECT_EQ(device.header.MaxLat, 0xBF);
+    ExpectNumbers({
+        {"getVendorID()", device.getVendorID(), 0x8180},
+        {"header.DeviceID", device.header.DeviceID, 0x8382},
+        {"header.Command", device.header.Command, 0x8584},
+        {"getStatus()", device.getStatus(), 0x8786},
+        {"getRevisionID()", device.getRevisionID(), 0x88},
+        {"getProgIF()", device.getProgIF(), 0x89},
+        {"getSubClassCode()", device.getSubClassCode(), 0x8A},
+        {"getClassCode()", device.getClassCode(), 0x8B},
+        {"header.CLS", device.header.CLS, 0x8C},
+        {"header.latency", device.header.latency, 0x8D},
+        {"header.HeaderType", device.header.HeaderType, 0x8E},
+        {"header.BIST", device.header.BIST, 0x8F},
+        {"header.BaseAddress[0]", device.header.BaseAddress[0], 0x93929190u},
+        {"header.BaseAddress[5]", device.header.BaseAddress[5], 0xA7A6A5A4u},
+        {"header.Reserved1[0]", device.header.Reserved1[0], 0xABAAA9A8u},
+        {"header.ROMBase", device.header.ROMBase, 0xB3B2B1B0u},
+        {"header.Reserved2[1]", device.header.Reserved2[1], 0xBBBAB9B8u},
+        {"getIntLine()", device.getIntLine(), 0xBC},
+        {"header.INTPin", device.header.INTPin, 0xBD},
+        {"header.Minlat", device.header.Minlat, 0xBE},
+        {"header.MaxLat", device.header.MaxLat, 0xBF},
+    });
 }
 
-TEST(PciDevice, AssignmentCopiesSixtyFourBytesAndKeepsTheLocation) {
+TEST(PciDeviceTest, AssignmentCopiesSixtyFourBytesAndKeepsTheLocation) {
     PCIdevice device;
     device.setBusNo(1);
     device.setDevNo(2);
@@ -53,7 +56,7 @@ TEST(PciDevice, AssignmentCopiesSixtyFourBytesAndKeepsTheLocation) {
     EXPECT_EQ(device.getFuncNo(), 3);
 }
 
-TEST(PciDevice, IsMadeFromAHeader) {
+TEST(PciDeviceTest, IsMadeFromAHeader) {
     _HEADER header;
     std::memcpy(&header, Image().data(), sizeof header);
     PCIdevice device(&header);
@@ -63,7 +66,7 @@ TEST(PciDevice, IsMadeFromAHeader) {
     EXPECT_EQ(device.getFuncNo(), 0);
 }
 
-TEST(PciDevice, NewOneIsAllZero) {
+TEST(PciDeviceTest, NewOneIsAllZero) {
     PCIdevice device;
     const PCIdevice zero = {};
     EXPECT_EQ(device.getVendorID(), 0);
@@ -71,7 +74,7 @@ TEST(PciDevice, NewOneIsAllZero) {
     EXPECT_EQ(std::memcmp(&device, &zero, sizeof device), 0);
 }
 
-TEST(PciDevice, LocationIsSetAndReadField) {
+TEST(PciDeviceTest, LocationIsSetAndReadField) {
     PCIdevice device;
     device.setBusNo(10);
     device.setDevNo(31);

@@ -12,9 +12,9 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class Scan : public PciTest {
+class PCIscanTest : public PciTest {
 protected:
-    Scan() {
+    PCIscanTest() {
         EXPECT_EQ(iopl(3), 0);
         scan.m_InitOK = 1;
         server.GetLog().Clear();
@@ -34,7 +34,7 @@ protected:
     std::list<PCIdevice> functions;
 };
 
-TEST_F(Scan, NewScanHasNoPortAccessAndTouchesNothing) {
+TEST_F(PCIscanTest, NewScanHasNoPortAccessAndTouchesNothing) {
     const PCIscan fresh;
     EXPECT_EQ(fresh.m_InitOK, 0);
     EXPECT_EQ(fresh.m_RetrieveFunction, 0);
@@ -43,13 +43,13 @@ TEST_F(Scan, NewScanHasNoPortAccessAndTouchesNothing) {
     EXPECT_THAT(server.GetLog().Lines(), ElementsAre());
 }
 
-TEST_F(Scan, IsInitOkIsTheField) {
+TEST_F(PCIscanTest, IsInitOkIsTheField) {
     EXPECT_EQ(scan.isInitOK(), 1);
     scan.m_InitOK = 0;
     EXPECT_EQ(scan.isInitOK(), 0);
 }
 
-TEST_F(Scan, AddressWordHoldsEnableBusDeviceFunctionAndRegister) {
+TEST_F(PCIscanTest, AddressWordHoldsEnableBusDeviceFunctionAndRegister) {
     EXPECT_EQ(scan.makeAddress(0, 0, 0, 0), 0x80000000u);
     EXPECT_EQ(scan.makeAddress(1, 0, 0, 0), 0x80010000u);
     EXPECT_EQ(scan.makeAddress(0, 1, 0, 0), 0x80000800u);
@@ -58,7 +58,7 @@ TEST_F(Scan, AddressWordHoldsEnableBusDeviceFunctionAndRegister) {
     EXPECT_EQ(scan.makeAddress(255, 31, 7, 0xFC), 0x80FFFFFCu);
 }
 
-TEST_F(Scan, HeaderIsReadInSixteenDoubleWordsInOrder) {
+TEST_F(PCIscanTest, HeaderIsReadInSixteenDoubleWordsInOrder) {
     Put({3, 5, 1});
     EXPECT_EQ(scan.readPCIheader(3, 5, 1), 0);
 
@@ -71,7 +71,7 @@ TEST_F(Scan, HeaderIsReadInSixteenDoubleWordsInOrder) {
     EXPECT_EQ(lines[31], "in 0xCFC 4 -> 0x0");
 }
 
-TEST_F(Scan, HeaderHoldsEveryByteOfTheFunction) {
+TEST_F(PCIscanTest, HeaderHoldsEveryByteOfTheFunction) {
     PciHeader header;
     for (std::size_t i = 0; i < 64; ++i) header.Byte(i, static_cast<std::uint8_t>(0x40 + i));
     Put({2, 3, 4}, header);
@@ -82,7 +82,7 @@ TEST_F(Scan, HeaderHoldsEveryByteOfTheFunction) {
     EXPECT_EQ(scan.m_dev.getFuncNo(), 4);
 }
 
-TEST_F(Scan, AbsentFunctionKeepsTheLocationAndOverwritesTheHeader) {
+TEST_F(PCIscanTest, AbsentFunctionKeepsTheLocationAndOverwritesTheHeader) {
     Put({2, 3, 4});
     ASSERT_EQ(scan.readPCIheader(2, 3, 4), 0);
     EXPECT_EQ(scan.readPCIheader(0, 0, 0), -1);
@@ -93,13 +93,13 @@ TEST_F(Scan, AbsentFunctionKeepsTheLocationAndOverwritesTheHeader) {
     EXPECT_EQ(scan.m_dev.getFuncNo(), 4);
 }
 
-TEST_F(Scan, AbsentFunctionIsReadInSixteenDoubleWordsToo) {
+TEST_F(PCIscanTest, AbsentFunctionIsReadInSixteenDoubleWordsToo) {
     EXPECT_EQ(scan.readPCIheader(0, 0, 0), -1);
     EXPECT_EQ(server.GetLog().Count("out"), 16u);
     EXPECT_EQ(server.GetLog().Count("in"), 16u);
 }
 
-TEST_F(Scan, VendorOfAllZerosIsAnAbsentFunction) {
+TEST_F(PCIscanTest, VendorOfAllZerosIsAnAbsentFunction) {
     Put({0, 0, 0}, PciHeader().Id(0x0000, 0x1234));
     EXPECT_EQ(scan.readPCIheader(0, 0, 0), -1);
     EXPECT_EQ(scan.m_dev.header.DeviceID, 0x1234);
@@ -107,14 +107,14 @@ TEST_F(Scan, VendorOfAllZerosIsAnAbsentFunction) {
     EXPECT_THAT(Locations(), ElementsAre());
 }
 
-TEST_F(Scan, VendorsNextToTheAbsentOnesAnswer) {
+TEST_F(PCIscanTest, VendorsNextToTheAbsentOnesAnswer) {
     Put({0, 0, 0}, PciHeader().Id(0x0001, 0));
     Put({0, 0, 1}, PciHeader().Id(0xFFFE, 0));
     EXPECT_EQ(scan.readPCIheader(0, 0, 0), 0);
     EXPECT_EQ(scan.readPCIheader(0, 0, 1), 0);
 }
 
-TEST_F(Scan, WithoutPortAccessEverythingReadsAllOnesAndNoPortIsTouched) {
+TEST_F(PCIscanTest, WithoutPortAccessEverythingReadsAllOnesAndNoPortIsTouched) {
     Put({0, 0, 0});
     scan.m_InitOK = 0;
     EXPECT_EQ(scan.readPCIDeviceRegister(0, 0, 0, 0), 0xFFFFFFFFu);
@@ -124,14 +124,14 @@ TEST_F(Scan, WithoutPortAccessEverythingReadsAllOnesAndNoPortIsTouched) {
     EXPECT_THAT(server.GetLog().Lines(), ElementsAre());
 }
 
-TEST_F(Scan, PortsAreTheFieldsOfTheScan) {
+TEST_F(PCIscanTest, PortsAreTheFieldsOfTheScan) {
     scan.m_ConfigAddress = scan.m_DataAddress = 0xCFC;
     (void)scan.readPCIDeviceRegister(0, 0, 0, 0);
     EXPECT_THAT(server.GetLog().Lines(),
                 ElementsAre("out 0xCFC 4 0x80000000 -> ok", "in 0xCFC 4 -> 0xFFFFFFFF"));
 }
 
-TEST_F(Scan, FunctionsAreListedByBusThenDeviceThenFunction) {
+TEST_F(PCIscanTest, FunctionsAreListedByBusThenDeviceThenFunction) {
     for (const sim::PciLocation& at :
          {sim::PciLocation{1, 0, 0}, {0, 31, 7}, {0, 2, 0}, {0, 0, 5}, {10, 0, 0}, {0, 0, 2}})
         Put(at);
@@ -140,7 +140,7 @@ TEST_F(Scan, FunctionsAreListedByBusThenDeviceThenFunction) {
                 ElementsAre("00:00.2", "00:00.5", "00:02.0", "00:1f.7", "01:00.0", "0a:00.0"));
 }
 
-TEST_F(Scan, FunctionsOfASingleFunctionDeviceAreProbedAllTheSame) {
+TEST_F(PCIscanTest, FunctionsOfASingleFunctionDeviceAreProbedAllTheSame) {
     Put({0, 4, 0}, PciHeader().Byte(14, 0x00));  // the multi-function bit is clear
     Put({0, 4, 6});
     Put({0, 5, 3});  // without a function 0
@@ -148,7 +148,7 @@ TEST_F(Scan, FunctionsOfASingleFunctionDeviceAreProbedAllTheSame) {
     EXPECT_THAT(Locations(), ElementsAre("00:04.0", "00:04.6", "00:05.3"));
 }
 
-TEST_F(Scan, DeviceOnBusElevenIsNeverListed) {
+TEST_F(PCIscanTest, DeviceOnBusElevenIsNeverListed) {
     Put({11, 0, 0});
     Put({255, 0, 0});
     Put({10, 31, 7});
@@ -156,7 +156,7 @@ TEST_F(Scan, DeviceOnBusElevenIsNeverListed) {
     EXPECT_THAT(Locations(), ElementsAre("0a:1f.7"));
 }
 
-TEST_F(Scan, FullScanReadsEveryFunctionOnce) {
+TEST_F(PCIscanTest, FullScanReadsEveryFunctionOnce) {
     Put({0, 0, 0});
     EXPECT_EQ(scan.getAllDevice(functions), 0);
     EXPECT_EQ(server.GetLog().Count("out"), 11u * 32 * 8 * 16);
@@ -164,19 +164,19 @@ TEST_F(Scan, FullScanReadsEveryFunctionOnce) {
     EXPECT_EQ(server.GetLog().Accesses().front().what, "0xCF8 4 0x80000000");
 }
 
-TEST_F(Scan, ListIsEmptiedFirst) {
+TEST_F(PCIscanTest, ListIsEmptiedFirst) {
     functions.resize(3);
     EXPECT_EQ(scan.getAllDevice(functions), 0);
     EXPECT_THAT(functions, ElementsAre());
 }
 
-TEST_F(Scan, SixtyFourFunctionsFit) {
+TEST_F(PCIscanTest, SixtyFourFunctionsFit) {
     PutMany(64);
     EXPECT_EQ(scan.getAllDevice(functions), 0);
     EXPECT_EQ(functions.size(), 64u);
 }
 
-TEST_F(Scan, SixtyFifthFunctionEndsTheScanAtOnceAndLeavesTheFirstSixtyFour) {
+TEST_F(PCIscanTest, SixtyFifthFunctionEndsTheScanAtOnceAndLeavesTheFirstSixtyFour) {
     PutMany(66);
     EXPECT_EQ(scan.getAllDevice(functions), -1);
     EXPECT_EQ(functions.size(), 64u);
@@ -186,7 +186,7 @@ TEST_F(Scan, SixtyFifthFunctionEndsTheScanAtOnceAndLeavesTheFirstSixtyFour) {
     EXPECT_EQ(server.GetLog().Count("in"), 65u * 16);
 }
 
-TEST_F(Scan, SearchFindsAFunctionByClassAndSubClass) {
+TEST_F(PCIscanTest, SearchFindsAFunctionByClassAndSubClass) {
     Put({0, 3, 0}, PciHeader().Code(0x0C, 0x03, 0x20));
     server.GetLog().Clear();
     EXPECT_EQ(scan.searchDevice(0x0C, 0x03), 1);
@@ -194,27 +194,27 @@ TEST_F(Scan, SearchFindsAFunctionByClassAndSubClass) {
     EXPECT_EQ(server.GetLog().Count("in"), (3u * 8 + 1) * 16);  // and ends there
 }
 
-TEST_F(Scan, SearchNeedsBothCodes) {
+TEST_F(PCIscanTest, SearchNeedsBothCodes) {
     Put({0, 3, 0}, PciHeader().Code(0x0C, 0x03, 0x20));
     EXPECT_EQ(scan.searchDevice(0x0C, 0x05), 0);
     EXPECT_EQ(scan.searchDevice(0x03, 0x03), 0);
 }
 
-TEST_F(Scan, SearchLooksAtEveryFunctionOfElevenBuses) {
+TEST_F(PCIscanTest, SearchLooksAtEveryFunctionOfElevenBuses) {
     Put({10, 31, 7}, PciHeader().Code(0x01, 0x04, 0x00));
     Put({11, 0, 0}, PciHeader().Code(0x01, 0x07, 0x00));
     EXPECT_EQ(scan.searchDevice(0x01, 0x04), 1);
     EXPECT_EQ(scan.searchDevice(0x01, 0x07), 0);
 }
 
-TEST_F(Scan, SearchForAllOnesMatchesAtTheFirstAbsentFunction) {
+TEST_F(PCIscanTest, SearchForAllOnesMatchesAtTheFirstAbsentFunction) {
     Put({0, 0, 0});
     server.GetLog().Clear();
     EXPECT_EQ(scan.searchDevice(0xFF, 0xFF), 1);
     EXPECT_EQ(server.GetLog().Count("in"), 2u * 16);
 }
 
-TEST_F(Scan, SearchComparesSignedWordsWithBytes) {
+TEST_F(PCIscanTest, SearchComparesSignedWordsWithBytes) {
     Put({0, 0, 0}, PciHeader().Code(0xFE, 0x80, 0x00));
     EXPECT_EQ(scan.searchDevice(0xFE, 0x80), 1);
     EXPECT_EQ(scan.searchDevice(-2, -128), 0);
@@ -222,7 +222,7 @@ TEST_F(Scan, SearchComparesSignedWordsWithBytes) {
     EXPECT_EQ(scan.searchDevice(0x1FE, 0x80), 0);
 }
 
-TEST_F(Scan, SearchFindsTheCodesOfAFunctionWithoutAVendor) {
+TEST_F(PCIscanTest, SearchFindsTheCodesOfAFunctionWithoutAVendor) {
     Put({0, 1, 0}, PciHeader().Id(0x0000, 0).Code(0x09, 0x02, 0x00));
     EXPECT_EQ(scan.searchDevice(0x09, 0x02), 1);
 }

@@ -54,7 +54,7 @@ protected:
         server.GetPci().Set(location, header.Image());
     }
 
-    // So many functions, from bus 0 on as they come.
+    // This number of functions, from bus 0 on in order.
     void PutMany(unsigned count) {
         for (unsigned i = 0; i < count; ++i) Put({i / 256, i / 8 % 32, i % 8});
     }

@@ -23,9 +23,9 @@ unsigned long PCIscan::in(unsigned short port) {
 
 namespace {
 
-using Ports = PciTest;
+using PortsTest = PciTest;
 
-TEST_F(Ports, ReportFindsFunctionsByPortInstructions) {
+TEST_F(PortsTest, ReportFindsFunctionsByPortInstructions) {
     Put({0, 0, 0}, PciHeader().BaseAddress(0xDEADBEEF).Revision(0xA7));
     Put({10, 31, 7}, PciHeader().InterruptLine(9));
     EXPECT_EQ(Report().quantity, 2);
@@ -44,7 +44,7 @@ TEST_F(Ports, ReportFindsFunctionsByPortInstructions) {
     EXPECT_EQ(accesses.back().Text(), "iopl 0 -> 0");
 }
 
-TEST_F(Ports, RegisterIsReadByPortInstructionsOfTheFullWidth) {
+TEST_F(PortsTest, RegisterIsReadByPortInstructionsOfTheFullWidth) {
     Put({0, 0, 0}, PciHeader().Id(0x8001, 0xFEDC));
     ASSERT_EQ(iopl(3), 0);
     PCIscan scan;

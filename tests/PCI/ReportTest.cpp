@@ -34,9 +34,9 @@ std::vector<std::string> CallsOf(sim::SimulatedServer& server) {
     return calls;
 }
 
-class PciReport : public PciTest {};
+class PciReportTest : public PciTest {};
 
-TEST_F(PciReport, WritesTheFieldsOfOneFunctionAndNothingElse) {
+TEST_F(PciReportTest, WritesTheFieldsOfOneFunctionAndNothingElse) {
     Put({2, 10, 1}, PciHeader()
                         .Code(0x02, 0x00, 0x00)
                         .Status(0x0290)
@@ -59,7 +59,7 @@ TEST_F(PciReport, WritesTheFieldsOfOneFunctionAndNothingElse) {
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
-TEST_F(PciReport, EntriesFollowTheScanAndThoseBehindStay) {
+TEST_F(PciReportTest, EntriesFollowTheScanAndLaterOnesStay) {
     Put({1, 0, 0}, PciHeader().Revision(3));
     Put({0, 0, 1}, PciHeader().Revision(2));
     Put({0, 0, 0}, PciHeader().Revision(1));
@@ -77,33 +77,33 @@ TEST_F(PciReport, EntriesFollowTheScanAndThoseBehindStay) {
         EXPECT_EQ(std::memcmp(&record.dev[i], &untouched, sizeof untouched), 0) << i;
 }
 
-TEST_F(PciReport, DescriptionHasRoomForTheLastFunction) {
+TEST_F(PciReportTest, DescriptionHasRoomForTheLastFunction) {
     Put({10, 31, 7});
     EXPECT_STREQ(Report().dev[0].desc, "bus:10, dev:31, func:7");
 }
 
-TEST_F(PciReport, ServerWithoutFunctionsHasAQuantityOfZero) {
+TEST_F(PciReportTest, ServerWithoutFunctionsHasAQuantityOfZero) {
     record.quantity = 7;
     EXPECT_EQ(GetPciInfo(&record), 0);
     EXPECT_EQ(record.quantity, 0);
 }
 
-TEST_F(PciReport, InterruptLineOfAllOnesIsReportedAsZero) {
+TEST_F(PciReportTest, InterruptLineOfAllOnesIsReportedAsZero) {
     EXPECT_EQ(ReportOf(PciHeader().InterruptLine(0xFF)).IRQ, 0);
 }
 
-TEST_F(PciReport, OtherInterruptLinesAreReportedAsTheyAre) {
+TEST_F(PciReportTest, OtherInterruptLinesAreReportedAsTheyAre) {
     EXPECT_EQ(ReportOf(PciHeader().InterruptLine(0x0B)).IRQ, 11);
     EXPECT_EQ(ReportOf(PciHeader().InterruptLine(0x00)).IRQ, 0);
     EXPECT_EQ(ReportOf(PciHeader().InterruptLine(0xFE)).IRQ, 254);
 }
 
-TEST_F(PciReport, FirstBaseAddressKeepsItsFlagBits) {
+TEST_F(PciReportTest, FirstBaseAddressKeepsItsFlagBits) {
     EXPECT_EQ(ReportOf(PciHeader().BaseAddress(0x0000FFA1)).IOBase, 0xFFA1);
     EXPECT_EQ(ReportOf(PciHeader().BaseAddress(0xFFFFFFF8)).IOBase, -8);
 }
 
-TEST_F(PciReport, StatusRegisterHasOneTextForEachBit) {
+TEST_F(PciReportTest, StatusRegisterHasOneTextForEachBit) {
     constexpr std::pair<std::uint16_t, const char*> cases[] = {
         {0x0000, "Speed=Fast;"},
         {0x0200, "Speed=Medium;"},
@@ -128,12 +128,12 @@ TEST_F(PciReport, StatusRegisterHasOneTextForEachBit) {
     for (const auto& [status, text] : cases) EXPECT_STREQ((entry++)->status, text) << status;
 }
 
-TEST_F(PciReport, Status0290HasExactlyItsThreeTexts) {
+TEST_F(PciReportTest, Status0290HasExactlyItsThreeTexts) {
     EXPECT_STREQ(ReportOf(PciHeader().Status(0x0290)).status,
                  "Capabilities List;Fast Back-to-Back Capable;Speed=Medium;");
 }
 
-TEST_F(PciReport, AllStatusTextsAtOnceStandInTheOrderOfTheirBits) {
+TEST_F(PciReportTest, AllStatusTextsAtOnceStandInTheOrderOfTheirBits) {
     EXPECT_STREQ(ReportOf(PciHeader().Status(0xFBFF)).status,
                  "Interrupt Status;Capabilities List;66 MHz Capable;Fast Back-to-Back Capable;"
                  "Master Data Parity Error;Speed=Medium;Signaled Target Abort;"
@@ -141,21 +141,21 @@ TEST_F(PciReport, AllStatusTextsAtOnceStandInTheOrderOfTheirBits) {
                  "Detected Parity Error;");
 }
 
-TEST_F(PciReport, StatusIsClearedBeforeItsTextsAreAppended) {
+TEST_F(PciReportTest, StatusIsClearedBeforeItsTextsAreAppended) {
     Put({0, 0, 0}, PciHeader().Status(0x0610));
     std::strcpy(record.dev[0].status, "of the report before;");
     EXPECT_EQ(GetPciInfo(&record), 0);
     EXPECT_STREQ(record.dev[0].status, "Capabilities List;");
 }
 
-TEST_F(PciReport, TellsTheKernelThatItUsesPortsAndThatItIsDone) {
+TEST_F(PciReportTest, TellsTheKernelThatItUsesPortsAndThatItIsDone) {
     EXPECT_EQ(Report().quantity, 0);
     EXPECT_THAT(CallsOf(server), ElementsAre("iopl 3 -> 0", "iopl 0 -> 0"));
     EXPECT_EQ(server.GetLog().Count("in"), 45056u);
     EXPECT_EQ(server.GetLog().Count("out"), 45056u);
 }
 
-TEST_F(PciReport, WithoutPrivilegeNoPortIsTouchedAndNothingIsFound) {
+TEST_F(PciReportTest, WithoutPrivilegeNoPortIsTouchedAndNothingIsFound) {
     Put({0, 0, 0});
     server.Fail("iopl", 1, EPERM);
     record.quantity = 7;
@@ -164,13 +164,13 @@ TEST_F(PciReport, WithoutPrivilegeNoPortIsTouchedAndNothingIsFound) {
     EXPECT_THAT(server.GetLog().Lines(), ElementsAre("iopl 3 -> -1 EPERM", "iopl 0 -> 0"));
 }
 
-TEST_F(PciReport, SixtyFourFunctionsAreReported) {
+TEST_F(PciReportTest, SixtyFourFunctionsAreReported) {
     PutMany(64);
     EXPECT_EQ(Report().quantity, 64);
     EXPECT_STREQ(record.dev[63].desc, "bus:0, dev:7, func:7");
 }
 
-TEST_F(PciReport, SixtyFiveFunctionsAreTriedThreeTimesWithALongPauseAfterEach) {
+TEST_F(PciReportTest, SixtyFiveFunctionsAreTriedThreeTimesWithALongPauseAfterEach) {
     PutMany(65);
     RecordImage expected(sizeof(DeviceInformation));
     RecordImage actual(sizeof(DeviceInformation));
@@ -184,7 +184,7 @@ TEST_F(PciReport, SixtyFiveFunctionsAreTriedThreeTimesWithALongPauseAfterEach) {
 
 sim::SimulatedServer* serverOfTheAction = nullptr;
 
-TEST_F(PciReport, AttemptAfterAFailedOneCanSucceed) {
+TEST_F(PciReportTest, AttemptAfterAFailedOneCanSucceed) {
     PutMany(65);
     serverOfTheAction = &server;
     server.During("sleep", [] {
@@ -194,14 +194,14 @@ TEST_F(PciReport, AttemptAfterAFailedOneCanSucceed) {
     EXPECT_EQ(server.Clock(), std::chrono::seconds(5000));
 }
 
-TEST_F(PciReport, PrivilegeIsLoweredWhenTheListFindsNoMemory) {
+TEST_F(PciReportTest, PrivilegeIsLoweredWhenTheListFindsNoMemory) {
     Put({0, 0, 0});
     server.FailAllocation(1);
     EXPECT_THROW((void)GetPciInfo(&record), std::bad_alloc);
     EXPECT_THAT(CallsOf(server), ElementsAre("iopl 3 -> 0", "iopl 0 -> 0"));
 }
 
-TEST_F(PciReport, CommandOfGetInfoNeedsNoSmbiosTable) {
+TEST_F(PciReportTest, CommandOfGetInfoNeedsNoSmbiosTable) {
     Put({0, 3, 0});
     EXPECT_EQ(GetInfo(TALVANE_PCI, &record), 0);
     EXPECT_EQ(record.quantity, 1);
@@ -209,7 +209,7 @@ TEST_F(PciReport, CommandOfGetInfoNeedsNoSmbiosTable) {
     EXPECT_EQ(server.GetLog().Count("open"), 0u);
 }
 
-TEST_F(PciReport, CommandOfGetInfoIgnoresAFailedScan) {
+TEST_F(PciReportTest, CommandOfGetInfoIgnoresAFailedScan) {
     PutMany(65);
     record.quantity = 7;
     EXPECT_EQ(GetInfo(0x100000, &record), 0);
@@ -218,7 +218,7 @@ TEST_F(PciReport, CommandOfGetInfoIgnoresAFailedScan) {
 
 int nestedAnswer = 0;
 
-TEST_F(PciReport, CommandInsideTheCommandIsRefusedAsBusy) {
+TEST_F(PciReportTest, CommandInsideTheCommandIsRefusedAsBusy) {
     server.During("in", [] { nestedAnswer = GetInfo(TALVANE_PCI, nullptr); });
     EXPECT_EQ(GetInfo(TALVANE_PCI, &record), 0);
     EXPECT_EQ(nestedAnswer, 1);

@@ -19,9 +19,9 @@ static_assert(std::ranges::count(kPrivateCalls<SmBios>, true) == 0,
               "GetItem, trim and the getters of single caches and memory parts are private");
 
 // A reader of a table with a structure that no getter reads.
-class Access : public ::testing::Test {
+class AccessTest : public ::testing::Test {
 protected:
-    Access() {
+    AccessTest() {
         sim::SmbiosTable table;
         table.Add(SmBios::TYPE_OEM_STRINGS, 1, 4);
         server.GetMemory().PlaceSmbios(table.Image());
@@ -40,13 +40,13 @@ protected:
     char text[64] = {};
 };
 
-TEST_F(Access, StateOfTheReaderIsPublic) {
+TEST_F(AccessTest, StateOfTheReaderIsPublic) {
     EXPECT_EQ(reader->IsInitOK(), 1);
     EXPECT_EQ(reader->IsMatchSmBios(), 1);
     EXPECT_EQ(reader->IsMatchDMI(), 0);
 }
 
-TEST_F(Access, CountsArePublic) {
+TEST_F(AccessTest, CountsArePublic) {
     constexpr int (SmBios::*kCounts[])() = {
         &SmBios::GetProcessorQuantity,        &SmBios::GetProcessorVirtualQuantity,
         &SmBios::GetMemoryTotalSize,          &SmBios::GetPortQuantity,
@@ -58,7 +58,7 @@ TEST_F(Access, CountsArePublic) {
     EXPECT_EQ(reader->GetPSQuantity(15), 0);
 }
 
-TEST_F(Access, BoundedTextsArePublic) {
+TEST_F(AccessTest, BoundedTextsArePublic) {
     constexpr int (SmBios::*kOfTheMachine[])(char*, unsigned) = {
         &SmBios::GetSysManufacturer,
         &SmBios::GetSysProductname,
@@ -90,7 +90,7 @@ TEST_F(Access, BoundedTextsArePublic) {
     ExpectEach(-1, kOfTwoIndexes, 1, 1, text, 32u);
 }
 
-TEST_F(Access, TerminatedTextsArePublic) {
+TEST_F(AccessTest, TerminatedTextsArePublic) {
     constexpr int (SmBios::*kOfAStructure[])(int, char*) = {
         &SmBios::GetProcessorFamily,
         &SmBios::GetProcessorVoltage,
@@ -120,7 +120,7 @@ TEST_F(Access, TerminatedTextsArePublic) {
     ExpectEach(-1, kOfTwoIndexes, 1, 1, text);
 }
 
-TEST_F(Access, GettersOfOtherShapesArePublic) {
+TEST_F(AccessTest, GettersOfOtherShapesArePublic) {
     unsigned char status = 0;
     EXPECT_EQ(reader->GetProcessorStatus(1, &status), -1);
     LocalMemInfo memory;

@@ -9,7 +9,7 @@
 
 namespace {
 
-// A structure in memory of its own, two zero bytes behind it as behind a table.
+// A structure in memory of its own, followed by two zero bytes as a table is.
 class BiosDataItemTest : public ::testing::Test {
 protected:
     BiosDataItem& Make(const sim::Bytes& bytes) {
@@ -38,7 +38,7 @@ TEST_F(BiosDataItemTest, HeaderIsCopied) {
     EXPECT_EQ(item->header.handle, 0xABCD);
 }
 
-TEST_F(BiosDataItemTest, FormattedAreaIsACopyWithOneZeroByteBehind) {
+TEST_F(BiosDataItemTest, FormattedAreaIsACopyFollowedByOneZeroByte) {
     Make({4, 6, 0xCD, 0xAB, 0x11, 0x22, 'x', 0, 0});
     const unsigned char* data = item->GetFormatedData();
     ASSERT_NE(data, nullptr);
@@ -90,7 +90,7 @@ TEST_F(BiosDataItemTest, SingleZeroAtTheEndOfTheFormattedAreaDoesNotPairWithTheS
     EXPECT_STREQ(item->GetString(2), "A");
 }
 
-TEST_F(BiosDataItemTest, MissingDoubleZeroIsReplacedByTheZeroesBehindTheTable) {
+TEST_F(BiosDataItemTest, MissingDoubleZeroIsReplacedByTheZeroesAfterTheTable) {
     Make({1, 4, 0, 0, 'A', 'B'});
     EXPECT_EQ(item->GetEndAddress(), structure.data() + 7);
     EXPECT_STREQ(item->GetString(1), "AB");
@@ -165,16 +165,16 @@ TEST_F(BiosDataItemTest, FormattedLengthOfZeroStartsTheStringsAtTheType) {
     EXPECT_STREQ(item->GetString(2), "hh");
 }
 
-class TextHelpers : public SmBiosTest {};
+class TextHelpersTest : public SmBiosTest {};
 
-TEST_F(TextHelpers, TrimOnATextWithAHyphenAndATrailingSpaceLeavesItUnchanged) {
+TEST_F(TextHelpersTest, TrimOnATextWithAHyphenAndATrailingSpaceLeavesItUnchanged) {
     Read();
     char text[] = "AB-12 ";
     reader->trim(text);
     EXPECT_STREQ(text, "AB-12 ");
 }
 
-TEST_F(TextHelpers, TrimLeavesEveryCharacterUnchanged) {
+TEST_F(TextHelpersTest, TrimLeavesEveryCharacterUnchanged) {
     Read();
     char text[256];
     for (int i = 0; i < 255; ++i) text[i] = static_cast<char>(i + 1);
@@ -185,7 +185,7 @@ TEST_F(TextHelpers, TrimLeavesEveryCharacterUnchanged) {
     EXPECT_EQ(std::memcmp(text, expected, sizeof text), 0);
 }
 
-TEST_F(TextHelpers, TrimOfANullOrEmptyTextReturnsAtOnce) {
+TEST_F(TextHelpersTest, TrimOfANullOrEmptyTextReturnsAtOnce) {
     Read();
     reader->trim(nullptr);
     char text[4] = {'\0', 'x', 'y', 'z'};
@@ -201,15 +201,15 @@ std::string Itoa(int value, int radix) {
     return buffer;
 }
 
-TEST(Itoa, Of42WithRadix16Writes42) {
+TEST(ItoaTest, Of42WithRadix16Writes42) {
     EXPECT_EQ(Itoa(42, 16), "42");
 }
 
-TEST(Itoa, IsDecimalWhateverTheRadix) {
+TEST(ItoaTest, IsDecimalWhateverTheRadix) {
     for (const int radix : {-1, 0, 2, 8, 10, 16, 36}) EXPECT_EQ(Itoa(255, radix), "255");
 }
 
-TEST(Itoa, CoversTheWholeRange) {
+TEST(ItoaTest, CoversTheWholeRange) {
     EXPECT_EQ(Itoa(0, 10), "0");
     EXPECT_EQ(Itoa(-7, 10), "-7");
     EXPECT_EQ(Itoa(INT_MAX, 10), "2147483647");

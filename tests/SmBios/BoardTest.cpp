@@ -91,7 +91,7 @@ TEST_F(BoardTest, StringNumbersJustPastTheLastStringCopyAnEmptyText) {
     EXPECT_EQ(Ask(&SmBios::GetSysVersion, 32), NothingWritten());
 }
 
-TEST_F(BoardTest, FieldsBehindAShortStructureReadAsZero) {
+TEST_F(BoardTest, FieldsPastAShortStructureReadAsZero) {
     table.Add(1, 1, 5).String(4, "Maker").String("Product");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("Maker"));
@@ -145,7 +145,7 @@ TEST_F(BoardTest, BoardTooShortToStateItsContentIsTaken) {
     ExpectBoard("second");
 }
 
-TEST_F(BoardTest, ContentByteBehindABoardOfFourteenBytesReadsAsZero) {
+TEST_F(BoardTest, ContentBytePastABoardOfFourteenBytesReadsAsZero) {
     AddBoard("first", 2);
     AddBoard("second", 0, 14);
     AddBoard("third", 0);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Caches of a processor, and the cache structures behind their handles.
+// Caches of a processor, and the cache structures that their handles name.
 #include <climits>
 
 #include "support/SmBiosTest.h"

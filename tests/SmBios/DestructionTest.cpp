@@ -25,9 +25,9 @@ struct Storage {
     }
 };
 
-class Destruction : public InterfaceTest {};
+class DestructionTest : public InterfaceTest {};
 
-TEST_F(Destruction, DestroyedReaderHasANullTablePointer) {
+TEST_F(DestructionTest, DestroyedReaderHasANullTablePointer) {
     table.Add(1, 1, 8).String(4, "Maker");
     Place();
     Storage<SmBios> storage;
@@ -38,7 +38,7 @@ TEST_F(Destruction, DestroyedReaderHasANullTablePointer) {
     EXPECT_EQ(storage.PointerAt(kBiosData), nullptr);
 }
 
-TEST_F(Destruction, DestroyedItemHasNullBufferPointers) {
+TEST_F(DestructionTest, DestroyedItemHasNullBufferPointers) {
     unsigned char structure[] = "\1\5\0\1\1Maker\0";
     Storage<BiosDataItem> storage;
     auto* const item = new (&storage.bytes) BiosDataItem(structure);

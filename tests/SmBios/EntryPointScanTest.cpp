@@ -5,6 +5,7 @@
 #include <span>
 
 #include "support/EntryPointImage.h"
+#include "support/FieldTable.h"
 #include "support/SmBiosTest.h"
 
 namespace {
@@ -14,9 +15,9 @@ constexpr std::uint32_t kTableAddress = 0xF8000;
 
 // Fields of the packed entry points are compared as copies (unary plus): a reference to one would
 // be misaligned.
-class EntryPointScan : public SmBiosTest {
+class EntryPointScanTest : public SmBiosTest {
 protected:
-    EntryPointScan() {
+    EntryPointScanTest() {
         table.Add(0, 0x0000, 9).String(4, "First Vendor");
         table.Add(1, 0x0001, 8).String(4, "First Maker");
         server.GetMemory().Write(kTableAddress, table.Image());
@@ -42,7 +43,7 @@ protected:
     }
 };
 
-TEST_F(EntryPointScan, SmbiosAnchorIsFound) {
+TEST_F(EntryPointScanTest, SmbiosAnchorIsFound) {
     WriteAt(kSegment, SmbiosEntryImage(First()));
     Read();
     EXPECT_EQ(reader->IsInitOK(), 1);
@@ -51,7 +52,7 @@ TEST_F(EntryPointScan, SmbiosAnchorIsFound) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, DmiAnchorAloneIsFound) {
+TEST_F(EntryPointScanTest, DmiAnchorAloneIsFound) {
     WriteAt(kSegment, DmiEntryImage(First()));
     Read();
     EXPECT_EQ(reader->IsInitOK(), 1);
@@ -61,7 +62,7 @@ TEST_F(EntryPointScan, DmiAnchorAloneIsFound) {
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Copied("First Maker"));
 }
 
-TEST_F(EntryPointScan, BothAnchorsUseTheSmbiosEntryPoint) {
+TEST_F(EntryPointScanTest, BothAnchorsUseTheSmbiosEntryPoint) {
     WriteAt(kSegment + 0x100, DmiEntryImage(Second()));
     WriteAt(kSegment + 0x200, SmbiosEntryImage(First()));
     Read();
@@ -70,21 +71,21 @@ TEST_F(EntryPointScan, BothAnchorsUseTheSmbiosEntryPoint) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, FirstOfTwoSmbiosAnchorsWins) {
+TEST_F(EntryPointScanTest, FirstOfTwoSmbiosAnchorsWins) {
     WriteAt(kSegment + 0x100, SmbiosEntryImage(Second()));
     WriteAt(kSegment + 0x200, SmbiosEntryImage(First()));
     Read();
     EXPECT_EQ(Vendor(), Copied("Second Vendor"));
 }
 
-TEST_F(EntryPointScan, FirstOfTwoDmiAnchorsWins) {
+TEST_F(EntryPointScanTest, FirstOfTwoDmiAnchorsWins) {
     WriteAt(kSegment + 0x100, DmiEntryImage(Second()));
     WriteAt(kSegment + 0x200, DmiEntryImage(First()));
     Read();
     EXPECT_EQ(Vendor(), Copied("Second Vendor"));
 }
 
-TEST_F(EntryPointScan, EverySixteenByteBoundaryIsLookedAt) {
+TEST_F(EntryPointScanTest, EverySixteenByteBoundaryIsLookedAt) {
     for (const std::uint32_t address : {0xF0000u, 0xF0010u, 0xF7FF0u, 0xFFFC0u}) {
         sim::SmbiosPlacement placement;
         placement.entry = address;
@@ -97,7 +98,7 @@ TEST_F(EntryPointScan, EverySixteenByteBoundaryIsLookedAt) {
     }
 }
 
-TEST_F(EntryPointScan, UnalignedSmbiosAnchorIsNotFound) {
+TEST_F(EntryPointScanTest, UnalignedSmbiosAnchorIsNotFound) {
     for (std::uint32_t offset = 1; offset < 16; ++offset) {
         server.GetMemory().Write(kSegment, std::vector<std::uint8_t>(64));
         WriteAt(kSegment + offset, SmbiosEntryImage(First()));
@@ -106,13 +107,13 @@ TEST_F(EntryPointScan, UnalignedSmbiosAnchorIsNotFound) {
     }
 }
 
-TEST_F(EntryPointScan, UnalignedDmiAnchorIsNotFound) {
+TEST_F(EntryPointScanTest, UnalignedDmiAnchorIsNotFound) {
     WriteAt(kSegment + 8, DmiEntryImage(First()));
     Read();
     ExpectUninitialised();
 }
 
-TEST_F(EntryPointScan, NoAnchorLeavesTheReaderUninitialisedInSilence) {
+TEST_F(EntryPointScanTest, NoAnchorLeavesTheReaderUninitialisedInSilence) {
     testing::internal::CaptureStderr();
     testing::internal::CaptureStdout();
     Read();
@@ -124,7 +125,7 @@ TEST_F(EntryPointScan, NoAnchorLeavesTheReaderUninitialisedInSilence) {
     EXPECT_EQ(reader->GetProcessorQuantity(), 0);
 }
 
-TEST_F(EntryPointScan, AnchorsOutsideTheScannedRangeAreNotFound) {
+TEST_F(EntryPointScanTest, AnchorsOutsideTheScannedRangeAreNotFound) {
     WriteAt(kSegment - 16, SmbiosEntryImage(First()));  // its intermediate anchor is in the range
     server.GetMemory().Write(kSegment, std::vector<std::uint8_t>(16));
     WriteAt(0xFFFF0, DmiEntryImage(First()));
@@ -133,7 +134,7 @@ TEST_F(EntryPointScan, AnchorsOutsideTheScannedRangeAreNotFound) {
     ExpectUninitialised();
 }
 
-TEST_F(EntryPointScan, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
+TEST_F(EntryPointScanTest, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
     WriteAt(0xFFFE0, SmbiosEntryImage(First()));
     Read();
     EXPECT_EQ(reader->MatchSMBIOS, 1);
@@ -147,14 +148,14 @@ TEST_F(EntryPointScan, SmbiosAnchorInTheLastSixteenBytesHasItsRestReadAsZero) {
     EXPECT_EQ(Item(1, 1), nullptr);
 }
 
-TEST_F(EntryPointScan, DmiAnchorInTheLastSixteenBytesIsWhole) {
+TEST_F(EntryPointScanTest, DmiAnchorInTheLastSixteenBytesIsWhole) {
     WriteAt(0xFFFE0, DmiEntryImage(First()));
     Read();
     EXPECT_EQ(reader->MatchDMI, 1);
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, CorruptEntryPointWithAWrongChecksumIsStillUsed) {
+TEST_F(EntryPointScanTest, CorruptEntryPointWithAWrongChecksumIsStillUsed) {
     auto image = SmbiosEntryImage(First());
     image[4] = 0x00;
     image[21] = 0x00;
@@ -171,7 +172,7 @@ TEST_F(EntryPointScan, CorruptEntryPointWithAWrongChecksumIsStillUsed) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, WrongDmiChecksumIsStillUsed) {
+TEST_F(EntryPointScanTest, WrongDmiChecksumIsStillUsed) {
     auto image = DmiEntryImage(First());
     image[5] = 0;
     WriteAt(kSegment, image);
@@ -179,7 +180,7 @@ TEST_F(EntryPointScan, WrongDmiChecksumIsStillUsed) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, IntermediateAnchorIsNotCompared) {
+TEST_F(EntryPointScanTest, IntermediateAnchorIsNotCompared) {
     auto image = SmbiosEntryImage(First());
     PutText(&image[16], "xxxxx");
     WriteAt(kSegment, image);
@@ -188,7 +189,7 @@ TEST_F(EntryPointScan, IntermediateAnchorIsNotCompared) {
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, EveryByteOfTheSmbiosAnchorCounts) {
+TEST_F(EntryPointScanTest, EveryByteOfTheSmbiosAnchorCounts) {
     for (std::size_t i = 0; i < 4; ++i) {
         auto image = SmbiosEntryImage(First());
         PutText(&image[16], "xxxxx");
@@ -199,7 +200,7 @@ TEST_F(EntryPointScan, EveryByteOfTheSmbiosAnchorCounts) {
     }
 }
 
-TEST_F(EntryPointScan, FourBytesOfTheDmiAnchorCountAndTheFifthDoesNot) {
+TEST_F(EntryPointScanTest, FourBytesOfTheDmiAnchorCountAndTheFifthDoesNot) {
     for (std::size_t i = 0; i < 5; ++i) {
         auto image = DmiEntryImage(First());
         image[i] ^= 0x20;
@@ -210,7 +211,7 @@ TEST_F(EntryPointScan, FourBytesOfTheDmiAnchorCountAndTheFifthDoesNot) {
     }
 }
 
-TEST_F(EntryPointScan, IntermediateAnchorOfADamagedSmbiosEntryPointServesAsDmi) {
+TEST_F(EntryPointScanTest, IntermediateAnchorOfADamagedSmbiosEntryPointServesAsDmi) {
     auto image = SmbiosEntryImage(First());
     image[0] = 'X';
     WriteAt(kSegment, image);
@@ -220,34 +221,40 @@ TEST_F(EntryPointScan, IntermediateAnchorOfADamagedSmbiosEntryPointServesAsDmi) 
     EXPECT_EQ(Vendor(), Copied("First Vendor"));
 }
 
-TEST_F(EntryPointScan, ThirtyOneBytesOfTheSmbiosEntryPointAreCopied) {
+TEST_F(EntryPointScanTest, ThirtyOneBytesOfTheSmbiosEntryPointAreCopied) {
     const auto image = SmbiosEntryImage(First());
     WriteAt(kSegment, image);
     Read();
     EXPECT_EQ(std::memcmp(&reader->SmBiosEntry, image.data(), 31), 0);
-    EXPECT_EQ(+reader->SmBiosEntry.length, 31);
-    EXPECT_EQ(+reader->SmBiosEntry.MajorVersion, 2);
-    EXPECT_EQ(+reader->SmBiosEntry.MinorVersion, 3);
-    EXPECT_EQ(+reader->SmBiosEntry.MaxStructureSize, 0xC9C8);
-    EXPECT_EQ(+reader->SmBiosEntry.revission, 0xCA);
-    EXPECT_EQ(+reader->SmBiosEntry.StructureTableLength, 44);
-    EXPECT_EQ(+reader->SmBiosEntry.StructureTableAddress, kTableAddress);
-    EXPECT_EQ(+reader->SmBiosEntry.HowManyStructures, 2);
-    EXPECT_EQ(+reader->SmBiosEntry.BCD, 0xC0 + 30);
-    EXPECT_EQ(reader->BiosDataLength, 44);
+    ExpectNumbers({
+        {"SmBiosEntry.length", reader->SmBiosEntry.length, 31},
+        {"SmBiosEntry.MajorVersion", reader->SmBiosEntry.MajorVersion, 2},
+        {"SmBiosEntry.MinorVersion", reader->SmBiosEntry.MinorVersion, 3},
+        {"SmBiosEntry.MaxStructureSize", reader->SmBiosEntry.MaxStructureSize, 0xC9C8},
+        {"SmBiosEntry.revission", reader->SmBiosEntry.revission, 0xCA},
+        {"SmBiosEntry.StructureTableLength", reader->SmBiosEntry.StructureTableLength, 44},
+        {"SmBiosEntry.StructureTableAddress", reader->SmBiosEntry.StructureTableAddress,
+         kTableAddress},
+        {"SmBiosEntry.HowManyStructures", reader->SmBiosEntry.HowManyStructures, 2},
+        {"SmBiosEntry.BCD", reader->SmBiosEntry.BCD, 0xC0 + 30},
+        {"BiosDataLength", reader->BiosDataLength, 44},
+    });
 }
 
-TEST_F(EntryPointScan, FifteenBytesOfTheDmiEntryPointAreCopied) {
+TEST_F(EntryPointScanTest, FifteenBytesOfTheDmiEntryPointAreCopied) {
     const auto image = DmiEntryImage(First());
     WriteAt(kSegment, image);
     Read();
     EXPECT_EQ(std::memcmp(&reader->DmiEntry, image.data(), 15), 0);
-    EXPECT_EQ(+reader->DmiEntry.checksum, 0xD5);
-    EXPECT_EQ(+reader->DmiEntry.StructureTableLength, 44);
-    EXPECT_EQ(+reader->DmiEntry.biosStructureTableAddress, kTableAddress);
-    EXPECT_EQ(+reader->DmiEntry.HowManyStructures, 2);
-    EXPECT_EQ(+reader->DmiEntry.dmiBiosRevision, 0x20);
-    EXPECT_EQ(reader->BiosDataLength, 44);
+    ExpectNumbers({
+        {"DmiEntry.checksum", reader->DmiEntry.checksum, 0xD5},
+        {"DmiEntry.StructureTableLength", reader->DmiEntry.StructureTableLength, 44},
+        {"DmiEntry.biosStructureTableAddress", reader->DmiEntry.biosStructureTableAddress,
+         kTableAddress},
+        {"DmiEntry.HowManyStructures", reader->DmiEntry.HowManyStructures, 2},
+        {"DmiEntry.dmiBiosRevision", reader->DmiEntry.dmiBiosRevision, 0x20},
+        {"BiosDataLength", reader->BiosDataLength, 44},
+    });
 }
 
 }  // namespace

@@ -57,7 +57,7 @@ constexpr StructureType kStructureTypes[] = {
 };
 static_assert(std::size(kStructureTypes) == 41);
 
-TEST(Enumerators, StructureTypesAreThoseOfTheStandard) {
+TEST(EnumeratorsTest, StructureTypesAreThoseOfTheStandard) {
     for (const auto& [code, value] : kStructureTypes) EXPECT_EQ(code, value);
 }
 
@@ -72,7 +72,7 @@ constexpr SupplyType kSupplyTypes[] = {
     {SmBios::PS_CONVERTER, 7}, {SmBios::PS_REGULATOR, 8},
 };
 
-TEST(Enumerators, PowerSupplyTypesAreThoseOfTheStandard) {
+TEST(EnumeratorsTest, PowerSupplyTypesAreThoseOfTheStandard) {
     for (const auto& [code, value] : kSupplyTypes) EXPECT_EQ(code, value);
 }
 

@@ -5,12 +5,12 @@
 
 namespace {
 
-class ItemMemory : public SmBiosTest {
+class ItemMemoryTest : public SmBiosTest {
 protected:
     std::size_t AllocationsSince(std::size_t before) { return server.Allocations() - before; }
 };
 
-TEST_F(ItemMemory, ItemEndsInsideTheTableCopy) {
+TEST_F(ItemMemoryTest, ItemEndsInsideTheTableCopy) {
     table.Add(4, 1, 4);
     table.Add(4, 2, 4);
     Open();
@@ -18,7 +18,7 @@ TEST_F(ItemMemory, ItemEndsInsideTheTableCopy) {
     EXPECT_EQ(item->GetEndAddress(), reader->BiosData + 11);
 }
 
-TEST_F(ItemMemory, EveryCallHandsBackAFreshItem) {
+TEST_F(ItemMemoryTest, EveryCallHandsBackAFreshItem) {
     table.Add(4, 1, 4).String("text");
     Open();
     const auto first = Item(4, 1);
@@ -30,7 +30,7 @@ TEST_F(ItemMemory, EveryCallHandsBackAFreshItem) {
     EXPECT_STREQ(second->GetString(1), "text");
 }
 
-TEST_F(ItemMemory, ItemThatFindsNoMemoryIsNull) {
+TEST_F(ItemMemoryTest, ItemThatFindsNoMemoryIsNull) {
     table.Add(4, 1, 4).String("text");
     Open();
     server.FailAllocation(1);
@@ -38,7 +38,7 @@ TEST_F(ItemMemory, ItemThatFindsNoMemoryIsNull) {
     EXPECT_NE(Item(4, 1), nullptr);
 }
 
-TEST_F(ItemMemory, ItemWhoseFormattedAreaFindsNoMemoryIsPartlyBuilt) {
+TEST_F(ItemMemoryTest, ItemWhoseFormattedAreaFindsNoMemoryIsPartlyBuilt) {
     table.Add(4, 7, 4).String("text");
     Open();
     server.FailAllocation(2);
@@ -50,7 +50,7 @@ TEST_F(ItemMemory, ItemWhoseFormattedAreaFindsNoMemoryIsPartlyBuilt) {
     EXPECT_EQ(item->GetString(1), nullptr);
 }
 
-TEST_F(ItemMemory, ItemWhoseStringsFindNoMemoryHasNone) {
+TEST_F(ItemMemoryTest, ItemWhoseStringsFindNoMemoryHasNone) {
     table.Add(4, 7, 4).String("text");
     Open();
     server.FailAllocation(3);
@@ -60,7 +60,7 @@ TEST_F(ItemMemory, ItemWhoseStringsFindNoMemoryHasNone) {
     EXPECT_EQ(item->GetString(1), nullptr);
 }
 
-TEST_F(ItemMemory, GettersSurviveEveryFailedAllocation) {
+TEST_F(ItemMemoryTest, GettersSurviveEveryFailedAllocation) {
     table.Add(0, 0, 9).String(4, "Vendor");
     table.Add(1, 1, 8).String(4, "Maker");
     Open();
@@ -74,7 +74,7 @@ TEST_F(ItemMemory, GettersSurviveEveryFailedAllocation) {
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));
 }
 
-TEST_F(ItemMemory, DeviceWhoseTextsFindNoMemoryHasNoLocator) {
+TEST_F(ItemMemoryTest, DeviceWhoseTextsFindNoMemoryHasNoLocator) {
     table.Add(17, 1, 27).String(16, "DIMM1");
     Open();
     char locator[] = "DIMM1";
@@ -86,7 +86,7 @@ TEST_F(ItemMemory, DeviceWhoseTextsFindNoMemoryHasNoLocator) {
     EXPECT_EQ(reader->GetProperMemDev(locator), 1);
 }
 
-TEST_F(ItemMemory, StructuresPassedOverCostNoMemory) {
+TEST_F(ItemMemoryTest, StructuresPassedOverCostNoMemory) {
     for (int i = 0; i < 200; ++i) table.Add(9, 0, 4);
     for (int i = 0; i < 200; ++i) table.Add(4, static_cast<std::uint16_t>(1000 + i), 4);
     Open();

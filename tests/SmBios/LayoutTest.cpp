@@ -14,7 +14,7 @@ namespace {
 static_assert(std::ranges::count(kPrivateCalls<SmBios>, false) == 0,
               "with the private members open, every call compiles");
 
-TEST(SmBiosLayout, Reader) {
+TEST(SmBiosLayoutTest, ReaderHasTheLayoutThatAgentsUse) {
     ExpectLayout("SmBios", sizeof(SmBios),
                  {{offsetof(SmBios, InitOK), 4},
                   {offsetof(SmBios, BiosData), 4},
@@ -26,7 +26,7 @@ TEST(SmBiosLayout, Reader) {
                  60);
 }
 
-TEST(SmBiosLayout, Structure) {
+TEST(SmBiosLayoutTest, StructureHasTheLayoutThatAgentsUse) {
     ExpectLayout(
         "HEADER", sizeof(HEADER),
         {{offsetof(HEADER, type), 1}, {offsetof(HEADER, length), 1}, {offsetof(HEADER, handle), 2}},
@@ -40,7 +40,7 @@ TEST(SmBiosLayout, Structure) {
                  20);
 }
 
-TEST(SmBiosLayout, MemorySummary) {
+TEST(SmBiosLayoutTest, MemorySummaryHasTheLayoutThatAgentsUse) {
     ExpectLayout("BankInfo", sizeof(BankInfo),
                  {{offsetof(BankInfo, size), 16},
                   {offsetof(BankInfo, speed), 16},

@@ -8,9 +8,9 @@ namespace {
 
 using ::testing::ElementsAre;
 
-class MachineAccess : public SmBiosTest {
+class MachineAccessTest : public SmBiosTest {
 protected:
-    MachineAccess() {
+    MachineAccessTest() {
         table.Add(0, 0, 9).String(4, "Vendor");
         table.Add(4, 1, 35).Word(26, 2);
         table.Add(7, 2, 19);
@@ -32,7 +32,7 @@ protected:
     }
 };
 
-TEST_F(MachineAccess, MemoryIsReadTwiceAndTheDeviceIsClosed) {
+TEST_F(MachineAccessTest, MemoryIsReadTwiceAndTheDeviceIsClosed) {
     server.GetMemory().PlaceSmbios(table.Image());
     EXPECT_THAT(
         AccessesOfANewReader(),
@@ -41,7 +41,7 @@ TEST_F(MachineAccess, MemoryIsReadTwiceAndTheDeviceIsClosed) {
                     "read /dev/mem 0xF0000 1048576 -> 1048576", "close /dev/mem -> 0"));
 }
 
-TEST_F(MachineAccess, SecondReadStartsAtThe64KibBoundaryAndIsAsLongAsItsAddressAnd64Kib) {
+TEST_F(MachineAccessTest, SecondReadStartsAtThe64KibBoundaryAndIsAsLongAsItsAddressAnd64Kib) {
     EXPECT_THAT(
         AccessesWithTableAt(0xE1234),
         ElementsAre("open /dev/mem O_RDONLY -> ok", "lseek /dev/mem 0xF0000 -> 0xF0000",
@@ -58,20 +58,20 @@ TEST_F(MachineAccess, SecondReadStartsAtThe64KibBoundaryAndIsAsLongAsItsAddressA
                             "read /dev/mem 0x0 65536 -> 65536", "close /dev/mem -> 0"));
 }
 
-TEST_F(MachineAccess, WithoutAnAnchorMemoryIsReadOnce) {
+TEST_F(MachineAccessTest, WithoutAnAnchorMemoryIsReadOnce) {
     EXPECT_THAT(AccessesOfANewReader(),
                 ElementsAre("open /dev/mem O_RDONLY -> ok", "lseek /dev/mem 0xF0000 -> 0xF0000",
                             "read /dev/mem 0xF0000 65520 -> 65520", "close /dev/mem -> 0"));
 }
 
-TEST_F(MachineAccess, RefusedDeviceIsNotTouchedAgain) {
+TEST_F(MachineAccessTest, RefusedDeviceIsNotTouchedAgain) {
     server.Refuse("/dev/mem", EPERM);
     testing::internal::CaptureStderr();
     EXPECT_THAT(AccessesOfANewReader(), ElementsAre("open /dev/mem O_RDONLY -> -1 EPERM"));
     testing::internal::GetCapturedStderr();
 }
 
-TEST_F(MachineAccess, DeviceIsClosedAfterEveryFailure) {
+TEST_F(MachineAccessTest, DeviceIsClosedAfterEveryFailure) {
     server.GetMemory().PlaceSmbios(table.Image());
     for (const char* call : {"lseek", "read"}) {
         for (int nth = 1; nth <= 2; ++nth) {
@@ -87,7 +87,7 @@ TEST_F(MachineAccess, DeviceIsClosedAfterEveryFailure) {
     }
 }
 
-TEST_F(MachineAccess, DeviceIsClosedAfterEveryFailedAllocation) {
+TEST_F(MachineAccessTest, DeviceIsClosedAfterEveryFailedAllocation) {
     server.GetMemory().PlaceSmbios(table.Image());
     std::size_t before = server.Allocations();
     Read();
@@ -102,7 +102,7 @@ TEST_F(MachineAccess, DeviceIsClosedAfterEveryFailedAllocation) {
     }
 }
 
-TEST_F(MachineAccess, GettersAskNothingOfTheMachine) {
+TEST_F(MachineAccessTest, GettersAskNothingOfTheMachine) {
     server.GetMemory().PlaceSmbios(table.Image());
     Read();
     server.GetLog().Clear();
@@ -117,7 +117,7 @@ TEST_F(MachineAccess, GettersAskNothingOfTheMachine) {
     EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
-TEST_F(MachineAccess, TableIsNotReadAgainWhenMemoryChanges) {
+TEST_F(MachineAccessTest, TableIsNotReadAgainWhenMemoryChanges) {
     server.GetMemory().PlaceSmbios(table.Image());
     Read();
     NewTable().Add(0, 0, 9).String(4, "Other");

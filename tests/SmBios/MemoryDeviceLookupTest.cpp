@@ -5,7 +5,7 @@
 
 namespace {
 
-class MemoryDeviceLookup : public MemoryTest {
+class MemoryDeviceLookupTest : public MemoryTest {
 protected:
     int Exist() {
         Open();
@@ -20,12 +20,12 @@ protected:
     }
 };
 
-TEST_F(MemoryDeviceLookup, DevicesExistWhenABankLocatorSaysBank) {
+TEST_F(MemoryDeviceLookupTest, DevicesExistWhenABankLocatorSaysBank) {
     AddDevice(0, "X", "Bank 0");
     EXPECT_EQ(Exist(), 1);
 }
 
-TEST_F(MemoryDeviceLookup, UpperCaseBankNeedsASize) {
+TEST_F(MemoryDeviceLookupTest, UpperCaseBankNeedsASize) {
     for (const int size : {0x0001, 0x7FFF, 0x8001, 0xFFFF}) {
         NewTable();
         AddDevice(size, "X", "BANK0");
@@ -38,7 +38,7 @@ TEST_F(MemoryDeviceLookup, UpperCaseBankNeedsASize) {
     }
 }
 
-TEST_F(MemoryDeviceLookup, DevicesExistWhenADeviceLocatorSaysDimm) {
+TEST_F(MemoryDeviceLookupTest, DevicesExistWhenADeviceLocatorSaysDimm) {
     for (const char* locator : {"Dimm 1", "DIMM1A", "J1 DIMM", "xDimmx"}) {
         NewTable();
         AddDevice(0, locator, "row");
@@ -51,7 +51,7 @@ TEST_F(MemoryDeviceLookup, DevicesExistWhenADeviceLocatorSaysDimm) {
     }
 }
 
-TEST_F(MemoryDeviceLookup, BankLocatorIsSearchedForBankAlone) {
+TEST_F(MemoryDeviceLookupTest, BankLocatorIsSearchedForBankAlone) {
     for (const char* bank : {"bank", "DIMM", "Dimm", "BAnk", "Ban"}) {
         NewTable();
         AddDevice(256, "X", bank);
@@ -62,14 +62,14 @@ TEST_F(MemoryDeviceLookup, BankLocatorIsSearchedForBankAlone) {
     EXPECT_EQ(Exist(), 1);
 }
 
-TEST_F(MemoryDeviceLookup, LaterDevicesAreLookedAt) {
+TEST_F(MemoryDeviceLookupTest, LaterDevicesAreLookedAt) {
     AddDevice(256, "X", "row");
     AddDevice(0, "X", "BANK");
     AddDevice(0, "X", "Bank");
     EXPECT_EQ(Exist(), 1);
 }
 
-TEST_F(MemoryDeviceLookup, MissingBankLocatorEndsTheSearch) {
+TEST_F(MemoryDeviceLookupTest, MissingBankLocatorEndsTheSearch) {
     table.Add(17, 1, 27).Word(12, 256).String(16, "DIMM");
     AddDevice(256, "DIMM", "Bank");
     EXPECT_EQ(Exist(), 0);
@@ -80,24 +80,24 @@ TEST_F(MemoryDeviceLookup, MissingBankLocatorEndsTheSearch) {
     EXPECT_EQ(Exist(), 0);
 }
 
-TEST_F(MemoryDeviceLookup, EmptyBankLocatorPastTheLastStringDoesNotEndTheSearch) {
+TEST_F(MemoryDeviceLookupTest, EmptyBankLocatorPastTheLastStringDoesNotEndTheSearch) {
     table.Add(17, 1, 27).Word(12, 256).String(16, "DIMM").Byte(17, 2);
     EXPECT_EQ(Exist(), 1);
 }
 
-TEST_F(MemoryDeviceLookup, MissingDeviceLocatorDoesNotEndTheSearch) {
+TEST_F(MemoryDeviceLookupTest, MissingDeviceLocatorDoesNotEndTheSearch) {
     table.Add(17, 1, 27).Word(12, 256).String(17, "row");
     EXPECT_EQ(Exist(), 0);
     AddDevice(256, "DIMM", "row");
     EXPECT_EQ(Exist(), 1);
 }
 
-TEST_F(MemoryDeviceLookup, WithoutDevicesNoneExist) {
+TEST_F(MemoryDeviceLookupTest, WithoutDevicesNoneExist) {
     table.Add(6, 1, 12).String(4, "DIMM Bank");
     EXPECT_EQ(Exist(), 0);
 }
 
-TEST_F(MemoryDeviceLookup, ProperDeviceIsTheFirstWithTheLocator) {
+TEST_F(MemoryDeviceLookupTest, ProperDeviceIsTheFirstWithTheLocator) {
     AddDevice(256, "DIMM1", "Bank");
     AddDevice(256, "DIMM2 ", "Bank");
     AddDevice(256, "DIMM3", "Bank");
@@ -113,7 +113,7 @@ TEST_F(MemoryDeviceLookup, ProperDeviceIsTheFirstWithTheLocator) {
     EXPECT_EQ(reader->GetProperMemDev(nullptr), 0);
 }
 
-TEST_F(MemoryDeviceLookup, DeviceWhoseLocatorIsNotItsFirstStringEndsTheSearch) {
+TEST_F(MemoryDeviceLookupTest, DeviceWhoseLocatorIsNotItsFirstStringEndsTheSearch) {
     AddDevice(256, "DIMM1", "Bank");
     table.Add(17, 2, 27).String(17, "Bank").String(16, "DIMM2");
     AddDevice(256, "DIMM3", "Bank");
@@ -123,7 +123,7 @@ TEST_F(MemoryDeviceLookup, DeviceWhoseLocatorIsNotItsFirstStringEndsTheSearch) {
     EXPECT_EQ(Proper("DIMM3"), 0);
 }
 
-TEST_F(MemoryDeviceLookup, ProperDeviceEndsAfterTwoHundredFiftyFive) {
+TEST_F(MemoryDeviceLookupTest, ProperDeviceEndsAfterTwoHundredFiftyFive) {
     for (int i = 1; i <= 256; ++i) AddDevice(256, "D" + std::to_string(i), "B");
     Open();
     EXPECT_EQ(Proper("D255"), 255);

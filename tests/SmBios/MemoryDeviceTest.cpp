@@ -183,7 +183,7 @@ TEST_F(MemoryDeviceTest, MissingDeviceAnswersMinusOne) {
     EXPECT_EQ(SizeNumber(257), 256);
 }
 
-TEST_F(MemoryDeviceTest, ShortDeviceReadsAsZeroBehindItsEnd) {
+TEST_F(MemoryDeviceTest, ShortDeviceReadsAsZeroPastItsEnd) {
     table.Add(17, 1, 20).Word(12, 256).Byte(18, 15).Byte(19, 0x80).String("\xFF\xFF\xFF");
     Open();
     EXPECT_EQ(Ask(&SmBios::GetMemDevType, 1), Terminated("SDRAM"));

@@ -73,7 +73,7 @@ TEST_F(MemoryModuleTest, ValidHandlesLieInOneTo127) {
     EXPECT_EQ(reader->GetValidMemModuleHandle(1000), 0);
 }
 
-TEST_F(MemoryModuleTest, SlotsBehindTheCountAreNotRead) {
+TEST_F(MemoryModuleTest, SlotsAfterTheCountAreNotRead) {
     AddController({1, 2, 3}).Byte(14, 2);
     Open();
     EXPECT_EQ(reader->GetValidMemModuleHandle(1), 2);
@@ -81,7 +81,7 @@ TEST_F(MemoryModuleTest, SlotsBehindTheCountAreNotRead) {
     EXPECT_EQ(reader->GetMemModuleQuantity(), 2);
 }
 
-TEST_F(MemoryModuleTest, SlotsBehindTheStructureReadAsZero) {
+TEST_F(MemoryModuleTest, SlotsPastTheStructureReadAsZero) {
     table.Add(5, 0x500, 17).Byte(14, 3).Word(15, 9).String("\x05\x05\x05\x05");
     Open();
     EXPECT_EQ(reader->GetValidMemModuleHandle(0), 9);
@@ -156,7 +156,7 @@ TEST_F(MemoryModuleTest, HighestTypeBitDecides) {
             if (low < kTypeBits.size()) expected = Terminated(kTypeBits[low]);
             if (high < kTypeBits.size()) expected = Terminated(kTypeBits[high]);
             Answer answer = Ask(&SmBios::GetMemModuleType, 1);
-            // Behind the terminator bytes of a longer text overwritten before may remain.
+            // After the terminator bytes of a longer text overwritten before may remain.
             if (answer.written.size() > expected.written.size())
                 answer.written.resize(expected.written.size());
             EXPECT_EQ(answer, expected) << low << " and " << high;

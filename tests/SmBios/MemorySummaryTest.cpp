@@ -5,6 +5,8 @@
 
 #include <cstring>
 
+#include "support/FieldTable.h"
+
 namespace {
 
 TEST_F(MemorySummaryTest, NullRecordAnswersMinusOne) {
@@ -23,7 +25,7 @@ TEST_F(MemorySummaryTest, ModulesAndDevicesBothAbsentGiveQuantityZeroAndMinusOne
 
 TEST_F(MemorySummaryTest, TotalIsStatedEvenWhenNothingDescribesTheBanks) {
     AddModule(1, 8);             // no controller lists it
-    AddDevice(512, "A", "row");  // no name that tells a socket
+    AddDevice(512, "A", "row");  // no name that says which socket
     EXPECT_EQ(Summarise(), -1);
     EXPECT_EQ(info.TotalSize, 256);
     EXPECT_EQ(info.quantity, 0);
@@ -38,15 +40,19 @@ TEST_F(MemorySummaryTest, ModulePathFillsABankPerPopulatedModule) {
     EXPECT_EQ(Summarise(), 0);
     EXPECT_EQ(info.quantity, 2);
     EXPECT_EQ(info.TotalSize, 256 + 128);
-    EXPECT_STREQ(info.bank[0].size, "256 MB");
-    EXPECT_STREQ(info.bank[0].speed, "60 ns");
-    EXPECT_STREQ(info.bank[0].type, " SDRAM");
-    EXPECT_STREQ(info.bank[0].TypeDetail, "");
-    EXPECT_STREQ(info.bank[0].manufacturer, "");
+    ExpectTexts({
+        {"bank[0].size", info.bank[0].size, "256 MB"},
+        {"bank[0].speed", info.bank[0].speed, "60 ns"},
+        {"bank[0].type", info.bank[0].type, " SDRAM"},
+        {"bank[0].TypeDetail", info.bank[0].TypeDetail, ""},
+        {"bank[0].manufacturer", info.bank[0].manufacturer, ""},
+    });
     EXPECT_EQ(info.bank[0].SlotNumber, 1);
-    EXPECT_STREQ(info.bank[1].size, "128 MB");
-    EXPECT_STREQ(info.bank[1].speed, "");
-    EXPECT_STREQ(info.bank[1].type, "DIMM");
+    ExpectTexts({
+        {"bank[1].size", info.bank[1].size, "128 MB"},
+        {"bank[1].speed", info.bank[1].speed, ""},
+        {"bank[1].type", info.bank[1].type, "DIMM"},
+    });
     EXPECT_EQ(info.bank[1].SlotNumber, 3);
     ExpectZeroFrom(2);
 }
@@ -145,17 +151,21 @@ TEST_F(MemorySummaryTest, DevicePathFillsABankPerPopulatedDevice) {
     EXPECT_EQ(Summarise(), 0);
     EXPECT_EQ(info.quantity, 2);
     EXPECT_EQ(info.TotalSize, 512 + 32);
-    EXPECT_STREQ(info.bank[0].size, "512 MB");
-    EXPECT_STREQ(info.bank[0].speed, "266 MHZ");
-    EXPECT_STREQ(info.bank[0].type, "DDR");
-    EXPECT_STREQ(info.bank[0].TypeDetail, "SynchronousCMOS");
-    EXPECT_STREQ(info.bank[0].manufacturer, "Maker");
+    ExpectTexts({
+        {"bank[0].size", info.bank[0].size, "512 MB"},
+        {"bank[0].speed", info.bank[0].speed, "266 MHZ"},
+        {"bank[0].type", info.bank[0].type, "DDR"},
+        {"bank[0].TypeDetail", info.bank[0].TypeDetail, "SynchronousCMOS"},
+        {"bank[0].manufacturer", info.bank[0].manufacturer, "Maker"},
+    });
     EXPECT_EQ(info.bank[0].SlotNumber, 5);
-    EXPECT_STREQ(info.bank[1].size, "512 KB");
-    EXPECT_STREQ(info.bank[1].speed, "");
-    EXPECT_STREQ(info.bank[1].type, "SDRAM");
-    EXPECT_STREQ(info.bank[1].TypeDetail, "");
-    EXPECT_STREQ(info.bank[1].manufacturer, "");
+    ExpectTexts({
+        {"bank[1].size", info.bank[1].size, "512 KB"},
+        {"bank[1].speed", info.bank[1].speed, ""},
+        {"bank[1].type", info.bank[1].type, "SDRAM"},
+        {"bank[1].TypeDetail", info.bank[1].TypeDetail, ""},
+        {"bank[1].manufacturer", info.bank[1].manufacturer, ""},
+    });
     EXPECT_EQ(info.bank[1].SlotNumber, 10);
     ExpectZeroFrom(2);
 }

@@ -40,10 +40,10 @@ sim::SmbiosStructure& AddAgentsProbe(int type, int locationAndStatus, int length
     return agentsProbes.back().structure;
 }
 
-class ProbeDecode : public SmBiosTest {
+class ProbeDecodeTest : public SmBiosTest {
 protected:
-    ProbeDecode() { Open(); }
-    ~ProbeDecode() override { agentsProbes.clear(); }
+    ProbeDecodeTest() { Open(); }
+    ~ProbeDecodeTest() override { agentsProbes.clear(); }
 
     // A probe of the asked location that has this value at this offset, and others elsewhere.
     void OnlyProbe(int type, std::size_t offset, int value) {
@@ -57,7 +57,7 @@ protected:
 const std::vector<std::pair<int, std::string>> kValues = {
     {0, "0"}, {1, "1"}, {0x7FFF, "32767"}, {0x8001, "32769"}, {0xFFFF, "65535"}};
 
-TEST_F(ProbeDecode, VoltagesAreAtTheirOffsetsInMillivolts) {
+TEST_F(ProbeDecodeTest, VoltagesAreAtTheirOffsetsInMillivolts) {
     for (const auto& [value, number] : kValues) {
         const Answer text = Terminated(number + " mv");
         OnlyProbe(kVoltage, 20, value);
@@ -69,14 +69,14 @@ TEST_F(ProbeDecode, VoltagesAreAtTheirOffsetsInMillivolts) {
     }
 }
 
-TEST_F(ProbeDecode, TemperatureIsAtItsOffsetInDegrees) {
+TEST_F(ProbeDecodeTest, TemperatureIsAtItsOffsetInDegrees) {
     for (const auto& [value, number] : kValues) {
         OnlyProbe(kTemperature, 20, value);
         EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, kLocation), Terminated(number + " C"));
     }
 }
 
-TEST_F(ProbeDecode, Value8000IsUnknownAndAnswersMinusOne) {
+TEST_F(ProbeDecodeTest, Value8000IsUnknownAndAnswersMinusOne) {
     OnlyProbe(kVoltage, 20, 0x8000);
     EXPECT_EQ(Ask(&SmBios::GetVoltageCurrent, kLocation), Refused("Unknown"));
     OnlyProbe(kVoltage, 6, 0x8000);
@@ -87,7 +87,7 @@ TEST_F(ProbeDecode, Value8000IsUnknownAndAnswersMinusOne) {
     EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, kLocation), Refused("Unknown"));
 }
 
-TEST_F(ProbeDecode, StructureBelow21BytesCanNotSupplyTheCurrentValue) {
+TEST_F(ProbeDecodeTest, StructureBelow21BytesCanNotSupplyTheCurrentValue) {
     const Answer refused = Refused("SmBios can not supply this information");
     for (const int length : {6, 19, 20}) {
         agentsProbes.clear();
@@ -98,21 +98,21 @@ TEST_F(ProbeDecode, StructureBelow21BytesCanNotSupplyTheCurrentValue) {
     }
 }
 
-TEST_F(ProbeDecode, StructureOf21BytesHasTheValuesLowByte) {
+TEST_F(ProbeDecodeTest, StructureOf21BytesHasTheValuesLowByte) {
     AddAgentsProbe(kVoltage, kLocation, 21).Byte(20, 0x34).String("12");
     AddAgentsProbe(kTemperature, kLocation, 21).Byte(20, 0x34).String("12");
     EXPECT_EQ(Ask(&SmBios::GetVoltageCurrent, kLocation), Terminated("52 mv"));
     EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, kLocation), Terminated("52 C"));
 }
 
-TEST_F(ProbeDecode, StructureOf22BytesHasTheWholeValue) {
+TEST_F(ProbeDecodeTest, StructureOf22BytesHasTheWholeValue) {
     AddAgentsProbe(kVoltage, kLocation, 22).Word(20, 0x1234);
     AddAgentsProbe(kTemperature, kLocation, 22).Word(20, 0x1234);
     EXPECT_EQ(Ask(&SmBios::GetVoltageCurrent, kLocation), Terminated("4660 mv"));
     EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, kLocation), Terminated("4660 C"));
 }
 
-TEST_F(ProbeDecode, EveryStatusReadsError) {
+TEST_F(ProbeDecodeTest, EveryStatusReadsError) {
     for (int status = 0; status < 8; ++status) {
         agentsProbes.clear();
         AddAgentsProbe(kVoltage, status << 5 | kLocation);
@@ -122,7 +122,7 @@ TEST_F(ProbeDecode, EveryStatusReadsError) {
     }
 }
 
-TEST_F(ProbeDecode, DescriptionIsABoundedCopyOfTheStringItNames) {
+TEST_F(ProbeDecodeTest, DescriptionIsABoundedCopyOfTheStringItNames) {
     AddAgentsProbe(kVoltage, kLocation).String("not this one").String(4, "+12 V");
     AddAgentsProbe(kTemperature, kLocation).String("not this one").String(4, "Inlet");
     EXPECT_EQ(Ask(&SmBios::GetVoltageDescription, kLocation, 6), Copied("+12 V"));
@@ -131,14 +131,14 @@ TEST_F(ProbeDecode, DescriptionIsABoundedCopyOfTheStringItNames) {
     EXPECT_EQ(Ask(&SmBios::GetTemperatureDescription, kLocation, 5), Copied("Inle"));
 }
 
-TEST_F(ProbeDecode, ProbeWithoutADescriptionAnswersMinusOne) {
+TEST_F(ProbeDecodeTest, ProbeWithoutADescriptionAnswersMinusOne) {
     AddAgentsProbe(kVoltage, kLocation);
     AddAgentsProbe(kTemperature, kLocation);
     EXPECT_EQ(Ask(&SmBios::GetVoltageDescription, kLocation, 32), Missing());
     EXPECT_EQ(Ask(&SmBios::GetTemperatureDescription, kLocation, 32), Missing());
 }
 
-TEST_F(ProbeDecode, FirstProbeThatHasAllBitsOfTheLocationIsTaken) {
+TEST_F(ProbeDecodeTest, FirstProbeThatHasAllBitsOfTheLocationIsTaken) {
     for (const int type : {kVoltage, kTemperature}) {
         AddAgentsProbe(type, 0x61).String(4, "first");
         AddAgentsProbe(type, 0x63).String(4, "second");
@@ -155,7 +155,7 @@ TEST_F(ProbeDecode, FirstProbeThatHasAllBitsOfTheLocationIsTaken) {
     }
 }
 
-TEST_F(ProbeDecode, EveryGetterPassesOverAProbeElsewhere) {
+TEST_F(ProbeDecodeTest, EveryGetterPassesOverAProbeElsewhere) {
     for (const int type : {kVoltage, kTemperature}) {
         AddAgentsProbe(type, 0x62).String(4, "elsewhere").Word(6, 1).Word(8, 1).Word(20, 1);
         AddAgentsProbe(type, 0x63).String(4, "here").Word(6, 12600).Word(8, 11400).Word(20, 12000);
@@ -170,9 +170,9 @@ TEST_F(ProbeDecode, EveryGetterPassesOverAProbeElsewhere) {
     EXPECT_EQ(Ask(&SmBios::GetTemperatureCurrent, 3), Terminated("12000 C"));
 }
 
-class ProbeRecords : public InterfaceTest {
+class ProbeRecordsTest : public InterfaceTest {
 protected:
-    ~ProbeRecords() override { agentsProbes.clear(); }
+    ~ProbeRecordsTest() override { agentsProbes.clear(); }
 
     // Two probes of a kind, of which the second is at the location that the records tell.
     void AddProbes(int type) {
@@ -184,7 +184,7 @@ protected:
     static constexpr std::size_t kSize = 6916;
 };
 
-TEST_F(ProbeRecords, VoltageOfLocation3FillsTheFirstElement) {
+TEST_F(ProbeRecordsTest, VoltageOfLocation3FillsTheFirstElement) {
     AddProbes(kVoltage);
     Place();
     ExpectRecord(0x4000000, RecordImage(kSize),
@@ -195,7 +195,7 @@ TEST_F(ProbeRecords, VoltageOfLocation3FillsTheFirstElement) {
                      .Text(4 + 108, "12600 mv"));  // max
 }
 
-TEST_F(ProbeRecords, TemperatureOfLocation3FillsTheFirstElement) {
+TEST_F(ProbeRecordsTest, TemperatureOfLocation3FillsTheFirstElement) {
     AddProbes(kTemperature);
     Place();
     ExpectRecord(0x8000000, RecordImage(kSize),

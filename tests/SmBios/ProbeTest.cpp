@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // Voltage and temperature probes: counted, and never found by their location.
+#include "support/FieldTable.h"
 #include "support/SmBiosTest.h"
 
 namespace {
@@ -67,22 +68,24 @@ TEST_F(ProbeTest, QuantitiesStopAt127) {
     EXPECT_EQ(reader->GetTemperatureProbeQuantity(), 127);
 }
 
-TEST(LocationCodes, AreThoseOfTheStandard) {
-    EXPECT_EQ(SmBios::TnV_OTHER, 1);
-    EXPECT_EQ(SmBios::TnV_UNKNOWN, 2);
-    EXPECT_EQ(SmBios::TnV_PROCESSOR, 3);
-    EXPECT_EQ(SmBios::TnV_DISK, 4);
-    EXPECT_EQ(SmBios::TnV_PERIPHERAL_BAY, 5);
-    EXPECT_EQ(SmBios::TnV_SYSTEM_MANAGEMENT_MODULE, 6);
-    EXPECT_EQ(SmBios::TnV_MOTHER_BOARD, 7);
-    EXPECT_EQ(SmBios::TnV_MEMORY, 8);
-    EXPECT_EQ(SmBios::TnV_PROCESSOR_MODULE, 9);
-    EXPECT_EQ(SmBios::TnV_POWER_UNIT, 10);
-    EXPECT_EQ(SmBios::TnV_ADDIN_CARD, 11);
-    EXPECT_EQ(SmBios::TnV_FRONT_PANEL_BOARD, 12);
-    EXPECT_EQ(SmBios::TnV_BACK_PANEL_BOARD, 13);
-    EXPECT_EQ(SmBios::TnV_POWER_SYSTEM_BOARD, 14);
-    EXPECT_EQ(SmBios::TnV_DRIVE_BACK_PLANE, 15);
+TEST(LocationCodesTest, CodesAreThoseOfTheStandard) {
+    ExpectNumbers({
+        {"TnV_OTHER", SmBios::TnV_OTHER, 1},
+        {"TnV_UNKNOWN", SmBios::TnV_UNKNOWN, 2},
+        {"TnV_PROCESSOR", SmBios::TnV_PROCESSOR, 3},
+        {"TnV_DISK", SmBios::TnV_DISK, 4},
+        {"TnV_PERIPHERAL_BAY", SmBios::TnV_PERIPHERAL_BAY, 5},
+        {"TnV_SYSTEM_MANAGEMENT_MODULE", SmBios::TnV_SYSTEM_MANAGEMENT_MODULE, 6},
+        {"TnV_MOTHER_BOARD", SmBios::TnV_MOTHER_BOARD, 7},
+        {"TnV_MEMORY", SmBios::TnV_MEMORY, 8},
+        {"TnV_PROCESSOR_MODULE", SmBios::TnV_PROCESSOR_MODULE, 9},
+        {"TnV_POWER_UNIT", SmBios::TnV_POWER_UNIT, 10},
+        {"TnV_ADDIN_CARD", SmBios::TnV_ADDIN_CARD, 11},
+        {"TnV_FRONT_PANEL_BOARD", SmBios::TnV_FRONT_PANEL_BOARD, 12},
+        {"TnV_BACK_PANEL_BOARD", SmBios::TnV_BACK_PANEL_BOARD, 13},
+        {"TnV_POWER_SYSTEM_BOARD", SmBios::TnV_POWER_SYSTEM_BOARD, 14},
+        {"TnV_DRIVE_BACK_PLANE", SmBios::TnV_DRIVE_BACK_PLANE, 15},
+    });
 }
 
 }  // namespace

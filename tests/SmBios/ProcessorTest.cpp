@@ -187,7 +187,7 @@ TEST_F(ProcessorTest, StatusIsTheRawByte) {
     }
 }
 
-TEST_F(ProcessorTest, ShortStructureReadsAsZeroBehindItsEnd) {
+TEST_F(ProcessorTest, ShortStructureReadsAsZeroPastItsEnd) {
     table.Add(4, 1, 20).Byte(6, 178).Word(18, 100);
     Open();
     EXPECT_EQ(Ask(&SmBios::GetProcessorFamily, 1), Terminated("Pentium 4 Processor"));

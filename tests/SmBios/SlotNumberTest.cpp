@@ -5,7 +5,7 @@
 
 namespace {
 
-class SlotNumber : public MemorySummaryTest {
+class SlotNumberTest : public MemorySummaryTest {
 protected:
     int SlotOfDevice(const std::string& locator) {
         NewTable();
@@ -16,14 +16,14 @@ protected:
     }
 };
 
-TEST_F(SlotNumber, IsTheDigitAtTheEndOfTheLocator) {
+TEST_F(SlotNumberTest, SlotNumberIsTheDigitAtTheEndOfTheLocator) {
     EXPECT_EQ(SlotOfDevice("DIMM3"), 3);
     EXPECT_EQ(SlotOfDevice("DIMM1A"), 5);
     EXPECT_EQ(SlotOfDevice("DIMM1B"), 6);
     EXPECT_EQ(SlotOfDevice("DIMM12"), 2);
 }
 
-TEST_F(SlotNumber, FollowsTheLetterBehindTheDigit) {
+TEST_F(SlotNumberTest, SlotNumberFollowsTheLetterAfterTheDigit) {
     EXPECT_EQ(SlotOfDevice("DIMM0"), 0);
     EXPECT_EQ(SlotOfDevice("DIMM9"), 9);
     EXPECT_EQ(SlotOfDevice("DIMM0A"), 1);
@@ -33,7 +33,7 @@ TEST_F(SlotNumber, FollowsTheLetterBehindTheDigit) {
     EXPECT_EQ(SlotOfDevice("7"), 7);
 }
 
-TEST_F(SlotNumber, StaysZeroBehindOtherCharacters) {
+TEST_F(SlotNumberTest, SlotNumberStaysZeroWhereOtherCharactersFollow) {
     EXPECT_EQ(SlotOfDevice("DIMM"), 0);
     EXPECT_EQ(SlotOfDevice("DIMM1C"), 0);
     EXPECT_EQ(SlotOfDevice("DIMM1a"), 0);
@@ -41,14 +41,14 @@ TEST_F(SlotNumber, StaysZeroBehindOtherCharacters) {
     EXPECT_EQ(SlotOfDevice("A1-"), 0);
 }
 
-TEST_F(SlotNumber, LaterDigitsOverwriteEarlierOnes) {
+TEST_F(SlotNumberTest, LaterDigitsOverwriteEarlierOnes) {
     EXPECT_EQ(SlotOfDevice("J1A DIMM2B"), 10);
     EXPECT_EQ(SlotOfDevice("CPU1B DIMM3"), 3);
     EXPECT_EQ(SlotOfDevice("1A2C"), 5);  // the second digit changes nothing
     EXPECT_EQ(SlotOfDevice("21B"), 6);
 }
 
-TEST_F(SlotNumber, ShorterLocatorKeepsTheTailOfALongerOneBefore) {
+TEST_F(SlotNumberTest, ShorterLocatorKeepsTheTailOfALongerOneBefore) {
     AddDevice(256, "DIMM SLOT 7", "Bank");
     AddDevice(256, "DIMM2", "Bank");  // "DIMM2SLOT 7"
     AddDevice(256, "X", "Bank");
@@ -58,7 +58,7 @@ TEST_F(SlotNumber, ShorterLocatorKeepsTheTailOfALongerOneBefore) {
     EXPECT_EQ(info.bank[2].SlotNumber, 7);
 }
 
-TEST_F(SlotNumber, DeviceWithoutALocatorKeepsTheOneBefore) {
+TEST_F(SlotNumberTest, DeviceWithoutALocatorKeepsTheOneBefore) {
     AddDevice(256, "DIMM1", "Bank");
     table.Add(17, 9, 27).Word(12, 256).String(17, "Bank").String(16, "DIMM5");
     EXPECT_EQ(Summarise(), 0);
@@ -66,7 +66,7 @@ TEST_F(SlotNumber, DeviceWithoutALocatorKeepsTheOneBefore) {
     EXPECT_EQ(info.bank[1].SlotNumber, 1);
 }
 
-TEST_F(SlotNumber, LocatorsOfEmptySocketsLeaveNoTail) {
+TEST_F(SlotNumberTest, LocatorsOfEmptySocketsLeaveNoTail) {
     AddDevice(256, "A3", "Bank");
     AddDevice(0, "LONG SLOT 8", "Bank");
     AddDevice(256, "B4", "Bank");
@@ -74,7 +74,7 @@ TEST_F(SlotNumber, LocatorsOfEmptySocketsLeaveNoTail) {
     EXPECT_EQ(info.bank[1].SlotNumber, 4);
 }
 
-TEST_F(SlotNumber, TailOfAModuleLocatorSpoilsTheMatchWithItsDevice) {
+TEST_F(SlotNumberTest, TailOfAModuleLocatorSpoilsTheMatchWithItsDevice) {
     AddController({1, 2});
     AddModule(1, 8, 0x0100).String(4, "DIMM SLOT 7");
     AddModule(2, 8, 0x0100).String(4, "DIMM2");
@@ -84,7 +84,7 @@ TEST_F(SlotNumber, TailOfAModuleLocatorSpoilsTheMatchWithItsDevice) {
     EXPECT_EQ(info.bank[1].SlotNumber, 7);
 }
 
-TEST_F(SlotNumber, LocatorsAreCutToSixtyThreeCharacters) {
+TEST_F(SlotNumberTest, LocatorsAreCutToSixtyThreeCharacters) {
     EXPECT_EQ(SlotOfDevice(std::string(62, 'x') + "5"), 5);
     EXPECT_EQ(SlotOfDevice(std::string(61, 'x') + "43"), 3);
     EXPECT_EQ(SlotOfDevice(std::string(62, 'x') + "43"), 4);

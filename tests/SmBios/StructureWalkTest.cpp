@@ -158,7 +158,7 @@ TEST_F(StructureWalkTest, StructureOfTheTablesLastTwoBytesHasTheLengthThatTheLas
     EXPECT_EQ(Handle(4, 2), -1);
 }
 
-TEST_F(StructureWalkTest, LengthAboveTheTruthWalksTheZeroesBehind) {
+TEST_F(StructureWalkTest, LengthAboveTheTruthWalksTheZeroesAfterTheTable) {
     AddMany(2, 4, 1);
     OpenWith(1000, 100);
     EXPECT_EQ(Handle(4, 2), 2);

@@ -9,9 +9,9 @@
 
 namespace {
 
-class TableCopy : public SmBiosTest {
+class TableCopyTest : public SmBiosTest {
 protected:
-    TableCopy() {
+    TableCopyTest() {
         table.Add(0, 0x0000, 9).String(4, "Vendor");
         table.Add(1, 0x0001, 8).String(4, "Maker");
     }
@@ -53,35 +53,35 @@ protected:
     }
 };
 
-TEST_F(TableCopy, TableInTheSegmentOfTheEntryPointIsRead) {
+TEST_F(TableCopyTest, TableInTheSegmentOfTheEntryPointIsRead) {
     OpenAt(0xF1234);
     ExpectWhole();
 }
 
-TEST_F(TableCopy, TableBelowTheSegmentIsRead) {
+TEST_F(TableCopyTest, TableBelowTheSegmentIsRead) {
     OpenAt(0xE0010);
     ExpectWhole();
 }
 
-TEST_F(TableCopy, TableAboveOneMebibyteIsRead) {
+TEST_F(TableCopyTest, TableAboveOneMebibyteIsRead) {
     OpenAt(0x1234560);
     ExpectWhole();
 }
 
-TEST_F(TableCopy, TableInTheFirstSegmentIsRead) {
+TEST_F(TableCopyTest, TableInTheFirstSegmentIsRead) {
     OpenAt(0x0400);
     ExpectWhole();
 }
 
-TEST_F(TableCopy, TableThatCrossesASixtyFourKibibyteBoundaryIsRead) {
+TEST_F(TableCopyTest, TableThatCrossesASixtyFourKibibyteBoundaryIsRead) {
     OpenAt(0xDFFF0);
     ExpectWhole();
     OpenAt(0x11FFF0);
     ExpectWhole();
 }
 
-TEST_F(TableCopy, TableThatRunsPastTheReadIsZeroThere) {
-    // The first segment is read alone, 64 KiB: what lies behind it is not in the buffer.
+TEST_F(TableCopyTest, TableThatRunsPastTheReadIsZeroThere) {
+    // The first segment is read alone, 64 KiB: what lies after it is not in the buffer.
     const sim::Bytes bytes = table.Image();
     server.GetMemory().Write(0xFFE0, bytes);
     OpenEntry({0xFFE0, static_cast<std::uint16_t>(bytes.size()), 2});
@@ -91,7 +91,7 @@ TEST_F(TableCopy, TableThatRunsPastTheReadIsZeroThere) {
     for (std::size_t i = 0x20; i < bytes.size() + 2; ++i) EXPECT_EQ(reader->BiosData[i], 0) << i;
 }
 
-TEST_F(TableCopy, CopyHoldsTheTableAndTwoZeroBytesBehindIt) {
+TEST_F(TableCopyTest, CopyHoldsTheTableAndTwoZeroBytesAfterIt) {
     const sim::Bytes bytes = table.Image();
     server.GetMemory().Write(0xF8000, std::vector<std::uint8_t>(0x400, 0xEE));
     OpenAt(0xF8000);
@@ -101,7 +101,7 @@ TEST_F(TableCopy, CopyHoldsTheTableAndTwoZeroBytesBehindIt) {
     EXPECT_EQ(reader->BiosData[bytes.size() + 1], 0);
 }
 
-TEST_F(TableCopy, LongestTableIsCopiedWhole) {
+TEST_F(TableCopyTest, LongestTableIsCopiedWhole) {
     sim::Bytes bytes(0xFFFF, 0x41);
     server.GetMemory().Write(0x200000, bytes);
     OpenEntry({0x200000, 0xFFFF, 1});
@@ -109,33 +109,33 @@ TEST_F(TableCopy, LongestTableIsCopiedWhole) {
     EXPECT_EQ(std::memcmp(reader->BiosData, bytes.data(), bytes.size()), 0);
 }
 
-TEST_F(TableCopy, RefusedDeviceIsReportedOnStandardError) {
+TEST_F(TableCopyTest, RefusedDeviceIsReportedOnStandardError) {
     server.Refuse("/dev/mem", EACCES);
     EXPECT_EQ(Diagnostics(), "open /dev/mem\n: Permission denied\n");
     ExpectNoTable(0);
 }
 
-TEST_F(TableCopy, AbsentDeviceIsReportedOnStandardError) {
+TEST_F(TableCopyTest, AbsentDeviceIsReportedOnStandardError) {
     server.Refuse("/dev/mem", ENOENT);
     EXPECT_EQ(Diagnostics(), "open /dev/mem\n: No such file or directory\n");
     ExpectNoTable(0);
 }
 
-TEST_F(TableCopy, FailedFirstSeekIsReportedOnStandardError) {
+TEST_F(TableCopyTest, FailedFirstSeekIsReportedOnStandardError) {
     server.GetMemory().PlaceSmbios(table.Image());
     server.Fail("lseek", 1, EINVAL);
     EXPECT_EQ(Diagnostics(), "lseek /dev/mem\n: Invalid argument\n");
     ExpectNoTable(0);
 }
 
-TEST_F(TableCopy, FailedFirstReadFindsNoAnchorInSilence) {
+TEST_F(TableCopyTest, FailedFirstReadFindsNoAnchorInSilence) {
     server.GetMemory().PlaceSmbios(table.Image());
     server.Fail("read", 1, EPERM);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(0);
 }
 
-TEST_F(TableCopy, EntryPointThatAnEarlierReaderLeftInFreedMemoryIsNotFound) {
+TEST_F(TableCopyTest, EntryPointThatAnEarlierReaderLeftInFreedMemoryIsNotFound) {
     mallopt(M_PERTURB, 0);
     sim::SmbiosPlacement placement;
     placement.entry = 0xF8000;
@@ -146,49 +146,49 @@ TEST_F(TableCopy, EntryPointThatAnEarlierReaderLeftInFreedMemoryIsNotFound) {
     ExpectNoTable(0);
 }
 
-TEST_F(TableCopy, ShortFirstReadThatHoldsTheEntryPointCounts) {
+TEST_F(TableCopyTest, ShortFirstReadThatHoldsTheEntryPointCounts) {
     server.GetMemory().PlaceSmbios(table.Image());  // entry point at 0xF0010
     server.ShortRead(1, 0x10 + 31);
     EXPECT_EQ(Diagnostics(), "");
     ExpectWhole();
 }
 
-TEST_F(TableCopy, ShortFirstReadThatEndsBeforeTheAnchorFindsNothing) {
+TEST_F(TableCopyTest, ShortFirstReadThatEndsBeforeTheAnchorFindsNothing) {
     server.GetMemory().PlaceSmbios(table.Image());
     server.ShortRead(1, 0x10);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(0);
 }
 
-TEST_F(TableCopy, FailedSecondSeekLeavesTheReaderUninitialisedInSilence) {
+TEST_F(TableCopyTest, FailedSecondSeekLeavesTheReaderUninitialisedInSilence) {
     server.GetMemory().PlaceSmbios(table.Image());
     server.Fail("lseek", 2, EINVAL);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(1);
 }
 
-TEST_F(TableCopy, FailedSecondReadLeavesTheReaderUninitialisedInSilence) {
+TEST_F(TableCopyTest, FailedSecondReadLeavesTheReaderUninitialisedInSilence) {
     server.GetMemory().PlaceSmbios(table.Image());
     server.Fail("read", 2, EPERM);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(1);
 }
 
-TEST_F(TableCopy, EmptySecondReadLeavesTheReaderUninitialised) {
+TEST_F(TableCopyTest, EmptySecondReadLeavesTheReaderUninitialised) {
     server.GetMemory().PlaceSmbios(table.Image());
     server.ShortRead(2, 0);
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(1);
 }
 
-TEST_F(TableCopy, ReadPastTheEndOfMemoryLeavesTheReaderUninitialised) {
+TEST_F(TableCopyTest, ReadPastTheEndOfMemoryLeavesTheReaderUninitialised) {
     server.GetMemory().Resize(0x180000);  // the read at 0xF0000 is one mebibyte long
     server.GetMemory().PlaceSmbios(table.Image());
     EXPECT_EQ(Diagnostics(), "");
     ExpectNoTable(1);
 }
 
-TEST_F(TableCopy, FailureKeepsTheDmiMatchToo) {
+TEST_F(TableCopyTest, FailureKeepsTheDmiMatchToo) {
     sim::SmbiosPlacement placement;
     placement.anchor = sim::SmbiosPlacement::Anchor::kDmi;
     server.GetMemory().PlaceSmbios(table.Image(), placement);
@@ -200,10 +200,10 @@ TEST_F(TableCopy, FailureKeepsTheDmiMatchToo) {
     EXPECT_EQ(Item(1, 1), nullptr);
 }
 
-TEST_F(TableCopy, ShortSecondReadCountsAndTheRestIsZero) {
+TEST_F(TableCopyTest, ShortSecondReadCountsAndTheRestIsZero) {
     const sim::Bytes bytes = table.Image();
     server.GetMemory().Write(0xF8000, bytes);
-    server.ShortRead(2, 0x8000 + 9 + 8);  // ends behind the first structure's string set
+    server.ShortRead(2, 0x8000 + 9 + 8);  // ends after the first structure's string set
     OpenEntry({0xF8000, static_cast<std::uint16_t>(bytes.size()), 2});
     EXPECT_EQ(reader->InitOK, 1);
     EXPECT_EQ(std::memcmp(reader->BiosData, bytes.data(), 17), 0);
@@ -212,7 +212,7 @@ TEST_F(TableCopy, ShortSecondReadCountsAndTheRestIsZero) {
     EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Missing());
 }
 
-TEST_F(TableCopy, ShortSecondReadBeforeTheTableGivesATableOfZeroes) {
+TEST_F(TableCopyTest, ShortSecondReadBeforeTheTableGivesATableOfZeroes) {
     const sim::Bytes bytes = table.Image();
     server.GetMemory().Write(0xF8000, bytes);
     server.ShortRead(2, 1);
@@ -221,7 +221,7 @@ TEST_F(TableCopy, ShortSecondReadBeforeTheTableGivesATableOfZeroes) {
     for (std::size_t i = 0; i < bytes.size() + 2; ++i) EXPECT_EQ(reader->BiosData[i], 0) << i;
 }
 
-TEST_F(TableCopy, AddressRangePastFourGibibytesLeavesTheReaderUninitialised) {
+TEST_F(TableCopyTest, AddressRangePastFourGibibytesLeavesTheReaderUninitialised) {
     for (const std::uint32_t address :
          {0x80000000u, 0xC0000000u, 0xFFFEFFFFu, 0xFFFF0000u, 0xFFFFFFF0u}) {
         testing::internal::CaptureStderr();
@@ -233,12 +233,12 @@ TEST_F(TableCopy, AddressRangePastFourGibibytesLeavesTheReaderUninitialised) {
     }
 }
 
-TEST_F(TableCopy, ReadOfTwoGibibytesLeavesTheReaderUninitialised) {
+TEST_F(TableCopyTest, ReadOfTwoGibibytesLeavesTheReaderUninitialised) {
     OpenEntry({0x7FFF0000, 64, 2});
     ExpectNoTable(1);
 }
 
-TEST_F(TableCopy, EveryFailedAllocationLeavesTheReaderUninitialised) {
+TEST_F(TableCopyTest, EveryFailedAllocationLeavesTheReaderUninitialised) {
     server.GetMemory().PlaceSmbios(table.Image());
     int failures = 0;
     for (int nth = 1; nth <= 8; ++nth) {
@@ -254,7 +254,7 @@ TEST_F(TableCopy, EveryFailedAllocationLeavesTheReaderUninitialised) {
     EXPECT_LT(failures, 8);
 }
 
-TEST_F(TableCopy, ReaderMadeWithATextClaimsToBeInitialisedAndHasNoTable) {
+TEST_F(TableCopyTest, ReaderMadeWithATextClaimsToBeInitialisedAndHasNoTable) {
     server.GetMemory().PlaceSmbios(table.Image());
     char text[] = "ignored";
     for (char* argument : {text, static_cast<char*>(nullptr)}) {
@@ -272,14 +272,14 @@ TEST_F(TableCopy, ReaderMadeWithATextClaimsToBeInitialisedAndHasNoTable) {
     EXPECT_STREQ(text, "ignored");
 }
 
-TEST_F(TableCopy, ItemsOutliveTheReader) {
+TEST_F(TableCopyTest, ItemsOutliveTheReader) {
     Open();
     const std::unique_ptr<BiosDataItem> item = Item(1, 1);
     reader.reset();
     EXPECT_STREQ(item->GetString(1), "Maker");
 }
 
-TEST_F(TableCopy, ReadersAreIndependent) {
+TEST_F(TableCopyTest, ReadersAreIndependent) {
     Open();
     const std::unique_ptr<SmBios> first = std::move(reader);
     NewTable().Add(0, 0, 9).String(4, "Other");

@@ -12,12 +12,12 @@ void SmBios::trim(char* text) {
 
 namespace {
 
-class TrimCalls : public MemorySummaryTest {
+class TrimCallsTest : public MemorySummaryTest {
 protected:
     int Proper(std::string locator) { return reader->GetProperMemDev(locator.data()); }
 };
 
-TEST_F(TrimCalls, SearchForADeviceTrimsTheLocatorItIsGiven) {
+TEST_F(TrimCallsTest, SearchForADeviceTrimsTheLocatorItIsGiven) {
     AddDevice(256, "DIMM1", "Bank");
     AddDevice(256, "DIMM2", "Bank");
     Open();
@@ -25,7 +25,7 @@ TEST_F(TrimCalls, SearchForADeviceTrimsTheLocatorItIsGiven) {
     EXPECT_EQ(Proper("DIMM3 upper row"), 0);
 }
 
-TEST_F(TrimCalls, SearchForADeviceTrimsTheLocatorOfEachDevice) {
+TEST_F(TrimCallsTest, SearchForADeviceTrimsTheLocatorOfEachDevice) {
     AddDevice(256, "DIMM1 upper row", "Bank");
     AddDevice(256, "DIMM2 upper row", "Bank");
     Open();
@@ -33,7 +33,7 @@ TEST_F(TrimCalls, SearchForADeviceTrimsTheLocatorOfEachDevice) {
     EXPECT_EQ(Proper("DIMM2"), 2);
 }
 
-TEST_F(TrimCalls, SummaryOfDevicesTrimsTheLocatorBeforeItLooksForTheSlot) {
+TEST_F(TrimCallsTest, SummaryOfDevicesTrimsTheLocatorBeforeItLooksForTheSlot) {
     AddDevice(256, "DIMM3 upper row", "Bank");
     AddDevice(256, "DIMM1B lower row", "Bank");
     EXPECT_EQ(Summarise(), 0);

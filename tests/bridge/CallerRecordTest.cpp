@@ -38,7 +38,7 @@ int DecodeWith(std::size_t at, std::uint8_t value) {
     return Decode(bytes);
 }
 
-TEST(CallerRecord, EveryFieldIsReadFromItsOffset) {
+TEST(CallerRecordTest, EveryFieldIsReadFromItsOffset) {
     bridge::CallerRecord record;
     ASSERT_EQ(bridge::DecodeRecord(Bytes(), record), 0);
     EXPECT_EQ(record.command, 0x23);
@@ -50,18 +50,18 @@ TEST(CallerRecord, EveryFieldIsReadFromItsOffset) {
     EXPECT_EQ(record.responseAddress, 0x88776655U);
 }
 
-TEST(CallerRecord, TheBmcIsMeantByItsAddressAndByAny) {
+TEST(CallerRecordTest, RespondersOtherThanTheBmcAreRefused) {
     EXPECT_EQ(DecodeWith(1, 0x20), 0);
     EXPECT_EQ(DecodeWith(1, 0xFF), 0);
     EXPECT_EQ(DecodeWith(1, 0x22), EINVAL);
     EXPECT_EQ(DecodeWith(1, 0x00), EINVAL);
 }
 
-TEST(CallerRecord, OnlyThePublicBusIsServed) {
+TEST(CallerRecordTest, ABusOtherThanThePublicOneIsRefused) {
     EXPECT_EQ(DecodeWith(2, 1), EINVAL);
 }
 
-TEST(CallerRecord, NetworkFunctionsOfResponsesAndBeyondSixBitsAreRefused) {
+TEST(CallerRecordTest, NetworkFunctionsOfResponsesAndBeyondSixBitsAreRefused) {
     EXPECT_EQ(DecodeWith(3, 0x00), 0);
     EXPECT_EQ(DecodeWith(3, 0x0B), EINVAL);
     EXPECT_EQ(DecodeWith(3, 0x3E), 0);
@@ -69,12 +69,12 @@ TEST(CallerRecord, NetworkFunctionsOfResponsesAndBeyondSixBitsAreRefused) {
     EXPECT_EQ(DecodeWith(3, 0x40), EINVAL);
 }
 
-TEST(CallerRecord, LunsGoUpToThree) {
+TEST(CallerRecordTest, ALunAboveThreeIsRefused) {
     EXPECT_EQ(DecodeWith(4, 3), 0);
     EXPECT_EQ(DecodeWith(4, 4), EINVAL);
 }
 
-TEST(CallerRecord, TheLongestRequestIsThatOfTheKernel) {
+TEST(CallerRecordTest, MoreDataThanTheKernelTakesAreRefused) {
     auto bytes = Bytes();
     bytes[12] = 0x10;
     bytes[13] = 0x01;
@@ -86,7 +86,7 @@ TEST(CallerRecord, TheLongestRequestIsThatOfTheKernel) {
     EXPECT_EQ(Decode(bytes), EINVAL);
 }
 
-TEST(CallerRecord, DataWithoutAnAddressAreAFault) {
+TEST(CallerRecordTest, DataWithoutAnAddressAreAFault) {
     auto bytes = Bytes();
     for (std::size_t at = 8; at < 12; ++at) bytes[at] = 0;
     EXPECT_EQ(Decode(bytes), EFAULT);
@@ -94,7 +94,7 @@ TEST(CallerRecord, DataWithoutAnAddressAreAFault) {
     EXPECT_EQ(Decode(bytes), 0);
 }
 
-TEST(CallerRecord, DataBeyondTheLastAddressAreAFault) {
+TEST(CallerRecordTest, DataBeyondTheLastAddressAreAFault) {
     auto bytes = Bytes();
     for (std::size_t at = 8; at < 12; ++at) bytes[at] = 0xFF;
     bytes[8] = 0xF9;
@@ -103,13 +103,13 @@ TEST(CallerRecord, DataBeyondTheLastAddressAreAFault) {
     EXPECT_EQ(Decode(bytes), EFAULT);
 }
 
-TEST(CallerRecord, AResponseWithoutAnAddressIsAFault) {
+TEST(CallerRecordTest, AResponseWithoutAnAddressIsAFault) {
     auto bytes = Bytes();
     for (std::size_t at = 20; at < 24; ++at) bytes[at] = 0;
     EXPECT_EQ(Decode(bytes), EFAULT);
 }
 
-TEST(CallerRecord, NoTimeOutMeansFiveSecondsAndNoneIsLongerThanAMinute) {
+TEST(CallerRecordTest, ATimeOutOfZeroBecomesFiveSecondsAndALongOneAMinute) {
     auto bytes = Bytes();
     bridge::CallerRecord record;
     bytes[16] = bytes[17] = 0;
@@ -124,7 +124,7 @@ TEST(CallerRecord, NoTimeOutMeansFiveSecondsAndNoneIsLongerThanAMinute) {
     EXPECT_EQ(record.timeout, milliseconds(1));
 }
 
-TEST(CallerRecord, TheResultChangesLengthAndCompletionCodeOnly) {
+TEST(CallerRecordTest, StoringAResultChangesOnlyLengthAndCompletionCode) {
     auto expected = Bytes();
     expected[24] = 0x02;
     expected[25] = 0x01;

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A BMC with one sensor data record and one inventory device, whose buffer has room for so many
-// bytes and no more.
+// A BMC with one sensor data record and one inventory device. Its buffer has room for a set number
+// of bytes.
 #ifndef TALVANE_TESTS_BRIDGE_FAKEBMC_H
 #define TALVANE_TESTS_BRIDGE_FAKEBMC_H
 
@@ -14,7 +14,7 @@
 
 class FakeBmc : public bridge::Controller {
 public:
-    // Bytes that differ from one another, behind the header of a sensor data record.
+    // The header of a sensor data record, then bytes that differ from one another.
     explicit FakeBmc(std::size_t recordLength = 64) : record(recordLength), inventory(200) {
         std::iota(record.begin(), record.end(), std::uint8_t{1});
         record[4] = static_cast<std::uint8_t>(recordLength - 5);

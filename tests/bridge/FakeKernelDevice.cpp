@@ -3,7 +3,7 @@
 // The calls as <linux/ipmi.h> and the kernel's ipmi_devintf have them, and the C library's
 // functions that lead to them. Whatever is not the device's goes to the kernel.
 
-#include "FakeKernelDevice.h"
+#include "tests/bridge/FakeKernelDevice.h"
 
 #include <fcntl.h>
 #include <linux/ipmi.h>

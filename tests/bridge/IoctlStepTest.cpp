@@ -32,11 +32,11 @@ bridge::Bytes Record() {
     return record;
 }
 
-TEST(IoctlStep, FirstTheRecordIsFetched) {
+TEST(IoctlStepTest, WithNothingPassedTheRecordIsFetched) {
     EXPECT_EQ(NextStep({bridge::kSendMessage, true, {}, 0}).kind, Kind::kFetchRecord);
 }
 
-TEST(IoctlStep, ThenTheDataThatItNames) {
+TEST(IoctlStepTest, WithTheRecordPassedItsDataAreFetched) {
     const bridge::Bytes call = Record();
     const IoctlStep step = NextStep({bridge::kSendMessage, true, call, 0});
     EXPECT_EQ(step.kind, Kind::kFetchData);
@@ -45,7 +45,7 @@ TEST(IoctlStep, ThenTheDataThatItNames) {
     EXPECT_EQ(step.record.responseAddress, 0x2000U);
 }
 
-TEST(IoctlStep, ThenItIsServed) {
+TEST(IoctlStepTest, WithRecordAndDataPassedTheRequestIsServed) {
     bridge::Bytes call = Record();
     call.resize(call.size() + 4);
     const IoctlStep step = NextStep({bridge::kSendMessage, true, call, kRoom});
@@ -59,7 +59,7 @@ void ExpectRefused(const IoctlStage& stage, int error) {
     EXPECT_EQ(step.error, error);
 }
 
-TEST(IoctlStep, OtherIoctlsAreRefusedAtEachStage) {
+TEST(IoctlStepTest, OtherIoctlsAreRefusedAtEachStage) {
     const bridge::Bytes call = Record();
     ExpectRefused({0xC0045302, true, {}, 0}, ENOTTY);
     ExpectRefused({0xC0045302, true, call, 0}, ENOTTY);
@@ -67,17 +67,17 @@ TEST(IoctlStep, OtherIoctlsAreRefusedAtEachStage) {
     ExpectRefused({0, true, {}, 0}, ENOTTY);
 }
 
-TEST(IoctlStep, CallersOf64BitsAreRefusedTheirRecordIsAnother) {
+TEST(IoctlStepTest, CallersOf64BitsAreRefused) {
     ExpectRefused({bridge::kSendMessage, false, {}, 0}, ENOTTY);
     ExpectRefused({bridge::kSendMessage, false, Record(), 0}, ENOTTY);
 }
 
-TEST(IoctlStep, PartOfARecordIsRefused) {
+TEST(IoctlStepTest, PartOfARecordIsRefused) {
     const bridge::Bytes call(bridge::kRecordSize - 1);
     ExpectRefused({bridge::kSendMessage, true, call, 0}, EINVAL);
 }
 
-TEST(IoctlStep, NonsenseIsRefusedBeforeItsDataAreFetchedAndAfter) {
+TEST(IoctlStepTest, AnInvalidRecordIsRefusedBeforeItsDataAreFetchedAndAfter) {
     bridge::Bytes call = Record();
     call[3] = 0x05;
     ExpectRefused({bridge::kSendMessage, true, call, 0}, EINVAL);
@@ -89,7 +89,7 @@ TEST(IoctlStep, NonsenseIsRefusedBeforeItsDataAreFetchedAndAfter) {
 
 // Whatever a caller's record holds, no more is fetched than the kernel's driver takes, and nothing
 // from beyond a 32-bit program's memory.
-TEST(IoctlStep, ArbitraryRecordsAreRefusedOrHoldToTheBounds) {
+TEST(IoctlStepTest, ArbitraryRecordsAreRefusedOrStayWithinTheBounds) {
     std::mt19937 random(20261);
     int fetched = 0;
     for (int i = 0; i < 200000; ++i) {

@@ -9,8 +9,8 @@
 
 #include <cerrno>
 
-#include "FakeKernelDevice.h"
 #include "bridge/KernelController.h"
+#include "tests/bridge/FakeKernelDevice.h"
 
 namespace {
 
@@ -34,7 +34,7 @@ Deadline In(milliseconds time) {
     return Deadline::clock::now() + time;
 }
 
-class KernelController : public ::testing::Test {
+class KernelControllerTest : public ::testing::Test {
 protected:
     int Ask() { return Ask(kernel); }
     int Ask(bridge::KernelController& controller) {
@@ -55,7 +55,7 @@ protected:
     Response response;
 };
 
-TEST_F(KernelController, ARequestGoesToTheBmcOfTheSystemInterface) {
+TEST_F(KernelControllerTest, ARequestGoesToTheBmcOfTheSystemInterface) {
     ASSERT_EQ(Ask(), 0);
     ASSERT_THAT(device.sent, SizeIs(1));
     const Sent& sent = device.sent[0];
@@ -68,7 +68,7 @@ TEST_F(KernelController, ARequestGoesToTheBmcOfTheSystemInterface) {
     EXPECT_EQ(kernel.Sent(), 1U);
 }
 
-TEST_F(KernelController, TheDeviceIsOpenedOnceAndNotForProgramsThatAreStarted) {
+TEST_F(KernelControllerTest, TwoRequestsUseOneFileThatStartedProgramsDoNotInherit) {
     ASSERT_EQ(Ask(), 0);
     ASSERT_EQ(Ask(), 0);
     EXPECT_EQ(device.sent[0].file, device.sent[1].file);
@@ -76,14 +76,14 @@ TEST_F(KernelController, TheDeviceIsOpenedOnceAndNotForProgramsThatAreStarted) {
     EXPECT_NE(device.flags & O_CLOEXEC, 0);
 }
 
-TEST_F(KernelController, TheCompletionCodeIsNotAmongTheData) {
+TEST_F(KernelControllerTest, TheCompletionCodeIsNotAmongTheData) {
     AnswerWith({0xC1, 1, 2, 3});
     ASSERT_EQ(Ask(), 0);
     EXPECT_EQ(response.completion, 0xC1);
     EXPECT_THAT(response.data, ElementsAre(1, 2, 3));
 }
 
-TEST_F(KernelController, ACompletionCodeAloneIsAResponse) {
+TEST_F(KernelControllerTest, ACompletionCodeAloneIsAResponse) {
     response.data = {7};
     AnswerWith({0xC3});
     ASSERT_EQ(Ask(), 0);
@@ -91,18 +91,18 @@ TEST_F(KernelController, ACompletionCodeAloneIsAResponse) {
     EXPECT_THAT(response.data, SizeIs(0));
 }
 
-TEST_F(KernelController, AResponseWithoutACompletionCodeIsBad) {
+TEST_F(KernelControllerTest, AResponseWithoutACompletionCodeIsAnError) {
     AnswerWith({});
     EXPECT_EQ(Ask(), EBADMSG);
 }
 
-TEST_F(KernelController, AResponseBeyondTheLongestMessageIsCut) {
+TEST_F(KernelControllerTest, AResponseBeyondTheLongestMessageIsCut) {
     AnswerWith(Bytes(IPMI_MAX_MSG_LENGTH + 10));
     ASSERT_EQ(Ask(), 0);
     EXPECT_THAT(response.data, SizeIs(IPMI_MAX_MSG_LENGTH - 1));
 }
 
-TEST_F(KernelController, ASilentBmcIsWaitedForUntilTheDeadlineAndNoLonger) {
+TEST_F(KernelControllerTest, ASilentBmcIsWaitedForUntilTheDeadlineAndNoLonger) {
     BeSilent();
     EXPECT_EQ(Ask(), ETIMEDOUT);
     EXPECT_THAT(device.waits, ElementsAre(AllOf(Gt(2000), Le(3000))));
@@ -110,7 +110,7 @@ TEST_F(KernelController, ASilentBmcIsWaitedForUntilTheDeadlineAndNoLonger) {
     EXPECT_EQ(device.waits.back(), 0);
 }
 
-TEST_F(KernelController, TheLateResponseOfAnotherRequestIsNeverTaken) {
+TEST_F(KernelControllerTest, TheLateResponseOfAnotherRequestIsNeverTaken) {
     BeSilent();
     ASSERT_EQ(Ask(), ETIMEDOUT);
     const Sent late = device.sent[0];
@@ -123,7 +123,7 @@ TEST_F(KernelController, TheLateResponseOfAnotherRequestIsNeverTaken) {
     EXPECT_THAT(response.data, ElementsAre(0x22));
 }
 
-TEST_F(KernelController, ALateResponseAloneDoesNotEndTheWait) {
+TEST_F(KernelControllerTest, ALateResponseAloneDoesNotEndTheWait) {
     BeSilent();
     ASSERT_EQ(Ask(), ETIMEDOUT);
     const Sent late = device.sent[0];
@@ -134,7 +134,7 @@ TEST_F(KernelController, ALateResponseAloneDoesNotEndTheWait) {
     EXPECT_THAT(device.waits, SizeIs(3));
 }
 
-TEST_F(KernelController, EventsAreNotResponses) {
+TEST_F(KernelControllerTest, AnEventIsSkippedAndTheResponseTaken) {
     device.onSend = [&](const Sent& sent) {
         device.Queue(sent.file, {IPMI_ASYNC_EVENT_RECV_TYPE, sent.id, {0x00, 0x11}});
         device.Queue(sent.file, {kResponseType, sent.id, {0x00, 0x22}});
@@ -144,7 +144,7 @@ TEST_F(KernelController, EventsAreNotResponses) {
 }
 
 // The kernel counts a response as under way until it is taken.
-TEST_F(KernelController, LateResponsesAreTakenBeforeTheKernelRefusesMore) {
+TEST_F(KernelControllerTest, LateResponsesAreDroppedSoThatTheKernelTakesMoreRequests) {
     device.limit = 3;
     BeSilent();
     for (int i = 0; i < 3; ++i) ASSERT_EQ(Ask(), ETIMEDOUT);
@@ -156,14 +156,14 @@ TEST_F(KernelController, LateResponsesAreTakenBeforeTheKernelRefusesMore) {
     EXPECT_THAT(response.data, ElementsAre(0x22));
 }
 
-TEST_F(KernelController, AWaitThatASignalInterruptsGoesOn) {
+TEST_F(KernelControllerTest, AWaitThatASignalInterruptsGoesOn) {
     device.pollError = EINTR;
     EXPECT_EQ(Ask(), 0);
     device.pollError = ENOMEM;
     EXPECT_EQ(Ask(), ENOMEM);
 }
 
-TEST_F(KernelController, EachControllerHasAQueueOfItsOwn) {
+TEST_F(KernelControllerTest, EachControllerHasAQueueOfItsOwn) {
     bridge::KernelController other{FakeKernelDevice::kPath};
     device.onSend = [&](const Sent& sent) {
         const auto mark = static_cast<std::uint8_t>(sent.file);
@@ -176,7 +176,7 @@ TEST_F(KernelController, EachControllerHasAQueueOfItsOwn) {
     EXPECT_NE(response.data, first);
 }
 
-TEST_F(KernelController, NoNodeAndNoInterfaceBehindItAreNoDevice) {
+TEST_F(KernelControllerTest, AMissingDeviceFileOrInterfaceIsAMissingDevice) {
     device.openError = ENOENT;
     EXPECT_EQ(kernel.Open(), ENODEV);
     EXPECT_EQ(Ask(), ENODEV);
@@ -188,7 +188,7 @@ TEST_F(KernelController, NoNodeAndNoInterfaceBehindItAreNoDevice) {
     EXPECT_EQ(Ask(), 0);
 }
 
-TEST_F(KernelController, ADeviceThatGoesIsReportedAndItsFileClosed) {
+TEST_F(KernelControllerTest, ADeviceThatGoesIsReportedAndItsFileClosed) {
     ASSERT_EQ(Ask(), 0);
     device.Disappear();
     EXPECT_EQ(Ask(), ENODEV);
@@ -196,7 +196,7 @@ TEST_F(KernelController, ADeviceThatGoesIsReportedAndItsFileClosed) {
     EXPECT_EQ(Ask(), ENODEV);
 }
 
-TEST_F(KernelController, ADeviceThatCameBackSinceIsOpenedAgainForTheSameRequest) {
+TEST_F(KernelControllerTest, ADeviceThatCameBackIsOpenedAgainForTheSameRequest) {
     ASSERT_EQ(Ask(), 0);
     device.Disappear();
     device.ComeBack();
@@ -206,7 +206,7 @@ TEST_F(KernelController, ADeviceThatCameBackSinceIsOpenedAgainForTheSameRequest)
     EXPECT_EQ(device.OpenFiles(), 1U);
 }
 
-TEST_F(KernelController, ADeviceThatGoesWhileItIsWaitedForIsReported) {
+TEST_F(KernelControllerTest, ADeviceThatGoesDuringTheWaitIsReported) {
     device.onSend = [&](const Sent& sent) {
         device.Queue(sent.file, {kResponseType, sent.id, {0x00}});
         device.Disappear();
@@ -218,14 +218,14 @@ TEST_F(KernelController, ADeviceThatGoesWhileItIsWaitedForIsReported) {
     EXPECT_EQ(Ask(), 0);
 }
 
-TEST_F(KernelController, ADeviceThatRefusesTwiceIsNotTriedForEver) {
+TEST_F(KernelControllerTest, ADeviceThatRefusesTwiceIsNotTriedForEver) {
     ASSERT_EQ(Ask(), 0);
     device.sendError = EIO;
     EXPECT_EQ(Ask(), EIO);
 }
 
 // What the kernel refuses is the caller's matter, and no reason to leave the file.
-TEST_F(KernelController, ARefusedRequestLeavesTheFileOpen) {
+TEST_F(KernelControllerTest, ARefusedRequestLeavesTheFileOpen) {
     ASSERT_EQ(Ask(), 0);
     device.sendError = EINVAL;
     EXPECT_EQ(Ask(), EINVAL);

@@ -18,10 +18,10 @@ using ::testing::HasSubstr;
 using ::testing::internal::CaptureStderr;
 using ::testing::internal::GetCapturedStderr;
 
-class Log : public ::testing::Test {
+class LogTest : public ::testing::Test {
 protected:
-    Log() { CaptureStderr(); }
-    ~Log() override {
+    LogTest() { CaptureStderr(); }
+    ~LogTest() override {
         unsetenv("JOURNAL_STREAM");
         bridge::LogEverything(false);
     }
@@ -36,40 +36,40 @@ protected:
     }
 };
 
-TEST_F(Log, AMessageNamesTheProgram) {
+TEST_F(LogTest, AMessageNamesTheProgram) {
     bridge::Log(Priority::kWarning, "such and such");
     EXPECT_EQ(GetCapturedStderr(), "talvane-ipmi-bridge: such and such\n");
 }
 
-TEST_F(Log, TheJournalGetsThePriority) {
+TEST_F(LogTest, TheJournalGetsThePriority) {
     SetJournal(0);
     bridge::Log(Priority::kWarning, "such and such");
     EXPECT_EQ(GetCapturedStderr(), "<4>such and such\n");
 }
 
-TEST_F(Log, AnInheritedNameOfTheJournalIsNotStandardError) {
+TEST_F(LogTest, AJournalVariableForAnotherFileIsIgnored) {
     SetJournal(1);
     bridge::Log(Priority::kError, "such and such");
     EXPECT_EQ(GetCapturedStderr(), "talvane-ipmi-bridge: such and such\n");
 }
 
-TEST_F(Log, ALongMessageIsCutAndStaysALine) {
+TEST_F(LogTest, ALongMessageIsCutToOneLine) {
     bridge::Log(Priority::kError, std::string(5000, 'x'));
     EXPECT_EQ(GetCapturedStderr(), "talvane-ipmi-bridge: " + std::string(400, 'x') + '\n');
 }
 
-TEST_F(Log, MessagesForDebuggingAreDropped) {
+TEST_F(LogTest, ADebugMessageIsDropped) {
     bridge::Log(Priority::kDebug, "such and such");
     EXPECT_EQ(GetCapturedStderr(), "");
 }
 
-TEST_F(Log, EverythingIsLoggedWhenAskedFor) {
+TEST_F(LogTest, ADebugMessageIsLoggedWhenAskedFor) {
     bridge::LogEverything(true);
     bridge::Log(Priority::kDebug, "such and such");
     EXPECT_THAT(GetCapturedStderr(), HasSubstr("such and such"));
 }
 
-TEST_F(Log, OfARowOfEqualFailuresTheFirstIsLogged) {
+TEST_F(LogTest, OfEqualFailuresInARowOnlyTheFirstIsLogged) {
     bridge::Outcomes outcomes;
     outcomes.Log("open", 0);
     for (int i = 0; i < 3; ++i) outcomes.Log("open", ENODEV);

@@ -18,9 +18,9 @@
 namespace {
 
 // A service manager's socket, in the name space of abstract ones.
-class Readiness : public ::testing::Test {
+class ReadinessTest : public ::testing::Test {
 protected:
-    Readiness() : name_("talvane-readiness-" + std::to_string(getpid())) {
+    ReadinessTest() : name_("talvane-readiness-" + std::to_string(getpid())) {
         sockaddr_un address{};
         address.sun_family = AF_UNIX;
         std::memcpy(address.sun_path + 1, name_.data(), name_.size());
@@ -29,7 +29,7 @@ protected:
         socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK, 0);
         EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&address), size), 0);
     }
-    ~Readiness() override {
+    ~ReadinessTest() override {
         close(socket_);
         unsetenv("NOTIFY_SOCKET");
     }
@@ -44,13 +44,13 @@ protected:
     int socket_ = -1;
 };
 
-TEST_F(Readiness, IsToldToTheSocketThatTheServiceManagerNames) {
+TEST_F(ReadinessTest, ReadyIsSentToTheSocketThatTheServiceManagerNames) {
     setenv("NOTIFY_SOCKET", ('@' + name_).c_str(), 1);
     bridge::ReportReady();
     EXPECT_EQ(Received(), "READY=1");
 }
 
-TEST_F(Readiness, IsToldToNobodyWithoutAServiceManager) {
+TEST_F(ReadinessTest, NothingIsSentWithoutAUsableSocketName) {
     bridge::ReportReady();
     setenv("NOTIFY_SOCKET", "", 1);
     bridge::ReportReady();
@@ -59,7 +59,7 @@ TEST_F(Readiness, IsToldToNobodyWithoutAServiceManager) {
     EXPECT_EQ(Received(), "");
 }
 
-TEST_F(Readiness, AServiceManagerThatIsNotThereIsAWarning) {
+TEST_F(ReadinessTest, ASocketThatDoesNotExistIsAWarning) {
     setenv("NOTIFY_SOCKET", ('@' + name_ + "-gone").c_str(), 1);
     ::testing::internal::CaptureStderr();
     bridge::ReportReady();

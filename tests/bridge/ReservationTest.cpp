@@ -7,14 +7,14 @@
 #include <cerrno>
 #include <thread>
 
-#include "FakeBmc.h"
 #include "bridge/Reservation.h"
+#include "tests/bridge/FakeBmc.h"
 
 namespace {
 
 using ::testing::SizeIs;
 
-class Reservation : public ::testing::Test {
+class ReservationTest : public ::testing::Test {
 protected:
     std::uint16_t Get() {
         std::uint16_t id = 0;
@@ -26,7 +26,7 @@ protected:
     bridge::Reservation reservation;
 };
 
-TEST_F(Reservation, IsAskedForOnce) {
+TEST_F(ReservationTest, ASecondGetReturnsTheSameWithoutARequest) {
     EXPECT_EQ(Get(), 0x0101);
     EXPECT_EQ(Get(), 0x0101);
     ASSERT_THAT(bmc.requests, SizeIs(1));
@@ -36,12 +36,12 @@ TEST_F(Reservation, IsAskedForOnce) {
     EXPECT_THAT(bmc.requests[0].data, SizeIs(0));
 }
 
-TEST_F(Reservation, IsAskedForAgainOnceCancelled) {
+TEST_F(ReservationTest, GetAsksAgainAfterACancellation) {
     reservation.Cancelled(Get());
     EXPECT_EQ(Get(), 0x0102);
 }
 
-TEST_F(Reservation, ACancellationThatAnotherSessionHasSeenIsNotAnsweredTwice) {
+TEST_F(ReservationTest, ACancellationThatIsReportedTwiceCountsOnce) {
     const std::uint16_t first = Get();
     reservation.Cancelled(first);
     const std::uint16_t second = Get();
@@ -50,26 +50,26 @@ TEST_F(Reservation, ACancellationThatAnotherSessionHasSeenIsNotAnsweredTwice) {
     EXPECT_EQ(Get(), second);
 }
 
-TEST_F(Reservation, OfACallerIsTakenOver) {
+TEST_F(ReservationTest, AReservationOfACallerReplacesTheOneBefore) {
     (void)Get();
     reservation.GrantedToCaller({0x00, {0x34, 0x12}});
     EXPECT_EQ(Get(), 0x1234);
     EXPECT_THAT(bmc.requests, SizeIs(1));
 }
 
-TEST_F(Reservation, RefusedToACallerChangesNothing) {
+TEST_F(ReservationTest, ARefusalToACallerChangesNothing) {
     const std::uint16_t id = Get();
     reservation.GrantedToCaller({0xC1, {0x34, 0x12}});
     reservation.GrantedToCaller({0x00, {0x34}});
     EXPECT_EQ(Get(), id);
 }
 
-TEST_F(Reservation, IsZeroWhereTheBmcGrantsNone) {
+TEST_F(ReservationTest, ABmcThatGrantsNoneGivesZero) {
     bmc.grantsReservations = false;
     EXPECT_EQ(Get(), 0);
 }
 
-TEST_F(Reservation, OfABmcThatDoesNotAnswerIsAnErrno) {
+TEST_F(ReservationTest, ABmcThatDoesNotAnswerIsAnErrno) {
     bmc.error = ETIMEDOUT;
     std::uint16_t id = 0;
     EXPECT_EQ(reservation.Get(bmc, bridge::Deadline::max(), id), ETIMEDOUT);
@@ -77,7 +77,7 @@ TEST_F(Reservation, OfABmcThatDoesNotAnswerIsAnErrno) {
     EXPECT_EQ(Get(), 0x0101);
 }
 
-TEST_F(Reservation, IsWaitedForWithinTheTimeOutWhileAnotherSessionAsks) {
+TEST_F(ReservationTest, GetWaitsUntilItsDeadlineWhileAnotherSessionAsks) {
     int error = 0;
     bmc.beforeEach = [&](std::size_t) {
         std::thread([&] {
@@ -91,7 +91,7 @@ TEST_F(Reservation, IsWaitedForWithinTheTimeOutWhileAnotherSessionAsks) {
 }
 
 // Another session that has been refused a piece meanwhile is not held up.
-TEST_F(Reservation, CanBeReportedCancelledWhileAnotherSessionAsks) {
+TEST_F(ReservationTest, ACancellationIsTakenWhileAnotherSessionAsks) {
     bmc.beforeEach = [&](std::size_t) {
         std::thread([&] { reservation.Cancelled(0x0055); }).join();
     };

@@ -24,7 +24,7 @@ std::string Status(const std::string& name) {
 }
 
 // In a process of its own, since rights do not come back.
-TEST(Rights, NoCapabilityIsLeftAndNoneCanBeGained) {
+TEST(RightsTest, NoCapabilityIsLeftAndNoneCanBeGained) {
     const auto drop = [] {
         const bool dropped = bridge::DropRights("") == 0;
         const bool none =
@@ -47,7 +47,7 @@ bool AllAre(const std::string& name, const std::string& id) {
     return false;
 }
 
-TEST(Rights, AnotherUserIsBecomeForGood) {
+TEST(RightsTest, TheUserIsChangedForGood) {
     if (getuid() != 0) GTEST_SKIP() << "only root becomes another user";
     const auto drop = [] {
         std::array<gid_t, 2> groups{0, 4};
@@ -64,7 +64,7 @@ TEST(Rights, AnotherUserIsBecomeForGood) {
     EXPECT_EXIT(drop(), ::testing::ExitedWithCode(0), "");
 }
 
-TEST(Rights, AUserThatDoesNotExistIsAnError) {
+TEST(RightsTest, AUserThatDoesNotExistIsAnError) {
     const auto drop = [] { _exit(bridge::DropRights("no such user") == ENOENT ? 0 : 1); };
     EXPECT_EXIT(drop(), ::testing::ExitedWithCode(0), "");
 }

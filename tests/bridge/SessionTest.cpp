@@ -9,9 +9,9 @@
 #include <random>
 #include <thread>
 
-#include "FakeBmc.h"
 #include "bridge/CallerRecord.h"
 #include "bridge/Session.h"
+#include "tests/bridge/FakeBmc.h"
 
 namespace {
 
@@ -33,7 +33,7 @@ Bytes Call() {
     return call;
 }
 
-class Session : public ::testing::Test {
+class SessionTest : public ::testing::Test {
 protected:
     FakeBmc bmc;
     bridge::Reservation reservation;
@@ -41,7 +41,7 @@ protected:
     Bytes answer;
 };
 
-TEST_F(Session, TheAnswerIsTheRecordWithItsResultAndTheResponseBehindIt) {
+TEST_F(SessionTest, TheAnswerIsTheRecordWithItsResultThenTheResponse) {
     const Bytes call = Call();
     ASSERT_EQ(session.Serve(call, answer), 0);
     Bytes expected(call.begin(), call.begin() + 32);
@@ -54,7 +54,7 @@ TEST_F(Session, TheAnswerIsTheRecordWithItsResultAndTheResponseBehindIt) {
     EXPECT_EQ(session.Served(), 1U);
 }
 
-TEST_F(Session, ACompletionCodeStandsInItsFieldAndBringsNoBytes) {
+TEST_F(SessionTest, ARefusedCommandAnswersItsCompletionCodeWithoutBytes) {
     Bytes call = Call();
     call[0] = 0x77;
     ASSERT_EQ(session.Serve(call, answer), 0);
@@ -63,7 +63,7 @@ TEST_F(Session, ACompletionCodeStandsInItsFieldAndBringsNoBytes) {
     EXPECT_EQ(answer[28], 0xC1);
 }
 
-TEST_F(Session, RequestsReachTheBmcWithLunAndData) {
+TEST_F(SessionTest, RequestsReachTheBmcWithLunAndData) {
     Bytes call = Call();
     call[4] = 2;
     ASSERT_EQ(session.Serve(call, answer), 0);
@@ -73,7 +73,7 @@ TEST_F(Session, RequestsReachTheBmcWithLunAndData) {
     EXPECT_EQ(bmc.requests[0].data, (Bytes{0, 0, 7, 0, 0, 0xFF}));
 }
 
-TEST_F(Session, ResponsesAreCutToTheCallersRoom) {
+TEST_F(SessionTest, ResponsesAreCutToTheCallersRoom) {
     bmc.record = FakeBmc(260).record;
     bmc.room = 260;
     ASSERT_EQ(session.Serve(Call(), answer), 0);
@@ -82,13 +82,13 @@ TEST_F(Session, ResponsesAreCutToTheCallersRoom) {
     EXPECT_EQ(answer[25], 1);
 }
 
-TEST_F(Session, WithoutAResponseTheErrnoIsTheAnswer) {
+TEST_F(SessionTest, WithoutAResponseServeReturnsTheErrno) {
     bmc.error = ETIMEDOUT;
     EXPECT_EQ(session.Serve(Call(), answer), ETIMEDOUT);
     EXPECT_EQ(session.Served(), 0U);
 }
 
-TEST_F(Session, NonsenseNeverReachesTheBmc) {
+TEST_F(SessionTest, AnInvalidCallDoesNotReachTheBmc) {
     Bytes call = Call();
     call[3] = 0x0B;
     EXPECT_EQ(session.Serve(call, answer), EINVAL);
@@ -96,7 +96,7 @@ TEST_F(Session, NonsenseNeverReachesTheBmc) {
     EXPECT_THAT(bmc.requests, SizeIs(0));
 }
 
-TEST_F(Session, ARecordThatChangedBetweenTwoLooksIsRefused) {
+TEST_F(SessionTest, ARecordThatChangedBetweenTwoReadsIsRefused) {
     Bytes call = Call();
     call.pop_back();
     EXPECT_EQ(session.Serve(call, answer), EINVAL);
@@ -106,7 +106,7 @@ TEST_F(Session, ARecordThatChangedBetweenTwoLooksIsRefused) {
     EXPECT_THAT(bmc.requests, SizeIs(0));
 }
 
-TEST_F(Session, WaitingForAnotherRequestIsPartOfTheTimeOut) {
+TEST_F(SessionTest, TheTimeOutIncludesTheWaitForAnotherRequest) {
     int error = 0;
     bmc.room = 255;
     bmc.beforeEach = [&](std::size_t) {
@@ -124,7 +124,7 @@ TEST_F(Session, WaitingForAnotherRequestIsPartOfTheTimeOut) {
 }
 
 // The deadline that reaches the BMC is the caller's time-out from now on.
-TEST_F(Session, TheTimeOutIsThatOfTheRecord) {
+TEST_F(SessionTest, TheDeadlineIsTheTimeOutOfTheRecordFromNow) {
     struct : bridge::Controller {
         int Exchange(const bridge::Request&, bridge::Deadline until, bridge::Response&) override {
             deadline = until;
@@ -158,7 +158,7 @@ public:
     std::atomic<bool> overlap = false;
 };
 
-TEST_F(Session, CallersOfOneFileTakeTurnsAndGetTheirOwnAnswers) {
+TEST_F(SessionTest, CallersOfOneFileTakeTurnsAndGetTheirOwnAnswers) {
     Echo echo;
     bridge::Session shared(echo, reservation);
     std::atomic<int> right = 0;
@@ -185,7 +185,7 @@ TEST_F(Session, CallersOfOneFileTakeTurnsAndGetTheirOwnAnswers) {
 
 // Whole records for several files at once, while a program beside the bridge reserves the
 // repository now and then.
-TEST_F(Session, FilesThatReadAtOnceAllGetWholeRecords) {
+TEST_F(SessionTest, FilesThatReadAtOnceAllGetWholeRecords) {
     bmc.beforeEach = [&](std::size_t number) {
         if (number % 50 == 0) ++bmc.reservation;
     };
@@ -217,7 +217,7 @@ public:
     std::mt19937 random{51};
 };
 
-TEST_F(Session, NeitherCallsNorResponsesCanLeadItOutOfItsBuffers) {
+TEST_F(SessionTest, ArbitraryCallsAndResponsesStayWithinTheBuffers) {
     Noise noise;
     std::mt19937 random(52);
     int served = 0;

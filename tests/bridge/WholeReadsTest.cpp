@@ -6,8 +6,8 @@
 
 #include <cerrno>
 
-#include "FakeBmc.h"
 #include "bridge/WholeReads.h"
+#include "tests/bridge/FakeBmc.h"
 
 namespace {
 
@@ -18,7 +18,7 @@ using ::testing::ElementsAre;
 using ::testing::Field;
 using ::testing::SizeIs;
 
-class WholeReads : public ::testing::Test {
+class WholeReadsTest : public ::testing::Test {
 protected:
     Response Ask(std::uint8_t command, const Bytes& data) {
         Response response;
@@ -58,7 +58,7 @@ protected:
     bridge::WholeReads reads{bmc, reservation};
 };
 
-TEST_F(WholeReads, AGrantedOnePassesUnchanged) {
+TEST_F(WholeReadsTest, AWholeReadThatTheBmcGrantsPassesUnchanged) {
     bmc.room = 255;
     const Response response = GetRecord();
     EXPECT_EQ(response.completion, 0);
@@ -67,7 +67,7 @@ TEST_F(WholeReads, AGrantedOnePassesUnchanged) {
     EXPECT_EQ(bmc.requests[0].data, (Bytes{0, 0, 7, 0, 0, 0xFF}));
 }
 
-TEST_F(WholeReads, ARefusedRecordIsReadInPiecesUnderAReservation) {
+TEST_F(WholeReadsTest, ARefusedRecordIsReadInPiecesUnderAReservation) {
     const Response response = GetRecord();
     EXPECT_EQ(response.completion, 0);
     EXPECT_EQ(response.data, WholeRecord());
@@ -82,7 +82,7 @@ TEST_F(WholeReads, ARefusedRecordIsReadInPiecesUnderAReservation) {
     }
 }
 
-TEST_F(WholeReads, TheNextRecordIsNotAskedForAsAWholeAndKeepsTheReservation) {
+TEST_F(WholeReadsTest, AfterARefusalTheNextRecordIsReadInPiecesUnderTheSameReservation) {
     (void)GetRecord();
     bmc.requests.clear();
     EXPECT_EQ(GetRecord({0, 0, 8, 0, 0, 0xFF}).data, WholeRecord());
@@ -90,7 +90,7 @@ TEST_F(WholeReads, TheNextRecordIsNotAskedForAsAWholeAndKeepsTheReservation) {
     EXPECT_THAT(bmc.requests, SizeIs(5));
 }
 
-TEST_F(WholeReads, ACancelledReservationIsMadeAnewAndTheRecordReadAgain) {
+TEST_F(WholeReadsTest, ACancelledReservationIsRenewedAndTheRecordReadAgain) {
     bmc.beforeEach = [this](std::size_t number) {
         if (number != 5) return;  // between two pieces
         ++bmc.reservation;
@@ -102,7 +102,7 @@ TEST_F(WholeReads, ACancelledReservationIsMadeAnewAndTheRecordReadAgain) {
     EXPECT_THAT(bmc.requests, SizeIs(5 + 6));
 }
 
-TEST_F(WholeReads, AllSessionsReadUnderOneReservation) {
+TEST_F(WholeReadsTest, AllSessionsReadUnderOneReservation) {
     bridge::WholeReads other(bmc, reservation);
     (void)GetRecord();
     Response response;
@@ -116,7 +116,7 @@ TEST_F(WholeReads, AllSessionsReadUnderOneReservation) {
 
 // A caller that reads in pieces of its own and one that reads whole records do not cancel each
 // other's reservation in turn.
-TEST_F(WholeReads, ACallersOwnReservationServesWholeReadsToo) {
+TEST_F(WholeReadsTest, ACallersOwnReservationServesWholeReadsToo) {
     (void)GetRecord();
     EXPECT_EQ(Ask(0x22, {}).data, (Bytes{0x02, 0x01}));
     bmc.requests.clear();
@@ -126,27 +126,27 @@ TEST_F(WholeReads, ACallersOwnReservationServesWholeReadsToo) {
     EXPECT_EQ(GetRecord({0x02, 0x01, 7, 0, 0, 16}).completion, 0);
 }
 
-TEST_F(WholeReads, AReservationThatNeverHoldsIsGivenUp) {
+TEST_F(WholeReadsTest, AReservationThatIsAlwaysCancelledIsGivenUpAfterEightReads) {
     bmc.beforeEach = [this](std::size_t) { ++bmc.reservation; };
     EXPECT_EQ(GetRecord().completion, 0xC5);
     EXPECT_THAT(bmc.requests, SizeIs(1 + 8 * 2));
 }
 
-TEST_F(WholeReads, ACallersOwnReservationIsUsedAndItsEndReported) {
+TEST_F(WholeReadsTest, ACallersOwnReservationIsUsedAndItsEndReported) {
     bmc.reservation = 0x0203;
     EXPECT_EQ(GetRecord({0x03, 0x02, 7, 0, 0, 0xFF}).data, WholeRecord());
     EXPECT_EQ(GetRecord({0x04, 0x02, 7, 0, 0, 0xFF}).completion, 0xC5);
     EXPECT_EQ(bmc.reservation, 0x0203);
 }
 
-TEST_F(WholeReads, ABmcWithoutReservationsIsReadWithout) {
+TEST_F(WholeReadsTest, ABmcWithoutReservationsIsReadWithReservationZero) {
     bmc.grantsReservations = false;
     EXPECT_EQ(GetRecord().data, WholeRecord());
     EXPECT_EQ(bmc.requests.back().data[0], 0);
     EXPECT_EQ(bmc.requests.back().data[1], 0);
 }
 
-TEST_F(WholeReads, ABufferBelowSixteenBytesGetsSmallerPieces) {
+TEST_F(WholeReadsTest, ABufferBelowSixteenBytesGetsSmallerPieces) {
     bmc.room = 6;
     EXPECT_EQ(GetRecord().data, WholeRecord());
     const auto pieces = RecordPieces();
@@ -156,12 +156,12 @@ TEST_F(WholeReads, ABufferBelowSixteenBytesGetsSmallerPieces) {
     EXPECT_EQ(pieces[5], std::pair(9, 4));
 }
 
-TEST_F(WholeReads, ABmcThatRefusesSingleBytesIsLeftWithItsCode) {
+TEST_F(WholeReadsTest, ABmcThatRefusesSingleBytesAnswersItsCompletionCode) {
     bmc.room = 0;
     EXPECT_EQ(GetRecord().completion, 0xCA);
 }
 
-TEST_F(WholeReads, TheRestOfARecordIsReadFromItsOffsetOn) {
+TEST_F(WholeReadsTest, AReadFromAnOffsetReturnsTheRestOfTheRecord) {
     const Response response = GetRecord({0, 0, 7, 0, 10, 0xFF});
     Bytes expected{0x34, 0x12};
     expected.insert(expected.end(), bmc.record.begin() + 10, bmc.record.end());
@@ -170,7 +170,7 @@ TEST_F(WholeReads, TheRestOfARecordIsReadFromItsOffsetOn) {
 }
 
 // A caller that counts bytes learns from the refusal how many it gets.
-TEST_F(WholeReads, ARefusedRequestForPartOfARecordStaysRefused) {
+TEST_F(WholeReadsTest, ARefusedRequestForPartOfARecordStaysRefused) {
     bmc.grantsReservations = false;
     (void)GetRecord();
     bmc.requests.clear();
@@ -180,7 +180,7 @@ TEST_F(WholeReads, ARefusedRequestForPartOfARecordStaysRefused) {
     EXPECT_THAT(bmc.requests, SizeIs(3));
 }
 
-TEST_F(WholeReads, NoPieceBeginsBeyondTheReachOfItsOffset) {
+TEST_F(WholeReadsTest, NoPieceBeginsBeyondTheReachOfItsOffset) {
     FakeBmc longest(260);
     longest.room = 1;
     bridge::WholeReads rest(longest, reservation);
@@ -192,7 +192,7 @@ TEST_F(WholeReads, NoPieceBeginsBeyondTheReachOfItsOffset) {
     EXPECT_EQ(response.data.back(), longest.record[255]);
 }
 
-TEST_F(WholeReads, CommandsOfOtherLunsPassUnchanged) {
+TEST_F(WholeReadsTest, CommandsOfOtherLunsPassUnchanged) {
     Response response;
     for (const std::uint8_t command : Bytes{0x23, 0x11}) {
         const Bytes data = command == 0x23 ? Bytes{0, 0, 7, 0, 0, 0xFF} : Bytes{0, 0, 0, 0xF8};
@@ -202,13 +202,13 @@ TEST_F(WholeReads, CommandsOfOtherLunsPassUnchanged) {
     EXPECT_THAT(bmc.requests, SizeIs(2));
 }
 
-TEST_F(WholeReads, ShortReadsOfTheInventoryPassUnchanged) {
+TEST_F(WholeReadsTest, ShortReadsOfTheInventoryPassUnchanged) {
     bmc.room = 15;
     EXPECT_EQ(ReadInventory({0, 0, 0, 16}).completion, 0xCA);
     EXPECT_THAT(bmc.requests, SizeIs(1));
 }
 
-TEST_F(WholeReads, EachCodeForTooLongIsUnderstood) {
+TEST_F(WholeReadsTest, EachCompletionCodeForTooLongLeadsToPieces) {
     for (const std::uint8_t code : Bytes{0xC7, 0xC8, 0xCA}) {
         bmc.tooLong = code;
         bridge::WholeReads fresh(bmc, reservation);
@@ -220,19 +220,19 @@ TEST_F(WholeReads, EachCodeForTooLongIsUnderstood) {
     }
 }
 
-TEST_F(WholeReads, AnotherRefusalOfAWholeRecordIsTheAnswer) {
+TEST_F(WholeReadsTest, AnotherRefusalOfAWholeRecordIsTheAnswer) {
     bmc.tooLong = 0xCB;  // no such record
     EXPECT_EQ(GetRecord().completion, 0xCB);
     EXPECT_THAT(bmc.requests, SizeIs(1));
 }
 
-TEST_F(WholeReads, PiecesWithoutBytesEndTheRead) {
+TEST_F(WholeReadsTest, PiecesWithoutBytesEndTheReadWithAnUnspecifiedError) {
     bmc.emptyPieces = true;
     EXPECT_EQ(GetRecord().completion, 0xFF);
     EXPECT_EQ(ReadInventory({0, 0, 0, 0xF8}).completion, 0xFF);
 }
 
-TEST_F(WholeReads, TheLongestRecordEndsWithTheReachOfItsOffset) {
+TEST_F(WholeReadsTest, TheLongestRecordEndsWithTheReachOfItsOffset) {
     FakeBmc longest(260);
     bridge::WholeReads whole(longest, reservation);
     Response response;
@@ -243,7 +243,7 @@ TEST_F(WholeReads, TheLongestRecordEndsWithTheReachOfItsOffset) {
     EXPECT_EQ(response.data.back(), longest.record[254]);
 }
 
-TEST_F(WholeReads, ShortRequestsAndOtherCommandsPassUnchanged) {
+TEST_F(WholeReadsTest, ShortRequestsAndOtherCommandsPassUnchanged) {
     EXPECT_EQ(GetRecord({0, 0, 7, 0, 0, 16}).completion, 0xC5);
     Response response;
     ASSERT_EQ(
@@ -254,14 +254,14 @@ TEST_F(WholeReads, ShortRequestsAndOtherCommandsPassUnchanged) {
     EXPECT_THAT(bmc.requests, SizeIs(3));
 }
 
-TEST_F(WholeReads, AnErrorInThePiecesIsTheAnswer) {
+TEST_F(WholeReadsTest, AnErrorInThePiecesIsTheAnswer) {
     bmc.recordCompletion = 0xC3;
     const Response response = GetRecord();
     EXPECT_EQ(response.completion, 0xC3);
     EXPECT_EQ(response.data, Bytes());
 }
 
-TEST_F(WholeReads, ABmcThatStopsAnsweringInThePiecesIsReported) {
+TEST_F(WholeReadsTest, ABmcThatStopsAnsweringInThePiecesIsReported) {
     bmc.beforeEach = [this](std::size_t number) { bmc.error = number == 4 ? ETIMEDOUT : 0; };
     Response response;
     EXPECT_EQ(
@@ -269,7 +269,7 @@ TEST_F(WholeReads, ABmcThatStopsAnsweringInThePiecesIsReported) {
         ETIMEDOUT);
 }
 
-TEST_F(WholeReads, ARefusedInventoryAreaIsReadInPieces) {
+TEST_F(WholeReadsTest, ARefusedInventoryAreaIsReadInPieces) {
     const Response response = ReadInventory({0, 8, 0, 40});
     EXPECT_EQ(response.completion, 0);
     EXPECT_EQ(response.data, Inventory(8, 40));
@@ -277,20 +277,20 @@ TEST_F(WholeReads, ARefusedInventoryAreaIsReadInPieces) {
                                                std::pair(24, 16), std::pair(40, 8)));
 }
 
-TEST_F(WholeReads, AnAreaThatTheDeviceEndsInIsReturnedAsFarAsItGoes) {
+TEST_F(WholeReadsTest, AnAreaBeyondTheEndOfTheDeviceIsCutThere) {
     const Response response = ReadInventory({0, 160, 0, 0xF8});
     EXPECT_EQ(response.completion, 0);
     EXPECT_EQ(response.data, Inventory(160, 40));
     EXPECT_EQ(ReadInventory({0, 200, 0, 0xF8}).completion, 0xC9);
 }
 
-TEST_F(WholeReads, OffsetsOfTheInventoryCarryIntoTheirHighByte) {
+TEST_F(WholeReadsTest, OffsetsOfTheInventoryCarryIntoTheirHighByte) {
     bmc.inventory.resize(400, 0x5A);
     EXPECT_EQ(ReadInventory({0, 0xF0, 0, 0x40}).data, Inventory(0xF0, 0x40));
     EXPECT_EQ(InventoryPieces().at(2), std::pair(0x100, 16));
 }
 
-TEST_F(WholeReads, AnInventoryOfWordsIsCountedInWords) {
+TEST_F(WholeReadsTest, AnInventoryOfWordsIsCountedInWords) {
     bmc.unit = 2;
     bmc.room = 32;
     const Response response = ReadInventory({0, 4, 0, 30});

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Asks every command once and names each field of its record.
 
 #include "Answers.h"
 
@@ -18,7 +20,7 @@ std::string Text(const char (&field)[N]) {
     return std::string(field, std::find(field, field + N, '\0'));
 }
 
-// A text that can run on into the fields behind its own, up to the end of the element at `last`.
+// A text that can run on into the fields after its own, up to the end of the element at `last`.
 std::string RunningText(const char* first, const char* last) {
     return std::string(first, std::find(first, last, '\0'));
 }

@@ -18,26 +18,29 @@ Answers AnswersOf(const char* machine) {
     return AskEverything();
 }
 
-TEST(BundledMachines, FullServerHasSomethingToSayToEveryCommand) {
+TEST(BundledMachinesTest, FullServerHasSomethingToSayToEveryCommand) {
     Answers answers = AnswersOf("full-server");
-    EXPECT_EQ(answers["board.ProductName"], "KB-27 Mainboard");
-    EXPECT_EQ(answers["board.RomVersion"], "NL7500-A12");
-    EXPECT_EQ(answers["system.SysProductName"], "Ketch 2700 R");
-    EXPECT_EQ(answers["processors.quantity"], "2");
-    EXPECT_EQ(answers["cpu[1].cache[3].InstalledSize"], "1024 KB");
-    EXPECT_EQ(answers["memory.TotalSize"], "2048");
-    EXPECT_EQ(answers["bank[4].SlotNumber"], "4");
-    EXPECT_EQ(answers["bank[4].manufacturer"], "Fell & Daughters");
-    EXPECT_EQ(answers["ports.quantity"], "10");
-    EXPECT_EQ(answers["power.TotalNumber"], "3");
-    EXPECT_EQ(answers["power.RedundantNumber"], "2");
-    EXPECT_EQ(answers["ups.TotalNumber"], "1");
-    EXPECT_EQ(answers["fans.quantity"], "5");
-    EXPECT_EQ(answers["voltages.quantity"], "3");
-    EXPECT_EQ(answers["temperatures.quantity"], "2");
+    constexpr std::pair<const char*, const char*> kExpected[] = {
+        {"board.ProductName", "KB-27 Mainboard"},
+        {"board.RomVersion", "NL7500-A12"},
+        {"system.SysProductName", "Ketch 2700 R"},
+        {"processors.quantity", "2"},
+        {"cpu[1].cache[3].InstalledSize", "1024 KB"},
+        {"memory.TotalSize", "2048"},
+        {"bank[4].SlotNumber", "4"},
+        {"bank[4].manufacturer", "Fell & Daughters"},
+        {"ports.quantity", "10"},
+        {"power.TotalNumber", "3"},
+        {"power.RedundantNumber", "2"},
+        {"ups.TotalNumber", "1"},
+        {"fans.quantity", "5"},
+        {"voltages.quantity", "3"},
+        {"temperatures.quantity", "2"},
+    };
+    for (const auto& [field, text] : kExpected) EXPECT_EQ(answers[field], text) << field;
 }
 
-TEST(BundledMachines, LegacyDmiIsReadWithoutCountingAsSmbios) {
+TEST(BundledMachinesTest, LegacyDmiIsReadWithoutCountingAsSmbios) {
     Answers answers = AnswersOf("legacy-dmi");
     EXPECT_EQ(answers["IsSmBiosSupport"], "0");
     EXPECT_EQ(answers["system.SysProductName"], "Dinghy 133");
@@ -45,14 +48,14 @@ TEST(BundledMachines, LegacyDmiIsReadWithoutCountingAsSmbios) {
     EXPECT_EQ(answers["cpu[1].cache[3].MaxSize"], "");
 }
 
-TEST(BundledMachines, NoSmbiosAnswersMinusOne) {
+TEST(BundledMachinesTest, NoSmbiosAnswersMinusOne) {
     Answers answers = AnswersOf("no-smbios");
     EXPECT_EQ(answers["IsSmBiosSupport"], "0");
     for (const char* command : kCommandNames)
         EXPECT_EQ(answers[std::string(command) + ".result"], "-1") << command;
 }
 
-TEST(BundledMachines, TiredBmcIsReadForWhatItIs) {
+TEST(BundledMachinesTest, TiredBmcIsReadForWhatItIs) {
     const sim::SimulatedServer server(std::filesystem::path(TALVANE_MACHINES) / "tired-bmc");
     TemperatureInformation temperatures{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures), 0);
@@ -77,27 +80,27 @@ TEST(BundledMachines, TiredBmcIsReadForWhatItIs) {
     EXPECT_EQ(left, 3600000);
 }
 
-TEST(BundledMachines, QemuSmallIsReadOutOfTheSegment) {
+TEST(BundledMachinesTest, QemuSmallIsReadOutOfTheSegment) {
     Answers answers = AnswersOf("qemu-small");
     EXPECT_EQ(answers["board.RomVendor"], "SeaBIOS");
     EXPECT_EQ(answers["processors.quantity"], "1");
 }
 
-TEST(BundledMachines, QemuFourSocketsIsReadOutOfItsDump) {
+TEST(BundledMachinesTest, QemuFourSocketsIsReadOutOfItsDump) {
     Answers answers = AnswersOf("qemu-4-sockets");
     EXPECT_EQ(answers["system.SysProductName"], "Quad 800");
     EXPECT_EQ(answers["processors.quantity"], "4");
     EXPECT_EQ(answers["bank[1].manufacturer"], "Harrow Memory");
 }
 
-TEST(BundledMachines, QemuHighTableIsFoundAndOutOfReach) {
+TEST(BundledMachinesTest, QemuHighTableIsFoundAndOutOfReach) {
     Answers answers = AnswersOf("qemu-high-table");
     EXPECT_EQ(answers["IsSmBiosSupport"], "1");
     for (const char* command : kCommandNames)
         EXPECT_EQ(answers[std::string(command) + ".result"], "-1") << command;
 }
 
-TEST(BundledMachines, QemuLegacyHasTheFirmwaresOwnTable) {
+TEST(BundledMachinesTest, QemuLegacyHasTheFirmwaresOwnTable) {
     Answers answers = AnswersOf("qemu-legacy");
     EXPECT_EQ(answers["board.RomVendor"], "Old Harrow BIOS");
     EXPECT_EQ(answers["cpu[1].manufacturer"], "Bochs");

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Finds the captured machines and loads them into a simulated server.
 
 #include "Capture.h"
 
@@ -60,8 +62,8 @@ bool IsReadable(std::uint64_t tableAddress, std::uint64_t memory) {
     return page + page + 0x10000 <= memory;
 }
 
-// Counts go on behind the damage that dmidecode stopped at, and so do the elements.
-void ExpectMoreBehindDamage(const Bytes& dump, ExpectedFields& fields) {
+// Counts go on after the damage that dmidecode stopped at, and so do the elements.
+void ExpectMoreAfterDamage(const Bytes& dump, ExpectedFields& fields) {
     struct Count {
         const char* field;
         std::uint8_t type;
@@ -80,7 +82,7 @@ ExpectedFields ExpectedByPeer(const Capture& capture) {
     const DmidecodeText text = ParseDmidecode(in);
     const Bytes dump = FileBytes(capture.dump);
     ExpectedFields fields = ExpectedOf(PeerTable(text, StructuresOfDump(dump)));
-    if (text.stoppedAtDamage) ExpectMoreBehindDamage(dump, fields);
+    if (text.stoppedAtDamage) ExpectMoreAfterDamage(dump, fields);
     return fields;
 }
 

@@ -20,7 +20,7 @@ namespace captures {
 struct Capture {
     std::string name;  // the file name without ".bin"
     std::filesystem::path image;
-    std::filesystem::path dump;   // the table behind the image; empty without one
+    std::filesystem::path dump;   // the table that the image holds; empty without one
     std::filesystem::path words;  // dmidecode's text; empty when it found no table
     bool isSegment = false;
 

@@ -12,9 +12,9 @@ namespace {
 
 constexpr char kAbsent[] = "no captures: set TALVANE_SHARED_DATA to the folder that holds them";
 
-class CapturedMachine : public testing::TestWithParam<Capture> {};
+class CapturedMachineTest : public testing::TestWithParam<Capture> {};
 
-TEST_P(CapturedMachine, AnswersWhatDmidecodePrints) {
+TEST_P(CapturedMachineTest, AnswersWhatDmidecodePrints) {
     const Comparison result = Examine(GetParam());
     EXPECT_GT(result.fields, 0u);
     for (const std::string& difference : result.unexplained) ADD_FAILURE() << difference;
@@ -25,9 +25,9 @@ std::string NameOf(const testing::TestParamInfo<Capture>& capture) {
 }
 
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(CapturedMachine);
-INSTANTIATE_TEST_SUITE_P(Smbios, CapturedMachine, testing::ValuesIn(AllCaptures()), NameOf);
+INSTANTIATE_TEST_SUITE_P(Smbios, CapturedMachineTest, testing::ValuesIn(AllCaptures()), NameOf);
 
-TEST(CapturedMachines, UseEveryRule) {
+TEST(CapturedMachinesTest, UseEveryRule) {
     const std::vector<Capture> all = AllCaptures();
     if (all.empty()) GTEST_SKIP() << kAbsent;
     std::map<Rule, unsigned> used;

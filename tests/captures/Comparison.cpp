@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Compares field by field, and says in a sentence what nothing explains.
 
 #include "Comparison.h"
 

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Answers against expectations: what is equal, what differs by which rule, what nothing explains.
+// The comparison with dmidecode, which this folder holds: the library's answers for a captured
+// machine against those expected from dmidecode's text. It says what is equal, what differs by
+// which rule (Rules.h) and what nothing explains.
 #ifndef TALVANE_TESTS_COMPARISON_H
 #define TALVANE_TESTS_COMPARISON_H
 

@@ -17,7 +17,7 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::Pair;
 
-TEST(Comparison, CountsAnAnswerWithDmidecodesMeaningAsEqual) {
+TEST(ComparisonTest, CountsAnAnswerWithDmidecodesMeaningAsEqual) {
     ExpectedFields expected;
     expected.Add("system.version", "A");
     const Comparison result = Compare(expected, {{"system.version", "A"}});
@@ -26,7 +26,7 @@ TEST(Comparison, CountsAnAnswerWithDmidecodesMeaningAsEqual) {
     EXPECT_THAT(result.unexplained, IsEmpty());
 }
 
-TEST(Comparison, CountsARuledAnswerUnderItsRule) {
+TEST(ComparisonTest, CountsARuledAnswerUnderItsRule) {
     ExpectedFields expected;
     expected.Add("system.version", "ABCD").CutTo(3);
     const Comparison result = Compare(expected, {{"system.version", "AB"}});
@@ -36,30 +36,30 @@ TEST(Comparison, CountsARuledAnswerUnderItsRule) {
     EXPECT_THAT(result.unexplained, IsEmpty());
 }
 
-TEST(Comparison, LeavesAnAnswerUnexplainedThatIgnoresItsRule) {
+TEST(ComparisonTest, LeavesAnAnswerUnexplainedThatIgnoresItsRule) {
     ExpectedFields expected;
     expected.Add("system.version", "ABCD").CutTo(3);
     EXPECT_THAT(Compare(expected, {{"system.version", "ABCD"}}).unexplained,
                 ElementsAre(HasSubstr("must be \"AB\"")));
 }
 
-TEST(Comparison, LeavesAMissingAnswerUnexplained) {
+TEST(ComparisonTest, LeavesAMissingAnswerUnexplained) {
     ExpectedFields expected;
     expected.Add("system.version", "A");
     EXPECT_THAT(Compare(expected, {}).unexplained, ElementsAre(HasSubstr("system.version")));
 }
 
-TEST(Comparison, LeavesAnAnswerUnexplainedThatNothingSaysAnythingAbout) {
+TEST(ComparisonTest, LeavesAnAnswerUnexplainedThatNothingSaysAnythingAbout) {
     EXPECT_THAT(Compare({}, {{"board.AssetTag", "x"}}).unexplained,
                 ElementsAre(HasSubstr("board.AssetTag")));
 }
 
-TEST(Comparison, AcceptsUnwrittenFieldsWithoutAnExpectation) {
+TEST(ComparisonTest, AcceptsUnwrittenFieldsWithoutAnExpectation) {
     EXPECT_THAT(Compare({}, {{"board.AssetTag", ""}, {"cpu[1].IsUHT", "0"}}).unexplained,
                 IsEmpty());
 }
 
-TEST(Comparison, CountsAnAnswerThatIsLeftOpenUnderItsRule) {
+TEST(ComparisonTest, CountsAnAnswerThatIsLeftOpenUnderItsRule) {
     ExpectedFields expected;
     expected.OpenBy(Rule::kWalksPastDamage);
     const Comparison result = Compare(expected, {{"board.AssetTag", "x"}});
@@ -67,13 +67,13 @@ TEST(Comparison, CountsAnAnswerThatIsLeftOpenUnderItsRule) {
     EXPECT_THAT(result.unexplained, IsEmpty());
 }
 
-TEST(ExpectedField, DoesNotCountARuleThatChangesNothing) {
+TEST(ExpectedFieldTest, DoesNotCountARuleThatChangesNothing) {
     ExpectedFields expected;
     const ExpectedField& field = expected.Add("system.version", "AB").CutTo(3);
     EXPECT_THAT(field.Rules(), IsEmpty());
 }
 
-TEST(Rules, HaveOneNameEach) {
+TEST(RulesTest, EveryRuleHasANameOfItsOwn) {
     std::set<std::string_view> names;
     for (const RuleText& rule : AllRules()) {
         EXPECT_TRUE(names.insert(rule.name).second) << rule.name;
@@ -81,7 +81,7 @@ TEST(Rules, HaveOneNameEach) {
     }
 }
 
-TEST(Comparison, HasEveryRuleInTheDocumentation) {
+TEST(ComparisonTest, HasEveryRuleInTheDocumentation) {
     std::ifstream file(TALVANE_BEHAVIOUR);
     const std::string documentation((std::istreambuf_iterator<char>(file)), {});
     for (const RuleText& rule : AllRules())

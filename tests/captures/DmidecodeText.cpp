@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads the text that dmidecode printed, line by line.
 
 #include "DmidecodeText.h"
 

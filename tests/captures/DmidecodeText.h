@@ -39,7 +39,7 @@ struct DmidecodeText {
     EntryPoint entryPoint = EntryPoint::kNone;
     unsigned major = 0;
     unsigned minor = 0;
-    bool stoppedAtDamage = false;  // the table holds more behind the last structure
+    bool stoppedAtDamage = false;  // the table holds more after the last structure
     std::vector<DmidecodeStructure> structures;
 
     std::vector<const DmidecodeStructure*> OfType(unsigned type) const;

@@ -34,30 +34,30 @@ constexpr char kPlain[] =
     "End Of Table\n"
     "\n";
 
-TEST(DmidecodeText, TakesTheVersionOfAnSmbiosEntryPoint) {
+TEST(DmidecodeTextTest, TakesTheVersionOfAnSmbiosEntryPoint) {
     const DmidecodeText text = Parse(kPlain);
     EXPECT_EQ(text.entryPoint, DmidecodeText::EntryPoint::kSmbios);
     EXPECT_EQ(text.major, 2u);
     EXPECT_EQ(text.minor, 3u);
 }
 
-TEST(DmidecodeText, TakesAVersionOfThreeNumbers) {
+TEST(DmidecodeTextTest, TakesAVersionOfThreeNumbers) {
     const DmidecodeText text = Parse("SMBIOS 3.1.1 present.\n");
     EXPECT_EQ(text.entryPoint, DmidecodeText::EntryPoint::kSmbios);
     EXPECT_EQ(text.major, 3u);
     EXPECT_EQ(text.minor, 1u);
 }
 
-TEST(DmidecodeText, TellsALegacyEntryPointFromAnSmbiosOne) {
+TEST(DmidecodeTextTest, TellsALegacyEntryPointFromAnSmbiosOne) {
     EXPECT_EQ(Parse("Legacy DMI 2.3 present.\n").entryPoint, DmidecodeText::EntryPoint::kLegacy);
 }
 
-TEST(DmidecodeText, HasNoEntryPointWithoutAVersionLine) {
+TEST(DmidecodeTextTest, HasNoEntryPointWithoutAVersionLine) {
     EXPECT_EQ(Parse("# No SMBIOS nor DMI entry point found, sorry.\n").entryPoint,
               DmidecodeText::EntryPoint::kNone);
 }
 
-TEST(DmidecodeText, TakesHandleTypeAndLengthOfEachStructure) {
+TEST(DmidecodeTextTest, TakesHandleTypeAndLengthOfEachStructure) {
     const DmidecodeText text = Parse(kPlain);
     ASSERT_EQ(text.structures.size(), 2u);
     EXPECT_EQ(text.structures[0].handle, 0x400u);
@@ -67,28 +67,28 @@ TEST(DmidecodeText, TakesHandleTypeAndLengthOfEachStructure) {
     EXPECT_EQ(text.structures[1].type, 127u);
 }
 
-TEST(DmidecodeText, SplitsALineAtItsFirstColon) {
+TEST(DmidecodeTextTest, SplitsALineAtItsFirstColon) {
     EXPECT_EQ(Parse(kPlain).structures[0].Value("Socket Designation"), "Slot: A");
 }
 
-TEST(DmidecodeText, KeepsBlanksThatBelongToAValue) {
+TEST(DmidecodeTextTest, KeepsBlanksThatBelongToAValue) {
     EXPECT_EQ(Parse(kPlain).structures[0].Value("Version"), " ");
 }
 
-TEST(DmidecodeText, GivesDeeperLinesToTheLineAbove) {
+TEST(DmidecodeTextTest, GivesDeeperLinesToTheLineAbove) {
     const DmidecodeText text = Parse(kPlain);
     const DmidecodeStructure::Line* flags = text.structures[0].FindLine("Flags");
     ASSERT_NE(flags, nullptr);
     EXPECT_EQ(flags->items, (std::vector<std::string>{"FPU (Floating-point unit on-chip)", "MMX"}));
 }
 
-TEST(DmidecodeText, HasNothingUnderAKeyThatIsNotThere) {
+TEST(DmidecodeTextTest, HasNothingUnderAKeyThatIsNotThere) {
     const DmidecodeText text = Parse(kPlain);
     EXPECT_EQ(text.structures[0].Find("Voltage"), std::nullopt);
     EXPECT_EQ(text.structures[0].Value("Voltage"), "");
 }
 
-TEST(DmidecodeText, FindsStructuresByTypeAndHandle) {
+TEST(DmidecodeTextTest, FindsStructuresByTypeAndHandle) {
     const DmidecodeText text = Parse(kPlain);
     EXPECT_EQ(text.OfType(4).size(), 1u);
     EXPECT_EQ(text.First(7), nullptr);
@@ -96,18 +96,18 @@ TEST(DmidecodeText, FindsStructuresByTypeAndHandle) {
     EXPECT_EQ(text.ByHandle(7, 0x400), nullptr);
 }
 
-TEST(DmidecodeText, IgnoresRemarksBetweenStructures) {
+TEST(DmidecodeTextTest, IgnoresRemarksBetweenStructures) {
     const DmidecodeText text = Parse(std::string(kPlain) + "Wrong DMI structures count.\n");
     EXPECT_EQ(text.structures.size(), 2u);
 }
 
-TEST(DmidecodeText, KnowsThatDmidecodeStoppedAtDamage) {
+TEST(DmidecodeTextTest, KnowsThatDmidecodeStoppedAtDamage) {
     EXPECT_FALSE(Parse(kPlain).stoppedAtDamage);
     EXPECT_FALSE(Parse("Invalid entry length (16). Fixed up to 11.\n").stoppedAtDamage);
     EXPECT_TRUE(Parse("Invalid entry length (0). DMI table is broken! Stop.\n").stoppedAtDamage);
 }
 
-TEST(DmidecodeText, NamesTheLineOfAHeaderThatItCannotRead) {
+TEST(DmidecodeTextTest, NamesTheLineOfAHeaderThatItCannotRead) {
     try {
         Parse("SMBIOS 2.3 present.\nHandle 0x01, type 4\n");
         FAIL() << "accepted";
@@ -116,11 +116,11 @@ TEST(DmidecodeText, NamesTheLineOfAHeaderThatItCannotRead) {
     }
 }
 
-TEST(DmidecodeText, RefusesAnItemWithoutALineAbove) {
+TEST(DmidecodeTextTest, RefusesAnItemWithoutALineAbove) {
     EXPECT_THROW(Parse("Handle 0x0001, DMI type 4, 35 bytes\n\t\titem\n"), std::runtime_error);
 }
 
-TEST(DmidecodeText, KeepsTheFirstOfSeveralTitles) {
+TEST(DmidecodeTextTest, KeepsTheFirstOfSeveralTitles) {
     const DmidecodeText text = Parse(
         "Handle 0x0A00, DMI type 10, 8 bytes\n"
         "On Board Device 1 Information\n"
@@ -131,14 +131,14 @@ TEST(DmidecodeText, KeepsTheFirstOfSeveralTitles) {
     EXPECT_EQ(text.structures[0].lines.size(), 2u);
 }
 
-TEST(DmidecodeNumbers, ReadTheLeadingNumberOfAValue) {
+TEST(DmidecodeNumbersTest, ReadTheLeadingNumberOfAValue) {
     EXPECT_EQ(LeadingNumber("100 MHz"), 100u);
     EXPECT_EQ(LeadingNumber("0x002F"), 0x2Fu);
     EXPECT_EQ(LeadingNumber("Unknown"), std::nullopt);
     EXPECT_EQ(LeadingNumber(""), std::nullopt);
 }
 
-TEST(DmidecodeNumbers, ReadSizesAsKilobytes) {
+TEST(DmidecodeNumbersTest, ReadSizesAsKilobytes) {
     EXPECT_EQ(Kilobytes("512 kB"), 512u);
     EXPECT_EQ(Kilobytes("1 MB"), 1024u);
     EXPECT_EQ(Kilobytes("4 GB"), 4u << 20);

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Puts the expectations of all commands together.
 
 #include "Expectation.h"
 

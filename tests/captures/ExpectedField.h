@@ -30,7 +30,7 @@ public:
         return *this;
     }
 
-    // The field has room for so many bytes, one of them for the terminator.
+    // The field has room for this number of bytes, one of them for the terminator.
     ExpectedField& CutTo(std::size_t size) {
         return By(Rule::kCutToField, exact_.substr(0, size - 1));
     }
@@ -57,7 +57,7 @@ public:
         return Add(std::move(name), std::to_string(meaning));
     }
 
-    // What stands behind the damage of a table cannot be compared: answers without an expectation
+    // What stands after the damage of a table cannot be compared: answers without an expectation
     // count under the rule.
     void OpenBy(Rule rule) { openBy_ = rule; }
     std::optional<Rule> OpenBy() const { return openBy_; }

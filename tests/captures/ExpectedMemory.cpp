@@ -29,7 +29,7 @@ unsigned long LastNumber(const std::string& locator) {
     return LeadingNumber(locator.substr(before == std::string::npos ? 0 : before + 1)).value_or(0);
 }
 
-// The library's: the last digit of the text, or a digit's group with A or B behind it.
+// The library's: the last digit of the text, or a digit's group with A or B after it.
 unsigned SlotOf(const std::string& locator) {
     unsigned slot = 0;
     for (std::size_t i = 0; i < locator.size(); ++i) {
@@ -141,7 +141,7 @@ void ExpectDevices(const PeerTable& peer, ExpectedFields& fields) {
         total.By(Rule::kBankLocatorNeeded, "0");
         return;
     }
-    const std::size_t count = std::min(populated.size(), kMostBanks);
+    const std::size_t count = std::min(populated.size(), kMaxBanks);
     quantity.By(Rule::kSixteenBanks, std::to_string(count));
     for (std::size_t i = 0; i < count; ++i)
         ExpectDevice(*populated[i], Element("bank", i + 1), fields);

@@ -11,7 +11,7 @@
 
 namespace captures {
 
-constexpr std::size_t kMostBanks = 16;
+constexpr std::size_t kMaxBanks = 16;
 constexpr std::size_t kDeviceLocator = 16;  // SMBIOS 7.18
 
 // Whether the library takes the memory from the module structures, or else knows the devices.

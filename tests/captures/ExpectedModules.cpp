@@ -81,7 +81,7 @@ bool ModulesRecognised(const PeerTable& peer) {
 
 void ExpectModules(const PeerTable& peer, ExpectedFields& fields) {
     const std::vector<const PeerStructure*> installed = Installed(peer);
-    const std::size_t count = std::min(installed.size(), kMostBanks);
+    const std::size_t count = std::min(installed.size(), kMaxBanks);
     fields.Add("memory.quantity", installed.size()).By(Rule::kSixteenBanks, std::to_string(count));
     ExpectTotal(peer, fields);
     for (std::size_t i = 0; i < count; ++i)

@@ -11,7 +11,7 @@ namespace captures {
 
 namespace {
 
-constexpr std::size_t kMostProcessors = 16;
+constexpr std::size_t kMaxProcessors = 16;
 constexpr std::size_t kStatus = 24;  // SMBIOS 7.5
 
 // SMBIOS 7.8.
@@ -132,7 +132,7 @@ void ExpectProcessor(const PeerTable& peer, const PeerStructure& processor,
 
 void ExpectProcessors(const PeerTable& peer, ExpectedFields& fields) {
     const std::vector<const PeerStructure*> processors = peer.OfType(4);
-    const std::size_t count = std::min(processors.size(), kMostProcessors);
+    const std::size_t count = std::min(processors.size(), kMaxProcessors);
     fields.Add("processors.quantity", processors.size())
         .By(Rule::kSixteenProcessors, std::to_string(count));
     for (std::size_t i = 0; i < count; ++i)

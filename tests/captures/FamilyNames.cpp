@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The names of the processor families.
 
 #include "CodeNames.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Places a damaged table, asks every command and checks the bytes around each record.
 
 #include "HostileServer.h"
 
@@ -20,11 +22,11 @@ constexpr std::size_t kParagraph = 16;
 constexpr std::uint32_t kEntryAddress = 0xF0010;
 constexpr std::uint32_t kTableAddress = 0x8000;
 
-// The segment and a read of 64 KiB behind it. Reads of tables at hostile addresses are refused.
+// The segment and a read of 64 KiB after it. Reads of tables at hostile addresses are refused.
 constexpr std::uint64_t kMemory = 0x110000;
 
-// How far memory is filled behind a table.
-constexpr std::size_t kBehind = 0x400;
+// How far memory is filled after a table.
+constexpr std::size_t kFilledAfterTable = 0x400;
 
 // SMBIOS 5.2.1, and the older entry point that is its second half.
 struct EntryLayout {
@@ -127,14 +129,14 @@ void HostileServer::StateLength(std::uint16_t length) {
 
 void HostileServer::FillFrom(std::size_t offset, std::uint8_t value) {
     server_.GetMemory().Write(kTableAddress + static_cast<std::uint32_t>(offset),
-                              Bytes(image_.table.size() - offset + kBehind, value));
+                              Bytes(image_.table.size() - offset + kFilledAfterTable, value));
 }
 
 void HostileServer::Restore() {
     server_.GetMemory().Write(kEntryAddress, image_.entry);
     server_.GetMemory().Write(kTableAddress, image_.table);
     server_.GetMemory().Write(kTableAddress + static_cast<std::uint32_t>(image_.table.size()),
-                              Bytes(kBehind, 0));
+                              Bytes(kFilledAfterTable, 0));
 }
 
 std::vector<std::string> HostileServer::Ask() {

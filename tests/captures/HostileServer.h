@@ -37,7 +37,7 @@ public:
     // The table length that the entry point states.
     void StateLength(std::uint16_t length);
 
-    // Fills memory from the table's byte `offset` on, to well behind its end.
+    // Fills memory from the table's byte `offset` on, to well after its end.
     void FillFrom(std::size_t offset, std::uint8_t value);
 
     // Puts the image back as it was.

@@ -21,7 +21,7 @@ extern "C" const char* __asan_default_options() {
 namespace captures {
 namespace {
 
-constexpr std::size_t kMostComplaints = 10;
+constexpr std::size_t kMaxComplaints = 10;
 
 struct Source {
     const char* name;
@@ -38,7 +38,7 @@ constexpr Source kSources[] = {{"full-server", true},
                                {"qemu-12-isapc", false},
                                {"vmware-vm-2008", false}};
 
-class HostileTable : public testing::TestWithParam<Source> {
+class HostileTableTest : public testing::TestWithParam<Source> {
 protected:
     void SetUp() override {
         if (GetParam().bundled) {
@@ -56,13 +56,13 @@ protected:
             GTEST_SKIP() << "no capture " << GetParam().name << " in " << CaptureFolder();
     }
 
-    // One round; `what` tells which.
+    // One round; `what` names it.
     void Ask(HostileServer& server, const std::string& what) {
         for (const std::string& wrong : server.Ask()) {
             ADD_FAILURE() << what << ": " << wrong;
             ++complaints_;
         }
-        ASSERT_LT(complaints_, kMostComplaints) << "too many to go on";
+        ASSERT_LT(complaints_, kMaxComplaints) << "too many to go on";
     }
 
     TableImage image_;
@@ -87,7 +87,7 @@ std::string Change(const char* where, std::size_t offset, std::uint8_t value) {
            std::to_string(value);
 }
 
-TEST_P(HostileTable, IsSurvivedWithAnyByteDamaged) {
+TEST_P(HostileTableTest, IsSurvivedWithAnyByteDamaged) {
     HostileServer server(image_);
     for (std::size_t offset = 0; offset < image_.table.size(); ++offset) {
         for (const std::uint8_t value : HostileValues(image_.table[offset])) {
@@ -98,7 +98,7 @@ TEST_P(HostileTable, IsSurvivedWithAnyByteDamaged) {
     }
 }
 
-TEST_P(HostileTable, IsSurvivedWithAnyByteOfItsEntryPointDamaged) {
+TEST_P(HostileTableTest, IsSurvivedWithAnyByteOfItsEntryPointDamaged) {
     HostileServer server(image_);
     for (std::size_t offset = 0; offset < image_.entry.size(); ++offset) {
         for (const std::uint8_t value : HostileValues(image_.entry[offset])) {
@@ -109,7 +109,7 @@ TEST_P(HostileTable, IsSurvivedWithAnyByteOfItsEntryPointDamaged) {
     }
 }
 
-TEST_P(HostileTable, IsSurvivedWithAnyLengthStated) {
+TEST_P(HostileTableTest, IsSurvivedWithAnyLengthStated) {
     HostileServer server(image_);
     for (std::size_t length = 0; length <= image_.table.size(); ++length) {
         server.StateLength(static_cast<std::uint16_t>(length));
@@ -117,13 +117,13 @@ TEST_P(HostileTable, IsSurvivedWithAnyLengthStated) {
     }
 }
 
-TEST_P(HostileTable, IsSurvivedWhereItEndsTooEarly) {
-    for (const std::uint8_t behind : {std::uint8_t{0x00}, std::uint8_t{0xFF}, std::uint8_t{'A'}}) {
+TEST_P(HostileTableTest, IsSurvivedWhereItEndsTooEarly) {
+    for (const std::uint8_t filler : {std::uint8_t{0x00}, std::uint8_t{0xFF}, std::uint8_t{'A'}}) {
         HostileServer server(image_);
         for (std::size_t end = image_.table.size() + 1; end-- > 0;) {
-            server.FillFrom(end, behind);
+            server.FillFrom(end, filler);
             ASSERT_NO_FATAL_FAILURE(
-                Ask(server, std::to_string(behind) + " from byte " + std::to_string(end) + " on"));
+                Ask(server, std::to_string(filler) + " from byte " + std::to_string(end) + " on"));
         }
     }
 }
@@ -132,7 +132,7 @@ std::string NameOf(const testing::TestParamInfo<Source>& source) {
     return TestName(source.param.name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Smbios, HostileTable, testing::ValuesIn(kSources), NameOf);
+INSTANTIATE_TEST_SUITE_P(Smbios, HostileTableTest, testing::ValuesIn(kSources), NameOf);
 
 }  // namespace
 }  // namespace captures

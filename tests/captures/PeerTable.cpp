@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Pairs the structures of a text with those of the bytes.
 
 #include "PeerTable.h"
 
@@ -21,7 +23,7 @@ PeerTable::PeerTable(const DmidecodeText& text, const std::vector<RawStructure>&
       major_(text.major),
       minor_(text.minor) {
     if (text.structures.size() > raw.size())
-        throw std::runtime_error("dmidecode tells of more structures than the table has");
+        throw std::runtime_error("dmidecode lists more structures than the table has");
     for (std::size_t i = 0; i < text.structures.size(); ++i) {
         if (text.structures[i].type != raw[i].type || text.structures[i].handle != raw[i].handle)
             throw std::runtime_error("dmidecode's structure " + std::to_string(i + 1) +

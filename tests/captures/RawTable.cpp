@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Walks the bytes of a table.
 
 #include "RawTable.h"
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// The structure table behind a capture, byte by byte: for the few facts that dmidecode does not
+// The structure table of a capture, byte by byte: for the few facts that dmidecode does not
 // print, such as the number of a string or the status of an empty socket.
 #ifndef TALVANE_TESTS_RAWTABLE_H
 #define TALVANE_TESTS_RAWTABLE_H
@@ -34,7 +34,7 @@ struct RawStructure {
 std::vector<RawStructure> StructuresOfDump(std::span<const std::uint8_t> dump);
 
 // How many structures of a type are found by a walk that does not stop at damage: a structure of an
-// impossible length, too, ends at the next two zero bytes behind that length.
+// impossible length, too, ends at the next two zero bytes after that length.
 unsigned CountPastDamage(std::span<const std::uint8_t> dump, std::uint8_t type);
 
 // A whole file. Throws std::runtime_error with its name when it cannot be read.

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The name and the statement of each rule.
 
 #include "Rules.h"
 

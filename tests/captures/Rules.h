@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Why an answer of the library may differ from what dmidecode prints about the same table. Each
-// difference has a rule, and a rule states what the library answers instead, to the letter: an
-// answer that no rule leads to is a defect of one of the two.
+// The rules of the comparison with dmidecode: why an answer of the library may differ from what
+// dmidecode prints about the same table. Each difference has a rule. A rule states exactly what the
+// library answers instead. An answer that no rule leads to is a defect of one of the two.
 #ifndef TALVANE_TESTS_RULES_H
 #define TALVANE_TESTS_RULES_H
 

@@ -75,7 +75,7 @@ int SmBios::GetPSStatus(int typeMask, int n, char* buf) {
 
 namespace {
 
-class CallOrder : public InterfaceTest {
+class CallOrderTest : public InterfaceTest {
 protected:
     // The record after the command, of which only the agent's counts are written.
     RecordImage Answer(unsigned long command, std::size_t size) {
@@ -89,7 +89,7 @@ protected:
     }
 };
 
-TEST_F(CallOrder, BoardAsksForTheMakerAndTheReleaseDateTwice) {
+TEST_F(CallOrderTest, BoardAsksForTheMakerAndTheReleaseDateTwice) {
     EXPECT_TRUE(SameBytes(RecordImage(208), Answer(0x10000, 208)));
     EXPECT_THAT(calls, ElementsAre("GetBoardManufacturer +160 32",  //
                                    "GetBoardProduct +0 32",         //
@@ -101,7 +101,7 @@ TEST_F(CallOrder, BoardAsksForTheMakerAndTheReleaseDateTwice) {
                                    "GetBoardSerialNo +112 16"));
 }
 
-TEST_F(CallOrder, PowerSuppliesAreCountedBeforeTheRedundantOnesAndTheirTexts) {
+TEST_F(CallOrderTest, PowerSuppliesAreCountedBeforeTheRedundantOnesAndTheirTexts) {
     const RecordImage expected = RecordImage(1224).Number(0, 2).Number(4, 7);
     EXPECT_TRUE(SameBytes(expected, Answer(0x800000, 1224)));
     EXPECT_THAT(calls, ElementsAre("GetPSQuantity 15",                //
@@ -116,7 +116,7 @@ TEST_F(CallOrder, PowerSuppliesAreCountedBeforeTheRedundantOnesAndTheirTexts) {
                                    "GetPSStatus 15 2 +288"));
 }
 
-TEST_F(CallOrder, UpsSuppliesAreAskedForWithTheirTypeAndWithoutTheRedundantOnes) {
+TEST_F(CallOrderTest, UpsSuppliesAreAskedForWithTheirTypeAndWithoutTheRedundantOnes) {
     EXPECT_TRUE(SameBytes(RecordImage(1224).Number(0, 2), Answer(0x1000000, 1224)));
     EXPECT_THAT(calls, ElementsAre("GetPSQuantity 6",                //
                                    "GetPSDeviceName 6 1 +72 32",     //

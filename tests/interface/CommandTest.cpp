@@ -9,16 +9,16 @@ namespace {
 constexpr unsigned long kTableCommands[] = {0x10000,   0x20000,   0x40000,   0x80000,   0x800000,
                                             0x1000000, 0x2000000, 0x4000000, 0x8000000, 0x10000000};
 
-class Command : public InterfaceTest {};
+class CommandTest : public InterfaceTest {};
 
-TEST_F(Command, TwoBitsOrNoneWriteNothingAndReturnZero) {
+TEST_F(CommandTest, TwoBitsOrNoneWriteNothingAndReturnZero) {
     table.Add(4, 1, 35);
     Place();
     ExpectRecord(0x30000, RecordImage(8192), RecordImage(8192));
     ExpectRecord(0, RecordImage(8192), RecordImage(8192));
 }
 
-TEST_F(Command, EveryOtherCodeWritesNothingReturnsZeroAndTouchesNothing) {
+TEST_F(CommandTest, EveryOtherCodeWritesNothingReturnsZeroAndTouchesNothing) {
     table.Add(4, 1, 35);
     Place();
     const auto expectNothing = [](unsigned long code) {
@@ -36,7 +36,7 @@ TEST_F(Command, EveryOtherCodeWritesNothingReturnsZeroAndTouchesNothing) {
     EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
-TEST_F(Command, WithoutASmbiosTableEveryTableCommandReturnsMinusOneAndWritesNothing) {
+TEST_F(CommandTest, WithoutASmbiosTableEveryTableCommandReturnsMinusOneAndWritesNothing) {
     for (const unsigned long command : kTableCommands) {
         RecordImage record(8192);
         EXPECT_EQ(Get(command, record), -1) << command;
@@ -45,14 +45,14 @@ TEST_F(Command, WithoutASmbiosTableEveryTableCommandReturnsMinusOneAndWritesNoth
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
-TEST_F(Command, PciReportRunsWithoutASmbiosTable) {
+TEST_F(CommandTest, PciReportRunsWithoutASmbiosTable) {
     DeviceInformation record{};
     EXPECT_EQ(GetInfo(0x100000, &record), 0);
     EXPECT_EQ(record.quantity, 0);
     EXPECT_EQ(server.GetLog().Count("open"), 0u);
 }
 
-TEST_F(Command, WithoutASmbiosTableTheOtherCommandsStillRunAndReturnZero) {
+TEST_F(CommandTest, WithoutASmbiosTableTheOtherCommandsStillRunAndReturnZero) {
     server.GetPci().Set({0, 31, 2}, {0x86, 0x80, 0xD1, 0x24});
     const sim::IdeDrive disk = sim::MakeDisk("ST340014A", 78165360, "5JX7A1B2");
     disk.image->SetEntry(0, 1, {.type = 0x83, .start = 63, .sectors = 20971520});
@@ -75,7 +75,7 @@ TEST_F(Command, WithoutASmbiosTableTheOtherCommandsStillRunAndReturnZero) {
     EXPECT_STREQ(partitions.partition[0].description, "/dev/hda1");
 }
 
-TEST_F(Command, EveryTableCommandMakesTheReaderItself) {
+TEST_F(CommandTest, EveryTableCommandMakesTheReaderItself) {
     table.Add(4, 1, 35);
     Place();
     for (const unsigned long command : kTableCommands) {

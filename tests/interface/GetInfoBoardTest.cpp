@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // GetInfo for the board and BIOS record (0x10000) and the system record (0x10000000).
+#include "support/FieldTable.h"
 #include "support/InterfaceTest.h"
 
 namespace {
@@ -10,7 +11,7 @@ constexpr unsigned long kSystem = 0x10000000;
 constexpr std::size_t kBoardSize = 208;
 constexpr std::size_t kSystemSize = 80;
 
-class GetInfoBoard : public InterfaceTest {
+class GetInfoBoardTest : public InterfaceTest {
 protected:
     void AddBios(const std::string& text) {
         table.Add(0, 0, 20).String(4, "V" + text).String(5, "R" + text).String(8, "D" + text);
@@ -28,7 +29,7 @@ protected:
     }
 };
 
-TEST_F(GetInfoBoard, SixTextsAreFilledAndTheRestIsLeftAlone) {
+TEST_F(GetInfoBoardTest, SixTextsAreFilledAndTheRestIsLeftAlone) {
     AddBios("endor");
     AddBoard("board");
     Place();
@@ -42,7 +43,7 @@ TEST_F(GetInfoBoard, SixTextsAreFilledAndTheRestIsLeftAlone) {
                      .Copied(160, "Mboard"));  // Manufacturer; no AssetTag, no RevisionLevel
 }
 
-TEST_F(GetInfoBoard, LongTextsAreCutToTheirFields) {
+TEST_F(GetInfoBoardTest, LongTextsAreCutToTheirFields) {
     const std::string text = "0123456789abcdefghijklmnopqrstuvwxyz";
     AddBios(text);
     AddBoard(text);
@@ -57,23 +58,25 @@ TEST_F(GetInfoBoard, LongTextsAreCutToTheirFields) {
                      .Copied(160, ("M" + text).substr(0, 31)));
 }
 
-TEST_F(GetInfoBoard, ZeroFilledRecordHoldsTerminatedTexts) {
+TEST_F(GetInfoBoardTest, ZeroFilledRecordHoldsTerminatedTexts) {
     AddBios("endor");
     AddBoard("0123456789abcdefghijklmnopqrstuvwxyz");
     Place();
     BaseBoardInformation record{};
     EXPECT_EQ(GetInfo(kBoard, &record), 0);
-    EXPECT_STREQ(record.ProductName, "P0123456789abcdefghijklmnopqrst");
-    EXPECT_STREQ(record.RomVersion, "Rendor");
-    EXPECT_STREQ(record.RomReleaseDate, "Dendor");
-    EXPECT_STREQ(record.RomVendor, "Vendor");
-    EXPECT_STREQ(record.SerialNo, "S0123456789abcd");
-    EXPECT_STREQ(record.AssetTag, "");
-    EXPECT_STREQ(record.Manufacturer, "M0123456789abcdefghijklmnopqrst");
-    EXPECT_STREQ(record.RevisionLevel, "");
+    ExpectTexts({
+        {"ProductName", record.ProductName, "P0123456789abcdefghijklmnopqrst"},
+        {"RomVersion", record.RomVersion, "Rendor"},
+        {"RomReleaseDate", record.RomReleaseDate, "Dendor"},
+        {"RomVendor", record.RomVendor, "Vendor"},
+        {"SerialNo", record.SerialNo, "S0123456789abcd"},
+        {"AssetTag", record.AssetTag, ""},
+        {"Manufacturer", record.Manufacturer, "M0123456789abcdefghijklmnopqrst"},
+        {"RevisionLevel", record.RevisionLevel, ""},
+    });
 }
 
-TEST_F(GetInfoBoard, MissingBoardLeavesItsFieldsAlone) {
+TEST_F(GetInfoBoardTest, MissingBoardLeavesItsFieldsAlone) {
     AddBios("endor");
     Place();
     ExpectRecord(
@@ -81,7 +84,7 @@ TEST_F(GetInfoBoard, MissingBoardLeavesItsFieldsAlone) {
         RecordImage(kBoardSize).Copied(32, "Rendor").Copied(64, "Dendor").Copied(80, "Vendor"));
 }
 
-TEST_F(GetInfoBoard, SystemTextsAreFilled) {
+TEST_F(GetInfoBoardTest, SystemTextsAreFilled) {
     AddSystem("system");
     Place();
     ExpectRecord(kSystem, RecordImage(kSystemSize),
@@ -91,7 +94,7 @@ TEST_F(GetInfoBoard, SystemTextsAreFilled) {
                      .Copied(64, "Vsystem"));  // version
 }
 
-TEST_F(GetInfoBoard, LongSystemTextsAreCutToTheirFields) {
+TEST_F(GetInfoBoardTest, LongSystemTextsAreCutToTheirFields) {
     const std::string text = "0123456789abcdefghijklmnopqrstuvwxyz";
     AddSystem(text);
     Place();
@@ -102,13 +105,13 @@ TEST_F(GetInfoBoard, LongSystemTextsAreCutToTheirFields) {
                      .Copied(64, ("V" + text).substr(0, 15)));
 }
 
-TEST_F(GetInfoBoard, MissingSystemStructureIsASuccessThatWritesNothing) {
+TEST_F(GetInfoBoardTest, MissingSystemStructureIsASuccessThatWritesNothing) {
     table.Add(3, 1, 13);
     Place();
     ExpectRecord(kSystem, RecordImage(kSystemSize), RecordImage(kSystemSize));
 }
 
-TEST_F(GetInfoBoard, LegacyDmiTableIsAnsweredFromToo) {
+TEST_F(GetInfoBoardTest, LegacyDmiTableIsAnsweredFromToo) {
     AddBios("endor");
     AddSystem("system");
     sim::SmbiosPlacement placement;

@@ -18,9 +18,9 @@ constexpr std::size_t FanRecord(std::size_t fans) {
 }
 constexpr std::size_t kProbeRecord = 6916;
 
-class GetInfoDevices : public InterfaceTest {};
+class GetInfoDevicesTest : public InterfaceTest {};
 
-TEST_F(GetInfoDevices, PortsHaveATypeAndADesignator) {
+TEST_F(GetInfoDevicesTest, PortsHaveATypeAndADesignator) {
     table.Add(8, 1, 9).String(6, "COM1").Byte(8, 9);
     table.Add(8, 2, 9).Byte(8, 16);
     Place();
@@ -32,7 +32,7 @@ TEST_F(GetInfoDevices, PortsHaveATypeAndADesignator) {
                      .Text(4 + 80, "USB"));
 }
 
-TEST_F(GetInfoDevices, LongDesignatorIsShortenedToItsField) {
+TEST_F(GetInfoDevicesTest, LongDesignatorIsShortenedToItsField) {
     table.Add(8, 1, 9).String(6, std::string(32, 'd')).Byte(8, 16);
     table.Add(8, 2, 9).String(6, std::string(31, 'e')).Byte(8, 16);
     Place();
@@ -45,7 +45,7 @@ TEST_F(GetInfoDevices, LongDesignatorIsShortenedToItsField) {
                      .Copied(4 + 80 + 48, std::string(31, 'e')));
 }
 
-TEST_F(GetInfoDevices, PortsUpTo128AreWrittenPastTheRecordsThirtyTwo) {
+TEST_F(GetInfoDevicesTest, PortsUpTo128AreWrittenPastTheRecordsThirtyTwo) {
     for (int i = 0; i < 140; ++i) table.Add(8, 1, 9).String(6, std::to_string(i)).Byte(8, 31);
     Place();
     RecordImage expected(PortRecord(128));
@@ -55,7 +55,7 @@ TEST_F(GetInfoDevices, PortsUpTo128AreWrittenPastTheRecordsThirtyTwo) {
     ExpectRecord(kPorts, RecordImage(PortRecord(128)), expected);
 }
 
-TEST_F(GetInfoDevices, FansHaveTheirSpeedAlone) {
+TEST_F(GetInfoDevicesTest, FansHaveTheirSpeedAlone) {
     table.Add(27, 1, 15).Byte(6, 0x63).Word(12, 4800);
     table.Add(27, 2, 15).Word(12, 0);
     Place();
@@ -64,7 +64,7 @@ TEST_F(GetInfoDevices, FansHaveTheirSpeedAlone) {
         RecordImage(3460).Number(0, 2).Text(4 + 76, "4800 rpm").Text(4 + 216 + 76, "0 rpm"));
 }
 
-TEST_F(GetInfoDevices, LongFanTextsRunIntoMinimumAndMaximum) {
+TEST_F(GetInfoDevicesTest, LongFanTextsRunIntoMinimumAndMaximum) {
     table.Add(27, 1, 15).Word(12, 0x8000);
     table.Add(27, 2, 12);
     Place();
@@ -82,7 +82,7 @@ TEST_F(GetInfoDevices, LongFanTextsRunIntoMinimumAndMaximum) {
     EXPECT_STREQ(record.fan[1].IdString, "");
 }
 
-TEST_F(GetInfoDevices, SixtyThreeFansAreWrittenPastTheRecordsSixteen) {
+TEST_F(GetInfoDevicesTest, SixtyThreeFansAreWrittenPastTheRecordsSixteen) {
     for (int i = 0; i < 70; ++i) table.Add(27, 1, 15).Word(12, static_cast<std::uint16_t>(i));
     Place();
     RecordImage expected(FanRecord(63));
@@ -92,7 +92,7 @@ TEST_F(GetInfoDevices, SixtyThreeFansAreWrittenPastTheRecordsSixteen) {
     ExpectRecord(kFans, RecordImage(FanRecord(63)), expected);
 }
 
-TEST_F(GetInfoDevices, ProbesAreCountedAndNeverRead) {
+TEST_F(GetInfoDevicesTest, ProbesAreCountedAndNeverRead) {
     for (int i = 0; i < 5; ++i)
         table.Add(26, 1, 22).String(4, "+12V").Byte(5, 0x63).Word(6, 1).Word(8, 2).Word(20, 3);
     for (int i = 0; i < 3; ++i) table.Add(28, 1, 22).String(4, "CPU").Byte(5, 0x63).Word(20, 3);
@@ -101,7 +101,7 @@ TEST_F(GetInfoDevices, ProbesAreCountedAndNeverRead) {
     ExpectRecord(kTemperatures, RecordImage(kProbeRecord), RecordImage(kProbeRecord).Number(0, 3));
 }
 
-TEST_F(GetInfoDevices, WithoutStructuresOnlyTheQuantitiesAreWritten) {
+TEST_F(GetInfoDevicesTest, WithoutStructuresOnlyTheQuantitiesAreWritten) {
     table.Add(0, 0, 20);
     Place();
     ExpectRecord(kPorts, RecordImage(2564), RecordImage(2564).Number(0, 0));
@@ -110,7 +110,7 @@ TEST_F(GetInfoDevices, WithoutStructuresOnlyTheQuantitiesAreWritten) {
     ExpectRecord(kTemperatures, RecordImage(kProbeRecord), RecordImage(kProbeRecord).Number(0, 0));
 }
 
-TEST_F(GetInfoDevices, ProbeCountsAreNotBoundedByTheRecord) {
+TEST_F(GetInfoDevicesTest, ProbeCountsAreNotBoundedByTheRecord) {
     for (int i = 0; i < 130; ++i) table.Add(26, 1, 22);
     for (int i = 0; i < 130; ++i) table.Add(28, 1, 22);
     Place();

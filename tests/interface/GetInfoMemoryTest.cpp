@@ -8,7 +8,7 @@ namespace {
 constexpr unsigned long kMemory = 0x40000;
 constexpr std::size_t kRecordSize = 1992;
 
-class GetInfoMemory : public InterfaceTest {
+class GetInfoMemoryTest : public InterfaceTest {
 protected:
     // Slots with modules of 256 MB; the type bits decide whether a bank counts as used.
     void AddModules(const std::vector<int>& typeBits) {
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(GetInfoMemory, EveryFieldOfABankIsCopied) {
+TEST_F(GetInfoMemoryTest, EveryFieldOfABankIsCopied) {
     table.Add(17, 1, 27)
         .String(16, "DIMM2B")
         .String(17, "Bank 1")
@@ -59,7 +59,7 @@ TEST_F(GetInfoMemory, EveryFieldOfABankIsCopied) {
                      .Number(8 + 120, 10));        // SlotNumber
 }
 
-TEST_F(GetInfoMemory, UnknownTypeIsATypeLikeAnyOther) {
+TEST_F(GetInfoMemoryTest, UnknownTypeIsATypeLikeAnyOther) {
     table.Add(17, 1, 27).String(16, "DIMM").String(17, "Bank").Word(12, 64);
     Place();
     RecordImage record(kRecordSize, 0);
@@ -68,7 +68,7 @@ TEST_F(GetInfoMemory, UnknownTypeIsATypeLikeAnyOther) {
     EXPECT_STREQ(static_cast<char*>(record.Data()) + 8 + 32, "Unknown");
 }
 
-TEST_F(GetInfoMemory, BanksAreCopiedInOrder) {
+TEST_F(GetInfoMemoryTest, BanksAreCopiedInOrder) {
     AddModules({0x100, 0x80, 0x400});
     Place();
     RecordImage expected(kRecordSize);
@@ -79,7 +79,7 @@ TEST_F(GetInfoMemory, BanksAreCopiedInOrder) {
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoMemory, EmptyTypeSkipsTheBankBehindItToo) {
+TEST_F(GetInfoMemoryTest, EmptyTypeSkipsTheBankAfterItToo) {
     AddModules({0x100, 0, 0x80, 0x400, 0x10});
     Place();
     RecordImage expected(kRecordSize);
@@ -90,7 +90,7 @@ TEST_F(GetInfoMemory, EmptyTypeSkipsTheBankBehindItToo) {
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoMemory, EmptyTypesLeaveBanksOfTheRecordAlone) {
+TEST_F(GetInfoMemoryTest, EmptyTypesLeaveBanksOfTheRecordAlone) {
     AddModules({0, 0x80, 0});
     Place();
     RecordImage expected(kRecordSize);
@@ -98,7 +98,7 @@ TEST_F(GetInfoMemory, EmptyTypesLeaveBanksOfTheRecordAlone) {
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoMemory, DoubleStepEndsAtTheSixteenLocalBanks) {
+TEST_F(GetInfoMemoryTest, DoubleStepEndsAtTheSixteenLocalBanks) {
     std::vector<int> types(16, 0x100);
     types[15] = 0;
     types[0] = 0;
@@ -113,7 +113,7 @@ TEST_F(GetInfoMemory, DoubleStepEndsAtTheSixteenLocalBanks) {
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoMemory, SixteenBanksAreCopiedAndNoMore) {
+TEST_F(GetInfoMemoryTest, SixteenBanksAreCopiedAndNoMore) {
     for (int i = 0; i < 40; ++i)
         table.Add(17, static_cast<std::uint16_t>(i), 27)
             .String(16, "DIMM1")
@@ -133,14 +133,14 @@ TEST_F(GetInfoMemory, SixteenBanksAreCopiedAndNoMore) {
     ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoMemory, FailedSummaryReturnsZeroAndLeavesTheBufferAsTheCallerGaveIt) {
+TEST_F(GetInfoMemoryTest, FailedSummaryReturnsZeroAndLeavesTheBufferAsTheCallerGaveIt) {
     table.Add(0, 0, 20);
     table.Add(6, 1, 12).Byte(9, 8);  // counts for the total, but no controller lists it
     Place();
     ExpectRecord(kMemory, RecordImage(kRecordSize), RecordImage(kRecordSize));
 }
 
-TEST_F(GetInfoMemory, SummaryWithoutBanksIsCopied) {
+TEST_F(GetInfoMemoryTest, SummaryWithoutBanksIsCopied) {
     table.Add(5, 0x500, 18).Byte(14, 1).Word(15, 9);
     table.Add(6, 1, 12).Byte(9, 8);
     Place();

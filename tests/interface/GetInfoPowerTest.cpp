@@ -9,7 +9,7 @@ constexpr unsigned long kPower = 0x800000;
 constexpr unsigned long kUps = 0x1000000;
 constexpr std::size_t kRecordSize = 1224;
 
-class GetInfoPower : public InterfaceTest {
+class GetInfoPowerTest : public InterfaceTest {
 protected:
     sim::SmbiosStructure& AddSupply(int type, int state, int group, const std::string& text) {
         return table.Add(39, handle++, 22)
@@ -33,7 +33,7 @@ protected:
     std::uint16_t handle = 0x2700;
 };
 
-TEST_F(GetInfoPower, EverySupplyIsFilled) {
+TEST_F(GetInfoPowerTest, EverySupplyIsFilled) {
     AddSupply(4, 2, 1, "one");
     AddSupply(9, 1, 0, "two");
     AddSupply(15, 7, 255, "three");
@@ -46,7 +46,7 @@ TEST_F(GetInfoPower, EverySupplyIsFilled) {
     ExpectRecord(kPower, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoPower, UpsSuppliesAreThoseOfItsTypeBitsAndTheRedundantNumberIsLeftAlone) {
+TEST_F(GetInfoPowerTest, UpsSuppliesAreThoseOfItsTypeBitsAndTheRedundantNumberIsLeftAlone) {
     const char* const names[] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
     for (int type = 0; type < 10; ++type) AddSupply(type, 2, 1, names[type]);
     Place();
@@ -56,7 +56,7 @@ TEST_F(GetInfoPower, UpsSuppliesAreThoseOfItsTypeBitsAndTheRedundantNumberIsLeft
     ExpectRecord(kUps, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoPower, UpsSuppliesAreCountedAmongThemselves) {
+TEST_F(GetInfoPowerTest, UpsSuppliesAreCountedAmongThemselves) {
     AddSupply(8, 2, 0, "switching");
     AddSupply(6, 2, 0, "ups");
     Place();
@@ -66,7 +66,7 @@ TEST_F(GetInfoPower, UpsSuppliesAreCountedAmongThemselves) {
     ExpectRecord(kUps, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoPower, LongestStatusFillsTheFieldBehindIt) {
+TEST_F(GetInfoPowerTest, LongestStatusFillsTheFieldAfterIt) {
     AddSupply(4, 4, 0, "x");
     Place();
     RecordImage expected(kRecordSize);
@@ -78,7 +78,7 @@ TEST_F(GetInfoPower, LongestStatusFillsTheFieldBehindIt) {
     EXPECT_STREQ(record.PowerSupply[0].BiosEnable, "he wall");
 }
 
-TEST_F(GetInfoPower, LongTextsAreCutToTheirFields) {
+TEST_F(GetInfoPowerTest, LongTextsAreCutToTheirFields) {
     const std::string text(40, 't');
     AddSupply(4, 2, 0, text);
     Place();
@@ -92,7 +92,7 @@ TEST_F(GetInfoPower, LongTextsAreCutToTheirFields) {
     ExpectRecord(kPower, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoPower, ThirtyTwoSuppliesAreCountedAndThirtyOneFilledPastTheRecordsEight) {
+TEST_F(GetInfoPowerTest, ThirtyTwoSuppliesAreCountedAndThirtyOneFilledPastTheRecordsEight) {
     for (int i = 0; i < 40; ++i) AddSupply(4, 2, 1, std::to_string(i));
     Place();
     const std::size_t size = 8 + 152 * 32;
@@ -102,7 +102,7 @@ TEST_F(GetInfoPower, ThirtyTwoSuppliesAreCountedAndThirtyOneFilledPastTheRecords
     ExpectRecord(kPower, RecordImage(size), expected);
 }
 
-TEST_F(GetInfoPower, WithoutSuppliesOnlyTheNumbersAreWritten) {
+TEST_F(GetInfoPowerTest, WithoutSuppliesOnlyTheNumbersAreWritten) {
     table.Add(0, 0, 20);
     Place();
     ExpectRecord(kPower, RecordImage(kRecordSize),

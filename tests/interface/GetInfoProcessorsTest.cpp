@@ -23,7 +23,7 @@ constexpr std::size_t kCaches = 176;
 constexpr std::size_t kIsUht = 416;
 constexpr std::size_t kIsDisabled = 420;
 
-class GetInfoProcessors : public InterfaceTest {
+class GetInfoProcessorsTest : public InterfaceTest {
 protected:
     sim::SmbiosStructure& AddProcessor(int status = 0x41) {
         return table.Add(4, handle++, 35)
@@ -56,7 +56,7 @@ protected:
     std::uint16_t handle = 0x400;
 };
 
-TEST_F(GetInfoProcessors, EveryFieldOfAProcessorIsFilled) {
+TEST_F(GetInfoProcessorsTest, EveryFieldOfAProcessorIsFilled) {
     table.Add(7, 0x701, 19).String(4, "L1").Word(7, 32).Word(9, 16).Byte(15, 2);
     table.Add(7, 0x702, 19).String(4, "L2").Word(7, 0x8010).Word(9, 512).Byte(15, 5);
     table.Add(7, 0x703, 19).Word(7, 1).Word(9, 0).Byte(15, 0);
@@ -88,7 +88,7 @@ TEST_F(GetInfoProcessors, EveryFieldOfAProcessorIsFilled) {
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoProcessors, LowStatusBitsDecideTheTwoFlags) {
+TEST_F(GetInfoProcessorsTest, LowStatusBitsDecideTheTwoFlags) {
     for (int status = 0; status < 256; ++status) {
         table = sim::SmbiosTable();
         AddProcessor(status);
@@ -104,7 +104,7 @@ TEST_F(GetInfoProcessors, LowStatusBitsDecideTheTwoFlags) {
     }
 }
 
-TEST_F(GetInfoProcessors, EveryProcessorCountsWhateverItsStatus) {
+TEST_F(GetInfoProcessorsTest, EveryProcessorCountsWhateverItsStatus) {
     AddProcessor(0x00);
     AddProcessor(0x44);
     PlaceVersion(1, 0);
@@ -115,7 +115,7 @@ TEST_F(GetInfoProcessors, EveryProcessorCountsWhateverItsStatus) {
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoProcessors, LongestFamilyNameRunsIntoTheStepping) {
+TEST_F(GetInfoProcessorsTest, LongestFamilyNameRunsIntoTheStepping) {
     AddProcessor().Byte(6, 177);
     PlaceVersion(1, 0);
     RecordImage expected(kRecordSize);
@@ -129,7 +129,7 @@ TEST_F(GetInfoProcessors, LongestFamilyNameRunsIntoTheStepping) {
     EXPECT_STREQ(record.cpu[0].MaxSpeed, "Unknown");
 }
 
-TEST_F(GetInfoProcessors, LongManufacturerIsCutToItsField) {
+TEST_F(GetInfoProcessorsTest, LongManufacturerIsCutToItsField) {
     AddProcessor().String(7, std::string(60, 'm'));
     PlaceVersion(1, 0);
     RecordImage expected(kRecordSize);
@@ -139,7 +139,7 @@ TEST_F(GetInfoProcessors, LongManufacturerIsCutToItsField) {
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoProcessors, AbsentCachesUnder22AreNone) {
+TEST_F(GetInfoProcessorsTest, AbsentCachesUnder22AreNone) {
     AddProcessor();
     PlaceVersion(2, 2);
     RecordImage expected(kRecordSize);
@@ -149,7 +149,7 @@ TEST_F(GetInfoProcessors, AbsentCachesUnder22AreNone) {
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoProcessors, AbsentCachesUnder23RunFromFieldToField) {
+TEST_F(GetInfoProcessorsTest, AbsentCachesUnder23RunFromFieldToField) {
     AddProcessor();
     PlaceVersion(2, 3);
     RecordImage expected(kRecordSize);
@@ -158,7 +158,7 @@ TEST_F(GetInfoProcessors, AbsentCachesUnder23RunFromFieldToField) {
     AbsentCaches(expected, 0, "Bios Not Provide");
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 
-    // Sixteen characters fill a field; the terminator empties the text behind it.
+    // Sixteen characters fill a field; the terminator empties the text after it.
     ProcessorInformation record{};
     EXPECT_EQ(GetInfo(kProcessors, &record), 0);
     for (const CACHE& cache : record.cpu[0].cache) {
@@ -170,7 +170,7 @@ TEST_F(GetInfoProcessors, AbsentCachesUnder23RunFromFieldToField) {
     EXPECT_EQ(record.cpu[0].IsUHT, 0);
 }
 
-TEST_F(GetInfoProcessors, CachesThatDoNotExistAreLeftAlone) {
+TEST_F(GetInfoProcessorsTest, CachesThatDoNotExistAreLeftAlone) {
     AddProcessor().Word(26, 0x701).Word(28, 0x702).Word(30, 0);
     PlaceVersion(2, 3);
     RecordImage expected(kRecordSize);
@@ -179,13 +179,13 @@ TEST_F(GetInfoProcessors, CachesThatDoNotExistAreLeftAlone) {
     ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
 }
 
-TEST_F(GetInfoProcessors, WithoutProcessorsOnlyTheQuantityIsWritten) {
+TEST_F(GetInfoProcessorsTest, WithoutProcessorsOnlyTheQuantityIsWritten) {
     table.Add(0, 0, 20);
     Place();
     ExpectRecord(kProcessors, RecordImage(kRecordSize), RecordImage(kRecordSize).Number(0, 0));
 }
 
-TEST_F(GetInfoProcessors, SixteenProcessorsAreWrittenPastTheRecordsEight) {
+TEST_F(GetInfoProcessorsTest, SixteenProcessorsAreWrittenPastTheRecordsEight) {
     for (int i = 0; i < 20; ++i) AddProcessor().Word(18, static_cast<std::uint16_t>(i));
     PlaceVersion(1, 0);
     RecordImage expected(RecordOf(16));

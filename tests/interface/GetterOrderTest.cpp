@@ -156,7 +156,7 @@ int SmBios::GetMemoryTotalSize() {
 
 namespace {
 
-class GetterOrder : public InterfaceTest {
+class GetterOrderTest : public InterfaceTest {
 protected:
     // Answers the command; `calls` then holds what it asked for.
     RecordImage Answer(unsigned long command, std::size_t size) {
@@ -193,7 +193,7 @@ protected:
     }
 };
 
-TEST_F(GetterOrder, ProcessorsAreCountedThenAskedForStatusSpeedsNamesAndCachesInTurn) {
+TEST_F(GetterOrderTest, ProcessorsAreCountedThenAskedForStatusSpeedsNamesAndCachesInTurn) {
     EXPECT_EQ(Answer(0x20000, 3396).NumberAt(0), 2);
     std::vector<std::string> expected = {"GetProcessorVirtualQuantity"};
     for (const std::string& call : CallsOfProcessor(1, 4)) expected.push_back(call);
@@ -201,7 +201,7 @@ TEST_F(GetterOrder, ProcessorsAreCountedThenAskedForStatusSpeedsNamesAndCachesIn
     EXPECT_THAT(calls, ElementsAreArray(expected));
 }
 
-TEST_F(GetterOrder, PortsAreCountedThenAskedForTypeAndDesignator) {
+TEST_F(GetterOrderTest, PortsAreCountedThenAskedForTypeAndDesignator) {
     EXPECT_EQ(Answer(0x80000, 2564).NumberAt(0), 2);
     EXPECT_THAT(calls, ElementsAre("GetPortQuantity",             //
                                    "GetPortType 1 +4",            //
@@ -210,14 +210,15 @@ TEST_F(GetterOrder, PortsAreCountedThenAskedForTypeAndDesignator) {
                                    "GetPortDecription 2 +132 32"));
 }
 
-TEST_F(GetterOrder, SystemIsAskedForManufacturerProductAndVersion) {
+TEST_F(GetterOrderTest, SystemIsAskedForManufacturerProductAndVersion) {
     EXPECT_TRUE(SameBytes(RecordImage(80), Answer(0x10000000, 80)));
     EXPECT_THAT(calls, ElementsAre("GetSysManufacturer +32 32",  //
                                    "GetSysProductname +0 32",    //
                                    "GetSysVersion +64 16"));
 }
 
-TEST_F(GetterOrder, ModuleIsAskedForSizeTypeSpeedAndLocatorThenItsDeviceForDetailAndManufacturer) {
+TEST_F(GetterOrderTest,
+       ModuleIsAskedForSizeTypeSpeedAndLocatorThenItsDeviceForDetailAndManufacturer) {
     modules = 1;
     devices = 1;
     const RecordImage answer = Answer(0x40000, 1992);
@@ -237,7 +238,7 @@ TEST_F(GetterOrder, ModuleIsAskedForSizeTypeSpeedAndLocatorThenItsDeviceForDetai
                                    "GetMemDevManufacturer 7 32", "GetMemoryTotalSize"));
 }
 
-TEST_F(GetterOrder, ModuleWithoutASizeIsAskedForNothingElseAndNoneAfterTheLastIsAskedFor) {
+TEST_F(GetterOrderTest, ModuleWithoutASizeIsAskedForNothingElseAndNoneAfterTheLastIsAskedFor) {
     modules = 2;
     devices = 0;
     firstModuleIsEmpty = true;
@@ -256,7 +257,7 @@ TEST_F(GetterOrder, ModuleWithoutASizeIsAskedForNothingElseAndNoneAfterTheLastIs
                                    "GetMemoryTotalSize"));
 }
 
-TEST_F(GetterOrder, DeviceIsAskedForSizeTypeDetailSpeedManufacturerAndLocator) {
+TEST_F(GetterOrderTest, DeviceIsAskedForSizeTypeDetailSpeedManufacturerAndLocator) {
     modules = 0;
     devices = 2;
     firstSocketIsEmpty = true;
@@ -274,7 +275,7 @@ TEST_F(GetterOrder, DeviceIsAskedForSizeTypeDetailSpeedManufacturerAndLocator) {
                                    "GetMemoryTotalSize"));
 }
 
-TEST_F(GetterOrder, MemoryThatNothingDescribesIsSummedAllTheSame) {
+TEST_F(GetterOrderTest, MemoryThatNothingDescribesIsSummedAllTheSame) {
     modules = 0;
     devices = 0;
     EXPECT_TRUE(SameBytes(RecordImage(1992), Answer(0x40000, 1992)));

@@ -23,9 +23,9 @@ void AskForPorts() {
     nested = GetInfo(0x80000, nestedRecord.Data());
 }
 
-class Guard : public InterfaceTest {
+class GuardTest : public InterfaceTest {
 protected:
-    Guard() {
+    GuardTest() {
         nested = -99;
         nestedRecord = RecordImage(4096);
         table.Add(0, 0, 20);
@@ -37,7 +37,7 @@ protected:
     }
 };
 
-TEST_F(Guard, SecondGetInfoWhileOneIsInProgressReturnsOneAndLaterItWorksAgain) {
+TEST_F(GuardTest, SecondGetInfoWhileOneIsInProgressReturnsOneAndLaterItWorksAgain) {
     Place();
     server.During("read", AskAgain);
     ExpectServed();
@@ -46,7 +46,7 @@ TEST_F(Guard, SecondGetInfoWhileOneIsInProgressReturnsOneAndLaterItWorksAgain) {
     ExpectServed();
 }
 
-TEST_F(Guard, NestedCallIsRefusedInsideEveryAccess) {
+TEST_F(GuardTest, NestedCallIsRefusedInsideEveryAccess) {
     Place();
     for (const char* call : {"open", "lseek", "read", "close"}) {
         release();
@@ -57,7 +57,7 @@ TEST_F(Guard, NestedCallIsRefusedInsideEveryAccess) {
     }
 }
 
-TEST_F(Guard, EveryCommandIsRefused) {
+TEST_F(GuardTest, EveryCommandIsRefused) {
     Place();
     for (void (*const action)() : {AskForNothing, AskForPorts}) {
         release();
@@ -69,14 +69,14 @@ TEST_F(Guard, EveryCommandIsRefused) {
     EXPECT_TRUE(SameBytes(RecordImage(4096), nestedRecord));
 }
 
-TEST_F(Guard, NestedCallMakesNoReaderOfItsOwn) {
+TEST_F(GuardTest, NestedCallMakesNoReaderOfItsOwn) {
     Place();
     server.During("read", AskAgain);
     ExpectServed();
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
-TEST_F(Guard, RefusedReaderFreesTheGuard) {
+TEST_F(GuardTest, RefusedReaderFreesTheGuard) {
     server.Refuse("/dev/mem");
     testing::internal::CaptureStderr();
     RecordImage record(80);
@@ -86,21 +86,21 @@ TEST_F(Guard, RefusedReaderFreesTheGuard) {
     EXPECT_EQ(Get(0, record), 0);
 }
 
-TEST_F(Guard, UnknownCommandFreesTheGuard) {
+TEST_F(GuardTest, UnknownCommandFreesTheGuard) {
     Place();
     RecordImage record(80);
     EXPECT_EQ(Get(0x30000, record), 0);
     ExpectServed();
 }
 
-TEST_F(Guard, FailedMemorySummaryFreesTheGuard) {
+TEST_F(GuardTest, FailedMemorySummaryFreesTheGuard) {
     Place();
     RecordImage record(1992);
     EXPECT_EQ(Get(0x40000, record), 0);
     ExpectServed();
 }
 
-TEST_F(Guard, ExceptionPassesToTheCallerAndFreesTheGuard) {
+TEST_F(GuardTest, ExceptionPassesToTheCallerAndFreesTheGuard) {
     Place();
     RecordImage record(80);
     server.FailAllocation(1);  // the reader itself

@@ -29,9 +29,9 @@ void Release() {
     nestedAnswer = release();
 }
 
-class NestedReader : public InterfaceTest {
+class NestedReaderTest : public InterfaceTest {
 protected:
-    NestedReader() {
+    NestedReaderTest() {
         table.Add(0, 0, 20);
         table.Add(1, 1, 8).String(4, "Maker");
         Place();
@@ -49,7 +49,7 @@ protected:
     }
 };
 
-TEST_F(NestedReader, SupportQueryWithinTheFirstGetInfoAnswersZeroAndMakesNoReader) {
+TEST_F(NestedReaderTest, SupportQueryWithinTheFirstGetInfoAnswersZeroAndMakesNoReader) {
     std::size_t readers = 0;
     for (const char* call : kAccesses) {
         release();
@@ -61,14 +61,14 @@ TEST_F(NestedReader, SupportQueryWithinTheFirstGetInfoAnswersZeroAndMakesNoReade
     }
 }
 
-TEST_F(NestedReader, SupportQueryWithinASupportQueryAnswersZeroAndMakesNoReader) {
+TEST_F(NestedReaderTest, SupportQueryWithinASupportQueryAnswersZeroAndMakesNoReader) {
     During("read", AskForSupport);
     EXPECT_EQ(IsSmBiosSupport(), 1);
     EXPECT_EQ(nestedAnswer, 0);
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
-TEST_F(NestedReader, GetInfoWithinASupportQueryIsBusyMakesNoReaderAndLeavesNoFlagSet) {
+TEST_F(NestedReaderTest, GetInfoWithinASupportQueryIsBusyMakesNoReaderAndLeavesNoFlagSet) {
     std::size_t readers = 0;
     for (const char* call : kAccesses) {
         release();
@@ -81,7 +81,7 @@ TEST_F(NestedReader, GetInfoWithinASupportQueryIsBusyMakesNoReaderAndLeavesNoFla
     }
 }
 
-TEST_F(NestedReader, EveryCommandWithinASupportQueryIsBusy) {
+TEST_F(NestedReaderTest, EveryCommandWithinASupportQueryIsBusy) {
     for (void (*const action)() : {AskForPciFunctions, AskForNothing}) {
         release();
         During("read", action);
@@ -92,7 +92,7 @@ TEST_F(NestedReader, EveryCommandWithinASupportQueryIsBusy) {
     EXPECT_EQ(server.GetLog().Count("iopl"), 0u);
 }
 
-TEST_F(NestedReader, ReleaseWithinTheCreationFreesNothing) {
+TEST_F(NestedReaderTest, ReleaseWithinTheCreationFreesNothing) {
     During("read", Release);
     EXPECT_EQ(IsSmBiosSupport(), 1);
     EXPECT_EQ(nestedAnswer, 0);
@@ -100,7 +100,7 @@ TEST_F(NestedReader, ReleaseWithinTheCreationFreesNothing) {
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
-TEST_F(NestedReader, CreationThatEndsInAnExceptionLeavesNoFlagSet) {
+TEST_F(NestedReaderTest, CreationThatEndsInAnExceptionLeavesNoFlagSet) {
     server.FailAllocation(1);  // the reader itself
     EXPECT_THROW(IsSmBiosSupport(), std::bad_alloc);
     ExpectSystemAnswered();

@@ -23,9 +23,9 @@ namespace {
 
 constexpr unsigned long kSystem = 0x10000000;
 
-class OwnFields : public InterfaceTest {};
+class OwnFieldsTest : public InterfaceTest {};
 
-TEST_F(OwnFields, ReaderWithATableAnswersWhateverTheMethodsSay) {
+TEST_F(OwnFieldsTest, ReaderWithATableAnswersWhateverTheMethodsSay) {
     table.Add(1, 1, 8).String(4, "Maker");
     Place();
     for (const int answer : {0, 1}) {
@@ -35,7 +35,7 @@ TEST_F(OwnFields, ReaderWithATableAnswersWhateverTheMethodsSay) {
     }
 }
 
-TEST_F(OwnFields, ReaderWithoutATableFailsWhateverTheMethodsSay) {
+TEST_F(OwnFieldsTest, ReaderWithoutATableFailsWhateverTheMethodsSay) {
     for (const int answer : {0, 1}) {
         agentsAnswer = answer;
         RecordImage record(80);

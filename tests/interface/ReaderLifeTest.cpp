@@ -7,7 +7,7 @@ namespace {
 
 constexpr unsigned long kSystem = 0x10000000;
 
-class ReaderLife : public InterfaceTest {
+class ReaderLifeTest : public InterfaceTest {
 protected:
     void PlaceMaker(const std::string& maker) {
         table = sim::SmbiosTable();
@@ -21,12 +21,12 @@ protected:
     }
 };
 
-TEST_F(ReaderLife, NothingIsReadBeforeTheFirstCall) {
+TEST_F(ReaderLifeTest, NothingIsReadBeforeTheFirstCall) {
     PlaceMaker("first");
     EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
-TEST_F(ReaderLife, FirstCallReadsTheMachineInSixCalls) {
+TEST_F(ReaderLifeTest, FirstCallReadsTheMachineInSixCalls) {
     PlaceMaker("first");
     ExpectMaker("first");
     EXPECT_THAT(server.GetLog().Lines(),
@@ -36,7 +36,7 @@ TEST_F(ReaderLife, FirstCallReadsTheMachineInSixCalls) {
                     "read /dev/mem 0xF0000 1048576 -> 1048576", "close /dev/mem -> 0"));
 }
 
-TEST_F(ReaderLife, FurtherCallsOfEveryTableCommandReadNothing) {
+TEST_F(ReaderLifeTest, FurtherCallsOfEveryTableCommandReadNothing) {
     PlaceMaker("first");
     ExpectMaker("first");
     server.GetLog().Clear();
@@ -51,7 +51,7 @@ TEST_F(ReaderLife, FurtherCallsOfEveryTableCommandReadNothing) {
     EXPECT_EQ(server.GetLog().Lines(), std::vector<std::string>());
 }
 
-TEST_F(ReaderLife, ChangedMemoryIsSeenAfterReleaseOnly) {
+TEST_F(ReaderLifeTest, ChangedMemoryIsSeenAfterReleaseOnly) {
     PlaceMaker("first");
     ExpectMaker("first");
     PlaceMaker("second");
@@ -60,7 +60,7 @@ TEST_F(ReaderLife, ChangedMemoryIsSeenAfterReleaseOnly) {
     ExpectMaker("second");
 }
 
-TEST_F(ReaderLife, ReleaseTwiceInARowIsHarmless) {
+TEST_F(ReaderLifeTest, ReleaseTwiceInARowIsHarmless) {
     EXPECT_EQ(release(), 0);
     EXPECT_EQ(release(), 0);
     PlaceMaker("first");
@@ -71,7 +71,7 @@ TEST_F(ReaderLife, ReleaseTwiceInARowIsHarmless) {
     EXPECT_EQ(server.GetLog().Count("open"), 2u);
 }
 
-TEST_F(ReaderLife, ReleaseTouchesNothing) {
+TEST_F(ReaderLifeTest, ReleaseTouchesNothing) {
     PlaceMaker("first");
     ExpectMaker("first");
     server.GetLog().Clear();
@@ -79,7 +79,7 @@ TEST_F(ReaderLife, ReleaseTouchesNothing) {
     EXPECT_TRUE(server.GetLog().Accesses().empty());
 }
 
-TEST_F(ReaderLife, ReaderThatFailedStaysInPlaceAndFailsFast) {
+TEST_F(ReaderLifeTest, ReaderThatFailedStaysInPlaceAndFailsFast) {
     PlaceMaker("first");
     server.Fail("lseek", 1);
     testing::internal::CaptureStderr();
@@ -93,7 +93,7 @@ TEST_F(ReaderLife, ReaderThatFailedStaysInPlaceAndFailsFast) {
     ExpectMaker("first");
 }
 
-TEST_F(ReaderLife, SupportQueryMakesTheReaderAndGetInfoUsesIt) {
+TEST_F(ReaderLifeTest, SupportQueryMakesTheReaderAndGetInfoUsesIt) {
     PlaceMaker("first");
     EXPECT_EQ(IsSmBiosSupport(), 1);
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
@@ -102,13 +102,13 @@ TEST_F(ReaderLife, SupportQueryMakesTheReaderAndGetInfoUsesIt) {
     EXPECT_EQ(IsSmBiosSupport(), 1);
 }
 
-TEST_F(ReaderLife, SupportIsZeroWithoutAnEntryPoint) {
+TEST_F(ReaderLifeTest, SupportIsZeroWithoutAnEntryPoint) {
     EXPECT_EQ(IsSmBiosSupport(), 0);
     EXPECT_EQ(IsSmBiosSupport(), 0);
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
 }
 
-TEST_F(ReaderLife, SupportIsZeroWithALegacyDmiEntryPointAlone) {
+TEST_F(ReaderLifeTest, SupportIsZeroWithALegacyDmiEntryPointAlone) {
     table.Add(1, 1, 8).String(4, "Maker");
     sim::SmbiosPlacement placement;
     placement.anchor = sim::SmbiosPlacement::Anchor::kDmi;
@@ -117,7 +117,7 @@ TEST_F(ReaderLife, SupportIsZeroWithALegacyDmiEntryPointAlone) {
     ExpectMaker("Maker");
 }
 
-TEST_F(ReaderLife, SupportIsOneWhenTheTableCouldNotBeReadAndGetInfoFails) {
+TEST_F(ReaderLifeTest, SupportIsOneWhenTheTableCouldNotBeReadAndGetInfoFails) {
     PlaceMaker("first");
     server.Fail("read", 2);
     EXPECT_EQ(IsSmBiosSupport(), 1);
@@ -126,7 +126,7 @@ TEST_F(ReaderLife, SupportIsOneWhenTheTableCouldNotBeReadAndGetInfoFails) {
     EXPECT_TRUE(SameBytes(RecordImage(80), record));
 }
 
-TEST_F(ReaderLife, SupportIsZeroWhenTheDeviceIsRefused) {
+TEST_F(ReaderLifeTest, SupportIsZeroWhenTheDeviceIsRefused) {
     PlaceMaker("first");
     server.Refuse("/dev/mem");
     testing::internal::CaptureStderr();
@@ -134,7 +134,7 @@ TEST_F(ReaderLife, SupportIsZeroWhenTheDeviceIsRefused) {
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "open /dev/mem\n: Permission denied\n");
 }
 
-TEST_F(ReaderLife, SupportQueryPassesAnExceptionOn) {
+TEST_F(ReaderLifeTest, SupportQueryPassesAnExceptionOn) {
     PlaceMaker("first");
     server.FailAllocation(1);
     EXPECT_THROW(IsSmBiosSupport(), std::bad_alloc);

@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(Records, Cache) {
+TEST(RecordsTest, CacheHasTheLayoutThatAgentsUse) {
     ExpectLayout("CACHE", sizeof(CACHE),
                  {{offsetof(CACHE, MaxSize), 16},
                   {offsetof(CACHE, InstalledSize), 16},
@@ -15,7 +15,7 @@ TEST(Records, Cache) {
                  80);
 }
 
-TEST(Records, Processor) {
+TEST(RecordsTest, ProcessorHasTheLayoutThatAgentsUse) {
     ExpectLayout("CPU", sizeof(CPU),
                  {{offsetof(CPU, family), 48},
                   {offsetof(CPU, stepping), 16},
@@ -30,7 +30,7 @@ TEST(Records, Processor) {
                  424);
 }
 
-TEST(Records, Bank) {
+TEST(RecordsTest, BankHasTheLayoutThatAgentsUse) {
     ExpectLayout("BANK", sizeof(BANK),
                  {{offsetof(BANK, size), 16},
                   {offsetof(BANK, speed), 16},
@@ -41,12 +41,12 @@ TEST(Records, Bank) {
                  124);
 }
 
-TEST(Records, Port) {
+TEST(RecordsTest, PortHasTheLayoutThatAgentsUse) {
     ExpectLayout("PORT", sizeof(PORT),
                  {{offsetof(PORT, type), 48}, {offsetof(PORT, description), 32}}, 80);
 }
 
-TEST(Records, PowerSupply) {
+TEST(RecordsTest, PowerSupplyHasTheLayoutThatAgentsUse) {
     ExpectLayout("SYS_POWER", sizeof(SYS_POWER),
                  {{offsetof(SYS_POWER, manufacturer), 32},
                   {offsetof(SYS_POWER, ProductName), 32},
@@ -58,7 +58,7 @@ TEST(Records, PowerSupply) {
                  152);
 }
 
-TEST(Records, SensorThreshold) {
+TEST(RecordsTest, SensorThresholdHasTheLayoutThatAgentsUse) {
     using Info = SensorThresholdInfo;
     ExpectLayout("SensorThresholdInfo", sizeof(Info),
                  {{offsetof(Info, DeviceID), 4},
@@ -94,14 +94,14 @@ void ExpectSensorLayout(const char* record, std::size_t reading) {
                  216);
 }
 
-TEST(Records, Sensors) {
+TEST(RecordsTest, SensorsHaveTheLayoutThatAgentsUse) {
     ExpectSensorLayout<FAN_DEVICE>("FAN_DEVICE", offsetof(FAN_DEVICE, speed));
     ExpectSensorLayout<VOLTAGE_PROBE>("VOLTAGE_PROBE", offsetof(VOLTAGE_PROBE, CurrentVoltage));
     ExpectSensorLayout<TEMPERATURE_PROBE>("TEMPERATURE_PROBE",
                                           offsetof(TEMPERATURE_PROBE, CurrentTemperature));
 }
 
-TEST(Records, UninterruptiblePowerSupply) {
+TEST(RecordsTest, UninterruptiblePowerSupplyHasTheLayoutThatAgentsUse) {
     ExpectLayout("UPSInfor", sizeof(UPSInfor),
                  {{offsetof(UPSInfor, DeviceName), 16},
                   {offsetof(UPSInfor, SerialNo), 32},
@@ -112,7 +112,7 @@ TEST(Records, UninterruptiblePowerSupply) {
                  112);
 }
 
-TEST(Records, Board) {
+TEST(RecordsTest, BoardHasTheLayoutThatAgentsUse) {
     using Board = BaseBoardInformation;
     ExpectLayout("BaseBoardInformation", sizeof(Board),
                  {{offsetof(Board, ProductName), 32},
@@ -126,7 +126,7 @@ TEST(Records, Board) {
                  208);
 }
 
-TEST(Records, System) {
+TEST(RecordsTest, SystemHasTheLayoutThatAgentsUse) {
     ExpectLayout("SysInformation", sizeof(SysInformation),
                  {{offsetof(SysInformation, SysProductName), 32},
                   {offsetof(SysInformation, manufacturer), 32},
@@ -134,7 +134,7 @@ TEST(Records, System) {
                  80);
 }
 
-TEST(Records, ContainersOfProcessorsMemoryPortsAndPower) {
+TEST(RecordsTest, ContainersOfProcessorsMemoryPortsAndPowerHaveTheLayoutThatAgentsUse) {
     ExpectLayout("ProcessorInformation", sizeof(ProcessorInformation),
                  {{offsetof(ProcessorInformation, quantity), 4},
                   {offsetof(ProcessorInformation, cpu), 8 * 424}},
@@ -157,7 +157,7 @@ TEST(Records, ContainersOfProcessorsMemoryPortsAndPower) {
         {{offsetof(UPSInformation, quantity), 4}, {offsetof(UPSInformation, ups), 16 * 112}}, 1796);
 }
 
-TEST(Records, ContainersOfSensorsAndLoad) {
+TEST(RecordsTest, ContainersOfSensorsAndLoadHaveTheLayoutThatAgentsUse) {
     ExpectLayout(
         "FanInformation", sizeof(FanInformation),
         {{offsetof(FanInformation, quantity), 4}, {offsetof(FanInformation, fan), 16 * 216}}, 3460);

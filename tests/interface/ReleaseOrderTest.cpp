@@ -28,14 +28,14 @@ extern "C" void AgentsDestructor(SmBios* reader) {
 
 namespace {
 
-class ReleaseOrder : public InterfaceTest {
+class ReleaseOrderTest : public InterfaceTest {
 protected:
-    ReleaseOrder() {
+    ReleaseOrderTest() {
         table.Add(1, 1, 8).String(4, "Maker");
         Place();
         server.GetBmc();
     }
-    ~ReleaseOrder() override { whenTheReaderIsDestroyed = nullptr; }
+    ~ReleaseOrderTest() override { whenTheReaderIsDestroyed = nullptr; }
 
     std::size_t ClosesOfTheController() {
         std::size_t count = 0;
@@ -45,7 +45,7 @@ protected:
     }
 };
 
-TEST_F(ReleaseOrder, SmBiosReaderIsFreedBeforeTheIpmiObject) {
+TEST_F(ReleaseOrderTest, SmBiosReaderIsFreedBeforeTheIpmiObject) {
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(IsSmBiosSupport(), 1);
     server.GetLog().Clear();
@@ -61,7 +61,7 @@ TEST_F(ReleaseOrder, SmBiosReaderIsFreedBeforeTheIpmiObject) {
     EXPECT_GT(ClosesOfTheController(), 0u);
 }
 
-TEST_F(ReleaseOrder, ReaderIsForgottenBeforeItIsDestroyed) {
+TEST_F(ReleaseOrderTest, ReaderIsForgottenBeforeItIsDestroyed) {
     EXPECT_EQ(IsSmBiosSupport(), 1);
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
     int nested = -99;

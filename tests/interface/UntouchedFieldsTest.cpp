@@ -17,7 +17,7 @@ bool Kept(const Fields& field) {
     return std::all_of(bytes, bytes + sizeof field, [](unsigned char b) { return b == kCallers; });
 }
 
-class UntouchedFields : public InterfaceTest {
+class UntouchedFieldsTest : public InterfaceTest {
 protected:
     // The command's answer in a record that the caller has filled.
     template <class Record>
@@ -34,7 +34,7 @@ protected:
     }
 };
 
-TEST_F(UntouchedFields, SteppingAndUsageRateOfProcessors) {
+TEST_F(UntouchedFieldsTest, SteppingAndUsageRateOfProcessors) {
     table.Add(7, 0x700, 19).String(4, "L1").Word(7, 32).Word(9, 16).Byte(15, 2);
     for (int i = 0; i < 8; ++i)
         table.Add(4, 0x400, 35)
@@ -57,7 +57,7 @@ TEST_F(UntouchedFields, SteppingAndUsageRateOfProcessors) {
     }
 }
 
-TEST_F(UntouchedFields, ProductNameProductVersionAndBiosEnableOfPowerSupplies) {
+TEST_F(UntouchedFieldsTest, ProductNameProductVersionAndBiosEnableOfPowerSupplies) {
     for (int i = 0; i < 8; ++i)
         table.Add(39, 0x2700, 22)
             .Byte(4, 1)
@@ -78,7 +78,7 @@ TEST_F(UntouchedFields, ProductNameProductVersionAndBiosEnableOfPowerSupplies) {
     }
 }
 
-TEST_F(UntouchedFields, StatusOfFans) {
+TEST_F(UntouchedFieldsTest, StatusOfFans) {
     for (int i = 0; i < 16; ++i) table.Add(27, 0x1B00, 15).Byte(6, 0x63).Word(12, 65535);
     Place();
     const auto record = Ask<FanInformation>(0x2000000);
@@ -87,7 +87,7 @@ TEST_F(UntouchedFields, StatusOfFans) {
     ExpectStatusKept(record.fan);
 }
 
-TEST_F(UntouchedFields, StatusOfVoltagesAndTemperatures) {
+TEST_F(UntouchedFieldsTest, StatusOfVoltagesAndTemperatures) {
     for (int i = 0; i < 32; ++i) {
         table.Add(26, 0x1A00, 22).Byte(5, 0x63).Word(6, 12600).Word(8, 11400).Word(20, 12000);
         table.Add(28, 0x1C00, 22).Byte(5, 0x63).Word(20, 40);

@@ -65,9 +65,10 @@ int ProcessorsOf(const std::string& text) {
     return count;
 }
 
-class StatCapture : public ::testing::Test, public ::testing::WithParamInterface<std::string> {};
+class StatCaptureTest : public ::testing::Test,
+                        public ::testing::WithParamInterface<std::string> {};
 
-TEST_P(StatCapture, HasItsProcessorsAndTheirShares) {
+TEST_P(StatCaptureTest, HasItsProcessorsAndTheirShares) {
     if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
     const std::string before = ContentOf(SharedData("proc/stat") / (GetParam() + ".txt"));
     const int processors = ProcessorsOf(before);
@@ -84,12 +85,13 @@ TEST_P(StatCapture, HasItsProcessorsAndTheirShares) {
         EXPECT_EQ(record.UsageRate[cpu], 100 - 700 / (3 * (cpu + 1) + 7)) << cpu;
 }
 
-INSTANTIATE_TEST_SUITE_P(Machines, StatCapture, ::testing::ValuesIn(Names("proc/stat")),
+INSTANTIATE_TEST_SUITE_P(Machines, StatCaptureTest, ::testing::ValuesIn(Names("proc/stat")),
                          [](const auto& machine) { return TestName(machine.param); });
 
-class FreeCapture : public ::testing::Test, public ::testing::WithParamInterface<std::string> {};
+class FreeCaptureTest : public ::testing::Test,
+                        public ::testing::WithParamInterface<std::string> {};
 
-TEST_P(FreeCapture, GivesTheUsedShareOfItsMemoryLine) {
+TEST_P(FreeCaptureTest, GivesTheUsedShareOfItsMemoryLine) {
     if (GetParam().empty()) GTEST_SKIP() << kNoCaptures;
     const std::string text = ContentOf(SharedData("proc/free") / (GetParam() + ".txt"));
     unsigned long total = 0, used = 0;
@@ -108,7 +110,7 @@ TEST_P(FreeCapture, GivesTheUsedShareOfItsMemoryLine) {
     std::filesystem::remove_all(folder);
 }
 
-INSTANTIATE_TEST_SUITE_P(Machines, FreeCapture, ::testing::ValuesIn(Names("proc/free")),
+INSTANTIATE_TEST_SUITE_P(Machines, FreeCaptureTest, ::testing::ValuesIn(Names("proc/free")),
                          [](const auto& machine) { return TestName(machine.param); });
 
 }  // namespace

@@ -14,7 +14,7 @@ namespace {
 using std::chrono::seconds;
 using ::testing::ElementsAre;
 
-class CpuSample : public ::testing::Test {
+class CpuSampleTest : public ::testing::Test {
 protected:
     std::vector<int> Measure() {
         CpuUsageRageInformation record{};
@@ -37,20 +37,20 @@ protected:
 
 // The file is opened for processors 0, 1 and the missing 2 when they are counted, then for 0 and 1
 // before and after the sleep.
-TEST_F(CpuSample, FirstSampleOfASecondProcessorIsComparedWithZero) {
+TEST_F(CpuSampleTest, FirstSampleOfASecondProcessorIsComparedWithZero) {
     server.GetStat().SetText(seconds(0), "cpu0 1 1 1 1\ncpu1 30 0 0 70\n");
     server.GetStat().SetText(seconds(5), "cpu0 2 2 2 2\ncpu1 31 0 0 70\n");
     EXPECT_THAT(MeasureWithoutSamples(5, 7), ElementsAre(75, 30));
 }
 
-TEST_F(CpuSample, FirstSampleOfTheFirstProcessorIsComparedWithNothing) {
+TEST_F(CpuSampleTest, FirstSampleOfTheFirstProcessorIsComparedWithNothing) {
     server.GetStat().SetText(seconds(0), "cpu0 30 0 0 70\n");
     server.GetStat().SetText(seconds(5), "cpu0 31 0 0 70\n");
     ExecuteFirstTime = 1;  // as if another processor had been sampled before
     EXPECT_THAT(MeasureWithoutSamples(3, 4), ElementsAre(30));
 }
 
-TEST_F(CpuSample, NoProcessorInTheFirstCallMeansNoneInAnyLaterOne) {
+TEST_F(CpuSampleTest, NoProcessorInTheFirstCallMeansNoneInAnyLaterOne) {
     server.GetStat().SetText(seconds(0), "cpu  1 2 3 4\n");
     EXPECT_THAT(Measure(), ElementsAre());
     server.GetStat().SetText(seconds(5), "cpu0 1 2 3 4\n");

@@ -66,9 +66,9 @@ int clock_nanosleep(clockid_t clock, int flags, const timespec* request, timespe
 
 namespace {
 
-class CpuSleep : public ::testing::Test {
+class CpuSleepTest : public ::testing::Test {
 protected:
-    CpuSleep() {
+    CpuSleepTest() {
         now = 17 * kSecond + 345 * kMillisecond;
         nextSignal = 0;
         fractionsWaitedFor = 0;
@@ -101,33 +101,33 @@ protected:
     sim::SimulatedServer server;
 };
 
-TEST_F(CpuSleep, WithoutASignalOneSleepIsTheInterval) {
+TEST_F(CpuSleepTest, WithoutASignalOneSleepIsTheInterval) {
     EXPECT_EQ(Measure(5), 5 * kSecond);
     EXPECT_THAT(Sleeps(), ElementsAre("sleep 5 -> 0"));
     EXPECT_EQ(fractionsWaitedFor, 0);
 }
 
-TEST_F(CpuSleep, AfterASignalTheRestIsSleptToTheFraction) {
+TEST_F(CpuSleepTest, AfterASignalTheRestIsSleptToTheFraction) {
     SignalAfter(2400 * kMillisecond);
     EXPECT_EQ(Measure(5), 5 * kSecond);
     EXPECT_THAT(Sleeps(), ElementsAre("sleep 5 -> 2", "sleep 2 -> 0"));
     EXPECT_EQ(fractionsWaitedFor, 1);
 }
 
-TEST_F(CpuSleep, SignalInTheLastSecondIsNoticedThoughNoWholeSecondIsLeft) {
+TEST_F(CpuSleepTest, SignalInTheLastSecondIsNoticedThoughNoWholeSecondIsLeft) {
     SignalAfter(300 * kMillisecond);
     EXPECT_EQ(Measure(1), 1 * kSecond);
     EXPECT_THAT(Sleeps(), ElementsAre("sleep 1 -> 0"));
     EXPECT_EQ(fractionsWaitedFor, 1);
 }
 
-TEST_F(CpuSleep, TimerOfThreeMillisecondsDoesNotShortenTheInterval) {
+TEST_F(CpuSleepTest, TimerOfThreeMillisecondsDoesNotShortenTheInterval) {
     SignalAfter(3 * kMillisecond, 3 * kMillisecond);
     EXPECT_EQ(Measure(3), 3 * kSecond);
     EXPECT_THAT(Sleeps(), ElementsAre("sleep 3 -> 2", "sleep 2 -> 1", "sleep 1 -> 0"));
 }
 
-TEST_F(CpuSleep, ErrnoIsLeftAlone) {
+TEST_F(CpuSleepTest, ErrnoIsLeftAlone) {
     for (const long long signalAfter : {0LL, 300 * kMillisecond, 1300 * kMillisecond}) {
         if (signalAfter != 0) SignalAfter(signalAfter);
         errno = ENOTTY;

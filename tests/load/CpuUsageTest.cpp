@@ -27,7 +27,7 @@ using ::testing::Not;
     EXPECT_EXIT(statement, ::testing::KilledBySignal(SIGFPE), "")
 #endif
 
-class CpuUsage : public ::testing::Test {
+class CpuUsageTest : public ::testing::Test {
 protected:
     // The answer for an interval, as the busy shares of the processors.
     std::vector<int> Measure(int interval = 5) {
@@ -44,7 +44,7 @@ protected:
         server.GetStat().SetText(seconds(interval), after);
     }
 
-    // One processor with so many ticks of each kind between the samples.
+    // One processor with this number of ticks of each kind between the samples.
     int ShareOf(long user, long nice, long system, long idle) {
         Course("cpu0 1000 2000 3000 4000\n",
                "cpu0 " + std::to_string(1000 + user) + " " + std::to_string(2000 + nice) + " " +
@@ -56,13 +56,13 @@ protected:
     CpuUsageRageInformation record{};
 };
 
-TEST_F(CpuUsage, OneProcessorHasOneShareAndTheOthersAreZero) {
+TEST_F(CpuUsageTest, OneProcessorHasOneShareAndTheOthersAreZero) {
     server.GetStat().SetRates(0, {.user = 20, .nice = 5, .system = 10, .idle = 65});
     EXPECT_THAT(Measure(), ElementsAre(35));
     EXPECT_EQ(server.Clock(), seconds(5));
 }
 
-TEST_F(CpuUsage, EachProcessorHasItsOwnShare) {
+TEST_F(CpuUsageTest, EachProcessorHasItsOwnShare) {
     server.GetStat().SetRates(0, {.user = 100, .nice = 0, .system = 0, .idle = 0});
     server.GetStat().SetRates(1, {.user = 0, .nice = 0, .system = 0, .idle = 100});
     server.GetStat().SetRates(2, {.user = 0, .nice = 50, .system = 0, .idle = 50});
@@ -70,93 +70,93 @@ TEST_F(CpuUsage, EachProcessorHasItsOwnShare) {
     EXPECT_THAT(Measure(), ElementsAre(100, 0, 50, 25));
 }
 
-TEST_F(CpuUsage, OnlyIdleTicksAreNotBusy) {
+TEST_F(CpuUsageTest, OnlyIdleTicksAreNotBusy) {
     EXPECT_EQ(ShareOf(0, 0, 0, 500), 0);
 }
 
-TEST_F(CpuUsage, NoIdleTicksAreAHundredPercent) {
+TEST_F(CpuUsageTest, NoIdleTicksAreAHundredPercent) {
     EXPECT_EQ(ShareOf(1, 1, 1, 0), 100);
 }
 
-TEST_F(CpuUsage, ShareIsRoundedUp) {
+TEST_F(CpuUsageTest, ShareIsRoundedUp) {
     EXPECT_EQ(ShareOf(2, 0, 0, 1), 67);
 }
 
-TEST_F(CpuUsage, SmallestShareIsOnePercent) {
+TEST_F(CpuUsageTest, SmallestShareIsOnePercent) {
     EXPECT_EQ(ShareOf(0, 0, 1, 9999), 1);
 }
 
-TEST_F(CpuUsage, NiceAndSystemTicksAreBusy) {
+TEST_F(CpuUsageTest, NiceAndSystemTicksAreBusy) {
     EXPECT_EQ(ShareOf(0, 10, 20, 70), 30);
 }
 
-TEST_F(CpuUsage, CountersBehindTheFourthAreNotRead) {
+TEST_F(CpuUsageTest, CountersAfterTheFourthAreNotRead) {
     Course("cpu0 0 0 0 0 0 0 0\n", "cpu0 10 0 0 90 5000 5000 5000\n");
     EXPECT_THAT(Measure(), ElementsAre(10));
 }
 
-TEST_F(CpuUsage, CountersThatWrapAroundAreComparedAcross) {
+TEST_F(CpuUsageTest, CountersThatWrapAroundAreComparedAcross) {
     Course("cpu0 4294967290 0 0 4294967200\n", "cpu0 4 0 0 4294967290\n");
     EXPECT_THAT(Measure(), ElementsAre(10));
 }
 
-TEST_F(CpuUsage, IdleTicksAHundredTimesOverWrapAround) {
+TEST_F(CpuUsageTest, IdleTicksAHundredTimesOverWrapAround) {
     // 30,000,000 x 100 is -1,294,967,296 in 32 bits.
     EXPECT_EQ(ShareOf(10000000, 0, 0, 30000000), 100 + 1294967296 / 40000000);
 }
 
-TEST_F(CpuUsage, QuotientBeyondTheNumbersWrapsAround) {
+TEST_F(CpuUsageTest, QuotientBeyondTheNumbersWrapsAround) {
     // 100 x 2^29 is the lowest number in 32 bits; the user's ticks make a total of -1.
     Course("cpu0 0 0 0 0\n", "cpu0 3758096383 0 0 536870912\n");
     EXPECT_THAT(Measure(), ElementsAre(-2147483548));
 }
 
-TEST_F(CpuUsage, ShareBeyondTheNumbersWrapsAround) {
+TEST_F(CpuUsageTest, ShareBeyondTheNumbersWrapsAround) {
     Course("cpu0 0 0 0 0\n", "cpu0 3758096385 0 0 536870912\n");  // a total of 1
     EXPECT_THAT(Measure(), ElementsAre(-2147483548));
 }
 
-TEST_F(CpuUsage, NoTicksAtAllDivideByZero) {
+TEST_F(CpuUsageTest, NoTicksAtAllDivideByZero) {
     Course("cpu0 1 2 3 4\n", "cpu0 1 2 3 4\n");
     EXPECT_DIVISION_BY_ZERO((void)GetCpuUsageRate(5, &record));
 }
 
-TEST_F(CpuUsage, OfNineProcessorsEightAreReported) {
+TEST_F(CpuUsageTest, OfNineProcessorsEightAreReported) {
     for (unsigned cpu = 0; cpu < 9; ++cpu)
         server.GetStat().SetRates(cpu, {.user = cpu * 10, .idle = 100 - cpu * 10});
     EXPECT_THAT(Measure(), ElementsAre(0, 10, 20, 30, 40, 50, 60, 70));
 }
 
-TEST_F(CpuUsage, ServerWithoutALineForAProcessorHasNone) {
+TEST_F(CpuUsageTest, ServerWithoutALineForAProcessorHasNone) {
     server.GetStat().SetText(seconds(0), "cpu  1 2 3 4\nintr 5\n");
     EXPECT_THAT(Measure(), ElementsAre());
     EXPECT_EQ(server.Clock(), seconds(5));
 }
 
-TEST_F(CpuUsage, ProcessorBehindAMissingOneIsNotFound) {
+TEST_F(CpuUsageTest, ProcessorAfterAMissingOneIsNotFound) {
     server.GetStat().SetText(seconds(0), "cpu0 1 2 3 4\ncpu2 1 2 3 4\n");
     server.GetStat().SetText(seconds(5), "cpu0 2 2 3 4\ncpu2 1 2 3 5\n");
     EXPECT_THAT(Measure(), ElementsAre(100));
 }
 
-TEST_F(CpuUsage, ProcessorWithOneNumberIsNotThere) {
+TEST_F(CpuUsageTest, ProcessorWithOneNumberIsNotThere) {
     server.GetStat().SetText(seconds(0), "cpu0 1\n");
     EXPECT_THAT(Measure(), ElementsAre());
 }
 
-TEST_F(CpuUsage, LineBehindTheFirstKibibyteIsNotThere) {
+TEST_F(CpuUsageTest, LinePastTheFirstKibibyteIsNotThere) {
     const std::string filler(1024 - 13, '.');
     Course(filler + "cpu0 1 2 3 4\ncpu1 1 2 3 4\n", filler + "cpu0 2 2 3 5\ncpu1 9 2 3 4\n");
     EXPECT_THAT(Measure(), ElementsAre(50));
 }
 
-TEST_F(CpuUsage, LineThatTheFirstKibibyteCutsIsReadAsFarAsItGoes) {
+TEST_F(CpuUsageTest, LineThatTheFirstKibibyteCutsIsReadAsFarAsItGoes) {
     const std::string filler(1024 - 13, '.');
     Course(filler + "cpu0 1 2 3 4567\n", filler + "cpu0 2 2 3 5678\n");
     EXPECT_THAT(Measure(), ElementsAre(9));  // idle ticks from 45 to 56
 }
 
-TEST_F(CpuUsage, EachCallMeasuresItsOwnInterval) {
+TEST_F(CpuUsageTest, EachCallMeasuresItsOwnInterval) {
     server.GetStat().SetRates(0, {});
     server.GetStat().SetText(seconds(0), "cpu0 0 0 0 0\n");
     server.GetStat().SetText(seconds(5), "cpu0 90 0 0 10\n");
@@ -165,7 +165,7 @@ TEST_F(CpuUsage, EachCallMeasuresItsOwnInterval) {
     EXPECT_THAT(Measure(2), ElementsAre(10));
 }
 
-TEST_F(CpuUsage, TicksBetweenTwoCallsCountInNeither) {
+TEST_F(CpuUsageTest, TicksBetweenTwoCallsCountInNeither) {
     server.GetStat().SetText(seconds(0), "cpu0 0 0 0 0\n");
     server.GetStat().SetText(seconds(5), "cpu0 5 0 0 5\n");
     EXPECT_THAT(Measure(5), ElementsAre(50));
@@ -174,14 +174,14 @@ TEST_F(CpuUsage, TicksBetweenTwoCallsCountInNeither) {
     EXPECT_THAT(Measure(1), ElementsAre(0));
 }
 
-TEST_F(CpuUsage, ProcessorsAreCountedOnce) {
+TEST_F(CpuUsageTest, ProcessorsAreCountedOnce) {
     server.GetStat().SetRates(0, {.user = 50, .idle = 50});
     EXPECT_THAT(Measure(), ElementsAre(50));
     server.GetStat().SetRates(1, {});
     EXPECT_THAT(Measure(), ElementsAre(50));
 }
 
-TEST_F(CpuUsage, ReleaseDoesNotCountThemAgain) {
+TEST_F(CpuUsageTest, ReleaseDoesNotCountThemAgain) {
     server.GetStat().SetRates(0, {.user = 50, .idle = 50});
     EXPECT_THAT(Measure(), ElementsAre(50));
     server.GetStat().SetRates(1, {});
@@ -189,7 +189,7 @@ TEST_F(CpuUsage, ReleaseDoesNotCountThemAgain) {
     EXPECT_THAT(Measure(), ElementsAre(50));
 }
 
-TEST_F(CpuUsage, CountedProcessorThatIsGoneBeforeTheSleepIsAFailure) {
+TEST_F(CpuUsageTest, CountedProcessorThatIsGoneBeforeTheSleepIsAFailure) {
     server.GetStat().SetRates(0, {.user = 50, .idle = 50});
     server.GetStat().SetRates(1, {});
     EXPECT_EQ(Measure().size(), 2u);
@@ -201,7 +201,7 @@ TEST_F(CpuUsage, CountedProcessorThatIsGoneBeforeTheSleepIsAFailure) {
     EXPECT_EQ(server.Clock(), seconds(5));
 }
 
-TEST_F(CpuUsage, CountedProcessorThatIsGoneAfterTheSleepIsAFailure) {
+TEST_F(CpuUsageTest, CountedProcessorThatIsGoneAfterTheSleepIsAFailure) {
     Course("cpu0 1 2 3 4\ncpu1 1 2 3 4\n", "cpu0 5 6 7 8\n");
     RecordImage expected(sizeof record, 0);
     RecordImage actual(sizeof record);
@@ -210,7 +210,7 @@ TEST_F(CpuUsage, CountedProcessorThatIsGoneAfterTheSleepIsAFailure) {
     EXPECT_EQ(server.Clock(), seconds(5));
 }
 
-TEST_F(CpuUsage, EveryFileIsReadOnceAndClosed) {
+TEST_F(CpuUsageTest, EveryFileIsReadOnceAndClosed) {
     Course("cpu0 1 2 3 4\n", "cpu0 2 3 4 5\n");
     Measure();
     const char* const opened = "open /proc/stat O_RDONLY -> ok";
@@ -224,7 +224,7 @@ TEST_F(CpuUsage, EveryFileIsReadOnceAndClosed) {
                             readAll, closed));
 }
 
-TEST_F(CpuUsage, SleepThatASignalEndsIsResumedForTheRest) {
+TEST_F(CpuUsageTest, SleepThatASignalEndsIsResumedForTheRest) {
     Course("cpu0 1 2 3 4\n", "cpu0 2 2 3 7\n");
     server.Fail("sleep", 1, EINTR);
     EXPECT_THAT(Measure(), ElementsAre(25));
@@ -232,7 +232,7 @@ TEST_F(CpuUsage, SleepThatASignalEndsIsResumedForTheRest) {
     EXPECT_EQ(server.Clock(), seconds(5));
 }
 
-TEST_F(CpuUsage, FirstSampleOfTheProcessSetsTheFlagAndItStays) {
+TEST_F(CpuUsageTest, FirstSampleOfTheProcessSetsTheFlagAndItStays) {
     EXPECT_EQ(ExecuteFirstTime, 0);
     server.GetStat().SetRates(0, {});
     Measure();
@@ -241,7 +241,7 @@ TEST_F(CpuUsage, FirstSampleOfTheProcessSetsTheFlagAndItStays) {
     EXPECT_EQ(ExecuteFirstTime, 1);
 }
 
-TEST_F(CpuUsage, FileThatCannotBeOpenedIsSaidAndCountsForEveryProcessor) {
+TEST_F(CpuUsageTest, FileThatCannotBeOpenedIsSaidAndCountsForEveryProcessor) {
     Course("cpu0 1 2 3 4\n", "cpu0 2 3 4 5\n");
     testing::internal::CaptureStdout();
     server.Fail("open", 2);  // counting: processor 1 stands for a second one
@@ -249,7 +249,7 @@ TEST_F(CpuUsage, FileThatCannotBeOpenedIsSaidAndCountsForEveryProcessor) {
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "File open failed!\n");
 }
 
-TEST_F(CpuUsage, FileThatCannotBeOpenedWhileCountingIsSaidForEachOfEightProcessors) {
+TEST_F(CpuUsageTest, FileThatCannotBeOpenedWhileCountingIsSaidForEachOfEightProcessors) {
     for (unsigned cpu = 0; cpu < 8; ++cpu)
         server.GetStat().SetRates(cpu, {.user = cpu * 10, .idle = 100 - cpu * 10});
     for (unsigned i = 1; i <= 8; ++i) server.Fail("open", i);
@@ -260,7 +260,7 @@ TEST_F(CpuUsage, FileThatCannotBeOpenedWhileCountingIsSaidForEachOfEightProcesso
     EXPECT_EQ(testing::internal::GetCapturedStdout(), said);
 }
 
-TEST_F(CpuUsage, FileThatCannotBeReadIsSaidAndLeavesTheDifferences) {
+TEST_F(CpuUsageTest, FileThatCannotBeReadIsSaidAndLeavesTheDifferences) {
     server.GetStat().SetText(seconds(0), "cpu0 0 0 0 0\n");
     server.GetStat().SetText(seconds(5), "cpu0 90 0 0 10\n");
     EXPECT_THAT(Measure(5), ElementsAre(90));
@@ -274,7 +274,7 @@ TEST_F(CpuUsage, FileThatCannotBeReadIsSaidAndLeavesTheDifferences) {
     EXPECT_EQ(server.GetLog().Count("close"), opened);
 }
 
-TEST_F(CpuUsage, ServerWithoutTheFileCountsEightProcessorsAndDividesByZero) {
+TEST_F(CpuUsageTest, ServerWithoutTheFileCountsEightProcessorsAndDividesByZero) {
     EXPECT_DIVISION_BY_ZERO((void)GetCpuUsageRate(5, &record));
 }
 

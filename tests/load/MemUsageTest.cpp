@@ -20,15 +20,15 @@ using ::testing::ElementsAre;
 constexpr const char* kCommand =
     "free |awk '{FS=\":\"; if ($1~/Mem/){print $2}}'|awk '{print $1;print $2}' > Memusage_dat ";
 
-class MemUsage : public ::testing::Test {
+class MemUsageTest : public ::testing::Test {
 protected:
-    MemUsage() : before(std::filesystem::current_path()) {
+    MemUsageTest() : before(std::filesystem::current_path()) {
         std::string name = testing::TempDir() + "memory-XXXXXX";
         if (mkdtemp(name.data()) == nullptr) throw std::runtime_error("no folder " + name);
         folder = name;
         std::filesystem::current_path(folder);
     }
-    ~MemUsage() override {
+    ~MemUsageTest() override {
         std::filesystem::current_path(before);
         std::filesystem::remove_all(folder);
     }
@@ -43,49 +43,49 @@ protected:
     sim::SimulatedServer server;
 };
 
-TEST_F(MemUsage, ShareIsTruncated) {
+TEST_F(MemUsageTest, ShareIsTruncated) {
     EXPECT_EQ(ShareOf(1000, 999), 99);
     EXPECT_EQ(ShareOf(3, 1), 33);
     EXPECT_EQ(ShareOf(3, 2), 66);
 }
 
-TEST_F(MemUsage, WholeShares) {
+TEST_F(MemUsageTest, WholeSharesAreReported) {
     EXPECT_EQ(ShareOf(1000, 0), 0);
     EXPECT_EQ(ShareOf(1000, 10), 1);
     EXPECT_EQ(ShareOf(1000, 1000), 100);
     EXPECT_EQ(ShareOf(524288, 262144), 50);
 }
 
-TEST_F(MemUsage, ShareIsNarrowedToAFloatBeforeItIsTruncated) {
+TEST_F(MemUsageTest, ShareIsNarrowedToAFloatBeforeItIsTruncated) {
     // 99.999999... rounds up to 100 with 24 digits.
     EXPECT_EQ(ShareOf(2147483647, 2147483646), 100);
     EXPECT_EQ(ShareOf(16777216, 16777215), 99);
 }
 
-TEST_F(MemUsage, LargeNumbersDoNotOverflow) {
+TEST_F(MemUsageTest, LargeNumbersDoNotOverflow) {
     EXPECT_EQ(ShareOf(2000000000, 1500000000), 75);
 }
 
-TEST_F(MemUsage, NumbersPastALongAreTheLargestOne) {
+TEST_F(MemUsageTest, NumbersPastALongAreTheLargestOne) {
     EXPECT_EQ(ShareOf(8000000000, 6000000000), 100);
 }
 
-TEST_F(MemUsage, CommandIsTheWholeLineForTheShell) {
+TEST_F(MemUsageTest, CommandIsTheWholeLineForTheShell) {
     ShareOf(1000, 500);
     EXPECT_THAT(server.GetLog().Lines(), ElementsAre("system " + std::string(kCommand) + " -> 0"));
 }
 
-TEST_F(MemUsage, NoFileRemains) {
+TEST_F(MemUsageTest, NoFileRemains) {
     EXPECT_EQ(ShareOf(1000, 500), 50);
     EXPECT_TRUE(std::filesystem::is_empty(folder));
 }
 
-TEST_F(MemUsage, FileOfAnotherRunIsOverwritten) {
+TEST_F(MemUsageTest, FileOfAnotherRunIsOverwritten) {
     std::ofstream("Memusage_dat") << "100\n100\n";
     EXPECT_EQ(ShareOf(1000, 500), 50);
 }
 
-TEST_F(MemUsage, FileThatTheShellCannotMakeIsSaid) {
+TEST_F(MemUsageTest, FileThatTheShellCannotMakeIsSaid) {
     std::filesystem::create_directory("gone");
     std::filesystem::current_path("gone");
     std::filesystem::remove(folder / "gone");  // nothing can be made in a folder that is not there
@@ -96,7 +96,7 @@ TEST_F(MemUsage, FileThatTheShellCannotMakeIsSaid) {
     (void)testing::internal::GetCapturedStderr();
 }
 
-TEST_F(MemUsage, FailedCommandLeavesTheFileOfAnotherRunToBeRead) {
+TEST_F(MemUsageTest, FailedCommandLeavesTheFileOfAnotherRunToBeRead) {
     std::ofstream("Memusage_dat") << "1000\n250\n";
     server.GetFreeProgram().SetMemory(1000, 500);
     server.Fail("system", 1, ENOMEM);
@@ -105,7 +105,7 @@ TEST_F(MemUsage, FailedCommandLeavesTheFileOfAnotherRunToBeRead) {
 }
 
 // What the file holds when the command writes nothing.
-class MemFile : public MemUsage {
+class MemFileTest : public MemUsageTest {
 protected:
     int ShareOfFile(const std::string& text) {
         std::ofstream("Memusage_dat") << text;
@@ -115,30 +115,30 @@ protected:
     }
 };
 
-TEST_F(MemFile, NumbersAreDecimalWithWhateverFollows) {
+TEST_F(MemFileTest, NumbersAreDecimalWithWhateverFollows) {
     EXPECT_EQ(ShareOfFile("1000\n500"), 50);
     EXPECT_EQ(ShareOfFile(" 1000 kB\n 300 kB\n"), 30);
     EXPECT_EQ(ShareOfFile("0100\n050\n"), 50);
 }
 
-TEST_F(MemFile, LineThatIsNoNumberIsZero) {
+TEST_F(MemFileTest, LineThatIsNoNumberIsZero) {
     EXPECT_EQ(ShareOfFile("1000\nmuch\n"), 0);
     EXPECT_EQ(ShareOfFile("1000\n"), 0);
 }
 
-TEST_F(MemFile, ShareOfNoMemoryIsTheProcessorsIndefiniteInteger) {
+TEST_F(MemFileTest, ShareOfNoMemoryIsTheProcessorsIndefiniteInteger) {
     EXPECT_EQ(ShareOfFile("0\n0\n"), INT_MIN);
     EXPECT_EQ(ShareOfFile("0\n1\n"), INT_MIN);
     EXPECT_EQ(ShareOfFile(""), INT_MIN);
 }
 
-TEST_F(MemFile, LineIsReadInPiecesOfTwoHundredFiftyFiveBytes) {
+TEST_F(MemFileTest, LineIsReadInPiecesOfTwoHundredFiftyFiveBytes) {
     const std::string zeros(255 - 4, '0');
     EXPECT_EQ(ShareOfFile(zeros + "1000" + "250\n999\n"), 25);
     EXPECT_EQ(ShareOfFile(zeros + "100\n25\n"), 25);
 }
 
-TEST_F(MemFile, NegativeNumbersAreRead) {
+TEST_F(MemFileTest, NegativeNumbersAreRead) {
     EXPECT_EQ(ShareOfFile("1000\n-999\n"), -99);
 }
 

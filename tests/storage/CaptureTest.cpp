@@ -39,9 +39,9 @@ struct IdeMachine {
     std::vector<ExpectedDisk> disks;
 };
 
-class IdeCapture : public StorageTest, public ::testing::WithParamInterface<IdeMachine> {};
+class IdeCaptureTest : public StorageTest, public ::testing::WithParamInterface<IdeMachine> {};
 
-TEST_P(IdeCapture, ListsItsDisks) {
+TEST_P(IdeCaptureTest, ListsItsDisks) {
     const std::filesystem::path folder = SharedData("proc/ide") / GetParam().name;
     if (!std::filesystem::exists(folder)) GTEST_SKIP() << kNoCaptures;
     for (const auto& channel : std::filesystem::directory_iterator(folder))
@@ -66,7 +66,7 @@ TEST_P(IdeCapture, ListsItsDisks) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Machines, IdeCapture,
+    Machines, IdeCaptureTest,
     ::testing::Values(IdeMachine{"ali-pentium3", {{"ide0/hda", "Primary Master", "160041885696"}}},
                       IdeMachine{"two-disks-two-optical",
                                  {{"ide0/hda", "Primary Master", "80060424192"},
@@ -76,7 +76,7 @@ INSTANTIATE_TEST_SUITE_P(
                                   {"ide1/hdc", "Secondry Master", "80026361856"}}}),
     [](const auto& machine) { return TestName(machine.param.name); });
 
-TEST(IdeCaptures, AreAllCompared) {
+TEST(IdeCapturesTest, AreAllCompared) {
     const std::filesystem::path folder = SharedData("proc/ide");
     if (!std::filesystem::exists(folder)) GTEST_SKIP() << kNoCaptures;
     std::vector<std::string> names;
@@ -114,9 +114,9 @@ std::map<int, std::uint64_t> PeerSizes(const std::string& name) {
     return sizes;
 }
 
-class DiskCapture : public StorageTest, public ::testing::WithParamInterface<DiskCase> {};
+class DiskCaptureTest : public StorageTest, public ::testing::WithParamInterface<DiskCase> {};
 
-TEST_P(DiskCapture, ListsItsPartitions) {
+TEST_P(DiskCaptureTest, ListsItsPartitions) {
     const std::filesystem::path dump =
         SharedData("disk") / (std::string(GetParam().name) + ".sectors.txt");
     if (!std::filesystem::exists(dump)) GTEST_SKIP() << kNoCaptures;
@@ -145,7 +145,7 @@ TEST_P(DiskCapture, ListsItsPartitions) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    Disks, DiskCapture,
+    Disks, DiskCaptureTest,
     ::testing::Values(
         DiskCase{"primary-4types",
                  {{1, "Linux"}, {2, "Linux swap"}, {3, "Win95 FAT32"}, {4, "HPFS/NTFS"}}},
@@ -173,7 +173,7 @@ INSTANTIATE_TEST_SUITE_P(
         DiskCase{"logicals-with-gap", {{1, "Linux"}, {5, "Linux", -1}}}),
     [](const auto& disk) { return TestName(disk.param.name); });
 
-TEST(DiskCaptures, AreAllCompared) {
+TEST(DiskCapturesTest, AreAllCompared) {
     const std::vector<std::string> names = CapturesEndingIn("disk", ".sectors.txt");
     if (names.empty()) GTEST_SKIP() << kNoCaptures;
     EXPECT_EQ(names.size(), 12u);

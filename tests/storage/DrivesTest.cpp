@@ -22,7 +22,7 @@ constexpr std::size_t EntryAt(std::size_t index) {
 constexpr std::size_t kType = 8, kSize = 72, kModel = 136, kControllerType = 200;
 constexpr std::size_t kControllerNo = 264, kSerialNo = 328;
 
-class Drives : public StorageTest {
+class DrivesTest : public StorageTest {
 protected:
     sim::IdeDrive Disk(const std::string& model = "ST340014A",
                        const std::string& serial = "5JX7A1B2") {
@@ -72,7 +72,7 @@ protected:
     StorageInformation record{};
 };
 
-TEST_F(Drives, ServerWithoutIdeDevicesSaysSo) {
+TEST_F(DrivesTest, ServerWithoutIdeDevicesSaysSo) {
     record.quantityIDE = 7;
     testing::internal::CaptureStdout();
     GetStorageInfo(&record);
@@ -81,7 +81,7 @@ TEST_F(Drives, ServerWithoutIdeDevicesSaysSo) {
     EXPECT_THAT(server.GetLog().Lines(), ElementsAre("opendir /proc/ide -> -1 ENOENT"));
 }
 
-TEST_F(Drives, ServerWithAnEmptyIdeFolderSaysNothing) {
+TEST_F(DrivesTest, ServerWithAnEmptyIdeFolderSaysNothing) {
     server.GetMachine().InstallDirectory("/proc/ide");
     record.quantityIDE = 7;
     testing::internal::CaptureStdout();
@@ -91,7 +91,7 @@ TEST_F(Drives, ServerWithAnEmptyIdeFolderSaysNothing) {
     ExpectAllClosed();
 }
 
-TEST_F(Drives, DiskFillsItsEntryAndNothingElse) {
+TEST_F(DrivesTest, DiskFillsItsEntryAndNothingElse) {
     Put('a', Disk());
     RecordImage expected(sizeof(StorageInformation));
     expected.Number(0, 1);
@@ -107,7 +107,7 @@ TEST_F(Drives, DiskFillsItsEntryAndNothingElse) {
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
-TEST_F(Drives, FilesAreReadInTheirOrderAndClosed) {
+TEST_F(DrivesTest, FilesAreReadInTheirOrderAndClosed) {
     Put('a', Disk());
     Read();
     EXPECT_THAT(
@@ -127,7 +127,7 @@ TEST_F(Drives, FilesAreReadInTheirOrderAndClosed) {
             "opendir /proc/ide/ide1/ -> -1 ENOENT", "opendir /proc/ide/ide1/ -> -1 ENOENT"));
 }
 
-TEST_F(Drives, FourDisksFillFourEntriesInTheOrderOfTheirSlots) {
+TEST_F(DrivesTest, FourDisksFillFourEntriesInTheOrderOfTheirSlots) {
     for (const char letter : {'d', 'b', 'c', 'a'}) Put(letter, Disk(std::string("Disk ") + letter));
     EXPECT_EQ(Read().quantityIDE, 4);
     EXPECT_THAT(ControllerNumbers(), ElementsAre("Primary Master", "Primary Slave",
@@ -137,23 +137,23 @@ TEST_F(Drives, FourDisksFillFourEntriesInTheOrderOfTheirSlots) {
     ExpectAllClosed();
 }
 
-TEST_F(Drives, OnlyDiskAtHdcIsTheFirstEntry) {
+TEST_F(DrivesTest, OnlyDiskAtHdcIsTheFirstEntry) {
     Put('c', Disk());
     EXPECT_EQ(Read().quantityIDE, 1);
     EXPECT_STREQ(record.driveArray[0].ControllerNo, "Secondry Master");
     EXPECT_THAT(server.GetLog().Lines(), Contains("open /dev/hdc O_RDONLY -> ok"));
 }
 
-TEST_F(Drives, OpticalDriveHasNoEntryAndDoesNotHideTheNextDisk) {
+TEST_F(DrivesTest, OpticalDriveHasNoEntryAndDoesNotHideTheNextDisk) {
     Put('a', With("media", "cdrom\n"));
-    Put('b', Disk("Behind"));
+    Put('b', Disk("After"));
     EXPECT_EQ(Read().quantityIDE, 1);
     EXPECT_STREQ(record.driveArray[0].type, "hdd");
-    EXPECT_STREQ(record.driveArray[0].model, "Behind");
+    EXPECT_STREQ(record.driveArray[0].model, "After");
     EXPECT_STREQ(record.driveArray[0].ControllerNo, "Primary Slave");
 }
 
-TEST_F(Drives, MediaOfARejectedDriveStaysInTheEntryBehindTheLast) {
+TEST_F(DrivesTest, MediaOfARejectedDriveStaysInTheEntryAfterTheLast) {
     Put('a', Disk());
     Put('d', With("media", "cdrom\n"));
     EXPECT_EQ(Read().quantityIDE, 1);
@@ -161,7 +161,7 @@ TEST_F(Drives, MediaOfARejectedDriveStaysInTheEntryBehindTheLast) {
     EXPECT_STREQ(record.driveArray[1].model, "");
 }
 
-TEST_F(Drives, OnlyTheExactWordDiskIsADisk) {
+TEST_F(DrivesTest, OnlyTheExactWordDiskIsADisk) {
     for (const char* media : {"cdrom\n", "disks\n", "dis\n", "Disk\n", "disk\n\n", " disk\n", "\n",
                               "disk \n", "tape\n", "UNKNOWN\n"}) {
         Put('a', With("media", media));
@@ -172,7 +172,7 @@ TEST_F(Drives, OnlyTheExactWordDiskIsADisk) {
     EXPECT_EQ(Read().quantityIDE, 1);
 }
 
-TEST_F(Drives, UnreadableMediaIsNoDiskEvenIfTheRecordSaysSo) {
+TEST_F(DrivesTest, UnreadableMediaIsNoDiskEvenIfTheRecordSaysSo) {
     Put('a', Without("media"));
     std::strcpy(record.driveArray[0].type, "disk");
     GetStorageInfo(&record);
@@ -182,7 +182,7 @@ TEST_F(Drives, UnreadableMediaIsNoDiskEvenIfTheRecordSaysSo) {
     EXPECT_EQ(record.quantityIDE, 0);
 }
 
-TEST_F(Drives, MissingFilesLeaveTheirFields) {
+TEST_F(DrivesTest, MissingFilesLeaveTheirFields) {
     sim::IdeDrive drive = Disk();
     drive.files = {{"media", "disk\n"}};
     Put('a', drive);
@@ -195,7 +195,7 @@ TEST_F(Drives, MissingFilesLeaveTheirFields) {
     EXPECT_STREQ(record.driveArray[0].ControllerType, "ide");
 }
 
-TEST_F(Drives, FailedReadsLeaveTheirFields) {
+TEST_F(DrivesTest, FailedReadsLeaveTheirFields) {
     Put('a', Disk());
     std::strcpy(record.driveArray[0].model, "model before");
     server.Fail("read", 2);
@@ -206,7 +206,7 @@ TEST_F(Drives, FailedReadsLeaveTheirFields) {
     ExpectAllClosed();
 }
 
-TEST_F(Drives, MissingFoldersSkipTheSlot) {
+TEST_F(DrivesTest, MissingFoldersSkipTheSlot) {
     Put('a', Disk());
     Put('b', Disk("Second"));
     server.Fail("opendir", 2, EMFILE);  // ide0 for hda
@@ -217,7 +217,7 @@ TEST_F(Drives, MissingFoldersSkipTheSlot) {
     EXPECT_STREQ(record.driveArray[0].model, "Second");
 }
 
-TEST_F(Drives, TextsOfTheMachineAreCutToTheirFields) {
+TEST_F(DrivesTest, TextsOfTheMachineAreCutToTheirFields) {
     sim::IdeDrive drive = With("model", std::string(80, 'm') + "\n");
     Put('a', drive);
     Read();
@@ -225,7 +225,7 @@ TEST_F(Drives, TextsOfTheMachineAreCutToTheirFields) {
     EXPECT_STREQ(record.driveArray[0].ControllerType, "ide");
 }
 
-TEST_F(Drives, TextThatFillsItsFieldWithTheLineEndIsWhole) {
+TEST_F(DrivesTest, TextThatFillsItsFieldWithTheLineEndIsWhole) {
     EXPECT_EQ(std::string(ReadOnly(With("model", std::string(63, 'm') + "\n")).model),
               std::string(63, 'm'));
     EXPECT_EQ(std::string(ReadOnly(With("model", std::string(62, 'm') + "\n")).model),
@@ -234,50 +234,50 @@ TEST_F(Drives, TextThatFillsItsFieldWithTheLineEndIsWhole) {
               std::string(63, 'm'));
 }
 
-TEST_F(Drives, ShortTextOverALongerOneIsTerminated) {
+TEST_F(DrivesTest, ShortTextOverALongerOneIsTerminated) {
     Put('a', Disk("Short"));
     std::strcpy(record.driveArray[0].model, "A much longer model name");
     GetStorageInfo(&record);
     EXPECT_STREQ(record.driveArray[0].model, "Short");
 }
 
-TEST_F(Drives, CapacityIsGivenInBytes) {
+TEST_F(DrivesTest, CapacityIsGivenInBytes) {
     EXPECT_STREQ(ReadOnly(With("capacity", "78165360\n")).size, "40020664320");
     EXPECT_STREQ(ReadOnly(With("capacity", "1\n")).size, "512");
 }
 
-TEST_F(Drives, CapacityOfZeroIsAnEmptyText) {
+TEST_F(DrivesTest, CapacityOfZeroIsAnEmptyText) {
     EXPECT_STREQ(ReadOnly(With("capacity", "0\n")).size, "");
 }
 
-TEST_F(Drives, CapacityInAnyBaseIsRead) {
+TEST_F(DrivesTest, CapacityInAnyBaseIsRead) {
     EXPECT_STREQ(ReadOnly(With("capacity", "0x10\n")).size, "8192");
     EXPECT_STREQ(ReadOnly(With("capacity", "010\n")).size, "4096");
 }
 
-TEST_F(Drives, CapacityThatIsNoNumberIsZero) {
+TEST_F(DrivesTest, CapacityThatIsNoNumberIsZero) {
     EXPECT_STREQ(ReadOnly(With("capacity", "none\n")).size, "");
     EXPECT_STREQ(ReadOnly(With("capacity", "12 sectors\n")).size, "6144");
 }
 
-TEST_F(Drives, CapacityOfATerabyteAndMoreHasAFirstCharacterBeyondTheDigits) {
+TEST_F(DrivesTest, CapacityOfATerabyteAndMoreHasAFirstCharacterBeyondTheDigits) {
     EXPECT_STREQ(ReadOnly(With("capacity", "1953525168\n")).size, ":00204886016");
 }
 
-TEST_F(Drives, CapacityBeyondAllDisksStaysInItsField) {
+TEST_F(DrivesTest, CapacityBeyondAllDisksStaysInItsField) {
     const DriveInfo& disk = ReadOnly(With("capacity", std::string(63, '9') + "\n"));
     EXPECT_LE(std::strlen(disk.size), 12u);
     EXPECT_STREQ(disk.model, "ST340014A");
 }
 
-TEST_F(Drives, SerialNumberRunsOnIntoTheFieldsBehindIt) {
+TEST_F(DrivesTest, SerialNumberRunsOnIntoTheFieldsAfterIt) {
     sim::IdeDrive drive = Disk();
     std::memcpy(drive.identity->data() + 20, "SERIAL67890123456789ABCDEF1.00", 30);
     (*drive.identity)[50] = 0;
     EXPECT_STREQ(ReadOnly(drive).SerialNo, "SERIAL67890123456789ABCDEF1.00");
 }
 
-TEST_F(Drives, SerialNumberEndsAtTheFirstZeroByte) {
+TEST_F(DrivesTest, SerialNumberEndsAtTheFirstZeroByte) {
     sim::IdeDrive drive = Disk();
     (*drive.identity)[24] = 0;
     EXPECT_STREQ(ReadOnly(drive).SerialNo, "5JX7");
@@ -285,7 +285,7 @@ TEST_F(Drives, SerialNumberEndsAtTheFirstZeroByte) {
     EXPECT_STREQ(ReadOnly(drive).SerialNo, "");
 }
 
-TEST_F(Drives, LongSerialNumberIsCutToItsField) {
+TEST_F(DrivesTest, LongSerialNumberIsCutToItsField) {
     sim::IdeDrive drive = Disk();
     drive.identity->fill('S');
     const DriveInfo& disk = ReadOnly(drive);
@@ -293,14 +293,14 @@ TEST_F(Drives, LongSerialNumberIsCutToItsField) {
     EXPECT_STREQ(disk.FirmwareVersion, "");
 }
 
-TEST_F(Drives, SerialNumberOfExactlyTheFieldIsWhole) {
+TEST_F(DrivesTest, SerialNumberOfExactlyTheFieldIsWhole) {
     sim::IdeDrive drive = Disk();
     drive.identity->fill('S');
     (*drive.identity)[20 + 63] = 0;
     EXPECT_EQ(std::string(ReadOnly(drive).SerialNo), std::string(63, 'S'));
 }
 
-TEST_F(Drives, RefusedIdentityLeavesTheSerialNumber) {
+TEST_F(DrivesTest, RefusedIdentityLeavesTheSerialNumber) {
     sim::IdeDrive drive = Disk();
     drive.identity.reset();
     Put('a', drive);
@@ -311,7 +311,7 @@ TEST_F(Drives, RefusedIdentityLeavesTheSerialNumber) {
     ExpectAllClosed();
 }
 
-TEST_F(Drives, DiskThatCannotBeOpenedStillHasItsEntry) {
+TEST_F(DrivesTest, DiskThatCannotBeOpenedStillHasItsEntry) {
     Put('a', Disk());
     server.Refuse("/dev/hda", EACCES);
     EXPECT_EQ(Read().quantityIDE, 1);
@@ -320,14 +320,14 @@ TEST_F(Drives, DiskThatCannotBeOpenedStillHasItsEntry) {
     EXPECT_EQ(server.GetLog().Count("ioctl"), 0u);
 }
 
-TEST_F(Drives, CommandOfGetInfoNeedsNoSmbiosTable) {
+TEST_F(DrivesTest, CommandOfGetInfoNeedsNoSmbiosTable) {
     Put('a', Disk());
     EXPECT_EQ(GetInfo(TALVANE_DRIVES, &record), 0);
     EXPECT_EQ(record.quantityIDE, 1);
     EXPECT_EQ(GetInfo(0x200000, &record), 0);
 }
 
-TEST_F(Drives, CommandOfGetInfoSucceedsWithoutDrives) {
+TEST_F(DrivesTest, CommandOfGetInfoSucceedsWithoutDrives) {
     testing::internal::CaptureStdout();
     EXPECT_EQ(GetInfo(TALVANE_DRIVES, &record), 0);
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "No ide devices.");

@@ -23,15 +23,15 @@ struct GuardedRecord {
     unsigned char guard[64];
 };
 
-class HostileDisk : public StorageTest {
+class HostileDiskTest : public StorageTest {
 protected:
-    HostileDisk() {
+    HostileDiskTest() {
         drivesFound = {};
         seeksAreKept = false;
         std::memset(&marked, kMark, sizeof marked);
         box = marked;
     }
-    ~HostileDisk() override { atTable = nullptr; }
+    ~HostileDiskTest() override { atTable = nullptr; }
 
     sim::DiskImage& PutDisk(char letter, std::uint64_t sectors = 100) {
         const sim::IdeDrive drive = sim::MakeDisk("Disk", sectors, "1");
@@ -73,7 +73,7 @@ protected:
     GuardedRecord box;
 };
 
-TEST_F(HostileDisk, DriveOfAnUnknownControllerNumberIsSkipped) {
+TEST_F(HostileDiskTest, DriveOfAnUnknownControllerNumberIsSkipped) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     PutDisk('d').SetEntry(0, 2, {0x83, 63, 1});
     Find(0, "Primary Master");
@@ -84,7 +84,7 @@ TEST_F(HostileDisk, DriveOfAnUnknownControllerNumberIsSkipped) {
     EXPECT_EQ(server.GetLog().Count("open"), 2u);
 }
 
-TEST_F(HostileDisk, OfMoreDrivesThanTheInventoryHoldsTheFirstAreRead) {
+TEST_F(HostileDiskTest, OfMoreDrivesThanTheInventoryHoldsTheFirstAreRead) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     for (int i = 0; i < 24; ++i) Find(i, "Primary Master");
     drivesFound.quantityIDE = 25;
@@ -94,7 +94,7 @@ TEST_F(HostileDisk, OfMoreDrivesThanTheInventoryHoldsTheFirstAreRead) {
     EXPECT_TRUE(UntouchedFrom(24));
 }
 
-TEST_F(HostileDisk, LessThanNoDrivesAreNone) {
+TEST_F(HostileDiskTest, LessThanNoDrivesAreNone) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     Find(0, "Primary Master");
     drivesFound.quantityIDE = -1;
@@ -106,11 +106,11 @@ TEST_F(HostileDisk, LessThanNoDrivesAreNone) {
 
 // A disk whose first extended boot record lies in sector 1 and every later one in sector 2, which
 // ends its chain.
-class HostileTable : public HostileDisk {
+class HostileTableTest : public HostileDiskTest {
 protected:
     static constexpr std::size_t kTable = 446;
 
-    HostileTable() : disk(PutDisk('a')) {
+    HostileTableTest() : disk(PutDisk('a')) {
         Find(0, "Primary Master");
         atTable = [this](int descriptor) {
             const unsigned long sector = visited++ == 0 ? 1 : 2;
@@ -176,18 +176,18 @@ protected:
     int visited = 0;
 };
 
-TEST_F(HostileTable, UndamagedTablesHaveFiveEntries) {
+TEST_F(HostileTableTest, UndamagedTablesHaveFiveEntries) {
     Read();
     EXPECT_THAT(Descriptions(),
                 ElementsAre("/dev/hda1", "/dev/hda5", "/dev/hda6", "/dev/hda3", "/dev/hda4"));
 }
 
-TEST_F(HostileTable, AnyByteOfTheBootRecordsTableStaysInTheFieldsOfItsEntries) {
+TEST_F(HostileTableTest, AnyByteOfTheBootRecordsTableStaysInTheFieldsOfItsEntries) {
     for (std::size_t i = 0; i < 64; ++i)
         ASSERT_NO_FATAL_FAILURE(ReadWithEveryValueAt(0, kTable + i));
 }
 
-TEST_F(HostileTable, AnyByteOfAnExtendedRecordsEntriesStaysInTheFieldsOfItsEntries) {
+TEST_F(HostileTableTest, AnyByteOfAnExtendedRecordsEntriesStaysInTheFieldsOfItsEntries) {
     for (std::size_t i = 0; i < 32; ++i)
         ASSERT_NO_FATAL_FAILURE(ReadWithEveryValueAt(1, kTable + i));
 }

@@ -34,9 +34,9 @@ struct HostileFile {
     const char* text;  // repeated up to the longest content
 };
 
-class HostileFiles : public StorageTest, public ::testing::WithParamInterface<HostileFile> {
+class HostileFilesTest : public StorageTest, public ::testing::WithParamInterface<HostileFile> {
 protected:
-    HostileFiles() : drive(sim::MakeDisk("Model", 1000, "1")) {
+    HostileFilesTest() : drive(sim::MakeDisk("Model", 1000, "1")) {
         drive.image.reset();
         std::memset(&marked, kMark, sizeof marked);
         for (char* field : {marked.info.driveArray[0].type, marked.info.driveArray[0].size,
@@ -50,7 +50,7 @@ protected:
     void ReadWith(const std::string& content) {
         drive.files[GetParam().name] = content;
         Put('a', drive);
-        std::memcpy(&box, &marked, kBehindFirstEntry);
+        std::memcpy(&box, &marked, kAfterFirstEntry);
         GetStorageInfo(&box.info);
         server.GetLog().Clear();
         ASSERT_NO_FATAL_FAILURE(CheckRecord(content));
@@ -72,13 +72,13 @@ protected:
         ASSERT_EQ(entry.isRaid, before.isRaid);
         ASSERT_EQ(entry.driveOrder, before.driveOrder);
         ASSERT_EQ(std::memcmp(entry.SerialNo, before.SerialNo, 2 * kFieldSize), 0);
-        ASSERT_EQ(std::memcmp(reinterpret_cast<const char*>(&box) + kBehindFirstEntry,
-                              reinterpret_cast<const char*>(&marked) + kBehindFirstEntry,
-                              sizeof box - kBehindFirstEntry),
+        ASSERT_EQ(std::memcmp(reinterpret_cast<const char*>(&box) + kAfterFirstEntry,
+                              reinterpret_cast<const char*>(&marked) + kAfterFirstEntry,
+                              sizeof box - kAfterFirstEntry),
                   0);
     }
 
-    static constexpr std::size_t kBehindFirstEntry =
+    static constexpr std::size_t kAfterFirstEntry =
         offsetof(StorageInformation, driveArray) + sizeof(DriveInfo);
 
     sim::IdeDrive drive;
@@ -87,7 +87,7 @@ protected:
     GuardedRecord box;
 };
 
-TEST_P(HostileFiles, AnyLengthAndLastBytesThatEndATextOrNone) {
+TEST_P(HostileFilesTest, AnyLengthAndLastByteStaysInTheField) {
     ASSERT_NO_FATAL_FAILURE(ReadWith(""));
     for (std::size_t length = 1; length <= usual.size(); ++length)
         for (const char last : {'\0', '\n', '\xFF'}) {
@@ -97,7 +97,7 @@ TEST_P(HostileFiles, AnyLengthAndLastBytesThatEndATextOrNone) {
         }
 }
 
-TEST_P(HostileFiles, AnyLastByteOfAFullField) {
+TEST_P(HostileFilesTest, AnyLastByteOfAFullFieldStaysInTheField) {
     std::string content = usual.substr(0, kFieldSize);
     for (int value = 0; value < 0x100; ++value) {
         content.back() = static_cast<char>(value);
@@ -105,7 +105,7 @@ TEST_P(HostileFiles, AnyLastByteOfAFullField) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Files, HostileFiles,
+INSTANTIATE_TEST_SUITE_P(Files, HostileFilesTest,
                          ::testing::Values(HostileFile{"media", "disk"},
                                            HostileFile{"model", "ST340014A "},
                                            HostileFile{"capacity", "78165360"}),

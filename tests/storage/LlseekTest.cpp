@@ -11,28 +11,28 @@
 
 namespace {
 
-class Llseek : public ::testing::Test {
+class LlseekTest : public ::testing::Test {
 protected:
-    Llseek() : fd(memfd_create("disk", 0)) {}
-    ~Llseek() override { close(fd); }
+    LlseekTest() : fd(memfd_create("disk", 0)) {}
+    ~LlseekTest() override { close(fd); }
 
     int fd;
     long long result = -7;
 };
 
-TEST_F(Llseek, PositionAboveFourGibibytesIsReached) {
+TEST_F(LlseekTest, PositionAboveFourGibibytesIsReached) {
     EXPECT_EQ(_llseek(static_cast<unsigned>(fd), 1, 2, &result, SEEK_SET), 0);
     EXPECT_EQ(result, 0x100000002);
 }
 
-TEST_F(Llseek, UnknownDescriptorFails) {
+TEST_F(LlseekTest, UnknownDescriptorFails) {
     errno = 0;
     EXPECT_EQ(_llseek(static_cast<unsigned>(-1), 0, 0, &result, SEEK_SET), -1);
     EXPECT_EQ(errno, EBADF);
     EXPECT_EQ(result, -7);
 }
 
-TEST_F(Llseek, UnknownOriginFails) {
+TEST_F(LlseekTest, UnknownOriginFails) {
     errno = 0;
     EXPECT_EQ(_llseek(static_cast<unsigned>(fd), 0, 0, &result, 99), -1);
     EXPECT_EQ(errno, EINVAL);

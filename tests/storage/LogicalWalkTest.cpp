@@ -25,16 +25,16 @@ partition Entry(unsigned char type, unsigned start, unsigned sectors = 0) {
     return entry;
 }
 
-// Since no seek moves it, the descriptor delivers its entries one behind the other: a record's
+// Since no seek moves it, the descriptor delivers its entries one after the other: a record's
 // partition, its link, the next record's partition ...
-class LogicalWalk : public ::testing::Test {
+class LogicalWalkTest : public ::testing::Test {
 protected:
-    LogicalWalk() : fd(memfd_create("chain", 0)) {
+    LogicalWalkTest() : fd(memfd_create("chain", 0)) {
         seeks.clear();
         cylinderSteps = 0;
         seeksAreKept = true;
     }
-    ~LogicalWalk() override { close(fd); }
+    ~LogicalWalkTest() override { close(fd); }
 
     void Deliver(const std::vector<partition>& entries) {
         for (const partition& entry : entries) ASSERT_EQ(write(fd, &entry, sizeof entry), 16);
@@ -52,33 +52,33 @@ protected:
     int count = 0;
 };
 
-TEST_F(LogicalWalk, ExtendedEntryOfTypeZeroIsNotWalked) {
+TEST_F(LogicalWalkTest, ExtendedEntryOfTypeZeroIsNotWalked) {
     Deliver({Entry(0x83, 63, 1)});
     EXPECT_EQ(Walk(Entry(0, 16065)), 0);
     EXPECT_EQ(count, 0);
     EXPECT_THAT(seeks, ElementsAre());
 }
 
-TEST_F(LogicalWalk, AnyOtherTypeOfTheExtendedEntryIsWalked) {
+TEST_F(LogicalWalkTest, AnyOtherTypeOfTheExtendedEntryIsWalked) {
     Deliver({Entry(0x83, 63, 1), Entry(0, 0)});
     EXPECT_EQ(Walk(Entry(0x05, 16065)), 1);
     EXPECT_EQ(count, 1);
 }
 
-TEST_F(LogicalWalk, MovesFromTheStartByCylindersAndThenToTheTable) {
+TEST_F(LogicalWalkTest, MovesFromTheStartByCylindersAndThenToTheTable) {
     Deliver({Entry(0x83, 63, 16065), Entry(0x05, 0), Entry(0x83, 63, 1), Entry(0, 0)});
     EXPECT_EQ(Walk(Entry(0x0F, 2 * 16065 + 16064)), 2);
     const Seek start = {0, 0, SEEK_SET}, step = {0, 8225280, SEEK_CUR}, table = {0, 446, SEEK_CUR};
     EXPECT_THAT(seeks, ElementsAre(start, step, step, table, start, step, step, step, step, table));
 }
 
-TEST_F(LogicalWalk, RecordOnTheFirstCylinderTakesNoStep) {
+TEST_F(LogicalWalkTest, RecordOnTheFirstCylinderTakesNoStep) {
     Deliver({Entry(0x83, 63, 1), Entry(0, 0)});
     EXPECT_EQ(Walk(Entry(0x0F, 16064)), 1);
     EXPECT_EQ(cylinderSteps, 0u);
 }
 
-TEST_F(LogicalWalk, CountGoesOnFromTheCallersValue) {
+TEST_F(LogicalWalkTest, CountGoesOnFromTheCallersValue) {
     Deliver({Entry(0x83, 63, 1), Entry(0, 0)});
     count = 5;
     EXPECT_EQ(Walk(Entry(0x0F, 16065)), 1);
@@ -88,7 +88,7 @@ TEST_F(LogicalWalk, CountGoesOnFromTheCallersValue) {
     EXPECT_STREQ(record.partition[5].size, "512");
 }
 
-TEST_F(LogicalWalk, TypesAndSizesAreNotedInTheScratch) {
+TEST_F(LogicalWalkTest, TypesAndSizesAreNotedInTheScratch) {
     Deliver({Entry(0x83, 63, 1), Entry(5, 0), Entry(0x07, 63, 2), Entry(5, 0), Entry(0x82, 63, 3),
              Entry(0, 0)});
     EXPECT_EQ(Walk(Entry(0x0F, 16065)), 3);
@@ -99,7 +99,7 @@ TEST_F(LogicalWalk, TypesAndSizesAreNotedInTheScratch) {
     EXPECT_EQ(scratch[3].filesys, 0);
 }
 
-TEST_F(LogicalWalk, ListedTypeWithoutAFreeEntryEndsTheChain) {
+TEST_F(LogicalWalkTest, ListedTypeWithoutAFreeEntryEndsTheChain) {
     Deliver({Entry(0x07, 63, 1), Entry(5, 0), Entry(0x83, 63, 1), Entry(5, 0), Entry(0x83, 63, 1),
              Entry(5, 0)});
     count = 26;
@@ -107,14 +107,14 @@ TEST_F(LogicalWalk, ListedTypeWithoutAFreeEntryEndsTheChain) {
     EXPECT_EQ(count, 26);
 }
 
-TEST_F(LogicalWalk, UnreadableDescriptorEndsAfterOneRecord) {
+TEST_F(LogicalWalkTest, UnreadableDescriptorEndsAfterOneRecord) {
     close(fd);
     EXPECT_EQ(Walk(Entry(0x0F, 16065)), 1);
     EXPECT_EQ(count, 0);
 }
 
 // Records that never end: each has an unlisted type and a link.
-class EndlessWalk : public LogicalWalk {
+class EndlessWalkTest : public LogicalWalkTest {
 protected:
     void DeliverForever(unsigned char sectorsByte) {
         std::vector<partition> entries(40000, Entry(0x07, 63, sectorsByte));
@@ -123,7 +123,7 @@ protected:
     }
 };
 
-TEST_F(EndlessWalk, ChainOfUnlistedTypesEndsAfterTheCylinderSteps) {
+TEST_F(EndlessWalkTest, ChainOfUnlistedTypesEndsAfterTheCylinderSteps) {
     DeliverForever(1);
     const int visited = Walk(Entry(0x0F, 0));
     // 0 + 1 + 2 + ... + 8190 steps, the next record would take more than 2^25 in all.
@@ -132,7 +132,7 @@ TEST_F(EndlessWalk, ChainOfUnlistedTypesEndsAfterTheCylinderSteps) {
     EXPECT_GT(cylinderSteps + 8192, 1u << 25);
 }
 
-TEST_F(EndlessWalk, FarRecordsEndItSooner) {
+TEST_F(EndlessWalkTest, FarRecordsEndItSooner) {
     DeliverForever(1);
     const int visited = Walk(Entry(0x0F, 0xFFFFFFFF));
     EXPECT_EQ(visited, 125);

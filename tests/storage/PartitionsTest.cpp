@@ -24,7 +24,7 @@ constexpr std::size_t EntryAt(std::size_t index) {
 }
 constexpr std::size_t kDescription = 0, kSize = 128, kFileSystem = 256;
 
-class Partitions : public StorageTest {
+class PartitionsTest : public StorageTest {
 protected:
     // A new disk for the slot, empty but for what the caller writes.
     sim::DiskImage& PutDisk(char letter, std::uint64_t sectors = kDiskSectors) {
@@ -59,7 +59,7 @@ protected:
         return texts;
     }
 
-    // The entries of a chain whose records lie one behind the other from cylinder 1, each with a
+    // The entries of a chain whose records lie one after the other from cylinder 1, each with a
     // partition that leaves the next record on the next cylinder.
     std::vector<std::string> EntriesOfChain(const std::vector<std::uint8_t>& types) {
         sim::DiskImage& disk = PutDisk('a');
@@ -73,7 +73,7 @@ protected:
     PartitionInformation record{};
 };
 
-TEST_F(Partitions, PrimaryAndLogicalPartitionsAreNumberedAsTheKernelNumbersThem) {
+TEST_F(PartitionsTest, PrimaryAndLogicalPartitionsAreNumberedAsTheKernelNumbersThem) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x83, 63, 208782});
     disk.SetEntry(0, 2, {0x82, 208845, 2088450});
@@ -85,12 +85,12 @@ TEST_F(Partitions, PrimaryAndLogicalPartitionsAreNumberedAsTheKernelNumbersThem)
                             "/dev/hda5 Linux 15274312704", "/dev/hda6 Linux 10737418240"));
 }
 
-TEST_F(Partitions, LinuxPartitionOfTenGibibytesReportsItsSizeInBytes) {
+TEST_F(PartitionsTest, LinuxPartitionOfTenGibibytesReportsItsSizeInBytes) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 20971520});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 10737418240"));
 }
 
-TEST_F(Partitions, EntryIsWrittenAndNothingElse) {
+TEST_F(PartitionsTest, EntryIsWrittenAndNothingElse) {
     PutDisk('a').SetEntry(0, 3, {0x83, 63, 20971520});
     RecordImage expected(sizeof(PartitionInformation));
     expected.Number(0, 1);
@@ -102,7 +102,7 @@ TEST_F(Partitions, EntryIsWrittenAndNothingElse) {
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
-TEST_F(Partitions, OfTwoHundredFiftySixPrimaryTypesFourAreListed) {
+TEST_F(PartitionsTest, OfTwoHundredFiftySixPrimaryTypesFourAreListed) {
     sim::DiskImage& disk = PutDisk('a');
     const std::map<int, std::string> listed = {
         {0x07, "HPFS/NTFS"}, {0x0B, "Win95 FAT32"}, {0x82, "Linux swap"}, {0x83, "Linux"}};
@@ -116,7 +116,7 @@ TEST_F(Partitions, OfTwoHundredFiftySixPrimaryTypesFourAreListed) {
     }
 }
 
-TEST_F(Partitions, OfTwoHundredFiftySixLogicalTypesEightAreListed) {
+TEST_F(PartitionsTest, OfTwoHundredFiftySixLogicalTypesEightAreListed) {
     const std::map<int, std::string> listed = {{0x06, "FAT 16"},
                                                {0x0B, "Win95 FAT32"},
                                                {0x0C, "Win95 FAT32 (LBA)"},
@@ -137,7 +137,7 @@ TEST_F(Partitions, OfTwoHundredFiftySixLogicalTypesEightAreListed) {
     }
 }
 
-TEST_F(Partitions, Fat16IsListedInsideTheExtendedPartitionOnly) {
+TEST_F(PartitionsTest, Fat16IsListedInsideTheExtendedPartitionOnly) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x06, 63, 16002});
     disk.SetEntry(0, 2, {0x0F, kCylinder, 2 * kCylinder});
@@ -145,11 +145,11 @@ TEST_F(Partitions, Fat16IsListedInsideTheExtendedPartitionOnly) {
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda5 FAT 16 8193024"));
 }
 
-TEST_F(Partitions, NtfsIsListedAsAPrimaryOnly) {
+TEST_F(PartitionsTest, NtfsIsListedAsAPrimaryOnly) {
     EXPECT_THAT(EntriesOfChain({0x07}), IsEmpty());
 }
 
-TEST_F(Partitions, ExtendedPartitionOfAnotherTypeListsNothingOfItsContents) {
+TEST_F(PartitionsTest, ExtendedPartitionOfAnotherTypeListsNothingOfItsContents) {
     sim::DiskImage& disk = PutDisk('a');
     WriteRecord(disk, 1, 0x83, 16002);
     for (const int type : {0x05, 0x85}) {
@@ -158,20 +158,20 @@ TEST_F(Partitions, ExtendedPartitionOfAnotherTypeListsNothingOfItsContents) {
     }
 }
 
-TEST_F(Partitions, BootSignatureIsNotLookedAt) {
+TEST_F(PartitionsTest, BootSignatureIsNotLookedAt) {
     // No image of these tests has one.
     PutDisk('a').SetEntry(0, 4, {0x83, 63, 2});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda4 Linux 1024"));
 }
 
-TEST_F(Partitions, DisksFollowEachOtherUnderTheirOwnNames) {
+TEST_F(PartitionsTest, DisksFollowEachOtherUnderTheirOwnNames) {
     for (const char letter : {'d', 'c', 'b', 'a'})
         PutDisk(letter).SetEntry(0, 1, {0x83, 63, static_cast<std::uint32_t>(letter - 'a' + 1)});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 512", "/dev/hdb1 Linux 1024",
                                        "/dev/hdc1 Linux 1536", "/dev/hdd1 Linux 2048"));
 }
 
-TEST_F(Partitions, OpticalDrivesAreNotOpenedForPartitions) {
+TEST_F(PartitionsTest, OpticalDrivesAreNotOpenedForPartitions) {
     sim::IdeDrive drive = sim::MakeDisk("Optical", 1000, "1");
     drive.files["media"] = "cdrom\n";
     drive.image->SetEntry(0, 1, {0x83, 63, 1});
@@ -179,16 +179,16 @@ TEST_F(Partitions, OpticalDrivesAreNotOpenedForPartitions) {
     EXPECT_THAT(Entries(), IsEmpty());
 }
 
-TEST_F(Partitions, LogicalNumbersCountUnlistedTypes) {
+TEST_F(PartitionsTest, LogicalNumbersCountUnlistedTypes) {
     EXPECT_THAT(EntriesOfChain({0x83, 0x07, 0x82}),
                 ElementsAre("/dev/hda5 Linux 1024", "/dev/hda7 Linux swap 1536"));
 }
 
-TEST_F(Partitions, UnlistedLogicalOverwritesTheSizeOfTheEntryBefore) {
+TEST_F(PartitionsTest, UnlistedLogicalOverwritesTheSizeOfTheEntryBefore) {
     EXPECT_THAT(EntriesOfChain({0x83, 0x07}), ElementsAre("/dev/hda5 Linux 1024"));
 }
 
-TEST_F(Partitions, UnlistedLogicalOverwritesTheSizeOfAPrimaryToo) {
+TEST_F(PartitionsTest, UnlistedLogicalOverwritesTheSizeOfAPrimaryToo) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x83, 63, 100});
     disk.SetEntry(0, 2, {0x0F, kCylinder, 2 * kCylinder});
@@ -196,7 +196,7 @@ TEST_F(Partitions, UnlistedLogicalOverwritesTheSizeOfAPrimaryToo) {
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 3584"));
 }
 
-TEST_F(Partitions, UnlistedLogicalOverwritesTheSizeOnTheDiskBeforeToo) {
+TEST_F(PartitionsTest, UnlistedLogicalOverwritesTheSizeOnTheDiskBeforeToo) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 100});
     sim::DiskImage& second = PutDisk('b');
     second.SetEntry(0, 1, {0x0F, kCylinder, 2 * kCylinder});
@@ -204,7 +204,7 @@ TEST_F(Partitions, UnlistedLogicalOverwritesTheSizeOnTheDiskBeforeToo) {
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 3584"));
 }
 
-TEST_F(Partitions, UnlistedLogicalBeforeTheFirstEntryWritesNothing) {
+TEST_F(PartitionsTest, UnlistedLogicalBeforeTheFirstEntryWritesNothing) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x0F, kCylinder, 2 * kCylinder});
     WriteRecord(disk, 1, 0x07, 7);
@@ -215,7 +215,7 @@ TEST_F(Partitions, UnlistedLogicalBeforeTheFirstEntryWritesNothing) {
     EXPECT_TRUE(SameBytes(expected, actual));
 }
 
-TEST_F(Partitions, NextRecordIsTakenToLieOnTheCylinderBehindThePartition) {
+TEST_F(PartitionsTest, NextRecordIsTakenToLieOnTheCylinderAfterThePartition) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x0F, 10 * kCylinder + 5, 1000 * kCylinder});  // rounded down to 10
     WriteRecord(disk, 10, 0x83, kCylinder - 1, 0x05);                   // next on 10 + 0 + 1
@@ -226,7 +226,7 @@ TEST_F(Partitions, NextRecordIsTakenToLieOnTheCylinderBehindThePartition) {
                                        "/dev/hda7 Linux 24675328", "/dev/hda8 Linux swap 1536"));
 }
 
-TEST_F(Partitions, OfEachRecordOfTheChainTheFirstTwoEntriesAreRead) {
+TEST_F(PartitionsTest, OfEachRecordOfTheChainTheFirstTwoEntriesAreRead) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x0F, 10 * kCylinder, 1000 * kCylinder});
     WriteRecord(disk, 10, 0x83, kCylinder, 0x05);
@@ -241,14 +241,14 @@ TEST_F(Partitions, OfEachRecordOfTheChainTheFirstTwoEntriesAreRead) {
                  << " 16 -> 16";
             expected.push_back(line.str());
         }
-    std::vector<std::string> reads;  // behind the boot record
+    std::vector<std::string> reads;  // after the boot record
     for (const std::string& line : server.GetLog().Lines())
         if (line.starts_with("read /dev/hda ") && !line.starts_with("read /dev/hda 0x1"))
             reads.push_back(line);
     EXPECT_EQ(reads, expected);
 }
 
-TEST_F(Partitions, WhereTheLinkPointsIsNotLookedAt) {
+TEST_F(PartitionsTest, WhereTheLinkPointsIsNotLookedAt) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
     disk.SetEntry(1 * kCylinder, 1, {0x83, 63, 1});
@@ -258,7 +258,7 @@ TEST_F(Partitions, WhereTheLinkPointsIsNotLookedAt) {
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda5 Linux 512", "/dev/hda6 Linux swap 1024"));
 }
 
-TEST_F(Partitions, AnyLinkTypeButZeroContinuesTheChain) {
+TEST_F(PartitionsTest, AnyLinkTypeButZeroContinuesTheChain) {
     for (const int link : {0x01, 0x05, 0x0F, 0x83, 0xFF}) {
         sim::DiskImage& disk = PutDisk('a');
         disk.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
@@ -268,7 +268,7 @@ TEST_F(Partitions, AnyLinkTypeButZeroContinuesTheChain) {
     }
 }
 
-TEST_F(Partitions, SeveralExtendedPartitionsAreEachNumberedFromFive) {
+TEST_F(PartitionsTest, SeveralExtendedPartitionsAreEachNumberedFromFive) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x0F, 1 * kCylinder, kCylinder});
     disk.SetEntry(0, 2, {0x83, 63, 1});
@@ -279,14 +279,14 @@ TEST_F(Partitions, SeveralExtendedPartitionsAreEachNumberedFromFive) {
                                        "/dev/hda5 Win95 FAT32 1536"));
 }
 
-TEST_F(Partitions, ExtendedPartitionOnTheFirstCylinderReadsTheBootRecordItself) {
+TEST_F(PartitionsTest, ExtendedPartitionOnTheFirstCylinderReadsTheBootRecordItself) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x83, 63, 5});
     disk.SetEntry(0, 3, {0x0F, kCylinder - 1, kCylinder});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 2560", "/dev/hda5 Linux 2560"));
 }
 
-TEST_F(Partitions, RecordsAboveFourGibibytesAreReached) {
+TEST_F(PartitionsTest, RecordsAboveFourGibibytesAreReached) {
     sim::DiskImage& disk = PutDisk('a', 4278189825u);
     disk.SetEntry(0, 1, {0x0F, 200000 * kCylinder, 1000 * kCylinder});
     WriteRecord(disk, 200000, 0x83, 63, 0x05);
@@ -294,13 +294,13 @@ TEST_F(Partitions, RecordsAboveFourGibibytesAreReached) {
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda5 Linux 32256", "/dev/hda6 Linux swap 32768"));
 }
 
-TEST_F(Partitions, TwentySixEntriesAreFilled) {
+TEST_F(PartitionsTest, TwentySixEntriesAreFilled) {
     const std::vector<std::string> entries = EntriesOfChain(std::vector<std::uint8_t>(26, 0x83));
     ASSERT_EQ(entries.size(), 26u);
     EXPECT_EQ(entries.back(), "/dev/hda30 Linux 13312");
 }
 
-TEST_F(Partitions, TwentySeventhEntryEndsItsChainAndTheSizeBeforeStays) {
+TEST_F(PartitionsTest, TwentySeventhEntryEndsItsChainAndTheSizeBeforeStays) {
     sim::DiskImage& second = PutDisk('b');
     second.SetEntry(0, 1, {0x83, 63, 1});
     const std::vector<std::string> entries = EntriesOfChain(std::vector<std::uint8_t>(27, 0x83));
@@ -309,7 +309,7 @@ TEST_F(Partitions, TwentySeventhEntryEndsItsChainAndTheSizeBeforeStays) {
     EXPECT_THAT(server.GetLog().Lines(), Contains("close /dev/hdb -> 0"));
 }
 
-TEST_F(Partitions, DiskBehindAFullRecordIsStillReadAndOverwritesTheLastSize) {
+TEST_F(PartitionsTest, DiskAfterAFullRecordIsStillReadAndOverwritesTheLastSize) {
     sim::DiskImage& second = PutDisk('b');
     second.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
     WriteRecord(second, 1, 0x07, 2);
@@ -318,7 +318,7 @@ TEST_F(Partitions, DiskBehindAFullRecordIsStillReadAndOverwritesTheLastSize) {
     EXPECT_EQ(entries.back(), "/dev/hda30 Linux 1024");
 }
 
-TEST_F(Partitions, NothingIsWrittenBehindAFullRecord) {
+TEST_F(PartitionsTest, NothingIsWrittenPastAFullRecord) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x0F, kCylinder, 1000 * kCylinder});
     for (std::uint32_t i = 1; i <= 40; ++i) WriteRecord(disk, i, 0x83, 1, 0x05);
@@ -331,30 +331,30 @@ TEST_F(Partitions, NothingIsWrittenBehindAFullRecord) {
         EXPECT_EQ(bytes[sizeof(PartitionInformation) + i], RecordImage::kMark) << i;
 }
 
-TEST_F(Partitions, UnlistedTypesDoNotEndAChain) {
+TEST_F(PartitionsTest, UnlistedTypesDoNotEndAChain) {
     std::vector<std::uint8_t> types(40, 0x07);
     types.push_back(0x83);
     EXPECT_THAT(EntriesOfChain(types), ElementsAre("/dev/hda45 Linux 20992"));
 }
 
-TEST_F(Partitions, SizeOfATerabyteAndMoreHasAFirstCharacterBeyondTheDigits) {
+TEST_F(PartitionsTest, SizeOfATerabyteAndMoreHasAFirstCharacterBeyondTheDigits) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 0xFFFFFFFF});
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux E99023255040"));
 }
 
-TEST_F(Partitions, BlankDiskListsNothing) {
+TEST_F(PartitionsTest, BlankDiskListsNothing) {
     PutDisk('a');
     EXPECT_THAT(Entries(), IsEmpty());
 }
 
-TEST_F(Partitions, DiskThatCannotBeOpenedListsNothingAndTheNextIsRead) {
+TEST_F(PartitionsTest, DiskThatCannotBeOpenedListsNothingAndTheNextIsRead) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     PutDisk('b').SetEntry(0, 1, {0x83, 63, 2});
     server.Refuse("/dev/hda", EACCES);
     EXPECT_THAT(Entries(), ElementsAre("/dev/hdb1 Linux 1024"));
 }
 
-TEST_F(Partitions, UnreadableEntryIsAnEmptyOne) {
+TEST_F(PartitionsTest, UnreadableEntryIsAnEmptyOne) {
     sim::DiskImage& disk = PutDisk('a');
     disk.SetEntry(0, 1, {0x83, 63, 1});
     disk.SetEntry(0, 2, {0x83, 63, 2});
@@ -363,18 +363,18 @@ TEST_F(Partitions, UnreadableEntryIsAnEmptyOne) {
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda2 Linux 1024"));
 }
 
-TEST_F(Partitions, BytesOfAnEntryThatDoNotComeAreZero) {
+TEST_F(PartitionsTest, BytesOfAnEntryThatDoNotComeAreZero) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 0x01010101});
     server.ShortRead(4, 13);  // all but the upper three bytes of the size
     EXPECT_THAT(Entries(), ElementsAre("/dev/hda1 Linux 512"));
 }
 
-TEST_F(Partitions, ExtendedPartitionBeyondTheDiskListsNothing) {
+TEST_F(PartitionsTest, ExtendedPartitionBeyondTheDiskListsNothing) {
     PutDisk('a', 1000).SetEntry(0, 1, {0x0F, 50 * kCylinder, 10 * kCylinder});
     EXPECT_THAT(Entries(), IsEmpty());
 }
 
-TEST_F(Partitions, PrimaryEntriesAreReadByTheirOffsetsAndTheDiskIsLeftAtItsStart) {
+TEST_F(PartitionsTest, PrimaryEntriesAreReadByTheirOffsetsAndTheDiskIsLeftAtItsStart) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     server.GetLog().Clear();
     Read();
@@ -389,7 +389,7 @@ TEST_F(Partitions, PrimaryEntriesAreReadByTheirOffsetsAndTheDiskIsLeftAtItsStart
                                    "close /dev/hda -> 0"));
 }
 
-TEST_F(Partitions, ServerWithoutIdeDevicesHasNone) {
+TEST_F(PartitionsTest, ServerWithoutIdeDevicesHasNone) {
     record.quantity = 7;
     testing::internal::CaptureStdout();
     GetAllPartitionInfo(&record);
@@ -397,7 +397,7 @@ TEST_F(Partitions, ServerWithoutIdeDevicesHasNone) {
     EXPECT_EQ(record.quantity, 0);
 }
 
-TEST_F(Partitions, CommandOfGetInfoNeedsNoSmbiosTable) {
+TEST_F(PartitionsTest, CommandOfGetInfoNeedsNoSmbiosTable) {
     PutDisk('a').SetEntry(0, 1, {0x83, 63, 1});
     EXPECT_EQ(GetInfo(TALVANE_PARTITIONS, &record), 0);
     EXPECT_EQ(record.quantity, 1);

@@ -16,7 +16,7 @@
 class RecordImage {
 public:
     static constexpr std::uint8_t kMark = 0xA5;
-    static constexpr std::size_t kGuard = 64;  // bytes behind the record that must stay
+    static constexpr std::size_t kGuard = 64;  // bytes after the record that must stay
 
     explicit RecordImage(std::size_t size, std::uint8_t fill = kMark) : bytes_(size, fill) {
         bytes_.resize(size + kGuard, kMark);

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Sensors and inventory of the BMC as the tool reads them, and why it could not.
+// Sensors and inventory of the BMC as the tool reads them, and the reasons when it cannot.
 
 #include <gmock/gmock.h>
 
@@ -8,7 +8,7 @@
 
 #include "simulator/machine/Machine.h"
 #include "support/IpmiTest.h"
-#include "tools/Source.h"
+#include "tools/base/Source.h"
 #include "tools/records/Bmc.h"
 #include "tools/records/Sensors.h"
 #include "tools/records/Thresholds.h"
@@ -22,9 +22,9 @@ constexpr std::nullopt_t kNone = std::nullopt;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class BmcRecord : public IpmiTest {};
+class BmcRecordTest : public IpmiTest {};
 
-TEST_F(BmcRecord, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
+TEST_F(BmcRecordTest, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
     Add(Temperature("T1", 0x10).Entity(3), 40);
     Add(Temperature("T2", 0x11).Entity(3), 96);
     bmc.SetThresholds(0x10, {0x38, {0, 0, 0, 80, 90, 100}});
@@ -43,7 +43,7 @@ TEST_F(BmcRecord, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
     EXPECT_EQ(LimitState(second), "upper critical");
 }
 
-TEST_F(BmcRecord, SensorsCanBeReadAgain) {
+TEST_F(BmcRecordTest, SensorsCanBeReadAgain) {
     Add(Temperature("T1", 0x10).Entity(3), 40);
     ASSERT_TRUE(ReadSensors().has_value());
     bmc.SetReading(0x10, 41);
@@ -55,7 +55,7 @@ TEST_F(BmcRecord, SensorsCanBeReadAgain) {
     EXPECT_EQ(again->temperatures.listed[0].limits[3], 50.0);
 }
 
-TEST_F(BmcRecord, SensorsTellSignedFormats) {
+TEST_F(BmcRecordTest, SensorsWithSignedFormatsAreMarked) {
     Add(Temperature("Plain", 1), 40);
     Add(Temperature("Ones", 2).Unit1(0x40), 40);
     Add(Temperature("Twos", 3).Unit1(0x80), 40);
@@ -66,7 +66,7 @@ TEST_F(BmcRecord, SensorsTellSignedFormats) {
     EXPECT_TRUE(listed[2].isSigned);
 }
 
-TEST_F(BmcRecord, SensorsTellWhetherTheirReadingCounts) {
+TEST_F(BmcRecordTest, AReadingThatTheBmcCallsUnavailableIsMarked) {
     Add(Temperature("T1", 0x10).Entity(3), 40);
     Add(Temperature("T2", 0x11).Entity(3), 40);
     bmc.SetUnavailable(0x11);
@@ -78,14 +78,14 @@ TEST_F(BmcRecord, SensorsTellWhetherTheirReadingCounts) {
     EXPECT_FALSE(ReadSensors()->temperatures.listed[1].isUnavailable);
 }
 
-TEST_F(BmcRecord, AReadingThatWasNotAnsweredDoesNotCount) {
+TEST_F(BmcRecordTest, ARefusedReadingIsMarkedUnavailable) {
     Add(Temperature("T1", 0x10).Entity(3), 40);
     ASSERT_TRUE(ReadSensors().has_value());
     bmc.Inject("Get Sensor Reading", sim::BmcFault::Kind::kRefused, 0xCB);
     EXPECT_TRUE(ReadSensors()->temperatures.listed[0].isUnavailable);
 }
 
-TEST_F(BmcRecord, AReadingOfASensorThatIsNotScannedDoesNotCount) {
+TEST_F(BmcRecordTest, AReadingOfASensorThatIsNotScannedIsMarkedUnavailable) {
     Add(Temperature("T1", 0x10).Entity(3), 40);
     bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (!request.Text().starts_with("Get Sensor Reading")) return std::nullopt;
@@ -94,14 +94,14 @@ TEST_F(BmcRecord, AReadingOfASensorThatIsNotScannedDoesNotCount) {
     EXPECT_TRUE(ReadSensors()->temperatures.listed[0].isUnavailable);
 }
 
-TEST_F(BmcRecord, MoreFansThanTheRecordHoldsAreCounted) {
+TEST_F(BmcRecordTest, MoreFansThanTheRecordHoldsAreCounted) {
     for (int i = 0; i < 20; ++i) Add(Fan("FAN", static_cast<std::uint8_t>(i)).Entity(29), 70);
     const auto sensors = ReadSensors();
     EXPECT_EQ(sensors->fans.quantity, 20);
     EXPECT_THAT(sensors->fans.listed, SizeIs(16));
 }
 
-TEST_F(BmcRecord, AnEmptyRepositoryHasNoSensors) {
+TEST_F(BmcRecordTest, AnEmptyRepositoryHasNoSensors) {
     const auto sensors = ReadSensors();
     ASSERT_TRUE(sensors.has_value());
     EXPECT_EQ(sensors->records, 0);
@@ -109,7 +109,7 @@ TEST_F(BmcRecord, AnEmptyRepositoryHasNoSensors) {
     EXPECT_THAT(*ReadThresholds(), IsEmpty());
 }
 
-TEST_F(BmcRecord, FirmwareHasTwoMinorDigits) {
+TEST_F(BmcRecordTest, FirmwareHasTwoMinorDigits) {
     bmc.SetFirmware(2, 0x05);
     EXPECT_EQ(ReadBmc()->firmware, "2.05");
 }
@@ -128,7 +128,7 @@ void AddArea(sim::Bytes& image, sim::Bytes area) {
     image.insert(image.end(), area.begin(), area.end());
 }
 
-TEST_F(BmcRecord, ProductFieldsAreNamedByWhatTheyHold) {
+TEST_F(BmcRecordTest, ProductFieldsAreNamedByWhatTheyHold) {
     sim::Bytes product{1, 0, 25};
     for (const char* text : {"Maker", "Product", "PART-1", "V7", "SERIAL42"})
         AddField(product, text);
@@ -151,7 +151,7 @@ void ExpectNothingRead() {
     EXPECT_FALSE(ReadBmc().has_value());
 }
 
-TEST(MissingBmc, IsExplainedByAMissingDevice) {
+TEST(MissingBmcTest, IsExplainedByAMissingDevice) {
     const sim::SimulatedServer server;
     ExpectNothingRead();
     EXPECT_EQ(kBmc.whyNotRead(),
@@ -159,7 +159,7 @@ TEST(MissingBmc, IsExplainedByAMissingDevice) {
               "loaded)");
 }
 
-TEST(MissingBmc, IsExplainedByRefusedPorts) {
+TEST(MissingBmcTest, IsExplainedByRefusedPorts) {
     sim::SimulatedServer server;
     (void)server.GetBmc();
     server.Fail("iopl", 1, EPERM);
@@ -168,7 +168,7 @@ TEST(MissingBmc, IsExplainedByRefusedPorts) {
               "CAP_SYS_RAWIO and a kernel that allows it)");
 }
 
-TEST(MissingBmc, IsExplainedByPortsThatNobodyAnswers) {
+TEST(MissingBmcTest, IsExplainedByPortsThatNobodyAnswers) {
     sim::SimulatedServer server;
     server.GetMachine().GiveBmc(false, false);
     ExpectNothingRead();

@@ -4,12 +4,12 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/ByteSize.h"
+#include "tools/base/ByteSize.h"
 
 namespace tool {
 namespace {
 
-TEST(SizeText, IsInPowersOfAThousandWithOneDigit) {
+TEST(SizeTextTest, IsInPowersOfAThousandWithOneDigit) {
     EXPECT_EQ(SizeText("40020664320"), "40.0 GB");
     EXPECT_EQ(SizeText("10737418240"), "10.7 GB");
     EXPECT_EQ(SizeText("512"), "512 B");
@@ -20,26 +20,26 @@ TEST(SizeText, IsInPowersOfAThousandWithOneDigit) {
     EXPECT_EQ(SizeText("999999999999"), "1.0 TB");
 }
 
-TEST(SizeText, OfNoNumberIsTheTextItself) {
+TEST(SizeTextTest, ATextThatIsNotANumberStaysAsItIs) {
     EXPECT_EQ(SizeText(""), "");
     EXPECT_EQ(SizeText("12 GB"), "12 GB");
 }
 
-TEST(Bytes, CountOnBehindNineInTheFirstOfTwelvePlaces) {
+TEST(BytesTest, TheFirstOfTwelveCharactersCanComeAfterNine) {
     EXPECT_EQ(Bytes("999999999999"), 999999999999U);
     EXPECT_EQ(Bytes(":00000000000"), 1000000000000U);
     EXPECT_EQ(Bytes("D00398934016"), 2000398934016U) << "a drive of 2 TB";
     EXPECT_EQ(SizeText("D00398934016"), "2.0 TB");
 }
 
-TEST(Bytes, AreNotToldByTextsThatAreNoSize) {
+TEST(BytesTest, ATextThatIsNotASizeHasNone) {
     EXPECT_EQ(Bytes(""), std::nullopt);
     EXPECT_EQ(Bytes(":0"), std::nullopt);
     EXPECT_EQ(Bytes("1:"), std::nullopt);
     EXPECT_EQ(Bytes("1000000000000"), std::nullopt) << "thirteen digits";
 }
 
-TEST(SizeJson, HasTheTextAndTheNumber) {
+TEST(SizeJsonTest, HasTheTextAndTheNumber) {
     EXPECT_EQ(SizeJson("512").dump(), R"({"text":"512","bytes":512})");
     EXPECT_EQ(SizeJson("").dump(), R"({"text":"","bytes":null})");
 }

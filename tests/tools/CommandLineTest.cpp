@@ -8,7 +8,7 @@
 
 #include <cstdlib>
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 namespace {
 
@@ -20,7 +20,7 @@ constexpr const char* kPlainMachine =
     "structure 0 handle 0x0000 length 20\n"
     "    string 4 \"Maker\"\n";
 
-TEST(CommandLine, HelpNamesEveryCommandAndSucceeds) {
+TEST(CommandLineTest, HelpNamesEveryCommandAndSucceeds) {
     const ToolRun run = RunTool({"--help"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, "");
@@ -32,7 +32,7 @@ TEST(CommandLine, HelpNamesEveryCommandAndSucceeds) {
         EXPECT_THAT(run.out, HasSubstr(word));
 }
 
-TEST(CommandLine, HelpOfACommandNamesItsOptions) {
+TEST(CommandLineTest, HelpOfACommandNamesItsOptions) {
     const ToolRun run = RunTool({"cpu", "--help"});
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.out, HasSubstr("talvane cpu"));
@@ -40,14 +40,14 @@ TEST(CommandLine, HelpOfACommandNamesItsOptions) {
     EXPECT_THAT(run.out, HasSubstr("--machine DIR"));
 }
 
-TEST(CommandLine, HelpOfAChangeSaysWhatElseItWrites) {
+TEST(CommandLineTest, HelpOfAChangeSaysWhatElseItWrites) {
     const ToolRun run = RunTool({"threshold", "set", "--help"});
     EXPECT_EQ(run.status, 0);
     EXPECT_THAT(run.out, HasSubstr("--which THRESHOLD"));
     EXPECT_THAT(run.out, HasSubstr("Not only the threshold asked for is written"));
 }
 
-TEST(CommandLine, VersionIsOneLine) {
+TEST(CommandLineTest, VersionIsOneLine) {
     const ToolRun run = RunTool({"--version"});
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.out, "talvane " TALVANE_VERSION "\n");
@@ -65,9 +65,9 @@ void PrintTo(const Refused& refused, std::ostream* out) {
     *out << refused.message;
 }
 
-class UsageError : public testing::TestWithParam<Refused> {};
+class UsageErrorTest : public testing::TestWithParam<Refused> {};
 
-TEST_P(UsageError, IsExplainedAndAnsweredWithStatus2) {
+TEST_P(UsageErrorTest, IsExplainedAndAnsweredWithStatus2) {
     const ToolRun run = RunTool(GetParam().arguments);
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.out, "");
@@ -78,7 +78,7 @@ TEST_P(UsageError, IsExplainedAndAnsweredWithStatus2) {
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    CommandLine, UsageError,
+    CommandLine, UsageErrorTest,
     testing::Values(
         Refused{{}, "A command is required"}, Refused{{"--json"}, "A command is required"},
         Refused{{"spoons"}, "The following argument was not expected: spoons"},
@@ -111,7 +111,7 @@ Refused RefusedThreshold(const char* entity, const char* type, const char* which
 }
 
 INSTANTIATE_TEST_SUITE_P(
-    ThresholdSet, UsageError,
+    ThresholdSet, UsageErrorTest,
     testing::Values(
         RefusedThreshold("256", "fan", "lower-critical", "1",
                          "--entity: 256 is no whole number from 0 to 255"),
@@ -139,7 +139,7 @@ INSTANTIATE_TEST_SUITE_P(
         RefusedThreshold("7", "fan", "lower-critical", "inf", "VALUE: inf is no number")));
 
 INSTANTIATE_TEST_SUITE_P(
-    WatchdogSet, UsageError,
+    WatchdogSet, UsageErrorTest,
     testing::Values(
         Refused{{"watchdog", "set", "--action", "none", "--timeout", "9.9"},
                 "--timeout: 9.9 is no number from 10 to 999",
@@ -155,7 +155,7 @@ INSTANTIATE_TEST_SUITE_P(
                 "watchdog set"},
         Refused{{"watchdog", "set", "--timeout", "10"}, "--action is required", "watchdog set"}));
 
-TEST(CommandLine, TakesTheMachineBeforeAndBehindTheCommand) {
+TEST(CommandLineTest, TakesTheMachineBeforeAndAfterTheCommand) {
     const MachineFolder machine(kPlainMachine);
     const std::string folder = machine.Path().string();
     const std::vector<std::vector<std::string>> lines{{"--machine", folder, "board"},
@@ -169,20 +169,20 @@ TEST(CommandLine, TakesTheMachineBeforeAndBehindTheCommand) {
     }
 }
 
-TEST(CommandLine, TakesJsonBeforeAndBehindTheCommand) {
+TEST(CommandLineTest, TakesJsonBeforeAndAfterTheCommand) {
     const MachineFolder machine(kPlainMachine);
-    const ToolRun behind = machine.Run({"voltages", "--json"});
-    EXPECT_EQ(behind.out,
+    const ToolRun after = machine.Run({"voltages", "--json"});
+    EXPECT_EQ(after.out,
               "{\n"
               "  \"voltages\": {\n"
               "    \"quantity\": 0\n"
               "  },\n"
               "  \"errors\": []\n"
               "}\n");
-    EXPECT_EQ(machine.Run({"--json", "voltages"}).out, behind.out);
+    EXPECT_EQ(machine.Run({"--json", "voltages"}).out, after.out);
 }
 
-TEST(CommandLine, RefusesAFolderThatIsNoMachine) {
+TEST(CommandLineTest, RefusesAFolderThatIsNoMachine) {
     const TemporaryFolder empty;
     for (const std::string& folder : {empty.Path().string(), empty.Path().string() + "/absent"}) {
         const ToolRun run = RunTool({"report", "--machine", folder});
@@ -193,7 +193,7 @@ TEST(CommandLine, RefusesAFolderThatIsNoMachine) {
     }
 }
 
-TEST(CommandLine, NamesFileAndLineOfABadMachineDescription) {
+TEST(CommandLineTest, NamesFileAndLineOfABadMachineDescription) {
     const MachineFolder machine("smbios version 2.3\nspoons 3\n");
     const ToolRun run = machine.Run({"report"});
     EXPECT_EQ(run.status, 2);
@@ -202,7 +202,7 @@ TEST(CommandLine, NamesFileAndLineOfABadMachineDescription) {
     EXPECT_THAT(run.err, HasSubstr("machine.txt:2: "));
 }
 
-TEST(CommandLine, ReportsLostOutput) {
+TEST(CommandLineTest, ReportsLostOutput) {
     const MachineFolder machine(kPlainMachine);
     const std::string errors = machine.Path() / "errors";
     const int status = std::system(

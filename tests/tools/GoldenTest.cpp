@@ -12,7 +12,7 @@
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 namespace {
 
@@ -29,7 +29,7 @@ std::string Recorded(const std::filesystem::path& file, const std::string& actua
     return ReadFile(file);
 }
 
-class GoldenMachine : public testing::TestWithParam<const char*> {
+class GoldenMachineTest : public testing::TestWithParam<const char*> {
 protected:
     std::filesystem::path Folder() const {
         return std::filesystem::path(TALVANE_GOLDEN) / GetParam();
@@ -48,19 +48,19 @@ protected:
     }
 };
 
-TEST_P(GoldenMachine, ReportIsAsRecorded) {
+TEST_P(GoldenMachineTest, ReportIsAsRecorded) {
     const ToolRun run = Run({"report"});
     ExpectRecordedErrors(run);
     EXPECT_EQ(run.out, Recorded(Folder() / "report.txt", run.out));
 }
 
-TEST_P(GoldenMachine, ReportInJsonIsAsRecorded) {
+TEST_P(GoldenMachineTest, ReportInJsonIsAsRecorded) {
     const ToolRun run = Run({"report", "--json"});
     ExpectRecordedErrors(run);
     EXPECT_EQ(run.out, Recorded(Folder() / "report.json", run.out));
 }
 
-TEST_P(GoldenMachine, OutputHasNoTrailingBlanksAndNoControlCharacters) {
+TEST_P(GoldenMachineTest, OutputHasNoTrailingBlanksAndNoControlCharacters) {
     const std::string text = ReadFile(Folder() / "report.txt");
     EXPECT_EQ(text.find(" \n"), std::string::npos);
     EXPECT_EQ(text.find("\n\n\n"), std::string::npos);
@@ -72,9 +72,9 @@ TEST_P(GoldenMachine, OutputHasNoTrailingBlanksAndNoControlCharacters) {
 }
 
 // All that a machine can have, and nothing of it.
-class GoldenCommands : public GoldenMachine {};
+class GoldenCommandsTest : public GoldenMachineTest {};
 
-TEST_P(GoldenCommands, SayOneByOneWhatTheReportSays) {
+TEST_P(GoldenCommandsTest, EachCommandPrintsItsPartOfTheReport) {
     std::string together;
     nlohmann::json members;
     for (const char* command : kCommands) {
@@ -93,10 +93,10 @@ TEST_P(GoldenCommands, SayOneByOneWhatTheReportSays) {
     EXPECT_EQ(members, whole);
 }
 
-INSTANTIATE_TEST_SUITE_P(Tool, GoldenCommands, testing::Values("server", "bare"),
+INSTANTIATE_TEST_SUITE_P(Tool, GoldenCommandsTest, testing::Values("server", "bare"),
                          [](const auto& machine) { return std::string(machine.param); });
 
-INSTANTIATE_TEST_SUITE_P(Tool, GoldenMachine,
+INSTANTIATE_TEST_SUITE_P(Tool, GoldenMachineTest,
                          testing::Values("server", "oddities", "bare", "crowded"),
                          [](const auto& machine) { return std::string(machine.param); });
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// PCI functions, drives, partitions and load as the tool reads them, and why it could not.
+// PCI functions, drives, partitions and load as the tool reads them, and the reasons when it
+// cannot.
 
 #include <gmock/gmock.h>
 #include <sys/stat.h>
@@ -25,7 +26,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
 
-class HardwareRecord : public testing::Test {
+class HardwareRecordTest : public testing::Test {
 protected:
     void AddFunctions(unsigned count) {
         for (unsigned i = 0; i < count; ++i)
@@ -39,7 +40,7 @@ protected:
     sim::SimulatedServer server;
 };
 
-TEST_F(HardwareRecord, PciFunctionsAreThoseOfTheBus) {
+TEST_F(HardwareRecordTest, PciFunctionsAreThoseOfTheBus) {
     AddFunctions(64);
     const auto functions = ReadPci();
     ASSERT_TRUE(functions.has_value());
@@ -48,7 +49,7 @@ TEST_F(HardwareRecord, PciFunctionsAreThoseOfTheBus) {
     EXPECT_EQ(functions->back().className, "Old devices");
 }
 
-TEST_F(HardwareRecord, MorePciFunctionsThanFitAreReportedWithoutWaiting) {
+TEST_F(HardwareRecordTest, MorePciFunctionsThanFitAreReportedWithoutWaiting) {
     AddFunctions(65);
     EXPECT_FALSE(ReadPci().has_value());
     EXPECT_EQ(server.Clock().count(), 0);
@@ -57,7 +58,7 @@ TEST_F(HardwareRecord, MorePciFunctionsThanFitAreReportedWithoutWaiting) {
               "list");
 }
 
-TEST_F(HardwareRecord, PciFunctionsWithoutPortAccessAreNotRead) {
+TEST_F(HardwareRecordTest, PciFunctionsWithoutPortAccessAreNotRead) {
     AddFunctions(1);
     server.Fail("iopl", 1, EPERM);
     EXPECT_FALSE(ReadPci().has_value());
@@ -67,7 +68,7 @@ TEST_F(HardwareRecord, PciFunctionsWithoutPortAccessAreNotRead) {
               "CAP_SYS_RAWIO and a kernel that allows it)");
 }
 
-TEST_F(HardwareRecord, DrivesAreNoneOnAMachineWithoutIde) {
+TEST_F(HardwareRecordTest, AMachineWithoutIdeHasNoDrives) {
     testing::internal::CaptureStdout();
     const auto drives = ReadDrives();
     const auto partitions = ReadPartitions();
@@ -79,14 +80,14 @@ TEST_F(HardwareRecord, DrivesAreNoneOnAMachineWithoutIde) {
     EXPECT_THAT(partitions->notRead, IsEmpty());
 }
 
-TEST_F(HardwareRecord, DrivesThatMayNotBeListedAreNotRead) {
+TEST_F(HardwareRecordTest, DrivesThatMayNotBeListedAreNotRead) {
     server.Refuse("/proc/ide", EACCES);
     EXPECT_FALSE(ReadDrives().has_value());
     EXPECT_FALSE(ReadPartitions().has_value());
     EXPECT_EQ(kIdeDrives.whyNotRead(), "cannot open /proc/ide: Permission denied (run as root)");
 }
 
-TEST_F(HardwareRecord, DrivesHaveTheirExactTexts) {
+TEST_F(HardwareRecordTest, DrivesHaveTheirExactTexts) {
     AddDisk('c');
     const auto drives = ReadDrives();
     ASSERT_TRUE(drives.has_value());
@@ -97,7 +98,7 @@ TEST_F(HardwareRecord, DrivesHaveTheirExactTexts) {
     EXPECT_EQ(drives->front().controller, "ide");
 }
 
-TEST_F(HardwareRecord, PartitionsNameTheDiskThatCouldNotBeOpened) {
+TEST_F(HardwareRecordTest, PartitionsNameTheDiskThatCouldNotBeOpened) {
     AddDisk('a');
     AddDisk('b');
     EXPECT_THAT(ReadPartitions()->notRead, IsEmpty());
@@ -106,7 +107,7 @@ TEST_F(HardwareRecord, PartitionsNameTheDiskThatCouldNotBeOpened) {
     EXPECT_EQ(kDisks.whyNotRead(), "cannot open /dev/hdb: Permission denied (run as root)");
 }
 
-TEST_F(HardwareRecord, LoadIsMeasuredOverTheInterval) {
+TEST_F(HardwareRecordTest, LoadIsMeasuredOverTheInterval) {
     server.GetStat().SetRates(0, {.user = 25, .nice = 0, .system = 0, .idle = 75});
     server.GetStat().SetRates(1, {.user = 0, .nice = 0, .system = 0, .idle = 100});
     server.GetFreeProgram().SetMemory(1000, 999);
@@ -117,7 +118,7 @@ TEST_F(HardwareRecord, LoadIsMeasuredOverTheInterval) {
     EXPECT_THAT(load.notRead, IsEmpty());
 }
 
-TEST_F(HardwareRecord, LoadIsReadFromAFolderThatMayNotBeWritten) {
+TEST_F(HardwareRecordTest, LoadIsReadFromAFolderThatMayNotBeWritten) {
     server.GetStat().SetRates(0, {});
     server.GetFreeProgram().SetMemory(100, 50);
     struct stat before {};
@@ -129,7 +130,7 @@ TEST_F(HardwareRecord, LoadIsReadFromAFolderThatMayNotBeWritten) {
     EXPECT_EQ(before.st_mtim.tv_nsec, after.st_mtim.tv_nsec);
 }
 
-TEST_F(HardwareRecord, LoadOfProcessorsThatStandStillIsNotRead) {
+TEST_F(HardwareRecordTest, LoadOfProcessorsThatStandStillIsNotRead) {
     server.GetStat().SetRates(0, {.user = 0, .nice = 0, .system = 0, .idle = 0});
     server.GetFreeProgram().SetMemory(100, 50);
     const Load load = ReadLoad({});
@@ -140,14 +141,14 @@ TEST_F(HardwareRecord, LoadOfProcessorsThatStandStillIsNotRead) {
               "the counters of a processor in /proc/stat stood still or went away");
 }
 
-TEST_F(HardwareRecord, LoadOfTheMemoryWithoutAShellIsNotRead) {
+TEST_F(HardwareRecordTest, LoadOfTheMemoryWithoutAShellIsNotRead) {
     server.Fail("system", 1, ENOMEM);
     const Load load = ReadLoad({});
     EXPECT_EQ(load.memory, std::nullopt);
     EXPECT_THAT(load.notRead, Contains(&kMemoryUse));
 }
 
-TEST_F(HardwareRecord, LoadWithoutProcOrFiguresIsNotRead) {
+TEST_F(HardwareRecordTest, LoadWithoutProcOrFiguresIsNotRead) {
     server.Refuse("/proc/stat", EACCES);
     server.GetFreeProgram().SetText("no figures\n");
     const Load load = ReadLoad({});

@@ -13,13 +13,13 @@
 namespace tool {
 namespace {
 
-TEST(PciAddress, IsAsShortAsPeopleWriteIt) {
+TEST(PciAddressTest, ALocationBecomesBusDeviceFunctionInHexadecimal) {
     EXPECT_EQ(PciAddress("bus:0, dev:31, func:1"), "00:1f.1");
     EXPECT_EQ(PciAddress("bus:10, dev:2, func:0"), "0a:02.0");
     EXPECT_EQ(PciAddress("somewhere"), "somewhere");
 }
 
-TEST(PciText, TellsPortsFromMemoryAndDropsTheFlags) {
+TEST(PciTextTest, TellsPortsFromMemoryAndDropsTheFlags) {
     PciFunction ide{
         "bus:0, dev:31, func:1",       "Mass storage controller", "IDE controller", 14, 0xF001, 2,
         "66 MHz Capable;Speed=Medium;"};
@@ -43,7 +43,7 @@ TEST(PciText, TellsPortsFromMemoryAndDropsTheFlags) {
 const Drive kDrive{"ide", "Secondry Slave", "EXAMPLE 40", "40020664320",
                    "  EX123456          and what follows"};
 
-TEST(DriveText, ShowsASizeForPeopleAndTheSerialNumberWithoutWhatFollowsIt) {
+TEST(DriveTextTest, ShowsASizeForPeopleAndTheSerialNumberWithoutWhatFollowsIt) {
     EXPECT_EQ(ToText(Drives{kDrive}),
               "Drives\n"
               "------\n"
@@ -51,7 +51,7 @@ TEST(DriveText, ShowsASizeForPeopleAndTheSerialNumberWithoutWhatFollowsIt) {
               "  /dev/hdd  ide         Secondry Slave  EXAMPLE 40  40.0 GB  EX123456\n");
 }
 
-TEST(DriveJson, KeepsTheExactTextsBesideThem) {
+TEST(DriveJsonTest, KeepsTheExactTextsBesideThem) {
     const Json json = ToJson(Drives{kDrive});
     EXPECT_EQ(json[0]["size"].dump(), R"({"text":"40020664320","bytes":40020664320})");
     EXPECT_EQ(json[0]["serialNumber"], "  EX123456          ");
@@ -64,13 +64,13 @@ Drive DriveAt(const char* position) {
     return drive;
 }
 
-TEST(DevicePath, FollowsFromThePosition) {
+TEST(DevicePathTest, FollowsFromThePosition) {
     EXPECT_EQ(DevicePath(DriveAt("Primary Master")), "/dev/hda");
     EXPECT_EQ(DevicePath(DriveAt("Secondry Slave")), "/dev/hdd");
     EXPECT_EQ(DevicePath(DriveAt("Nowhere")), "");
 }
 
-TEST(PartitionText, ShowsASizeForPeople) {
+TEST(PartitionTextTest, ShowsASizeForPeople) {
     EXPECT_EQ(ToText(Partitions{{{"/dev/hda1", "Linux", "10737418240"}}, {}}),
               "Partitions\n"
               "----------\n"
@@ -78,7 +78,7 @@ TEST(PartitionText, ShowsASizeForPeople) {
               "  /dev/hda1  Linux  10.7 GB\n");
 }
 
-TEST(LoadText, HasALineForEachProcessorAndTheMemory) {
+TEST(LoadTextTest, HasALineForEachProcessorAndTheMemory) {
     EXPECT_EQ(ToText(Load{1, std::vector<int>{7, 100}, 63, {}}),
               "Load\n"
               "----\n"
@@ -90,20 +90,20 @@ TEST(LoadText, HasALineForEachProcessorAndTheMemory) {
               "  Processors: not idle, within 1 s. Memory: as the command free counts it.\n");
 }
 
-TEST(LoadText, SaysThatNoMoreThanEightProcessorsAreWatched) {
+TEST(LoadTextTest, SaysThatNoMoreThanEightProcessorsAreWatched) {
     const std::string note = "first eight processors";
     EXPECT_EQ(ToText(Load{1, std::vector<int>(7), 0, {}}).find(note), std::string::npos);
     EXPECT_NE(ToText(Load{1, std::vector<int>(8), 0, {}}).find(note), std::string::npos);
 }
 
-TEST(LoadText, ShowsADashForWhatCouldNotBeRead) {
+TEST(LoadTextTest, ShowsADashForWhatCouldNotBeRead) {
     const Load load{5, std::nullopt, std::nullopt, {}};
     EXPECT_NE(ToText(load).find("  Processors    -\n  Memory        -\n"), std::string::npos);
     EXPECT_EQ(ToJson(load).dump(),
               R"({"intervalSeconds":5,"processorPercent":null,"memoryPercent":null})");
 }
 
-TEST(WatchdogText, NamesTheActionAndCountsInSeconds) {
+TEST(WatchdogTextTest, NamesTheActionAndCountsInSeconds) {
     EXPECT_EQ(ToText(Watchdog{1, 180000, 12300}),
               "Watchdog\n"
               "--------\n"

@@ -4,26 +4,26 @@
 
 #include <gtest/gtest.h>
 
-#include "tools/Layout.h"
+#include "tools/base/Layout.h"
 
 namespace tool {
 namespace {
 
 constexpr auto kRight = Column::Align::kRight;
 
-TEST(FactBlock, PutsValuesBelowEachOther) {
+TEST(FactBlockTest, PutsValuesBelowEachOther) {
     EXPECT_EQ(FactBlock({{"Product", "PX-1"}, {"Serial number", "42"}}),
               "  Product        PX-1\n"
               "  Serial number  42\n");
 }
 
-TEST(FactBlock, ShowsAMissingValueAsADash) {
+TEST(FactBlockTest, ShowsAMissingValueAsADash) {
     EXPECT_EQ(FactBlock({{"Version", ""}, {"Product", "  "}}),
               "  Version  -\n"
               "  Product  -\n");
 }
 
-TEST(TableBlock, AlignsColumnsByTheirWidestCell) {
+TEST(TableBlockTest, AlignsColumnsByTheirWidestCell) {
     EXPECT_EQ(TableBlock({{"No.", kRight}, {"Name"}, {"Size", kRight}},
                          {{"1", "A long name", "512 MB"}, {"10", "B", "1024 MB"}}),
               "  No.  Name            Size\n"
@@ -31,30 +31,30 @@ TEST(TableBlock, AlignsColumnsByTheirWidestCell) {
               "   10  B            1024 MB\n");
 }
 
-TEST(TableBlock, EndsNoLineInABlank) {
+TEST(TableBlockTest, EndsNoLineInABlank) {
     EXPECT_EQ(TableBlock({{"Name"}, {"Manufacturer"}}, {{"A", "X"}}),
               "  Name  Manufacturer\n"
               "  A     X\n");
 }
 
-TEST(TableBlock, WithoutRowsSaysNone) {
+TEST(TableBlockTest, WithoutRowsSaysNone) {
     EXPECT_EQ(TableBlock({{"Name"}}, {}), "  none\n");
 }
 
-TEST(TableBlock, AlignsByColumnsWhereACharacterTakesSeveralBytes) {
+TEST(TableBlockTest, AlignsByColumnsWhereACharacterTakesSeveralBytes) {
     EXPECT_EQ(TableBlock({{"Name"}, {"Type"}}, {{"é®", "x"}, {"\xFF", "y"}}),
               "  Name  Type\n"
               "  é®    x\n"
               "  \\xFF  y\n");
 }
 
-TEST(TableBlock, KeepsALineBreakInsideTheCell) {
+TEST(TableBlockTest, KeepsALineBreakInsideTheCell) {
     EXPECT_EQ(TableBlock({{"Name"}}, {{"a\nb"}}),
               "  Name\n"
               "  a\\x0Ab\n");
 }
 
-TEST(Section, UnderlinesItsTitleAndSeparatesBlocks) {
+TEST(SectionTest, UnderlinesItsTitleAndSeparatesBlocks) {
     EXPECT_EQ(Section("Fans", {NoteBlock("one"), NoteBlock("two")}),
               "Fans\n"
               "----\n"
@@ -63,7 +63,7 @@ TEST(Section, UnderlinesItsTitleAndSeparatesBlocks) {
               "  two\n");
 }
 
-TEST(Page, SeparatesSectionsByABlankLine) {
+TEST(PageTest, SeparatesSectionsByABlankLine) {
     EXPECT_EQ(Page({"a\n", "b\n", "c\n"}), "a\n\nb\n\nc\n");
     EXPECT_EQ(Page({}), "");
 }

@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "InformationRecords.h"
-#include "tools/Limits.h"
+#include "tools/library/Limits.h"
 
 namespace tool {
 namespace {
@@ -14,7 +14,7 @@ constexpr std::nullopt_t kNone = std::nullopt;
 
 const Limits kAll = {30.0, 20.0, 10.0, 100.0, 110.0, 120.0};
 
-TEST(LimitValues, StandInTheOrderOfTheMasks) {
+TEST(LimitValuesTest, StandInTheOrderOfTheMasks) {
     SensorThresholdInfo info{};
     info.LowerNonCriticalThreshold = 30;
     info.LowerCriticalThreshold = 20;
@@ -25,12 +25,12 @@ TEST(LimitValues, StandInTheOrderOfTheMasks) {
     EXPECT_EQ(AllOf(LimitValues<double>(info)), kAll);
 }
 
-TEST(OnlyIn, LeavesOutWhatTheMaskLeavesOut) {
+TEST(OnlyInTest, KeepsOnlyTheLimitsInTheMask) {
     const Limits limits = OnlyIn(0x21, {30, 20, 10, 100, 110, 120});
     EXPECT_EQ(limits, (Limits{30.0, kNone, kNone, kNone, kNone, 120.0}));
 }
 
-TEST(ReachedLimit, IsTheOutermostAndIncludesTheLimitItself) {
+TEST(ReachedLimitTest, IsTheOutermostAndIncludesTheLimitItself) {
     EXPECT_EQ(ReachedLimit(50, kAll), std::nullopt);
     EXPECT_EQ(ReachedLimit(99.9, kAll), std::nullopt);
     EXPECT_EQ(ReachedLimit(100, kAll), 3U);
@@ -42,14 +42,14 @@ TEST(ReachedLimit, IsTheOutermostAndIncludesTheLimitItself) {
     EXPECT_EQ(ReachedLimit(1000, Limits{}), std::nullopt);
 }
 
-TEST(NumberText, IsAsShortAsSixDigitsAllow) {
+TEST(NumberTextTest, IsAsShortAsSixDigitsAllow) {
     EXPECT_EQ(NumberText(85.0), "85");
     EXPECT_EQ(NumberText(3.465), "3.465");
     EXPECT_EQ(NumberText(12300.0), "12300");
     EXPECT_EQ(NumberText(std::nullopt), "");
 }
 
-TEST(LimitCells, RunFromTheLowestToTheHighest) {
+TEST(LimitCellsTest, RunFromTheLowestToTheHighest) {
     std::vector<Column> columns;
     AddLimitColumns(columns);
     Row row;
@@ -60,7 +60,7 @@ TEST(LimitCells, RunFromTheLowestToTheHighest) {
     EXPECT_EQ(row, (Row{"10", "20", "30", "100", "110", "120"}));
 }
 
-TEST(LimitsJson, HasNullForALimitThatIsNotThere) {
+TEST(LimitsJsonTest, HasNullForALimitThatIsNotThere) {
     EXPECT_EQ(LimitsJson({30.0, kNone, 10.0, 100.0, 110.0, 120.5}).dump(),
               R"({"lowerNonRecoverable":10.0,"lowerCritical":null,"lowerNonCritical":30.0,)"
               R"("upperNonCritical":100.0,"upperCritical":110.0,"upperNonRecoverable":120.5})");

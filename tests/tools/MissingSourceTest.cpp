@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Machines of which something cannot be read: the reason is named, the status is 1.
+// On machines where something cannot be read, the tool names the reason and ends with status 1.
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -8,7 +8,7 @@
 #include <cstdint>
 #include <nlohmann/json.hpp>
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 namespace {
 
@@ -31,7 +31,7 @@ void ExpectReason(const std::string& description, const std::string& reason) {
     ExpectReason(MachineFolder(description), reason);
 }
 
-// 16 MiB of memory and an entry point that tells where a table of 256 bytes lies.
+// 16 MiB of memory and an entry point with the address of a table of 256 bytes.
 class MachineWithTableAt : public MachineFolder {
 public:
     explicit MachineWithTableAt(std::uint32_t address)
@@ -45,7 +45,7 @@ public:
     }
 };
 
-TEST(MissingSource, IsExplainedByPermission) {
+TEST(MissingSourceTest, IsExplainedByPermission) {
     ExpectReason("without /dev/mem EACCES\n",
                  "cannot open /dev/mem: Permission denied (run as root)");
     ExpectReason("without /dev/mem EPERM\n",
@@ -53,36 +53,36 @@ TEST(MissingSource, IsExplainedByPermission) {
                  "and a kernel that allows it)");
 }
 
-TEST(MissingSource, IsExplainedByAMissingDevice) {
+TEST(MissingSourceTest, IsExplainedByAMissingDevice) {
     ExpectReason("without /dev/mem ENOENT\n",
                  "cannot open /dev/mem: No such file or directory (the kernel or container offers "
                  "no such device)");
 }
 
-TEST(MissingSource, IsExplainedByAnotherErrorOfTheDevice) {
+TEST(MissingSourceTest, IsExplainedByAnotherErrorOfTheDevice) {
     ExpectReason("without /dev/mem EIO\n", "cannot open /dev/mem: Input/output error");
 }
 
-TEST(MissingSource, IsExplainedByAMissingEntryPoint) {
+TEST(MissingSourceTest, IsExplainedByAMissingEntryPoint) {
     ExpectReason("memory 16M\n",
                  "no SMBIOS or DMI table in /dev/mem: no entry point between 0xF0000 and 0xFFFEF "
                  "(firmware that boots by UEFI keeps it elsewhere)");
 }
 
-TEST(MissingSource, IsExplainedByATableOutOfReach) {
+TEST(MissingSourceTest, IsExplainedByATableOutOfReach) {
     ExpectReason(MachineWithTableAt(0x3001000),
                  "cannot read the SMBIOS table at 0x3001000 of /dev/mem: Bad address");
     ExpectReason(MachineWithTableAt(0xBF7E0000),
                  "cannot read the SMBIOS table at 0xBF7E0000 of /dev/mem: it lies above 2 GiB");
 }
 
-TEST(MissingSource, IsExplainedByATableWhoseReadLeavesMemory) {
+TEST(MissingSourceTest, IsExplainedByATableWhoseReadLeavesMemory) {
     ExpectReason(MachineWithTableAt(0xA00100),
                  "cannot read the SMBIOS table at 0xA00100 of /dev/mem: it takes one read of 10304 "
                  "KiB from 0xA00000, which failed");
 }
 
-TEST(MissingSource, IsNamedOncePerReport) {
+TEST(MissingSourceTest, IsNamedOncePerReport) {
     const MachineFolder machine("without /dev/mem EACCES\n");
     const ToolRun text = machine.Run({"report"});
     EXPECT_EQ(text.status, 1);
@@ -100,7 +100,7 @@ TEST(MissingSource, IsNamedOncePerReport) {
                  "driver is not loaded)\n"));
 }
 
-TEST(MissingSource, IsNullInJsonWithTheReasonBesideIt) {
+TEST(MissingSourceTest, IsNullInJsonWithTheReasonBesideIt) {
     const MachineFolder machine("without /dev/mem EACCES\nbmc kcs\n");
     const ToolRun run = machine.Run({"report", "--json"});
     EXPECT_EQ(run.status, 1);
@@ -127,9 +127,9 @@ void PrintTo(const Missing& missing, std::ostream* out) {
     *out << missing.reason;
 }
 
-class OtherSource : public testing::TestWithParam<Missing> {};
+class OtherSourceTest : public testing::TestWithParam<Missing> {};
 
-TEST_P(OtherSource, IsExplained) {
+TEST_P(OtherSourceTest, IsExplained) {
     const ToolRun run = MachineFolder(GetParam().description).Run({GetParam().command});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, GetParam().output);
@@ -139,7 +139,7 @@ TEST_P(OtherSource, IsExplained) {
 constexpr const char* kNoSensors = "Not read\n--------\n  /dev/ipmi  sensors\n";
 
 INSTANTIATE_TEST_SUITE_P(
-    MissingSource, OtherSource,
+    MissingSource, OtherSourceTest,
     testing::Values(
         Missing{"sensors", "memory 16M\n", kNoSensors,
                 "cannot open /dev/ipmi: No such file or directory (no BMC, or its driver is not "

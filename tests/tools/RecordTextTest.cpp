@@ -20,14 +20,14 @@ bool Shows(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-TEST(MemoryText, GivesTheTotalInGigabytesFromOneGigabyteOn) {
+TEST(MemoryTextTest, GivesTheTotalInGigabytesFromOneGigabyteOn) {
     EXPECT_TRUE(Shows(ToText(Memory{1023, {}}), "Total  1023 MB\n"));
     EXPECT_TRUE(Shows(ToText(Memory{1024, {}}), "Total  1024 MB (1 GB)\n"));
     EXPECT_TRUE(Shows(ToText(Memory{3968, {}}), "Total  3968 MB (3.875 GB)\n"));
     EXPECT_TRUE(Shows(ToText(Memory{65535, {}}), "Total  65535 MB (64 GB)\n"));
 }
 
-TEST(MemoryText, SaysThatTheTotalWrappedWhenTheBanksAddUpToMore) {
+TEST(MemoryTextTest, SaysThatTheTotalWrappedWhenTheBanksAddUpToMore) {
     const std::vector<Bank> banks(4, BankOf("32767 MB"));
     EXPECT_TRUE(Shows(ToText(Memory{65532, banks}),
                       "The total counts modulo 65536 MB; the banks below add up to 131068 MB."));
@@ -35,13 +35,13 @@ TEST(MemoryText, SaysThatTheTotalWrappedWhenTheBanksAddUpToMore) {
     EXPECT_TRUE(Shows(ToText(Memory{0, {banks[0], banks[1], BankOf("2 MB")}}), "65536 MB."));
 }
 
-TEST(MemoryText, AddsUpNoBankWhoseSizeIsNotInMegabytes) {
+TEST(MemoryTextTest, AddsUpNoBankWhoseSizeIsNotInMegabytes) {
     const std::vector<Bank> banks{BankOf("32767 MB"),       BankOf("32767 MB"), BankOf("32767 KB"),
                                   BankOf("-2147483648 MB"), BankOf("Unknown"),  BankOf("")};
     EXPECT_FALSE(Shows(ToText(Memory{65534, banks}), "modulo"));
 }
 
-TEST(MemoryText, GivesNoTotalWhereTheFirmwareDescribesNoMemory) {
+TEST(MemoryTextTest, GivesNoTotalWhereTheFirmwareDescribesNoMemory) {
     EXPECT_EQ(ToText(Memory{0, {}}),
               "Memory\n"
               "------\n"
@@ -60,7 +60,7 @@ Processor WithStatus(bool disabled, bool statusUnknown) {
     return processor;
 }
 
-TEST(ProcessorText, TellsADisabledProcessorFromOneOfUnknownStatus) {
+TEST(ProcessorTextTest, TellsADisabledProcessorFromOneOfUnknownStatus) {
     EXPECT_EQ(ToText(Processors{WithStatus(false, false), WithStatus(true, false),
                                 WithStatus(false, true)}),
               "Processors\n"
@@ -75,7 +75,7 @@ TEST(ProcessorText, TellsADisabledProcessorFromOneOfUnknownStatus) {
               "  none\n");
 }
 
-TEST(ProbeText, SaysWhereReadingsComeFrom) {
+TEST(ProbeTextTest, SaysWhereReadingsComeFrom) {
     EXPECT_EQ(ToText(Voltages{12}),
               "Voltages\n"
               "--------\n"
@@ -85,7 +85,7 @@ TEST(ProbeText, SaysWhereReadingsComeFrom) {
     EXPECT_TRUE(Shows(ToText(Temperatures{0}), "Probes  none\n"));
 }
 
-TEST(ProbeJson, IsAnObject) {
+TEST(ProbeJsonTest, IsAnObject) {
     EXPECT_EQ(ToJson(Voltages{12}).dump(), R"({"quantity":12})");
     EXPECT_EQ(ToJson(Temperatures{0}).dump(), R"({"quantity":0})");
 }

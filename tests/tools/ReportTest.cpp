@@ -55,7 +55,7 @@ Written Write(std::span<const Command> commands, Format format) {
     return {allRead, out.str(), err.str()};
 }
 
-TEST(Report, WritesEachAnswerInOrder) {
+TEST(ReportTest, WritesEachAnswerInOrder) {
     const Command commands[] = {{"spoons", "", &kDrawer, Spoons}, {"forks", "", &kDrawer, Forks}};
     const Written text = Write(commands, Format::kText);
     EXPECT_TRUE(text.allRead);
@@ -73,7 +73,7 @@ TEST(Report, WritesEachAnswerInOrder) {
               "}\n");
 }
 
-TEST(Report, NamesWhatCouldNotBeReadAndWhyOncePerSource) {
+TEST(ReportTest, NamesWhatCouldNotBeReadAndWhyOncePerSource) {
     const Command commands[] = {{"knives", "", &kDrawer, Unread},
                                 {"forks", "", &kDrawer, Forks},
                                 {"plates", "", &kShelf, Unread},
@@ -95,7 +95,7 @@ TEST(Report, NamesWhatCouldNotBeReadAndWhyOncePerSource) {
     EXPECT_EQ(reasonsAsked, 1);
 }
 
-TEST(Report, GivesNullInJsonForWhatCouldNotBeRead) {
+TEST(ReportTest, GivesNullInJsonForWhatCouldNotBeRead) {
     const Command commands[] = {{"knives", "", &kDrawer, Unread}, {"plates", "", &kShelf, Unread}};
     const Written json = Write(commands, Format::kJson);
     EXPECT_FALSE(json.allRead);
@@ -113,7 +113,7 @@ TEST(Report, GivesNullInJsonForWhatCouldNotBeRead) {
               "ber\n");
 }
 
-TEST(Report, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
+TEST(ReportTest, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
     const Command commands[] = {{"spoons", "", &kDrawer, SpoonsOfTheDrawerOnly},
                                 {"plates", "", &kShelf, Unread}};
     const Written text = Write(commands, Format::kText);
@@ -131,12 +131,12 @@ TEST(Report, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
     })"));
 }
 
-TEST(Report, HandsItsSettingsToTheCommands) {
+TEST(ReportTest, HandsItsSettingsToTheCommands) {
     const Command commands[] = {{"repeated", "", &kDrawer, Repeated}};
     EXPECT_EQ(Write(commands, Format::kText).out, "7\n");
 }
 
-TEST(Report, AsksForNoReasonWhenAllIsRead) {
+TEST(ReportTest, AsksForNoReasonWhenAllIsRead) {
     const Command commands[] = {{"forks", "", &kDrawer, Forks}};
     reasonsAsked = 0;
     Write(commands, Format::kText);

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+//
+// Starts the tool as a process, with its output in files or on a terminal.
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 #include <fcntl.h>
 #include <pty.h>

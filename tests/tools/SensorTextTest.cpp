@@ -27,13 +27,13 @@ bool Shows(const std::string& text, const std::string& part) {
     return text.find(part) != std::string::npos;
 }
 
-TEST(LimitState, NamesTheLimitThatTheReadingHasReached) {
+TEST(LimitStateTest, NamesTheLimitThatTheReadingHasReached) {
     EXPECT_EQ(LimitState(Read("79.00degree C", kUpper)), "ok");
     EXPECT_EQ(LimitState(Read("80.00degree C", kUpper)), "upper non-critical");
     EXPECT_EQ(LimitState(Read("300.00degree C", kUpper)), "upper critical");
 }
 
-TEST(LimitState, IsLeftOpenWhereItCannotBeTold) {
+TEST(LimitStateTest, IsEmptyWithoutAValidReadingOrAComparableLimit) {
     EXPECT_EQ(LimitState(Read("Unknown", kUpper)), "");
     EXPECT_EQ(LimitState(Read("95.00degree C", Limits{})), "");
     EXPECT_EQ(LimitState(Read("95%", kUpper)), "") << "the limits are no percentages";
@@ -45,7 +45,7 @@ TEST(LimitState, IsLeftOpenWhereItCannotBeTold) {
     EXPECT_EQ(LimitState(unavailable), "");
 }
 
-TEST(SensorText, IsOneAlignedTable) {
+TEST(SensorTextTest, IsOneAlignedTable) {
     SensorState discrete = Read("Unknown", {});
     discrete.name = "Door";
     discrete.state = "Device Enabled";
@@ -68,7 +68,7 @@ TEST(SensorText, IsOneAlignedTable) {
               "  L lower, U upper; NR non-recoverable, CR critical, NC non-critical\n");
 }
 
-TEST(SensorText, SaysWhenAReadingDoesNotCount) {
+TEST(SensorTextTest, ShowsAnInvalidReadingAsUnavailable) {
     SensorState sensor = Read("0.00degree C", kUpper);
     sensor.isUnavailable = true;
     EXPECT_TRUE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "  0.00 degree C  unavailable "));
@@ -76,7 +76,7 @@ TEST(SensorText, SaysWhenAReadingDoesNotCount) {
     EXPECT_TRUE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "  0.00 degree C  unavailable "));
 }
 
-TEST(SensorText, MarksSensorsWithSignedValues) {
+TEST(SensorTextTest, MarksSensorsWithSignedValues) {
     SensorState sensor = Read("214.00degree C", kUpper);
     EXPECT_FALSE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "*"));
     sensor.isSigned = true;
@@ -85,14 +85,14 @@ TEST(SensorText, MarksSensorsWithSignedValues) {
     EXPECT_TRUE(Shows(text, "* The BMC counts this sensor's values with a sign"));
 }
 
-TEST(SensorText, SaysWhenThereAreMoreThanTheLibraryLists) {
+TEST(SensorTextTest, SaysWhenThereAreMoreThanTheLibraryLists) {
     const SensorState fan = Read("3500RPM", {});
     EXPECT_FALSE(Shows(ToText(Sensors{1, {}, {}, {1, {fan}}}), "Listed are"));
     EXPECT_TRUE(Shows(ToText(Sensors{20, {}, {}, {20, {fan, fan}}}),
                       "  Listed are the first 2 of 20 fans.\n"));
 }
 
-TEST(SensorText, SaysWhenTheRepositoryIsEmpty) {
+TEST(SensorTextTest, SaysWhenTheRepositoryIsEmpty) {
     EXPECT_EQ(ToText(Sensors{}),
               "Sensors\n"
               "-------\n"
@@ -101,7 +101,7 @@ TEST(SensorText, SaysWhenTheRepositoryIsEmpty) {
               "  The BMC's sensor repository is empty, or it did not answer.\n");
 }
 
-TEST(ThresholdText, NamesEntityAndType) {
+TEST(ThresholdTextTest, NamesEntityAndType) {
     const std::string text = ToText(
         Thresholds{{3, 1, AllOf({3, 2, 1, 80, 90, 100})}, {200, 43, AllOf({0, 0, 0, 0, 0, 0})}});
     EXPECT_TRUE(

@@ -7,7 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tools/RunTool.h"
+#include "tests/tools/RunTool.h"
 
 namespace {
 
@@ -26,7 +26,7 @@ constexpr const char* kMachine =
     "thresholds 0x10 0x38 0 0 0 80 90 100\n"
     "thresholds 0 0x38 0 0 0 70 75 77\n";
 
-TEST(SensorsCommand, RepeatsItsTableAsOftenAsToldWithoutMuchWaiting) {
+TEST(SensorsCommandTest, WithWatchAndCountShowsThatManyTablesWithoutRealWaiting) {
     const MachineFolder machine(kMachine);
     const ToolRun once = machine.Run({"sensors"});
     EXPECT_EQ(once.status, 0);
@@ -36,7 +36,7 @@ TEST(SensorsCommand, RepeatsItsTableAsOftenAsToldWithoutMuchWaiting) {
     EXPECT_EQ(thrice.out, once.out + '\n' + once.out + '\n' + once.out);
 }
 
-TEST(SensorsCommand, RedrawsItsTableOnATerminal) {
+TEST(SensorsCommandTest, RedrawsItsTableOnATerminal) {
     const MachineFolder machine(kMachine);
     const std::string once = machine.Run({"sensors"}).out;
     EXPECT_EQ(RunToolOnTerminal({"--machine", machine.Path().string(), "sensors", "--watch", "3600",
@@ -44,7 +44,7 @@ TEST(SensorsCommand, RedrawsItsTableOnATerminal) {
               once + "\x1B[H\x1B[2J" + once);
 }
 
-TEST(SensorsCommand, ShowsWhatChangesWhileItRepeats) {
+TEST(SensorsCommandTest, ShowsWhatChangesWhileItRepeats) {
     const MachineFolder machine(std::string(kMachine) + "reading 0x10 at 10 85\n");
     const ToolRun run = machine.Run({"sensors", "--watch", "10", "--count", "2"});
     EXPECT_EQ(run.status, 0);
@@ -52,14 +52,14 @@ TEST(SensorsCommand, ShowsWhatChangesWhileItRepeats) {
     EXPECT_THAT(run.out, HasSubstr("  85.00 degree C  upper non-critical "));
 }
 
-TEST(SensorsCommand, EndsItsRepetitionWhenTheSourceIsMissing) {
+TEST(SensorsCommandTest, EndsItsRepetitionWhenTheSourceIsMissing) {
     const ToolRun run =
         MachineFolder("without /dev/mem\n").Run({"sensors", "--watch", "3600", "--count", "3"});
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.out, "Not read\n--------\n  /dev/ipmi  sensors\n");
 }
 
-TEST(SensorsCommand, GivesTheThresholdsOfTheSensorAndThoseOfTheRecordInJson) {
+TEST(SensorsCommandTest, GivesTheThresholdsOfTheSensorAndThoseOfTheRecordInJson) {
     const auto json = nlohmann::json::parse(MachineFolder(kMachine).Run({"sensors", "--json"}).out);
     const auto& sensor = json.at("sensors").at("temperatures").at("sensors").at(0);
     EXPECT_EQ(sensor.at("thresholds").at("upperCritical"), 90.0);
@@ -67,7 +67,7 @@ TEST(SensorsCommand, GivesTheThresholdsOfTheSensorAndThoseOfTheRecordInJson) {
     EXPECT_EQ(sensor.at("recordThresholds").at("upperCritical"), 75.0);
 }
 
-TEST(ThresholdsCommand, GivesWhatTheLibraryHasReadByPlace) {
+TEST(ThresholdsCommandTest, GivesTheThresholdsThatTheLibraryReadByPlace) {
     const auto json =
         nlohmann::json::parse(MachineFolder(kMachine).Run({"thresholds", "--json"}).out);
     EXPECT_EQ(json.at("thresholds").at(0).at("thresholds").at("upperCritical"), 75.0);
@@ -76,7 +76,7 @@ TEST(ThresholdsCommand, GivesWhatTheLibraryHasReadByPlace) {
 const std::vector<std::string> kSet = {"threshold",   "set",     "--entity",       "3", "--type",
                                        "temperature", "--which", "upper-critical", "88"};
 
-TEST(ThresholdSetCommand, WithoutYesShowsWhatWouldBeWrittenAndFails) {
+TEST(ThresholdSetCommandTest, WithoutYesShowsWhatWouldBeWrittenAndFails) {
     const ToolRun run = MachineFolder(kMachine).Run(kSet);
     EXPECT_EQ(run.status, 1);
     EXPECT_THAT(run.out, StartsWith("Thresholds to be written\n"));
@@ -85,7 +85,7 @@ TEST(ThresholdSetCommand, WithoutYesShowsWhatWouldBeWrittenAndFails) {
     EXPECT_EQ(run.err, "talvane: nothing was written; --yes writes this\n");
 }
 
-TEST(ThresholdSetCommand, WithYesWrites) {
+TEST(ThresholdSetCommandTest, WithYesWrites) {
     auto arguments = kSet;
     arguments.push_back("--yes");
     const ToolRun run = MachineFolder(kMachine).Run(arguments);
@@ -95,7 +95,7 @@ TEST(ThresholdSetCommand, WithYesWrites) {
     EXPECT_THAT(run.out, HasSubstr(" Before "));
 }
 
-TEST(ThresholdSetCommand, TakesNegativeValuesAndNumbersOfTypes) {
+TEST(ThresholdSetCommandTest, TakesNegativeValuesAndNumbersOfTypes) {
     const ToolRun run = MachineFolder(kMachine).Run(
         {"threshold", "set", "--entity", "3", "--type", "1", "--which", "upper-critical", "-5"});
     EXPECT_EQ(run.status, 1);
@@ -103,7 +103,7 @@ TEST(ThresholdSetCommand, TakesNegativeValuesAndNumbersOfTypes) {
     EXPECT_THAT(run.out, StartsWith("Thresholds as the library would write them\n"));
 }
 
-TEST(ThresholdSetCommand, TakesCodesInDecimalAndHexadecimal) {
+TEST(ThresholdSetCommandTest, TakesCodesInDecimalAndHexadecimal) {
     const MachineFolder machine(kMachine);
     const auto set = [&](const char* entity, const char* type) {
         return machine.Run({"threshold", "set", "--entity", entity, "--type", type, "--which",
@@ -116,7 +116,7 @@ TEST(ThresholdSetCommand, TakesCodesInDecimalAndHexadecimal) {
     EXPECT_THAT(set("3", "010").err, HasSubstr("and type 10 ")) << "not octal";
 }
 
-TEST(ThresholdSetCommand, TakesOptionsOfAllCommandsBeforeItsSecondWord) {
+TEST(ThresholdSetCommandTest, TakesOptionsOfAllCommandsBeforeItsSecondWord) {
     const MachineFolder machine(kMachine);
     auto arguments = kSet;
     arguments.push_back("--json");
@@ -126,7 +126,7 @@ TEST(ThresholdSetCommand, TakesOptionsOfAllCommandsBeforeItsSecondWord) {
     EXPECT_EQ(machine.Run(arguments).out, expected);
 }
 
-TEST(ThresholdSetCommand, AnswersInJsonWithTheReasonForNotWriting) {
+TEST(ThresholdSetCommandTest, AnswersInJsonWithTheReasonForNotWriting) {
     auto arguments = kSet;
     arguments.push_back("--json");
     const auto json = nlohmann::json::parse(MachineFolder(kMachine).Run(arguments).out);
@@ -136,7 +136,7 @@ TEST(ThresholdSetCommand, AnswersInJsonWithTheReasonForNotWriting) {
         {"source": "threshold set", "message": "nothing was written; --yes writes this"}])"));
 }
 
-TEST(WatchdogCommand, ShowsTheTimerWithAndWithoutTheWord) {
+TEST(WatchdogCommandTest, ShowsTheTimerWithAndWithoutTheWord) {
     const MachineFolder machine(kMachine);
     const ToolRun run = machine.Run({"watchdog", "show"});
     EXPECT_EQ(run.status, 0);
@@ -144,7 +144,7 @@ TEST(WatchdogCommand, ShowsTheTimerWithAndWithoutTheWord) {
     EXPECT_EQ(machine.Run({"watchdog"}).out, run.out);
 }
 
-TEST(WatchdogCommand, AsksForYesBeforeItStartsATimerWithAnAction) {
+TEST(WatchdogCommandTest, AsksForYesBeforeItStartsATimerWithAnAction) {
     const MachineFolder machine(kMachine);
     const ToolRun asked =
         machine.Run({"watchdog", "set", "--action", "power-cycle", "--timeout", "10"});
@@ -157,7 +157,7 @@ TEST(WatchdogCommand, AsksForYesBeforeItStartsATimerWithAnAction) {
     EXPECT_THAT(told.out, HasSubstr("  Action   power-cycle\n  Timeout  10.0 s\n"));
 }
 
-TEST(WatchdogCommand, ResetAsksForYesAndStopDoesNot) {
+TEST(WatchdogCommandTest, ResetAsksForYesAndStopDoesNot) {
     const MachineFolder machine(kMachine);
     EXPECT_EQ(machine.Run({"watchdog", "reset"}).status, 1);
     const ToolRun stopped = machine.Run({"watchdog", "stop"});

@@ -16,10 +16,10 @@ using testing::HasSubstr;
 constexpr std::uint8_t kSensorCommand = 4;
 constexpr std::uint8_t kSetThresholds = 0x26;
 
-class ThresholdSet : public IpmiTest {
+class ThresholdSetTest : public IpmiTest {
 protected:
     // A fan in front, so that the temperature's place in the repository is 1 and its number 0x10.
-    ThresholdSet() {
+    ThresholdSetTest() {
         Add(Fan("FAN1", 0x30).Entity(29).ThresholdMasks(0x3F, 0x03), 70);
         Add(Temperature("CPU Temp", 0x10).Entity(3).ThresholdMasks(0x3F, 0x38), 40);
         bmc.SetThresholds(0x10, {0x3F, {3, 2, 1, 80, 90, 100}});
@@ -35,7 +35,7 @@ protected:
     std::size_t Writes() const { return bmc.Count(kSensorCommand, kSetThresholds); }
 };
 
-TEST_F(ThresholdSet, ShowsEachThresholdAndWritesNothingWithoutConfirmation) {
+TEST_F(ThresholdSetTest, ShowsEachThresholdAndWritesNothingWithoutConfirmation) {
     bmc.SetThresholds(1, {0x3F, {3, 2, 1, 70, 90, 100}});
     const Outcome outcome = SetThreshold(Upper(95, false));
     EXPECT_EQ(Writes(), 0U);
@@ -58,7 +58,7 @@ TEST_F(ThresholdSet, ShowsEachThresholdAndWritesNothingWithoutConfirmation) {
     EXPECT_EQ(outcome.json["sensors"][0]["written"]["lowerCritical"], nullptr);
 }
 
-TEST_F(ThresholdSet, WritesExactlyWhatItHasShown) {
+TEST_F(ThresholdSetTest, WritesExactlyWhatItHasShown) {
     bmc.SetThresholds(1, {0x3F, {3, 2, 1, 70, 90, 93}});
     const Outcome outcome = SetThreshold(Upper(95));
     EXPECT_EQ(outcome.problem, "");
@@ -70,13 +70,13 @@ TEST_F(ThresholdSet, WritesExactlyWhatItHasShown) {
     EXPECT_EQ(outcome.json["done"], true);
 }
 
-TEST_F(ThresholdSet, SaysWhichOfTheOthersCannotBeCompared) {
+TEST_F(ThresholdSetTest, MarksThresholdsThatCannotBeRead) {
     bmc.SetThresholds(0x10, {0x30, {0, 0, 0, 80, 90, 100}});
     EXPECT_THAT(SetThreshold(Upper(95, false)).text,
                 HasSubstr("upper non-critical              -   0 (0x00)  cannot be read\n"));
 }
 
-TEST_F(ThresholdSet, RefusesAThresholdThatTheSensorDoesNotLetBeSet) {
+TEST_F(ThresholdSetTest, RefusesAThresholdThatTheSensorDoesNotLetBeSet) {
     Order order = Upper(5);
     order.threshold.which = THRESHOLD_LOWER_CRITICAL;
     EXPECT_EQ(SetThreshold(order).problem,
@@ -85,7 +85,7 @@ TEST_F(ThresholdSet, RefusesAThresholdThatTheSensorDoesNotLetBeSet) {
     EXPECT_EQ(Writes(), 0U);
 }
 
-TEST_F(ThresholdSet, RefusesAValueThatTheSensorCannotHold) {
+TEST_F(ThresholdSetTest, RefusesAValueThatTheSensorCannotHold) {
     EXPECT_EQ(SetThreshold(Upper(300)).problem,
               "CPU Temp (0x10) cannot hold 300: it would store 44; nothing was written");
     EXPECT_EQ(SetThreshold(Upper(-5)).problem,
@@ -95,7 +95,7 @@ TEST_F(ThresholdSet, RefusesAValueThatTheSensorCannotHold) {
     EXPECT_EQ(bmc.Thresholds(0x10).values[THRESHOLD_UPPER_CRITICAL], 95);
 }
 
-TEST_F(ThresholdSet, RefusesSensorsWithSignedValues) {
+TEST_F(ThresholdSetTest, RefusesSensorsWithSignedValues) {
     Add(Temperature("Inlet", 0x20).Entity(7).Unit1(0x80).ThresholdMasks(0x3F, 0x38), 20);
     Order order = Upper(40);
     order.threshold.entity = 7;
@@ -105,13 +105,13 @@ TEST_F(ThresholdSet, RefusesSensorsWithSignedValues) {
     EXPECT_EQ(Writes(), 0U);
 }
 
-TEST_F(ThresholdSet, RefusesAllWhenOneOfTheSensorsCannot) {
+TEST_F(ThresholdSetTest, RefusesAllSensorsWhenOneCannotBeSet) {
     Add(Temperature("CPU2 Temp", 0x11).Entity(3).ThresholdMasks(0x3F, 0x08), 40);
     EXPECT_THAT(SetThreshold(Upper(95)).problem, HasSubstr("CPU2 Temp (0x11) does not let"));
     EXPECT_EQ(Writes(), 0U);
 }
 
-TEST_F(ThresholdSet, SaysWhenNoSensorMatches) {
+TEST_F(ThresholdSetTest, SaysWhenNoSensorMatches) {
     Order order = Upper(95);
     order.threshold.entity = 9;
     const Outcome outcome = SetThreshold(order);
@@ -121,7 +121,7 @@ TEST_F(ThresholdSet, SaysWhenNoSensorMatches) {
     EXPECT_EQ(Writes(), 0U);
 }
 
-TEST_F(ThresholdSet, SaysWhenTheBmcDidNotTakeIt) {
+TEST_F(ThresholdSetTest, ReportsThresholdsThatTheBmcDidNotTake) {
     bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command == kSetThresholds) return sim::Bytes{};
         return std::nullopt;
@@ -129,7 +129,7 @@ TEST_F(ThresholdSet, SaysWhenTheBmcDidNotTakeIt) {
     EXPECT_EQ(SetThreshold(Upper(95)).problem, "CPU Temp (0x10) did not take the thresholds");
 }
 
-TEST(ThresholdSetWithoutBmc, SaysWhy) {
+TEST(ThresholdSetWithoutBmcTest, NamesTheMissingDevice) {
     const sim::SimulatedServer server;
     const Outcome outcome = SetThreshold({});
     EXPECT_THAT(outcome.problem, HasSubstr("cannot open /dev/ipmi"));

@@ -17,14 +17,14 @@ using testing::HasSubstr;
 constexpr int kHardReset = 1;
 constexpr std::uint8_t kSetTimer = 0x24;
 
-class WatchdogSet : public IpmiTest {
+class WatchdogSetTest : public IpmiTest {
 protected:
     static Order With(int action, int timeout, bool confirmed) {
         return {.threshold = {}, .watchdog = {action, timeout}, .confirmed = confirmed};
     }
 };
 
-TEST_F(WatchdogSet, AsksForConfirmationOfAnActionAndLeavesTheTimerAlone) {
+TEST_F(WatchdogSetTest, AsksForConfirmationOfAnActionAndLeavesTheTimerAlone) {
     const Outcome outcome = SetWatchdog(With(kHardReset, 30000, false));
     EXPECT_EQ(outcome.problem,
               "this would start a timer that does a hard-reset of this machine after 30.0 s; "
@@ -33,7 +33,7 @@ TEST_F(WatchdogSet, AsksForConfirmationOfAnActionAndLeavesTheTimerAlone) {
     EXPECT_THAT(outcome.text, HasSubstr("  Action   none\n"));
 }
 
-TEST_F(WatchdogSet, SetsAndStartsTheTimerWhenConfirmed) {
+TEST_F(WatchdogSetTest, SetsAndStartsTheTimerWhenConfirmed) {
     const Outcome outcome = SetWatchdog(With(kHardReset, 30550, true));
     EXPECT_EQ(outcome.problem, "");
     EXPECT_TRUE(bmc.Watchdog().running);
@@ -42,13 +42,13 @@ TEST_F(WatchdogSet, SetsAndStartsTheTimerWhenConfirmed) {
     EXPECT_EQ(outcome.json["timeoutMilliseconds"], 30500);
 }
 
-TEST_F(WatchdogSet, NeedsNoConfirmationWithoutAnAction) {
+TEST_F(WatchdogSetTest, NeedsNoConfirmationWithoutAnAction) {
     EXPECT_EQ(SetWatchdog(With(kNoAction, 30000, false)).problem, "");
     EXPECT_TRUE(bmc.Watchdog().running);
     EXPECT_EQ(bmc.Watchdog().actions, 0);
 }
 
-TEST_F(WatchdogSet, StartsTheTimerOverWhenConfirmedOnly) {
+TEST_F(WatchdogSetTest, StartsTheTimerOverOnlyWhenConfirmed) {
     ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
     (void)server.GetMachine().Sleep(5);
     EXPECT_EQ(bmc.WatchdogPresent(), 250U);
@@ -60,18 +60,18 @@ TEST_F(WatchdogSet, StartsTheTimerOverWhenConfirmedOnly) {
     EXPECT_EQ(bmc.WatchdogPresent(), 300U);
 }
 
-TEST_F(WatchdogSet, DoesNotStartATimerThatWasNeverSet) {
+TEST_F(WatchdogSetTest, DoesNotStartATimerThatWasNeverSet) {
     EXPECT_EQ(ResetWatchdog(With(0, 0, true)).problem,
               "the watchdog has not been set: nothing to start");
 }
 
-TEST_F(WatchdogSet, StopsTheTimerWithoutConfirmation) {
+TEST_F(WatchdogSetTest, StopsTheTimerWithoutConfirmation) {
     ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
     EXPECT_EQ(StopWatchdog({}).problem, "");
     EXPECT_FALSE(bmc.Watchdog().running);
 }
 
-TEST_F(WatchdogSet, SaysWhenTheTimerCountsOn) {
+TEST_F(WatchdogSetTest, ReportsATimerThatCountsOnAfterStop) {
     bmc.MakeWatchdogUnstoppable();
     ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
     const Outcome outcome = StopWatchdog({});
@@ -80,7 +80,7 @@ TEST_F(WatchdogSet, SaysWhenTheTimerCountsOn) {
     EXPECT_THAT(outcome.text, HasSubstr("  Left     179.0 s\n"));
 }
 
-TEST_F(WatchdogSet, SaysWhenTheBmcRefusesToStop) {
+TEST_F(WatchdogSetTest, SaysWhenTheBmcRefusesToStop) {
     ASSERT_EQ(SetWatchdog(With(kHardReset, 30000, true)).problem, "");
     bmc.Inject("Set Watchdog Timer", sim::BmcFault::Kind::kRefused, 0xD5);
     const Outcome outcome = StopWatchdog({});
@@ -88,7 +88,7 @@ TEST_F(WatchdogSet, SaysWhenTheBmcRefusesToStop) {
     EXPECT_THAT(outcome.text, HasSubstr("  Action   hard-reset\n"));
 }
 
-TEST_F(WatchdogSet, SaysWhenTheBmcDidNotTakeIt) {
+TEST_F(WatchdogSetTest, ReportsSettingsThatTheBmcDidNotTake) {
     bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         if (request.command == kSetTimer) return sim::Bytes{};
         return std::nullopt;
@@ -97,7 +97,7 @@ TEST_F(WatchdogSet, SaysWhenTheBmcDidNotTakeIt) {
               "the BMC did not take the watchdog's settings");
 }
 
-TEST(WatchdogSetWithoutBmc, SaysWhy) {
+TEST(WatchdogSetWithoutBmcTest, NamesTheMissingDevice) {
     const sim::SimulatedServer server;
     for (const auto change : {SetWatchdog, ResetWatchdog, StopWatchdog})
         EXPECT_THAT(change({}).problem, HasSubstr("cannot open /dev/ipmi"));

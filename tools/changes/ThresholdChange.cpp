@@ -1,11 +1,14 @@
 // SPDX-License-Identifier: MIT
+//
+// Plans the change, refuses or shows it, and after writing asks the BMC what it now holds.
 
 #include "tools/changes/ThresholdChange.h"
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/SensorCode.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Source.h"
 #include "tools/changes/ThresholdPlan.h"
+#include "tools/library/SensorCodes.h"
 
 namespace tool {
 namespace {
@@ -42,9 +45,9 @@ Outcome Described(const std::vector<ThresholdPlan>& plans, Stage stage,
             problem};
 }
 
-// The library does not look at what the BMC answers to a request, so the BMC is asked again.
+// The library ignores what the BMC answers to a request, so the BMC is asked again.
 bool WasTaken(const ThresholdPlan& plan) {
-    const auto raw = SensorWalk::Get().Current(plan.sensor).raw;
+    const auto raw = SensorRepository::Get().Current(plan.sensor).raw;
     const auto now = LimitValues<unsigned char>(raw);
     for (std::size_t i = 0; i < kLimits; ++i) {
         const auto& written = plan.thresholds[i].written;

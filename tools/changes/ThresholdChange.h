@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// Setting one threshold of all sensors of an entity and type, after showing everything that is
-// written with it.
+// Sets one threshold of all sensors of an entity and type, after showing everything that is written
+// with it.
 #ifndef TALVANE_TOOLS_CHANGES_THRESHOLDCHANGE_H
 #define TALVANE_TOOLS_CHANGES_THRESHOLDCHANGE_H
 
-#include "tools/Changes.h"
+#include "tools/changes/Order.h"
 
 namespace tool {
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Follows the library's own steps up to the write, to know beforehand what it would write.
 
 #include "tools/changes/ThresholdPlan.h"
 
@@ -6,12 +8,12 @@
 #include <cmath>
 #include <cstdio>
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {
 
-std::string NumberedName(const WalkedSensor& sensor, const std::string& name) {
+std::string NumberedName(const RepositorySensor& sensor, const std::string& name) {
     char number[16];
     std::snprintf(number, sizeof number, "0x%02X", sensor.number);
     return name.empty() ? "sensor " + std::string(number) : name + " (" + number + ")";
@@ -22,29 +24,29 @@ Limits Values(const SensorFormulaParameter& formula, const Six<PlannedThreshold>
     Limits values;
     for (std::size_t i = 0; i < kLimits; ++i)
         if (const auto raw = thresholds[i].*member)
-            values[i] = SensorWalk::Get().Value(formula, *raw);
+            values[i] = SensorRepository::Get().Value(formula, *raw);
     return values;
 }
 
-// The library's own steps, up to writing.
-SensorThresholdInfoRaw SetToWrite(const WalkedSensor& sensor, const ThresholdOrder& order) {
-    SensorThresholdInfoRaw set = sensor.walked;
+// What the library would write, by its own steps.
+SensorThresholdInfoRaw SetToWrite(const RepositorySensor& sensor, const ThresholdOrder& order) {
+    SensorThresholdInfoRaw set = sensor.walkThresholds;
     set.MinThreshold = 0;
     set.MaxThreshold = 0xFF;
-    const unsigned char raw = SensorWalk::Get().Raw(sensor.formula, order.value);
+    const unsigned char raw = SensorRepository::Get().Raw(sensor.formula, order.value);
     (void)Controller().SetThresholdOrder(set, order.which, raw);  // result not used: always 0
     return set;
 }
 
-ThresholdPlan PlanFor(const WalkedSensor& sensor, const ThresholdOrder& order) {
-    SensorWalk& walk = SensorWalk::Get();
-    const auto current = walk.Current(sensor).raw;
+ThresholdPlan PlanFor(const RepositorySensor& sensor, const ThresholdOrder& order) {
+    SensorRepository& repository = SensorRepository::Get();
+    const auto current = repository.Current(sensor).raw;
     const auto set = SetToWrite(sensor, order);
     const auto now = LimitValues<unsigned char>(current);
     const auto written = LimitValues<unsigned char>(set);
     ThresholdPlan plan{};
     plan.sensor = sensor;
-    plan.name = NumberedName(sensor, walk.Name(order.type, sensor.number));
+    plan.name = NumberedName(sensor, repository.Name(order.type, sensor.number));
     plan.which = order.which;
     for (std::size_t i = 0; i < kLimits; ++i) {
         if (InMask(current.readableFlag, i)) plan.thresholds[i].now = now[i];
@@ -55,15 +57,16 @@ ThresholdPlan PlanFor(const WalkedSensor& sensor, const ThresholdOrder& order) {
     return plan;
 }
 
-// How far the value of a raw byte is from those of its neighbours, at most.
+// The larger distance between the value of a raw byte and those of its two neighbours.
 double StepAt(const SensorFormulaParameter& formula, unsigned char raw) {
-    SensorWalk& walk = SensorWalk::Get();
-    const double value = walk.Value(formula, raw);
+    SensorRepository& repository = SensorRepository::Get();
+    const double value = repository.Value(formula, raw);
     double step = 0;
-    if (raw > 0) step = std::abs(value - walk.Value(formula, static_cast<unsigned char>(raw - 1)));
+    if (raw > 0)
+        step = std::abs(value - repository.Value(formula, static_cast<unsigned char>(raw - 1)));
     if (raw < 0xFF)
-        step = std::max(step,
-                        std::abs(walk.Value(formula, static_cast<unsigned char>(raw + 1)) - value));
+        step = std::max(
+            step, std::abs(repository.Value(formula, static_cast<unsigned char>(raw + 1)) - value));
     return step;
 }
 
@@ -86,7 +89,8 @@ std::string ValueText(std::optional<unsigned char> raw, std::optional<double> va
 
 std::vector<ThresholdPlan> PlanThreshold(const ThresholdOrder& order) {
     std::vector<ThresholdPlan> plans;
-    for (const WalkedSensor& sensor : SensorWalk::Get().Matching(order.entity, order.type))
+    for (const RepositorySensor& sensor :
+         SensorRepository::Get().Matching(order.entity, order.type))
         plans.push_back(PlanFor(sensor, order));
     return plans;
 }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // What setting a threshold would do to one sensor. The library writes the whole set of thresholds
-// that its repository walk has read, and the walk asks for a record's place in the repository in
-// place of the sensor's number: the other thresholds of the sensor can change, too.
+// that its repository walk has read. The walk asks for them by the record's place in the
+// repository, not by the sensor's number. So the other thresholds of the sensor can change, too.
 #ifndef TALVANE_TOOLS_CHANGES_THRESHOLDPLAN_H
 #define TALVANE_TOOLS_CHANGES_THRESHOLDPLAN_H
 
@@ -10,20 +10,20 @@
 #include <string>
 #include <vector>
 
-#include "tools/Changes.h"
-#include "tools/Limits.h"
-#include "tools/SensorWalk.h"
+#include "tools/changes/Order.h"
+#include "tools/library/Limits.h"
+#include "tools/library/SensorRepository.h"
 
 namespace tool {
 
 struct PlannedThreshold {
-    std::optional<unsigned char> now;      // raw; nothing when the BMC does not tell it
-    std::optional<unsigned char> written;  // nothing when the sensor does not let it be set
+    std::optional<unsigned char> now;      // raw; nothing when it cannot be read
+    std::optional<unsigned char> written;  // nothing when it cannot be set
 };
 
 struct ThresholdPlan {
-    WalkedSensor sensor;
-    std::string name;  // the sensor's, or its number
+    RepositorySensor sensor;
+    std::string name;  // the sensor's name and number
     int which;         // the threshold asked for
     Six<PlannedThreshold> thresholds;
     Limits nowValues;      // in the sensor's unit
@@ -33,7 +33,7 @@ struct ThresholdPlan {
 // For each sensor of the order's entity and type. Reads from the BMC and writes nothing.
 std::vector<ThresholdPlan> PlanThreshold(const ThresholdOrder& order);
 
-// Why the order must not be carried out for a sensor; empty when it can be.
+// Why the order must not be carried out for a sensor; empty when it may be.
 std::string Objection(const ThresholdPlan& plan, const ThresholdOrder& order);
 
 // The rows of a table with the columns of PlanColumns().

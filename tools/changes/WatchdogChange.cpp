@@ -1,17 +1,20 @@
 // SPDX-License-Identifier: MIT
+//
+// Each change reads the timer again afterwards, since the library ignores what the BMC answers.
 
 #include "tools/changes/WatchdogChange.h"
 
 #include <unistd.h>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Source.h"
 #include "tools/records/Watchdog.h"
 
 namespace tool {
 namespace {
 
-// Requests whose answer the library does not look at: it calls them done when they were sent.
+// The library ignores the answers to these requests. It reports success once they are sent.
 constexpr const char* kNotTaken = "the BMC did not take the watchdog's settings";
 
 Json StateJson(const std::optional<Watchdog>& watchdog) {
@@ -22,13 +25,13 @@ Outcome Unreachable() {
     return {"", Json(), kBmc.whyNotRead()};
 }
 
-// The timer as it is now, and why it was left so.
+// The timer as it is now, and why nothing was changed.
 Outcome Unchanged(const std::string& problem) {
     const auto now = ReadWatchdog();
     return {now ? ToText(*now) : "", StateJson(now), problem};
 }
 
-// The timer after a change that was answered with `result`, and after which it should have these
+// The timer after a change that the library answered with `result`. It should now have the expected
 // settings.
 Outcome Changed(int result, const WatchdogOrder& expected) {
     const auto now = ReadWatchdog();
@@ -37,11 +40,11 @@ Outcome Changed(int result, const WatchdogOrder& expected) {
     return {now ? ToText(*now) : "", StateJson(now), taken ? "" : kNotTaken};
 }
 
-// Whether the timer runs, which the library does not tell: one that does has less left a second
-// later.
+// Whether the timer runs. The library does not report it, but a running timer has less time left a
+// second later.
 bool CountsDown() {
     const auto before = ReadWatchdog();
-    (void)sleep(1);  // result not used: a shorter wait shows as well, the BMC counting in tenths
+    (void)sleep(1);  // result not used: the BMC counts tenths, so a shorter wait is enough
     const auto after = ReadWatchdog();
     return before && after && after->left < before->left;
 }

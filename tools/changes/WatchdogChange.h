@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// Changes to the BMC's watchdog timer. One that runs down with an action reboots the machine or
-// switches it off, so starting one is done only when it is confirmed.
+// Changes to the BMC's watchdog timer. A timer with an action reboots the machine or switches it
+// off when it runs down, so starting one needs a confirmation.
 #ifndef TALVANE_TOOLS_CHANGES_WATCHDOGCHANGE_H
 #define TALVANE_TOOLS_CHANGES_WATCHDOGCHANGE_H
 
-#include "tools/Changes.h"
+#include "tools/changes/Order.h"
 
 namespace tool {
 

@@ -1,21 +1,23 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads firmware and inventory through the library's IPMIsupport class.
 
 #include "tools/records/Bmc.h"
 
 #include <cstdio>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/SensorWalk.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/SensorRepository.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kTextSize = 64;
+constexpr std::size_t kInventoryTextSize = 64;
 
 std::string InventoryText(int (IPMIsupport::*get)(char*)) {
-    char text[kTextSize] = {};
+    char text[kInventoryTextSize] = {};
     if ((Controller().*get)(text) != 0) return "";
     return FieldText(text);
 }
@@ -30,8 +32,8 @@ std::optional<Bmc> ReadBmc() {
     (void)Controller().GetFRUInfo();
     char firmware[16];
     std::snprintf(firmware, sizeof firmware, "%d.%02d", major, minor);
-    // The library keeps the product's fields one place too far: the version as the serial number,
-    // and the serial number, with its length byte in front, as the asset tag.
+    // The library keeps the product's last fields one place too far: the version as the serial
+    // number, and the serial number, with its length byte in front, as the asset tag.
     const std::string serial = InventoryText(&IPMIsupport::GetProductAssetTag);
     return Bmc{.firmware = firmware,
                .boardManufacturer = InventoryText(&IPMIsupport::GetBoardManufacturer),

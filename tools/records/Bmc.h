@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// The BMC's firmware and its inventory: the board, chassis and product it is part of.
+// The BMC's firmware and its inventory: the board, chassis and product that it is part of.
 #ifndef TALVANE_TOOLS_RECORDS_BMC_H
 #define TALVANE_TOOLS_RECORDS_BMC_H
 
 #include <optional>
 #include <string>
 
-#include "tools/Json.h"
+#include "tools/base/Json.h"
 
 namespace tool {
 

@@ -7,7 +7,7 @@
 #include <optional>
 #include <string>
 
-#include "tools/Json.h"
+#include "tools/base/Json.h"
 
 namespace tool {
 

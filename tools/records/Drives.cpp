@@ -1,69 +1,18 @@
 // SPDX-License-Identifier: MIT
+//
+// Shows the disks.
 
 #include "tools/records/Drives.h"
 
-#include <dirent.h>
-
-#include <cerrno>
-
-#include "Talvane.h"
-#include "tools/Apart.h"
-#include "tools/ByteSize.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/ByteSize.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
-namespace {
-
-struct Position {
-    const char* name;
-    const char* device;
-};
-
-constexpr Position kPositions[] = {
-    {"Primary Master", "/dev/hda"},
-    {"Primary Slave", "/dev/hdb"},
-    {"Secondry Master", "/dev/hdc"},
-    {"Secondry Slave", "/dev/hdd"},
-};
-
-// Also where there is no such folder: a machine without IDE.
-bool IdeFolderCanBeRead() {
-    DIR* const folder = opendir("/proc/ide");
-    if (folder == nullptr) return errno == ENOENT;
-    (void)closedir(folder);  // result not used: nothing was read
-    return true;
-}
-
-}  // namespace
-
-std::optional<Drives> ReadDrives() {
-    if (!IdeFolderCanBeRead()) return std::nullopt;
-    // Apart: without IDE the library says so on standard output.
-    const auto answer = RunApart<StorageInformation>(
-        [](StorageInformation& record) { (void)GetInfo(TALVANE_DRIVES, &record); });
-    if (!answer) return std::nullopt;
-    Drives drives;
-    for (int i = 0; i < answer->record.quantityIDE; ++i) {
-        const DriveInfo& drive = answer->record.driveArray[i];
-        drives.push_back({.controller = FieldText(drive.ControllerType),
-                          .position = FieldText(drive.ControllerNo),
-                          .model = FieldText(drive.model),
-                          .size = FieldText(drive.size),
-                          .serialNumber = FieldText(drive.SerialNo)});
-    }
-    return drives;
-}
 
 std::string SerialText(const Drive& drive) {
     constexpr std::size_t kSerialSize = 20;
     return drive.serialNumber.substr(0, kSerialSize);
-}
-
-std::string DevicePath(const Drive& drive) {
-    for (const Position& position : kPositions)
-        if (drive.position == position.name) return position.device;
-    return "";
 }
 
 std::string ToText(const Drives& drives) {

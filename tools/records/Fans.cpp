@@ -1,27 +1,29 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_FANS of GetInfo.
 
 #include "tools/records/Fans.h"
 
 #include <cstddef>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
-#include "tools/WideRecord.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/WideRecord.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostFans = 63;
+constexpr std::size_t kMaxFans = 63;
 
 }  // namespace
 
 std::optional<Fans> ReadFans() {
-    WideRecord<FanInformation, FAN_DEVICE> record(offsetof(FanInformation, fan), kMostFans);
+    WideRecord<FanInformation, FAN_DEVICE> record(offsetof(FanInformation, fan), kMaxFans);
     if (GetInfo(TALVANE_FANS, record.Data()) != 0) return std::nullopt;
     Fans fans;
     for (const FAN_DEVICE& fan : record.Elements(record.Head().quantity))
-        // The long texts run on into min and max.
+        // A long text runs on into the fields min and max.
         fans.push_back({.speed = TextWithin(fan, offsetof(FAN_DEVICE, speed),
                                             offsetof(FAN_DEVICE, IdString))});
     return fans;

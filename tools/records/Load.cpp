@@ -1,43 +1,45 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows GetCpuUsageRate and GetMemUsageRate.
 
 #include "tools/records/Load.h"
 
 #include <fcntl.h>
 
 #include "Talvane.h"
-#include "tools/Apart.h"
-#include "tools/Layout.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Layout.h"
+#include "tools/library/ChildProcess.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostProcessors = 8;
-constexpr int kAllOfMemory = 100;
+constexpr std::size_t kMaxWatchedProcessors = 8;
+constexpr int kMaxPercent = 100;
 
 struct ProcessorLoad {
     int result;
     CpuUsageRageInformation usage;
 };
 
-// Apart: ticks that stand still are divided by, which ends the process.
+// In a child process: when the ticks stand still, the library divides by zero and the process ends.
 std::optional<std::vector<int>> ReadProcessorLoad(int interval) {
-    // The library takes a file that it cannot open for one whose ticks stand still.
+    // To the library a file that it cannot open looks like one whose ticks stand still.
     if (!Descriptor("/proc/stat", O_RDONLY).IsOpen()) return std::nullopt;
-    const auto answer = RunApart<ProcessorLoad>(
+    const auto answer = FillInChildProcess<ProcessorLoad>(
         [interval](ProcessorLoad& load) { load.result = GetCpuUsageRate(interval, &load.usage); });
     if (!answer || answer->record.result != 0) return std::nullopt;
     const CpuUsageRageInformation& usage = answer->record.usage;
     return std::vector<int>(usage.UsageRate, usage.UsageRate + usage.quantity);
 }
 
-// Apart: the library writes a scratch file into the current folder, and says so on standard output
-// when it cannot.
+// In a child process: the library writes a scratch file into the current folder, and prints a
+// message when it cannot.
 std::optional<int> ReadMemoryLoad() {
-    const auto answer = RunApart<int>([](int& percent) { percent = GetMemUsageRate(); });
+    const auto answer = FillInChildProcess<int>([](int& percent) { percent = GetMemUsageRate(); });
     if (!answer || !answer->output.empty()) return std::nullopt;
     // Without figures the library divides 0 by 0.
-    if (answer->record < 0 || answer->record > kAllOfMemory) return std::nullopt;
+    if (answer->record < 0 || answer->record > kMaxPercent) return std::nullopt;
     return answer->record;
 }
 
@@ -65,7 +67,7 @@ std::string ToText(const Load& load) {
     std::vector<std::string> blocks{TableBlock({{"Part"}, {"Use", Column::Align::kRight}}, rows)};
     blocks.push_back(NoteBlock("Processors: not idle, within " + std::to_string(load.interval) +
                                " s. Memory: as the command free counts it."));
-    if (processors.size() == kMostProcessors)
+    if (processors.size() == kMaxWatchedProcessors)
         blocks.push_back(NoteBlock("The library watches the first eight processors."));
     return Section("Load", blocks);
 }

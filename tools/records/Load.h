@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
-#include "tools/Commands.h"
-#include "tools/Json.h"
-#include "tools/Source.h"
+#include "tools/base/Json.h"
+#include "tools/base/Settings.h"
+#include "tools/base/Source.h"
 
 namespace tool {
 
@@ -18,7 +18,7 @@ struct Load {
     int interval;                                // seconds that the processors were watched
     std::optional<std::vector<int>> processors;  // busy percent of the first eight
     std::optional<int> memory;                   // used percent, as the command free counts it
-    std::vector<const Source*> notRead;          // of the two above
+    std::vector<const Source*> notRead;          // of the two loads
 };
 
 // Takes the interval of the settings to measure.

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_MEMORY.
 
 #include "tools/records/Memory.h"
 
@@ -7,8 +9,8 @@
 #include <cstdio>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {
@@ -21,7 +23,7 @@ std::string InGigabytes(int megabytes) {
     return text;
 }
 
-// The banks whose size is in megabytes; smaller ones do not make a total wrap.
+// Only banks whose size is in megabytes count; smaller ones never make the total wrap.
 std::uint64_t SumOfBanks(const std::vector<Bank>& banks) {
     std::uint64_t sum = 0;
     for (const Bank& bank : banks) {
@@ -33,7 +35,7 @@ std::uint64_t SumOfBanks(const std::vector<Bank>& banks) {
     return sum;
 }
 
-// Nothing at all is what the library leaves when it finds no description of memory.
+// When the library finds no description of memory, it leaves both parts empty.
 bool IsDescribed(const Memory& memory) {
     return memory.totalMegabytes != 0 || !memory.banks.empty();
 }

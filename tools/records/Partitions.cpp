@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_PARTITIONS.
 
 #include "tools/records/Partitions.h"
 
@@ -7,12 +9,12 @@
 #include <algorithm>
 
 #include "Talvane.h"
-#include "tools/Apart.h"
-#include "tools/ByteSize.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
-#include "tools/records/Drives.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/ByteSize.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/ChildProcess.h"
+#include "tools/library/IdeDrives.h"
 
 namespace tool {
 namespace {
@@ -26,8 +28,8 @@ bool CanBeOpened(const Drive& drive) {
 std::optional<Partitions> ReadPartitions() {
     const auto drives = ReadDrives();
     if (!drives) return std::nullopt;
-    // Apart: without IDE the library says so on standard output.
-    const auto answer = RunApart<PartitionInformation>(
+    // In a child process: without IDE the library writes a remark to standard output.
+    const auto answer = FillInChildProcess<PartitionInformation>(
         [](PartitionInformation& record) { (void)GetInfo(TALVANE_PARTITIONS, &record); });
     if (!answer) return std::nullopt;
     Partitions partitions;
@@ -37,7 +39,7 @@ std::optional<Partitions> ReadPartitions() {
                                    .fileSystem = FieldText(partition.FileSystem),
                                    .size = FieldText(partition.size)});
     }
-    // The library takes a disk that it cannot open for one without partitions.
+    // To the library a disk that it cannot open has no partitions.
     if (!std::all_of(drives->begin(), drives->end(), CanBeOpened))
         partitions.notRead.push_back(&kDisks);
     return partitions;

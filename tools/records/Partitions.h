@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/Json.h"
-#include "tools/Source.h"
+#include "tools/base/Json.h"
+#include "tools/base/Source.h"
 
 namespace tool {
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_PCI, after a check that the library can list the functions.
 
 #include "tools/records/Pci.h"
 
@@ -9,24 +11,24 @@
 
 #include "PCI/PCIscan.h"
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {
 
-// The library's own limits: the buses that it looks at, and the functions that its record holds.
-constexpr int kBuses = 11;
-constexpr int kMostFunctions = sizeof DeviceInformation::dev / sizeof(DEV);
+// The library's own limits: the buses that it scans, and the functions that its record holds.
+constexpr int kScannedBuses = 11;
+constexpr int kMaxPciFunctions = sizeof DeviceInformation::dev / sizeof(DEV);
 
-// REQUIRES: I/O privilege level 3. Reads a sixteenth of what the listing does.
+// REQUIRES: I/O privilege level 3. Makes a sixteenth of the reads that the listing makes.
 int CountFunctions() {
     constexpr int kDevices = 32;
     constexpr int kFunctions = 8;
     PCIscan scan;
     scan.m_InitOK = 1;
     int count = 0;
-    for (int i = 0; i < kBuses * kDevices * kFunctions; ++i) {
+    for (int i = 0; i < kScannedBuses * kDevices * kFunctions; ++i) {
         const auto bus = static_cast<unsigned char>(i / kFunctions / kDevices);
         const auto device = static_cast<unsigned char>(i / kFunctions % kDevices);
         const auto function = static_cast<unsigned char>(i % kFunctions);
@@ -36,16 +38,16 @@ int CountFunctions() {
     return count;
 }
 
-// Asked before the library is: without port access it lists nothing, and with more functions than
-// its record holds it tries again after 5000 seconds.
+// To be asked before the library is. Without port access the library lists nothing. With more
+// functions than its record holds it sleeps 5000 seconds and tries again.
 bool CanBeListed() {
     if (iopl(3) != 0) return false;
     const int count = CountFunctions();
     (void)iopl(0);  // result not used: lowering is always allowed
-    return count <= kMostFunctions;
+    return count <= kMaxPciFunctions;
 }
 
-// A base address register (PCI 3.0, 6.2.5.1): bit 0 tells I/O from memory.
+// A base address register (PCI 3.0, 6.2.5.1). Bit 0 is set for I/O and clear for memory.
 std::string BaseText(std::uint32_t base) {
     if (base == 0) return "";
     const bool isIo = (base & 1) != 0;
@@ -61,7 +63,7 @@ std::string RevisionText(int revision) {
     return text;
 }
 
-// A blank behind each semicolon but the last, which is dropped.
+// The texts with a blank after each semicolon, and without the last semicolon.
 std::string StatusText(const std::string& status) {
     std::string text;
     for (const char c : status) text += c == ';' ? std::string("; ") : std::string(1, c);

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/Json.h"
+#include "tools/base/Json.h"
 
 namespace tool {
 
@@ -20,7 +20,7 @@ struct PciFunction {
     int irq;             // 0 for none
     std::uint32_t base;  // first base address register, flag bits included
     int revision;
-    std::string status;  // texts, each ended by a semicolon
+    std::string status;  // texts that each end with a semicolon
 };
 
 using PciFunctions = std::vector<PciFunction>;
@@ -28,7 +28,7 @@ using PciFunctions = std::vector<PciFunction>;
 // Nothing when the source cannot be read.
 std::optional<PciFunctions> ReadPci();
 
-// "00:1f.1"; the location itself when it is none.
+// "00:1f.1"; the text itself when it is not a location.
 std::string PciAddress(const std::string& location);
 
 std::string ToText(const PciFunctions& functions);

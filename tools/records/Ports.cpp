@@ -1,23 +1,25 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_PORTS.
 
 #include "tools/records/Ports.h"
 
 #include <cstddef>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
-#include "tools/WideRecord.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/WideRecord.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostPorts = 128;
+constexpr std::size_t kMaxPorts = 128;
 
 }  // namespace
 
 std::optional<Ports> ReadPorts() {
-    WideRecord<IOInformation, PORT> record(offsetof(IOInformation, port), kMostPorts);
+    WideRecord<IOInformation, PORT> record(offsetof(IOInformation, port), kMaxPorts);
     if (GetInfo(TALVANE_PORTS, record.Data()) != 0) return std::nullopt;
     Ports ports;
     for (const PORT& port : record.Elements(record.Head().quantity))

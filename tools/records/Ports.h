@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/Json.h"
+#include "tools/base/Json.h"
 
 namespace tool {
 

@@ -1,23 +1,25 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_POWER and TALVANE_UPS.
 
 #include "tools/records/Power.h"
 
 #include <cstddef>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
-#include "tools/WideRecord.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/WideRecord.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostSupplies = 32;
+constexpr std::size_t kMaxSupplies = 32;
 
 using PowerRecord = WideRecord<SystemPowerInformation, SYS_POWER>;
 
 PowerRecord EmptyRecord() {
-    return PowerRecord(offsetof(SystemPowerInformation, PowerSupply), kMostSupplies);
+    return PowerRecord(offsetof(SystemPowerInformation, PowerSupply), kMaxSupplies);
 }
 
 std::vector<PowerSupply> SuppliesOf(const PowerRecord& record) {
@@ -27,7 +29,7 @@ std::vector<PowerSupply> SuppliesOf(const PowerRecord& record) {
             {.name = FieldText(supply.DeviceName),
              .manufacturer = FieldText(supply.manufacturer),
              .serialNumber = FieldText(supply.SerialNo),
-             // The longest status runs on into the field behind it, the element's last.
+             // The longest status runs on into the next field, which is the element's last.
              .status = TextWithin(supply, offsetof(SYS_POWER, status), sizeof(SYS_POWER))});
     return supplies;
 }
@@ -65,7 +67,7 @@ std::optional<Power> ReadPower() {
 }
 
 std::string ToText(const Power& power) {
-    // The test for a UPS compares type bits by subset, which most other types pass too.
+    // The library's test for a UPS looks at type bits that most other types have, too.
     return Section("Power supplies", {FactBlock({{"Redundant", std::to_string(power.redundant)}}),
                                       SupplyTable(power.supplies)}) +
            '\n' + Section("Power supplies that pass for a UPS", {SupplyTable(power.ups)});

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_VOLTAGES and TALVANE_TEMPERATURES of GetInfo.
 
 #include "tools/records/Probes.h"
 
 #include "Talvane.h"
-#include "tools/Layout.h"
+#include "tools/base/Layout.h"
 
 namespace tool {
 namespace {

@@ -1,18 +1,20 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_PROCESSORS.
 
 #include "tools/records/Processors.h"
 
 #include <cstddef>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
-#include "tools/WideRecord.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/WideRecord.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostProcessors = 16;
+constexpr std::size_t kMaxProcessors = 16;
 
 std::vector<Cache> CachesOf(const CPU& cpu) {
     std::vector<Cache> caches;
@@ -47,12 +49,12 @@ Json ToJson(const Cache& cache) {
 
 std::optional<Processors> ReadProcessors() {
     WideRecord<ProcessorInformation, CPU> record(offsetof(ProcessorInformation, cpu),
-                                                 kMostProcessors);
+                                                 kMaxProcessors);
     if (GetInfo(TALVANE_PROCESSORS, record.Data()) != 0) return std::nullopt;
     Processors processors;
     for (const CPU& cpu : record.Elements(record.Head().quantity))
         processors.push_back(
-            {// The longest family name runs on into the field behind it.
+            {// The longest family name runs on into the next field.
              .family = TextWithin(cpu, offsetof(CPU, family), offsetof(CPU, MaxSpeed)),
              .manufacturer = FieldText(cpu.manufacturer),
              .currentSpeed = FieldText(cpu.CurrentSpeed),

@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "tools/Json.h"
+#include "tools/base/Json.h"
 
 namespace tool {
 
@@ -28,7 +28,7 @@ struct Processor {
     std::string externalClock;
     bool disabled;
     bool statusUnknown;
-    std::vector<Cache> caches;  // those of which anything is known
+    std::vector<Cache> caches;  // without those of which nothing is known
 };
 
 using Processors = std::vector<Processor>;

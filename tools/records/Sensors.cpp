@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows the three groups of GetIpmiInfo, with what the BMC holds for each sensor.
 
 #include "tools/records/Sensors.h"
 
@@ -6,9 +8,9 @@
 #include <cstdlib>
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/SensorWalk.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
+#include "tools/library/SensorRepository.h"
 
 namespace tool {
 namespace {
@@ -27,17 +29,18 @@ SensorState StateOf(const Element& element, const char (Element::*reading)[N]) {
     sensor.lowest = FieldText(element.min);
     sensor.highest = FieldText(element.max);
     sensor.recordLimits = AllOf(LimitValues<double>(element.sti));
-    SensorWalk& walk = SensorWalk::Get();
-    sensor.isUnavailable = walk.IsUnavailable(element.sensorNumber);
-    if (const auto walked = walk.Find(sensor.entity, sensor.type, sensor.number)) {
-        const auto current = walk.Current(*walked);
+    SensorRepository& repository = SensorRepository::Get();
+    sensor.isUnavailable = repository.IsUnavailable(element.sensorNumber);
+    if (const auto found = repository.Find(sensor.entity, sensor.type, sensor.number)) {
+        const auto current = repository.Current(*found);
         sensor.limits = OnlyIn(current.raw.readableFlag, LimitValues<double>(current.converted));
-        sensor.isSigned = IsSigned(walked->formula);
+        sensor.isSigned = IsSigned(found->formula);
     }
     return sensor;
 }
 
-// A group without sensors is answered like a failure; the caller has made sure that there is a BMC.
+// The library answers -1 for a group without sensors, too. The caller has checked that there is a
+// BMC.
 template <class Record, class Element, std::size_t N, std::size_t M>
 SensorGroup ReadGroup(unsigned long command, Element (Record::*elements)[N],
                       char (Element::*reading)[M]) {
@@ -50,14 +53,14 @@ SensorGroup ReadGroup(unsigned long command, Element (Record::*elements)[N],
     return group;
 }
 
-// "3.30V" and "1200RPM", as they are in the record, with a blank in front of the unit.
+// "3.30V" and "1200RPM", as the record has them, with a blank before the unit.
 std::string Spaced(const std::string& reading) {
     const std::size_t unit = reading.find_first_not_of("0123456789.-");
     if (unit == 0 || unit == std::string::npos || reading[unit] == '%') return reading;
     return reading.substr(0, unit) + ' ' + reading.substr(unit);
 }
 
-std::optional<double> Number(const std::string& reading) {
+std::optional<double> ReadingNumber(const std::string& reading) {
     char* end = nullptr;
     const double value = std::strtod(reading.c_str(), &end);
     if (end == reading.c_str() || *end == '%') return std::nullopt;
@@ -117,10 +120,10 @@ Json ToJson(const SensorGroup& group) {
 }  // namespace
 
 std::optional<Sensors> ReadSensors() {
-    // Not left to the query below: the first one without a BMC makes all later ones busy.
+    // Checked here, since a first query without a BMC makes all later queries answer busy.
     if (IsIpmiSupport() == 0) return std::nullopt;
     return Sensors{
-        .records = SensorWalk::Get().Records(),
+        .records = SensorRepository::Get().Records(),
         .temperatures = ReadGroup(TALVANE_TEMPERATURES, &TemperatureInformation::temperature,
                                   &TEMPERATURE_PROBE::CurrentTemperature),
         .voltages = ReadGroup(TALVANE_VOLTAGES, &VoltageInformation::voltage,
@@ -129,7 +132,7 @@ std::optional<Sensors> ReadSensors() {
 }
 
 std::string LimitState(const SensorState& sensor) {
-    const auto reading = Number(sensor.reading);
+    const auto reading = ReadingNumber(sensor.reading);
     const bool hasLimit = std::any_of(sensor.limits.begin(), sensor.limits.end(),
                                       [](const auto& limit) { return limit.has_value(); });
     if (!reading || !hasLimit || sensor.isSigned || sensor.isUnavailable) return "";

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/Json.h"
-#include "tools/Limits.h"
+#include "tools/base/Json.h"
+#include "tools/library/Limits.h"
 
 namespace tool {
 
@@ -20,16 +20,16 @@ struct SensorState {
     int type;
     std::string reading;
     std::string state;   // of a discrete sensor
-    std::string lowest;  // that it can report; of voltages only
+    std::string lowest;  // value that it can report; of voltages only
     std::string highest;
-    Limits limits;        // that the BMC holds for this sensor
-    Limits recordLimits;  // of the library's record
-    bool isSigned;        // values that the library converts differently from the standard
-    bool isUnavailable;   // the BMC has no valid reading; the library shows the byte in its place
+    Limits limits;        // those that the BMC holds for this sensor
+    Limits recordLimits;  // those of the library's record
+    bool isSigned;        // the library converts its values differently from the standard
+    bool isUnavailable;   // the BMC has no valid reading; the library shows a byte without meaning
 };
 
 struct SensorGroup {
-    int quantity;  // listed or not: the library lists the first 16 fans, 32 others
+    int quantity;  // of all; the library lists the first 16 fans or 32 others
     std::vector<SensorState> listed;
 };
 
@@ -43,8 +43,9 @@ struct Sensors {
 // Nothing when the source cannot be read.
 std::optional<Sensors> ReadSensors();
 
-// The limit that the reading has reached as text, "ok" for none. Empty where nothing can be told:
-// no valid reading, no limit, a percentage (its limits are none), signed values.
+// The name of the limit that the reading has reached; "ok" for none. Empty when it cannot be known:
+// without a valid reading, without limits, for a percentage (its limits are not percentages), and
+// for signed values.
 std::string LimitState(const SensorState& sensor);
 
 std::string ToText(const Sensors& sensors);

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows TALVANE_SYSTEM.
 
 #include "tools/records/System.h"
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/Text.h"
+#include "tools/base/Layout.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 

@@ -1,17 +1,19 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows GetAllThresholdInfo.
 
 #include "tools/records/Thresholds.h"
 
 #include "Talvane.h"
-#include "tools/Layout.h"
-#include "tools/SensorCode.h"
+#include "tools/base/Layout.h"
+#include "tools/library/SensorCodes.h"
 
 namespace tool {
 
 std::optional<Thresholds> ReadThresholds() {
     if (IsIpmiSupport() == 0) return std::nullopt;
     SensorThresholdInformation record{};
-    // A BMC whose repository is empty is answered like a failure.
+    // The library answers -1 for an empty repository, too.
     if (GetAllThresholdInfo(&record) != 0) return Thresholds{};
     Thresholds thresholds;
     for (int i = 0; i < record.quantity; ++i) {

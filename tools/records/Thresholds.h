@@ -1,15 +1,15 @@
 // SPDX-License-Identifier: MIT
 //
-// The library's list of thresholds. It asks the BMC for each by the record's place in the
-// repository in place of the sensor's number, so one sensor's can stand at another's entity.
+// The library's list of thresholds. It asks the BMC for each entry by the record's place in the
+// repository, not by the sensor's number. So an entry can have the thresholds of another sensor.
 #ifndef TALVANE_TOOLS_RECORDS_THRESHOLDS_H
 #define TALVANE_TOOLS_RECORDS_THRESHOLDS_H
 
 #include <optional>
 #include <vector>
 
-#include "tools/Json.h"
-#include "tools/Limits.h"
+#include "tools/base/Json.h"
+#include "tools/library/Limits.h"
 
 namespace tool {
 
@@ -19,7 +19,7 @@ struct Threshold {
     Limits limits;
 };
 
-// Of the repository's first 64 records; those behind the last sensor's are zero.
+// One for each of the repository's first 64 records. Those after the last sensor are zero.
 using Thresholds = std::vector<Threshold>;
 
 // Nothing when the source cannot be read.

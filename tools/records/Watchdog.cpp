@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Reads and shows GetWatchDogTimer.
 
 #include "tools/records/Watchdog.h"
 

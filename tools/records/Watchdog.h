@@ -8,8 +8,8 @@
 #include <optional>
 #include <string>
 
-#include "tools/Json.h"
-#include "tools/Layout.h"
+#include "tools/base/Json.h"
+#include "tools/base/Layout.h"
 
 namespace tool {
 
@@ -21,7 +21,7 @@ inline constexpr int kNoAction = 0;
 struct Watchdog {
     int action;
     int timeout;  // milliseconds, as `left`
-    int left;     // the same as the timeout before the first start; the BMC tells no more
+    int left;     // equal to the timeout until the first start
 };
 
 // Nothing when the source cannot be read.

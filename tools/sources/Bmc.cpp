@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Follows the library's way to the BMC: open the device, ask for the ports, look for a system
-// interface behind them.
+// Why the BMC could not be reached. Follows the library's way to it: opens the device, asks for
+// access to the ports, and looks for a system interface there.
 
 #include <fcntl.h>
 #include <sys/io.h>
@@ -9,18 +9,18 @@
 #include <cerrno>
 
 #include "base/PortIo.h"
-#include "tools/Source.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Source.h"
 #include "tools/sources/ErrorText.h"
 
 namespace tool {
 namespace {
 
 // Status or flags of the two system interfaces at their default base 0xCA2 and 0xCA9 (IPMI 2.0,
-// 9.5 and 10.5). All ones: nobody answers.
+// 9.5 and 10.5). All ones mean that no interface is there.
 constexpr std::uint16_t kKcsStatus = 0xCA3;
 constexpr std::uint16_t kSmicControl = 0xCAA;
-constexpr std::uint8_t kNobody = 0xFF;
+constexpr std::uint8_t kNoInterface = 0xFF;
 
 std::string WhyBmcNotRead() {
     const Descriptor device("/dev/ipmi", O_RDONLY);
@@ -28,8 +28,8 @@ std::string WhyBmcNotRead() {
         return "cannot open /dev/ipmi: " + ErrorText(errno, "no BMC, or its driver is not loaded");
     if (iopl(3) != 0)
         return "cannot use the ports of the BMC: " + ErrorText(errno, "no port access");
-    const bool answers =
-        talvane::ReadPort8(kKcsStatus) != kNobody || talvane::ReadPort8(kSmicControl) != kNobody;
+    const bool answers = talvane::ReadPort8(kKcsStatus) != kNoInterface ||
+                         talvane::ReadPort8(kSmicControl) != kNoInterface;
     (void)iopl(0);  // result not used: lowering is always allowed
     if (!answers) return "no BMC answers at port 0xCA3 (KCS) or 0xCAA (SMIC)";
     return "the BMC behind /dev/ipmi did not answer";

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The advice for each errno.
 
 #include "tools/sources/ErrorText.h"
 

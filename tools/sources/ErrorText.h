@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What an errno of a device means to the one who runs the tool.
+// What an errno of a device means to the person who runs the tool.
 #ifndef TALVANE_TOOLS_SOURCES_ERRORTEXT_H
 #define TALVANE_TOOLS_SOURCES_ERRORTEXT_H
 
@@ -8,7 +8,8 @@
 
 namespace tool {
 
-// The system's text with advice in parentheses; `whyAbsent` is that for a device that is not there.
+// The system's text with advice in parentheses. `whyAbsent` is the advice for a device that does
+// not exist.
 std::string ErrorText(int error, const char* whyAbsent);
 
 }  // namespace tool

@@ -2,14 +2,15 @@
 //
 // Why drives and their sectors could not be read.
 
+#include "tools/library/IdeDrives.h"
+
 #include <dirent.h>
 #include <fcntl.h>
 
 #include <cerrno>
 
-#include "tools/Source.h"
-#include "tools/records/Drives.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Source.h"
 #include "tools/sources/ErrorText.h"
 
 namespace tool {

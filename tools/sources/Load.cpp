@@ -6,8 +6,8 @@
 
 #include <cerrno>
 
-#include "tools/Source.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Source.h"
 #include "tools/sources/ErrorText.h"
 
 namespace tool {

@@ -6,7 +6,7 @@
 
 #include <cerrno>
 
-#include "tools/Source.h"
+#include "tools/base/Source.h"
 #include "tools/sources/ErrorText.h"
 
 namespace tool {

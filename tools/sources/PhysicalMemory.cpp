@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// Follows the library's way through physical memory and reports the first step that fails: open
-// the device, read the segment that holds the entry point, find the entry point, read the table.
+// Why the SMBIOS table could not be read. Follows the library's way and reports the first step that
+// fails: open the device, read the segment that holds the entry point, find it, read the table.
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -13,8 +13,8 @@
 #include <optional>
 
 #include "base/Bytes.h"
-#include "tools/Source.h"
-#include "tools/sources/Descriptor.h"
+#include "tools/base/Descriptor.h"
+#include "tools/base/Source.h"
 #include "tools/sources/ErrorText.h"
 
 namespace tool {
@@ -33,7 +33,7 @@ public:
 
     bool IsOpen() const { return descriptor_.IsOpen(); }
 
-    // Bytes delivered, -1 with errno set when refused.
+    // The number of bytes read; -1 with errno set when the device refuses.
     long ReadAt(std::uint32_t address, unsigned char* out, std::size_t size) const {
         if (lseek(descriptor_.Get(), static_cast<off_t>(address), SEEK_SET) == -1) return -1;
         return read(descriptor_.Get(), out, size);

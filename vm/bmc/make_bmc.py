@@ -122,7 +122,7 @@ def hexadecimal(data):
 
 
 def field(text):
-    """A text of eight-bit characters behind its type and length (Platform Management FRU, 13)."""
+    """A text of eight-bit characters after its type and length (Platform Management FRU, 13)."""
     data = text.encode("ascii")
     return bytes([0xC0 | len(data)]) + data
 

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Asks the bridge's device what agents ask, and what they should not, and says for each line
+// Asks the bridge's device what agents ask, and what they should not ask. Prints for each check
 // whether the answer was right. Runs in the emulated machine, as a 32-bit program like the agents.
 // Usage: bridge_check requests|nonsense|many|silent|gone
 
@@ -55,7 +55,7 @@ struct Answer {
     int error = 0;
     std::uint8_t completion = 0;
     Bytes data;
-    bool restUntouched = false;  // of the response buffer, behind the data
+    bool restUntouched = false;  // of the response buffer, after the data
 };
 
 bool allRight = true;
@@ -133,9 +133,9 @@ void CheckRequests() {
     const int device = Open();
     const Answer id = Ask(device, kApplication, 0x01, {});
     Check("Get Device ID: completion code 0", id.error == 0 && id.completion == 0);
-    Check("Get Device ID: the response begins behind the completion code",
+    Check("Get Device ID: the response begins after the completion code",
           id.data.size() == 15 && id.data[0] == 0x2A && id.data[2] == 0x02 && id.data[3] == 0x41);
-    Check("Get Device ID: nothing written behind the response", id.restUntouched);
+    Check("Get Device ID: the bytes after the response are untouched", id.restUntouched);
     using Exact = std::array<std::uint8_t, 15>;
     Record exact;
     exact.netFn = kApplication;
@@ -154,7 +154,7 @@ void CheckRequests() {
     Check("whole sensor data record: the bytes of its pieces",
           whole.data.size() == pieces.size() + 2 &&
               std::equal(pieces.begin(), pieces.end(), whole.data.begin() + 2));
-    Check("whole sensor data record: nothing written behind it", whole.restUntouched);
+    Check("whole sensor data record: the bytes after it are untouched", whole.restUntouched);
 
     const Answer area = Ask(device, kStorage, 0x11, {0, 0, 0, 0xF8});
     Check("long inventory read: all 248 bytes", area.completion == 0 && area.data.size() == 249 &&

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The formulas of the grid, and the lines of their hashes.
 
 #include "Grid.h"
 

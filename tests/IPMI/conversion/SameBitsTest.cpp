@@ -85,7 +85,7 @@ private:
     Sensor sensor_;
 };
 
-class SameBits : public ::testing::Test {
+class SameBitsTest : public ::testing::Test {
 protected:
     void SetUp() override {
         constexpr int kCannotExecute = 126;
@@ -106,7 +106,7 @@ protected:
     Lines expected;
 };
 
-TEST_F(SameBits, TheProgramComparedWithIsOf64Bits) {
+TEST_F(SameBitsTest, TheProgramComparedWithIsOf64Bits) {
     char identification[5] = "";
     std::ifstream(CONVERSIONS_64, std::ios::binary).read(identification, sizeof identification);
     EXPECT_EQ(identification[4], 2) << "ELFCLASS64";
@@ -114,13 +114,13 @@ TEST_F(SameBits, TheProgramComparedWithIsOf64Bits) {
     EXPECT_NE(expected.front(), expected.back());
 }
 
-TEST_F(SameBits, InTheLibrary) {
+TEST_F(SameBitsTest, LibraryGivesTheSameBits) {
     const sim::SimulatedServer server;
     LibraryConversions conversions;
     ExpectSame(LinesOf(ConversionGrid(conversions)));
 }
 
-TEST_F(SameBits, InProgramsOfEveryOptimisationLevel) {
+TEST_F(SameBitsTest, ProgramsOfEveryOptimisationLevelGiveTheSameBits) {
     for (const char* const program : {CONVERSIONS_O0, CONVERSIONS_O2, CONVERSIONS_O3}) {
         SCOPED_TRACE(program);
         const Printed printed = RunProgram(program);

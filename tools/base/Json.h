@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The JSON of the tool: members in the order in which they are written.
-#ifndef TALVANE_TOOLS_JSON_H
-#define TALVANE_TOOLS_JSON_H
+#ifndef TALVANE_TOOLS_BASE_JSON_H
+#define TALVANE_TOOLS_BASE_JSON_H
 
 #include <nlohmann/json.hpp>
 

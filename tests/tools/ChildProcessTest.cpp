@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What runs apart brings back its record and its output, and leaves nothing else behind.
+// A function in a child process returns its record and its output, and leaves no other trace.
 
 #include <gtest/gtest.h>
 
@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <fstream>
 
-#include "tools/Apart.h"
+#include "tools/library/ChildProcess.h"
 
 namespace tool {
 namespace {
@@ -19,8 +19,8 @@ struct Record {
     char folder[256];
 };
 
-TEST(Apart, BringsBackTheRecordAndTheOutput) {
-    const auto answer = RunApart<Record>([](Record& record) {
+TEST(ChildProcessTest, BringsBackTheRecordAndTheOutput) {
+    const auto answer = FillInChildProcess<Record>([](Record& record) {
         EXPECT_EQ(record.number, 0) << "zero-filled";
         record.number = 42;
         std::printf("without a line end");
@@ -30,13 +30,13 @@ TEST(Apart, BringsBackTheRecordAndTheOutput) {
     EXPECT_EQ(answer->output, "without a line end");
 }
 
-TEST(Apart, RunsInAnEmptyFolderThatIsRemoved) {
+TEST(ChildProcessTest, RunsInAnEmptyFolderThatIsRemoved) {
     const auto here = std::filesystem::current_path();
-    const auto answer = RunApart<Record>([](Record& record) {
+    const auto answer = FillInChildProcess<Record>([](Record& record) {
         const auto folder = std::filesystem::current_path();
         record.number = std::filesystem::is_empty(folder) ? 1 : 0;
         std::snprintf(record.folder, sizeof record.folder, "%s", folder.c_str());
-        std::ofstream("left behind") << "x";
+        std::ofstream("scratch file") << "x";
     });
     ASSERT_TRUE(answer.has_value());
     EXPECT_EQ(answer->record.number, 1);
@@ -44,18 +44,18 @@ TEST(Apart, RunsInAnEmptyFolderThatIsRemoved) {
     EXPECT_EQ(std::filesystem::current_path(), here);
 }
 
-TEST(Apart, SurvivesASignal) {
-    const auto answer = RunApart<Record>([](Record&) {
+TEST(ChildProcessTest, AChildThatASignalEndsGivesNoRecord) {
+    const auto answer = FillInChildProcess<Record>([](Record&) {
         (void)std::signal(SIGTERM, SIG_DFL);
         (void)std::raise(SIGTERM);
     });
     EXPECT_FALSE(answer.has_value());
 }
 
-TEST(Apart, WritesWhatWasPrintedBeforeOnceOnly) {
+TEST(ChildProcessTest, OutputPrintedBeforeIsWrittenOnlyOnce) {
     testing::internal::CaptureStdout();
     std::printf("before ");
-    const auto output = OutputApart([] { std::printf("apart"); });
+    const auto output = OutputOfChildProcess([] { std::printf("apart"); });
     std::printf("after");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "before after");
     EXPECT_EQ(output, "apart");

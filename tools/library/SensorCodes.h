@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // Entity and sensor type codes with their names.
-#ifndef TALVANE_TOOLS_SENSORCODE_H
-#define TALVANE_TOOLS_SENSORCODE_H
+#ifndef TALVANE_TOOLS_LIBRARY_SENSORCODES_H
+#define TALVANE_TOOLS_LIBRARY_SENSORCODES_H
 
 #include <cstddef>
 #include <string>

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// The six thresholds of a sensor, in the order of the BMC's masks (IPMI 2.0, 35.8) and of
-// ThresholdFlag: lower non-critical, critical, non-recoverable; upper the same.
-#ifndef TALVANE_TOOLS_LIMITS_H
-#define TALVANE_TOOLS_LIMITS_H
+// The six thresholds of a sensor. Their order is that of the BMC's masks (IPMI 2.0, 35.8) and of
+// ThresholdFlag: lower non-critical, critical and non-recoverable, then upper in the same order.
+#ifndef TALVANE_TOOLS_LIBRARY_LIMITS_H
+#define TALVANE_TOOLS_LIBRARY_LIMITS_H
 
 #include <array>
 #include <cstddef>
@@ -11,8 +11,8 @@
 #include <string>
 #include <vector>
 
-#include "tools/Json.h"
-#include "tools/Layout.h"
+#include "tools/base/Json.h"
+#include "tools/base/Layout.h"
 
 namespace tool {
 
@@ -21,7 +21,7 @@ inline constexpr std::size_t kLimits = 6;
 template <class Value>
 using Six = std::array<Value, kLimits>;
 
-using Limits = Six<std::optional<double>>;  // nothing: the sensor has none, or does not tell it
+using Limits = Six<std::optional<double>>;  // nothing: none, or the BMC does not say it
 
 inline constexpr Six<const char*> kLimitNames = {"lower non-critical",    "lower critical",
                                                  "lower non-recoverable", "upper non-critical",
@@ -30,7 +30,8 @@ inline constexpr Six<const char*> kLimitNames = {"lower non-critical",    "lower
 // From the lowest to the highest, as people read them.
 inline constexpr Six<std::size_t> kAscending = {2, 1, 0, 3, 4, 5};
 
-// Of any of the library's threshold records: their fields have the same names.
+// The six values of a threshold record of the library. The fields of all its kinds of record have
+// the same names.
 template <class Value, class Record>
 Six<Value> LimitValues(const Record& record) {
     return {record.LowerNonCriticalThreshold,   record.LowerCriticalThreshold,
@@ -45,13 +46,13 @@ inline bool InMask(unsigned char mask, std::size_t limit) {
 Limits AllOf(const Six<double>& values);
 Limits OnlyIn(unsigned char mask, const Six<double>& values);
 
-// The limit that a reading has reached, the outermost first (IPMI 2.0, 36.2); nothing for none.
+// The outermost limit that a reading has reached (IPMI 2.0, 36.2); nothing for none.
 std::optional<std::size_t> ReachedLimit(double reading, const Limits& limits);
 
-// As short as six digits allow; empty for nothing.
+// The number in at most six digits; empty for nothing.
 std::string NumberText(std::optional<double> value);
 
-// For tables: the columns of the six limits, and their cells, ascending.
+// For tables: the columns of the six limits and their cells, in ascending order.
 void AddLimitColumns(std::vector<Column>& columns);
 void AddLimitCells(Row& row, const Limits& limits);
 inline constexpr const char* kLimitLegend =

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
+//
+// Pads cells to the width of their column and joins lines, blocks and sections.
 
-#include "tools/Layout.h"
+#include "tools/base/Layout.h"
 
 #include <algorithm>
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {

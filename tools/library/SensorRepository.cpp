@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
+//
+// Each question is one or two calls of the library's Sensor class.
 
-#include "tools/SensorWalk.h"
+#include "tools/library/SensorRepository.h"
 
 #include <algorithm>
 
 namespace tool {
 namespace {
 
-constexpr int kTableSize = 64;
-constexpr int kLastWithFormula = 0xFF;  // the conversion is asked for with an index of one byte
-constexpr std::size_t kNameSize = 64;
+constexpr int kMaxSensorsOfAKind = 64;  // that the library keeps
+constexpr int kLastWithFormula = 0xFF;  // the library takes the index for a formula as one byte
+constexpr std::size_t kSensorNameSize = 64;
 
 struct NameTable {
     int type;
@@ -31,36 +33,36 @@ IPMIsupport& Controller() {
     return controller;
 }
 
-SensorWalk& SensorWalk::Get() {
-    static SensorWalk walk;
-    return walk;
+SensorRepository& SensorRepository::Get() {
+    static SensorRepository repository;
+    return repository;
 }
 
-SensorWalk::SensorWalk() {
+SensorRepository::SensorRepository() {
     int version = 0;
-    // Without an answer there are no records, and no sensor is found below.
+    // Without an answer there are no records, so that no sensor is found.
     if (sensor_.GetSDRRepositoryInfo(records_, version) != 0 ||
         sensor_.GetSensorNumbers(records_) != 0) {
         records_ = 0;
         return;
     }
-    // Results not used: they refuse nothing but a count of 0.
+    // Results not used: these calls refuse only a count of 0.
     (void)sensor_.GetTemSensorsInfo(records_);
     (void)sensor_.GetVoltSensorsInfo(records_);
     (void)sensor_.GetFanSensorsInfo(records_);
 }
 
-std::vector<WalkedSensor> SensorWalk::Matching(int entity, int type) {
+std::vector<RepositorySensor> SensorRepository::Matching(int entity, int type) {
     SensorNumberInfo found{};
-    // Result not used: always 0; the count tells.
+    // Result not used: always 0. The count says how many were found.
     (void)sensor_.GetSensorNumberInfo(static_cast<unsigned char>(entity),
                                       static_cast<unsigned char>(type), records_, found);
-    std::vector<WalkedSensor> sensors;
+    std::vector<RepositorySensor> sensors;
     for (int k = 0; k < found.quantity; ++k) {
-        WalkedSensor sensor{found.sensorOrder[k], found.sensorNumber[k], {}, {}};
+        RepositorySensor sensor{found.sensorOrder[k], found.sensorNumber[k], {}, {}};
         SensorThresholdInfoConverted converted{};
-        // Results not used: the index is one of the walk's.
-        (void)sensor_.GetThreshold(sensor.index, sensor.walked, converted);
+        // Results not used: the index comes from the walk, so it is valid.
+        (void)sensor_.GetThreshold(sensor.index, sensor.walkThresholds, converted);
         (void)sensor_.GetSensorFormulaParameter(static_cast<unsigned char>(sensor.index),
                                                 sensor.formula);
         sensors.push_back(sensor);
@@ -68,22 +70,22 @@ std::vector<WalkedSensor> SensorWalk::Matching(int entity, int type) {
     return sensors;
 }
 
-std::optional<WalkedSensor> SensorWalk::Find(int entity, int type, int number) {
+std::optional<RepositorySensor> SensorRepository::Find(int entity, int type, int number) {
     const auto sensors = Matching(entity, type);
     const auto found =
-        std::find_if(sensors.begin(), sensors.end(), [number](const WalkedSensor& sensor) {
+        std::find_if(sensors.begin(), sensors.end(), [number](const RepositorySensor& sensor) {
             return sensor.number == number && sensor.index <= kLastWithFormula;
         });
     if (found == sensors.end()) return std::nullopt;
     return *found;
 }
 
-std::string SensorWalk::Name(int type, int number) {
+std::string SensorRepository::Name(int type, int number) {
     for (const NameTable& table : kNameTables) {
         if (table.type != type) continue;
-        for (int i = 0; i < kTableSize; ++i) {
+        for (int i = 0; i < kMaxSensorsOfAKind; ++i) {
             unsigned char candidate = 0;
-            char name[kNameSize] = {};
+            char name[kSensorNameSize] = {};
             if ((sensor_.*table.number)(i, candidate) == 0 && candidate == number &&
                 (sensor_.*table.name)(i, name) == 0 && name[0] != '\0')
                 return name;
@@ -92,19 +94,19 @@ std::string SensorWalk::Name(int type, int number) {
     return "";
 }
 
-SensorWalk::Thresholds SensorWalk::Current(const WalkedSensor& sensor) {
+SensorRepository::Thresholds SensorRepository::Current(const RepositorySensor& sensor) {
     Thresholds thresholds{};
-    // Result not used: the number is not 0xFF, which the walk leaves out.
+    // Result not used: it refuses only the number 0xFF, which the walk leaves out.
     (void)sensor_.GetSensorThreshold(sensor.number, sensor.formula, thresholds.raw,
                                      thresholds.converted);
     return thresholds;
 }
 
-bool SensorWalk::IsUnavailable(unsigned char number) {
-    constexpr int kMilliseconds = 3000;
-    constexpr std::size_t kLongestResponse = 256;
-    constexpr unsigned char kUnavailable =
-        0x20;  // of the byte behind the reading (IPMI 2.0, 35.14)
+bool SensorRepository::IsUnavailable(unsigned char number) {
+    constexpr int kTimeoutMilliseconds = 3000;
+    constexpr std::size_t kMaxResponse = 256;
+    constexpr std::size_t kFlags = 1;  // the byte after the reading (IPMI 2.0, 35.14)
+    constexpr unsigned char kUnavailable = 0x20;
     constexpr unsigned char kScanned = 0x40;
     IMBPREQUESTDATA request{IPMIbase::Get_sensor_reading,
                             0,  // the transport fills the responder in
@@ -113,21 +115,22 @@ bool SensorWalk::IsUnavailable(unsigned char number) {
                             IPMIbase::BMC_LUN,
                             &number,
                             1};
-    unsigned char response[kLongestResponse] = {};
+    unsigned char response[kMaxResponse] = {};
     int length = 0;
     unsigned char completion = 0;
-    // Results not used: without an answer the flags stay zero, that is not scanned.
-    (void)sensor_.SendTimedImbpRequest(&request, kMilliseconds, response, &length, &completion);
-    return (response[1] & kUnavailable) != 0 || (response[1] & kScanned) == 0;
+    // Results not used: without an answer the flags stay zero, which means not scanned.
+    (void)sensor_.SendTimedImbpRequest(&request, kTimeoutMilliseconds, response, &length,
+                                       &completion);
+    return (response[kFlags] & kUnavailable) != 0 || (response[kFlags] & kScanned) == 0;
 }
 
-double SensorWalk::Value(const SensorFormulaParameter& formula, unsigned char raw) {
+double SensorRepository::Value(const SensorFormulaParameter& formula, unsigned char raw) {
     double value = 0;
     (void)sensor_.GetReadingConversion(formula, raw, value);  // result not used: always 0
     return value;
 }
 
-unsigned char SensorWalk::Raw(const SensorFormulaParameter& formula, double value) {
+unsigned char SensorRepository::Raw(const SensorFormulaParameter& formula, double value) {
     unsigned char raw = 0;
     (void)sensor_.GetValueConversion(formula, raw, value);  // result not used: always 0
     return raw;

@@ -3,10 +3,10 @@
 // The look of the text output: titled sections of indented blocks, with a blank line between
 // blocks. No line ends in a blank.
 //
-// Cells hold texts as the firmware gave them; the functions here make them printable. An empty one
-// is shown as "-".
-#ifndef TALVANE_TOOLS_LAYOUT_H
-#define TALVANE_TOOLS_LAYOUT_H
+// Cells hold texts as the firmware gave them. The functions here make them printable, and show an
+// empty cell as "-".
+#ifndef TALVANE_TOOLS_BASE_LAYOUT_H
+#define TALVANE_TOOLS_BASE_LAYOUT_H
 
 #include <string>
 #include <vector>
@@ -25,7 +25,7 @@ struct Column {
 
 using Row = std::vector<std::string>;  // one cell per column
 
-// One line per fact, the values below each other.
+// One line per fact, with all values in one column.
 std::string FactBlock(const std::vector<Fact>& facts);
 
 // A line of titles and one line per row; the word "none" when there is no row.
@@ -37,7 +37,7 @@ std::string NoteBlock(const std::string& note);
 // A title, underlined, and its blocks.
 std::string Section(const std::string& title, const std::vector<std::string>& blocks);
 
-// Sections below each other.
+// All sections, with a blank line between them.
 std::string Page(const std::vector<std::string>& sections);
 
 }  // namespace tool

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+//
+// The child's output goes to a file in memory, so that it cannot fill a pipe and block.
 
-#include "tools/Apart.h"
+#include "tools/library/ChildProcess.h"
 
 #include <sys/mman.h>
 #include <sys/wait.h>
@@ -11,22 +13,22 @@
 #include <filesystem>
 #include <system_error>
 
-#include "tools/sources/Descriptor.h"
+#include "tools/base/Descriptor.h"
 
 namespace tool {
 namespace {
 
-[[noreturn]] void Fail(const char* what) {
+[[noreturn]] void ThrowErrno(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
 class EmptyFolder {
 public:
     EmptyFolder() : path_(std::filesystem::temp_directory_path() / "talvane-XXXXXX") {
-        if (mkdtemp(path_.data()) == nullptr) Fail(path_.c_str());
+        if (mkdtemp(path_.data()) == nullptr) ThrowErrno(path_.c_str());
     }
     ~EmptyFolder() {
-        std::error_code ignored;  // at worst a folder is left in the one for such
+        std::error_code ignored;  // at worst an empty folder stays among the temporary files
         std::filesystem::remove_all(path_, ignored);
     }
     EmptyFolder(const EmptyFolder&) = delete;
@@ -51,7 +53,7 @@ std::string WholeFile(int descriptor) {
     off_t at = 0;
     for (;;) {
         const ssize_t got = pread(descriptor, buffer, sizeof buffer, at);
-        if (got < 0) Fail("the library's output");
+        if (got < 0) ThrowErrno("the library's output");
         if (got == 0) return text;
         text.append(buffer, static_cast<std::size_t>(got));
         at += got;
@@ -63,24 +65,24 @@ std::string WholeFile(int descriptor) {
 SharedMemory::SharedMemory(std::size_t size)
     : memory_(mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0)),
       size_(size) {
-    if (memory_ == MAP_FAILED) Fail("mmap");
+    if (memory_ == MAP_FAILED) ThrowErrno("mmap");
 }
 
 SharedMemory::~SharedMemory() {
     (void)munmap(memory_, size_);  // result not used: the range is that of the constructor
 }
 
-std::optional<std::string> OutputApart(const std::function<void()>& call) {
+std::optional<std::string> OutputOfChildProcess(const std::function<void()>& call) {
     const EmptyFolder folder;
     const Descriptor output(memfd_create("output", MFD_CLOEXEC));
-    if (!output.IsOpen()) Fail("memfd_create");
-    (void)std::fflush(stdout);  // result not used: what is lost shows at the end
+    if (!output.IsOpen()) ThrowErrno("memfd_create");
+    (void)std::fflush(stdout);  // result not used: the last flush of the tool reports lost output
     const pid_t child = fork();
-    if (child < 0) Fail("fork");
+    if (child < 0) ThrowErrno("fork");
     if (child == 0) BeChild(call, folder.Path(), output.Get());
     int status = 0;
     while (waitpid(child, &status, 0) != child)
-        if (errno != EINTR) Fail("waitpid");
+        if (errno != EINTR) ThrowErrno("waitpid");
     if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return std::nullopt;
     return WholeFile(output.Get());
 }

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+//
+// Decodes UTF-8 sequence by sequence.
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 
 #include <algorithm>
 #include <cstdint>
@@ -13,7 +15,7 @@ struct CodePointRange {
     std::uint32_t first, last;
 };
 
-// What is shown as it is: one column wide, and no control of text direction or joining.
+// What is shown unchanged: characters that are one column wide and neither turn nor join the text.
 constexpr CodePointRange kOneColumn[] = {
     {0x20, 0x7E},      // ASCII
     {0xA1, 0xAC},      // Latin-1 signs, up to the soft hyphen
@@ -29,8 +31,8 @@ bool IsOneColumn(std::uint32_t codePoint) {
     });
 }
 
-// Bytes of the UTF-8 sequence at the front of `text`, 0 when there is none: a stray or missing
-// continuation byte, an overlong form, a surrogate or a value above U+10FFFF.
+// The length in bytes of the UTF-8 sequence at the front of `text`. 0 when there is none: for a
+// stray or missing continuation byte, an overlong form, a surrogate, or a value above U+10FFFF.
 std::size_t SequenceLength(std::string_view text, std::uint32_t& codePoint) {
     constexpr std::uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};  // by length
     const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(text[at]); };

@@ -35,7 +35,7 @@ void itoa(int, char* out, int) {
 
 namespace {
 
-class Interposition : public ::testing::Test {
+class InterpositionTest : public ::testing::Test {
 protected:
     // The reader is the process's; each test starts without one.
     void TearDown() override { release(); }
@@ -46,7 +46,7 @@ protected:
     sim::SmbiosTable table;
 };
 
-TEST_F(Interposition, TheGettersWriteNumbersWithTheAgentsItoa) {
+TEST_F(InterpositionTest, TheGettersWriteNumbersWithTheAgentsItoa) {
     table.Add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).Byte(24, 0x41).Word(20, 3600);
     Place();
 
@@ -56,7 +56,7 @@ TEST_F(Interposition, TheGettersWriteNumbersWithTheAgentsItoa) {
     EXPECT_STREQ(processors.cpu[0].MaxSpeed, "forty-two MHZ");
 }
 
-TEST_F(Interposition, GettersThatFetchAStructureByItsIndexDoSoWithTheAgentsGetItem) {
+TEST_F(InterpositionTest, GettersThatFetchAStructureByItsIndexDoSoWithTheAgentsGetItem) {
     table.Add(SmBios::TYPE_SYSTEM_INFO, 0x0100, 8).String(4, "Acme");
     Place();
 
@@ -65,7 +65,7 @@ TEST_F(Interposition, GettersThatFetchAStructureByItsIndexDoSoWithTheAgentsGetIt
     EXPECT_STREQ(system.manufacturer, "Agent Inc.");
 }
 
-TEST_F(Interposition, GettersThatCountGoThroughTheTableByThemselves) {
+TEST_F(InterpositionTest, GettersThatCountGoThroughTheTableByThemselves) {
     table.Add(SmBios::TYPE_PORT_CONNECTOR_INFO, 0x0800, 9).Byte(8, 16);
     Place();
 
@@ -75,7 +75,7 @@ TEST_F(Interposition, GettersThatCountGoThroughTheTableByThemselves) {
     EXPECT_STREQ(ports.port[0].type, "");
 }
 
-TEST_F(Interposition, GettersThatSearchGoThroughTheTableByThemselves) {
+TEST_F(InterpositionTest, GettersThatSearchGoThroughTheTableByThemselves) {
     table.Add(SmBios::TYPE_PROCESSOR_INFO, 0x0400, 35).Word(26, 0x0700);
     table.Add(SmBios::TYPE_CACHE_INFO, 0x0700, 19).Byte(15, 5);
     Place();

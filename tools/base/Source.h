@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
 // The sources that records come from, and why one could not be read. The library answers a failure
-// with -1 and no reason, or with an empty record; the tool looks for the reason itself.
-#ifndef TALVANE_TOOLS_SOURCE_H
-#define TALVANE_TOOLS_SOURCE_H
+// with -1 and no reason, or with an empty record. The tool looks for the reason itself.
+#ifndef TALVANE_TOOLS_BASE_SOURCE_H
+#define TALVANE_TOOLS_BASE_SOURCE_H
 
 #include <string>
 

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// Texts that came from firmware. Their bytes can be anything: a field filled to its last byte has
-// no terminator, old tables hold Latin-1 or noise, and a bounded copy can end inside a UTF-8
-// sequence.
-#ifndef TALVANE_TOOLS_TEXT_H
-#define TALVANE_TOOLS_TEXT_H
+// Texts that came from firmware. Their bytes can be anything: a field that is filled to its last
+// byte is not NUL-terminated, old tables hold Latin-1 or noise, and a bounded copy can end inside a
+// UTF-8 sequence.
+#ifndef TALVANE_TOOLS_BASE_TEXT_H
+#define TALVANE_TOOLS_BASE_TEXT_H
 
 #include <cstddef>
 #include <string>
@@ -12,7 +12,7 @@
 
 namespace tool {
 
-// The text of bytes [from, to) of a record, up to its terminator where it has one.
+// The text of bytes [from, to) of a record, up to its terminator if it has one.
 template <class Record>
 std::string TextWithin(const Record& record, std::size_t from, std::size_t to) {
     const std::string_view bytes(reinterpret_cast<const char*>(&record) + from, to - from);
@@ -25,15 +25,15 @@ std::string FieldText(const char (&field)[N]) {
     return TextWithin(field, 0, N);
 }
 
-// For a terminal: without surrounding blanks, letters and signs that take one column as they are,
-// every other byte (controls, broken UTF-8, characters of unclear width) as \xHH.
+// For a terminal: the text without surrounding blanks. Letters and signs that take one column stay
+// as they are. Every other byte (controls, broken UTF-8, characters of unclear width) becomes \xHH.
 std::string Printable(std::string_view text);
 
 // Columns that a printable text takes.
 std::size_t Columns(std::string_view printable);
 
-// For JSON: valid UTF-8. A byte that is no part of a UTF-8 sequence is taken for Latin-1, so no
-// two texts become one.
+// For JSON: valid UTF-8. A byte outside a UTF-8 sequence is taken for Latin-1, so that different
+// texts stay different.
 std::string Utf8(std::string_view text);
 
 }  // namespace tool

@@ -1,15 +1,17 @@
 // SPDX-License-Identifier: MIT
+//
+// Decimal texts to numbers and to sizes in KB, MB, GB and TB.
 
-#include "tools/ByteSize.h"
+#include "tools/base/ByteSize.h"
 
 #include <iterator>
 
-#include "tools/Text.h"
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kMostDigits = 12;
+constexpr std::size_t kMaxSizeDigits = 12;
 
 bool IsDigit(char c) {
     return c >= '0' && c <= '9';
@@ -18,10 +20,10 @@ bool IsDigit(char c) {
 }  // namespace
 
 std::optional<std::uint64_t> Bytes(const std::string& size) {
-    if (size.empty() || size.size() > kMostDigits) return std::nullopt;
+    if (size.empty() || size.size() > kMaxSizeDigits) return std::nullopt;
     std::uint64_t bytes = 0;
     for (std::size_t i = 0; i < size.size(); ++i) {
-        const bool counts = IsDigit(size[i]) || (i == 0 && size.size() == kMostDigits);
+        const bool counts = IsDigit(size[i]) || (i == 0 && size.size() == kMaxSizeDigits);
         if (!counts) return std::nullopt;
         bytes = bytes * 10 + static_cast<unsigned char>(size[i] - '0');
     }
@@ -36,7 +38,7 @@ std::string SizeText(const std::string& size) {
     constexpr const char* kUnits[] = {"KB", "MB", "GB", "TB"};
     const char* const* unit = kUnits;
     std::uint64_t one = kThousand;
-    // With one digit behind the point, 999.95 is the next unit's 1.0.
+    // With one digit after the point, 999.95 is the next unit's 1.0.
     while (*bytes >= one * kThousand - one / 20 && unit != std::end(kUnits) - 1) {
         one *= kThousand;
         ++unit;

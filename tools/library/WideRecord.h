@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// A zero-filled record of the library with room for more elements than its declaration has: the
-// library fills as many as the firmware's count says.
-#ifndef TALVANE_TOOLS_WIDERECORD_H
-#define TALVANE_TOOLS_WIDERECORD_H
+// A zero-filled record of the library with room for more elements than its declaration has. The
+// library fills as many elements as the firmware says there are.
+#ifndef TALVANE_TOOLS_LIBRARY_WIDERECORD_H
+#define TALVANE_TOOLS_LIBRARY_WIDERECORD_H
 
 #include <cstddef>
 #include <cstring>
@@ -17,7 +17,7 @@ class WideRecord {
     static_assert(std::is_trivially_copyable_v<Record> && std::is_trivially_copyable_v<Element>);
 
 public:
-    // `elementsAt` is the offset of the element array; `capacity` at least its declared length.
+    // `elementsAt` is the offset of the element array. `capacity` is at least its declared length.
     WideRecord(std::size_t elementsAt, std::size_t capacity)
         : elementsAt_(elementsAt), bytes_(elementsAt + capacity * sizeof(Element)) {}
 

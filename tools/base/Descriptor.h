@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A file descriptor that is closed when it is no longer needed.
-#ifndef TALVANE_TOOLS_SOURCES_DESCRIPTOR_H
-#define TALVANE_TOOLS_SOURCES_DESCRIPTOR_H
+#ifndef TALVANE_TOOLS_BASE_DESCRIPTOR_H
+#define TALVANE_TOOLS_BASE_DESCRIPTOR_H
 
 #include <fcntl.h>
 #include <unistd.h>
@@ -11,12 +11,12 @@ namespace tool {
 
 class Descriptor {
 public:
-    // Opens a path; errno tells why when it is not open afterwards.
+    // Opens a path. When it is not open afterwards, errno has the reason.
     Descriptor(const char* path, int flags) : descriptor_(open(path, flags | O_CLOEXEC)) {}
-    // Takes over an open one; negative for none.
+    // Takes over an open descriptor; negative for none.
     explicit Descriptor(int descriptor) : descriptor_(descriptor) {}
     ~Descriptor() {
-        if (IsOpen()) (void)close(descriptor_);  // result not used: nothing is lost by it
+        if (IsOpen()) (void)close(descriptor_);  // result not used: closing loses nothing
     }
     Descriptor(const Descriptor&) = delete;
     Descriptor& operator=(const Descriptor&) = delete;

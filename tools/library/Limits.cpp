@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
+//
+// Titles and JSON names of the six thresholds, and which of them a reading has reached.
 
-#include "tools/Limits.h"
+#include "tools/library/Limits.h"
 
 #include <cstdio>
 
@@ -11,9 +13,10 @@ namespace {
 
 static_assert(THRESHOLD_LOWER_WARNING == 0 && THRESHOLD_UPPER_NON_RECOVERABLE == kLimits - 1);
 
-constexpr Six<const char*> kTitles = {"L NC", "L CR", "L NR", "U NC", "U CR", "U NR"};
-constexpr Six<const char*> kMembers = {"lowerNonCritical", "lowerCritical", "lowerNonRecoverable",
-                                       "upperNonCritical", "upperCritical", "upperNonRecoverable"};
+constexpr Six<const char*> kLimitTitles = {"L NC", "L CR", "L NR", "U NC", "U CR", "U NR"};
+constexpr Six<const char*> kLimitMembers = {"lowerNonCritical",    "lowerCritical",
+                                            "lowerNonRecoverable", "upperNonCritical",
+                                            "upperCritical",       "upperNonRecoverable"};
 
 bool IsUpper(std::size_t limit) {
     return limit >= THRESHOLD_UPPER_WARNING;
@@ -49,7 +52,8 @@ std::string NumberText(std::optional<double> value) {
 }
 
 void AddLimitColumns(std::vector<Column>& columns) {
-    for (const std::size_t i : kAscending) columns.push_back({kTitles[i], Column::Align::kRight});
+    for (const std::size_t i : kAscending)
+        columns.push_back({kLimitTitles[i], Column::Align::kRight});
 }
 
 void AddLimitCells(Row& row, const Limits& limits) {
@@ -59,7 +63,7 @@ void AddLimitCells(Row& row, const Limits& limits) {
 Json LimitsJson(const Limits& limits) {
     Json object = Json::object();
     for (const std::size_t i : kAscending)
-        object[kMembers[i]] = limits[i] ? Json(*limits[i]) : Json();
+        object[kLimitMembers[i]] = limits[i] ? Json(*limits[i]) : Json();
     return object;
 }
 

@@ -1,22 +1,23 @@
 // SPDX-License-Identifier: MIT
 //
 // Sizes of drives and partitions: the library's decimal texts, for machines and for people.
-#ifndef TALVANE_TOOLS_BYTESIZE_H
-#define TALVANE_TOOLS_BYTESIZE_H
+#ifndef TALVANE_TOOLS_BASE_BYTESIZE_H
+#define TALVANE_TOOLS_BASE_BYTESIZE_H
 
 #include <cstdint>
 #include <optional>
 #include <string>
 
-#include "tools/Json.h"
+#include "tools/base/Json.h"
 
 namespace tool {
 
-// The number that a size text stands for; nothing for the empty one (0 or unknown) and for one that
-// is no number. The first of twelve characters counts 100 GB each and can stand behind '9'.
+// The number that a size text stands for. Nothing for an empty text (0 or unknown) and for a text
+// that is not a number. In a text of twelve characters the first counts 100 GB each; it can be a
+// character after '9'.
 std::optional<std::uint64_t> Bytes(const std::string& size);
 
-// "40.0 GB", in powers of 1000 as drives are sold; the text itself when it is no number.
+// "40.0 GB", in powers of 1000 as drives are sold; the text itself when it is not a number.
 std::string SizeText(const std::string& size);
 
 // {"text": the library's, "bytes": number or null}

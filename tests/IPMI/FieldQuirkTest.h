@@ -2,14 +2,15 @@
 //
 // Fixture of the tests of what administrators know of controllers in the field: machines as their
 // descriptions give them, seen through the exported functions and classes.
-#ifndef TALVANE_TESTS_IPMI_FIELDQUIRK_H
-#define TALVANE_TESTS_IPMI_FIELDQUIRK_H
+#ifndef TALVANE_TESTS_IPMI_FIELDQUIRKTEST_H
+#define TALVANE_TESTS_IPMI_FIELDQUIRKTEST_H
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "IPMI/IPMIsupport.h"
@@ -25,7 +26,7 @@ inline std::string Temperature(int number, const std::string& name,
            (fields.find("unit") == std::string::npos ? " unit 1\n" : "") + fields;
 }
 
-class FieldQuirk : public ::testing::Test {
+class FieldQuirkTest : public ::testing::Test {
 protected:
     void Describe(const std::string& description) {
         folder = std::make_unique<MachineFolder>("bmc kcs firmware 1 20\n" + description);
@@ -49,11 +50,7 @@ protected:
         result = GetIpmiInfo(TALVANE_FANS, &fans);
         return fans.fan[0].speed;
     }
-    std::size_t Requests(std::uint8_t netFn, std::uint8_t command) {
-        return server->GetBmc().Count(netFn, command);
-    }
-    static constexpr std::uint8_t kStorage = 0x0A;
-    static constexpr std::uint8_t kGetSdr = 0x23;
+    std::size_t Requests(std::string_view command) { return server->GetBmc().Count(command); }
 
     std::unique_ptr<MachineFolder> folder;
     std::unique_ptr<sim::SimulatedServer> server;

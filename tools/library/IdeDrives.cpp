@@ -1,0 +1,64 @@
+// SPDX-License-Identifier: MIT
+//
+// Reading the disks, and which device file belongs to which position.
+
+#include "tools/library/IdeDrives.h"
+
+#include <dirent.h>
+
+#include <cerrno>
+
+#include "Talvane.h"
+#include "tools/base/Text.h"
+#include "tools/library/ChildProcess.h"
+
+namespace tool {
+namespace {
+
+struct Position {
+    const char* name;
+    const char* device;
+};
+
+constexpr Position kPositions[] = {
+    {"Primary Master", "/dev/hda"},
+    {"Primary Slave", "/dev/hdb"},
+    {"Secondry Master", "/dev/hdc"},
+    {"Secondry Slave", "/dev/hdd"},
+};
+
+// A folder that does not exist counts as readable: the machine has no IDE.
+bool IdeFolderCanBeRead() {
+    DIR* const folder = opendir("/proc/ide");
+    if (folder == nullptr) return errno == ENOENT;
+    (void)closedir(folder);  // result not used: nothing was read
+    return true;
+}
+
+}  // namespace
+
+std::optional<Drives> ReadDrives() {
+    if (!IdeFolderCanBeRead()) return std::nullopt;
+    // In a child process: without IDE the library writes a remark to standard output.
+    const auto answer = FillInChildProcess<StorageInformation>(
+        [](StorageInformation& record) { (void)GetInfo(TALVANE_DRIVES, &record); });
+    if (!answer) return std::nullopt;
+    Drives drives;
+    for (int i = 0; i < answer->record.quantityIDE; ++i) {
+        const DriveInfo& drive = answer->record.driveArray[i];
+        drives.push_back({.controller = FieldText(drive.ControllerType),
+                          .position = FieldText(drive.ControllerNo),
+                          .model = FieldText(drive.model),
+                          .size = FieldText(drive.size),
+                          .serialNumber = FieldText(drive.SerialNo)});
+    }
+    return drives;
+}
+
+std::string DevicePath(const Drive& drive) {
+    for (const Position& position : kPositions)
+        if (drive.position == position.name) return position.device;
+    return "";
+}
+
+}  // namespace tool
