@@ -3,11 +3,11 @@
 // The conversion of raw readings into values and back (IPMI 2.0, 36.3): data format, linear
 // formula, linearization. Every step rounds to a double.
 
-#include <cmath>
 #include <iterator>
 
 #include "IPMI/Sensor.h"
 #include "base/DoubleArithmetic.h"
+#include "base/PowersAndLogarithms.h"
 
 using namespace talvane;
 
@@ -21,20 +21,6 @@ Format FormatOf(const SensorFormulaParameter& p) {
 }
 
 constexpr unsigned char kLinearization = 0x7F;
-
-// The C library's functions of 113 binary digits, rounded once. They compute in integers, so the
-// result is the same for every processor and word size; those for doubles differ in the last digit.
-double Power(double base, double exponent) {
-    return RoundedOnce(powf128(base, exponent));
-}
-
-double NaturalLogarithm(double value) {
-    return RoundedOnce(logf128(value));
-}
-
-double Logarithm10(double value) {
-    return RoundedOnce(log10f128(value));
-}
 
 double Logarithm2(double value) {
     constexpr double kLogarithm10Of2 = 0.30102999566398120;
