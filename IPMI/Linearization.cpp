@@ -5,29 +5,14 @@
 
 #include "IPMI/Linearization.h"
 
-#include <cmath>
 #include <iterator>
 
 #include "base/DoubleArithmetic.h"
+#include "base/PowersAndLogarithms.h"
 
 namespace talvane {
 
 namespace {
-
-// The C library's functions of 113 binary digits, rounded once. They compute in integers, so the
-// result is the same for every processor and word size. The C library's functions for doubles
-// differ in the last digit.
-double Power(double base, double exponent) {
-    return RoundedOnce(powf128(base, exponent));
-}
-
-double NaturalLogarithm(double value) {
-    return RoundedOnce(logf128(value));
-}
-
-double Logarithm10(double value) {
-    return RoundedOnce(log10f128(value));
-}
 
 double Logarithm2(double value) {
     constexpr double kLogarithm10Of2 = 0.30102999566398120;

@@ -20,8 +20,12 @@ if [ $# -eq 0 ]; then
 '
     fi
 fi
-# The leak detector traces the process, which an emulated one cannot do to itself.
-[ "$programs" = native ] || export ASAN_OPTIONS=detect_leaks=0
+timeout=120
+if [ "$programs" != native ]; then
+    timeout=1200
+    # The leak detector traces the process, which an emulated one cannot do to itself.
+    export ASAN_OPTIONS=detect_leaks=0
+fi
 
 logs=$(mktemp -d)
 trap 'rm -rf "$logs"' EXIT
@@ -32,7 +36,10 @@ summary=
 
 for preset in "$@"; do
     echo "== $preset: build"
-    if ! { cmake --preset "$preset" -DTALVANE_BUILD_TESTS=ON && cmake --build --preset "$preset"; } >"$logs/build" 2>&1; then
+    if ! {
+        cmake --preset "$preset" -DTALVANE_BUILD_TESTS=ON "-DTALVANE_TEST_TIMEOUT=$timeout" &&
+            cmake --build --preset "$preset"
+    } >"$logs/build" 2>&1; then
         cat "$logs/build"
         summary="$summary$preset: does not build
 "

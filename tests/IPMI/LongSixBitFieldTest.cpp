@@ -7,7 +7,7 @@
 
 namespace {
 
-class LongSixBitFieldTest : public Inventory {
+class LongSixBitFieldTest : public InventoryTest {
 protected:
     // A chassis whose part number has so many bytes in 6-bit encoding.
     int ReadWithLength(std::size_t length) {

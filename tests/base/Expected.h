@@ -1,0 +1,18 @@
+// SPDX-License-Identifier: MIT
+//
+// The doubles nearest to powers and logarithms, computed by the C library with 64 digits, and with
+// 113 where these leave a doubt. What lies within one unit of the 113th digit of halfway between
+// two doubles is told by neither.
+#ifndef TALVANE_TESTS_BASE_EXPECTED_H
+#define TALVANE_TESTS_BASE_EXPECTED_H
+
+__extension__ typedef __float128 WideDouble;
+
+// Rounded to a double, and no further on the way.
+double RoundedOnce(WideDouble wide);
+
+double ExpectedPower(double base, double exponent);
+double ExpectedNaturalLogarithm(double value);
+double ExpectedLogarithm10(double value);
+
+#endif

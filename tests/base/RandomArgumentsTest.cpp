@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+//
+// Powers and logarithms of random arguments are the nearest doubles. scripts/compare-powers.sh
+// compares millions.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "Comparison.h"
+
+namespace {
+
+using ::testing::IsEmpty;
+
+constexpr int kCount = 200000;
+constexpr std::uint64_t kSeed = 1;
+
+TEST(RandomArguments, GiveTheNearestPowers) {
+    EXPECT_THAT(ComparePowers(kCount, kSeed), IsEmpty());
+}
+
+TEST(RandomArguments, GiveTheNearestNaturalLogarithms) {
+    EXPECT_THAT(CompareNaturalLogarithms(kCount, kSeed), IsEmpty());
+}
+
+TEST(RandomArguments, GiveTheNearestDecimalLogarithms) {
+    EXPECT_THAT(CompareLogarithms10(kCount, kSeed), IsEmpty());
+}
+
+}  // namespace
