@@ -42,7 +42,7 @@ std::vector<double> ResultsWith(unsigned digits, int direction) {
     return results;
 }
 
-TEST(AgentSettings, DoNotChangeResults) {
+TEST(AgentSettingsTest, DoNotChangeResults) {
     const std::vector<double> expected = Results();
     for (const unsigned digits : {_FPU_DOUBLE, _FPU_EXTENDED})
         for (const int direction : {FE_TONEAREST, FE_UPWARD, FE_DOWNWARD, FE_TOWARDZERO})

@@ -43,12 +43,12 @@ void ExpectRoundedOnce(double a, double b) {
     ExpectSame(Quotient(a, b), WideDouble{a} / WideDouble{b});
 }
 
-TEST(DoubleArithmetic, RoundsSpecialArgumentsOnce) {
+TEST(DoubleArithmeticTest, RoundsSpecialArgumentsOnce) {
     for (const double a : kArguments)
         for (const double b : kArguments) ExpectRoundedOnce(a, b);
 }
 
-TEST(DoubleArithmetic, RoundsRandomArgumentsOnce) {
+TEST(DoubleArithmeticTest, RoundsRandomArgumentsOnce) {
     RandomArguments arguments(3);
     for (int i = 0; i < 5000; ++i) {
         const double any = arguments.AnyDouble();
@@ -59,7 +59,7 @@ TEST(DoubleArithmetic, RoundsRandomArgumentsOnce) {
     }
 }
 
-TEST(DoubleArithmetic, RoundsResultsBelowTheNormalRangeOnce) {
+TEST(DoubleArithmeticTest, RoundsResultsBelowTheNormalRangeOnce) {
     RandomArguments arguments(4);
     for (int i = 0; i < 5000; ++i) {
         const double small = std::ldexp(arguments.Near(1.0, 0), -1040);
@@ -69,7 +69,7 @@ TEST(DoubleArithmetic, RoundsResultsBelowTheNormalRangeOnce) {
     }
 }
 
-TEST(DoubleArithmetic, LooksAtEveryDigit) {
+TEST(DoubleArithmeticTest, LooksAtEveryDigit) {
     EXPECT_EQ(Sum(1.0, 0x1p-53), 1.0);
     EXPECT_EQ(Sum(1.0, 0x1.0000000000001p-53), 1.0 + 0x1p-52);
     EXPECT_EQ(Difference(1.0 + 0x1p-52, 0x1p-53), 1.0);
@@ -78,7 +78,7 @@ TEST(DoubleArithmetic, LooksAtEveryDigit) {
     ExpectRoundedOnce(0x187b0bec1d7da1p0, 0x115b033a3da661p0);
 }
 
-TEST(ToInt, OfWhatDoesNotFitIsTheLowestValue) {
+TEST(ToIntTest, OfWhatDoesNotFitIsTheLowestValue) {
     EXPECT_EQ(ToInt32(2147483647.5), 2147483647);
     EXPECT_EQ(ToInt32(2147483648.0), -2147483647 - 1);
     EXPECT_EQ(ToInt32(-2147483648.5), -2147483647 - 1);

@@ -33,7 +33,7 @@ constexpr double kArguments[] = {
     -kLargest,  kInfinity,  -kInfinity, kNotANumber, -kNotANumber, 1.0 + 0x1p-52, 1.0 - 0x1p-53,
     -1074.0,    -1075.0,    -1076.0,    1023.0,      1024.0,       -0x1p-1022,    0x1p-1022};
 
-TEST(Power, OfSpecialArgumentsIsTheCLibrarys) {
+TEST(PowerTest, OfSpecialArgumentsIsTheCLibrarys) {
     for (const double base : kArguments)
         for (const double exponent : kArguments) {
             if (std::isnan(base) && std::isnan(exponent)) continue;  // the one or the other
@@ -42,12 +42,12 @@ TEST(Power, OfSpecialArgumentsIsTheCLibrarys) {
         }
 }
 
-TEST(Power, OfANegativeNumberToAFractionPrintsAsMinusNan) {
+TEST(PowerTest, OfANegativeNumberToAFractionPrintsAsMinusNan) {
     EXPECT_TRUE(std::isnan(Power(-2.0, 0.33)));
     EXPECT_TRUE(std::signbit(Power(-2.0, 0.33)));
 }
 
-TEST(Power, OfHardArgumentsIsTheNearest) {
+TEST(PowerTest, OfHardArgumentsIsTheNearest) {
     for (const auto& [base, exponent, nearest] : kHardPowers)
         EXPECT_EQ(Bits(Power(base, exponent)), Bits(nearest))
             << std::hexfloat << base << "^" << exponent;
@@ -82,7 +82,7 @@ int ExpectEvenNeighbour(std::uint64_t root, int numerator) {
     return count;
 }
 
-TEST(Power, HalfwayBetweenTwoDoublesIsTheEvenOne) {
+TEST(PowerTest, HalfwayBetweenTwoDoublesIsTheEvenOne) {
     int count = 0;
     for (int numerator = 2; numerator <= 34; ++numerator) {
         const double lowest = std::pow(2.0, 53.0 / numerator);
@@ -94,13 +94,13 @@ TEST(Power, HalfwayBetweenTwoDoublesIsTheEvenOne) {
     EXPECT_GT(count, 1000);
 }
 
-TEST(Power, HalfwayBetweenTwoDoublesIsTheEvenOneWhereTheSeriesConvergesLeast) {
+TEST(PowerTest, HalfwayBetweenTwoDoublesIsTheEvenOneWhereTheSeriesConvergesLeast) {
     // Squares that begin like 11/16, which is as far from an eighth as can be.
     for (std::uint64_t root = 217359; root < 217500; root += 2)
         EXPECT_EQ(ExpectEvenNeighbour(root, 3), 6);
 }
 
-TEST(Power, HalfOfTheLeastDoubleIs0AndWhatIsMoreIsTheLeastDouble) {
+TEST(PowerTest, HalfOfTheLeastDoubleIs0AndWhatIsMoreIsTheLeastDouble) {
     EXPECT_EQ(Power(2.0, -1075.0), 0.0);
     EXPECT_EQ(Power(0.5, 1075.0), 0.0);
     EXPECT_EQ(Power(2.0, std::nextafter(-1075.0, 0.0)), kLeast);
@@ -109,7 +109,7 @@ TEST(Power, HalfOfTheLeastDoubleIs0AndWhatIsMoreIsTheLeastDouble) {
     EXPECT_EQ(Power(3 * 0x1p-537 * 0x1p-538, 1.0), 2 * kLeast);
 }
 
-TEST(SquareRoot, IsTheNearest) {
+TEST(SquareRootTest, IsTheNearest) {
     for (const double value : kArguments)
         EXPECT_EQ(Bits(SquareRoot(value)), Bits(RoundedOnce(sqrtf128(value)))) << value;
     RandomArguments arguments(2);
@@ -119,27 +119,27 @@ TEST(SquareRoot, IsTheNearest) {
     }
 }
 
-TEST(NaturalLogarithm, OfSpecialArgumentsIsTheCLibrarys) {
+TEST(NaturalLogarithmTest, OfSpecialArgumentsIsTheCLibrarys) {
     for (const double value : kArguments)
         EXPECT_EQ(Bits(NaturalLogarithm(value)), Bits(RoundedOnce(logf128(value)))) << value;
 }
 
-TEST(NaturalLogarithm, OfHardArgumentsIsTheNearest) {
+TEST(NaturalLogarithmTest, OfHardArgumentsIsTheNearest) {
     for (const auto& [value, nearest] : kHardNaturalLogarithms)
         EXPECT_EQ(NaturalLogarithm(value), nearest) << std::hexfloat << value;
 }
 
-TEST(Logarithm10, OfSpecialArgumentsIsTheCLibrarys) {
+TEST(Logarithm10Test, OfSpecialArgumentsIsTheCLibrarys) {
     for (const double value : kArguments)
         EXPECT_EQ(Bits(Logarithm10(value)), Bits(RoundedOnce(log10f128(value)))) << value;
 }
 
-TEST(Logarithm10, OfHardArgumentsIsTheNearest) {
+TEST(Logarithm10Test, OfHardArgumentsIsTheNearest) {
     for (const auto& [value, nearest] : kHardLogarithms10)
         EXPECT_EQ(Logarithm10(value), nearest) << std::hexfloat << value;
 }
 
-TEST(Logarithm10, OfAPowerOfTenIsWhole) {
+TEST(Logarithm10Test, OfAPowerOfTenIsWhole) {
     double power = 1.0;
     for (int digits = 0; digits <= 22; ++digits, power *= 10.0)
         EXPECT_EQ(Logarithm10(power), digits);

@@ -15,15 +15,15 @@ using ::testing::IsEmpty;
 constexpr int kCount = 200000;
 constexpr std::uint64_t kSeed = 1;
 
-TEST(RandomArguments, GiveTheNearestPowers) {
+TEST(RandomArgumentsTest, GiveTheNearestPowers) {
     EXPECT_THAT(ComparePowers(kCount, kSeed), IsEmpty());
 }
 
-TEST(RandomArguments, GiveTheNearestNaturalLogarithms) {
+TEST(RandomArgumentsTest, GiveTheNearestNaturalLogarithms) {
     EXPECT_THAT(CompareNaturalLogarithms(kCount, kSeed), IsEmpty());
 }
 
-TEST(RandomArguments, GiveTheNearestDecimalLogarithms) {
+TEST(RandomArgumentsTest, GiveTheNearestDecimalLogarithms) {
     EXPECT_THAT(CompareLogarithms10(kCount, kSeed), IsEmpty());
 }
 

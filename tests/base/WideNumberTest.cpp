@@ -29,7 +29,7 @@ WideNumber LogarithmSeries(double numerator, double denominator) {
     return Widened(sum) + Widened(sum);
 }
 
-TEST(WideConstants, AreWhatTheirNamesSay) {
+TEST(WideConstantsTest, AreWhatTheirNamesSay) {
     ExpectEqual(kOne, Widened(1.0, kMaxWords));
     ExpectEqual(kLogarithmOf2, LogarithmSeries(1, 3));
     ExpectEqual(kInverseLogarithmOf2 * kLogarithmOf2, kOne);
@@ -60,7 +60,7 @@ void ExpectWords(const WideNumber& number, int exponent, std::uint32_t first, st
 constexpr std::uint32_t kFirst = 0x80000000;
 constexpr std::uint32_t kAll = 0xFFFFFFFF;
 
-TEST(WideNumber, IsExactlyTheDouble) {
+TEST(WideNumberTest, IsExactlyTheDouble) {
     ExpectWords(Widened(1.0, 3), 1, kFirst, 0, 0);
     ExpectWords(Widened(0x1.23456789ABCDEp+5, 3), 6, 0x91A2B3C4, 0xD5E6F000, 0);
     ExpectWords(Widened(0x1p-1074, 3), -1073, kFirst, 0, 0);
@@ -70,12 +70,12 @@ TEST(WideNumber, IsExactlyTheDouble) {
     EXPECT_EQ(Widened(0.0, 3).exponent, kExponentOf0);
 }
 
-TEST(WideNumber, SumCarries) {
+TEST(WideNumberTest, SumCarries) {
     ExpectWords(Number(0, kAll, kAll, kAll) + Number(-95, kFirst, 0, 0), 1, kFirst, 0, 0);
     ExpectWords(Number(0, kFirst, 0, 0) + Number(0, kFirst, 0, 0x80), 1, kFirst, 0, 0x40);
 }
 
-TEST(WideNumber, SumLosesWhatLiesBelowTheLastDigit) {
+TEST(WideNumberTest, SumLosesWhatLiesBelowTheLastDigit) {
     ExpectWords(Number(0, kFirst, 0, 0) + Number(-95, kFirst, 0, 0), 0, kFirst, 0, 1);
     ExpectWords(Number(0, kFirst, 0, 0) + Number(-96, kAll, kAll, kAll), 0, kFirst, 0, 0);
     ExpectWords(Number(0, kFirst, 0, 0) + Number(-1000, kAll, kAll, kAll), 0, kFirst, 0, 0);
@@ -83,7 +83,7 @@ TEST(WideNumber, SumLosesWhatLiesBelowTheLastDigit) {
     ExpectWords(Number(0, kFirst, 0, 0) + Number(-33, kFirst, 0, 2), 0, kFirst, 0x40000000, 0);
 }
 
-TEST(WideNumber, DifferenceStartsWithItsFirstDigit) {
+TEST(WideNumberTest, DifferenceStartsWithItsFirstDigit) {
     ExpectWords(Number(0, kFirst, 0, 1) - Number(0, kFirst, 0, 0), -95, kFirst, 0, 0);
     ExpectWords(Number(1, kFirst, 0, 0) - Number(0, kAll, kAll, kAll), -94, kFirst, 0, 0);
     EXPECT_TRUE((Number(0, kFirst, 0, 0) - Number(0, kFirst, 0, 1)).negative);
@@ -94,7 +94,7 @@ TEST(WideNumber, DifferenceStartsWithItsFirstDigit) {
     ExpectWords(zero + Number(3, kFirst, 0, 7), 3, kFirst, 0, 7);
 }
 
-TEST(WideNumber, ProductHasItsFirstDigits) {
+TEST(WideNumberTest, ProductHasItsFirstDigits) {
     ExpectWords(Number(5, kAll, kAll, kAll) * Number(7, kAll, kAll, kAll), 12, kAll, kAll,
                 kAll - 1);
     ExpectWords(Number(5, kFirst, 0, 1) * Number(-7, kFirst, 0, 0), -3, kFirst, 0, 1);
@@ -103,13 +103,13 @@ TEST(WideNumber, ProductHasItsFirstDigits) {
     EXPECT_FALSE((-Number(0, kFirst, 0, 0) * -Number(0, kFirst, 0, 0)).negative);
 }
 
-TEST(WideNumber, ResultsHaveTheSmallerSize) {
+TEST(WideNumberTest, ResultsHaveTheSmallerSize) {
     EXPECT_EQ((kOne + Widened(1.0, 3)).fraction.size, 3);
     EXPECT_EQ((Widened(1.0, 3) * kOne).fraction.size, 3);
     EXPECT_EQ(Ratio(kOne, Widened(1.0, 3)).fraction.size, 3);
 }
 
-TEST(WideNumber, RatioTellsThatThereAreMoreDigits) {
+TEST(WideNumberTest, RatioTellsThatThereAreMoreDigits) {
     ExpectWords(Ratio(Widened(1.0, 3), Widened(3.0, 3)), -1, 0xAAAAAAAA, 0xAAAAAAAA, 0xAAAAAAAB);
     ExpectWords(Ratio(Widened(2.0, 3), Widened(3.0, 3)), 0, 0xAAAAAAAA, 0xAAAAAAAA, 0xAAAAAAAB);
     ExpectWords(Ratio(Widened(7.5, 3), Widened(2.5, 3)), 2, 0xC0000000, 0, 0);
@@ -117,7 +117,7 @@ TEST(WideNumber, RatioTellsThatThereAreMoreDigits) {
     EXPECT_EQ(Ratio(Widened(0.0, 3), Widened(3.0, 3)).exponent, kExponentOf0);
 }
 
-TEST(WideFraction, QuotientIsCutOff) {
+TEST(WideFractionTest, QuotientIsCutOff) {
     const WideFraction third = WideFraction{2, {kAll, kAll}} / 3;
     EXPECT_EQ(third.words[0], 0x55555555u);
     EXPECT_EQ(third.words[1], 0x55555555u);
@@ -126,7 +126,7 @@ TEST(WideFraction, QuotientIsCutOff) {
     EXPECT_EQ(small.words[1], 0xFFFFFFFFu);
 }
 
-TEST(Nearest, OfTwoEquallyNearIsTheEvenDouble) {
+TEST(NearestTest, OfTwoEquallyNearIsTheEvenDouble) {
     constexpr std::uint32_t kHalf = 0x400;  // of the 53rd digit
     EXPECT_EQ(Nearest(Number(1, kFirst, kHalf, 0)), 1.0);
     EXPECT_EQ(Nearest(Number(1, kFirst, kHalf, 1)), 1.0 + 0x1p-52);
@@ -136,7 +136,7 @@ TEST(Nearest, OfTwoEquallyNearIsTheEvenDouble) {
     EXPECT_EQ(Nearest(Number(1, kAll, kAll, kAll)), 2.0);
 }
 
-TEST(Nearest, BelowTheNormalRangeHasFewerDigits) {
+TEST(NearestTest, BelowTheNormalRangeHasFewerDigits) {
     constexpr double kLeast = std::numeric_limits<double>::denorm_min();
     EXPECT_EQ(Nearest(Number(-1073, kFirst, 0, 0)), kLeast);
     EXPECT_EQ(Nearest(Number(-1073, 0xBFFFFFFF, kAll, kAll)), kLeast);
@@ -147,7 +147,7 @@ TEST(Nearest, BelowTheNormalRangeHasFewerDigits) {
     EXPECT_EQ(Nearest(Number(-1022, kAll, kAll, kAll)), 0x1p-1022);
 }
 
-TEST(Nearest, AboveTheLargestDoubleIsInfinite) {
+TEST(NearestTest, AboveTheLargestDoubleIsInfinite) {
     constexpr double kInfinity = std::numeric_limits<double>::infinity();
     EXPECT_EQ(Nearest(Number(1024, kAll, 0xFFFFF800, 0)), std::numeric_limits<double>::max());
     EXPECT_EQ(Nearest(Number(1024, kAll, 0xFFFFFBFF, kAll)), std::numeric_limits<double>::max());
