@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Sums, products and quotients with enough digits that rounding them once gives the nearest double.
 
 #include "base/DoubleArithmetic.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The special values of each function, and the choice of how many digits decide the rounding.
 
 #include "base/PowersAndLogarithms.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Arithmetic of words, the highest word first.
 
 #include "base/WideFraction.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// From doubles to wide numbers, and back with one rounding.
 
 #include "base/WideNumber.h"
 

@@ -130,14 +130,17 @@ done
 lines_of "$cpp_files" | while read -r file; do
     [ "$(head -n 1 "$file")" = '// SPDX-License-Identifier: MIT' ] || echo "$file"
 done | report 'first line is not // SPDX-License-Identifier: MIT'
+lines_of "$cpp_files" |
+    xargs -r awk 'FNR == 2 && $0 != "//" || FNR == 3 && !/^\/\/ / { print FILENAME; nextfile }' |
+    report 'no description follows the first line'
 lines_of "$build_files" | while read -r file; do
     head -n 2 "$file" | grep -qxF '# SPDX-License-Identifier: MIT' || echo "$file"
 done | report 'does not start with # SPDX-License-Identifier: MIT'
 
 if command -v clang-format >/dev/null; then
-    for file in $cpp_files; do
-        clang-format --dry-run -Werror "$file" 2>/dev/null || echo "$file"
-    done | report 'not as clang-format writes it'
+    lines_of "$cpp_files" | xargs -r -P "$(nproc)" -n 40 clang-format --dry-run -Werror 2>&1 |
+        sed -n 's/^\([^: ]*\):[0-9]*:[0-9]*: error: .*/\1/p' | sort -u |
+        report 'not as clang-format writes it'
 else
     echo 'clang-format is not installed' | report 'scripts/install-packages.sh test brings it'
 fi

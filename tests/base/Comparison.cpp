@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Compares the functions for random arguments and prints how many results differ.
 
 #include "Comparison.h"
 

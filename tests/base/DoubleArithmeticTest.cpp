@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Sums, differences, products and quotients against 113 digits that are rounded once.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The nearest doubles by the C library: a quick answer where it is certain, else one of 113 digits.
 
 #include "Expected.h"
 

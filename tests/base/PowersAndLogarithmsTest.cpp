@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Special values, exact and hard cases, and random arguments of powers and logarithms.
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Arguments of every magnitude, among them those for which rounding is hard.
 
 #include "RandomArguments.h"
 

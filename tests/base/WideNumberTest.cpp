@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Wide numbers, and the constants that the functions are computed with.
 
 #include <gtest/gtest.h>
 

@@ -11,7 +11,9 @@ cp "$1/.clang-format" "$tree"
 mkdir "$tree/SmBios" "$tree/PCI" "$tree/base"
 failed=0
 
-source_file() { { echo '// SPDX-License-Identifier: MIT'; cat; } >"$tree/$1"; }
+source_file() {
+    { printf '// SPDX-License-Identifier: MIT\n//\n// A file.\n'; cat; } >"$tree/$1"
+}
 
 # finds MESSAGE FILE: the tree with FILE in it is refused with that message
 finds() {
@@ -57,6 +59,8 @@ yes '// filler' | head -n 500 | source_file Long.cpp
 finds 'at most 500 lines' Long.cpp
 printf 'int value;\n' >"$tree/Bare.h"
 finds 'first line' Bare.h
+printf '// SPDX-License-Identifier: MIT\n\nint value;\n' >"$tree/Undescribed.h"
+finds 'no description' Undescribed.h
 printf '#!/bin/sh\necho\n' >"$tree/bare.sh"
 finds 'does not start' bare.sh
 printf 'int  value ;\n' | source_file Untidy.cpp
