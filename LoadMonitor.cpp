@@ -5,6 +5,7 @@
 #include "LoadMonitor.h"
 
 #include <fcntl.h>
+#include <sys/times.h>
 #include <time.h>
 #include <unistd.h>
 
@@ -112,30 +113,44 @@ int CountCpus() {
 }
 
 // Whether a signal ended this sleep early; `left` then holds the whole seconds that are left, of
-// which there may be none. Leaves errno alone.
+// which there may be none.
 bool SleepEndedEarly(unsigned seconds, unsigned& left) {
-    const int errnoBefore = errno;
     errno = 0;
     left = sleep(seconds);
-    const bool endedEarly = left != 0 || errno == EINTR;
-    errno = errnoBefore;
-    return endedEarly;
+    return left != 0 || errno == EINTR;
+}
+
+// The time since some moment in the past, in ticks of the system. Other clocks would be finer, but
+// old C libraries have them elsewhere.
+long Ticks() {
+    tms unused{};
+    return times(&unused);
+}
+
+// Sleeps through all signals until so many seconds after `start`, at most a few ticks longer.
+void WaitForSecond(long start, unsigned seconds) {
+    constexpr long kNanoseconds = 1000000000;
+    const long ticksPerSecond = sysconf(_SC_CLK_TCK);
+    const long missing = static_cast<long>(seconds) * ticksPerSecond - Elapsed(Ticks(), start);
+    if (missing <= 0) return;
+    const long rest = missing + 1;  // the current tick has begun already
+    timespec time{rest / ticksPerSecond, rest % ticksPerSecond * (kNanoseconds / ticksPerSecond)};
+    while (nanosleep(&time, &time) != 0 && errno == EINTR) continue;
 }
 
 // Sleeps for the whole interval, whatever signals come: the answer describes the interval, and one
-// without a tick would end the program by a division by zero.
+// without a tick would end the program by a division by zero. Leaves errno alone.
 void SleepThrough(unsigned seconds) {
-    timespec wholeSecond{};
+    const int errnoBefore = errno;
     unsigned left = seconds;
     do {
         seconds = left;
-        (void)clock_gettime(CLOCK_MONOTONIC, &wholeSecond);  // result not used: the clock exists
-        if (!SleepEndedEarly(seconds, left)) return;
+        const long start = Ticks();
+        if (!SleepEndedEarly(seconds, left)) break;
         // sleep() says how many whole seconds are left and drops the fraction: wait for its end.
-        wholeSecond.tv_sec += static_cast<time_t>(seconds - left);
-        while (clock_nanosleep(CLOCK_MONOTONIC, TIMER_ABSTIME, &wholeSecond, nullptr) == EINTR)
-            continue;
+        WaitForSecond(start, seconds - left);
     } while (left != 0);
+    errno = errnoBefore;
 }
 
 constexpr const char* kMemoryFile = "Memusage_dat";

@@ -8,7 +8,8 @@ namespace talvane {
 
 constexpr int kSuccess = 0;
 constexpr int kFailure = -1;
-constexpr int kBusy = 1;  // called from inside a call of the same kind; nothing was done
+// Called from within a call of the same kind or the creation of its reader; nothing was done.
+constexpr int kBusy = 1;
 
 }  // namespace talvane
 

@@ -31,6 +31,12 @@ done
 if echo "$dynamic" | grep -qw SYMBOLIC; then fail 'is linked with -Bsymbolic'; fi
 if echo "$dynamic" | grep -q TEXTREL; then fail 'has text relocations'; fi
 
+# Old machines have old C libraries.
+newest=$(nm -D --with-symbol-versions "$library" | sed -n 's/.*@GLIBC_\([0-9.]*\)$/\1/p' |
+    sort -uV | tail -n 1)
+[ "$(printf '%s\n2.7\n' "$newest" | sort -V | tail -n 1)" = 2.7 ] ||
+    fail "needs GLIBC_$newest, and may need GLIBC_2.7 at most"
+
 # The plain calls are the interface to the machine: no variants with 64-bit offsets, no fortified
 # ones. Nor arithmetic of 113 digits, which the C library has since 2.26 and libgcc since 4.4.
 for import in $imports; do
