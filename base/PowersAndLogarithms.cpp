@@ -49,14 +49,14 @@ double ExactPower(double base, int exponent) {
     return Nearest(power);
 }
 
-enum class Parity { Even, Odd, NotWhole };
+enum class Parity { kEven, kOdd, kNotWhole };
 
 Parity ParityOf(double value) {
     constexpr double kAllEven = 0x1p53;  // and what lies above
-    if (std::fabs(value) >= kAllEven) return Parity::Even;
+    if (std::fabs(value) >= kAllEven) return Parity::kEven;
     const auto whole = static_cast<std::int64_t>(value);
-    if (static_cast<double>(whole) != value) return Parity::NotWhole;
-    return whole % 2 == 0 ? Parity::Even : Parity::Odd;
+    if (static_cast<double>(whole) != value) return Parity::kNotWhole;
+    return whole % 2 == 0 ? Parity::kEven : Parity::kOdd;
 }
 
 // The base is 0 or more but not 1, and the exponent is not 0.
@@ -81,10 +81,10 @@ double Power(double base, double exponent) {
     if (exponent == 0 || base == 1) return 1.0;
     if (std::isnan(base) || std::isnan(exponent)) return base + exponent;
     const Parity parity = ParityOf(exponent);
-    if (base < 0 && !std::isinf(base) && parity == Parity::NotWhole) return kNotANumber;
+    if (base < 0 && !std::isinf(base) && parity == Parity::kNotWhole) return kNotANumber;
     const double magnitude = std::fabs(base);
     const double power = magnitude == 1 ? 1.0 : PowerOfMagnitude(magnitude, exponent);
-    return std::signbit(base) && parity == Parity::Odd ? -power : power;
+    return std::signbit(base) && parity == Parity::kOdd ? -power : power;
 }
 
 double SquareRoot(double value) {
