@@ -22,9 +22,9 @@ void AskForFans() {
     answers[2] = GetIpmiInfo(0, nullptr);
 }
 
-class CreationTest : public IpmiTest {
+class IpmiCreationTest : public IpmiTest {
 protected:
-    CreationTest() { Add(Fan("F", 0x30), 70); }
+    IpmiCreationTest() { Add(Fan("F", 0x30), 70); }
 
     // `create` makes the object. A sensor query from within the creation answers busy and does
     // nothing; afterwards nothing is busy.
@@ -41,33 +41,33 @@ protected:
     FanInformation fans{};
 };
 
-TEST_F(CreationTest, AQueryWithinTheCreationByIsIpmiSupportIsBusyAndLeavesNoFlag) {
+TEST_F(IpmiCreationTest, AQueryWithinTheCreationByIsIpmiSupportIsBusyAndLeavesNoFlag) {
     ExpectQueryWithinIsBusy([] { EXPECT_EQ(IsIpmiSupport(), 1); });
 }
 
-TEST_F(CreationTest, AQueryWithinTheCreationByAWatchdogCallIsBusyAndLeavesNoFlag) {
+TEST_F(IpmiCreationTest, AQueryWithinTheCreationByAWatchdogCallIsBusyAndLeavesNoFlag) {
     ExpectQueryWithinIsBusy([] { EXPECT_EQ(SetWatchDogTimer(1, 10000), 0); });
 }
 
-TEST_F(CreationTest, AQueryWithinTheCreationByAThresholdListIsBusyAndLeavesNoFlag) {
+TEST_F(IpmiCreationTest, AQueryWithinTheCreationByAThresholdListIsBusyAndLeavesNoFlag) {
     ExpectQueryWithinIsBusy([] { EXPECT_EQ(GetAllThresholdInfo(nullptr), -1); });
 }
 
-TEST_F(CreationTest, AQueryWithinTheCreationByAQueryIsBusyAndTheOuterOneIsServed) {
+TEST_F(IpmiCreationTest, AQueryWithinTheCreationByAQueryIsBusyAndTheOuterOneIsServed) {
     server.During("open", AskForFans);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
     EXPECT_EQ(fans.quantity, 1);
     EXPECT_THAT(answers, Each(1));
 }
 
-TEST_F(CreationTest, ASettingWithinTheCreationByASettingIsBusy) {
+TEST_F(IpmiCreationTest, ASettingWithinTheCreationByASettingIsBusy) {
     server.During("open", [] { answers[0] = SetThresholdInfo(29, 4, 0, 1.0); });
     EXPECT_EQ(SetThresholdInfo(29, kFan, 0, 1.0), 0);
     EXPECT_EQ(answers[0], 1);
     EXPECT_EQ(SetThresholdInfo(29, kFan, 0, 1.0), 0);
 }
 
-TEST_F(CreationTest, ReleaseWithinTheCreationFreesNothing) {
+TEST_F(IpmiCreationTest, ReleaseWithinTheCreationFreesNothing) {
     server.During("open", [] { answers[0] = release(); });
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(answers[0], 0);
@@ -75,7 +75,7 @@ TEST_F(CreationTest, ReleaseWithinTheCreationFreesNothing) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0);
 }
 
-TEST_F(CreationTest, ACallWithinTheReleaseCreatesAnotherObject) {
+TEST_F(IpmiCreationTest, ACallWithinTheReleaseCreatesAnotherObject) {
     EXPECT_EQ(IsIpmiSupport(), 1);
     server.During("close", [] { answers[0] = IsIpmiSupport(); });
     EXPECT_EQ(release(), 0);
@@ -85,7 +85,7 @@ TEST_F(CreationTest, ACallWithinTheReleaseCreatesAnotherObject) {
     EXPECT_EQ(server.GetLog().Count("close"), 6u) << "the other object is freed in its turn";
 }
 
-TEST_F(CreationTest, AThresholdListWithoutARecordCreatesTheObjectFirst) {
+TEST_F(IpmiCreationTest, AThresholdListWithoutARecordCreatesTheObjectFirst) {
     EXPECT_EQ(GetAllThresholdInfo(nullptr), -1);
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
@@ -93,7 +93,7 @@ TEST_F(CreationTest, AThresholdListWithoutARecordCreatesTheObjectFirst) {
     EXPECT_EQ(server.GetLog().Count("close"), 3u);
 }
 
-TEST_F(CreationTest, DescriptorZeroCountsAsOpenAndIsClosed) {
+TEST_F(IpmiCreationTest, DescriptorZeroCountsAsOpenAndIsClosed) {
     ASSERT_EQ(::close(STDIN_FILENO), 0);
     EXPECT_EQ(IsIpmiSupport(), 1);
     ASSERT_EQ(hDevice, STDIN_FILENO) << "the lowest free one";
