@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// What a reader and an item leave behind: null pointers where their buffers were, for an agent that
-// looks at memory that it provided itself. Only an optimised library can fail here; an unoptimised
-// one keeps every store.
+// What a reader and an item leave in memory: null pointers where their buffers were, for an agent
+// that looks at memory that it provided itself. Only an optimised library can fail here; an
+// unoptimised one keeps every store.
 #include <array>
 #include <cstring>
 #include <new>
