@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
 // The steps of the walk. The build optimises this file for speed, because of the loop in
-// EndOfStringSet.
+// PassStringSet.
 
 #include "SmBios/StructureWalk.h"
 
@@ -17,6 +17,30 @@ constexpr std::size_t kHeaderHandle = 2;
 
 constexpr int kMaxOfAType = 255;
 
+// The first of the two zero bytes at or after `at`. A byte that is not zero cannot end a pair, so
+// most of a text is passed in steps of two, four of them in a round.
+[[gnu::always_inline]] inline unsigned char* PassStringSet(unsigned char* at) {
+    for (;;) {
+        while (at[1] != 0) {
+            if (at[3] == 0) {
+                at += 2;
+                break;
+            }
+            if (at[5] == 0) {
+                at += 4;
+                break;
+            }
+            if (at[7] == 0) {
+                at += 6;
+                break;
+            }
+            at += 8;
+        }
+        if (at[0] == 0) return at;
+        ++at;
+    }
+}
+
 }  // namespace
 
 HEADER HeaderOf(const unsigned char* structure) {
@@ -29,16 +53,7 @@ ByteView FormattedAreaOf(const unsigned char* structure) {
 }
 
 unsigned char* EndOfStringSet(unsigned char* structure) {
-    unsigned char* at = structure + structure[kHeaderLength];
-    // A byte that is not zero cannot end a pair, so most of a text is passed in steps of two.
-    for (;;) {
-        if (at[1] != 0)
-            at += 2;
-        else if (at[0] != 0)
-            ++at;
-        else
-            return at;
-    }
+    return PassStringSet(structure + structure[kHeaderLength]);
 }
 
 StructureWalk::StructureWalk(unsigned char* table, std::size_t length, unsigned count,
@@ -50,14 +65,20 @@ StructureWalk::StructureWalk(unsigned char* table, std::size_t length, unsigned 
       wantedType_(type) {}
 
 unsigned char* StructureWalk::Next() {
-    while (unvisited_ != 0 && undelivered_ != 0 && position_ < tableEnd_) {
-        unsigned char* structure = position_;
-        --unvisited_;
-        position_ = EndOfStringSet(structure) + kEndOfStringSet;
+    if (undelivered_ == 0) return nullptr;
+    unsigned char* next = position_;
+    unsigned unvisited = unvisited_;
+    while (unvisited != 0 && next < tableEnd_) {
+        unsigned char* const structure = next;
+        --unvisited;
+        next = PassStringSet(structure + structure[kHeaderLength]) + kEndOfStringSet;
         if (structure[kHeaderType] != wantedType_) continue;
         --undelivered_;
+        unvisited_ = unvisited;
+        position_ = next;
         return structure;
     }
+    unvisited_ = 0;
     return nullptr;
 }
 
