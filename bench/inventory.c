@@ -40,7 +40,7 @@ static const Command kCommands[] = {
 };
 enum { kCommandCount = sizeof kCommands / sizeof kCommands[0] };
 
-// More than any command writes: 63 fans, 128 ports.
+// More than any command writes: 63 fans, 128 ports. All zeros before each command.
 static char record[0x10000];
 
 // Prints each run of bytes of the record that is a text.
@@ -54,7 +54,6 @@ static void PrintTexts(size_t size) {
 }
 
 static int Run(const Command* command) {
-    memset(record, 0, sizeof record);
     if (GetInfo(command->code, record) != 0) return -1;
 
     size_t size = command->head;
@@ -68,6 +67,7 @@ static int Run(const Command* command) {
         printf("%s\n", command->name);
     }
     PrintTexts(size);
+    memset(record, 0, size);
     return 0;
 }
 

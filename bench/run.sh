@@ -3,7 +3,8 @@
 #
 # Measures the library and prints what it found; nothing is passed or failed. dmidecode and the
 # agent are compared as whole processes that read one capture from a file and print its texts to
-# /dev/null. Everything else runs on the simulated server.
+# /dev/null. Everything else runs on the simulated server. Whole processes are counted by QEMU's
+# user emulation. What is counted within a call takes a kernel that runs 32-bit programs.
 # Usage: run.sh [CAPTURE]; a file of dmidecode --dump-bin, by default the largest of the captures.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -17,6 +18,7 @@ runs=200
 commands='board processors memory ports power ups fans voltages temperatures system'
 
 scripts/install-packages.sh bench >&2
+programs=$(scripts/enable-32-bit.sh)
 build=build/bench
 {
     cmake --preset release -B "$build" -DTALVANE_BUILD_TESTS=OFF -DTALVANE_BUILD_TOOLS=OFF
@@ -32,6 +34,8 @@ build=build/bench
     # shellcheck disable=SC2016  # $ORIGIN, as above
     g++ -m32 -march=i686 -O2 -std=c++20 -I. "$build/inventory.o" bench/ports.cpp \
         -o "$build/inventory-ports" -L"$build" -lTalvane -Wl,-rpath,'$ORIGIN'
+    gcc -m32 -march=i686 -O2 -std=gnu99 -o "$build/bare-start" bench/bare/start.c
+    gcc -O2 -std=gnu99 -shared -fPIC -o "$build/count.so" bench/count_instructions.c
     # shellcheck disable=SC2016  # $ORIGIN, as above
     g++ -m32 -march=i686 -O2 -std=c++20 -I. bench/sensors.cpp \
         -o "$build/sensors" -L"$build" -lTalvane -Wl,-rpath,'$ORIGIN'
@@ -56,144 +60,51 @@ checksum=$(od -An -tu1 -j 21 -N 1 "$capture")
 printf "\\x$(printf %02x $(((checksum - 0x0F) & 0xFF)))" | poke $((0xF0000 + 21))
 printf '\x20\x00\x0f\x00' | poke $((0xF0000 + 24))
 
-# Milliseconds of processor time, user and system, of one run of a command.
-cpu_time() {
-    local TIMEFORMAT='%U %S'
-    { time for ((i = 0; i < runs; ++i)); do "$@" >/dev/null; done; } 2>&1 |
-        awk -v runs=$runs '{ printf "%.3f\n", ($1 + $2) * 1000 / runs }'
-}
-
-# Instructions within GetInfo, or the function that $entry names, when the agent runs COMMANDS on a
-# machine. Calls into the simulated server and what they cause are not counted: a kernel would do
-# that work.
-instructions() {
-    local machine=$1
-    shift
-    rm -f "$work"/callgrind.*
-    valgrind --tool=callgrind --trace-children=yes --toggle-collect="${entry:-GetInfo}" --compress-strings=no \
-        --callgrind-out-file="$work/callgrind.%p" \
-        "$launcher" "$machine" -- "${agent_program:-$inventory}" "$@" >/dev/null 2>"$work/valgrind" ||
-        { cat "$work/valgrind" >&2; return 1; }
-    awk '
-        /^ob=/ { object = substr($0, 4) }
-        /^cob=/ { callee = substr($0, 5) }
-        /^fn=/ { callee = object }
-        /^calls=/ {
-            getline
-            if (object ~ /libTalvane/ && callee ~ /libtalvane-sim|inventory-ports/) simulated += $2
-            callee = object
-        }
-        /^totals:/ { total += $2 }
-        END { print total - simulated }' "$work"/callgrind.*
-}
-
 # Accesses to the machine while the agent runs COMMANDS.
 accesses() {
     "$launcher" --log "$work/log" "$work/capture" -- "$inventory" "$@" >/dev/null
     awk '{ ++calls[$1] } END { for (call in calls) printf " %s %d", call, calls[call] }' "$work/log"
 }
 
+# Instructions of a whole process, user space.
+process() {
+    local emulator=qemu-x86_64
+    ! file_class "$1" || emulator=qemu-i386
+    rm -f "$work/count"
+    BENCH_INSTRUCTIONS=$work/count "$emulator" -plugin "$PWD/$build/count.so" "$(command -v "$1")" \
+        "${@:2}" >/dev/null
+    cat "$work/count"
+}
+# Whether a program has 32 bits: byte 4 of an ELF file.
+file_class() { [ "$(od -An -tu1 -j 4 -N 1 "$(command -v "$1")")" -eq 1 ]; }
+
 echo "Capture: $(basename "$capture"), $(stat -c %s "$capture") bytes"
 echo
-echo "Processor time of a process, milliseconds (mean of $runs runs)"
-peer=$(cpu_time dmidecode --from-dump "$capture")
-peer_start=$(cpu_time dmidecode --version)
-agent=$(cpu_time "$file_agent" all)
-agent_start=$(cpu_time "$file_agent")
-awk -v peer="$peer" -v peer_start="$peer_start" -v agent="$agent" -v agent_start="$agent_start" '
-    function row(what, a, b) { printf "  %-28s %10.3f %10.3f %10.2f\n", what, a, b, b / a }
-    BEGIN {
-        printf "  %-28s %10s %10s %10s\n", "", "dmidecode", "agent", "ratio"
-        row("whole process", peer, agent)
-        row("starting and ending alone", peer_start, agent_start)
-        row("the rest", peer - peer_start, agent - agent_start)
-    }'
-
-echo
-echo 'Instructions on this capture'
-whole_process() {
-    valgrind --tool=callgrind --callgrind-out-file=/dev/null "$@" 2>&1 >/dev/null |
-        sed -n 's/.*Collected : //p'
+echo 'Instructions of whole processes'
+row() {
+    printf '  %-38s %12d  %-38s %12d  %6s\n' "$1" "$2" "$3" "$4" \
+        "$(awk -v a="$2" -v b="$4" 'BEGIN { printf "%.2f", a / b }')"
 }
-printf '  %-14s %12s  whole process\n' dmidecode "$(whole_process dmidecode --from-dump "$capture")"
-printf '  %-14s %12s  whole process\n' agent "$(whole_process "$file_agent" all)"
-printf '  %-14s %12s  whole process\n' 'no command' "$(whole_process "$file_agent")"
-echo '  within GetInfo, accesses to the machine not included:'
-for command in all $commands; do
-    printf '  %-14s %12s\n' "$command" "$(instructions "$work/capture" "$command")"
-done
+bare_start=$(process "$PWD/$build/bare-start")
+row 'agent in C, starting and ending' "$(process "$inventory")" 'empty program in C' "$bare_start"
+row 'agent, SMBIOS' "$(process "$file_agent" all)" 'dmidecode --from-dump' \
+    "$(process dmidecode --from-dump "$capture")"
+row 'agent, SMBIOS, without its start' \
+    $(($(process "$file_agent" all) - $(process "$file_agent"))) 'dmidecode, without its start' \
+    $(($(process dmidecode --from-dump "$capture") - $(process dmidecode --version)))
 
-echo
-echo 'Full tables of small structures: instructions by table size'
-sizes=(16384 32768 65535)
-for size in "${sizes[@]}"; do
-    mkdir "$work/$size"
-    bench/big-table.sh "$size" >"$work/$size/machine.txt"
-done
-printf '  %-14s %12s %12s %12s\n' command "${sizes[@]}"
-printf '  %-14s' structures
-for size in "${sizes[@]}"; do printf ' %12s' "$(grep -c '^structure' "$work/$size/machine.txt")"; done
-echo
-slowest=0
-for command in $commands; do
-    printf '  %-14s' "$command"
-    for size in "${sizes[@]}"; do
-        cost=$(instructions "$work/$size" "$command")
-        printf ' %12s' "$cost"
-    done
+if [ "$programs" = native ]; then
+    . bench/within-calls.sh
+else
     echo
-    if [ "$cost" -gt "$slowest" ]; then slowest=$cost slowest_command=$command; fi
-done
-echo "  slowest: $slowest_command"
+    echo 'Processor time and instructions within calls: not measured, since this kernel runs no'
+    echo '32-bit programs itself'
+fi
 
-# Three getters look for the system structure, which these tables do not have: each passes every
-# structure once. The difference of two tables leaves finding and copying out.
-few=$(grep -c '^structure' "$work/32768/machine.txt")
-many=$(grep -c '^structure' "$work/65535/machine.txt")
-awk -v few="$few" -v many="$many" -v a="$(instructions "$work/32768" system)" \
-    -v b="$(instructions "$work/65535" system)" 'BEGIN {
-    printf "  instructions for each structure passed: %.1f\n", (b - a) / (3 * (many - few))
-}'
-
-# Every function is looked for in sixteen double words; those that answer are reported.
+mkdir "$work/sensor"
+bench/many-sensors.sh 1 >"$work/sensor/machine.txt"
 echo
-echo 'PCI: instructions of a report, port accesses not included'
-pci_instructions() {
-    agent_program=$PWD/$build/inventory-ports BENCH_FUNCTIONS=$1 instructions "$work/capture" pci
-}
-awk -v none="$(pci_instructions 0)" -v all="$(pci_instructions 64)" 'BEGIN {
-    printf "  for each of 2816 functions looked for: %.1f\n", none / 2816
-    printf "  for each function reported, besides:   %.1f\n", (all - none) / 64
-}'
-
-# The records hold up to 16 fans, 32 voltages and 32 temperatures, a kind's table up to 64.
-echo
-echo 'Sensors: instructions for reading the repository and for asking for all readings, without'
-echo 'the requests'
-sensor_instructions() {
-    agent_program=$PWD/$build/sensors entry=GetIpmiInfo instructions "$work/sensors-$1" "$2"
-}
-printf '  %-8s %12s %18s %12s %10s %12s\n' \
-    sensors repository 'per further sensor' readings elements 'per element'
-for sensors in 1 18 64 255; do
-    mkdir "$work/sensors-$sensors"
-    bench/many-sensors.sh "$sensors" >"$work/sensors-$sensors/machine.txt"
-    once=$(sensor_instructions "$sensors" 1)
-    twice=$(sensor_instructions "$sensors" 2)
-    repository=$((2 * once - twice))
-    first=${first:-$repository}
-    awk -v sensors="$sensors" -v repository="$repository" -v first="$first" \
-        -v readings=$((twice - once)) '
-        function least(a, b) { return a < b ? a : b }
-        BEGIN {
-            further = sensors == 1 ? "" : sprintf("%.1f", (repository - first) / (sensors - 1))
-            elements = least(int((sensors + 2) / 3), 16)
-            elements += least(int((sensors + 1) / 3), 32) + least(int(sensors / 3), 32)
-            printf "  %-8d %12d %18s %12d %10d %12.1f\n", sensors, repository, further,
-                readings, elements, readings / elements
-        }'
-done
-echo "  the object with the tables: $("$launcher" "$work/sensors-1" -- "$build/sensors") bytes"
+echo "The object with the sensors' tables: $("$launcher" "$work/sensor" -- "$build/sensors") bytes"
 
 echo
 echo 'Accesses to the machine: first command of a process, all of the table, those without one'

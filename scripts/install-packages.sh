@@ -8,7 +8,8 @@ set -eu
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
 # make and pkg-config build the example agent; jq reads the tool's JSON.
 test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq"
-bench="$build valgrind dmidecode"
+# qemu-user counts instructions, valgrind those within one call.
+bench="$build valgrind dmidecode qemu-user"
 lint="$build googletest clang-tidy"
 # The emulated machine is put together from Debian's packages.
 vm="$build pkg-config libfuse3-dev qemu-system-x86 openipmi kmod cpio e2fsprogs python3"

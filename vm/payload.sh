@@ -36,4 +36,9 @@ if [ "${3:-}" = speed ]; then
         program gcc "$(basename "$agent" .c)" -std=gnu99 "$agent" -L"$folder/lib" -lTalvane \
             -Wl,-rpath,'$ORIGIN/../lib'
     done
+    for bare in start memory ports requests; do
+        program gcc "bare_$bare" -std=gnu99 "bench/bare/$bare.c"
+    done
+    gcc -m32 -march=i686 -O2 -std=gnu99 -shared -fPIC -o "$folder/lib/record_requests.so" \
+        bench/bare/record_requests.c
 fi
