@@ -10,6 +10,8 @@
 #include <memory>
 #include <new>
 
+#include "base/OutOfMemory.h"
+
 namespace talvane {
 
 namespace {
@@ -37,7 +39,7 @@ WalkHead* NewWalk(int count) {
     constexpr std::size_t kMaxEntryBytes =
         std::numeric_limits<std::size_t>::max() - sizeof(WalkHead);
     const std::size_t entryCount = static_cast<std::size_t>(count);
-    if (entryCount > kMaxEntryBytes / sizeof(SensorDescription)) throw std::bad_array_new_length();
+    if (entryCount > kMaxEntryBytes / sizeof(SensorDescription)) OutOfMemory();
     void* const memory = ::operator new(sizeof(WalkHead) + entryCount * sizeof(SensorDescription));
     WalkHead* const head = new (memory) WalkHead{count, nullptr};
     std::uninitialized_value_construct_n(EntriesOf(head), count);

@@ -24,8 +24,7 @@ wide='libc6 libgcc-s1 libstdc++6 libfuse3-3'
 wanted="$system / $single / $wide"
 if [ "$(cat "$cache/packages.complete" 2>/dev/null)" = "$wanted" ]; then exit 0; fi
 
-mirror=${VM_MIRROR:-$(apt-get indextargets --format '$(SITE)' 'Codename: bookworm' | head -n 1)}
-mirror=${mirror:-http://deb.debian.org/debian}
+. "$(dirname "$0")/../scripts/private-apt.sh"
 # The machine made of other packages goes with them.
 rm -rf "$cache/packages" "$cache/packages64" "$cache/packages.complete" "$cache/machine"
 mkdir -p "$cache/packages" "$cache/packages64"
@@ -35,32 +34,6 @@ fail() {
     echo "fetch.sh: $1 from $mirror. Is there a network? A cache folder that was filled elsewhere" \
         "serves as well (VM_CACHE)." >&3
     exit 1
-}
-
-# Makes an apt of its own that sees one architecture and no installed package.
-start_apt() {
-    rm -rf "$apt"
-    mkdir -p "$apt/state/lists/partial" "$apt/cache/archives/partial"
-    : >"$apt/status"
-    echo "deb [signed-by=/usr/share/keyrings/debian-archive-keyring.gpg] $mirror bookworm main" \
-        >"$apt/sources.list"
-    cat >"$apt/apt.conf" <<END
-APT::Architecture "$1";
-APT::Architectures { "$1"; };
-APT::Install-Recommends "false";
-APT::Sandbox::User "";
-Dir::State "$apt/state";
-Dir::State::status "$apt/status";
-Dir::Cache "$apt/cache";
-Dir::Etc::sourcelist "$apt/sources.list";
-Dir::Etc::sourceparts "-";
-Acquire::Languages "none";
-Acquire::Retries "2";
-Acquire::http::Timeout "30";
-END
-    export APT_CONFIG="$apt/apt.conf"
-    # Without this apt makes do with a list that it could not get.
-    apt-get -q -o APT::Update::Error-Mode=any update || fail 'cannot read the list of packages'
 }
 
 download() {  # FOLDER PACKAGE...
@@ -74,11 +47,11 @@ kernel_of() { apt-cache depends "$1" | sed -n 's/^ *Depends: //p' | head -n 1; }
 exec 3>&2
 # shellcheck disable=SC2086  # several words
 {
-    start_apt i386
+    start_apt "$apt" i386 || fail 'cannot read the list of packages'
     apt-get -q -y --download-only install $system || fail "cannot download $system"
     mv "$apt/cache/archives"/*.deb "$cache/packages"
     download "$cache/packages" "$(kernel_of linux-image-686)" $single
-    start_apt amd64
+    start_apt "$apt" amd64 || fail 'cannot read the list of packages'
     download "$cache/packages64" "$(kernel_of linux-image-amd64)" $wide
 } >"$cache/fetch.log" 2>&1
 rm -rf "$apt"

@@ -233,7 +233,7 @@ TEST_F(SensorWalkTest, ACountThatNoMemoryHoldsThrowsAndLeavesTheEntries) {
     const SensorDescription* const entries = Sensors().SensorsInformation;
     bmc.ForgetRequests();
     for (const int count : {9502141, INT_MAX})
-        EXPECT_THROW(Sensors().GetSensorNumbers(count), std::bad_array_new_length) << count;
+        EXPECT_THROW(Sensors().GetSensorNumbers(count), std::bad_alloc) << count;
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
     EXPECT_EQ(Sensors().SensorsInformation, entries);
     EXPECT_STREQ(Entry(0).IDString, "A");

@@ -1,8 +1,9 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 #
-# What the dynamic linker sees of the library: its name, what it needs, and that an agent can put
-# its own functions in front. Usage: linkage.sh LIBRARY
+# What the dynamic linker sees of the built library: its name, that it loads on every 32-bit x86
+# Linux since 2006 and in programs of every language, and that an agent can put its own functions in
+# front. Usage: linkage.sh LIBRARY
 set -u
 library=$1
 failed=0
@@ -11,40 +12,70 @@ fail() {
     failed=1
 }
 
-dynamic=$(readelf -dW "$library") || exit 2
-imports=$(nm -D --undefined-only "$library" | sed 's/^ *[Uw] //; s/@.*//') || exit 2
+header=$(readelf -hW "$library") && dynamic=$(readelf -dW "$library") &&
+    segments=$(readelf -lW "$library") &&
+    imports=$(nm -D --undefined-only --with-symbol-versions "$library") || exit 2
 
-readelf -hW "$library" | grep -q 'Class: *ELF32' || fail 'is not a 32-bit library'
-readelf -hW "$library" | grep -q 'Machine: *Intel 80386' || fail 'is not for x86'
+echo "$header" | grep -q 'Class: *ELF32' || fail 'is not a 32-bit library'
+echo "$header" | grep -q 'Machine: *Intel 80386' || fail 'is not for x86'
+# Dynamic linkers refuse what extensions they do not know.
+echo "$header" | grep -q "OS/ABI: *UNIX - System V" || fail "uses extensions of the GNU system"
 echo "$dynamic" | grep -q 'Library soname: \[libTalvane\.so\.1\]' ||
     fail 'its SONAME is not libTalvane.so.1'
 
-needed=$(echo "$dynamic" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p')
-for name in $needed; do
+# The C library alone: C agents have no C++ runtime library, and old machines no new one.
+for name in $(echo "$dynamic" | sed -n 's/.*(NEEDED).*\[\(.*\)\]/\1/p'); do
     case $name in
-        libstdc++.so.6 | libgcc_s.so.1 | libc.so.6 | libm.so.6 | ld-linux.so.2) ;;
+        libc.so.6 | libm.so.6) ;;
         *) fail "needs $name" ;;
     esac
 done
 
+# Each import is a symbol that C libraries have had since 2.4, of 2006, or a weak one of the C++
+# runtime library, without a version: any will do, and so will none.
+while read -r binding symbol; do
+    name=${symbol%%@*}
+    case $symbol in
+        *@GLIBC_*)
+            version=${symbol##*@GLIBC_}
+            [ "$(printf '%s\n2.4\n' "$version" | sort -V | tail -n 1)" = 2.4 ] ||
+                fail "imports $symbol, and may use GLIBC_2.4 at most"
+            ;;
+        *@*) fail "imports $symbol, which not every system has" ;;
+        *) [ "$binding" = w ] || fail "imports $symbol, and cannot do without" ;;
+    esac
+
+    # The plain calls are the interface to the machine: no variants with 64-bit offsets, no
+    # fortified ones. And no arithmetic of 113 digits, which is younger than the machines.
+    case $name in
+        _Z*) ;;  # of the C++ runtime library
+        *f128 | __*tf[0-9]) fail "imports the arithmetic of 113 digits $name" ;;
+        *64 | *64_2) fail "imports the 64-bit variant $name" ;;
+        __*_chk | __*_2) fail "imports the fortified variant $name" ;;
+    esac
+done <<END
+$imports
+END
+
+# Dynamic linkers before 2007 know the first kind of hash table alone, later ones prefer the second.
+for table in '(HASH)' '(GNU_HASH)'; do
+    echo "$dynamic" | grep -qF "$table" || fail "has no table $table"
+done
+
 # A definition in the agent, or in a library preloaded to it, comes before the library's own.
 if echo "$dynamic" | grep -qw SYMBOLIC; then fail 'is linked with -Bsymbolic'; fi
+
 if echo "$dynamic" | grep -q TEXTREL; then fail 'has text relocations'; fi
+echo "$segments" | grep -q GNU_RELRO || fail 'leaves its relocated constants writable'
+echo "$segments" | grep GNU_STACK | grep -q ' RW ' || fail 'asks for an executable stack'
 
-# Old machines have old C libraries.
-newest=$(nm -D --with-symbol-versions "$library" | sed -n 's/.*@GLIBC_\([0-9.]*\)$/\1/p' |
-    sort -uV | tail -n 1)
-[ "$(printf '%s\n2.7\n' "$newest" | sort -V | tail -n 1)" = 2.7 ] ||
-    fail "needs GLIBC_$newest, and may need GLIBC_2.7 at most"
+# Processors of that time may have no SSE2. xmm registers are in no instruction of older ones.
+instruction=$(objdump -d --no-show-raw-insn "$library" | grep -m 1 xmm)
+[ -z "$instruction" ] || fail "has an instruction of SSE: $instruction"
 
-# The plain calls are the interface to the machine: no variants with 64-bit offsets, no fortified
-# ones. Nor arithmetic of 113 digits, which the C library has since 2.26 and libgcc since 4.4.
-for import in $imports; do
-    case $import in
-        _Z*) ;;  # of the C++ library
-        *f128 | __*tf[0-9]) fail "imports the arithmetic of 113 digits $import" ;;
-        *64 | *64_2) fail "imports the 64-bit variant $import" ;;
-        __*_chk | __*_2) fail "imports the fortified variant $import" ;;
-    esac
-done
+stripped=$(mktemp)
+trap 'rm -f "$stripped"' EXIT
+strip -o "$stripped" "$library"
+size=$(stat -c %s "$stripped")
+[ "$size" -le 153600 ] || fail "takes $size bytes stripped, and may take 153600"
 exit $failed
