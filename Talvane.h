@@ -11,7 +11,9 @@
 // stops a nested call (from a signal handler, for example), not a second thread.
 //
 // Reading the machine needs root. Where something cannot be read, a function returns -1 or leaves
-// the field untouched. The library writes no log, only a few diagnostics: on standard error "open
+// the field untouched. When memory runs out, a C++ program gets std::bad_alloc from any function, no
+// flag stays set, and the next call tries again; but when that happens while the BMC is first looked
+// for, there is no BMC for the rest of the process. A C program ends. The library writes no log, only a few diagnostics: on standard error "open
 // /dev/mem", "lseek /dev/mem" and "/proc/stat", each with the reason; on standard output "No ide
 // devices.", "File open failed!" and "File is not exist!".
 #ifndef TALVANE_H
@@ -68,7 +70,9 @@ TALVANE_API int GetInfo(unsigned long command, void* buffer);
 TALVANE_API int IsSmBiosSupport(void);
 
 /* Returns non-zero when the machine has a baseboard management controller (BMC) that /dev/ipmi
-   leads to. A call from within another call that is looking for the BMC returns 0. */
+   leads to. A call from within another call that is looking for the BMC returns 0. Where the device
+   opens and no interface answers, or the process may not look at I/O ports, two descriptors stay
+   open until the process ends. */
 TALVANE_API int IsIpmiSupport(void);
 
 /* Fills the record of TALVANE_FANS, TALVANE_VOLTAGES or TALVANE_TEMPERATURES from the BMC's
@@ -135,7 +139,10 @@ TALVANE_API int GetMemUsageRate(void);
 
 /* Frees what the library keeps between calls: call it once, at the end. A later call reads the
    SMBIOS table again. Kept: in one process the library looks for the BMC and reads the sensor
-   repository only once, so after a release no request reaches the BMC and no sensor is known. Must
+   repository only once, so after a release no request reaches the BMC and no sensor is known. What
+   is asked of the BMC then goes to the old descriptor's number, and so does the next release's
+   closing; another file may have that number by then. A program that unloads the library calls this
+   first: what the library keeps is not freed by dlclose. Must
    not be called from inside another call (by a signal handler, for example): that call would use
    freed memory. Returns 0. */
 TALVANE_API int release(void);

@@ -49,16 +49,8 @@ mkdir "$work/capture"
 ln -s "$capture" "$work/capture/capture.bin"
 echo "smbios dump capture.bin" >"$work/capture/machine.txt"
 
-# The first two mebibytes of memory with the capture at 0xF0000: the entry point's table address,
-# 0x20 in the file, becomes 0xF0020, and its checksum is corrected for that.
 export BENCH_MEMORY=$work/memory
-truncate -s 2M "$BENCH_MEMORY"
-poke() { dd of="$BENCH_MEMORY" bs=64K seek="$1" oflag=seek_bytes conv=notrunc status=none; }
-poke $((0xF0000)) <"$capture"
-checksum=$(od -An -tu1 -j 21 -N 1 "$capture")
-# shellcheck disable=SC2059  # the format is the byte
-printf "\\x$(printf %02x $(((checksum - 0x0F) & 0xFF)))" | poke $((0xF0000 + 21))
-printf '\x20\x00\x0f\x00' | poke $((0xF0000 + 24))
+bench/memory-image.sh "$capture" "$BENCH_MEMORY"
 
 # Accesses to the machine while the agent runs COMMANDS.
 accesses() {

@@ -36,6 +36,14 @@ if [ "${3:-}" = speed ]; then
         program gcc "$(basename "$agent" .c)" -std=gnu99 "$agent" -L"$folder/lib" -lTalvane \
             -Wl,-rpath,'$ORIGIN/../lib'
     done
+    # shellcheck disable=SC2016  # $ORIGIN, as above
+    program gcc inventory-file -std=gnu99 bench/inventory.c bench/memory_file.c -L"$folder/lib" \
+        -lTalvane -Wl,-rpath,'$ORIGIN/../lib'
+    capture=${TALVANE_SHARED_DATA:-../shared/data}/smbios/vmware-vm-128cpu.bin
+    if [ -r "$capture" ]; then
+        cp "$capture" "$folder/capture.bin"
+        bench/memory-image.sh "$capture" "$folder/memory"
+    fi
     for bare in start memory ports requests; do
         program gcc "bare_$bare" -std=gnu99 "bench/bare/$bare.c"
     done

@@ -49,7 +49,10 @@ void PassFaultOn(int signal, siginfo_t* info, void* context) {
     }
 }
 
-void OnSegmentationFault(int signal, siginfo_t* info, void* context) {
+// The attribute: QEMU's user emulation calls handlers with the stack less aligned than the ABI
+// says.
+[[gnu::force_align_arg_pointer]] void OnSegmentationFault(int signal, siginfo_t* info,
+                                                          void* context) {
     const int before = errno;
     Machine* const machine = Interposition::GetMachine();
     auto& registers = static_cast<ucontext_t*>(context)->uc_mcontext;
