@@ -15,10 +15,10 @@ using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
 // Where an entry's fields lie, from the binary interface.
-constexpr std::size_t EntryAt(std::size_t index) {
+constexpr std::size_t PartitionAt(std::size_t index) {
     return 4 + index * 324;
 }
-constexpr std::size_t kDescription = 0, kSize = 128, kFileSystem = 256;
+constexpr std::size_t kPartitionDescription = 0, kPartitionSize = 128, kPartitionFileSystem = 256;
 
 TEST_F(PartitionsTest, PrimaryAndLogicalPartitionsAreNumberedAsTheKernelNumbersThem) {
     sim::DiskImage& disk = PutDisk('a');
@@ -41,9 +41,9 @@ TEST_F(PartitionsTest, EntryIsWrittenAndNothingElse) {
     PutDisk('a').SetEntry(0, 3, {0x83, 63, 20971520});
     RecordImage expected(sizeof(PartitionInformation));
     expected.Number(0, 1);
-    expected.Text(EntryAt(0) + kDescription, "/dev/hda3");
-    expected.Text(EntryAt(0) + kSize, "10737418240");
-    expected.Text(EntryAt(0) + kFileSystem, "Linux");
+    expected.Text(PartitionAt(0) + kPartitionDescription, "/dev/hda3");
+    expected.Text(PartitionAt(0) + kPartitionSize, "10737418240");
+    expected.Text(PartitionAt(0) + kPartitionFileSystem, "Linux");
     RecordImage actual(sizeof(PartitionInformation));
     GetAllPartitionInfo(static_cast<PartitionInformation*>(actual.Data()));
     EXPECT_TRUE(SameBytes(expected, actual));
