@@ -11,9 +11,8 @@
 // stops a nested call (from a signal handler, for example), not a second thread.
 //
 // Reading the machine needs root. Where something cannot be read, a function returns -1 or leaves
-// the field untouched. When memory runs out, a C++ program gets std::bad_alloc from any function, no
-// flag stays set, and the next call tries again; but when that happens while the BMC is first looked
-// for, there is no BMC for the rest of the process. A C program ends. The library writes no log, only a few diagnostics: on standard error "open
+// the field untouched. When memory runs out, a C++ program may get std::bad_alloc from any function; no flag
+// stays set, and the next call tries again. A C program ends. The library writes no log, only a few diagnostics: on standard error "open
 // /dev/mem", "lseek /dev/mem" and "/proc/stat", each with the reason; on standard output "No ide
 // devices.", "File open failed!" and "File is not exist!".
 #ifndef TALVANE_H

@@ -16,7 +16,7 @@ constexpr int kFractionDigits = 52;
 constexpr std::uint64_t kImplicitDigit = std::uint64_t{1} << kFractionDigits;
 constexpr int kExponentMask = 0x7FF;
 constexpr std::uint64_t kSign = std::uint64_t{1} << 63;
-constexpr std::uint64_t kInfinity = std::uint64_t{kExponentMask} << kFractionDigits;
+constexpr std::uint64_t kInfinityBits = std::uint64_t{kExponentMask} << kFractionDigits;
 // 1 is 0.1 * 2^1 here and has 1023 in the field of the exponent there.
 constexpr int kExponentBias = 1022;
 // The least double is 2^-1074.
@@ -84,7 +84,7 @@ double Nearest(const WideNumber& number) {
     // Fewer digits below the normal range; none for half of the least double.
     const int count = std::min(kFractionDigits + 1, number.exponent + kLowestDigit);
     if (number.exponent + kExponentBias >= kExponentMask) {
-        bits = kInfinity;
+        bits = kInfinityBits;
     } else if (count >= 0) {
         std::uint64_t digits = FirstDigits(number);
         for (int i = 2; i < number.fraction.size; ++i)

@@ -46,7 +46,7 @@ run() {
         page=$((table / 4096 * 4096))
         echo "pmemsave $page $(((table + length - page + 4095) / 4096 * 4096)) \"$work/pages\""
         echo quit
-    } | timeout 60 qemu-system-i386 -accel tcg -display none -nodefaults -monitor stdio "$@" >/dev/null
+    } | timeout 600 qemu-system-i386 -accel tcg -display none -nodefaults -monitor stdio "$@" >/dev/null
     entry=$(entry_offset "$work/segment")
     table=$(number "$work/segment" $((entry + 24)) 4)
     length=$(number "$work/segment" $((entry + 22)) 2)

@@ -1,17 +1,19 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 #
-# Installs what is missing, builds the library and its tool, and shows what the library says of a
-# simulated server. Usage: run.sh [MACHINE]; by default the bundled full server.
+# Installs what is missing, builds the library and its tool in build/run, and shows what the library
+# says of a simulated server. Usage: run.sh [MACHINE]; a machine's folder, by default the bundled
+# full server's.
 set -eu
-cd "$(dirname "$0")/.."
+root=$(cd "$(dirname "$0")/.." && pwd)
+machine=${1:-$root/machines/full-server}
+case $machine in /*) ;; *) machine=$PWD/$machine ;; esac
+cd "$root"
 
-machine=${1:-machines/full-server}
-build=build/run
 scripts/install-packages.sh build >&2
 {
-    cmake --preset release -B "$build" -DTALVANE_BUILD_TESTS=OFF
-    cmake --build "$build"
+    cmake --preset run
+    cmake --build --preset run
 } >&2
 scripts/enable-32-bit.sh >/dev/null
-exec "$build/tools/talvane" report --machine "$machine"
+exec build/run/tools/talvane report --machine "$machine"

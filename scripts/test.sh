@@ -21,9 +21,9 @@ if [ $# -eq 0 ]; then
 '
     fi
 fi
-timeout=120
+timeout=600
 if [ "$programs" != native ]; then
-    timeout=1200
+    timeout=3600
     # The leak detector traces the process, which an emulated one cannot do to itself.
     export ASAN_OPTIONS=detect_leaks=0
 fi

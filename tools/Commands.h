@@ -14,6 +14,7 @@
 #ifndef TALVANE_TOOLS_COMMANDS_H
 #define TALVANE_TOOLS_COMMANDS_H
 
+#include <nlohmann/json.hpp>
 #include <optional>
 #include <span>
 #include <string>

@@ -10,17 +10,14 @@
 
 #include "Expected.h"
 #include "RandomArguments.h"
+#include "SpecialDoubles.h"
 #include "base/DoubleArithmetic.h"
 
 using namespace talvane;
 
 namespace {
 
-constexpr double kInfinity = std::numeric_limits<double>::infinity();
-constexpr double kLeast = std::numeric_limits<double>::denorm_min();
-constexpr double kLargest = std::numeric_limits<double>::max();
-
-constexpr double kArguments[] = {
+constexpr double kOperands[] = {
     0.0,           -0.0,       1.0,       -1.0,       3.0,     1.0 / 3, 0x1p-1022, kLeast,
     -kLeast,       3 * kLeast, kLargest,  -kLargest,  1e300,   1e-300,  0x1p-53,   0x1p-54,
     1.0 + 0x1p-52, -5e-55,     kInfinity, -kInfinity, 0x1p-75, 0x1p-76, 0.5,       kLargest / 2};
@@ -46,8 +43,8 @@ void ExpectRoundedOnce(double a, double b) {
 }
 
 TEST(DoubleArithmeticTest, RoundsSpecialArgumentsOnce) {
-    for (const double a : kArguments)
-        for (const double b : kArguments) ExpectRoundedOnce(a, b);
+    for (const double a : kOperands)
+        for (const double b : kOperands) ExpectRoundedOnce(a, b);
 }
 
 TEST(DoubleArithmeticTest, RoundsRandomArgumentsOnce) {

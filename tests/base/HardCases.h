@@ -4,9 +4,7 @@
 #ifndef TALVANE_TESTS_BASE_HARDCASES_H
 #define TALVANE_TESTS_BASE_HARDCASES_H
 
-#include <limits>
-
-inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
+#include "SpecialDoubles.h"
 
 struct HardPower {
     double base;

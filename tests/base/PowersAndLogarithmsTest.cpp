@@ -11,6 +11,7 @@
 #include "Expected.h"
 #include "HardCases.h"
 #include "RandomArguments.h"
+#include "SpecialDoubles.h"
 #include "base/PowersAndLogarithms.h"
 
 using namespace talvane;
@@ -20,10 +21,6 @@ namespace {
 std::uint64_t Bits(double value) {
     return std::bit_cast<std::uint64_t>(value);
 }
-
-constexpr double kNotANumber = std::numeric_limits<double>::quiet_NaN();
-constexpr double kLeast = std::numeric_limits<double>::denorm_min();
-constexpr double kLargest = std::numeric_limits<double>::max();
 
 // Every kind of argument that a function treats in a way of its own, and its neighbours.
 constexpr double kArguments[] = {

@@ -5,8 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <iterator>
-#include <limits>
 
+#include "SpecialDoubles.h"
 #include "base/WideConstants.h"
 #include "base/WideNumber.h"
 
@@ -139,7 +139,6 @@ TEST(NearestTest, OfTwoEquallyNearIsTheEvenDouble) {
 }
 
 TEST(NearestTest, BelowTheNormalRangeHasFewerDigits) {
-    constexpr double kLeast = std::numeric_limits<double>::denorm_min();
     EXPECT_EQ(Nearest(Number(-1073, kFirst, 0, 0)), kLeast);
     EXPECT_EQ(Nearest(Number(-1073, 0xBFFFFFFF, kAll, kAll)), kLeast);
     EXPECT_EQ(Nearest(Number(-1073, 0xC0000000, 0, 0)), 2 * kLeast);
@@ -150,9 +149,8 @@ TEST(NearestTest, BelowTheNormalRangeHasFewerDigits) {
 }
 
 TEST(NearestTest, AboveTheLargestDoubleIsInfinite) {
-    constexpr double kInfinity = std::numeric_limits<double>::infinity();
-    EXPECT_EQ(Nearest(Number(1024, kAll, 0xFFFFF800, 0)), std::numeric_limits<double>::max());
-    EXPECT_EQ(Nearest(Number(1024, kAll, 0xFFFFFBFF, kAll)), std::numeric_limits<double>::max());
+    EXPECT_EQ(Nearest(Number(1024, kAll, 0xFFFFF800, 0)), kLargest);
+    EXPECT_EQ(Nearest(Number(1024, kAll, 0xFFFFFBFF, kAll)), kLargest);
     EXPECT_EQ(Nearest(Number(1024, kAll, 0xFFFFFC00, 0)), kInfinity);
     EXPECT_EQ(Nearest(-Number(1025, kFirst, 0, 0)), -kInfinity);
     EXPECT_EQ(Nearest(Number(1025, kAll, 0, 0)), kInfinity);

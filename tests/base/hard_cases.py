@@ -115,9 +115,7 @@ print('''// SPDX-License-Identifier: MIT
 #ifndef TALVANE_TESTS_BASE_HARDCASES_H
 #define TALVANE_TESTS_BASE_HARDCASES_H
 
-#include <limits>
-
-inline constexpr double kInfinity = std::numeric_limits<double>::infinity();
+#include "SpecialDoubles.h"
 
 struct HardPower {
     double base;

@@ -14,7 +14,7 @@ namespace {
 using std::chrono::milliseconds;
 
 // A request as the library's code writes it, each field different from its neighbours.
-std::array<std::uint8_t, bridge::kRecordSize> Bytes() {
+std::array<std::uint8_t, bridge::kRecordSize> BytesOfACall() {
     return {
         0x23, 0xFF, 0x00, 0x0A,
         0x02, 0xEE, 0xEE, 0xEE,  // command, responder, bus, network function
@@ -33,14 +33,14 @@ int Decode(const std::array<std::uint8_t, bridge::kRecordSize>& bytes) {
 }
 
 int DecodeWith(std::size_t at, std::uint8_t value) {
-    auto bytes = Bytes();
+    auto bytes = BytesOfACall();
     bytes[at] = value;
     return Decode(bytes);
 }
 
 TEST(CallerRecordTest, EveryFieldIsReadFromItsOffset) {
     bridge::CallerRecord record;
-    ASSERT_EQ(bridge::DecodeRecord(Bytes(), record), 0);
+    ASSERT_EQ(bridge::DecodeRecord(BytesOfACall(), record), 0);
     EXPECT_EQ(record.command, 0x23);
     EXPECT_EQ(record.netFn, 0x0A);
     EXPECT_EQ(record.lun, 2);
@@ -75,7 +75,7 @@ TEST(CallerRecordTest, ALunAboveThreeIsRefused) {
 }
 
 TEST(CallerRecordTest, MoreDataThanTheKernelTakesAreRefused) {
-    auto bytes = Bytes();
+    auto bytes = BytesOfACall();
     bytes[12] = 0x10;
     bytes[13] = 0x01;
     EXPECT_EQ(Decode(bytes), 0);
@@ -87,7 +87,7 @@ TEST(CallerRecordTest, MoreDataThanTheKernelTakesAreRefused) {
 }
 
 TEST(CallerRecordTest, DataWithoutAnAddressAreAFault) {
-    auto bytes = Bytes();
+    auto bytes = BytesOfACall();
     for (std::size_t at = 8; at < 12; ++at) bytes[at] = 0;
     EXPECT_EQ(Decode(bytes), EFAULT);
     bytes[12] = 0;  // no data need no address
@@ -95,7 +95,7 @@ TEST(CallerRecordTest, DataWithoutAnAddressAreAFault) {
 }
 
 TEST(CallerRecordTest, DataBeyondTheLastAddressAreAFault) {
-    auto bytes = Bytes();
+    auto bytes = BytesOfACall();
     for (std::size_t at = 8; at < 12; ++at) bytes[at] = 0xFF;
     bytes[8] = 0xF9;
     EXPECT_EQ(Decode(bytes), 0);
@@ -104,13 +104,13 @@ TEST(CallerRecordTest, DataBeyondTheLastAddressAreAFault) {
 }
 
 TEST(CallerRecordTest, AResponseWithoutAnAddressIsAFault) {
-    auto bytes = Bytes();
+    auto bytes = BytesOfACall();
     for (std::size_t at = 20; at < 24; ++at) bytes[at] = 0;
     EXPECT_EQ(Decode(bytes), EFAULT);
 }
 
 TEST(CallerRecordTest, ATimeOutOfZeroBecomesFiveSecondsAndALongOneAMinute) {
-    auto bytes = Bytes();
+    auto bytes = BytesOfACall();
     bridge::CallerRecord record;
     bytes[16] = bytes[17] = 0;
     ASSERT_EQ(bridge::DecodeRecord(bytes, record), 0);
@@ -125,12 +125,12 @@ TEST(CallerRecordTest, ATimeOutOfZeroBecomesFiveSecondsAndALongOneAMinute) {
 }
 
 TEST(CallerRecordTest, StoringAResultChangesOnlyLengthAndCompletionCode) {
-    auto expected = Bytes();
+    auto expected = BytesOfACall();
     expected[24] = 0x02;
     expected[25] = 0x01;
     expected[26] = expected[27] = 0;
     expected[28] = 0xC1;
-    auto bytes = Bytes();
+    auto bytes = BytesOfACall();
     bridge::StoreResult(bytes, 0xC1, 0x102);
     EXPECT_EQ(bytes, expected);
 }

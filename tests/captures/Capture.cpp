@@ -19,8 +19,6 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::uint64_t kMegabyte = 1u << 20;
-constexpr std::size_t kSegmentScanned = 0xFFF0;
-constexpr std::size_t kParagraph = 16;
 
 bool HasSuffix(const std::string& name, std::string_view suffix) {
     return name.ends_with(suffix);

@@ -17,8 +17,6 @@ namespace captures {
 namespace {
 
 constexpr std::uint32_t kSegment = 0xF0000;
-constexpr std::size_t kSegmentScanned = 0xFFF0;
-constexpr std::size_t kParagraph = 16;
 constexpr std::uint32_t kEntryAddress = 0xF0010;
 constexpr std::uint32_t kTableAddress = 0x8000;
 

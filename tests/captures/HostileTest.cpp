@@ -128,11 +128,11 @@ TEST_P(HostileTableTest, IsSurvivedWhereItEndsTooEarly) {
     }
 }
 
-std::string NameOf(const testing::TestParamInfo<Source>& source) {
+std::string NameOfSource(const testing::TestParamInfo<Source>& source) {
     return TestName(source.param.name);
 }
 
-INSTANTIATE_TEST_SUITE_P(Smbios, HostileTableTest, testing::ValuesIn(kSources), NameOf);
+INSTANTIATE_TEST_SUITE_P(Smbios, HostileTableTest, testing::ValuesIn(kSources), NameOfSource);
 
 }  // namespace
 }  // namespace captures

@@ -16,7 +16,7 @@ namespace {
 // Entry point fields (SMBIOS 5.2.1).
 constexpr std::size_t kEntrySize = 31;
 constexpr std::size_t kTableLength = 22;
-constexpr std::size_t kTableAddress = 24;
+constexpr std::size_t kTableAddressOffset = 24;
 constexpr std::size_t kStructureCount = 28;
 
 constexpr std::size_t kHeaderSize = 4;
@@ -48,7 +48,7 @@ bool TakeStructure(std::span<const std::uint8_t>& table, RawStructure& out) {
 std::span<const std::uint8_t> TableOfDump(std::span<const std::uint8_t> dump) {
     if (dump.size() < kEntrySize || dump[0] != '_' || dump[1] != 'S' || dump[2] != 'M')
         throw std::runtime_error("not a dump with an SMBIOS entry point at its start");
-    const std::size_t address = WordOf(dump, kTableAddress);
+    const std::size_t address = WordOf(dump, kTableAddressOffset);
     const std::size_t length = WordOf(dump, kTableLength);
     if (address + length > dump.size())
         throw std::runtime_error("a dump that ends before its structure table does");

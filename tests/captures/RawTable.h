@@ -5,6 +5,7 @@
 #ifndef TALVANE_TESTS_RAWTABLE_H
 #define TALVANE_TESTS_RAWTABLE_H
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <span>
@@ -14,6 +15,10 @@
 namespace captures {
 
 using Bytes = std::vector<std::uint8_t>;
+
+// Where entry points are looked for: at each paragraph of the BIOS's segment up to its last one.
+inline constexpr std::size_t kSegmentScanned = 0xFFF0;
+inline constexpr std::size_t kParagraph = 16;
 
 struct RawStructure {
     std::uint8_t type = 0;

@@ -2,15 +2,11 @@
 //
 // Which getters a command calls, in order: an agent may have put its own in front of them. This
 // program is such an agent, whose getters note the call and where in the record it writes.
-#include "SmBios/SmBios.h"
-#include "support/InterfaceTest.h"
+#include "support/GetterCallsTest.h"
 
 namespace {
 
 using ::testing::ElementsAre;
-
-std::vector<std::string> calls;
-const char* record = nullptr;  // being filled
 
 std::string Where(const char* buf, unsigned size) {
     return "+" + std::to_string(buf - record) + " " + std::to_string(size);
@@ -75,19 +71,7 @@ int SmBios::GetPSStatus(int typeMask, int n, char* buf) {
 
 namespace {
 
-class CallOrderTest : public InterfaceTest {
-protected:
-    // The record after the command, of which only the agent's counts are written.
-    RecordImage Answer(unsigned long command, std::size_t size) {
-        table.Add(SmBios::TYPE_OEM_STRINGS, 1, 4);
-        Place();
-        calls.clear();
-        RecordImage image(size);
-        record = static_cast<const char*>(image.Data());
-        EXPECT_EQ(Get(command, image), 0);
-        return image;
-    }
-};
+class CallOrderTest : public GetterCallsTest {};
 
 TEST_F(CallOrderTest, BoardAsksForTheMakerAndTheReleaseDateTwice) {
     EXPECT_TRUE(SameBytes(RecordImage(208), Answer(0x10000, 208)));

@@ -7,7 +7,6 @@
 namespace {
 
 constexpr unsigned long kBoard = 0x10000;
-constexpr unsigned long kSystem = 0x10000000;
 constexpr std::size_t kBoardSize = 208;
 constexpr std::size_t kSystemSize = 80;
 

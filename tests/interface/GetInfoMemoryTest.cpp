@@ -6,7 +6,7 @@
 namespace {
 
 constexpr unsigned long kMemory = 0x40000;
-constexpr std::size_t kRecordSize = 1992;
+constexpr std::size_t kMemorySize = 1992;
 
 class GetInfoMemoryTest : public InterfaceTest {
 protected:
@@ -47,8 +47,8 @@ TEST_F(GetInfoMemoryTest, EveryFieldOfABankIsCopied) {
         .Word(21, 333)
         .String(23, "Maker");
     Place();
-    ExpectRecord(kMemory, RecordImage(kRecordSize),
-                 RecordImage(kRecordSize)
+    ExpectRecord(kMemory, RecordImage(kMemorySize),
+                 RecordImage(kMemorySize)
                      .Number(0, 1024)
                      .Number(4, 1)
                      .Text(8, "1024 MB")           // size
@@ -62,7 +62,7 @@ TEST_F(GetInfoMemoryTest, EveryFieldOfABankIsCopied) {
 TEST_F(GetInfoMemoryTest, UnknownTypeIsATypeLikeAnyOther) {
     table.Add(17, 1, 27).String(16, "DIMM").String(17, "Bank").Word(12, 64);
     Place();
-    RecordImage record(kRecordSize, 0);
+    RecordImage record(kMemorySize, 0);
     EXPECT_EQ(Get(kMemory, record), 0);
     EXPECT_EQ(record.NumberAt(4), 1);
     EXPECT_STREQ(static_cast<char*>(record.Data()) + 8 + 32, "Unknown");
@@ -71,31 +71,31 @@ TEST_F(GetInfoMemoryTest, UnknownTypeIsATypeLikeAnyOther) {
 TEST_F(GetInfoMemoryTest, BanksAreCopiedInOrder) {
     AddModules({0x100, 0x80, 0x400});
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kMemorySize);
     expected.Number(0, 1 + 2 + 4).Number(4, 3);
     Module(expected, 0, 0, "DIMM");
     Module(expected, 1, 1, "SIMM");
     Module(expected, 2, 2, " SDRAM");
-    ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
+    ExpectRecord(kMemory, RecordImage(kMemorySize), expected);
 }
 
 TEST_F(GetInfoMemoryTest, EmptyTypeSkipsTheBankAfterItToo) {
     AddModules({0x100, 0, 0x80, 0x400, 0x10});
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kMemorySize);
     expected.Number(0, 31).Number(4, 5);
     Module(expected, 0, 0, "DIMM");  // bank 1 is empty: on to bank 3
     Module(expected, 1, 3, " SDRAM");
     Module(expected, 2, 4, "EDO");
-    ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
+    ExpectRecord(kMemory, RecordImage(kMemorySize), expected);
 }
 
 TEST_F(GetInfoMemoryTest, EmptyTypesLeaveBanksOfTheRecordAlone) {
     AddModules({0, 0x80, 0});
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kMemorySize);
     expected.Number(0, 7).Number(4, 3);
-    ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
+    ExpectRecord(kMemory, RecordImage(kMemorySize), expected);
 }
 
 TEST_F(GetInfoMemoryTest, DoubleStepEndsAtTheSixteenLocalBanks) {
@@ -104,13 +104,13 @@ TEST_F(GetInfoMemoryTest, DoubleStepEndsAtTheSixteenLocalBanks) {
     types[0] = 0;
     AddModules(types);
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kMemorySize);
     expected.Number(0, 0xFFFF).Number(4, 16);
     for (std::size_t i = 2; i < 15; ++i) Module(expected, i - 2, static_cast<int>(i), "DIMM");
     // SlotNumber of "SLOT10" to "SLOT14" is their last digit.
     for (std::size_t i = 10; i < 15; ++i)
         expected.Number(8 + 124 * (i - 2) + 120, static_cast<std::int32_t>(i % 10));
-    ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
+    ExpectRecord(kMemory, RecordImage(kMemorySize), expected);
 }
 
 TEST_F(GetInfoMemoryTest, SixteenBanksAreCopiedAndNoMore) {
@@ -121,7 +121,7 @@ TEST_F(GetInfoMemoryTest, SixteenBanksAreCopiedAndNoMore) {
             .Word(12, 10)
             .Byte(18, 15);
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kMemorySize);
     expected.Number(0, 400).Number(4, 16);
     for (std::size_t i = 0; i < 16; ++i)
         expected.Text(8 + 124 * i, "10 MB")
@@ -130,22 +130,22 @@ TEST_F(GetInfoMemoryTest, SixteenBanksAreCopiedAndNoMore) {
             .Text(8 + 124 * i + 56, "")
             .Text(8 + 124 * i + 88, "")
             .Number(8 + 124 * i + 120, 1);
-    ExpectRecord(kMemory, RecordImage(kRecordSize), expected);
+    ExpectRecord(kMemory, RecordImage(kMemorySize), expected);
 }
 
 TEST_F(GetInfoMemoryTest, FailedSummaryReturnsZeroAndLeavesTheBufferAsTheCallerGaveIt) {
     table.Add(0, 0, 20);
     table.Add(6, 1, 12).Byte(9, 8);  // counts for the total, but no controller lists it
     Place();
-    ExpectRecord(kMemory, RecordImage(kRecordSize), RecordImage(kRecordSize));
+    ExpectRecord(kMemory, RecordImage(kMemorySize), RecordImage(kMemorySize));
 }
 
 TEST_F(GetInfoMemoryTest, SummaryWithoutBanksIsCopied) {
     table.Add(5, 0x500, 18).Byte(14, 1).Word(15, 9);
     table.Add(6, 1, 12).Byte(9, 8);
     Place();
-    ExpectRecord(kMemory, RecordImage(kRecordSize),
-                 RecordImage(kRecordSize).Number(0, 256).Number(4, 0));
+    ExpectRecord(kMemory, RecordImage(kMemorySize),
+                 RecordImage(kMemorySize).Number(0, 256).Number(4, 0));
 }
 
 }  // namespace

@@ -7,7 +7,7 @@ namespace {
 
 constexpr unsigned long kPower = 0x800000;
 constexpr unsigned long kUps = 0x1000000;
-constexpr std::size_t kRecordSize = 1224;
+constexpr std::size_t kSuppliesSize = 1224;
 
 class GetInfoPowerTest : public InterfaceTest {
 protected:
@@ -38,41 +38,41 @@ TEST_F(GetInfoPowerTest, EverySupplyIsFilled) {
     AddSupply(9, 1, 0, "two");
     AddSupply(15, 7, 255, "three");
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kSuppliesSize);
     expected.Number(0, 3).Number(4, 2);
     Supply(expected, 0, "one", "present");
     Supply(expected, 1, "two", "hot replaceable");
     Supply(expected, 2, "three", "Other");
-    ExpectRecord(kPower, RecordImage(kRecordSize), expected);
+    ExpectRecord(kPower, RecordImage(kSuppliesSize), expected);
 }
 
 TEST_F(GetInfoPowerTest, UpsSuppliesAreThoseOfItsTypeBitsAndTheRedundantNumberIsLeftAlone) {
     const char* const names[] = {"0", "1", "2", "3", "4", "5", "6", "7", "8", "9"};
     for (int type = 0; type < 10; ++type) AddSupply(type, 2, 1, names[type]);
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kSuppliesSize);
     expected.Number(0, 8);
     for (std::size_t i = 0; i < 8; ++i) Supply(expected, i, names[i], "present");
-    ExpectRecord(kUps, RecordImage(kRecordSize), expected);
+    ExpectRecord(kUps, RecordImage(kSuppliesSize), expected);
 }
 
 TEST_F(GetInfoPowerTest, UpsSuppliesAreCountedAmongThemselves) {
     AddSupply(8, 2, 0, "switching");
     AddSupply(6, 2, 0, "ups");
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kSuppliesSize);
     expected.Number(0, 1);
     Supply(expected, 0, "ups", "present");
-    ExpectRecord(kUps, RecordImage(kRecordSize), expected);
+    ExpectRecord(kUps, RecordImage(kSuppliesSize), expected);
 }
 
 TEST_F(GetInfoPowerTest, LongestStatusFillsTheFieldAfterIt) {
     AddSupply(4, 4, 0, "x");
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kSuppliesSize);
     expected.Number(0, 1).Number(4, 0);
     Supply(expected, 0, "x", "unplugged from the wall");
-    ExpectRecord(kPower, RecordImage(kRecordSize), expected);
+    ExpectRecord(kPower, RecordImage(kSuppliesSize), expected);
     SystemPowerInformation record{};
     EXPECT_EQ(GetInfo(kPower, &record), 0);
     EXPECT_STREQ(record.PowerSupply[0].BiosEnable, "he wall");
@@ -82,14 +82,14 @@ TEST_F(GetInfoPowerTest, LongTextsAreCutToTheirFields) {
     const std::string text(40, 't');
     AddSupply(4, 2, 0, text);
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kSuppliesSize);
     expected.Number(0, 1)
         .Number(4, 0)
         .Copied(8, "M" + text.substr(0, 30))
         .Copied(8 + 64, "D" + text.substr(0, 30))
         .Copied(8 + 112, "S" + text.substr(0, 14))
         .Text(8 + 128, "present");
-    ExpectRecord(kPower, RecordImage(kRecordSize), expected);
+    ExpectRecord(kPower, RecordImage(kSuppliesSize), expected);
 }
 
 TEST_F(GetInfoPowerTest, ThirtyTwoSuppliesAreCountedAndThirtyOneFilledPastTheRecordsEight) {
@@ -105,9 +105,9 @@ TEST_F(GetInfoPowerTest, ThirtyTwoSuppliesAreCountedAndThirtyOneFilledPastTheRec
 TEST_F(GetInfoPowerTest, WithoutSuppliesOnlyTheNumbersAreWritten) {
     table.Add(0, 0, 20);
     Place();
-    ExpectRecord(kPower, RecordImage(kRecordSize),
-                 RecordImage(kRecordSize).Number(0, 0).Number(4, 0));
-    ExpectRecord(kUps, RecordImage(kRecordSize), RecordImage(kRecordSize).Number(0, 0));
+    ExpectRecord(kPower, RecordImage(kSuppliesSize),
+                 RecordImage(kSuppliesSize).Number(0, 0).Number(4, 0));
+    ExpectRecord(kUps, RecordImage(kSuppliesSize), RecordImage(kSuppliesSize).Number(0, 0));
 }
 
 }  // namespace

@@ -6,7 +6,7 @@
 namespace {
 
 constexpr unsigned long kProcessors = 0x20000;
-constexpr std::size_t kRecordSize = 3396;
+constexpr std::size_t kProcessorsSize = 3396;
 constexpr std::size_t kElementSize = 424;
 
 constexpr std::size_t RecordOf(std::size_t processors) {
@@ -72,7 +72,7 @@ TEST_F(GetInfoProcessorsTest, EveryFieldOfAProcessorIsFilled) {
         .Word(28, 0x702)
         .Word(30, 0x703);
     Place();
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kProcessorsSize);
     expected.Number(0, 1)
         .Text(4 + kFamily, "Pentium 4 Processor")
         .Text(4 + kMaxSpeed, "3600 MHZ")
@@ -85,7 +85,7 @@ TEST_F(GetInfoProcessorsTest, EveryFieldOfAProcessorIsFilled) {
     expected.Text(l2, "1024 KB").Text(l2 + 16, "512 KB").Text(l2 + 32, "5ns").Copied(l2 + 48, "L2");
     const std::size_t l3 = l2 + 80;
     expected.Text(l3, "1 KB").Text(l3 + 16, "0 KB").Text(l3 + 32, "Unknown");
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    ExpectRecord(kProcessors, RecordImage(kProcessorsSize), expected);
 }
 
 TEST_F(GetInfoProcessorsTest, LowStatusBitsDecideTheTwoFlags) {
@@ -94,13 +94,13 @@ TEST_F(GetInfoProcessorsTest, LowStatusBitsDecideTheTwoFlags) {
         AddProcessor(status);
         PlaceVersion(1, 0);
         release();
-        RecordImage expected(kRecordSize);
+        RecordImage expected(kProcessorsSize);
         expected.Number(0, 1);
         Plain(expected, 0);
         const int low = status & 7;
         if (low == 2 || low == 3) expected.Number(4 + kIsDisabled, 1);
         if (low == 0) expected.Number(4 + kIsUht, 1);
-        ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+        ExpectRecord(kProcessors, RecordImage(kProcessorsSize), expected);
     }
 }
 
@@ -108,21 +108,21 @@ TEST_F(GetInfoProcessorsTest, EveryProcessorCountsWhateverItsStatus) {
     AddProcessor(0x00);
     AddProcessor(0x44);
     PlaceVersion(1, 0);
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kProcessorsSize);
     expected.Number(0, 2).Number(Element(0) + kIsUht, 1);
     Plain(expected, 0);
     Plain(expected, 1);
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    ExpectRecord(kProcessors, RecordImage(kProcessorsSize), expected);
 }
 
 TEST_F(GetInfoProcessorsTest, LongestFamilyNameRunsIntoTheStepping) {
     AddProcessor().Byte(6, 177);
     PlaceVersion(1, 0);
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kProcessorsSize);
     expected.Number(0, 1);
     Plain(expected, 0);
     expected.Text(4 + kFamily, "Pentium III Processor with Intel SpeedStep Technology");
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    ExpectRecord(kProcessors, RecordImage(kProcessorsSize), expected);
     ProcessorInformation record{};
     EXPECT_EQ(GetInfo(kProcessors, &record), 0);
     EXPECT_STREQ(record.cpu[0].stepping, "ology");
@@ -132,31 +132,31 @@ TEST_F(GetInfoProcessorsTest, LongestFamilyNameRunsIntoTheStepping) {
 TEST_F(GetInfoProcessorsTest, LongManufacturerIsCutToItsField) {
     AddProcessor().String(7, std::string(60, 'm'));
     PlaceVersion(1, 0);
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kProcessorsSize);
     expected.Number(0, 1);
     Plain(expected, 0);
     expected.Copied(4 + kManufacturer, std::string(47, 'm'));
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    ExpectRecord(kProcessors, RecordImage(kProcessorsSize), expected);
 }
 
 TEST_F(GetInfoProcessorsTest, AbsentCachesUnder22AreNone) {
     AddProcessor();
     PlaceVersion(2, 2);
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kProcessorsSize);
     expected.Number(0, 1);
     Plain(expected, 0);
     AbsentCaches(expected, 0, "None");
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    ExpectRecord(kProcessors, RecordImage(kProcessorsSize), expected);
 }
 
 TEST_F(GetInfoProcessorsTest, AbsentCachesUnder23RunFromFieldToField) {
     AddProcessor();
     PlaceVersion(2, 3);
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kProcessorsSize);
     expected.Number(0, 1);
     Plain(expected, 0);
     AbsentCaches(expected, 0, "Bios Not Provide");
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    ExpectRecord(kProcessors, RecordImage(kProcessorsSize), expected);
 
     // Sixteen characters fill a field; the terminator empties the text after it.
     ProcessorInformation record{};
@@ -173,16 +173,17 @@ TEST_F(GetInfoProcessorsTest, AbsentCachesUnder23RunFromFieldToField) {
 TEST_F(GetInfoProcessorsTest, CachesThatDoNotExistAreLeftAlone) {
     AddProcessor().Word(26, 0x701).Word(28, 0x702).Word(30, 0);
     PlaceVersion(2, 3);
-    RecordImage expected(kRecordSize);
+    RecordImage expected(kProcessorsSize);
     expected.Number(0, 1);
     Plain(expected, 0);
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), expected);
+    ExpectRecord(kProcessors, RecordImage(kProcessorsSize), expected);
 }
 
 TEST_F(GetInfoProcessorsTest, WithoutProcessorsOnlyTheQuantityIsWritten) {
     table.Add(0, 0, 20);
     Place();
-    ExpectRecord(kProcessors, RecordImage(kRecordSize), RecordImage(kRecordSize).Number(0, 0));
+    ExpectRecord(kProcessors, RecordImage(kProcessorsSize),
+                 RecordImage(kProcessorsSize).Number(0, 0));
 }
 
 TEST_F(GetInfoProcessorsTest, SixteenProcessorsAreWrittenPastTheRecordsEight) {

@@ -5,16 +5,12 @@
 // its arguments and where in the record it writes.
 #include <cstring>
 
-#include "SmBios/SmBios.h"
-#include "support/InterfaceTest.h"
+#include "support/GetterCallsTest.h"
 
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::ElementsAreArray;
-
-std::vector<std::string> calls;
-const char* record = nullptr;  // being filled
 
 // What the agent's getters answer.
 int modules = 0;
@@ -156,19 +152,8 @@ int SmBios::GetMemoryTotalSize() {
 
 namespace {
 
-class GetterOrderTest : public InterfaceTest {
+class GetterOrderTest : public GetterCallsTest {
 protected:
-    // Answers the command; `calls` then holds what it asked for.
-    RecordImage Answer(unsigned long command, std::size_t size) {
-        table.Add(SmBios::TYPE_OEM_STRINGS, 1, 4);
-        Place();
-        calls.clear();
-        RecordImage image(size);
-        record = static_cast<const char*>(image.Data());
-        EXPECT_EQ(Get(command, image), 0);
-        return image;
-    }
-
     // The calls for processor `index`, whose element starts at `at` in the record.
     static std::vector<std::string> CallsOfProcessor(int index, int at) {
         const std::string cpu = Number(index);

@@ -7,8 +7,6 @@
 
 namespace {
 
-constexpr unsigned long kSystem = 0x10000000;
-
 // What a call from inside a simulated call answered. The server's hook takes no argument.
 int nested = 0;
 RecordImage nestedRecord(64);

@@ -12,7 +12,7 @@ namespace {
 using ::testing::Each;
 using ::testing::SizeIs;
 
-int nested[7];
+int answersWhileOpening[7];
 
 class IpmiObjectTest : public IpmiTest {
 protected:
@@ -20,9 +20,9 @@ protected:
 };
 
 TEST_F(IpmiObjectTest, ObjectIsMadeOnceAlsoWhenAskedForWithinItsCreation) {
-    server.During("open", [] { nested[0] = IsIpmiSupport(); });
+    server.During("open", [] { answersWhileOpening[0] = IsIpmiSupport(); });
     EXPECT_EQ(IsIpmiSupport(), 1);
-    EXPECT_EQ(nested[0], 0) << "not ready yet";
+    EXPECT_EQ(answersWhileOpening[0], 0) << "not ready yet";
     EXPECT_EQ(IsIpmiSupport(), 1);
     EXPECT_EQ(server.GetLog().Count("open"), 1u);
     EXPECT_EQ(release(), 0);
@@ -35,16 +35,16 @@ TEST_F(IpmiObjectTest, NoFunctionIsServedWithinTheCreation) {
         unsigned char byte = 0;
         int number = 0;
         SensorThresholdInformation list;
-        nested[0] = SetWatchDogTimer(1, 10000);
-        nested[1] = ResetWatchDogTimer();
-        nested[2] = StopWatchDogTimer();
-        nested[3] = GetWatchDogTimer(&byte, &number, &number);
-        nested[4] = GetBMCVersion(&byte, &byte);
-        nested[5] = GetAllThresholdInfo(&list);
-        nested[6] = SetThresholdInfo(3, 1, 0, 1.0);
+        answersWhileOpening[0] = SetWatchDogTimer(1, 10000);
+        answersWhileOpening[1] = ResetWatchDogTimer();
+        answersWhileOpening[2] = StopWatchDogTimer();
+        answersWhileOpening[3] = GetWatchDogTimer(&byte, &number, &number);
+        answersWhileOpening[4] = GetBMCVersion(&byte, &byte);
+        answersWhileOpening[5] = GetAllThresholdInfo(&list);
+        answersWhileOpening[6] = SetThresholdInfo(3, 1, 0, 1.0);
     });
     EXPECT_EQ(IsIpmiSupport(), 1);
-    EXPECT_THAT(nested, Each(-1));
+    EXPECT_THAT(answersWhileOpening, Each(-1));
     EXPECT_THAT(bmc.Requests(), SizeIs(0));
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 0) << "no flag was left set";
 }

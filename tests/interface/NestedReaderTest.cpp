@@ -5,25 +5,24 @@
 
 namespace {
 
-constexpr unsigned long kSystem = 0x10000000;
 constexpr unsigned long kPciFunctions = 0x100000;
 const char* const kAccesses[] = {"open", "lseek", "read", "close"};
 
 // What a call from inside a simulated call answered. The server's hook takes no argument.
 int nestedAnswer = 0;
-RecordImage nestedRecord(64);
+RecordImage recordOfNestedCall(64);
 
 void AskForSupport() {
     nestedAnswer = IsSmBiosSupport();
 }
 void AskForTheSystem() {
-    nestedAnswer = GetInfo(kSystem, nestedRecord.Data());
+    nestedAnswer = GetInfo(kSystem, recordOfNestedCall.Data());
 }
 void AskForPciFunctions() {
-    nestedAnswer = GetInfo(kPciFunctions, nestedRecord.Data());
+    nestedAnswer = GetInfo(kPciFunctions, recordOfNestedCall.Data());
 }
-void AskForNothing() {
-    nestedAnswer = GetInfo(0, nestedRecord.Data());
+void AskReaderForNothing() {
+    nestedAnswer = GetInfo(0, recordOfNestedCall.Data());
 }
 void Release() {
     nestedAnswer = release();
@@ -40,7 +39,7 @@ protected:
     // Has the next call of the machine named `call` run the action first.
     void During(const char* call, void (*action)()) {
         nestedAnswer = -99;
-        nestedRecord = RecordImage(32768);
+        recordOfNestedCall = RecordImage(32768);
         server.During(call, action);
     }
 
@@ -75,19 +74,19 @@ TEST_F(NestedReaderTest, GetInfoWithinASupportQueryIsBusyMakesNoReaderAndLeavesN
         During(call, AskForTheSystem);
         EXPECT_EQ(IsSmBiosSupport(), 1) << call;
         EXPECT_EQ(nestedAnswer, 1) << call;
-        EXPECT_TRUE(SameBytes(RecordImage(32768), nestedRecord)) << call;
+        EXPECT_TRUE(SameBytes(RecordImage(32768), recordOfNestedCall)) << call;
         EXPECT_EQ(server.GetLog().Count("open"), ++readers) << call;
         ExpectSystemAnswered();
     }
 }
 
 TEST_F(NestedReaderTest, EveryCommandWithinASupportQueryIsBusy) {
-    for (void (*const action)() : {AskForPciFunctions, AskForNothing}) {
+    for (void (*const action)() : {AskForPciFunctions, AskReaderForNothing}) {
         release();
         During("read", action);
         EXPECT_EQ(IsSmBiosSupport(), 1);
         EXPECT_EQ(nestedAnswer, 1);
-        EXPECT_TRUE(SameBytes(RecordImage(32768), nestedRecord));
+        EXPECT_TRUE(SameBytes(RecordImage(32768), recordOfNestedCall));
     }
     EXPECT_EQ(server.GetLog().Count("iopl"), 0u);
 }

@@ -21,8 +21,6 @@ unsigned char SmBios::IsMatchSmBios() {
 
 namespace {
 
-constexpr unsigned long kSystem = 0x10000000;
-
 class OwnFieldsTest : public InterfaceTest {};
 
 TEST_F(OwnFieldsTest, ReaderWithATableAnswersWhateverTheMethodsSay) {

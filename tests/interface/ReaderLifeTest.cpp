@@ -5,8 +5,6 @@
 
 namespace {
 
-constexpr unsigned long kSystem = 0x10000000;
-
 class ReaderLifeTest : public InterfaceTest {
 protected:
     void PlaceMaker(const std::string& maker) {

@@ -239,16 +239,16 @@ TEST_F(SensorQueryTest, AnEmptyRepositoryFailsEveryTimeAndIsReadEveryTime) {
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
 }
 
-int nested = 77;
+int answerWithinQuery = 77;
 
 TEST_F(SensorQueryTest, ANestedCallIsBusy) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] {
         FanInformation inner{};
-        nested = GetIpmiInfo(TALVANE_FANS, &inner);
+        answerWithinQuery = GetIpmiInfo(TALVANE_FANS, &inner);
     });
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
-    EXPECT_EQ(nested, 1);
+    EXPECT_EQ(answerWithinQuery, 1);
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
 }
 
@@ -256,10 +256,10 @@ TEST_F(SensorQueryTest, AnInventoryQueryMayRunInside) {
     Add(Fan("F", 0x30), 70);
     server.During("ioctl", [] {
         SysInformation inner{};
-        nested = GetInfo(TALVANE_SYSTEM, &inner);
+        answerWithinQuery = GetInfo(TALVANE_SYSTEM, &inner);
     });
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans.record), 0);
-    EXPECT_EQ(nested, -1) << "no SMBIOS here, and not busy";
+    EXPECT_EQ(answerWithinQuery, -1) << "no SMBIOS here, and not busy";
 }
 
 }  // namespace

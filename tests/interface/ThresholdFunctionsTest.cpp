@@ -79,7 +79,7 @@ TEST_F(ThresholdListTest, AfterAThresholdFunctionNoSensorIsKnown) {
     AddThree();
     Add(Voltage("V1", 0x20), 165);
     ASSERT_EQ(GetAllThresholdInfo(&list), 0);
-    const std::size_t walked = bmc.Count("Get SDR");
+    const std::size_t requestsOfTheWalk = bmc.Count("Get SDR");
     FanInformation fans{};
     VoltageInformation voltages{};
     TemperatureInformation temperatures{};
@@ -89,7 +89,7 @@ TEST_F(ThresholdListTest, AfterAThresholdFunctionNoSensorIsKnown) {
         EXPECT_EQ(GetIpmiInfo(TALVANE_TEMPERATURES, &temperatures), -1);
     }
     EXPECT_EQ(fans.quantity, 0);
-    EXPECT_EQ(bmc.Count("Get SDR"), walked) << "the repository is not read again";
+    EXPECT_EQ(bmc.Count("Get SDR"), requestsOfTheWalk) << "the repository is not read again";
 }
 
 TEST_F(ThresholdListTest, AfterAListOfOneKindNoSensorIsKnown) {

@@ -75,28 +75,28 @@ TEST_F(WatchdogTest, FirmwareVersionIsRead) {
     EXPECT_EQ(GetBMCVersion(&major, &minor), 0) << "not busy";
 }
 
-int nested[6];
+int answersWithinRequest[6];
 
 TEST_F(WatchdogTest, InsideAQueryEveryFunctionIsBusy) {
     server.During("ioctl", [] {
         unsigned char byte = 7;
         int number = 7;
-        nested[0] = ResetWatchDogTimer();
-        nested[1] = StopWatchDogTimer();
-        nested[2] = GetBMCVersion(&byte, &byte);
-        nested[3] = SetWatchDogTimer(1, 20000);
-        nested[4] = GetWatchDogTimer(&byte, &number, &number);
-        nested[5] = byte + number;
+        answersWithinRequest[0] = ResetWatchDogTimer();
+        answersWithinRequest[1] = StopWatchDogTimer();
+        answersWithinRequest[2] = GetBMCVersion(&byte, &byte);
+        answersWithinRequest[3] = SetWatchDogTimer(1, 20000);
+        answersWithinRequest[4] = GetWatchDogTimer(&byte, &number, &number);
+        answersWithinRequest[5] = byte + number;
     });
     EXPECT_EQ(ResetWatchDogTimer(), 0);
-    EXPECT_THAT(nested, ElementsAre(1, 1, 1, 1, 1, 14));
+    EXPECT_THAT(answersWithinRequest, ElementsAre(1, 1, 1, 1, 1, 14));
     EXPECT_THAT(bmc.Requests(), SizeIs(1));
 }
 
-FanInformation innerFans;
+FanInformation fansWithinRequest;
 
-void AskForFans() {
-    nested[0] = GetIpmiInfo(TALVANE_FANS, &innerFans);
+void AskWithinRequest() {
+    answersWithinRequest[0] = GetIpmiInfo(TALVANE_FANS, &fansWithinRequest);
 }
 
 TEST_F(WatchdogTest, InsideEveryFunctionASensorQueryIsBusy) {
@@ -104,36 +104,36 @@ TEST_F(WatchdogTest, InsideEveryFunctionASensorQueryIsBusy) {
     unsigned char byte = 0;
     int number = 0;
     const auto queryWithin = [&](auto function) {
-        nested[0] = 77;
-        server.During("ioctl", AskForFans);
+        answersWithinRequest[0] = 77;
+        server.During("ioctl", AskWithinRequest);
         EXPECT_EQ(function(), 0);
-        return nested[0];
+        return answersWithinRequest[0];
     };
     EXPECT_EQ(queryWithin([] { return SetWatchDogTimer(1, 20000); }), 1);
     EXPECT_EQ(queryWithin(ResetWatchDogTimer), 1);
     EXPECT_EQ(queryWithin(StopWatchDogTimer), 1);
     EXPECT_EQ(queryWithin([&] { return GetWatchDogTimer(&byte, &number, &number); }), 1);
     EXPECT_EQ(queryWithin([&] { return GetBMCVersion(&byte, &byte); }), 1);
-    AskForFans();
-    EXPECT_EQ(nested[0], 0) << "and afterwards it is not";
+    AskWithinRequest();
+    EXPECT_EQ(answersWithinRequest[0], 0) << "and afterwards it is not";
 }
 
 TEST_F(WatchdogTest, InsideTheResetAfterASettingASensorQueryIsBusy) {
     Add(Fan("F", 0x30), 70);
     bmc.Intercept([this](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
         constexpr std::uint8_t kSetWatchdog = 0x24;
-        if (request.command == kSetWatchdog) server.During("ioctl", AskForFans);
+        if (request.command == kSetWatchdog) server.During("ioctl", AskWithinRequest);
         return std::nullopt;
     });
     EXPECT_EQ(SetWatchDogTimer(1, 20000), 0);
-    EXPECT_EQ(nested[0], 1);
+    EXPECT_EQ(answersWithinRequest[0], 1);
 }
 
 TEST_F(WatchdogTest, ARefusedSettingLeavesSensorQueriesBusyUntilALaterCall) {
     Add(Fan("F", 0x30), 70);
-    server.During("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
+    server.During("ioctl", [] { answersWithinRequest[0] = SetWatchDogTimer(1, 20000); });
     EXPECT_EQ(ResetWatchDogTimer(), 0);
-    EXPECT_EQ(nested[0], 1);
+    EXPECT_EQ(answersWithinRequest[0], 1);
     FanInformation fans{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);
     unsigned char byte = 0;
@@ -150,10 +150,10 @@ TEST_F(WatchdogTest, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
     server.During("ioctl", [] {
         unsigned char byte = 0;
         int number = 0;
-        nested[0] = GetWatchDogTimer(&byte, &number, &number);
+        answersWithinRequest[0] = GetWatchDogTimer(&byte, &number, &number);
     });
     EXPECT_EQ(ResetWatchDogTimer(), 0);
-    EXPECT_EQ(nested[0], 1);
+    EXPECT_EQ(answersWithinRequest[0], 1);
     FanInformation fans{};
     EXPECT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);
     EXPECT_EQ(SetWatchDogTimer(1, 1), -1) << "a call that fails clears the flag, too";
@@ -162,7 +162,7 @@ TEST_F(WatchdogTest, ARefusedReadingLeavesSensorQueriesBusyUntilALaterCall) {
 
 TEST_F(WatchdogTest, SuccessfulReadingEndsTheBusyStateToo) {
     Add(Fan("F", 0x30), 70);
-    server.During("ioctl", [] { nested[0] = SetWatchDogTimer(1, 20000); });
+    server.During("ioctl", [] { answersWithinRequest[0] = SetWatchDogTimer(1, 20000); });
     EXPECT_EQ(ResetWatchDogTimer(), 0);
     FanInformation fans{};
     ASSERT_EQ(GetIpmiInfo(TALVANE_FANS, &fans), 1);

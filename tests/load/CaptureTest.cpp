@@ -18,12 +18,6 @@ namespace {
 
 using std::chrono::seconds;
 
-std::vector<std::string> Names(std::string_view folder) {
-    std::vector<std::string> names = CapturesEndingIn(folder, ".txt");
-    if (names.empty()) names.push_back("");
-    return names;
-}
-
 std::string TestName(std::string name) {
     for (char& c : name)
         if (std::isalnum(static_cast<unsigned char>(c)) == 0) c = '_';
@@ -85,7 +79,8 @@ TEST_P(StatCaptureTest, HasItsProcessorsAndTheirShares) {
         EXPECT_EQ(record.UsageRate[cpu], 100 - 700 / (3 * (cpu + 1) + 7)) << cpu;
 }
 
-INSTANTIATE_TEST_SUITE_P(Machines, StatCaptureTest, ::testing::ValuesIn(Names("proc/stat")),
+INSTANTIATE_TEST_SUITE_P(Machines, StatCaptureTest,
+                         ::testing::ValuesIn(CapturesOrNone("proc/stat", ".txt")),
                          [](const auto& machine) { return TestName(machine.param); });
 
 class FreeCaptureTest : public ::testing::Test,
@@ -110,7 +105,8 @@ TEST_P(FreeCaptureTest, GivesTheUsedShareOfItsMemoryLine) {
     std::filesystem::remove_all(folder);
 }
 
-INSTANTIATE_TEST_SUITE_P(Machines, FreeCaptureTest, ::testing::ValuesIn(Names("proc/free")),
+INSTANTIATE_TEST_SUITE_P(Machines, FreeCaptureTest,
+                         ::testing::ValuesIn(CapturesOrNone("proc/free", ".txt")),
                          [](const auto& machine) { return TestName(machine.param); });
 
 }  // namespace

@@ -10,7 +10,7 @@
 namespace {
 
 constexpr std::size_t kFieldSize = 64;
-constexpr unsigned char kMark = 0xA5;
+constexpr unsigned char kUntouched = 0xA5;
 
 struct GuardedRecord {
     StorageInformation info;
@@ -38,7 +38,7 @@ class HostileFilesTest : public StorageTest, public ::testing::WithParamInterfac
 protected:
     HostileFilesTest() : drive(sim::MakeDisk("Model", 1000, "1")) {
         drive.image.reset();
-        std::memset(&marked, kMark, sizeof marked);
+        std::memset(&marked, kUntouched, sizeof marked);
         for (char* field : {marked.info.driveArray[0].type, marked.info.driveArray[0].size,
                             marked.info.driveArray[0].model})
             std::strcpy(field, "before");

@@ -15,6 +15,9 @@
 #include "simulator/machine/SmbiosTable.h"
 #include "support/RecordImage.h"
 
+// The command that fills the shortest record of SMBIOS, where any will do.
+inline constexpr unsigned long kSystem = 0x10000000;
+
 class InterfaceTest : public ::testing::Test {
 protected:
     // The readers are the process's; each test starts without them.

@@ -33,6 +33,14 @@ inline std::vector<std::string> CapturesEndingIn(std::string_view folder, std::s
     return names;
 }
 
+// The same; one empty name where there is none, so that tests of each capture can say what they
+// miss.
+inline std::vector<std::string> CapturesOrNone(std::string_view folder, std::string_view end) {
+    std::vector<std::string> names = CapturesEndingIn(folder, end);
+    if (names.empty()) names.emplace_back();
+    return names;
+}
+
 inline std::string ContentOf(const std::filesystem::path& path) {
     std::ifstream stream(path, std::ios::binary);
     return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "tools/records/Drives.h"
 #include "tools/records/Load.h"
 #include "tools/records/Partitions.h"

@@ -4,13 +4,15 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "InformationRecords.h"
 #include "tools/library/Limits.h"
 
 namespace tool {
 namespace {
 
-constexpr std::nullopt_t kNone = std::nullopt;
+constexpr std::nullopt_t kNoLimit = std::nullopt;
 
 const Limits kAll = {30.0, 20.0, 10.0, 100.0, 110.0, 120.0};
 
@@ -27,7 +29,7 @@ TEST(LimitValuesTest, StandInTheOrderOfTheMasks) {
 
 TEST(OnlyInTest, KeepsOnlyTheLimitsInTheMask) {
     const Limits limits = OnlyIn(0x21, {30, 20, 10, 100, 110, 120});
-    EXPECT_EQ(limits, (Limits{30.0, kNone, kNone, kNone, kNone, 120.0}));
+    EXPECT_EQ(limits, (Limits{30.0, kNoLimit, kNoLimit, kNoLimit, kNoLimit, 120.0}));
 }
 
 TEST(ReachedLimitTest, IsTheOutermostAndIncludesTheLimitItself) {
@@ -61,7 +63,7 @@ TEST(LimitCellsTest, RunFromTheLowestToTheHighest) {
 }
 
 TEST(LimitsJsonTest, HasNullForALimitThatIsNotThere) {
-    EXPECT_EQ(LimitsJson({30.0, kNone, 10.0, 100.0, 110.0, 120.5}).dump(),
+    EXPECT_EQ(LimitsJson({30.0, kNoLimit, 10.0, 100.0, 110.0, 120.5}).dump(),
               R"({"lowerNonRecoverable":10.0,"lowerCritical":null,"lowerNonCritical":30.0,)"
               R"("upperNonCritical":100.0,"upperCritical":110.0,"upperNonRecoverable":120.5})");
 }

@@ -4,6 +4,9 @@
 
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
+#include "TextSearch.h"
 #include "tools/records/Memory.h"
 #include "tools/records/Probes.h"
 #include "tools/records/Processors.h"
@@ -14,10 +17,6 @@ namespace {
 Bank BankOf(const std::string& size) {
     return {
         .slot = 1, .size = size, .type = "DDR", .typeDetail = "", .speed = "", .manufacturer = ""};
-}
-
-bool Shows(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
 }
 
 TEST(MemoryTextTest, GivesTheTotalInGigabytesFromOneGigabyteOn) {

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include "TextSearch.h"
 #include "tools/records/Sensors.h"
 #include "tools/records/Thresholds.h"
 
@@ -22,10 +23,6 @@ SensorState Read(const std::string& reading, const Limits& limits) {
 }
 
 const Limits kUpper = {kNone, kNone, kNone, 80.0, 90.0, kNone};
-
-bool Shows(const std::string& text, const std::string& part) {
-    return text.find(part) != std::string::npos;
-}
 
 TEST(LimitStateTest, NamesTheLimitThatTheReadingHasReached) {
     EXPECT_EQ(LimitState(Read("79.00degree C", kUpper)), "ok");

@@ -5,6 +5,7 @@
 #include "tools/base/ByteSize.h"
 
 #include <iterator>
+#include <nlohmann/json.hpp>
 
 #include "tools/base/Text.h"
 

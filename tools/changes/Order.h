@@ -4,6 +4,7 @@
 #ifndef TALVANE_TOOLS_CHANGES_ORDER_H
 #define TALVANE_TOOLS_CHANGES_ORDER_H
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "tools/base/Json.h"

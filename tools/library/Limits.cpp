@@ -5,6 +5,7 @@
 #include "tools/library/Limits.h"
 
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 

@@ -5,6 +5,7 @@
 #include "tools/records/Bmc.h"
 
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 #include "tools/base/Layout.h"

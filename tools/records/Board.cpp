@@ -4,6 +4,8 @@
 
 #include "tools/records/Board.h"
 
+#include <nlohmann/json.hpp>
+
 #include "Talvane.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"

@@ -4,6 +4,8 @@
 
 #include "tools/records/Drives.h"
 
+#include <nlohmann/json.hpp>
+
 #include "tools/base/ByteSize.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"

@@ -5,6 +5,7 @@
 #include "tools/records/Fans.h"
 
 #include <cstddef>
+#include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 #include "tools/base/Layout.h"

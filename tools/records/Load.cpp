@@ -6,6 +6,8 @@
 
 #include <fcntl.h>
 
+#include <nlohmann/json.hpp>
+
 #include "Talvane.h"
 #include "tools/base/Descriptor.h"
 #include "tools/base/Layout.h"

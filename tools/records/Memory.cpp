@@ -7,6 +7,7 @@
 #include <charconv>
 #include <cstdint>
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 #include "tools/base/Layout.h"

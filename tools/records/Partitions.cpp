@@ -7,6 +7,7 @@
 #include <fcntl.h>
 
 #include <algorithm>
+#include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 #include "tools/base/ByteSize.h"

@@ -8,6 +8,7 @@
 
 #include <cstdio>
 #include <memory>
+#include <nlohmann/json.hpp>
 
 #include "PCI/PCIscan.h"
 #include "Talvane.h"

@@ -4,6 +4,8 @@
 
 #include "tools/records/Probes.h"
 
+#include <nlohmann/json.hpp>
+
 #include "Talvane.h"
 #include "tools/base/Layout.h"
 

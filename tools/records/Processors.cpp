@@ -5,6 +5,7 @@
 #include "tools/records/Processors.h"
 
 #include <cstddef>
+#include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 #include "tools/base/Layout.h"

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 #include "tools/base/Layout.h"

@@ -4,6 +4,8 @@
 
 #include "tools/records/System.h"
 
+#include <nlohmann/json.hpp>
+
 #include "Talvane.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"

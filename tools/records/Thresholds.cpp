@@ -4,6 +4,8 @@
 
 #include "tools/records/Thresholds.h"
 
+#include <nlohmann/json.hpp>
+
 #include "Talvane.h"
 #include "tools/base/Layout.h"
 #include "tools/library/SensorCodes.h"

@@ -5,6 +5,7 @@
 #include "tools/records/Watchdog.h"
 
 #include <cstdio>
+#include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 

@@ -288,13 +288,16 @@ double SecondsSince(Clock::time_point start) {
     return std::chrono::duration<double>(Clock::now() - start).count();
 }
 
-// Whether a request with this time-out ends by it, give or take what an emulated machine takes.
+// What an emulated machine on a busy computer may take longer.
+constexpr double kSlackSeconds = 10;
+
+// Whether a request with this time-out ends by it.
 bool TimesOut(int device, std::uint32_t timeout) {
     const auto start = Clock::now();
     const Answer answer = Ask(device, kApplication, 0x01, {}, timeout);
     const double waited = SecondsSince(start);
     return answer.error == ETIMEDOUT && waited >= timeout / 1000.0 &&
-           waited < timeout / 1000.0 + 1.5;
+           waited < timeout / 1000.0 + kSlackSeconds;
 }
 
 // What the kernel lets a file have under way is soon used up by requests that nobody answers.
@@ -332,10 +335,11 @@ void CheckSilent() {
     TellHost("@bmc continue");
     Check("BMC that does not answer: ETIMEDOUT after the stated second", inTime);
     Check("BMC that does not answer: four callers, each its own time-out", right == 4);
-    Check("BMC that does not answer: a killed caller ends by its time-out", lingered < 3.5);
+    Check("BMC that does not answer: a killed caller ends by its time-out",
+          lingered < 2 + kSlackSeconds);
     for (const int file : {device, crowded}) {
         Answer next;
-        for (int tries = 0; tries < 100 && (tries == 0 || next.error == EBUSY); ++tries) {
+        for (int tries = 0; tries < 1000 && (tries == 0 || next.error == EBUSY); ++tries) {
             if (tries > 0) usleep(100000);
             next = Ask(file, kSensors, 0x2D, {4}, 20000);
         }
@@ -364,7 +368,7 @@ void CheckGone() {
     Check("without the device: /dev/ipmi cannot be opened (ENODEV)", late < 0 && errno == ENODEV);
     Write(driver + "bind", name);
     Answer back;
-    for (int tries = 0; tries < 100 && back.data.empty(); ++tries) {
+    for (int tries = 0; tries < 1000 && back.data.empty(); ++tries) {
         usleep(100000);
         back = Ask(device, kApplication, 0x01, {});
     }
