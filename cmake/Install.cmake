@@ -1,8 +1,8 @@
 # SPDX-License-Identifier: MIT
 #
 # What `cmake --install` puts in place: the library with its links, the headers, and the two ways
-# for a consumer to find them, pkg-config and find_package(Talvane). Both compute their paths from
-# where they lie, so the installed tree may be moved.
+# for a consumer to find them, pkg-config and find_package(Talvane), which compute their paths from
+# where they lie; and the bundled machines. The installed tree may be moved.
 include(CMakePackageConfigHelpers)
 
 set(talvane_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/talvane)
@@ -55,3 +55,7 @@ file(RELATIVE_PATH talvane_pc_to_prefix
   ${CMAKE_INSTALL_PREFIX}/${talvane_pkgconfig_dir} ${CMAKE_INSTALL_PREFIX})
 configure_file(cmake/talvane.pc.in talvane.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/talvane.pc DESTINATION ${talvane_pkgconfig_dir})
+
+if(TALVANE_BUILD_SIMULATOR)
+  install(DIRECTORY machines DESTINATION ${CMAKE_INSTALL_DATADIR}/talvane)
+endif()
