@@ -2,7 +2,8 @@
 #
 # What `cmake --install` puts in place: the library with its links, the headers, and the two ways
 # for a consumer to find them, pkg-config and find_package(Talvane), which compute their paths from
-# where they lie; and the bundled machines. The installed tree may be moved.
+# where they lie; the man pages and the bundled machines. The installed tree may be moved.
+# Rooms install their own programs, and the bridge, a project of its own, its page.
 include(CMakePackageConfigHelpers)
 
 set(talvane_include_dir ${CMAKE_INSTALL_INCLUDEDIR}/talvane)
@@ -56,6 +57,12 @@ file(RELATIVE_PATH talvane_pc_to_prefix
 configure_file(cmake/talvane.pc.in talvane.pc @ONLY)
 install(FILES ${CMAKE_CURRENT_BINARY_DIR}/talvane.pc DESTINATION ${talvane_pkgconfig_dir})
 
+install(FILES docs/man/talvane.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
 if(TALVANE_BUILD_SIMULATOR)
+  install(FILES docs/man/talvane-sim.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES docs/man/talvane-machine.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
   install(DIRECTORY machines DESTINATION ${CMAKE_INSTALL_DATADIR}/talvane)
+endif()
+if(TALVANE_BUILD_TOOLS)
+  install(FILES docs/man/talvane.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
 endif()
