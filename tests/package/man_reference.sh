@@ -102,6 +102,9 @@ for command in $commands; do
         fail "talvane.1 does not explain $command"
 done
 has_options talvane.1 "$work/all"
+for command in $(sed -n 's/^\.It Cm \([a-z]*\).*/\1/p' "$work/talvane.1" | sort -u); do
+    echo "$commands" | grep -qx "$command" || fail "talvane.1 explains $command, which there is not"
+done
 [ "$(echo "$commands" | wc -l)" -gt 15 ] || fail 'the help of the tool is not understood'
 
 # Statements of machine files.
