@@ -2,9 +2,9 @@
 # SPDX-License-Identifier: MIT
 #
 # bash completes the command lines of an installed tree: the words that the programs know, and no
-# others. Usage: completion.sh SOURCE_DIR BUILD_DIR CMAKE
+# others. Usage: completion.sh BUILD_DIR CMAKE
 set -u
-source=$1 build=$2 cmake=$3
+build=$1 cmake=$2
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 failed=0

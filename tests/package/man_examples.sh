@@ -18,7 +18,8 @@ fail() {
 
 prefix=$work/prefix
 "$cmake" --install "$build" --prefix "$prefix" >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
-export PATH="$prefix/bin:$(dirname "$bridge"):$(dirname "$cmake"):$PATH" LC_ALL=C
+PATH=$prefix/bin:$(dirname "$bridge"):$(dirname "$cmake"):$PATH
+export PATH LC_ALL=C
 export PKG_CONFIG_PATH=$prefix/lib/pkgconfig CMAKE_PREFIX_PATH=$prefix LD_LIBRARY_PATH=$prefix/lib
 unset CFLAGS CXXFLAGS LDFLAGS
 
@@ -60,7 +61,7 @@ run_block() {
 
 # Prints a page as it reads after its examples were run.
 run_page() {
-    local section= in_block= line
+    local section='' in_block='' line
     local -a block
     while IFS= read -r line; do
         case $line in
