@@ -20,9 +20,12 @@ export SOURCE_DATE_EPOCH
 scratch=$(mktemp -d)
 trap 'rm -rf "$scratch"' EXIT
 
+# Taken once, so that both builds see the same, whatever is edited meanwhile.
+mkdir "$scratch/sources"
+git ls-files -z | tar --null --files-from=- -c | tar -x -C "$scratch/sources"
 copy_sources() {  # FOLDER
     mkdir -p "$1"
-    git ls-files -z | tar --null --files-from=- -c | tar -x -C "$1"
+    cp -a "$scratch/sources/." "$1"
 }
 
 # The packages are built for each architecture that this computer can build for.
@@ -49,7 +52,7 @@ build_archive() {  # FOLDER
         -DCMAKE_CXX_FLAGS="-m32 -march=i686 -U_FORTIFY_SOURCE -ffile-prefix-map=$1/source=." \
         -DTALVANE_BUILD_TOOLS=OFF -DTALVANE_BUILD_SIMULATOR=OFF -DTALVANE_BUILD_TESTS=OFF
     cmake --build "$1/build"
-    DESTDIR= cmake --install "$1/build" --strip --prefix "$1/$archive"
+    cmake --install "$1/build" --strip --prefix "$1/$archive"
     cp LICENSE CHANGELOG.md README.md "$1/$archive"
     tar -C "$1" --sort=name --owner=0 --group=0 --numeric-owner --mode=go=rX,u+rw \
         --mtime="@$SOURCE_DATE_EPOCH" -c "$archive" | gzip -9n >"$1/$archive.tar.gz"
@@ -66,8 +69,9 @@ build_all "$scratch/first" >&2
 if [ "$*" = twice ]; then
     build_all "$scratch/a-second-folder" >&2
     for file in "$scratch"/first/*.deb "$scratch"/first/*.tar.gz; do
-        cmp "$file" "$scratch/a-second-folder/${file##*/}"
+        cmp "$file" "$scratch/a-second-folder/${file##*/}" >&2 || differ=1
     done
+    [ -z "${differ-}" ] || exit 1
     echo 'Built twice in different folders: the same, byte for byte.'
 fi
 rm -rf "$results"
