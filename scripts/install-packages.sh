@@ -2,17 +2,24 @@
 # SPDX-License-Identifier: MIT
 #
 # Installs the Debian packages that a task needs and that are missing; does nothing when none is.
-# A bare Debian 12 is enough to start from. Usage: install-packages.sh build|test|bench|lint|vm...
+# A bare Debian 12 is enough to start from.
+# Usage: install-packages.sh build|test|bench|lint|vm|package...
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
-# make and pkg-config build the example agent; jq reads the tool's JSON.
-test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq"
+# make and pkg-config build the example agent; jq reads the tool's JSON; man formats the man pages.
+test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq man-db"
 # qemu-user counts instructions, valgrind those within one call.
 bench="$build valgrind dmidecode qemu-user"
 lint="$build googletest clang-tidy"
 # The emulated machine is put together from Debian's packages.
 vm="$build pkg-config libfuse3-dev qemu-system-x86 openipmi kmod cpio e2fsprogs python3"
+# Debian packages for i386 and amd64: lintian and debhelper; debootstrap for the roots that they are
+# tried in. What the packages depend on is read from the i386 libraries, which 64-bit systems install
+# beside their own, and their programs are stripped by an i386 binutils.
+package="$build debhelper lintian dpkg-dev binutils debootstrap pkg-config libfuse3-dev man-db"
+package="$package libc6:i386 libgcc-s1:i386 libstdc++6:i386 libfuse3-3:i386"
+[ "$(dpkg --print-architecture)" = i386 ] || package="$package binutils-i686-linux-gnu"
 
 wanted=
 for task in "$@"; do
@@ -22,11 +29,17 @@ for task in "$@"; do
         bench) wanted="$wanted $bench" ;;
         lint) wanted="$wanted $lint" ;;
         vm) wanted="$wanted $vm" ;;
-        *) echo "install-packages.sh: unknown task '$task' (build, test, bench, lint or vm)" >&2; exit 2 ;;
+        package) wanted="$wanted $package" ;;
+        *)
+            echo "install-packages.sh: unknown task '$task'" \
+                '(build, test, bench, lint, vm or package)' >&2
+            exit 2
+            ;;
     esac
 done
 
-installed() { [ "$(dpkg-query -W -f='${db:Status-Status}' "$1" 2>/dev/null)" = installed ]; }
+# In any architecture, unless the name says which.
+installed() { dpkg-query -W -f='${db:Status-Status}\n' "$1" 2>/dev/null | grep -qx installed; }
 missing=
 for package in $wanted; do
     case " $missing " in *" $package "*) continue ;; esac
@@ -45,6 +58,11 @@ if [ "$(id -u)" != 0 ]; then
     as_root=sudo
 fi
 
+case $missing in
+    *:i386*)
+        [ "$(dpkg --print-architecture)" = i386 ] || $as_root dpkg --add-architecture i386
+        ;;
+esac
 # One package source that does not answer need not matter: installing tells.
 $as_root apt-get update -q ||
     echo 'warning: apt-get update failed in part; going on with what is known' >&2

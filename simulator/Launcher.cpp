@@ -27,8 +27,19 @@ namespace fs = std::filesystem;
 // program, and as built.
 constexpr std::array kPreloadFolders = {TALVANE_PRELOAD_FOLDER, ".", "../simulator"};
 
+fs::path FolderOfThisProgram() {
+    return fs::read_symlink("/proc/self/exe").parent_path();
+}
+
+// A bare name that is no folder here stands for a machine that is installed with the programs.
+fs::path FindMachine(const fs::path& machine) {
+    if (fs::exists(machine) || machine.has_parent_path()) return machine;
+    const fs::path installed = FolderOfThisProgram() / TALVANE_MACHINES_FOLDER / machine;
+    return fs::exists(installed) ? installed.lexically_normal() : machine;
+}
+
 fs::path FindPreloadLibrary() {
-    const fs::path here = fs::read_symlink("/proc/self/exe").parent_path();
+    const fs::path here = FolderOfThisProgram();
     for (const char* const folder : kPreloadFolders) {
         const fs::path candidate = (here / folder / kPreloadLibrary).lexically_normal();
         if (fs::exists(candidate)) return candidate;
@@ -64,7 +75,8 @@ void RequireWritable(const std::string& file) {
 
 }  // namespace
 
-int RunOnMachine(const fs::path& machine, char* const argv[], const LaunchOptions& options) {
+int RunOnMachine(const fs::path& nameOrFolder, char* const argv[], const LaunchOptions& options) {
+    const fs::path machine = FindMachine(nameOrFolder);
     Machine trial;
     LoadMachine(machine, trial);
     if (!options.controlFile.empty() && !trial.HasBmc())

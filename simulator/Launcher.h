@@ -18,14 +18,15 @@ struct LaunchOptions {
     bool realTime = false;         // a sleep takes real time
 };
 
-// Replaces this process by the program argv[0] (looked up in PATH), on the machine that the folder
-// describes. Returns only by an exception, and then this process is unchanged:
+// Replaces this process by the program argv[0] (looked up in PATH), on the machine that a folder
+// describes. A bare name that is no folder here is that of an installed machine. Returns only by an
+// exception, and then this process is unchanged:
 // - MachineError: the description cannot be used.
 // - std::system_error: the program cannot be run.
 // - std::runtime_error: the program cannot run simulated, because it is not a dynamically linked
 //   32-bit x86 program, the preload library is missing, or there is a control file but no
 //   controller.
-[[noreturn]] int RunOnMachine(const std::filesystem::path& machine, char* const argv[],
+[[noreturn]] int RunOnMachine(const std::filesystem::path& nameOrFolder, char* const argv[],
                               const LaunchOptions& options);
 
 }  // namespace sim

@@ -54,7 +54,9 @@ int main(int argc, char** argv) {
         return std::string("talvane-sim: ") + error.what() +
                "\nRun talvane-sim --help for its options.\n";
     });
-    app.add_option("MACHINE", machine, "folder that describes the server")
+    app.set_version_flag("--version", "talvane-sim " TALVANE_VERSION);
+    app.add_option("MACHINE", machine,
+                   "folder that describes the server, or the name of an installed one")
         ->type_name("")
         ->required();
     app.add_option("--log", options.logFile, "file to write every access to")->type_name("FILE");

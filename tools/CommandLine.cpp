@@ -30,7 +30,8 @@ constexpr int kMaxWatchdogTimeout = TALVANE_WATCHDOG_LONGEST / 1000;
 void AddOptions(CLI::App& app, Options& options) {
     app.add_flag_callback(
         "--json", [&options] { options.format = Format::kJson; }, "Answer in JSON");
-    app.add_option(kMachineOption, options.machine, "Run on the simulated server of this folder")
+    app.add_option(kMachineOption, options.machine,
+                   "Run on a simulated server: its folder, or an installed one's name")
         ->type_name("DIR");
 }
 

@@ -55,6 +55,19 @@ prints_the_machine() {
 prints_the_machine "$work/cmake-build/agent"
 prints_the_machine "$work/agent/agent" "$prefix/lib"
 
+# The programs know their version, and an installed machine by its name, unless a folder here has it.
+[ "$("$prefix/bin/talvane-sim" --version)" = "talvane-sim $version" ] ||
+    fail 'talvane-sim knows another version'
+mkdir "$work/here"
+cd "$work/here" || exit 2
+"$prefix/bin/talvane" board --machine full-server >"$work/output" 2>&1
+grep -q 'KB-27 Mainboard' "$work/output" || fail "no machine full-server: $(cat "$work/output")"
+cp -r "$source/machines/no-smbios" full-server
+"$prefix/bin/talvane" board --machine full-server >"$work/output" 2>&1 &&
+    fail 'an installed machine goes before a folder here'
+"$prefix/bin/talvane" board --machine ./qemu-small >"$work/output" 2>&1 &&
+    fail 'a path is taken for the name of an installed machine'
+
 # The library cannot serve a 64-bit agent, which is to learn that before it links.
 if "$cmake" -S "$work/agent" -B "$work/wide" -DCMAKE_C_FLAGS=-m64 \
     -DCMAKE_PREFIX_PATH="$prefix" >"$work/log" 2>&1; then

@@ -1,0 +1,91 @@
+#!/bin/bash
+# SPDX-License-Identifier: MIT
+#
+# bash completes the command lines of an installed tree: the words that the programs know, and no
+# others. Usage: completion.sh BUILD_DIR CMAKE
+set -u
+build=$1 cmake=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+failed=0
+prefix=$work/prefix
+"$cmake" --install "$build" --prefix "$prefix" >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
+export PATH=$prefix/bin:$PATH
+mkdir -p "$work/here/my-server"
+cd "$work/here" || exit 2
+for program in talvane talvane-sim; do
+    # shellcheck source=/dev/null
+    . "$prefix/share/bash-completion/completions/$program" || exit 1
+done
+
+# offers LINE WORD...: completing the end of the line offers these words, in any order. A line whose
+# last word is complete ends in a blank.
+offers() {
+    local line=$1 function
+    shift
+    # shellcheck disable=SC2206  # split as bash splits a command line
+    COMP_WORDS=(${line//=/ = })
+    if [[ $line == *' ' ]]; then COMP_WORDS+=(''); fi
+    COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
+    COMPREPLY=()
+    function=$(complete -p "${COMP_WORDS[0]}" | sed 's/.*-F \([^ ]*\) .*/\1/')
+    "$function" "${COMP_WORDS[0]}" "${COMP_WORDS[COMP_CWORD]}" "${COMP_WORDS[COMP_CWORD-1]}"
+    if ! diff -u --label wanted --label offered <(printf '%s\n' "$@" | sort) \
+        <(printf '%s\n' "${COMPREPLY[@]}" | sort) >&2; then
+        echo "wrong words are offered for '$line'" >&2
+        failed=1
+    fi
+}
+
+offers 'talvane te' temperatures
+offers 'talvane th' thresholds threshold
+offers 'talvane --v' --version
+offers 'talvane --machine full-server wat' watchdog
+offers 'talvane --machine=full-server wat' watchdog
+offers 'talvane watchdog ' show set reset stop
+offers 'talvane watchdog set --' --help --json --machine --action --timeout --yes
+offers 'talvane threshold set --json --wh' --which
+offers 'talvane sensors --co' --count
+offers 'talvane board --co' ''
+offers 'talvane watchdog set --yes --ti' --timeout
+offers 'talvane sensors --watch ' ''
+offers 'talvane board --machine my' my-server
+offers 'talvane board --machine full' full-server
+offers 'talvane board --machine=qemu-s' qemu-small
+offers 'talvane-sim f' full-server
+offers 'talvane-sim my' my-server
+offers 'talvane-sim full-server --r' --real-time
+offers 'talvane-sim full-server -- talvane-s' talvane-sim
+
+# Everything that the tool names as a command is offered.
+mapfile -t commands < <(talvane --help | sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p')
+if ((${#commands[@]} < 15)); then
+    echo 'the help of the tool is not understood' >&2
+    failed=1
+fi
+offers 'talvane ' "${commands[@]}"
+
+# The value of an option is not taken for a command: each option that has one is known.
+known=
+for command in "${commands[@]}" 'threshold set' 'watchdog set'; do
+    # shellcheck disable=SC2086  # two words
+    for option in $(talvane $command --help | sed -n 's/^ *\(--[a-z-]*\) [A-Z].*/\1/p'); do
+        case $known in *" $option "*) continue ;; esac
+        known="$known $option "
+        offers "talvane $command $option value --he" --help
+    done
+done
+
+# takes_values COMMAND OPTION: the tool takes just the values that are offered
+takes_values() {
+    local values
+    # shellcheck disable=SC2086  # several words
+    values=$(talvane $1 "$2" nothing 2>&1 |
+        sed -n 's/.*nothing is none of \([a-z, -]*[a-z]\).*/\1/p' | sed 's/, nor a number.*//')
+    # shellcheck disable=SC2086
+    offers "talvane $1 $2 " ${values//,/}
+}
+takes_values 'watchdog set' --action
+takes_values 'threshold set' --which
+takes_values 'threshold set' --type
+exit $failed
