@@ -62,7 +62,8 @@ void WriteText(const Answers& answers, std::ostream& out) {
 }
 
 void WriteJson(const Answers& answers, std::ostream& out) {
-    Json json = answers.json;
+    Json json = {{"schema", kJsonSchema}};
+    json.update(answers.json);
     json["errors"] = Json::array();
     for (const Missing& missing : answers.missing)
         json["errors"].push_back(

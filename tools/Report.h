@@ -11,13 +11,17 @@
 
 namespace tool {
 
+// The first member of every JSON output. It changes when a member changes its meaning or goes away.
+inline constexpr int kJsonSchema = 1;
+
 enum class Format { kText, kJson };
 
 // Writes the answers to `out`, and to `err` one line for each source that could not be read.
 //
 // When something is missing, the text ends with a section "Not read". It names each source with its
-// commands, even those of which other parts were read. JSON is one object with a member for each
-// command, null when nothing of it could be read, and the array "errors" of {source, message}.
+// commands, even those of which other parts were read. JSON is one object with "schema" and a
+// member for each command, null when nothing of it could be read, and the array "errors" of
+// {source, message}.
 //
 // Returns whether everything could be read.
 bool Report(std::span<const Command> commands, const Settings& settings, Format format,

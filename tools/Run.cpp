@@ -16,10 +16,12 @@ void Flush() {
     if (!std::cout.flush()) throw std::runtime_error("cannot write to standard output");
 }
 
-// The command of that name; all commands for the report, none for a change.
-std::span<const Command> Selected(const std::string& name) {
+// The command that is asked for; all commands for the report, none for a change.
+std::span<const Command> Selected(const Options& options) {
     const auto commands = Commands();
+    const std::string& name = options.command;
     if (name == kReport) return commands;
+    if (options.settings.libraryRecords) return LibrarySensorsCommand();
     for (std::size_t i = 0; i < commands.size(); ++i)
         if (name == commands[i].name) return commands.subspan(i, 1);
     return {};
@@ -36,7 +38,7 @@ void BeginNext(const Watch& watch, Format format) {
 }
 
 bool Show(const Options& options) {
-    const auto commands = Selected(options.command);
+    const auto commands = Selected(options);
     for (int shown = 1;; ++shown) {
         const bool complete =
             Report(commands, options.settings, options.format, std::cout, std::cerr);
@@ -55,6 +57,11 @@ int Run(const Options& options) {
         const bool done = Make(change, options.order, options.format, std::cout, std::cerr);
         Flush();
         return done ? kAllDone : kIncomplete;
+    }
+    if (options.command == kHealth) {
+        const int status = ShowHealth(options.health, options.format, std::cout, std::cerr);
+        Flush();
+        return status;
     }
     return Show(options) ? kAllDone : kIncomplete;
 }

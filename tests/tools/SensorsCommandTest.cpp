@@ -30,7 +30,9 @@ TEST(SensorsCommandTest, WithWatchAndCountShowsThatManyTablesWithoutRealWaiting)
     const MachineFolder machine(kMachine);
     const ToolRun once = machine.Run({"sensors"});
     EXPECT_EQ(once.status, 0);
-    EXPECT_THAT(once.out, HasSubstr("  CPU Temp  temperature       3  42.00 degree C  ok "));
+    EXPECT_THAT(
+        once.out,
+        HasSubstr("  0x10  CPU Temp  temperature  processor 1  42 degree C  within limits\n"));
     const ToolRun thrice = machine.Run({"sensors", "--watch", "3600", "--count", "3"});
     EXPECT_EQ(thrice.status, 0);
     EXPECT_EQ(thrice.out, once.out + '\n' + once.out + '\n' + once.out);
@@ -48,8 +50,8 @@ TEST(SensorsCommandTest, ShowsWhatChangesWhileItRepeats) {
     const MachineFolder machine(std::string(kMachine) + "reading 0x10 at 10 85\n");
     const ToolRun run = machine.Run({"sensors", "--watch", "10", "--count", "2"});
     EXPECT_EQ(run.status, 0);
-    EXPECT_THAT(run.out, HasSubstr("  42.00 degree C  ok "));
-    EXPECT_THAT(run.out, HasSubstr("  85.00 degree C  upper non-critical "));
+    EXPECT_THAT(run.out, HasSubstr("  42 degree C  within limits\n"));
+    EXPECT_THAT(run.out, HasSubstr("  85 degree C  upper non-critical\n"));
 }
 
 TEST(SensorsCommandTest, EndsItsRepetitionWhenTheSourceIsMissing) {
@@ -59,9 +61,18 @@ TEST(SensorsCommandTest, EndsItsRepetitionWhenTheSourceIsMissing) {
     EXPECT_EQ(run.out, "Not read\n--------\n  /dev/ipmi  sensors\n");
 }
 
-TEST(SensorsCommandTest, GivesTheThresholdsOfTheSensorAndThoseOfTheRecordInJson) {
+TEST(SensorsCommandTest, GivesTheThresholdsThatTheBmcHoldsInJson) {
     const auto json = nlohmann::json::parse(MachineFolder(kMachine).Run({"sensors", "--json"}).out);
-    const auto& sensor = json.at("sensors").at("temperatures").at("sensors").at(0);
+    const auto& thresholds = json.at("sensors").at("sensors").at(0).at("thresholds");
+    EXPECT_EQ(thresholds.at("upperCritical").at("value"), 90);
+    EXPECT_EQ(thresholds.at("upperCritical").at("unit"), "degree C");
+    EXPECT_TRUE(thresholds.at("lowerCritical").is_null());
+}
+
+TEST(SensorsCommandTest, GivesTheThresholdsOfTheSensorAndThoseOfTheRecordForAgents) {
+    const auto json =
+        nlohmann::json::parse(MachineFolder(kMachine).Run({"sensors", "--library", "--json"}).out);
+    const auto& sensor = json.at("librarySensors").at("temperatures").at("sensors").at(0);
     EXPECT_EQ(sensor.at("thresholds").at("upperCritical"), 90.0);
     EXPECT_TRUE(sensor.at("thresholds").at("lowerCritical").is_null());
     EXPECT_EQ(sensor.at("recordThresholds").at("upperCritical"), 75.0);

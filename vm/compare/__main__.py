@@ -88,7 +88,7 @@ def main():
     inventory.smbios(table, report, read("dmidecode.txt"))
     inventory.pci(table, report, peers.lspci(read("lspci.txt")),
                   peers.lspci_bytes(read("lspci-bytes.txt")))
-    management.sensors(table, report, sensors)
+    management.sensors(table, json.loads(read("library-sensors.json")), sensors)
     management.thresholds(table, report, records, sensors)
     management.set_threshold(table, read("threshold-before.txt"), read("threshold-after.txt"))
     management.watchdog(table, relaxed)

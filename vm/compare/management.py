@@ -28,7 +28,7 @@ def sensors(table, report, theirs):
     compare = lambda *args, **more: table.compare("sensors", "ipmitool", *args, **more)
     ours_by_name, first_of_table = {}, {}
     for group, code in (("temperatures", 1), ("voltages", 2), ("fans", 4)):
-        ours = report["sensors"][group]
+        ours = report["librarySensors"][group]
         compare(f"number of {group}", ours["quantity"],
                 sum(sensor["type"] == code for sensor in theirs))
         for sensor in ours["sensors"]:
