@@ -6,8 +6,8 @@
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
-# make and pkg-config build the example agent; jq reads the tool's JSON.
-test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq"
+# make and pkg-config build the example agent; jq reads the tool's JSON, and jsonschema validates it.
+test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq python3-jsonschema"
 bench="$build valgrind dmidecode"
 lint="$build googletest clang-tidy"
 # The emulated machine is put together from Debian's packages.

@@ -231,6 +231,16 @@ void AddHealth(CLI::App& app, Options& options) {
     health->footer("Exit status: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN or not to be found out.");
 }
 
+void AddGet(CLI::App& app, Options& options) {
+    CLI::App* get = AddCommand(app, options, kGet, "One value: get board.serial-number");
+    get->add_option("PATH", options.path,
+                    "The way through the JSON output, its names joined by '.'")
+        ->type_name("")
+        ->required();
+    get->footer(
+        "In a list, elements are counted from 0, or named: get sensors.sensors.fan-1.reading");
+}
+
 void AddCommands(CLI::App& app, Options& options) {
     AddCommand(app, options, kReport, "Everything that the commands below show");
     for (const Command& row : Commands()) {
@@ -246,6 +256,7 @@ void AddCommands(CLI::App& app, Options& options) {
                 ->transform(WholeWithin(1, kMaxSeconds));
     }
     AddHealth(app, options);
+    AddGet(app, options);
     AddThresholdChange(app, options);
 }
 

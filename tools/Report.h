@@ -14,7 +14,8 @@ namespace tool {
 // The first member of every JSON output. It changes when a member changes its meaning or goes away.
 inline constexpr int kJsonSchema = 1;
 
-enum class Format { kText, kJson };
+// kJsonLine: the same object as kJson on one line, with the time after the schema.
+enum class Format { kText, kJson, kJsonLine };
 
 // Writes the answers to `out`, and to `err` one line for each source that could not be read.
 //
@@ -26,6 +27,9 @@ enum class Format { kText, kJson };
 // Returns whether everything could be read.
 bool Report(std::span<const Command> commands, const Settings& settings, Format format,
             std::ostream& out, std::ostream& err);
+
+// The JSON of the answers alone, without anything written.
+Json ReportJson(std::span<const Command> commands, const Settings& settings);
 
 void DumpJson(const Json& json, std::ostream& out);
 

@@ -60,7 +60,7 @@ TEST_P(DocumentationTest, ShowsTheOutputsOfTheTool) {
     EXPECT_EQ(text, renewed);
 }
 
-INSTANTIATE_TEST_SUITE_P(Tool, DocumentationTest, testing::Values("health.md"),
+INSTANTIATE_TEST_SUITE_P(Tool, DocumentationTest, testing::Values("health.md", "json.md"),
                          [](const auto& file) {
                              const std::string name = file.param;
                              return name.substr(0, name.find('.'));

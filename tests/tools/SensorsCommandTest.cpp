@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tests/tools/RunTool.h"
 
@@ -44,6 +45,20 @@ TEST(SensorsCommandTest, RedrawsItsTableOnATerminal) {
     EXPECT_EQ(RunToolOnTerminal({"--machine", machine.Path().string(), "sensors", "--watch", "3600",
                                  "--count", "2"}),
               once + "\x1B[H\x1B[2J" + once);
+}
+
+TEST(SensorsCommandTest, RepeatsInJsonWithOneLineForEachRoundThatHasItsTime) {
+    const MachineFolder machine(std::string(kMachine) + "reading 0x10 at 10 85\n");
+    const ToolRun run = machine.Run({"sensors", "--json", "--watch", "10", "--count", "2"});
+    EXPECT_EQ(run.status, 0);
+    std::istringstream lines(run.out);
+    std::vector<double> readings;
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_THAT(line, StartsWith(R"({"schema":1,"time":"20)"));
+        const auto json = nlohmann::json::parse(line);
+        readings.push_back(json.at("sensors").at("sensors").at(0).at("reading").at("value"));
+    }
+    EXPECT_THAT(readings, testing::ElementsAre(42, 85));
 }
 
 TEST(SensorsCommandTest, ShowsWhatChangesWhileItRepeats) {

@@ -8,9 +8,12 @@
 #include <cstdlib>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 #include "tools/library/SensorRepository.h"
+#include "tools/sensors/EntityNames.h"
+#include "tools/sensors/SensorStates.h"
 
 namespace tool {
 namespace {
@@ -93,17 +96,23 @@ bool HasSigned(const SensorGroup& group) {
                        [](const SensorState& sensor) { return sensor.isSigned; });
 }
 
+// Of an unavailable sensor, agents get the text of a byte that means nothing.
+Json AgentReadingJson(const SensorState& sensor) {
+    return sensor.isUnavailable ? QuantityJson(std::nullopt, "", sensor.reading)
+                                : QuantityJson(sensor.reading);
+}
+
 Json ToJson(const SensorState& sensor) {
     const std::string limit = LimitState(sensor);
-    Json json = {{"name", Utf8(sensor.name)},
+    Json json = {{"name", TextJson(sensor.name)},
                  {"number", sensor.number},
-                 {"entity", sensor.entity},
-                 {"type", sensor.type},
-                 {"reading", Utf8(sensor.reading)},
-                 {"state", Utf8(sensor.state)},
+                 {"entity", CodeJson(sensor.entity, EntityName(sensor.entity))},
+                 {"type", CodeJson(sensor.type, SensorTypeName(sensor.type))},
+                 {"reading", AgentReadingJson(sensor)},
+                 {"state", TextJson(sensor.state)},
                  {"limit", limit.empty() ? Json() : Json(limit)},
-                 {"lowest", Utf8(sensor.lowest)},
-                 {"highest", Utf8(sensor.highest)},
+                 {"lowest", QuantityJson(sensor.lowest)},
+                 {"highest", QuantityJson(sensor.highest)},
                  {"signed", sensor.isSigned},
                  {"unavailable", sensor.isUnavailable}};
     json["thresholds"] = LimitsJson(sensor.limits);

@@ -7,6 +7,7 @@
 #include <cstdio>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 
 namespace tool {
 
@@ -39,10 +40,18 @@ std::string ToText(const Watchdog& watchdog) {
     return Section("Watchdog", {FactBlock(WatchdogFacts(watchdog))});
 }
 
+namespace {
+
+Json DurationJson(int milliseconds) {
+    return QuantityJson(milliseconds / 1000.0, "s", SecondsText(milliseconds));
+}
+
+}  // namespace
+
 Json ToJson(const Watchdog& watchdog) {
     return {{"action", ActionText(watchdog.action)},
-            {"timeoutMilliseconds", watchdog.timeout},
-            {"leftMilliseconds", watchdog.left}};
+            {"timeout", DurationJson(watchdog.timeout)},
+            {"left", DurationJson(watchdog.left)}};
 }
 
 }  // namespace tool
