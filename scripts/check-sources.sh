@@ -78,7 +78,9 @@ simulator/process/     simulator/process/ simulator/machine/ simulator/bmc/ simu
 simulator/             simulator/
 tools/base/            tools/base/
 tools/library/         tools/library/ tools/base/ Talvane.h InformationRecords.h IPMI/
-tools/records/         tools/records/ tools/library/ tools/base/ Talvane.h InformationRecords.h PCI/PCIscan.h
+tools/sensors/         tools/sensors/ tools/library/ tools/base/ base/ IPMI/
+tools/health/          tools/health/ tools/sensors/ tools/library/ tools/base/
+tools/records/         tools/records/ tools/sensors/ tools/library/ tools/base/ Talvane.h InformationRecords.h PCI/PCIscan.h
 tools/changes/         tools/changes/ tools/records/ tools/library/ tools/base/ Talvane.h InformationRecords.h
 tools/sources/         tools/sources/ tools/library/ tools/base/ base/
 tools/                 tools/ Talvane.h InformationRecords.h simulator/Launcher.h

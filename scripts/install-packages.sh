@@ -7,8 +7,10 @@
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
-# make and pkg-config build the example agent; jq reads the tool's JSON; man formats the man pages.
+# make and pkg-config build the example agent; jq reads the tool's JSON, and jsonschema validates it;
+# man formats the man pages.
 test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq man-db"
+test="$test python3-jsonschema"
 # qemu-user counts instructions, valgrind those within one call.
 bench="$build valgrind dmidecode qemu-user"
 lint="$build googletest clang-tidy"

@@ -29,7 +29,8 @@ bool Make(const Change& change, const Order& order, Format format, std::ostream&
     const Outcome outcome = change.make(order);
     const bool done = outcome.problem.empty();
     if (format == Format::kJson) {
-        Json json = {{change.member, outcome.json}, {"errors", Json::array()}};
+        Json json = {
+            {"schema", kJsonSchema}, {change.member, outcome.json}, {"errors", Json::array()}};
         if (!done)
             json["errors"].push_back({{"source", change.name}, {"message", Utf8(outcome.problem)}});
         DumpJson(json, out);

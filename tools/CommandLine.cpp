@@ -206,12 +206,48 @@ void AddWatchdogChanges(CLI::App& watchdog, Options& options) {
     AddChange(watchdog, options, "watchdog stop", "Stop it");
 }
 
+void AddSensorOptions(CLI::App& sensors, Options& options) {
+    AddWatch(sensors, options.watch);
+    sensors.add_flag("--library", options.settings.libraryRecords,
+                     "Temperatures, voltages and fans as the library gives them to agents");
+}
+
+void AddHealth(CLI::App& app, Options& options) {
+    CLI::App* health =
+        AddCommand(app, options, kHealth, "A verdict on each sensor and on the server");
+    health->add_option("--rules", options.health.rules, "Verdicts that replace those of the table")
+        ->type_name("FILE");
+    health
+        ->add_option_function<std::string>(
+            "--format",
+            [&options](const std::string& format) {
+                options.health.isNagios = format == "nagios";
+                if (format == "json") options.format = Format::kJson;
+            },
+            "text, json, or nagios: the output of a monitoring plugin")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"text", "json", "nagios"}));
+    health->add_flag("--states", options.health.showStates,
+                     "Show which states there are, and their verdicts");
+    health->footer("Exit status: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN or not to be found out.");
+}
+
+void AddGet(CLI::App& app, Options& options) {
+    CLI::App* get = AddCommand(app, options, kGet, "One value: get board.serial-number");
+    get->add_option("PATH", options.path,
+                    "The way through the JSON output, its names joined by '.'")
+        ->type_name("")
+        ->required();
+    get->footer(
+        "In a list, elements are counted from 0, or named: get sensors.sensors.fan-1.reading");
+}
+
 void AddCommands(CLI::App& app, Options& options) {
     AddCommand(app, options, kReport, "Everything that the commands below show");
     for (const Command& row : Commands()) {
         CLI::App* command = AddCommand(app, options, row.name, row.help);
         const std::string_view name = row.name;
-        if (name == "sensors") AddWatch(*command, options.watch);
+        if (name == "sensors") AddSensorOptions(*command, options);
         if (name == "watchdog") AddWatchdogChanges(*command, options);
         if (name == "load")
             command
@@ -220,6 +256,8 @@ void AddCommands(CLI::App& app, Options& options) {
                 ->type_name("SECONDS")
                 ->transform(WholeWithin(1, kMaxSeconds));
     }
+    AddHealth(app, options);
+    AddGet(app, options);
     AddThresholdChange(app, options);
 }
 
@@ -264,7 +302,8 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
         app.parse(argc, argv);
         if (options.command.empty()) throw CLI::RequiredError("A command");
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kAllDone : kFailure;
+        const bool isHealth = app.got_subcommand(kHealth);
+        return app.exit(error) == 0 ? kAllDone : isHealth ? kHealthUnknown : kFailure;
     }
     options.arguments = WithoutMachine(argc, argv);
     return options;

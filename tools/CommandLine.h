@@ -11,6 +11,8 @@
 
 #include "tools/Changes.h"
 #include "tools/Commands.h"
+#include "tools/GetCommand.h"
+#include "tools/HealthCommand.h"
 #include "tools/Report.h"
 
 namespace tool {
@@ -28,11 +30,13 @@ struct Watch {
 };
 
 struct Options {
-    std::string command;  // kReport, or the name of a row of Commands() or Changes()
+    std::string command;  // kReport, kHealth, kGet, or the name of a row of Commands() or Changes()
     Format format = Format::kText;
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
     Settings settings;
     Watch watch;
+    HealthOrder health;
+    std::string path;  // of kGet
     Order order;
     std::vector<std::string> arguments;  // the whole line without --machine
 };

@@ -8,6 +8,7 @@
 #include "tools/records/Board.h"
 #include "tools/records/Drives.h"
 #include "tools/records/Fans.h"
+#include "tools/records/LibrarySensors.h"
 #include "tools/records/Load.h"
 #include "tools/records/Memory.h"
 #include "tools/records/Partitions.h"
@@ -52,7 +53,7 @@ constexpr Command kCommands[] = {
     {"fans", "Cooling devices and their nominal speed", &kPhysicalMemory, Ask<ReadFans>},
     {"voltages", "Voltage probes", &kPhysicalMemory, Ask<ReadVoltages>},
     {"temperatures", "Temperature probes", &kPhysicalMemory, Ask<ReadTemperatures>},
-    {"sensors", "Temperatures, voltages and fans of the BMC", &kBmc, Ask<ReadSensors>},
+    {"sensors", "All sensors of the BMC: readings, states, thresholds", &kBmc, Ask<ReadSensors>},
     {"thresholds", "The library's list of sensor thresholds", &kBmc, Ask<ReadThresholds>},
     {"watchdog", "The BMC's watchdog timer", &kBmc, Ask<ReadWatchdog>},
     {"bmc", "The BMC's firmware and inventory", &kBmc, Ask<ReadBmc>},
@@ -62,7 +63,15 @@ constexpr Command kCommands[] = {
     {"load", "How busy processors and memory are", &kProcessorTimes, AskLoad},
 };
 
+constexpr Command kLibrarySensors[] = {
+    {"librarySensors", "Sensors as agents see them", &kBmc, Ask<ReadLibrarySensors>},
+};
+
 }  // namespace
+
+std::span<const Command> LibrarySensorsCommand() {
+    return kLibrarySensors;
+}
 
 std::span<const Command> Commands() {
     return kCommands;

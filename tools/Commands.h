@@ -43,6 +43,9 @@ struct Command {
 // In the order of the report.
 std::span<const Command> Commands();
 
+// The one command of "sensors --library", which is not part of the report.
+std::span<const Command> LibrarySensorsCommand();
+
 }  // namespace tool
 
 #endif

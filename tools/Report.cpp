@@ -5,6 +5,7 @@
 #include "tools/Report.h"
 
 #include <algorithm>
+#include <ctime>
 #include <string>
 #include <vector>
 
@@ -61,30 +62,54 @@ void WriteText(const Answers& answers, std::ostream& out) {
     out << Page(sections);
 }
 
-void WriteJson(const Answers& answers, std::ostream& out) {
-    Json json = answers.json;
+std::string TimeNow() {
+    const std::time_t now = std::time(nullptr);
+    std::tm utc{};
+    char text[32] = "";
+    if (gmtime_r(&now, &utc) != nullptr)
+        (void)std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+    return text;
+}
+
+Json JsonOf(const Answers& answers, bool withTime) {
+    Json json = {{"schema", kJsonSchema}};
+    if (withTime) json["time"] = TimeNow();
+    json.update(answers.json);
     json["errors"] = Json::array();
     for (const Missing& missing : answers.missing)
         json["errors"].push_back(
             {{"source", missing.source->name}, {"message", Utf8(missing.message)}});
-    DumpJson(json, out);
+    return json;
 }
+
+constexpr bool kAsciiOnly = true;  // control characters of firmware texts reach no terminal
 
 }  // namespace
 
 void DumpJson(const Json& json, std::ostream& out) {
     constexpr int kIndent = 2;
-    constexpr bool kAsciiOnly = true;  // control characters of firmware texts reach no terminal
     out << json.dump(kIndent, ' ', kAsciiOnly) << '\n';
+}
+
+Json ReportJson(std::span<const Command> commands, const Settings& settings) {
+    return JsonOf(AskAll(commands, settings), false);
 }
 
 bool Report(std::span<const Command> commands, const Settings& settings, Format format,
             std::ostream& out, std::ostream& err) {
+    constexpr int kOneLine = -1;
     const Answers answers = AskAll(commands, settings);
-    if (format == Format::kJson)
-        WriteJson(answers, out);
-    else
-        WriteText(answers, out);
+    switch (format) {
+        case Format::kText:
+            WriteText(answers, out);
+            break;
+        case Format::kJson:
+            DumpJson(JsonOf(answers, false), out);
+            break;
+        case Format::kJsonLine:
+            out << JsonOf(answers, true).dump(kOneLine, ' ', kAsciiOnly) << '\n';
+            break;
+    }
     for (const Missing& missing : answers.missing) err << "talvane: " << missing.message << '\n';
     return answers.missing.empty();
 }

@@ -11,17 +11,25 @@
 
 namespace tool {
 
-enum class Format { kText, kJson };
+// The first member of every JSON output. It changes when a member changes its meaning or goes away.
+inline constexpr int kJsonSchema = 1;
+
+// kJsonLine: the same object as kJson on one line, with the time after the schema.
+enum class Format { kText, kJson, kJsonLine };
 
 // Writes the answers to `out`, and to `err` one line for each source that could not be read.
 //
 // When something is missing, the text ends with a section "Not read". It names each source with its
-// commands, even those of which other parts were read. JSON is one object with a member for each
-// command, null when nothing of it could be read, and the array "errors" of {source, message}.
+// commands, even those of which other parts were read. JSON is one object with "schema" and a
+// member for each command, null when nothing of it could be read, and the array "errors" of
+// {source, message}.
 //
 // Returns whether everything could be read.
 bool Report(std::span<const Command> commands, const Settings& settings, Format format,
             std::ostream& out, std::ostream& err);
+
+// The JSON of the answers alone, without anything written.
+Json ReportJson(std::span<const Command> commands, const Settings& settings);
 
 void DumpJson(const Json& json, std::ostream& out);
 

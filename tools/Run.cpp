@@ -16,34 +16,40 @@ void Flush() {
     if (!std::cout.flush()) throw std::runtime_error("cannot write to standard output");
 }
 
-// The command of that name; all commands for the report, none for a change.
-std::span<const Command> Selected(const std::string& name) {
+// The command that is asked for; all commands for the report, none for a change.
+std::span<const Command> Selected(const Options& options) {
     const auto commands = Commands();
+    const std::string& name = options.command;
     if (name == kReport) return commands;
+    if (options.settings.libraryRecords) return LibrarySensorsCommand();
     for (std::size_t i = 0; i < commands.size(); ++i)
         if (name == commands[i].name) return commands.subspan(i, 1);
     return {};
 }
 
-// Between two tables a terminal is cleared; any other output gets a blank line.
+// Between two tables a terminal is cleared; any other output gets a blank line. Lines of JSON
+// follow each other.
 void BeginNext(const Watch& watch, Format format) {
     (void)sleep(static_cast<unsigned>(watch.seconds));  // an early table does no harm
     constexpr const char* kHomeAndClear = "\x1B[H\x1B[2J";
+    if (format != Format::kText) return;
     if (isatty(STDOUT_FILENO) != 0)
         std::cout << kHomeAndClear;
-    else if (format == Format::kText)
+    else
         std::cout << '\n';
 }
 
 bool Show(const Options& options) {
-    const auto commands = Selected(options.command);
+    const auto commands = Selected(options);
+    const bool isJson = options.format == Format::kJson;
+    const bool repeats = options.watch.seconds != 0;
+    const Format format = isJson && repeats ? Format::kJsonLine : options.format;
     for (int shown = 1;; ++shown) {
-        const bool complete =
-            Report(commands, options.settings, options.format, std::cout, std::cerr);
+        const bool complete = Report(commands, options.settings, format, std::cout, std::cerr);
         Flush();
-        const bool last = options.watch.seconds == 0 || shown == options.watch.count;
+        const bool last = !repeats || shown == options.watch.count;
         if (last || !complete) return complete;
-        BeginNext(options.watch, options.format);
+        BeginNext(options.watch, format);
     }
 }
 
@@ -55,6 +61,16 @@ int Run(const Options& options) {
         const bool done = Make(change, options.order, options.format, std::cout, std::cerr);
         Flush();
         return done ? kAllDone : kIncomplete;
+    }
+    if (options.command == kHealth) {
+        const int status = ShowHealth(options.health, options.format, std::cout, std::cerr);
+        Flush();
+        return status;
+    }
+    if (options.command == kGet) {
+        const bool found = ShowValue(options.path, options.settings, std::cout, std::cerr);
+        Flush();
+        return found ? kAllDone : kIncomplete;
     }
     return Show(options) ? kAllDone : kIncomplete;
 }

@@ -29,14 +29,16 @@ namespace {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    int failure = tool::kFailure;
     try {
         const auto parsed = tool::ParseCommandLine(argc, argv);
         if (const int* status = std::get_if<int>(&parsed)) return *status;
         const auto& options = std::get<tool::Options>(parsed);
+        if (options.command == tool::kHealth) failure = tool::kHealthUnknown;
         if (!options.machine.empty()) RunOnSimulatedServer(options);
         return tool::Run(options);
     } catch (const std::exception& error) {
         std::cerr << "talvane: " << error.what() << '\n';
-        return tool::kFailure;
+        return failure;
     }
 }

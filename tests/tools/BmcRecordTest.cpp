@@ -10,7 +10,7 @@
 #include "support/IpmiTest.h"
 #include "tools/base/Source.h"
 #include "tools/records/Bmc.h"
-#include "tools/records/Sensors.h"
+#include "tools/records/LibrarySensors.h"
 #include "tools/records/Thresholds.h"
 #include "tools/records/Watchdog.h"
 
@@ -30,7 +30,7 @@ TEST_F(BmcRecordTest, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
     bmc.SetThresholds(0x10, {0x38, {0, 0, 0, 80, 90, 100}});
     bmc.SetThresholds(0x11, {0x38, {0, 0, 0, 85, 95, 105}});
     bmc.SetThresholds(0, {0x3F, {0, 0, 0, 1, 2, 3}});
-    const auto sensors = ReadSensors();
+    const auto sensors = ReadLibrarySensors();
     ASSERT_TRUE(sensors.has_value());
     ASSERT_THAT(sensors->temperatures.listed, SizeIs(2));
     const SensorState& second = sensors->temperatures.listed[1];
@@ -45,10 +45,10 @@ TEST_F(BmcRecordTest, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
 
 TEST_F(BmcRecordTest, SensorsCanBeReadAgain) {
     Add(Temperature("T1", 0x10).Entity(3), 40);
-    ASSERT_TRUE(ReadSensors().has_value());
+    ASSERT_TRUE(ReadLibrarySensors().has_value());
     bmc.SetReading(0x10, 41);
     bmc.SetThresholds(0x10, {0x08, {0, 0, 0, 50, 0, 0}});
-    const auto again = ReadSensors();
+    const auto again = ReadLibrarySensors();
     ASSERT_THAT(again->temperatures.listed, SizeIs(1));
     EXPECT_EQ(again->temperatures.quantity, 1);
     EXPECT_EQ(again->temperatures.listed[0].reading, "41.00degree C");
@@ -59,7 +59,7 @@ TEST_F(BmcRecordTest, SensorsWithSignedFormatsAreMarked) {
     Add(Temperature("Plain", 1), 40);
     Add(Temperature("Ones", 2).Unit1(0x40), 40);
     Add(Temperature("Twos", 3).Unit1(0x80), 40);
-    const auto listed = ReadSensors()->temperatures.listed;
+    const auto listed = ReadLibrarySensors()->temperatures.listed;
     ASSERT_THAT(listed, SizeIs(3));
     EXPECT_FALSE(listed[0].isSigned);
     EXPECT_TRUE(listed[1].isSigned);
@@ -70,19 +70,19 @@ TEST_F(BmcRecordTest, AReadingThatTheBmcCallsUnavailableIsMarked) {
     Add(Temperature("T1", 0x10).Entity(3), 40);
     Add(Temperature("T2", 0x11).Entity(3), 40);
     bmc.SetUnavailable(0x11);
-    const auto before = ReadSensors()->temperatures.listed;
+    const auto before = ReadLibrarySensors()->temperatures.listed;
     ASSERT_THAT(before, SizeIs(2));
     EXPECT_FALSE(before[0].isUnavailable);
     EXPECT_TRUE(before[1].isUnavailable);
     bmc.SetReading(0x11, 41);
-    EXPECT_FALSE(ReadSensors()->temperatures.listed[1].isUnavailable);
+    EXPECT_FALSE(ReadLibrarySensors()->temperatures.listed[1].isUnavailable);
 }
 
 TEST_F(BmcRecordTest, ARefusedReadingIsMarkedUnavailable) {
     Add(Temperature("T1", 0x10).Entity(3), 40);
-    ASSERT_TRUE(ReadSensors().has_value());
+    ASSERT_TRUE(ReadLibrarySensors().has_value());
     bmc.Inject("Get Sensor Reading", sim::BmcFault::Kind::kRefused, 0xCB);
-    EXPECT_TRUE(ReadSensors()->temperatures.listed[0].isUnavailable);
+    EXPECT_TRUE(ReadLibrarySensors()->temperatures.listed[0].isUnavailable);
 }
 
 TEST_F(BmcRecordTest, AReadingOfASensorThatIsNotScannedIsMarkedUnavailable) {
@@ -91,18 +91,18 @@ TEST_F(BmcRecordTest, AReadingOfASensorThatIsNotScannedIsMarkedUnavailable) {
         if (!request.Text().starts_with("Get Sensor Reading")) return std::nullopt;
         return sim::Bytes{40, 0x80, 0xC0, 0};
     });
-    EXPECT_TRUE(ReadSensors()->temperatures.listed[0].isUnavailable);
+    EXPECT_TRUE(ReadLibrarySensors()->temperatures.listed[0].isUnavailable);
 }
 
 TEST_F(BmcRecordTest, MoreFansThanTheRecordHoldsAreCounted) {
     for (int i = 0; i < 20; ++i) Add(Fan("FAN", static_cast<std::uint8_t>(i)).Entity(29), 70);
-    const auto sensors = ReadSensors();
+    const auto sensors = ReadLibrarySensors();
     EXPECT_EQ(sensors->fans.quantity, 20);
     EXPECT_THAT(sensors->fans.listed, SizeIs(16));
 }
 
 TEST_F(BmcRecordTest, AnEmptyRepositoryHasNoSensors) {
-    const auto sensors = ReadSensors();
+    const auto sensors = ReadLibrarySensors();
     ASSERT_TRUE(sensors.has_value());
     EXPECT_EQ(sensors->records, 0);
     EXPECT_EQ(sensors->voltages.quantity, 0);
@@ -144,8 +144,8 @@ TEST_F(BmcRecordTest, ProductFieldsAreNamedByWhatTheyHold) {
 }
 
 void ExpectNothingRead() {
-    EXPECT_FALSE(ReadSensors().has_value());
-    EXPECT_FALSE(ReadSensors().has_value());
+    EXPECT_FALSE(ReadLibrarySensors().has_value());
+    EXPECT_FALSE(ReadLibrarySensors().has_value());
     EXPECT_FALSE(ReadThresholds().has_value());
     EXPECT_FALSE(ReadWatchdog().has_value());
     EXPECT_FALSE(ReadBmc().has_value());

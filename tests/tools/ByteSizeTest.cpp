@@ -42,8 +42,10 @@ TEST(BytesTest, ATextThatIsNotASizeHasNone) {
 }
 
 TEST(SizeJsonTest, HasTheTextAndTheNumber) {
-    EXPECT_EQ(SizeJson("512").dump(), R"({"text":"512","bytes":512})");
-    EXPECT_EQ(SizeJson("").dump(), R"({"text":"","bytes":null})");
+    EXPECT_EQ(SizeJson("512").dump(), R"({"value":512,"unit":"B","text":"512"})");
+    EXPECT_EQ(SizeJson("D00398934016")["value"], 2000398934016);
+    EXPECT_EQ(SizeJson("1:").dump(), R"({"value":null,"unit":null,"text":"1:"})");
+    EXPECT_EQ(SizeJson("").dump(), "null");
 }
 
 }  // namespace

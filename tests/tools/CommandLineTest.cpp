@@ -25,10 +25,10 @@ TEST(CommandLineTest, HelpNamesEveryCommandAndSucceeds) {
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, "");
     for (const char* word :
-         {"report",        "board",         "system",   "cpu",          "memory",  "ports",
-          "power",         "fans",          "voltages", "temperatures", "sensors", "thresholds",
-          "threshold set", "watchdog",      "bmc",      "pci",          "drives",  "partitions",
-          "load",          "--machine DIR", "--json",   "--version"})
+         {"report",     "health",        "board",         "system",   "cpu",          "memory",
+          "ports",      "power",         "fans",          "voltages", "temperatures", "sensors",
+          "thresholds", "threshold set", "watchdog",      "bmc",      "pci",          "drives",
+          "partitions", "load",          "--machine DIR", "--json",   "--version"})
         EXPECT_THAT(run.out, HasSubstr(word));
 }
 
@@ -174,6 +174,7 @@ TEST(CommandLineTest, TakesJsonBeforeAndAfterTheCommand) {
     const ToolRun after = machine.Run({"voltages", "--json"});
     EXPECT_EQ(after.out,
               "{\n"
+              "  \"schema\": 1,\n"
               "  \"voltages\": {\n"
               "    \"quantity\": 0\n"
               "  },\n"

@@ -82,6 +82,7 @@ TEST_P(GoldenCommandsTest, EachCommandPrintsItsPartOfTheReport) {
         if (run.status == 0) together += (together.empty() ? "" : "\n") + run.out;
         nlohmann::json json = nlohmann::json::parse(Run({command, "--json"}).out);
         json.erase("errors");
+        EXPECT_EQ(json.at("schema"), 1);
         members.update(json);
     }
     const std::string report = ReadFile(Folder() / "report.txt");

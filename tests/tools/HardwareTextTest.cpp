@@ -55,9 +55,9 @@ TEST(DriveTextTest, ShowsASizeForPeopleAndTheSerialNumberWithoutWhatFollowsIt) {
 
 TEST(DriveJsonTest, KeepsTheExactTextsBesideThem) {
     const Json json = ToJson(Drives{kDrive});
-    EXPECT_EQ(json[0]["size"].dump(), R"({"text":"40020664320","bytes":40020664320})");
-    EXPECT_EQ(json[0]["serialNumber"], "  EX123456          ");
-    EXPECT_EQ(json[0]["serialNumberRead"], kDrive.serialNumber);
+    EXPECT_EQ(json[0]["size"].dump(), R"({"value":40020664320,"unit":"B","text":"40020664320"})");
+    EXPECT_EQ(json[0]["serialNumber"], "EX123456") << "without padding";
+    EXPECT_EQ(json[0]["serialNumberRead"], "EX123456          and what follows");
 }
 
 Drive DriveAt(const char* position) {
@@ -101,8 +101,9 @@ TEST(LoadTextTest, SaysThatNoMoreThanEightProcessorsAreWatched) {
 TEST(LoadTextTest, ShowsADashForWhatCouldNotBeRead) {
     const Load load{5, std::nullopt, std::nullopt, {}};
     EXPECT_NE(ToText(load).find("  Processors    -\n  Memory        -\n"), std::string::npos);
-    EXPECT_EQ(ToJson(load).dump(),
-              R"({"intervalSeconds":5,"processorPercent":null,"memoryPercent":null})");
+    EXPECT_EQ(
+        ToJson(load).dump(),
+        R"({"interval":{"value":5,"unit":"s","text":"5 s"},"processors":null,"memory":null})");
 }
 
 TEST(WatchdogTextTest, NamesTheActionAndCountsInSeconds) {

@@ -91,13 +91,16 @@ TEST(MissingSourceTest, IsNamedOncePerReport) {
                          "--------\n"
                          "  /dev/mem   system, board, cpu, memory, ports, power, fans, voltages, "
                          "temperatures\n"
-                         "  /dev/ipmi  sensors, thresholds, watchdog, bmc\n"));
+                         "  /dev/ipmi  sensors, thresholds, watchdog, bmc\n"
+                         "  /proc/ide  drives, partitions\n"));
     EXPECT_THAT(
         text.err,
         EndsWith("\n"
                  "talvane: cannot open /dev/mem: Permission denied (run as root)\n"
                  "talvane: cannot open /dev/ipmi: No such file or directory (no BMC, or its "
-                 "driver is not loaded)\n"));
+                 "driver is not loaded)\n"
+                 "talvane: cannot open /proc/ide: No such file or directory (no IDE controller, or "
+                 "a kernel from 5.14 on)\n"));
 }
 
 TEST(MissingSourceTest, IsNullInJsonWithTheReasonBesideIt) {
@@ -109,9 +112,13 @@ TEST(MissingSourceTest, IsNullInJsonWithTheReasonBesideIt) {
          {"system", "board", "cpu", "memory", "ports", "power", "fans", "voltages", "temperatures"})
         EXPECT_TRUE(json.at(command).is_null()) << command;
     EXPECT_EQ(json.at("bmc").at("firmware"), "1.00");
+    for (const char* command : {"drives", "partitions"})
+        EXPECT_TRUE(json.at(command).is_null()) << command;
     EXPECT_EQ(json.at("errors"), nlohmann::json::parse(R"json([
         {"source": "/dev/mem",
-         "message": "cannot open /dev/mem: Permission denied (run as root)"}])json"));
+         "message": "cannot open /dev/mem: Permission denied (run as root)"},
+        {"source": "/proc/ide",
+         "message": "cannot open /proc/ide: No such file or directory (no IDE controller, or a kernel from 5.14 on)"}])json"));
 }
 
 // One command on a machine with one reason.

@@ -63,6 +63,7 @@ TEST(ReportTest, WritesEachAnswerInOrder) {
     EXPECT_EQ(text.err, "");
     EXPECT_EQ(Write(commands, Format::kJson).out,
               "{\n"
+              "  \"schema\": 1,\n"
               "  \"spoons\": {\n"
               "    \"quantity\": 3\n"
               "  },\n"
@@ -100,6 +101,7 @@ TEST(ReportTest, GivesNullInJsonForWhatCouldNotBeRead) {
     const Written json = Write(commands, Format::kJson);
     EXPECT_FALSE(json.allRead);
     EXPECT_EQ(Json::parse(json.out), Json::parse(R"({
+        "schema": 1,
         "knives": null,
         "plates": null,
         "errors": [
@@ -125,6 +127,7 @@ TEST(ReportTest, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
               "--------\n"
               "  shelf  spoons, plates\n");
     EXPECT_EQ(Json::parse(Write(commands, Format::kJson).out), Json::parse(R"({
+        "schema": 1,
         "spoons": {"quantity": 1},
         "plates": null,
         "errors": [{"source": "shelf", "message": "the shelf is über"}]

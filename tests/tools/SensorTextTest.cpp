@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "TextSearch.h"
-#include "tools/records/Sensors.h"
+#include "tools/records/LibrarySensors.h"
 #include "tools/records/Thresholds.h"
 
 namespace tool {
@@ -49,10 +49,11 @@ TEST(SensorTextTest, IsOneAlignedTable) {
     SensorState fan = Read("3500RPM", {1000.0, 500.0, kNone, kNone, kNone, kNone});
     fan.name = "FAN1";
     fan.entity = 29;
-    const Sensors sensors{4, {1, {Read("81.00degree C", kUpper)}}, {1, {discrete}}, {1, {fan}}};
+    const LibrarySensors sensors{
+        4, {1, {Read("81.00degree C", kUpper)}}, {1, {discrete}}, {1, {fan}}};
     EXPECT_EQ(ToText(sensors),
-              "Sensors\n"
-              "-------\n"
+              "Sensors as agents see them\n"
+              "--------------------------\n"
               "  Sensor    Kind         Entity         Reading  State               L NR  L CR  "
               "L NC  U NC  U CR  U NR\n"
               "  CPU Temp  temperature       3  81.00 degree C  upper non-critical     -     -     "
@@ -68,31 +69,33 @@ TEST(SensorTextTest, IsOneAlignedTable) {
 TEST(SensorTextTest, ShowsAnInvalidReadingAsUnavailable) {
     SensorState sensor = Read("0.00degree C", kUpper);
     sensor.isUnavailable = true;
-    EXPECT_TRUE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "  0.00 degree C  unavailable "));
+    EXPECT_TRUE(
+        Shows(ToText(LibrarySensors{1, {1, {sensor}}, {}, {}}), "  0.00 degree C  unavailable "));
     sensor.state = "Device Enabled";
-    EXPECT_TRUE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "  0.00 degree C  unavailable "));
+    EXPECT_TRUE(
+        Shows(ToText(LibrarySensors{1, {1, {sensor}}, {}, {}}), "  0.00 degree C  unavailable "));
 }
 
 TEST(SensorTextTest, MarksSensorsWithSignedValues) {
     SensorState sensor = Read("214.00degree C", kUpper);
-    EXPECT_FALSE(Shows(ToText(Sensors{1, {1, {sensor}}, {}, {}}), "*"));
+    EXPECT_FALSE(Shows(ToText(LibrarySensors{1, {1, {sensor}}, {}, {}}), "*"));
     sensor.isSigned = true;
-    const std::string text = ToText(Sensors{1, {1, {sensor}}, {}, {}});
+    const std::string text = ToText(LibrarySensors{1, {1, {sensor}}, {}, {}});
     EXPECT_TRUE(Shows(text, "214.00 degree C *  -"));
     EXPECT_TRUE(Shows(text, "* The BMC counts this sensor's values with a sign"));
 }
 
 TEST(SensorTextTest, SaysWhenThereAreMoreThanTheLibraryLists) {
     const SensorState fan = Read("3500RPM", {});
-    EXPECT_FALSE(Shows(ToText(Sensors{1, {}, {}, {1, {fan}}}), "Listed are"));
-    EXPECT_TRUE(Shows(ToText(Sensors{20, {}, {}, {20, {fan, fan}}}),
+    EXPECT_FALSE(Shows(ToText(LibrarySensors{1, {}, {}, {1, {fan}}}), "Listed are"));
+    EXPECT_TRUE(Shows(ToText(LibrarySensors{20, {}, {}, {20, {fan, fan}}}),
                       "  Listed are the first 2 of 20 fans.\n"));
 }
 
 TEST(SensorTextTest, SaysWhenTheRepositoryIsEmpty) {
-    EXPECT_EQ(ToText(Sensors{}),
-              "Sensors\n"
-              "-------\n"
+    EXPECT_EQ(ToText(LibrarySensors{}),
+              "Sensors as agents see them\n"
+              "--------------------------\n"
               "  none\n"
               "\n"
               "  The BMC's sensor repository is empty, or it did not answer.\n");

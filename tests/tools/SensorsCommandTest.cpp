@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tests/tools/RunTool.h"
 
@@ -30,7 +31,9 @@ TEST(SensorsCommandTest, WithWatchAndCountShowsThatManyTablesWithoutRealWaiting)
     const MachineFolder machine(kMachine);
     const ToolRun once = machine.Run({"sensors"});
     EXPECT_EQ(once.status, 0);
-    EXPECT_THAT(once.out, HasSubstr("  CPU Temp  temperature       3  42.00 degree C  ok "));
+    EXPECT_THAT(
+        once.out,
+        HasSubstr("  0x10  CPU Temp  temperature  processor 1  42 degree C  within limits\n"));
     const ToolRun thrice = machine.Run({"sensors", "--watch", "3600", "--count", "3"});
     EXPECT_EQ(thrice.status, 0);
     EXPECT_EQ(thrice.out, once.out + '\n' + once.out + '\n' + once.out);
@@ -44,12 +47,26 @@ TEST(SensorsCommandTest, RedrawsItsTableOnATerminal) {
               once + "\x1B[H\x1B[2J" + once);
 }
 
+TEST(SensorsCommandTest, RepeatsInJsonWithOneLineForEachRoundThatHasItsTime) {
+    const MachineFolder machine(std::string(kMachine) + "reading 0x10 at 10 85\n");
+    const ToolRun run = machine.Run({"sensors", "--json", "--watch", "10", "--count", "2"});
+    EXPECT_EQ(run.status, 0);
+    std::istringstream lines(run.out);
+    std::vector<double> readings;
+    for (std::string line; std::getline(lines, line);) {
+        EXPECT_THAT(line, StartsWith(R"({"schema":1,"time":"20)"));
+        const auto json = nlohmann::json::parse(line);
+        readings.push_back(json.at("sensors").at("sensors").at(0).at("reading").at("value"));
+    }
+    EXPECT_THAT(readings, testing::ElementsAre(42, 85));
+}
+
 TEST(SensorsCommandTest, ShowsWhatChangesWhileItRepeats) {
     const MachineFolder machine(std::string(kMachine) + "reading 0x10 at 10 85\n");
     const ToolRun run = machine.Run({"sensors", "--watch", "10", "--count", "2"});
     EXPECT_EQ(run.status, 0);
-    EXPECT_THAT(run.out, HasSubstr("  42.00 degree C  ok "));
-    EXPECT_THAT(run.out, HasSubstr("  85.00 degree C  upper non-critical "));
+    EXPECT_THAT(run.out, HasSubstr("  42 degree C  within limits\n"));
+    EXPECT_THAT(run.out, HasSubstr("  85 degree C  upper non-critical\n"));
 }
 
 TEST(SensorsCommandTest, EndsItsRepetitionWhenTheSourceIsMissing) {
@@ -59,9 +76,18 @@ TEST(SensorsCommandTest, EndsItsRepetitionWhenTheSourceIsMissing) {
     EXPECT_EQ(run.out, "Not read\n--------\n  /dev/ipmi  sensors\n");
 }
 
-TEST(SensorsCommandTest, GivesTheThresholdsOfTheSensorAndThoseOfTheRecordInJson) {
+TEST(SensorsCommandTest, GivesTheThresholdsThatTheBmcHoldsInJson) {
     const auto json = nlohmann::json::parse(MachineFolder(kMachine).Run({"sensors", "--json"}).out);
-    const auto& sensor = json.at("sensors").at("temperatures").at("sensors").at(0);
+    const auto& thresholds = json.at("sensors").at("sensors").at(0).at("thresholds");
+    EXPECT_EQ(thresholds.at("upperCritical").at("value"), 90);
+    EXPECT_EQ(thresholds.at("upperCritical").at("unit"), "degree C");
+    EXPECT_TRUE(thresholds.at("lowerCritical").is_null());
+}
+
+TEST(SensorsCommandTest, GivesTheThresholdsOfTheSensorAndThoseOfTheRecordForAgents) {
+    const auto json =
+        nlohmann::json::parse(MachineFolder(kMachine).Run({"sensors", "--library", "--json"}).out);
+    const auto& sensor = json.at("librarySensors").at("temperatures").at("sensors").at(0);
     EXPECT_EQ(sensor.at("thresholds").at("upperCritical"), 90.0);
     EXPECT_TRUE(sensor.at("thresholds").at("lowerCritical").is_null());
     EXPECT_EQ(sensor.at("recordThresholds").at("upperCritical"), 75.0);
@@ -99,8 +125,10 @@ TEST(ThresholdSetCommandTest, TakesNegativeValuesAndNumbersOfTypes) {
     const ToolRun run = MachineFolder(kMachine).Run(
         {"threshold", "set", "--entity", "3", "--type", "1", "--which", "upper-critical", "-5"});
     EXPECT_EQ(run.status, 1);
-    EXPECT_THAT(run.err, StartsWith("talvane: CPU Temp (0x10) cannot hold -5: "));
-    EXPECT_THAT(run.out, StartsWith("Thresholds as the library would write them\n"));
+    EXPECT_EQ(run.err,
+              "talvane: CPU Temp (0x10) cannot hold -5: its values are from 0 to 255; nothing was "
+              "written\n");
+    EXPECT_EQ(run.out, "") << "no other value is proposed";
 }
 
 TEST(ThresholdSetCommandTest, TakesCodesInDecimalAndHexadecimal) {

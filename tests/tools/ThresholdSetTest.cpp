@@ -7,6 +7,7 @@
 #include "Talvane.h"
 #include "support/IpmiTest.h"
 #include "tools/changes/ThresholdChange.h"
+#include "tools/library/Limits.h"
 
 namespace tool {
 namespace {
@@ -85,11 +86,15 @@ TEST_F(ThresholdSetTest, RefusesAThresholdThatTheSensorDoesNotLetBeSet) {
     EXPECT_EQ(Writes(), 0U);
 }
 
-TEST_F(ThresholdSetTest, RefusesAValueThatTheSensorCannotHold) {
-    EXPECT_EQ(SetThreshold(Upper(300)).problem,
-              "CPU Temp (0x10) cannot hold 300: it would store 44; nothing was written");
-    EXPECT_EQ(SetThreshold(Upper(-5)).problem,
-              "CPU Temp (0x10) cannot hold -5: it would store 251; nothing was written");
+TEST_F(ThresholdSetTest, RefusesAValueThatTheSensorCannotHoldAndProposesNoOther) {
+    for (const double value : {300.0, -5.0, -0.001}) {
+        const Outcome outcome = SetThreshold(Upper(value, false));
+        EXPECT_EQ(outcome.problem, "CPU Temp (0x10) cannot hold " + NumberText(value) +
+                                       ": its values are from 0 to 255; nothing was written");
+        EXPECT_EQ(outcome.text, "");
+        EXPECT_EQ(outcome.json["sensors"], Json::array());
+        EXPECT_NE(SetThreshold(Upper(value)).problem, "");
+    }
     EXPECT_EQ(Writes(), 0U);
     EXPECT_EQ(SetThreshold(Upper(95.9)).problem, "") << "cut to the step below";
     EXPECT_EQ(bmc.Thresholds(0x10).values[THRESHOLD_UPPER_CRITICAL], 95);

@@ -39,7 +39,7 @@ TEST_F(WatchdogSetTest, SetsAndStartsTheTimerWhenConfirmed) {
     EXPECT_TRUE(bmc.Watchdog().running);
     EXPECT_EQ(bmc.Watchdog().actions, kHardReset);
     EXPECT_EQ(bmc.Watchdog().initial, 305U) << "in tenths of a second, cut";
-    EXPECT_EQ(outcome.json["timeoutMilliseconds"], 30500);
+    EXPECT_EQ(outcome.json["timeout"]["value"], 30.5);
 }
 
 TEST_F(WatchdogSetTest, NeedsNoConfirmationWithoutAnAction) {

@@ -7,7 +7,7 @@
 #include <iterator>
 #include <nlohmann/json.hpp>
 
-#include "tools/base/Text.h"
+#include "tools/base/JsonValue.h"
 
 namespace tool {
 namespace {
@@ -50,7 +50,8 @@ std::string SizeText(const std::string& size) {
 
 Json SizeJson(const std::string& size) {
     const auto bytes = Bytes(size);
-    return {{"text", Utf8(size)}, {"bytes", bytes ? Json(*bytes) : Json()}};
+    return QuantityJson(bytes ? std::optional(static_cast<double>(*bytes)) : std::nullopt, "B",
+                        size);
 }
 
 }  // namespace tool

@@ -20,7 +20,7 @@ std::optional<std::uint64_t> Bytes(const std::string& size);
 // "40.0 GB", in powers of 1000 as drives are sold; the text itself when it is not a number.
 std::string SizeText(const std::string& size);
 
-// {"text": the library's, "bytes": number or null}
+// {"value": bytes or null, "unit": "B", "text": the library's}; null for an empty text.
 Json SizeJson(const std::string& size);
 
 }  // namespace tool

@@ -7,7 +7,8 @@
 namespace tool {
 
 struct Settings {
-    int loadInterval = 1;  // seconds
+    int loadInterval = 1;         // seconds
+    bool libraryRecords = false;  // show sensors as agents see them
 };
 
 }  // namespace tool

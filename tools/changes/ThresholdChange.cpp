@@ -56,6 +56,20 @@ bool WasTaken(const ThresholdPlan& plan) {
     return true;
 }
 
+// Why a plan is not even worth showing: the sensor has no such value. Empty when it has. A sensor
+// that counts with a sign is refused for that, whatever the value is.
+std::string RangeProblem(const ThresholdPlan& plan, double value) {
+    if (IsSigned(plan.sensor.formula)) return "";
+    const SensorRange range = RangeOf(plan.sensor);
+    if (range.Contains(value)) return "";
+    return plan.name + " cannot hold " + NumberText(value) + ": its values are from " +
+           NumberText(range.lowest) + " to " + NumberText(range.highest);
+}
+
+Outcome NothingPlanned(const std::string& problem) {
+    return {"", {{"done", false}, {"sensors", Json::array()}}, problem};
+}
+
 }  // namespace
 
 Outcome SetThreshold(const Order& order) {
@@ -63,10 +77,11 @@ Outcome SetThreshold(const Order& order) {
     if (IsIpmiSupport() == 0) return {"", Json(), kBmc.whyNotRead()};
     const auto plans = PlanThreshold(threshold);
     if (plans.empty())
-        return {"",
-                {{"done", false}, {"sensors", Json::array()}},
-                "the BMC has no sensor of entity " + EntityText(threshold.entity) + " and type " +
-                    SensorTypeText(threshold.type)};
+        return NothingPlanned("the BMC has no sensor of entity " + EntityText(threshold.entity) +
+                              " and type " + SensorTypeText(threshold.type));
+    for (const ThresholdPlan& plan : plans)
+        if (const std::string problem = RangeProblem(plan, threshold.value); !problem.empty())
+            return NothingPlanned(problem + "; nothing was written");
     for (const ThresholdPlan& plan : plans)
         if (const std::string objection = Objection(plan, threshold); !objection.empty())
             return Described(plans, Stage::kRefused, objection + "; nothing was written");

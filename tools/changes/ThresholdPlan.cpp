@@ -96,6 +96,19 @@ std::vector<ThresholdPlan> PlanThreshold(const ThresholdOrder& order) {
     return plans;
 }
 
+SensorRange RangeOf(const RepositorySensor& sensor) {
+    constexpr int kHighestRaw = 0xFF;
+    SensorRepository& repository = SensorRepository::Get();
+    const double first = repository.Value(sensor.formula, 0);
+    SensorRange range{first, first};
+    for (int raw = 1; raw <= kHighestRaw; ++raw) {
+        const double value = repository.Value(sensor.formula, static_cast<unsigned char>(raw));
+        range.lowest = std::min(range.lowest, value);
+        range.highest = std::max(range.highest, value);
+    }
+    return range;
+}
+
 std::string Objection(const ThresholdPlan& plan, const ThresholdOrder& order) {
     const auto which = static_cast<std::size_t>(order.which);
     const auto written = plan.thresholds[which].written;

@@ -33,6 +33,15 @@ struct ThresholdPlan {
 // For each sensor of the order's entity and type. Reads from the BMC and writes nothing.
 std::vector<ThresholdPlan> PlanThreshold(const ThresholdOrder& order);
 
+// Whether the sensor's values reach as far as the order's value. Beyond them the library would
+// write another value in its place.
+struct SensorRange {
+    double lowest;
+    double highest;
+    bool Contains(double value) const { return value >= lowest && value <= highest; }
+};
+SensorRange RangeOf(const RepositorySensor& sensor);
+
 // Why the order must not be carried out for a sensor; empty when it may be.
 std::string Objection(const ThresholdPlan& plan, const ThresholdOrder& order);
 

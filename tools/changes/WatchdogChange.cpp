@@ -86,8 +86,8 @@ Outcome ResetWatchdog(const Order& order) {
 
 Outcome StopWatchdog(const Order&) {
     if (IsIpmiSupport() == 0) return Unreachable();
-    constexpr WatchdogOrder kStopped = {kNoAction, 180000};  // how the library stops the timer
-    const Outcome stopped = Changed(StopWatchDogTimer(), kStopped);
+    constexpr WatchdogOrder kStopOrder = {kNoAction, 180000};  // how the library stops the timer
+    const Outcome stopped = Changed(StopWatchDogTimer(), kStopOrder);
     if (!stopped.problem.empty() || !CountsDown()) return stopped;
     return Unchanged("the BMC did not stop the timer: it counts on, though without an action");
 }

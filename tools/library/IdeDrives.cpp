@@ -6,8 +6,6 @@
 
 #include <dirent.h>
 
-#include <cerrno>
-
 #include "Talvane.h"
 #include "tools/base/Text.h"
 #include "tools/library/ChildProcess.h"
@@ -27,10 +25,10 @@ constexpr Position kPositions[] = {
     {"Secondry Slave", "/dev/hdd"},
 };
 
-// A folder that does not exist counts as readable: the machine has no IDE.
+// Without the folder nobody knows which drives there are: newer kernels do not have it.
 bool IdeFolderCanBeRead() {
     DIR* const folder = opendir("/proc/ide");
-    if (folder == nullptr) return errno == ENOENT;
+    if (folder == nullptr) return false;
     (void)closedir(folder);  // result not used: nothing was read
     return true;
 }

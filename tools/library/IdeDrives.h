@@ -20,7 +20,7 @@ struct Drive {
 
 using Drives = std::vector<Drive>;
 
-// Nothing when the source cannot be read. A machine without IDE has no drives.
+// Nothing when the source cannot be read, which a kernel without /proc/ide does not offer.
 std::optional<Drives> ReadDrives();
 
 // "/dev/hda" to "/dev/hdd"; empty for a drive at another position.

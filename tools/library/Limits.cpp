@@ -61,6 +61,10 @@ void AddLimitCells(Row& row, const Limits& limits) {
     for (const std::size_t i : kAscending) row.push_back(NumberText(limits[i]));
 }
 
+const char* LimitMember(std::size_t limit) {
+    return kLimitMembers[limit];
+}
+
 Json LimitsJson(const Limits& limits) {
     Json object = Json::object();
     for (const std::size_t i : kAscending)

@@ -58,6 +58,9 @@ void AddLimitCells(Row& row, const Limits& limits);
 inline constexpr const char* kLimitLegend =
     "L lower, U upper; NR non-recoverable, CR critical, NC non-critical";
 
+// The limit's name in JSON: "upperCritical".
+const char* LimitMember(std::size_t limit);
+
 // An object with a member for each limit, null where there is none.
 Json LimitsJson(const Limits& limits);
 

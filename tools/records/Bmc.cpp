@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 #include "tools/library/SensorRepository.h"
@@ -66,21 +67,21 @@ std::string ToText(const Bmc& bmc) {
 }
 
 Json ToJson(const Bmc& bmc) {
-    return {{"firmware", bmc.firmware},
+    return {{"firmware", TextJson(bmc.firmware)},
             {"board",
-             {{"manufacturer", Utf8(bmc.boardManufacturer)},
-              {"product", Utf8(bmc.boardProduct)},
-              {"serialNumber", Utf8(bmc.boardSerialNumber)},
-              {"partNumber", Utf8(bmc.boardPartNumber)}}},
+             {{"manufacturer", TextJson(bmc.boardManufacturer)},
+              {"product", TextJson(bmc.boardProduct)},
+              {"serialNumber", TextJson(bmc.boardSerialNumber)},
+              {"partNumber", TextJson(bmc.boardPartNumber)}}},
             {"chassis",
-             {{"partNumber", Utf8(bmc.chassisPartNumber)},
-              {"serialNumber", Utf8(bmc.chassisSerialNumber)}}},
+             {{"partNumber", TextJson(bmc.chassisPartNumber)},
+              {"serialNumber", TextJson(bmc.chassisSerialNumber)}}},
             {"product",
-             {{"manufacturer", Utf8(bmc.productManufacturer)},
-              {"name", Utf8(bmc.productName)},
-              {"partNumber", Utf8(bmc.productPartNumber)},
-              {"version", Utf8(bmc.productVersion)},
-              {"serialNumberStart", Utf8(bmc.productSerialStart)}}}};
+             {{"manufacturer", TextJson(bmc.productManufacturer)},
+              {"name", TextJson(bmc.productName)},
+              {"partNumber", TextJson(bmc.productPartNumber)},
+              {"version", TextJson(bmc.productVersion)},
+              {"serialNumberStart", TextJson(bmc.productSerialStart)}}}};
 }
 
 }  // namespace tool

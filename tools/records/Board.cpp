@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 
@@ -33,13 +34,13 @@ std::string ToText(const Board& board) {
 }
 
 Json ToJson(const Board& board) {
-    return {{"manufacturer", Utf8(board.manufacturer)},
-            {"product", Utf8(board.product)},
-            {"serialNumber", Utf8(board.serialNumber)},
+    return {{"manufacturer", TextJson(board.manufacturer)},
+            {"product", TextJson(board.product)},
+            {"serialNumber", TextJson(board.serialNumber)},
             {"bios",
-             {{"vendor", Utf8(board.biosVendor)},
-              {"version", Utf8(board.biosVersion)},
-              {"releaseDate", Utf8(board.biosReleaseDate)}}}};
+             {{"vendor", TextJson(board.biosVendor)},
+              {"version", TextJson(board.biosVersion)},
+              {"releaseDate", TextJson(board.biosReleaseDate)}}}};
 }
 
 }  // namespace tool

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tools/base/ByteSize.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 
@@ -34,13 +35,13 @@ std::string ToText(const Drives& drives) {
 Json ToJson(const Drives& drives) {
     Json list = Json::array();
     for (const Drive& drive : drives)
-        list.push_back({{"device", DevicePath(drive)},
-                        {"controller", Utf8(drive.controller)},
-                        {"position", Utf8(drive.position)},
-                        {"model", Utf8(drive.model)},
+        list.push_back({{"device", TextJson(DevicePath(drive))},
+                        {"controller", TextJson(drive.controller)},
+                        {"position", TextJson(drive.position)},
+                        {"model", TextJson(drive.model)},
                         {"size", SizeJson(drive.size)},
-                        {"serialNumber", Utf8(SerialText(drive))},
-                        {"serialNumberRead", Utf8(drive.serialNumber)}});
+                        {"serialNumber", TextJson(SerialText(drive))},
+                        {"serialNumberRead", TextJson(drive.serialNumber)}});
     return list;
 }
 

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 #include "tools/library/WideRecord.h"
@@ -38,7 +39,7 @@ std::string ToText(const Fans& fans) {
 
 Json ToJson(const Fans& fans) {
     Json list = Json::array();
-    for (const Fan& fan : fans) list.push_back({{"speed", Utf8(fan.speed)}});
+    for (const Fan& fan : fans) list.push_back({{"speed", QuantityJson(fan.speed)}});
     return list;
 }
 

@@ -10,6 +10,7 @@
 
 #include "Talvane.h"
 #include "tools/base/Descriptor.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/library/ChildProcess.h"
 
@@ -49,6 +50,10 @@ std::string PercentText(int percent) {
     return std::to_string(percent) + " %";
 }
 
+Json ShareJson(int percent) {
+    return QuantityJson(percent, "%", PercentText(percent));
+}
+
 }  // namespace
 
 Load ReadLoad(const Settings& settings) {
@@ -75,9 +80,14 @@ std::string ToText(const Load& load) {
 }
 
 Json ToJson(const Load& load) {
-    return {{"intervalSeconds", load.interval},
-            {"processorPercent", load.processors ? Json(*load.processors) : Json()},
-            {"memoryPercent", load.memory ? Json(*load.memory) : Json()}};
+    Json processors;
+    if (load.processors) {
+        processors = Json::array();
+        for (const int percent : *load.processors) processors.push_back(ShareJson(percent));
+    }
+    return {{"interval", QuantityJson(load.interval, "s", std::to_string(load.interval) + " s")},
+            {"processors", processors},
+            {"memory", load.memory ? ShareJson(*load.memory) : Json()}};
 }
 
 }  // namespace tool

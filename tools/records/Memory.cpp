@@ -10,6 +10,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 
@@ -41,9 +42,13 @@ bool IsDescribed(const Memory& memory) {
     return memory.totalMegabytes != 0 || !memory.banks.empty();
 }
 
+std::string MegabytesText(const Memory& memory) {
+    return std::to_string(memory.totalMegabytes) + " MB";
+}
+
 std::string TotalText(const Memory& memory) {
     if (!IsDescribed(memory)) return {};
-    std::string text = std::to_string(memory.totalMegabytes) + " MB";
+    std::string text = MegabytesText(memory);
     if (memory.totalMegabytes >= 1024) text += " (" + InGigabytes(memory.totalMegabytes) + ")";
     return text;
 }
@@ -94,12 +99,15 @@ Json ToJson(const Memory& memory) {
     Json banks = Json::array();
     for (const Bank& bank : memory.banks)
         banks.push_back({{"slot", bank.slot},
-                         {"size", Utf8(bank.size)},
-                         {"type", Utf8(bank.type)},
-                         {"typeDetail", Utf8(bank.typeDetail)},
-                         {"speed", Utf8(bank.speed)},
-                         {"manufacturer", Utf8(bank.manufacturer)}});
-    return {{"totalMegabytes", memory.totalMegabytes}, {"banks", banks}};
+                         {"size", QuantityJson(bank.size)},
+                         {"type", TextJson(bank.type)},
+                         {"typeDetail", TextJson(bank.typeDetail)},
+                         {"speed", QuantityJson(bank.speed)},
+                         {"manufacturer", TextJson(bank.manufacturer)}});
+    const Json total = IsDescribed(memory)
+                           ? QuantityJson(memory.totalMegabytes, "MB", MegabytesText(memory))
+                           : Json();
+    return {{"total", total}, {"banks", banks}};
 }
 
 }  // namespace tool

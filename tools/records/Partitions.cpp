@@ -12,6 +12,7 @@
 #include "Talvane.h"
 #include "tools/base/ByteSize.h"
 #include "tools/base/Descriptor.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 #include "tools/library/ChildProcess.h"
@@ -57,8 +58,8 @@ std::string ToText(const Partitions& partitions) {
 Json ToJson(const Partitions& partitions) {
     Json list = Json::array();
     for (const Partition& partition : partitions.list)
-        list.push_back({{"device", Utf8(partition.device)},
-                        {"type", Utf8(partition.fileSystem)},
+        list.push_back({{"device", TextJson(partition.device)},
+                        {"type", TextJson(partition.fileSystem)},
                         {"size", SizeJson(partition.size)}});
     return list;
 }

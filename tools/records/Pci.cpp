@@ -12,6 +12,7 @@
 
 #include "PCI/PCIscan.h"
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 
@@ -123,13 +124,13 @@ Json ToJson(const PciFunctions& functions) {
     Json list = Json::array();
     for (const PciFunction& function : functions)
         list.push_back({{"address", PciAddress(function.location)},
-                        {"location", Utf8(function.location)},
-                        {"class", Utf8(function.className)},
-                        {"subClass", Utf8(function.subClass)},
-                        {"irq", function.irq},
-                        {"baseAddress", function.base},
+                        {"location", TextJson(function.location)},
+                        {"class", TextJson(function.className)},
+                        {"subClass", TextJson(function.subClass)},
+                        {"irq", function.irq == 0 ? Json() : Json(function.irq)},
+                        {"baseAddress", function.base == 0 ? Json() : Json(function.base)},
                         {"revision", function.revision},
-                        {"status", Utf8(function.status)}});
+                        {"status", TextJson(function.status)}});
     return list;
 }
 

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 #include "tools/library/WideRecord.h"
@@ -39,7 +40,8 @@ std::string ToText(const Ports& ports) {
 Json ToJson(const Ports& ports) {
     Json list = Json::array();
     for (const Port& port : ports)
-        list.push_back({{"designation", Utf8(port.designation)}, {"type", Utf8(port.type)}});
+        list.push_back(
+            {{"designation", TextJson(port.designation)}, {"type", TextJson(port.type)}});
     return list;
 }
 

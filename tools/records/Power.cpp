@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 #include "tools/library/WideRecord.h"
@@ -48,10 +49,10 @@ std::string SupplyTable(const std::vector<PowerSupply>& supplies) {
 Json SupplyList(const std::vector<PowerSupply>& supplies) {
     Json list = Json::array();
     for (const PowerSupply& supply : supplies)
-        list.push_back({{"name", Utf8(supply.name)},
-                        {"manufacturer", Utf8(supply.manufacturer)},
-                        {"serialNumber", Utf8(supply.serialNumber)},
-                        {"status", Utf8(supply.status)}});
+        list.push_back({{"name", TextJson(supply.name)},
+                        {"manufacturer", TextJson(supply.manufacturer)},
+                        {"serialNumber", TextJson(supply.serialNumber)},
+                        {"status", TextJson(supply.status)}});
     return list;
 }
 

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 #include "tools/library/WideRecord.h"
@@ -38,12 +39,22 @@ const char* DisabledText(const Processor& processor) {
     return processor.statusUnknown ? "unknown" : "no";
 }
 
+Json DisabledJson(const Processor& processor) {
+    if (!processor.disabled && processor.statusUnknown) return {};
+    return processor.disabled;
+}
+
+// A clock of 0 is one that the firmware does not know (SMBIOS 7.5).
+Json ClockJson(const std::string& text) {
+    return text == "0 MHZ" ? QuantityJson(std::nullopt, "", text) : QuantityJson(text);
+}
+
 Json ToJson(const Cache& cache) {
     return {{"level", cache.level},
-            {"designation", Utf8(cache.designation)},
-            {"installedSize", Utf8(cache.installedSize)},
-            {"maximumSize", Utf8(cache.maximumSize)},
-            {"speed", Utf8(cache.speed)}};
+            {"designation", TextJson(cache.designation)},
+            {"installedSize", QuantityJson(cache.installedSize)},
+            {"maximumSize", QuantityJson(cache.maximumSize)},
+            {"speed", QuantityJson(cache.speed)}};
 }
 
 }  // namespace
@@ -102,13 +113,12 @@ Json ToJson(const Processors& processors) {
     for (const Processor& processor : processors) {
         Json caches = Json::array();
         for (const Cache& cache : processor.caches) caches.push_back(ToJson(cache));
-        list.push_back({{"family", Utf8(processor.family)},
-                        {"manufacturer", Utf8(processor.manufacturer)},
-                        {"currentSpeed", Utf8(processor.currentSpeed)},
-                        {"maximumSpeed", Utf8(processor.maximumSpeed)},
-                        {"externalClock", Utf8(processor.externalClock)},
-                        {"disabled", processor.disabled},
-                        {"statusUnknown", processor.statusUnknown},
+        list.push_back({{"family", TextJson(processor.family)},
+                        {"manufacturer", TextJson(processor.manufacturer)},
+                        {"currentSpeed", ClockJson(processor.currentSpeed)},
+                        {"maximumSpeed", ClockJson(processor.maximumSpeed)},
+                        {"externalClock", ClockJson(processor.externalClock)},
+                        {"disabled", DisabledJson(processor)},
                         {"caches", caches}});
     }
     return list;

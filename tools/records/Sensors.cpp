@@ -1,173 +1,89 @@
 // SPDX-License-Identifier: MIT
 //
-// Reads and shows the three groups of GetIpmiInfo, with what the BMC holds for each sensor.
+// Shows the sensors in one table, and their thresholds in another.
 
 #include "tools/records/Sensors.h"
 
 #include <algorithm>
-#include <cstdlib>
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
 #include "tools/base/Layout.h"
-#include "tools/base/Text.h"
-#include "tools/library/SensorRepository.h"
+#include "tools/sensors/EntityNames.h"
+#include "tools/sensors/SensorStates.h"
+#include "tools/sensors/SensorText.h"
 
 namespace tool {
 namespace {
 
-constexpr auto kRight = Column::Align::kRight;
-
-template <class Element, std::size_t N>
-SensorState StateOf(const Element& element, const char (Element::*reading)[N]) {
-    SensorState sensor{};
-    sensor.name = FieldText(element.IdString);
-    sensor.number = element.sensorNumber;
-    sensor.entity = element.DeviceID;
-    sensor.type = element.SensorType;
-    sensor.reading = FieldText(element.*reading);
-    sensor.state = FieldText(element.desc);
-    sensor.lowest = FieldText(element.min);
-    sensor.highest = FieldText(element.max);
-    sensor.recordLimits = AllOf(LimitValues<double>(element.sti));
-    SensorRepository& repository = SensorRepository::Get();
-    sensor.isUnavailable = repository.IsUnavailable(element.sensorNumber);
-    if (const auto found = repository.Find(sensor.entity, sensor.type, sensor.number)) {
-        const auto current = repository.Current(*found);
-        sensor.limits = OnlyIn(current.raw.readableFlag, LimitValues<double>(current.converted));
-        sensor.isSigned = IsSigned(found->formula);
+std::string StateTable(const AllSensors& all) {
+    std::vector<Row> rows;
+    for (const SensorNow& sensor : all.sensors) {
+        const SensorRecord& record = sensor.record;
+        rows.push_back({SensorNumberText(record), SensorName(record), SensorTypeName(record.type),
+                        EntityInstanceName(record.entity, record.instance), ReadingText(sensor),
+                        StateText(sensor)});
     }
-    return sensor;
+    return TableBlock({{"No.", Column::Align::kRight},
+                       {"Sensor"},
+                       {"Type"},
+                       {"Entity"},
+                       {"Reading", Column::Align::kRight},
+                       {"State"}},
+                      rows);
 }
 
-// The library answers -1 for a group without sensors, too. The caller has checked that there is a
-// BMC.
-template <class Record, class Element, std::size_t N, std::size_t M>
-SensorGroup ReadGroup(unsigned long command, Element (Record::*elements)[N],
-                      char (Element::*reading)[M]) {
-    Record record{};
-    if (GetIpmiInfo(command, &record) != 0) return {0, {}};
-    SensorGroup group{record.quantity, {}};
-    const std::size_t listed = std::min(static_cast<std::size_t>(record.quantity), N);
-    for (std::size_t i = 0; i < listed; ++i)
-        group.listed.push_back(StateOf((record.*elements)[i], reading));
-    return group;
+bool HasLimit(const SensorNow& sensor) {
+    return std::any_of(sensor.limits.begin(), sensor.limits.end(),
+                       [](const auto& limit) { return limit.has_value(); });
 }
 
-// "3.30V" and "1200RPM", as the record has them, with a blank before the unit.
-std::string Spaced(const std::string& reading) {
-    const std::size_t unit = reading.find_first_not_of("0123456789.-");
-    if (unit == 0 || unit == std::string::npos || reading[unit] == '%') return reading;
-    return reading.substr(0, unit) + ' ' + reading.substr(unit);
-}
-
-std::optional<double> ReadingNumber(const std::string& reading) {
-    char* end = nullptr;
-    const double value = std::strtod(reading.c_str(), &end);
-    if (end == reading.c_str() || *end == '%') return std::nullopt;
-    return value;
-}
-
-std::string StateText(const SensorState& sensor) {
-    if (sensor.isUnavailable) return "unavailable";
-    return sensor.state.empty() ? LimitState(sensor) : sensor.state;
-}
-
-void AddRows(std::vector<Row>& rows, const char* kind, const SensorGroup& group) {
-    for (const SensorState& sensor : group.listed) {
-        Row row{sensor.name, kind, std::to_string(sensor.entity),
-                Spaced(sensor.reading) + (sensor.isSigned ? " *" : ""), StateText(sensor)};
+std::string ThresholdTable(const AllSensors& all) {
+    std::vector<Column> columns{{"No.", Column::Align::kRight}, {"Sensor"}};
+    AddLimitColumns(columns);
+    std::vector<Row> rows;
+    for (const SensorNow& sensor : all.sensors) {
+        if (!HasLimit(sensor)) continue;
+        Row row{SensorNumberText(sensor.record), SensorName(sensor.record)};
         AddLimitCells(row, sensor.limits);
         rows.push_back(row);
     }
+    return TableBlock(columns, rows);
 }
 
-void AddNotes(std::vector<std::string>& blocks, const char* kind, const SensorGroup& group) {
-    const std::size_t listed = group.listed.size();
-    if (static_cast<std::size_t>(group.quantity) > listed)
-        blocks.push_back(NoteBlock("Listed are the first " + std::to_string(listed) + " of " +
-                                   std::to_string(group.quantity) + ' ' + kind + '.'));
-}
-
-bool HasSigned(const SensorGroup& group) {
-    return std::any_of(group.listed.begin(), group.listed.end(),
-                       [](const SensorState& sensor) { return sensor.isSigned; });
-}
-
-Json ToJson(const SensorState& sensor) {
-    const std::string limit = LimitState(sensor);
-    Json json = {{"name", Utf8(sensor.name)},
-                 {"number", sensor.number},
-                 {"entity", sensor.entity},
-                 {"type", sensor.type},
-                 {"reading", Utf8(sensor.reading)},
-                 {"state", Utf8(sensor.state)},
-                 {"limit", limit.empty() ? Json() : Json(limit)},
-                 {"lowest", Utf8(sensor.lowest)},
-                 {"highest", Utf8(sensor.highest)},
-                 {"signed", sensor.isSigned},
-                 {"unavailable", sensor.isUnavailable}};
-    json["thresholds"] = LimitsJson(sensor.limits);
-    json["recordThresholds"] = LimitsJson(sensor.recordLimits);
+Json SensorJson(const SensorNow& sensor) {
+    Json json = IdentityJson(sensor.record);
+    json["reading"] = ReadingJson(sensor, sensor.value);
+    json["states"] = IsRead(sensor) ? Json(StateWords(sensor)) : Json();
+    json["unavailable"] = IsRead(sensor) ? Json() : Json(WhyNoReading(sensor));
+    json["thresholds"] = ThresholdsJson(sensor);
     return json;
-}
-
-Json ToJson(const SensorGroup& group) {
-    Json list = Json::array();
-    for (const SensorState& sensor : group.listed) list.push_back(ToJson(sensor));
-    return {{"quantity", group.quantity}, {"sensors", list}};
 }
 
 }  // namespace
 
-std::optional<Sensors> ReadSensors() {
-    // Checked here, since a first query without a BMC makes all later queries answer busy.
+std::optional<AllSensors> ReadSensors() {
     if (IsIpmiSupport() == 0) return std::nullopt;
-    return Sensors{
-        .records = SensorRepository::Get().Records(),
-        .temperatures = ReadGroup(TALVANE_TEMPERATURES, &TemperatureInformation::temperature,
-                                  &TEMPERATURE_PROBE::CurrentTemperature),
-        .voltages = ReadGroup(TALVANE_VOLTAGES, &VoltageInformation::voltage,
-                              &VOLTAGE_PROBE::CurrentVoltage),
-        .fans = ReadGroup(TALVANE_FANS, &FanInformation::fan, &FAN_DEVICE::speed)};
+    return ReadAllSensors();
 }
 
-std::string LimitState(const SensorState& sensor) {
-    const auto reading = ReadingNumber(sensor.reading);
-    const bool hasLimit = std::any_of(sensor.limits.begin(), sensor.limits.end(),
-                                      [](const auto& limit) { return limit.has_value(); });
-    if (!reading || !hasLimit || sensor.isSigned || sensor.isUnavailable) return "";
-    const auto reached = ReachedLimit(*reading, sensor.limits);
-    return reached ? kLimitNames[*reached] : "ok";
-}
-
-std::string ToText(const Sensors& sensors) {
-    std::vector<Column> columns{
-        {"Sensor"}, {"Kind"}, {"Entity", kRight}, {"Reading", kRight}, {"State"}};
-    AddLimitColumns(columns);
-    std::vector<Row> rows;
-    AddRows(rows, "temperature", sensors.temperatures);
-    AddRows(rows, "voltage", sensors.voltages);
-    AddRows(rows, "fan", sensors.fans);
-    std::vector<std::string> blocks{TableBlock(columns, rows)};
-    if (!rows.empty()) blocks.push_back(NoteBlock(kLimitLegend));
-    if (HasSigned(sensors.temperatures) || HasSigned(sensors.voltages) || HasSigned(sensors.fans))
+std::string ToText(const AllSensors& all) {
+    std::vector<std::string> blocks{StateTable(all)};
+    if (std::any_of(all.sensors.begin(), all.sensors.end(), HasLimit)) {
+        blocks.push_back(ThresholdTable(all));
+        blocks.push_back(NoteBlock(kLimitLegend));
+    }
+    if (!all.isComplete)
         blocks.push_back(
-            NoteBlock("* The BMC counts this sensor's values with a sign, which the "
-                      "library leaves out of account: what it shows can be wrong."));
-    AddNotes(blocks, "temperatures", sensors.temperatures);
-    AddNotes(blocks, "voltages", sensors.voltages);
-    AddNotes(blocks, "fans", sensors.fans);
-    if (sensors.records == 0)
-        blocks.push_back(NoteBlock("The BMC's sensor repository is empty, or it did not answer."));
+            NoteBlock("The BMC's sensor repository could not be read to its end: after record " +
+                      std::to_string(all.records) + ", the BMC gave no other record."));
     return Section("Sensors", blocks);
 }
 
-Json ToJson(const Sensors& sensors) {
-    return {{"records", sensors.records},
-            {"temperatures", ToJson(sensors.temperatures)},
-            {"voltages", ToJson(sensors.voltages)},
-            {"fans", ToJson(sensors.fans)}};
+Json ToJson(const AllSensors& all) {
+    Json list = Json::array();
+    for (const SensorNow& sensor : all.sensors) list.push_back(SensorJson(sensor));
+    return {{"records", all.records}, {"complete", all.isComplete}, {"sensors", list}};
 }
 
 }  // namespace tool

@@ -7,6 +7,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 
@@ -27,9 +28,9 @@ std::string ToText(const System& system) {
 }
 
 Json ToJson(const System& system) {
-    return {{"manufacturer", Utf8(system.manufacturer)},
-            {"product", Utf8(system.product)},
-            {"version", Utf8(system.version)}};
+    return {{"manufacturer", TextJson(system.manufacturer)},
+            {"product", TextJson(system.product)},
+            {"version", TextJson(system.version)}};
 }
 
 }  // namespace tool

@@ -7,8 +7,11 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/library/SensorCodes.h"
+#include "tools/sensors/EntityNames.h"
+#include "tools/sensors/SensorStates.h"
 
 namespace tool {
 
@@ -49,8 +52,8 @@ std::string ToText(const Thresholds& thresholds) {
 Json ToJson(const Thresholds& thresholds) {
     Json list = Json::array();
     for (const Threshold& threshold : thresholds)
-        list.push_back({{"entity", threshold.entity},
-                        {"type", threshold.type},
+        list.push_back({{"entity", CodeJson(threshold.entity, EntityName(threshold.entity))},
+                        {"type", CodeJson(threshold.type, SensorTypeName(threshold.type))},
                         {"thresholds", LimitsJson(threshold.limits)}});
     return list;
 }

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Talvane.h"
+#include "tools/base/JsonValue.h"
 
 namespace tool {
 
@@ -40,10 +41,18 @@ std::string ToText(const Watchdog& watchdog) {
     return Section("Watchdog", {FactBlock(WatchdogFacts(watchdog))});
 }
 
+namespace {
+
+Json DurationJson(int milliseconds) {
+    return QuantityJson(milliseconds / 1000.0, "s", SecondsText(milliseconds));
+}
+
+}  // namespace
+
 Json ToJson(const Watchdog& watchdog) {
     return {{"action", ActionText(watchdog.action)},
-            {"timeoutMilliseconds", watchdog.timeout},
-            {"leftMilliseconds", watchdog.left}};
+            {"timeout", DurationJson(watchdog.timeout)},
+            {"left", DurationJson(watchdog.left)}};
 }
 
 }  // namespace tool

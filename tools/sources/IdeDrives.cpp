@@ -18,7 +18,9 @@ namespace {
 
 std::string WhyDrivesNotRead() {
     DIR* const folder = opendir("/proc/ide");
-    if (folder == nullptr) return "cannot open /proc/ide: " + ErrorText(errno, "no IDE controller");
+    if (folder == nullptr)
+        return "cannot open /proc/ide: " +
+               ErrorText(errno, "no IDE controller, or a kernel from 5.14 on");
     (void)closedir(folder);  // result not used: nothing was read
     return "the drives in /proc/ide could not be listed";
 }

@@ -30,13 +30,14 @@ def load(table, results):
     compare = lambda *args, **more: table.compare("load", "top, free", *args, **more)
     answer = json.loads((results / "load.json").read_text())["load"]
     shares = peers.top((results / "top.txt").read_text())
-    compare("processors", len(answer["processorPercent"]), len(shares))
-    for number, (ours, theirs) in enumerate(zip(answer["processorPercent"], shares)):
+    busy = [share["value"] for share in answer["processors"]]
+    compare("processors", len(busy), len(shares))
+    for number, (ours, theirs) in enumerate(zip(busy, shares)):
         # The two look at moments of their own, so a few percent lie between them.
         close = abs(ours - theirs) <= 10
         compare(f"processor {number}", close or f"{ours} %", True if close else f"{theirs:.1f} %")
-    compare("processor 1, kept busy", answer["processorPercent"][1] >= 95, True)
-    memory = json.loads((results / "memory.json").read_text())["load"]["memoryPercent"]
+    compare("processor 1, kept busy", busy[1] >= 95, True)
+    memory = json.loads((results / "memory.json").read_text())["load"]["memory"]["value"]
     expected = peers.memory_percent((results / "free.txt").read_text())
     close = abs(memory - expected) <= 1  # the tool itself takes memory
     compare("memory", close or memory, True if close else expected)
@@ -88,7 +89,7 @@ def main():
     inventory.smbios(table, report, read("dmidecode.txt"))
     inventory.pci(table, report, peers.lspci(read("lspci.txt")),
                   peers.lspci_bytes(read("lspci-bytes.txt")))
-    management.sensors(table, report, sensors)
+    management.sensors(table, json.loads(read("library-sensors.json")), sensors)
     management.thresholds(table, report, records, sensors)
     management.set_threshold(table, read("threshold-before.txt"), read("threshold-after.txt"))
     management.watchdog(table, relaxed)

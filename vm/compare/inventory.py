@@ -52,31 +52,31 @@ def smbios(table, report, text):
     for ours, theirs in zip(report["cpu"], of_type(4)):
         compare("processor family", ours["family"], theirs["Family"])
         compare("processor maker", ours["manufacturer"], theirs["Manufacturer"])
-        compare("processor speed", ours["currentSpeed"], clock(theirs["Current Speed"]))
-        compare("processor maximum", ours["maximumSpeed"], clock(theirs["Max Speed"]))
-        compare("processor clock", ours["externalClock"], clock(theirs["External Clock"]),
+        compare("processor speed", peers.text(ours["currentSpeed"]), clock(theirs["Current Speed"]))
+        compare("processor maximum", peers.text(ours["maximumSpeed"]), clock(theirs["Max Speed"]))
+        compare("processor clock", peers.text(ours["externalClock"]), clock(theirs["External Clock"]),
                 explained=[("zero-clock", theirs["External Clock"] == "Unknown"
-                            and ours["externalClock"] == "0 MHZ")])
+                            and peers.text(ours["externalClock"]) == "0 MHZ")])
         compare("processor disabled", ours["disabled"], "Disabled" in theirs["Status"])
         for cache in ours["caches"]:
             handle = theirs[f"L{cache['level']} Cache Handle"]
-            compare(f"level {cache['level']} cache", cache["maximumSize"], handle,
+            compare(f"level {cache['level']} cache", peers.text(cache["maximumSize"]), handle,
                     explained=[("cache-not-provided", handle == "Not Provided"
-                                and cache["maximumSize"] == "Bios Not Provide")])
+                                and peers.text(cache["maximumSize"]) == "Bios Not Provide")])
 
     devices = of_type(17)
     compare("memory banks", len(report["memory"]["banks"]), len(devices))
     megabytes = sum(int(device["Size"].removesuffix(" MB")) for device in devices)
-    compare("memory total", report["memory"]["totalMegabytes"], megabytes)
+    compare("memory total", report["memory"]["total"]["value"], megabytes)
     for ours, theirs in zip(report["memory"]["banks"], devices):
         compare("bank slot", ours["slot"], int(theirs["Locator"].removeprefix("DIMM ")))
-        compare("bank size", ours["size"], theirs["Size"])
+        compare("bank size", peers.text(ours["size"]), theirs["Size"])
         compare("bank type", ours["type"], theirs["Type"])
         detail = theirs["Type Detail"]
         compare("bank detail", ours["typeDetail"], detail,
                 explained=[("type-detail-name", ours["typeDetail"].lower() == detail.lower())])
         compare("bank maker", ours["manufacturer"], theirs["Manufacturer"])
-        compare("bank speed", ours["speed"], clock(theirs["Speed"]))
+        compare("bank speed", peers.text(ours["speed"]), clock(theirs["Speed"]))
 
     compare("ports", len(report["ports"]), len(of_type(8)))
     for ours, theirs in zip(report["ports"], of_type(8)):
@@ -113,12 +113,12 @@ def pci(table, report, functions, spaces):
         compare(f"{address} class", ours.get("class"), names[0])
         compare(f"{address} sub-class", ours.get("subClass"), names[1],
                 explained=[("usb-interface-newer", theirs["Class"] == "0c03"
-                            and theirs.get("ProgIf") == "30" and ours.get("subClass") == "")])
+                            and theirs.get("ProgIf") == "30" and ours.get("subClass") is None)])
         compare(f"{address} revision", ours.get("revision"), int(theirs.get("Rev", "0"), 16))
-        compare(f"{address} interrupt", ours.get("irq"), 0 if space[60] == 0xFF else space[60])
-        compare(f"{address} base address", ours.get("baseAddress"),
+        compare(f"{address} interrupt", ours.get("irq") or 0, 0 if space[60] == 0xFF else space[60])
+        compare(f"{address} base address", ours.get("baseAddress") or 0,
                 int.from_bytes(space[16:20], "little"))
-        compare(f"{address} status", ours.get("status"),
+        compare(f"{address} status", ours.get("status") or "",
                 status_text(int.from_bytes(space[6:8], "little")))
 
 
@@ -132,12 +132,12 @@ def drives(table, report, results):
         theirs = peers.facts((results / f"drive-{name}.txt").read_text())
         compare(f"{name} position", ours["position"], position)
         compare(f"{name} model", ours["model"], theirs["Model Number"])
-        compare(f"{name} serial number", ours["serialNumber"].strip(), theirs["Serial Number"])
+        compare(f"{name} serial number", ours["serialNumber"], theirs["Serial Number"])
         serial = ours["serialNumberRead"]
         compare(f"{name} serial number as read", serial, theirs["Serial Number"],
                 explained=[("serial-runs-on", len(serial) > 20
                             and serial[:20].strip() == theirs["Serial Number"])])
-        compare(f"{name} size", ours["size"]["text"],
+        compare(f"{name} size", peers.text(ours["size"]),
                 (results / f"size-{name}.txt").read_text().strip())
 
 
@@ -171,7 +171,7 @@ def partitions(table, report, results):
             continue
         size = str(partition["size"] * 512)
         compare(f"{device} type", ours["type"], names.get(partition["type"]))
-        compare(f"{device} size", ours["size"]["text"], size,
+        compare(f"{device} size", peers.text(ours["size"]), size,
                 explained=[("unlisted-size-overwrites",
-                            overwritten.get(device) == ours["size"]["text"])])
+                            overwritten.get(device) == peers.text(ours["size"]))])
     compare("others", list(listed), [])

@@ -28,7 +28,7 @@ def sensors(table, report, theirs):
     compare = lambda *args, **more: table.compare("sensors", "ipmitool", *args, **more)
     ours_by_name, first_of_table = {}, {}
     for group, code in (("temperatures", 1), ("voltages", 2), ("fans", 4)):
-        ours = report["sensors"][group]
+        ours = report["librarySensors"][group]
         compare(f"number of {group}", ours["quantity"],
                 sum(sensor["type"] == code for sensor in theirs))
         for sensor in ours["sensors"]:
@@ -40,12 +40,14 @@ def sensors(table, report, theirs):
         name = sensor["name"]
         ours = ours_by_name[name]
         halved = name == HALVED_OFFSET
-        for field in ("number", "entity", "type"):
-            compare(f"{name} {field}", ours[field], sensor[field])
+        compare(f"{name} number", ours["number"], sensor["number"])
+        for field in ("entity", "type"):
+            compare(f"{name} {field}", ours[field]["code"], sensor[field])
         shifted = reading_text(sensor, sensor["reading"] + HALVED_OFFSET_ERROR)
-        compare(f"{name} reading", ours["reading"], reading_text(sensor, sensor["reading"]),
-                explained=[("absent-processor", name == "CPU 2 Temp" and ours["reading"] == "Unknown"),
-                           ("offset-in-halves", halved and ours["reading"] == shifted)])
+        reading = peers.text(ours["reading"])
+        compare(f"{name} reading", reading, reading_text(sensor, sensor["reading"]),
+                explained=[("absent-processor", name == "CPU 2 Temp" and reading == "Unknown"),
+                           ("offset-in-halves", halved and reading == shifted)])
         state = (ours["limit"] or "").removeprefix("lower ").removeprefix("upper ")
         compare(f"{name} state", state, LIMIT_STATES[sensor["limit"]],
                 explained=[("absent-processor", name == "CPU 2 Temp" and state == "")])
@@ -73,7 +75,7 @@ def thresholds(table, report, records, theirs):
         name = record["name"]
         ours = report["thresholds"][place]
         for field in ("entity", "type"):
-            compare(f"{name} {field}", ours[field], record[field])
+            compare(f"{name} {field}", ours[field]["code"], record[field])
         # No sensor has the number of this place, so what is converted is a raw 0.
         elsewhere = record["number"] != place
         for limit in peers.LIMITS:
@@ -107,8 +109,8 @@ def watchdog(table, results):
         theirs = peers.facts((results / f"watchdog-{step}.txt").read_text())
         compare(f"{step}: action asked", ours["action"], action)
         compare(f"{step}: action", ACTIONS[ours["action"]], theirs["Watchdog Timer Action"])
-        compare(f"{step}: time-out asked", ours["timeoutMilliseconds"], milliseconds)
-        compare(f"{step}: time-out", f"{ours['timeoutMilliseconds'] / 1000:.1f} sec",
+        compare(f"{step}: time-out asked", ours["timeout"]["value"] * 1000, milliseconds)
+        compare(f"{step}: time-out", f"{ours['timeout']['value']:.1f} sec",
                 theirs["Initial Countdown"])
         compare(f"{step}: use", "SMS/OS (0x04)", theirs["Watchdog Timer Use"])
 
@@ -137,7 +139,7 @@ def inventory(table, report, fru, controller):
             ("product", "name", "Product Name"), ("product", "partNumber", "Product Part Number"),
             ("product", "version", "Product Version")):
         compare(name, ours[area][field], theirs[name])
-    start = ours["product"]["serialNumberStart"]
+    start = ours["product"]["serialNumberStart"] or ""
     compare("Product Serial", start, theirs["Product Serial"],
             explained=[("product-serial-cut", len(start) == len(theirs["Product Serial"]) - 1
                         and theirs["Product Serial"].startswith(start))])

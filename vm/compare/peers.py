@@ -56,6 +56,11 @@ def ipmitool_records(verbose):
     return records
 
 
+def text(quantity):
+    """The library's text of a quantity in the tool's JSON; empty for none."""
+    return quantity["text"] if quantity else ""
+
+
 def ipmitool_sensors(brief, records):
     """`ipmitool sensor`: the sensors with a reading, in order, each with its record."""
     records = {record["name"]: record for record in records}

@@ -1,0 +1,69 @@
+// SPDX-License-Identifier: MIT
+//
+// The outputs in the documentation are those of the tool. In a block that begins with ```console,
+// a line "$ talvane ARGUMENTS" is run on the bundled machines, and what follows it, up to the next
+// such line or the block's end, must be what it prints. With TALVANE_RECORD=1 in the environment
+// the outputs are written into the files.
+
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <sstream>
+
+#include "tests/tools/RunTool.h"
+
+namespace {
+
+constexpr const char* kCommandStart = "$ talvane ";
+
+// The words of a command line, with the bundled machines at their place.
+std::vector<std::string> ArgumentsOf(const std::string& line) {
+    constexpr const char* kMachines = "machines/";
+    std::istringstream words(line.substr(std::strlen(kCommandStart)));
+    std::vector<std::string> arguments;
+    for (std::string word; words >> word;)
+        arguments.push_back(word.starts_with(kMachines) ? TALVANE_SOURCE "/" + word : word);
+    return arguments;
+}
+
+// The file's text with the outputs that the tool gives now.
+std::string WithOutputsOfNow(const std::string& text, int& commands) {
+    std::istringstream lines(text);
+    std::string renewed;
+    bool isConsole = false;
+    for (std::string line; std::getline(lines, line);) {
+        if (line.starts_with("```")) isConsole = line == "```console";
+        const bool isCommand = isConsole && line.starts_with(kCommandStart);
+        const bool isOutput = isConsole && !line.starts_with("$ ") && !line.starts_with("```");
+        if (!isOutput) renewed += line + '\n';
+        if (!isCommand) continue;
+        renewed += RunTool(ArgumentsOf(line)).out;
+        ++commands;
+    }
+    return renewed;
+}
+
+class DocumentationTest : public testing::TestWithParam<const char*> {};
+
+TEST_P(DocumentationTest, ShowsTheOutputsOfTheTool) {
+    const std::string file = std::string(TALVANE_SOURCE "/docs/") + GetParam();
+    const std::string text = ReadFile(file);
+    int commands = 0;
+    const std::string renewed = WithOutputsOfNow(text, commands);
+    EXPECT_GT(commands, 0);
+    const char* record = std::getenv("TALVANE_RECORD");
+    if (record != nullptr && std::strcmp(record, "1") == 0) {
+        WriteFile(file, renewed);
+        return;
+    }
+    EXPECT_EQ(text, renewed);
+}
+
+INSTANTIATE_TEST_SUITE_P(Tool, DocumentationTest, testing::Values("health.md", "json.md"),
+                         [](const auto& file) {
+                             const std::string name = file.param;
+                             return name.substr(0, name.find('.'));
+                         });
+
+}  // namespace

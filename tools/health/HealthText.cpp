@@ -1,0 +1,117 @@
+// SPDX-License-Identifier: MIT
+//
+// Sorts and counts the sensors by verdict.
+
+#include "tools/health/HealthText.h"
+
+#include <algorithm>
+#include <nlohmann/json.hpp>
+
+#include "tools/base/Layout.h"
+#include "tools/sensors/EntityNames.h"
+#include "tools/sensors/SensorStates.h"
+#include "tools/sensors/SensorText.h"
+
+namespace tool {
+namespace {
+
+constexpr Verdict kWorstFirst[] = {Verdict::kCritical, Verdict::kWarning, Verdict::kUnknown,
+                                   Verdict::kOk};
+
+std::vector<const JudgedSensor*> With(const Health& health, std::optional<Verdict> verdict) {
+    std::vector<const JudgedSensor*> found;
+    for (const JudgedSensor& judged : health.sensors)
+        if (judged.verdict == verdict) found.push_back(&judged);
+    return found;
+}
+
+Row RowFor(const JudgedSensor& judged) {
+    const SensorRecord& record = judged.sensor.record;
+    return {judged.verdict ? VerdictName(*judged.verdict) : "",
+            SensorNumberText(record),
+            SensorName(record),
+            EntityInstanceName(record.entity, record.instance),
+            ReadingText(judged.sensor),
+            judged.reason};
+}
+
+std::string CountText(const Health& health) {
+    std::string text = std::to_string(health.sensors.size()) + " sensors";
+    const char* separator = ": ";
+    for (const Verdict verdict : kWorstFirst) {
+        text +=
+            separator + std::to_string(With(health, verdict).size()) + ' ' + VerdictName(verdict);
+        separator = ", ";
+    }
+    const std::size_t others = With(health, std::nullopt).size();
+    return others == 0 ? text : text + ", " + std::to_string(others) + " not judged";
+}
+
+Json JudgedJson(const JudgedSensor& judged) {
+    Json json = IdentityJson(judged.sensor.record);
+    json["verdict"] = judged.verdict ? Json(VerdictName(*judged.verdict)) : Json();
+    json["reason"] = judged.reason;
+    json["reading"] = ReadingJson(judged.sensor, judged.sensor.value);
+    json["states"] = IsRead(judged.sensor) ? Json(StateWords(judged.sensor)) : Json();
+    return json;
+}
+
+Row StateRow(const std::string& where, const StateMeaning& state) {
+    return {where, state.words, VerdictName(state.verdict)};
+}
+
+}  // namespace
+
+std::string ToText(const Health& health) {
+    std::vector<Row> rows;
+    for (const Verdict verdict : kWorstFirst)
+        for (const JudgedSensor* judged : With(health, verdict)) rows.push_back(RowFor(*judged));
+    for (const JudgedSensor* judged : With(health, std::nullopt)) rows.push_back(RowFor(*judged));
+    std::vector<std::string> blocks{TableBlock({{"Verdict"},
+                                                {"No.", Column::Align::kRight},
+                                                {"Sensor"},
+                                                {"Entity"},
+                                                {"Reading", Column::Align::kRight},
+                                                {"Reason"}},
+                                               rows),
+                                    NoteBlock(CountText(health))};
+    if (!health.isComplete)
+        blocks.push_back(NoteBlock("The BMC's sensor repository could not be read to its end."));
+    return Section(std::string("Health: ") + VerdictName(health.verdict), blocks);
+}
+
+Json ToJson(const Health& health) {
+    Json counts = Json::object();
+    for (const auto& [member, verdict] :
+         {std::pair<const char*, std::optional<Verdict>>{"ok", Verdict::kOk},
+          {"warning", Verdict::kWarning},
+          {"critical", Verdict::kCritical},
+          {"unknown", Verdict::kUnknown},
+          {"notJudged", std::nullopt}})
+        counts[member] = With(health, verdict).size();
+    Json list = Json::array();
+    for (const JudgedSensor& judged : health.sensors) list.push_back(JudgedJson(judged));
+    return {{"verdict", VerdictName(health.verdict)},
+            {"status", static_cast<int>(health.verdict)},
+            {"complete", health.isComplete},
+            {"counts", counts},
+            {"sensors", list}};
+}
+
+std::string StateTableText() {
+    std::vector<Row> rows{{"any", kNoReading, VerdictName(Verdict::kUnknown)},
+                          {"any", kAbsent, VerdictName(Verdict::kOk)},
+                          {"fan", kStopped, VerdictName(Verdict::kCritical)},
+                          {"threshold", kNoLimits, VerdictName(Verdict::kOk)},
+                          {"threshold", kWithinLimits, VerdictName(Verdict::kOk)}};
+    for (const std::size_t limit : kAscending)
+        rows.push_back({"threshold", kLimitNames[limit], VerdictName(VerdictOfLimit(limit))});
+    for (const StateMeaning& state : GenericStates())
+        rows.push_back(StateRow(EventTypeName(state.type), state));
+    for (const StateMeaning& state : SpecificStates())
+        rows.push_back(StateRow(SensorTypeName(state.type), state));
+    return Section("States and their verdicts",
+                   {TableBlock({{"Kind or type"}, {"State"}, {"Verdict"}}, rows)});
+}
+
+}  // namespace tool
