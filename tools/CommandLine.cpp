@@ -8,12 +8,14 @@
 #include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <iostream>
 #include <optional>
 #include <string_view>
 
 #include "Talvane.h"
 #include "tools/library/Limits.h"
 #include "tools/records/Watchdog.h"
+#include "tools/sensors/EntityNames.h"
 
 namespace tool {
 namespace {
@@ -131,6 +133,18 @@ CLI::Validator Named(const std::vector<std::pair<std::string, int>>& names, bool
         "");
 }
 
+// Replaces an entity's name by its code.
+CLI::Validator EntityCode() {
+    return CLI::Validator(
+        [](std::string& text) {
+            if (const auto code = EntityNamed(text)) text = std::to_string(*code);
+            return WholeWithin(0, kMaxByte)(text).empty()
+                       ? std::string()
+                       : text + " is no entity's name, and no whole number from 0 to 255";
+        },
+        "");
+}
+
 std::string NumberProblem(const std::string& text) {
     return NumberOf(text) ? "" : text + " is no number";
 }
@@ -152,10 +166,11 @@ void AddThresholdChange(CLI::App& app, Options& options) {
         "number. Where the two differ, the sensor's other thresholds change, too. Without --yes\n"
         "the command shows what the BMC holds now and what would be written, and writes nothing.");
     ThresholdOrder& order = options.order.threshold;
-    set->add_option("--entity", order.entity, "Entity's number, as talvane sensors shows it")
+    set->add_option("--entity", order.entity,
+                    "Entity's name, as talvane sensors shows it, or number")
         ->type_name("E")
         ->required()
-        ->transform(WholeWithin(0, kMaxByte));
+        ->transform(EntityCode());
     set->add_option("--type", order.type, "temperature, voltage, fan, or a sensor type's number")
         ->type_name("T")
         ->required()
@@ -261,6 +276,15 @@ void AddCommands(CLI::App& app, Options& options) {
     AddThresholdChange(app, options);
 }
 
+// CLI11 lists arguments that it did not expect from the last to the first.
+std::string ProblemText(const CLI::App& whole, const CLI::Error& error) {
+    if (dynamic_cast<const CLI::ExtrasError*>(&error) == nullptr) return error.what();
+    const std::vector<std::string> extras = whole.remaining(true);
+    return std::string(extras.size() == 1 ? "The following argument was not expected: "
+                                          : "The following arguments were not expected: ") +
+           CLI::detail::join(extras, " ");
+}
+
 std::vector<std::string> WithoutMachine(int argc, const char* const argv[]) {
     std::vector<std::string> arguments;
     for (int i = 1; i < argc; ++i) {
@@ -295,15 +319,18 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
              given = given.front()->get_subcommands())
             command += ' ' + given.front()->get_name();
         const bool isWhole = whole->get_subcommands().empty();
-        return std::string("talvane: ") + error.what() + "\nRun " + command +
+        return "talvane: " + ProblemText(*whole, error) + "\nRun " + command +
                (isWhole ? " --help for the commands.\n" : " --help for its options.\n");
     });
     try {
         app.parse(argc, argv);
         if (options.command.empty()) throw CLI::RequiredError("A command");
     } catch (const CLI::ParseError& error) {
-        const bool isHealth = app.got_subcommand(kHealth);
-        return app.exit(error) == 0 ? kAllDone : isHealth ? kHealthUnknown : kFailure;
+        const int failure = app.got_subcommand(kHealth) ? kHealthUnknown : kFailure;
+        if (app.exit(error) != 0) return failure;
+        if (std::cout.flush()) return kAllDone;
+        std::cerr << "talvane: cannot write to standard output\n";
+        return failure;
     }
     options.arguments = WithoutMachine(argc, argv);
     return options;

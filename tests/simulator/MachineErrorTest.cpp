@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <string>
 
@@ -155,6 +156,13 @@ TEST(MachineCaptureTest, FolderWithoutADescriptionIsRefused) {
     const MachineFolder folder("");
     std::filesystem::remove(folder.path / "machine.txt");
     EXPECT_EQ(Complaint(folder), "machine.txt: No such file or directory");
+}
+
+TEST(MachineCaptureTest, DescriptionThatWouldWaitForAWriterIsRefused) {
+    const MachineFolder folder("");
+    std::filesystem::remove(folder.path / "machine.txt");
+    ASSERT_EQ(mkfifo((folder.path / "machine.txt").c_str(), 0600), 0);
+    EXPECT_EQ(Complaint(folder), "machine.txt: not a regular file");
 }
 
 // The rest of such a line would be missing from an error text.

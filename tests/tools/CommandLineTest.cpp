@@ -86,6 +86,9 @@ INSTANTIATE_TEST_SUITE_P(
             {"board", "--spoons"}, "The following argument was not expected: --spoons", "board"},
         Refused{{"board", "fans"}, "The following argument was not expected: fans", "board"},
         Refused{{"board", "--machine"}, "--machine: 1 required DIR missing", "board"},
+        Refused{{"watchdog", "stop", "--yes", "20", "--timeout", "30"},
+                "The following arguments were not expected: --yes 20 --timeout 30",
+                "watchdog stop"},
         Refused{{"sensors", "--count", "3"}, "--count requires --watch", "sensors"},
         Refused{{"sensors", "--watch", "0"},
                 "--watch: 0 is no whole number from 1 to 86400",
@@ -114,13 +117,14 @@ INSTANTIATE_TEST_SUITE_P(
     ThresholdSet, UsageErrorTest,
     testing::Values(
         RefusedThreshold("256", "fan", "lower-critical", "1",
-                         "--entity: 256 is no whole number from 0 to 255"),
+                         "--entity: 256 is no entity's name, and no whole number from 0 to 255"),
         RefusedThreshold("1e0", "fan", "lower-critical", "1",
-                         "--entity: 1e0 is no whole number from 0 to 255"),
+                         "--entity: 1e0 is no entity's name, and no whole number from 0 to 255"),
         RefusedThreshold("0x", "fan", "lower-critical", "1",
-                         "--entity: 0x is no whole number from 0 to 255"),
-        RefusedThreshold("99999999999", "fan", "lower-critical", "1",
-                         "--entity: 99999999999 is no whole number from 0 to 255"),
+                         "--entity: 0x is no entity's name, and no whole number from 0 to 255"),
+        RefusedThreshold(
+            "99999999999", "fan", "lower-critical", "1",
+            "--entity: 99999999999 is no entity's name, and no whole number from 0 to 255"),
         RefusedThreshold("7", "spoon", "lower-critical", "1",
                          "--type: spoon is none of temperature, voltage, fan, nor a number from "
                          "0 to 255"),
@@ -206,11 +210,34 @@ TEST(CommandLineTest, NamesFileAndLineOfABadMachineDescription) {
 TEST(CommandLineTest, ReportsLostOutput) {
     const MachineFolder machine(kPlainMachine);
     const std::string errors = machine.Path() / "errors";
-    const int status = std::system(
-        (TALVANE_TOOL " board --machine " + machine.Path().string() + " >/dev/full 2>" + errors)
-            .c_str());
+    for (const std::string& command : {"board --machine " + machine.Path().string(),
+                                       std::string("--help"), std::string("--version")}) {
+        const int status =
+            std::system((TALVANE_TOOL " " + command + " >/dev/full 2>" + errors).c_str());
+        EXPECT_EQ(WEXITSTATUS(status), 2) << command;
+        EXPECT_EQ(ReadFile(errors), "talvane: cannot write to standard output\n") << command;
+    }
+}
+
+TEST(CommandLineTest, SaysPlainlyThatThereIsNoFolderForTemporaryFiles) {
+    const MachineFolder machine(kPlainMachine);
+    const std::string errors = machine.Path() / "errors";
+    const int status = std::system(("TMPDIR=/nowhere " TALVANE_TOOL " load --machine " +
+                                    machine.Path().string() + " 2>" + errors)
+                                       .c_str());
     EXPECT_EQ(WEXITSTATUS(status), 2);
-    EXPECT_EQ(ReadFile(errors), "talvane: cannot write to standard output\n");
+    EXPECT_EQ(ReadFile(errors),
+              "talvane: there is no folder for temporary files: TMPDIR is wrong\n");
+}
+
+TEST(CommandLineTest, TakesTheNameOfAnEntity) {
+    const MachineFolder machine("bmc kcs\n");
+    const auto set = [&](const char* entity) {
+        return machine.Run({"threshold", "set", "--entity", entity, "--type", "fan", "--which",
+                            "lower-critical", "1"});
+    };
+    EXPECT_EQ(set("power supply").err, set("10").err);
+    EXPECT_THAT(set("power supply").err, HasSubstr("no sensor of entity 10 "));
 }
 
 }  // namespace

@@ -103,7 +103,7 @@ TEST(HealthCommandTest, JudgesEverySensorInJsonWithItsReason) {
 TEST(SensorsCommandTest, ShowsRecordsOfAgentsOnRequest) {
     const MachineFolder machine = MachineAt("42");
     EXPECT_THAT(machine.Run({"sensors", "--library"}).out,
-                HasSubstr("  CPU Temp  temperature       3  42.00 degree C  ok "));
+                HasSubstr("  CPU Temp  temperature  processor  42.00 degree C  ok "));
     const auto json = nlohmann::json::parse(machine.Run({"sensors", "--library", "--json"}).out);
     EXPECT_EQ(json.at("librarySensors").at("temperatures").at("quantity"), 1);
 }

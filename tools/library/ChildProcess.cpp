@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <filesystem>
+#include <stdexcept>
 #include <system_error>
 
 #include "tools/base/Descriptor.h"
@@ -22,9 +23,16 @@ namespace {
     throw std::system_error(errno, std::generic_category(), what);
 }
 
+std::filesystem::path TemporaryFiles() {
+    std::error_code error;
+    const auto folder = std::filesystem::temp_directory_path(error);
+    if (error) throw std::runtime_error("there is no folder for temporary files: TMPDIR is wrong");
+    return folder;
+}
+
 class EmptyFolder {
 public:
-    EmptyFolder() : path_(std::filesystem::temp_directory_path() / "talvane-XXXXXX") {
+    EmptyFolder() : path_(TemporaryFiles() / "talvane-XXXXXX") {
         if (mkdtemp(path_.data()) == nullptr) ThrowErrno(path_.c_str());
     }
     ~EmptyFolder() {

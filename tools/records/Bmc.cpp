@@ -24,6 +24,12 @@ std::string InventoryText(int (IPMIsupport::*get)(char*)) {
     return FieldText(text);
 }
 
+// The library drops the last character.
+std::string SerialStart(const Bmc& bmc) {
+    const std::string& start = bmc.productSerialStart;
+    return start.empty() ? "" : start + " (the library drops the last character)";
+}
+
 }  // namespace
 
 std::optional<Bmc> ReadBmc() {
@@ -63,7 +69,7 @@ std::string ToText(const Bmc& bmc) {
                                       {"Product", bmc.productName},
                                       {"Product part number", bmc.productPartNumber},
                                       {"Product version", bmc.productVersion},
-                                      {"Product serial starts", bmc.productSerialStart}})});
+                                      {"Product serial number", SerialStart(bmc)}})});
 }
 
 Json ToJson(const Bmc& bmc) {

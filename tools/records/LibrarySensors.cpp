@@ -78,7 +78,7 @@ std::string StateText(const SensorState& sensor) {
 
 void AddRows(std::vector<Row>& rows, const char* kind, const SensorGroup& group) {
     for (const SensorState& sensor : group.listed) {
-        Row row{sensor.name, kind, std::to_string(sensor.entity),
+        Row row{sensor.name, kind, EntityName(sensor.entity),
                 Spaced(sensor.reading) + (sensor.isSigned ? " *" : ""), StateText(sensor)};
         AddLimitCells(row, sensor.limits);
         rows.push_back(row);
@@ -151,8 +151,7 @@ std::string LimitState(const SensorState& sensor) {
 }
 
 std::string ToText(const LibrarySensors& sensors) {
-    std::vector<Column> columns{
-        {"Sensor"}, {"Kind"}, {"Entity", kRight}, {"Reading", kRight}, {"State"}};
+    std::vector<Column> columns{{"Sensor"}, {"Kind"}, {"Entity"}, {"Reading", kRight}, {"State"}};
     AddLimitColumns(columns);
     std::vector<Row> rows;
     AddRows(rows, "temperature", sensors.temperatures);

@@ -69,10 +69,13 @@ std::optional<Power> ReadPower() {
 }
 
 std::string ToText(const Power& power) {
-    // The library's test for a UPS looks at type bits that most other types have, too.
     return Section("Power supplies", {FactBlock({{"Redundant", std::to_string(power.redundant)}}),
                                       SupplyTable(power.supplies)}) +
-           '\n' + Section("Power supplies that pass for a UPS", {SupplyTable(power.ups)});
+           '\n' +
+           Section("Uninterruptible power supplies",
+                   {SupplyTable(power.ups),
+                    NoteBlock("Those that the library takes for one. It looks at bits of the type "
+                              "that most other types have, too.")});
 }
 
 Json ToJson(const Power& power) {
