@@ -11,11 +11,11 @@
 // stops a nested call (from a signal handler, for example), not a second thread.
 //
 // Reading the machine needs root. Where something cannot be read, a function returns -1 or leaves
-// the field untouched. When memory runs out, a C++ program may get std::bad_alloc from any function;
-// no flag stays set, and the next call tries again. A C program ends. The library writes no log,
-// only a few diagnostics: on standard error "open /dev/mem", "lseek /dev/mem" and "/proc/stat", each
-// with the reason; on standard output "No ide devices.", "File open failed!" and "File is not
-// exist!".
+// the field untouched. When memory runs out, a C++ program may get std::bad_alloc from any
+// function; no flag stays set, and the next call tries again. A C program ends. The library writes
+// no log, only a few diagnostics: on standard error "open /dev/mem", "lseek /dev/mem" and
+// "/proc/stat", each with the reason; on standard output "No ide devices.", "File open failed!" and
+// "File is not exist!".
 #ifndef TALVANE_H
 #define TALVANE_H
 
