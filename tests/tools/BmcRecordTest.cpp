@@ -6,6 +6,7 @@
 
 #include <cerrno>
 
+#include "NoValue.h"
 #include "simulator/machine/Machine.h"
 #include "support/IpmiTest.h"
 #include "tools/base/Source.h"
@@ -16,8 +17,6 @@
 
 namespace tool {
 namespace {
-
-constexpr std::nullopt_t kNone = std::nullopt;
 
 using testing::IsEmpty;
 using testing::SizeIs;
@@ -37,7 +36,7 @@ TEST_F(BmcRecordTest, SensorsHaveTheThresholdsThatTheBmcHoldsForThem) {
     EXPECT_EQ(second.name, "T2");
     EXPECT_EQ(second.number, 0x11);
     EXPECT_EQ(second.reading, "96.00degree C");
-    EXPECT_EQ(second.limits, (Limits{kNone, kNone, kNone, 85.0, 95.0, 105.0}));
+    EXPECT_EQ(second.limits, (Limits{kNoValue, kNoValue, kNoValue, 85.0, 95.0, 105.0}));
     EXPECT_EQ(second.recordLimits, (Limits{0.0, 0.0, 0.0, 1.0, 2.0, 3.0}))
         << "the record has those of the first";
     EXPECT_EQ(LimitState(second), "upper critical");

@@ -12,7 +12,7 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr const char* kMachine =
+constexpr const char* kServerWithBoard =
     "smbios version 2.3\n"
     "structure 2 handle 0x0200 length 8\n"
     "    string 7 \"SB \\x1B 17\"\n"
@@ -42,7 +42,7 @@ protected:
     }
 
 private:
-    const MachineFolder machine_{kMachine};
+    const MachineFolder machine_{kServerWithBoard};
 };
 
 TEST_F(GetCommandTest, PrintsATextWithoutControlCharacters) {

@@ -7,6 +7,7 @@
 
 #include <set>
 
+#include "NoValue.h"
 #include "tools/health/HealthText.h"
 #include "tools/sensors/Judgement.h"
 #include "tools/sensors/SensorStates.h"
@@ -17,7 +18,6 @@ namespace {
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr std::nullopt_t kNone = std::nullopt;
 constexpr int kSupply = 0x08;
 constexpr int kSupplyEntity = 10;
 
@@ -151,9 +151,9 @@ TEST(JudgementTest, ExpectsNoReadingFromAnEntityThatIsAbsent) {
 
 TEST(JudgementTest, DoesNotJudgeStatesThatOnlyTheMakerKnows) {
     const auto judged = JudgeOne(Discrete(0xC0, 0x70, 0x05));
-    EXPECT_EQ(judged.verdict, kNone);
+    EXPECT_EQ(judged.verdict, kNoValue);
     EXPECT_EQ(judged.reason, "state 0, state 2");
-    EXPECT_EQ(JudgeOne(Discrete(0xC0, 0x70, 0)).verdict, kNone);
+    EXPECT_EQ(JudgeOne(Discrete(0xC0, 0x70, 0)).verdict, kNoValue);
     EXPECT_EQ(Judge({{Discrete(0xC0, 0x70, 1)}, 1, true}, {}).verdict, Verdict::kUnknown)
         << "nothing that is OK";
 }
@@ -184,7 +184,7 @@ TEST(RulesTest, GiveAVerdictToStatesThatOnlyTheMakerKnows) {
 
 TEST(RulesTest, LeaveSensorsOut) {
     const auto judged = JudgeOne(Analog("T", 95, kSix), ParseRules("entity processor ignore\n"));
-    EXPECT_EQ(judged.verdict, kNone);
+    EXPECT_EQ(judged.verdict, kNoValue);
     EXPECT_EQ(judged.reason, "left out by a rule");
 }
 
@@ -250,9 +250,10 @@ TEST(SensorStatesTest, AreLookedUpBySensorTypeOnlyForStatesOfTheType) {
 
 TEST(NagiosTextTest, HasTheWorstSensorThePerformanceDataAndALineForEachProblem) {
     const Health health =
-        Judge({{Analog("T1", 50, kSix), Analog("T2", 85, {kNone, kNone, kNone, 80.0, 90.0, kNone}),
+        Judge({{Analog("T1", 50, kSix),
+                Analog("T2", 85, {kNoValue, kNoValue, kNoValue, 80.0, 90.0, kNoValue}),
                 Discrete(5, kSensorSpecificEventType, 1),
-                Analog("T3", 95, {kNone, 10.0, kNone, kNone, 90.0, kNone})},
+                Analog("T3", 95, {kNoValue, 10.0, kNoValue, kNoValue, 90.0, kNoValue})},
                4,
                true},
               {});

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <cmath>
 
+#include "NoValue.h"
 #include "tools/sensors/IdString.h"
 #include "tools/sensors/SensorAnswer.h"
 #include "tools/sensors/SensorRecord.h"
@@ -20,8 +21,6 @@ using Bytes = std::vector<unsigned char>;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::SizeIs;
-
-constexpr std::nullopt_t kNone = std::nullopt;
 
 // A full record of sensor 0x30 with the factors of the test.
 Bytes FullRecord() {
@@ -212,10 +211,10 @@ TEST(ReadingValueTest, AppliesEachLinearization) {
 
 TEST(ReadingValueTest, HasNoValueWithoutAFormulaOrAFiniteResult) {
     constexpr auto kPlain = ReadingFormula::Format::kUnsigned;
-    EXPECT_EQ(ReadingValue(Formula(ReadingFormula::Format::kNone, 0, 1, 0, 0, 0), 4), kNone);
-    EXPECT_EQ(ReadingValue(Formula(kPlain, 0x70, 1, 0, 0, 0), 4), kNone);
-    EXPECT_EQ(ReadingValue(Formula(kPlain, 7, 1, 0, 0, 0), 0), kNone) << "1/0";
-    EXPECT_EQ(ReadingValue(Formula(kPlain, 1, -1, 0, 0, 0), 4), kNone) << "logarithm of -4";
+    EXPECT_EQ(ReadingValue(Formula(ReadingFormula::Format::kNone, 0, 1, 0, 0, 0), 4), kNoValue);
+    EXPECT_EQ(ReadingValue(Formula(kPlain, 0x70, 1, 0, 0, 0), 4), kNoValue);
+    EXPECT_EQ(ReadingValue(Formula(kPlain, 7, 1, 0, 0, 0), 0), kNoValue) << "1/0";
+    EXPECT_EQ(ReadingValue(Formula(kPlain, 1, -1, 0, 0, 0), 4), kNoValue) << "logarithm of -4";
 }
 
 TEST(SensorAnswerTest, IsReadOnlyWhenScannedAndAvailable) {
@@ -229,7 +228,7 @@ TEST(SensorAnswerTest, IsReadOnlyWhenScannedAndAvailable) {
 }
 
 TEST(SensorAnswerTest, HasNoStatesWhenTheAnswerEndsBeforeThem) {
-    EXPECT_EQ(DecodeReading(Bytes{0, 0xC0}).states, kNone);
+    EXPECT_EQ(DecodeReading(Bytes{0, 0xC0}).states, kNoValue);
     EXPECT_EQ(DecodeReading(Bytes{0, 0xC0, 0x05}).states, 0x0005U);
     EXPECT_EQ(DecodeReading(Bytes{0, 0xC0, 0x05, 0x82}).states, 0x0205U) << "bit 15 is reserved";
 }
@@ -237,9 +236,9 @@ TEST(SensorAnswerTest, HasNoStatesWhenTheAnswerEndsBeforeThem) {
 TEST(SensorAnswerTest, HasTheThresholdsThatCanBeReadAndHaveArrived) {
     const auto formula = Formula(ReadingFormula::Format::kUnsigned, 0, 2, 0, 0, 0);
     EXPECT_THAT(DecodeThresholds(Bytes{0x1B, 10, 5, 1, 80, 90, 100}, formula),
-                ElementsAre(20.0, 10.0, kNone, 160.0, 180.0, kNone));
+                ElementsAre(20.0, 10.0, kNoValue, 160.0, 180.0, kNoValue));
     EXPECT_THAT(DecodeThresholds(Bytes{0x3F, 10, 5}, formula),
-                ElementsAre(20.0, 10.0, kNone, kNone, kNone, kNone));
+                ElementsAre(20.0, 10.0, kNoValue, kNoValue, kNoValue, kNoValue));
     EXPECT_EQ(DecodeThresholds({}, formula), Limits{});
 }
 

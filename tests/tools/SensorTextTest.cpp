@@ -4,14 +4,13 @@
 
 #include <gtest/gtest.h>
 
+#include "NoValue.h"
 #include "TextSearch.h"
 #include "tools/records/LibrarySensors.h"
 #include "tools/records/Thresholds.h"
 
 namespace tool {
 namespace {
-
-constexpr std::nullopt_t kNone = std::nullopt;
 
 SensorState Read(const std::string& reading, const Limits& limits) {
     SensorState sensor{};
@@ -22,7 +21,7 @@ SensorState Read(const std::string& reading, const Limits& limits) {
     return sensor;
 }
 
-const Limits kUpper = {kNone, kNone, kNone, 80.0, 90.0, kNone};
+const Limits kUpper = {kNoValue, kNoValue, kNoValue, 80.0, 90.0, kNoValue};
 
 TEST(LimitStateTest, NamesTheLimitThatTheReadingHasReached) {
     EXPECT_EQ(LimitState(Read("79.00degree C", kUpper)), "ok");
@@ -46,7 +45,7 @@ TEST(SensorTextTest, IsOneAlignedTable) {
     SensorState discrete = Read("Unknown", {});
     discrete.name = "Door";
     discrete.state = "Device Enabled";
-    SensorState fan = Read("3500RPM", {1000.0, 500.0, kNone, kNone, kNone, kNone});
+    SensorState fan = Read("3500RPM", {1000.0, 500.0, kNoValue, kNoValue, kNoValue, kNoValue});
     fan.name = "FAN1";
     fan.entity = 29;
     const LibrarySensors sensors{
