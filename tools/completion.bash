@@ -1,7 +1,7 @@
 # SPDX-License-Identifier: MIT
 #
-# bash completes the words of talvane: commands and options as the tool's own help names them, and the
-# values of options.
+# bash completes the words of talvane: commands and options as the tool's own help names them, the
+# values of options, and where a path of `get` begins.
 
 _talvane()
 {
@@ -23,6 +23,12 @@ _talvane()
                 compgen -W "$(command ls -- "$machines" 2>/dev/null)" -- "$word")
             return
             ;;
+        --rules)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -f -- "$word")
+            return
+            ;;
+        --format) help='text json nagios' ;;
         --type) help='temperature voltage fan' ;;
         --which)
             help='lower-non-critical lower-critical lower-non-recoverable
@@ -34,8 +40,8 @@ _talvane()
             # The command so far: words that are neither options nor their values.
             for ((i = 1; i < COMP_CWORD; ++i)); do
                 case ${COMP_WORDS[i]} in
-                    --machine | --type | --which | --action | --watch | --count | --interval | \
-                        --entity | --timeout)
+                    --machine | --rules | --format | --type | --which | --action | --watch | \
+                        --count | --interval | --entity | --timeout)
                         if [[ ${COMP_WORDS[i+1]} == = ]]; then ((++i)); fi
                         ((++i))
                         ;;
@@ -46,6 +52,11 @@ _talvane()
             help=$("$1" "${command[@]}" --help 2>/dev/null)
             if [[ $word == -* ]]; then
                 help=$(sed -n 's/^ *\(-[a-z],\)\{0,1\}\(--[a-z-]*\).*/\2/p' <<<"$help")
+            elif [[ ${command[*]} == get ]]; then
+                # The commands that show something: report's is no member of the JSON.
+                compopt -o nospace 2>/dev/null
+                help=$("$1" --help 2>/dev/null |
+                    sed -n '/^Commands:/,/^$/{/^  \(report\|get\|threshold\) /!s/^  \([a-z]*\) .*/\1./p}')
             else
                 help=$(sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p' <<<"$help")
             fi

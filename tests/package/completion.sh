@@ -12,6 +12,7 @@ prefix=$work/prefix
 "$cmake" --install "$build" --prefix "$prefix" >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
 export PATH=$prefix/bin:$PATH
 mkdir -p "$work/here/my-server"
+touch "$work/here/my-rules"
 cd "$work/here" || exit 2
 for program in talvane talvane-sim; do
     # shellcheck source=/dev/null
@@ -48,11 +49,18 @@ offers 'talvane threshold set --json --wh' --which
 offers 'talvane sensors --co' --count
 offers 'talvane board --co' ''
 offers 'talvane watchdog set --yes --ti' --timeout
+offers 'talvane health --s' --states
+offers 'talvane health --rules my' my-rules my-server
+offers 'talvane get wat' watchdog.
+offers 'talvane get r' ''
+offers 'talvane get get' ''
+offers 'talvane get board.x ' ''
+offers 'talvane get --machine full-server health' health.
 offers 'talvane sensors --watch ' ''
 offers 'talvane board --machine my' my-server
 offers 'talvane board --machine full' full-server
 offers 'talvane board --machine=qemu-s' qemu-small
-offers 'talvane-sim f' full-server
+offers 'talvane-sim f' failing-server full-server
 offers 'talvane-sim my' my-server
 offers 'talvane-sim full-server --r' --real-time
 offers 'talvane-sim full-server -- talvane-s' talvane-sim
@@ -65,14 +73,15 @@ if ((${#commands[@]} < 15)); then
 fi
 offers 'talvane ' "${commands[@]}"
 
-# The value of an option is not taken for a command: each option that has one is known.
+# The value of an option is not taken for a command: each option that has one is known. If it were not,
+# the options of report would be offered.
 known=
 for command in "${commands[@]}" 'threshold set' 'watchdog set'; do
     # shellcheck disable=SC2086  # two words
     for option in $(talvane $command --help | sed -n 's/^ *\(--[a-z-]*\) [A-Z].*/\1/p'); do
         case $known in *" $option "*) continue ;; esac
         known="$known $option "
-        offers "talvane $command $option value --he" --help
+        offers "talvane $option report $command $option" "$option"
     done
 done
 
@@ -81,10 +90,17 @@ takes_values() {
     local values
     # shellcheck disable=SC2086  # several words
     values=$(talvane $1 "$2" nothing 2>&1 |
-        sed -n 's/.*nothing is none of \([a-z, -]*[a-z]\).*/\1/p' | sed 's/, nor a number.*//')
+        sed -n 's/.*nothing \(is none of \|not in {\)\([a-z, -]*[a-z]\).*/\2/p' |
+        sed 's/, nor a number.*//')
+    # Without values this would only be compared with an offer of none.
+    if [[ -z $values ]]; then
+        echo "what $2 takes is not understood" >&2
+        failed=1
+    fi
     # shellcheck disable=SC2086
-    offers "talvane $1 $2 " ${values//,/}
+    offers "talvane $1 $2 " ${values//,/ }
 }
+takes_values 'health' --format
 takes_values 'watchdog set' --action
 takes_values 'threshold set' --which
 takes_values 'threshold set' --type

@@ -43,6 +43,16 @@ for list in "$source"/debian/*.docs "$source"/debian/*.examples; do
     done <"$list"
 done
 
+# The documents that a man page refers to come with the page.
+for page in "$source"/docs/man/*; do
+    for document in $(sed -n 's/\\-/-/g; s/^\.Pa \([a-z-]*\.md\).*/\1/p' "$page"); do
+        package=$(grep -lx "usr/share/man/man${page##*.}" "$source"/debian/*.install)
+        package=${package%.install}
+        grep -qx "docs/$document" "$package.docs" ||
+            fail "${page##*/} refers to $document, which ${package##*/} does not contain"
+    done
+done
+
 version=$(sed -n '1s/^talvane (\(.*\)) .*/\1/p' "$source/debian/changelog")
 grep -q "^project(Talvane VERSION $version " "$source/CMakeLists.txt" ||
     fail "the packages have version $version, and CMakeLists.txt another"

@@ -98,7 +98,7 @@ for command in $commands; do
         grep -qE "Cm $command $word( |\$)" "$work/talvane.1" || fail "talvane.1 does not name $command $word"
     done
     # A command that only has others below it does nothing itself.
-    [ "$command" = threshold ] || grep -qx "\.It Cm $command" "$work/talvane.1" ||
+    [ "$command" = threshold ] || grep -qxE "\.It Cm $command( Ar [A-Z]+)?" "$work/talvane.1" ||
         fail "talvane.1 does not explain $command"
 done
 has_options talvane.1 "$work/all"
@@ -106,6 +106,12 @@ for command in $(sed -n 's/^\.It Cm \([a-z]*\).*/\1/p' "$work/talvane.1" | sort 
     echo "$commands" | grep -qx "$command" || fail "talvane.1 explains $command, which there is not"
 done
 [ "$(echo "$commands" | wc -l)" -gt 15 ] || fail 'the help of the tool is not understood'
+
+# The bundled machines: the simulator's page says what each is for.
+for machine in "$source"/machines/*; do
+    name=${machine##*/}
+    grep -qE "^\.Pa (.* )?$name( |\$)" "$work/talvane-sim.1" || fail "talvane-sim.1 does not name $name"
+done
 
 # Statements of machine files.
 statements=$(cat "$source"/simulator/description/*Statements.cpp | tr '{' '\n' |
