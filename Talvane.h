@@ -12,10 +12,11 @@
 //
 // Reading the machine needs root. Where something cannot be read, a function returns -1 or leaves
 // the field untouched. When memory runs out, a C++ program may get std::bad_alloc from any
-// function; no flag stays set, and the next call tries again. A C program ends. The library writes
-// no log, only a few diagnostics: on standard error "open /dev/mem", "lseek /dev/mem" and
-// "/proc/stat", each with the reason; on standard output "No ide devices.", "File open failed!" and
-// "File is not exist!".
+// function; no flag stays set, and the next call tries again. Memory that runs out while the BMC is
+// first looked for can end IPMI for the process: then no request reaches the BMC. A C program ends.
+// The library writes no log, only a few diagnostics: on standard error "open /dev/mem", "lseek
+// /dev/mem" and "/proc/stat", each with the reason; on standard output "No ide devices.", "File
+// open failed!" and "File is not exist!".
 #ifndef TALVANE_H
 #define TALVANE_H
 
