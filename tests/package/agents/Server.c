@@ -61,7 +61,11 @@ static int OpenMemory(void) {
     return descriptor;
 }
 
-int open(const char* path, int flags, ...) {
+// The C library's functions that the library calls, under names of this file's own.
+int Open(const char* path, int flags, ...) __asm__("open");
+int Iopl(int level) __asm__("iopl");
+
+int Open(const char* path, int flags, ...) {
     if (strcmp(path, "/dev/mem") == 0) return OpenMemory();
     va_list list;
     va_start(list, flags);
@@ -70,7 +74,7 @@ int open(const char* path, int flags, ...) {
     return (int)syscall(SYS_open, path, flags, mode);
 }
 
-int iopl(int level) {
+int Iopl(int level) {
     (void)level;
     return 0;
 }
