@@ -39,7 +39,7 @@ Result Shell(const std::string& command) {
 
 // For programs that are preloaded without talvane-sim, which sees to this itself: where these
 // tests are built with AddressSanitizer, its runtime would insist on coming first.
-constexpr const char* kPreloading = "ASAN_OPTIONS=verify_asan_link_order=0 ";
+constexpr const char* kPreloading = "ASAN_OPTIONS=$ASAN_OPTIONS:verify_asan_link_order=0 ";
 
 Result Launch(const std::string& arguments) {
     return Shell(TALVANE_SIM " " + arguments);
