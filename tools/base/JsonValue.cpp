@@ -14,12 +14,7 @@
 namespace tool {
 namespace {
 
-std::string_view Trimmed(std::string_view text) {
-    constexpr std::string_view kBlanks = " \t\r\n";
-    const std::size_t first = text.find_first_not_of(kBlanks);
-    if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(kBlanks) + 1 - first);
-}
+constexpr std::string_view kPadding = " \t\r\n";
 
 // A whole number without a decimal point.
 Json NumberJson(std::optional<double> value) {
@@ -33,26 +28,26 @@ Json NumberJson(std::optional<double> value) {
 }  // namespace
 
 Json TextJson(std::string_view text) {
-    const std::string_view trimmed = Trimmed(text);
+    const std::string_view trimmed = Trimmed(text, kPadding);
     return trimmed.empty() ? Json() : Json(Utf8(trimmed));
 }
 
 Json QuantityJson(std::optional<double> value, std::string_view unit, std::string_view text) {
-    if (Trimmed(text).empty()) return {};
+    if (Trimmed(text, kPadding).empty()) return {};
     return {{"value", NumberJson(value)},
             {"unit", value ? TextJson(unit) : Json()},
             {"text", TextJson(text)}};
 }
 
 Json QuantityJson(std::string_view text) {
-    const std::string number(Trimmed(text));
-    const std::size_t end = number.find_first_not_of("0123456789.-");
-    const std::string digits = number.substr(0, end);
+    const std::string number(Trimmed(text, kPadding));
+    const std::size_t length = NumberLength(number);
+    const std::string digits = number.substr(0, length);
     char* stop = nullptr;
     const double value = std::strtod(digits.c_str(), &stop);
     const bool isNumber = !digits.empty() && *stop == '\0';
     if (!isNumber) return QuantityJson(std::nullopt, "", text);
-    return QuantityJson(value, end == std::string::npos ? "" : number.substr(end), text);
+    return QuantityJson(value, number.substr(length), text);
 }
 
 Json CodeJson(int code, std::string_view name) {

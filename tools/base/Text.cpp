@@ -60,17 +60,27 @@ void AppendEscaped(std::string& out, std::string_view bytes) {
     }
 }
 
-std::string_view WithoutSurroundingBlanks(std::string_view text) {
-    const std::size_t first = text.find_first_not_of(' ');
+}  // namespace
+
+std::string_view Trimmed(std::string_view text, std::string_view blanks) {
+    const std::size_t first = text.find_first_not_of(blanks);
     if (first == std::string_view::npos) return {};
-    return text.substr(first, text.find_last_not_of(' ') + 1 - first);
+    return text.substr(first, text.find_last_not_of(blanks) + 1 - first);
 }
 
-}  // namespace
+std::size_t NumberLength(std::string_view text) {
+    return std::min(text.find_first_not_of("0123456789.-"), text.size());
+}
+
+std::string HexText(unsigned code) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%02X", code);
+    return text;
+}
 
 std::string Printable(std::string_view text) {
     std::string out;
-    text = WithoutSurroundingBlanks(text);
+    text = Trimmed(text);
     while (!text.empty()) {
         std::uint32_t codePoint = 0;
         const std::size_t sequence = SequenceLength(text, codePoint);

@@ -25,6 +25,15 @@ std::string FieldText(const char (&field)[N]) {
     return TextWithin(field, 0, N);
 }
 
+// The text without these characters before and after it.
+std::string_view Trimmed(std::string_view text, std::string_view blanks = " ");
+
+// How many characters at the start of "3.30V" or "-5 degree C" belong to its number.
+std::size_t NumberLength(std::string_view text);
+
+// "0x0A".
+std::string HexText(unsigned code);
+
 // For a terminal: the text without surrounding blanks. Letters and signs that take one column stay
 // as they are. Every other byte (controls, broken UTF-8, characters of unclear width) becomes \xHH.
 std::string Printable(std::string_view text);

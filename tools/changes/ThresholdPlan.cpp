@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <cstdio>
 #include <nlohmann/json.hpp>
 
 #include "tools/base/Text.h"
@@ -15,9 +14,8 @@ namespace tool {
 namespace {
 
 std::string NumberedName(const RepositorySensor& sensor, const std::string& name) {
-    char number[16];
-    std::snprintf(number, sizeof number, "0x%02X", sensor.number);
-    return name.empty() ? "sensor " + std::string(number) : name + " (" + number + ")";
+    const std::string number = HexText(sensor.number);
+    return name.empty() ? "sensor " + number : name + " (" + number + ")";
 }
 
 Limits Values(const SensorFormulaParameter& formula, const Six<PlannedThreshold>& thresholds,
@@ -81,9 +79,7 @@ std::string Remark(const ThresholdPlan& plan, std::size_t limit) {
 
 std::string ValueText(std::optional<unsigned char> raw, std::optional<double> value) {
     if (!raw) return "";
-    char hex[16];
-    std::snprintf(hex, sizeof hex, " (0x%02X)", *raw);
-    return NumberText(value) + hex;
+    return NumberText(value) + " (" + HexText(*raw) + ')';
 }
 
 }  // namespace

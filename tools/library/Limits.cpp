@@ -4,6 +4,7 @@
 
 #include "tools/library/Limits.h"
 
+#include <algorithm>
 #include <cstdio>
 #include <nlohmann/json.hpp>
 
@@ -36,6 +37,11 @@ Limits OnlyIn(unsigned char mask, const Six<double>& values) {
     for (std::size_t i = 0; i < kLimits; ++i)
         if (!InMask(mask, i)) limits[i].reset();
     return limits;
+}
+
+bool HasAny(const Limits& limits) {
+    return std::any_of(limits.begin(), limits.end(),
+                       [](const auto& limit) { return limit.has_value(); });
 }
 
 std::optional<std::size_t> ReachedLimit(double reading, const Limits& limits) {

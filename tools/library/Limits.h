@@ -46,6 +46,9 @@ inline bool InMask(unsigned char mask, std::size_t limit) {
 Limits AllOf(const Six<double>& values);
 Limits OnlyIn(unsigned char mask, const Six<double>& values);
 
+// Whether there is a limit.
+bool HasAny(const Limits& limits);
+
 // The outermost limit that a reading has reached (IPMI 2.0, 36.2); nothing for none.
 std::optional<std::size_t> ReachedLimit(double reading, const Limits& limits);
 

@@ -59,8 +59,8 @@ SensorGroup ReadGroup(unsigned long command, Element (Record::*elements)[N],
 
 // "3.30V" and "1200RPM", as the record has them, with a blank before the unit.
 std::string Spaced(const std::string& reading) {
-    const std::size_t unit = reading.find_first_not_of("0123456789.-");
-    if (unit == 0 || unit == std::string::npos || reading[unit] == '%') return reading;
+    const std::size_t unit = NumberLength(reading);
+    if (unit == 0 || unit == reading.size() || reading[unit] == '%') return reading;
     return reading.substr(0, unit) + ' ' + reading.substr(unit);
 }
 
@@ -143,9 +143,7 @@ std::optional<LibrarySensors> ReadLibrarySensors() {
 
 std::string LimitState(const SensorState& sensor) {
     const auto reading = ReadingNumber(sensor.reading);
-    const bool hasLimit = std::any_of(sensor.limits.begin(), sensor.limits.end(),
-                                      [](const auto& limit) { return limit.has_value(); });
-    if (!reading || !hasLimit || sensor.isSigned || sensor.isUnavailable) return "";
+    if (!reading || !HasAny(sensor.limits) || sensor.isSigned || sensor.isUnavailable) return "";
     const auto reached = ReachedLimit(*reading, sensor.limits);
     return reached ? kLimitNames[*reached] : "ok";
 }

@@ -33,9 +33,8 @@ std::string StateTable(const AllSensors& all) {
                       rows);
 }
 
-bool HasLimit(const SensorNow& sensor) {
-    return std::any_of(sensor.limits.begin(), sensor.limits.end(),
-                       [](const auto& limit) { return limit.has_value(); });
+bool HasLimits(const SensorNow& sensor) {
+    return HasAny(sensor.limits);
 }
 
 std::string ThresholdTable(const AllSensors& all) {
@@ -43,7 +42,7 @@ std::string ThresholdTable(const AllSensors& all) {
     AddLimitColumns(columns);
     std::vector<Row> rows;
     for (const SensorNow& sensor : all.sensors) {
-        if (!HasLimit(sensor)) continue;
+        if (!HasLimits(sensor)) continue;
         Row row{SensorNumberText(sensor.record), SensorName(sensor.record)};
         AddLimitCells(row, sensor.limits);
         rows.push_back(row);
@@ -69,7 +68,7 @@ std::optional<AllSensors> ReadSensors() {
 
 std::string ToText(const AllSensors& all) {
     std::vector<std::string> blocks{StateTable(all)};
-    if (std::any_of(all.sensors.begin(), all.sensors.end(), HasLimit)) {
+    if (std::any_of(all.sensors.begin(), all.sensors.end(), HasLimits)) {
         blocks.push_back(ThresholdTable(all));
         blocks.push_back(NoteBlock(kLimitLegend));
     }

@@ -4,9 +4,9 @@
 
 #include "tools/sensors/AllSensors.h"
 
-#include <cstdio>
 #include <set>
 
+#include "tools/base/Text.h"
 #include "tools/sensors/BmcRequest.h"
 #include "tools/sensors/SensorValue.h"
 
@@ -77,9 +77,8 @@ AllSensors ReadAllSensors() {
 }
 
 std::string SensorNumberText(const SensorRecord& record) {
-    char text[16];
-    std::snprintf(text, sizeof text, "0x%02X", static_cast<unsigned>(record.number));
-    return record.lun == 0 ? text : text + std::string(".") + std::to_string(record.lun);
+    const std::string text = HexText(static_cast<unsigned>(record.number));
+    return record.lun == 0 ? text : text + '.' + std::to_string(record.lun);
 }
 
 std::string SensorName(const SensorRecord& record) {

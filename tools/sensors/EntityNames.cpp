@@ -5,8 +5,9 @@
 #include "tools/sensors/EntityNames.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
+
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {
@@ -82,15 +83,16 @@ constexpr EntityRow kEntities[] = {
 std::string EntityName(int entity) {
     for (const EntityRow& row : kEntities)
         if (row.code == entity) return row.name;
-    char text[32];
-    std::snprintf(text, sizeof text, "entity 0x%02X", static_cast<unsigned>(entity));
-    return text;
+    return "entity " + HexText(static_cast<unsigned>(entity));
 }
 
 std::string EntityInstanceName(int entity, int instance) {
+    return EntityName(entity) + ' ' + std::to_string(InstanceNumber(instance));
+}
+
+int InstanceNumber(int instance) {
     constexpr int kFirstRelative = 0x60;
-    const int number = instance >= kFirstRelative ? instance - kFirstRelative : instance;
-    return EntityName(entity) + ' ' + std::to_string(number);
+    return instance >= kFirstRelative ? instance - kFirstRelative : instance;
 }
 
 std::optional<int> EntityNamed(const std::string& name) {

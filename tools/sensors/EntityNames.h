@@ -12,8 +12,11 @@ namespace tool {
 // "power supply"; "entity 0x95" for a code without a name.
 std::string EntityName(int entity);
 
-// "power supply 2". An instance from 0x60 on is counted within its controller, from 0.
+// "power supply 2".
 std::string EntityInstanceName(int entity, int instance);
+
+// The number in that name. An instance from 0x60 on is counted within its controller, from 0.
+int InstanceNumber(int instance);
 
 // The code of such a name; nothing for any other text.
 std::optional<int> EntityNamed(const std::string& name);

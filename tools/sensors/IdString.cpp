@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "tools/base/Text.h"
+
 namespace tool {
 namespace {
 
@@ -64,8 +66,7 @@ std::string IdString(ByteView record, std::size_t offset) {
             break;
     }
     text.resize(std::min(text.find('\0'), text.size()));
-    const std::size_t first = std::min(text.find_first_not_of(' '), text.size());
-    return text.substr(first, text.find_last_not_of(' ') + 1 - first);
+    return std::string(Trimmed(text));
 }
 
 }  // namespace tool

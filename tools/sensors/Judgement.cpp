@@ -31,11 +31,6 @@ bool IsBay(const SensorRecord& record) {
            (record.type == kSupplyType || record.type == kDriveSlotType);
 }
 
-bool HasLimits(const SensorNow& sensor) {
-    return std::any_of(sensor.limits.begin(), sensor.limits.end(),
-                       [](const auto& limit) { return limit.has_value(); });
-}
-
 bool AreStatesKnown(const SensorRecord& record) {
     for (int offset = 0; offset < kStates; ++offset)
         if (MeaningOf(record, offset) != nullptr) return true;
@@ -80,7 +75,7 @@ void AddAnalogConditions(std::vector<Condition>& conditions, const SensorNow& se
         if (const auto limit = ReachedLimitOf(sensor))
             conditions.push_back({kLimitNames[*limit], VerdictOfLimit(*limit)});
         else
-            conditions.push_back({HasLimits(sensor) ? kWithinLimits : kNoLimits, Verdict::kOk});
+            conditions.push_back({HasAny(sensor.limits) ? kWithinLimits : kNoLimits, Verdict::kOk});
     }
     if (sensor.record.type == kFanType && sensor.value && *sensor.value == 0)
         conditions.push_back({kStopped, Verdict::kCritical});

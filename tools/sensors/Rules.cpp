@@ -107,12 +107,9 @@ Rule RuleOf(std::vector<Word> words, int line) {
 }
 
 bool Fits(const Rule& rule, const SensorRecord& record, const std::string& state) {
-    constexpr int kRelativeBase = 0x60;
-    const int instance =
-        record.instance >= kRelativeBase ? record.instance - kRelativeBase : record.instance;
     return (!rule.number || *rule.number == record.number) &&
            (!rule.entity || *rule.entity == record.entity) &&
-           (!rule.instance || *rule.instance == instance) &&
+           (!rule.instance || *rule.instance == InstanceNumber(record.instance)) &&
            (!rule.type || *rule.type == record.type) &&
            (rule.state.empty() || rule.state == state) &&
            (rule.name.empty() || fnmatch(rule.name.c_str(), record.name.c_str(), 0) == 0);

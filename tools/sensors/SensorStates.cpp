@@ -6,8 +6,9 @@
 #include "tools/sensors/SensorStates.h"
 
 #include <algorithm>
-#include <cstdio>
 #include <iterator>
+
+#include "tools/base/Text.h"
 
 namespace tool {
 namespace {
@@ -170,10 +171,8 @@ std::string SensorTypeName(int type) {
     constexpr int kFirstOfMaker = 0xC0;
     if (type >= 0 && static_cast<std::size_t>(type) < std::size(kSensorTypes))
         return kSensorTypes[type];
-    char text[32];
-    std::snprintf(text, sizeof text, type >= kFirstOfMaker ? "maker's type 0x%02X" : "type 0x%02X",
-                  static_cast<unsigned>(type));
-    return text;
+    return (type >= kFirstOfMaker ? "maker's type " : "type ") +
+           HexText(static_cast<unsigned>(type));
 }
 
 std::string EventTypeName(int eventType) {
