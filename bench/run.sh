@@ -79,11 +79,11 @@ row() {
 }
 bare_start=$(process "$PWD/$build/bare-start")
 row 'agent in C, starting and ending' "$(process "$inventory")" 'empty program in C' "$bare_start"
-row 'agent, SMBIOS' "$(process "$file_agent" all)" 'dmidecode --from-dump' \
-    "$(process dmidecode --from-dump "$capture")"
-row 'agent, SMBIOS, without its start' \
-    $(($(process "$file_agent" all) - $(process "$file_agent"))) 'dmidecode, without its start' \
-    $(($(process dmidecode --from-dump "$capture") - $(process dmidecode --version)))
+agent_all=$(process "$file_agent" all)
+dmidecode_all=$(process dmidecode --from-dump "$capture")
+row 'agent, SMBIOS' "$agent_all" 'dmidecode --from-dump' "$dmidecode_all"
+row 'agent, SMBIOS, without its start' $((agent_all - $(process "$file_agent"))) \
+    'dmidecode, without its start' $((dmidecode_all - $(process dmidecode --version)))
 
 if [ "$programs" = native ]; then
     . bench/within-calls.sh

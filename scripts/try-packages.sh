@@ -23,8 +23,7 @@ ls "$packages"/*.deb >/dev/null 2>&1 || {
 scripts/install-packages.sh package >&2
 scripts/enable-32-bit.sh >&2
 
-mirror=$(apt-get indextargets --format '$(SITE)' 'Codename: bookworm' | head -n 1)
-mirror=${mirror:-http://deb.debian.org/debian}
+. scripts/private-apt.sh  # sets $mirror
 version=$(dpkg-parsechangelog -S Version)
 mkdir -p "$cache"
 scratch=$(mktemp -d)

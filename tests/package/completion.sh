@@ -5,9 +5,7 @@
 # others. Usage: completion.sh BUILD_DIR CMAKE
 set -u
 build=$1 cmake=$2
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failed=0
+. "$(dirname "$0")/scratch.sh"
 prefix=$work/prefix
 "$cmake" --install "$build" --prefix "$prefix" >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
 export PATH=$prefix/bin:$PATH

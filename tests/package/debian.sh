@@ -6,13 +6,7 @@
 # Usage: debian.sh SOURCE_DIR BUILD_DIR CMAKE
 set -u
 source=$1 build=$2 cmake=$3
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failed=0
-fail() {
-    echo "$*" >&2
-    failed=1
-}
+. "$(dirname "$0")/scratch.sh"
 
 # The tree as debhelper meets it, and with the bridge's files, which a project of its own installs.
 "$cmake" --install "$build" --prefix "$work/usr" >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }

@@ -6,13 +6,7 @@
 # Usage: install.sh SOURCE_DIR BUILD_DIR CMAKE
 set -u
 source=$1 build=$2 cmake=$3
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failed=0
-fail() {
-    echo "$*" >&2
-    failed=1
-}
+. "$(dirname "$0")/scratch.sh"
 
 # Installed in one place and used from another: nothing may remember where it was put first.
 "$cmake" --install "$build" --prefix "$work/first" >"$work/log" 2>&1 || { cat "$work/log"; exit 1; }

@@ -8,13 +8,7 @@
 # Usage: man_examples.sh SOURCE_DIR BUILD_DIR CMAKE BRIDGE
 set -u
 source=$1 build=$2 cmake=$3 bridge=$4
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failed=0
-fail() {
-    echo "$*" >&2
-    failed=1
-}
+. "$(dirname "$0")/scratch.sh"
 
 prefix=$work/prefix
 "$cmake" --install "$build" --prefix "$prefix" >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }

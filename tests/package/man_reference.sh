@@ -6,13 +6,7 @@
 # that there is not. Usage: man_reference.sh SOURCE_DIR TOOL SIMULATOR BRIDGE
 set -u
 source=$1 tool=$2 simulator=$3 bridge=$4
-work=$(mktemp -d)
-trap 'rm -rf "$work"' EXIT
-failed=0
-fail() {
-    echo "$*" >&2
-    failed=1
-}
+. "$(dirname "$0")/scratch.sh"
 # A page in one spelling: roff writes a hyphen of an option as \-.
 for page in "$source"/docs/man/*; do
     sed 's/\\-/-/g' "$page" >"$work/${page##*/}"
