@@ -47,6 +47,7 @@ build_debian() {  # FOLDER
 build_archive() {  # FOLDER
     copy_sources "$1/source"
     cmake -S "$1/source" -B "$1/build" -G Ninja -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 \
         -DCMAKE_TOOLCHAIN_FILE="$1/source/cmake/i686-linux.cmake" \
         -DCMAKE_CXX_FLAGS_RELWITHDEBINFO='-O2 -DNDEBUG' -DCMAKE_INSTALL_LIBDIR=lib \
         -DCMAKE_CXX_FLAGS="-m32 -march=i686 -U_FORTIFY_SOURCE -ffile-prefix-map=$1/source=." \
