@@ -20,15 +20,17 @@
 #include <new>
 
 #include "bridge/IoctlStep.h"
-#include "bridge/KernelController.h"
 #include "bridge/Log.h"
 #include "bridge/Readiness.h"
-#include "bridge/Reservation.h"
 #include "bridge/Rights.h"
-#include "bridge/Session.h"
+#include "transport/KernelController.h"
+#include "transport/Reservation.h"
+#include "transport/Session.h"
 
 namespace bridge {
 namespace {
+
+using namespace transport;
 
 // Set when the caller is a 32-bit program, on any kernel. It is FUSE_IOCTL_32BIT of <linux/fuse.h>,
 // which cannot be included: it defines much that libfuse's headers define, too.

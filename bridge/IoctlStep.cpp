@@ -8,6 +8,8 @@
 
 namespace bridge {
 
+using namespace transport;
+
 IoctlStep NextStep(const IoctlStage& stage) {
     using Kind = IoctlStep::Kind;
     if (stage.command != kSendMessage || !stage.callerHas32Bits) return {Kind::kRefuse, ENOTTY, {}};

@@ -11,7 +11,7 @@
 #include <cstdint>
 #include <span>
 
-#include "bridge/CallerRecord.h"
+#include "transport/CallerRecord.h"
 
 namespace bridge {
 
@@ -19,8 +19,8 @@ struct IoctlStep {
     enum class Kind { kRefuse, kFetchRecord, kFetchData, kServe };
 
     Kind kind = Kind::kRefuse;
-    int error = 0;        // errno of a refusal
-    CallerRecord record;  // from the second stage on
+    int error = 0;                   // errno of a refusal
+    transport::CallerRecord record;  // from the second stage on
 };
 
 // What the kernel has passed of an ioctl.

@@ -84,7 +84,8 @@ tools/records/         tools/records/ tools/sensors/ tools/library/ tools/base/ 
 tools/changes/         tools/changes/ tools/records/ tools/library/ tools/base/ Talvane.h InformationRecords.h
 tools/sources/         tools/sources/ tools/library/ tools/base/ base/
 tools/                 tools/ Talvane.h InformationRecords.h simulator/Launcher.h
-bridge/                bridge/
+transport/             transport/
+bridge/                bridge/ transport/
 bench/                 bench/ Talvane.h IPMI/IPMIsupport.h PCI/PCIscan.h
 vm/                    Talvane.h
 examples/              Talvane.h

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "bridge/IoctlStep.h"
-#include "bridge/Message.h"
+#include "transport/Message.h"
 
 namespace {
 
@@ -18,11 +18,11 @@ using bridge::IoctlStep;
 using bridge::NextStep;
 using Kind = bridge::IoctlStep::Kind;
 
-constexpr std::size_t kRoom = bridge::kRecordSize + bridge::kMaxResponse;
+constexpr std::size_t kRoom = transport::kRecordSize + transport::kMaxResponse;
 
 // A request with four bytes of data, whose response goes to 0x2000.
-bridge::Bytes Record() {
-    bridge::Bytes record(bridge::kRecordSize);
+transport::Bytes Record() {
+    transport::Bytes record(transport::kRecordSize);
     record[0] = 0x2D;
     record[1] = 0xFF;
     record[3] = 0x04;
@@ -33,12 +33,12 @@ bridge::Bytes Record() {
 }
 
 TEST(IoctlStepTest, WithNothingPassedTheRecordIsFetched) {
-    EXPECT_EQ(NextStep({bridge::kSendMessage, true, {}, 0}).kind, Kind::kFetchRecord);
+    EXPECT_EQ(NextStep({transport::kSendMessage, true, {}, 0}).kind, Kind::kFetchRecord);
 }
 
 TEST(IoctlStepTest, WithTheRecordPassedItsDataAreFetched) {
-    const bridge::Bytes call = Record();
-    const IoctlStep step = NextStep({bridge::kSendMessage, true, call, 0});
+    const transport::Bytes call = Record();
+    const IoctlStep step = NextStep({transport::kSendMessage, true, call, 0});
     EXPECT_EQ(step.kind, Kind::kFetchData);
     EXPECT_EQ(step.record.dataAddress, 0x1000U);
     EXPECT_EQ(step.record.dataLength, 4U);
@@ -46,9 +46,9 @@ TEST(IoctlStepTest, WithTheRecordPassedItsDataAreFetched) {
 }
 
 TEST(IoctlStepTest, WithRecordAndDataPassedTheRequestIsServed) {
-    bridge::Bytes call = Record();
+    transport::Bytes call = Record();
     call.resize(call.size() + 4);
-    const IoctlStep step = NextStep({bridge::kSendMessage, true, call, kRoom});
+    const IoctlStep step = NextStep({transport::kSendMessage, true, call, kRoom});
     EXPECT_EQ(step.kind, Kind::kServe);
     EXPECT_EQ(step.record.command, 0x2D);
 }
@@ -60,7 +60,7 @@ void ExpectRefused(const IoctlStage& stage, int error) {
 }
 
 TEST(IoctlStepTest, OtherIoctlsAreRefusedAtEachStage) {
-    const bridge::Bytes call = Record();
+    const transport::Bytes call = Record();
     ExpectRefused({0xC0045302, true, {}, 0}, ENOTTY);
     ExpectRefused({0xC0045302, true, call, 0}, ENOTTY);
     ExpectRefused({0xC0045302, true, call, kRoom}, ENOTTY);
@@ -68,23 +68,23 @@ TEST(IoctlStepTest, OtherIoctlsAreRefusedAtEachStage) {
 }
 
 TEST(IoctlStepTest, CallersOf64BitsAreRefused) {
-    ExpectRefused({bridge::kSendMessage, false, {}, 0}, ENOTTY);
-    ExpectRefused({bridge::kSendMessage, false, Record(), 0}, ENOTTY);
+    ExpectRefused({transport::kSendMessage, false, {}, 0}, ENOTTY);
+    ExpectRefused({transport::kSendMessage, false, Record(), 0}, ENOTTY);
 }
 
 TEST(IoctlStepTest, PartOfARecordIsRefused) {
-    const bridge::Bytes call(bridge::kRecordSize - 1);
-    ExpectRefused({bridge::kSendMessage, true, call, 0}, EINVAL);
+    const transport::Bytes call(transport::kRecordSize - 1);
+    ExpectRefused({transport::kSendMessage, true, call, 0}, EINVAL);
 }
 
 TEST(IoctlStepTest, AnInvalidRecordIsRefusedBeforeItsDataAreFetchedAndAfter) {
-    bridge::Bytes call = Record();
+    transport::Bytes call = Record();
     call[3] = 0x05;
-    ExpectRefused({bridge::kSendMessage, true, call, 0}, EINVAL);
-    ExpectRefused({bridge::kSendMessage, true, call, kRoom}, EINVAL);
+    ExpectRefused({transport::kSendMessage, true, call, 0}, EINVAL);
+    ExpectRefused({transport::kSendMessage, true, call, kRoom}, EINVAL);
     call = Record();
     call[21] = 0;
-    ExpectRefused({bridge::kSendMessage, true, call, 0}, EFAULT);
+    ExpectRefused({transport::kSendMessage, true, call, 0}, EFAULT);
 }
 
 // Whatever a caller's record holds, no more is fetched than the kernel's driver takes, and nothing
@@ -93,7 +93,7 @@ TEST(IoctlStepTest, ArbitraryRecordsAreRefusedOrStayWithinTheBounds) {
     std::mt19937 random(20261);
     int fetched = 0;
     for (int i = 0; i < 200000; ++i) {
-        bridge::Bytes call(random() % 40);
+        transport::Bytes call(random() % 40);
         for (std::uint8_t& byte : call) byte = static_cast<std::uint8_t>(random());
         if (call.size() > 14 && i % 2 == 0) {  // let some pass
             call[1] = 0x20;
@@ -104,10 +104,10 @@ TEST(IoctlStepTest, ArbitraryRecordsAreRefusedOrStayWithinTheBounds) {
             call[14] = 0;
             if (call.size() > 15) call[15] = 0;
         }
-        const IoctlStep step = NextStep({bridge::kSendMessage, true, call, 0});
+        const IoctlStep step = NextStep({transport::kSendMessage, true, call, 0});
         if (step.kind != Kind::kFetchData) continue;
         ++fetched;
-        ASSERT_LE(step.record.dataLength, bridge::kMaxData);
+        ASSERT_LE(step.record.dataLength, transport::kMaxData);
         ASSERT_LE(std::uint64_t{step.record.dataAddress} + step.record.dataLength, 0xFFFFFFFFU);
         ASSERT_NE(step.record.responseAddress, 0U);
         ASSERT_GT(step.record.timeout.count(), 0);

@@ -3,18 +3,18 @@
 // What one open file of /dev/ipmi does. It turns its caller's records into requests to the BMC, and
 // the results into the bytes that the caller gets back. It carries out one request at a time. The
 // time-out of a request includes the wait for requests before it.
-#ifndef TALVANE_BRIDGE_SESSION_H
-#define TALVANE_BRIDGE_SESSION_H
+#ifndef TALVANE_TRANSPORT_SESSION_H
+#define TALVANE_TRANSPORT_SESSION_H
 
 #include <cstdint>
 #include <mutex>
 #include <span>
 
-#include "bridge/Message.h"
-#include "bridge/Reservation.h"
-#include "bridge/WholeReads.h"
+#include "transport/Message.h"
+#include "transport/Reservation.h"
+#include "transport/WholeReads.h"
 
-namespace bridge {
+namespace transport {
 
 class Session {
 public:
@@ -33,6 +33,6 @@ private:
     unsigned long served_ = 0;
 };
 
-}  // namespace bridge
+}  // namespace transport
 
 #endif

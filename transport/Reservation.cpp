@@ -2,13 +2,13 @@
 //
 // Asks for the reservation with Reserve SDR Repository (IPMI 2.0, 33.11).
 
-#include "bridge/Reservation.h"
+#include "transport/Reservation.h"
 
 #include <cerrno>
 
-#include "bridge/IpmiCodes.h"
+#include "transport/IpmiCodes.h"
 
-namespace bridge {
+namespace transport {
 namespace {
 
 std::optional<std::uint16_t> GrantedBy(const Response& response) {
@@ -57,4 +57,4 @@ void Reservation::Keep(std::uint16_t id) {
     id_ = id;
 }
 
-}  // namespace bridge
+}  // namespace transport

@@ -3,13 +3,13 @@
 // The two reads that can be done in pieces: Get SDR (IPMI 2.0, 33.12), which needs a reservation,
 // and Read FRU Data (34.2).
 
-#include "bridge/WholeReads.h"
+#include "transport/WholeReads.h"
 
 #include <algorithm>
 
-#include "bridge/IpmiCodes.h"
+#include "transport/IpmiCodes.h"
 
-namespace bridge {
+namespace transport {
 namespace {
 
 // Get SDR. Request: reservation, record ID, offset, count. Response: the next record's ID, the
@@ -202,4 +202,4 @@ int WholeReads::ReadRecord(const Request& request, Deadline deadline, Response& 
     return 0;
 }
 
-}  // namespace bridge
+}  // namespace transport

@@ -2,14 +2,14 @@
 //
 // The way of one request, from the caller's record to the bytes of its answer.
 
-#include "bridge/Session.h"
+#include "transport/Session.h"
 
 #include <algorithm>
 #include <cerrno>
 
-#include "bridge/CallerRecord.h"
+#include "transport/CallerRecord.h"
 
-namespace bridge {
+namespace transport {
 
 int Session::Serve(std::span<const std::uint8_t> call, Bytes& answer) {
     if (call.size() < kRecordSize) return EINVAL;
@@ -37,4 +37,4 @@ int Session::Serve(std::span<const std::uint8_t> call, Bytes& answer) {
     return 0;
 }
 
-}  // namespace bridge
+}  // namespace transport

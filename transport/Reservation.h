@@ -3,16 +3,16 @@
 // The reservation of the BMC's sensor data repository that all sessions share when they read
 // records. A BMC keeps only the latest reservation, so sessions with their own would cancel each
 // other's.
-#ifndef TALVANE_BRIDGE_RESERVATION_H
-#define TALVANE_BRIDGE_RESERVATION_H
+#ifndef TALVANE_TRANSPORT_RESERVATION_H
+#define TALVANE_TRANSPORT_RESERVATION_H
 
 #include <cstdint>
 #include <mutex>
 #include <optional>
 
-#include "bridge/Message.h"
+#include "transport/Message.h"
 
-namespace bridge {
+namespace transport {
 
 // Whether the request is Reserve SDR Repository.
 [[nodiscard]] bool AsksForReservation(const Request& request);
@@ -39,6 +39,6 @@ private:
     std::optional<std::uint16_t> id_;
 };
 
-}  // namespace bridge
+}  // namespace transport
 
 #endif

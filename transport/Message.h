@@ -2,15 +2,15 @@
 //
 // A request to the baseboard management controller (BMC), its response, and the interface of
 // whatever carries them.
-#ifndef TALVANE_BRIDGE_MESSAGE_H
-#define TALVANE_BRIDGE_MESSAGE_H
+#ifndef TALVANE_TRANSPORT_MESSAGE_H
+#define TALVANE_TRANSPORT_MESSAGE_H
 
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
 
-namespace bridge {
+namespace transport {
 
 using Bytes = std::vector<std::uint8_t>;
 using Deadline = std::chrono::steady_clock::time_point;
@@ -37,6 +37,6 @@ public:
                                        Response& response) = 0;
 };
 
-}  // namespace bridge
+}  // namespace transport
 
 #endif

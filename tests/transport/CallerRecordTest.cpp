@@ -7,14 +7,14 @@
 #include <array>
 #include <cerrno>
 
-#include "bridge/CallerRecord.h"
+#include "transport/CallerRecord.h"
 
 namespace {
 
 using std::chrono::milliseconds;
 
 // A request as the library's code writes it, each field different from its neighbours.
-std::array<std::uint8_t, bridge::kRecordSize> BytesOfACall() {
+std::array<std::uint8_t, transport::kRecordSize> BytesOfACall() {
     return {
         0x23, 0xFF, 0x00, 0x0A,
         0x02, 0xEE, 0xEE, 0xEE,  // command, responder, bus, network function
@@ -27,9 +27,9 @@ std::array<std::uint8_t, bridge::kRecordSize> BytesOfACall() {
     };
 }
 
-int Decode(const std::array<std::uint8_t, bridge::kRecordSize>& bytes) {
-    bridge::CallerRecord record;
-    return bridge::DecodeRecord(bytes, record);
+int Decode(const std::array<std::uint8_t, transport::kRecordSize>& bytes) {
+    transport::CallerRecord record;
+    return transport::DecodeRecord(bytes, record);
 }
 
 int DecodeWith(std::size_t at, std::uint8_t value) {
@@ -39,8 +39,8 @@ int DecodeWith(std::size_t at, std::uint8_t value) {
 }
 
 TEST(CallerRecordTest, EveryFieldIsReadFromItsOffset) {
-    bridge::CallerRecord record;
-    ASSERT_EQ(bridge::DecodeRecord(BytesOfACall(), record), 0);
+    transport::CallerRecord record;
+    ASSERT_EQ(transport::DecodeRecord(BytesOfACall(), record), 0);
     EXPECT_EQ(record.command, 0x23);
     EXPECT_EQ(record.netFn, 0x0A);
     EXPECT_EQ(record.lun, 2);
@@ -111,16 +111,16 @@ TEST(CallerRecordTest, AResponseWithoutAnAddressIsAFault) {
 
 TEST(CallerRecordTest, ATimeOutOfZeroBecomesFiveSecondsAndALongOneAMinute) {
     auto bytes = BytesOfACall();
-    bridge::CallerRecord record;
+    transport::CallerRecord record;
     bytes[16] = bytes[17] = 0;
-    ASSERT_EQ(bridge::DecodeRecord(bytes, record), 0);
+    ASSERT_EQ(transport::DecodeRecord(bytes, record), 0);
     EXPECT_EQ(record.timeout, milliseconds(5000));
     bytes[19] = 0xFF;
-    ASSERT_EQ(bridge::DecodeRecord(bytes, record), 0);
+    ASSERT_EQ(transport::DecodeRecord(bytes, record), 0);
     EXPECT_EQ(record.timeout, milliseconds(60000));
     bytes[16] = 1;
     bytes[19] = 0;
-    ASSERT_EQ(bridge::DecodeRecord(bytes, record), 0);
+    ASSERT_EQ(transport::DecodeRecord(bytes, record), 0);
     EXPECT_EQ(record.timeout, milliseconds(1));
 }
 
@@ -131,7 +131,7 @@ TEST(CallerRecordTest, StoringAResultChangesOnlyLengthAndCompletionCode) {
     expected[26] = expected[27] = 0;
     expected[28] = 0xC1;
     auto bytes = BytesOfACall();
-    bridge::StoreResult(bytes, 0xC1, 0x102);
+    transport::StoreResult(bytes, 0xC1, 0x102);
     EXPECT_EQ(bytes, expected);
 }
 

@@ -9,18 +9,18 @@
 #include <random>
 #include <thread>
 
-#include "bridge/CallerRecord.h"
-#include "bridge/Session.h"
-#include "tests/bridge/FakeBmc.h"
+#include "tests/transport/FakeBmc.h"
+#include "transport/CallerRecord.h"
+#include "transport/Session.h"
 
 namespace {
 
-using bridge::Bytes;
 using ::testing::SizeIs;
+using transport::Bytes;
 
 // Get SDR, as a caller asks for a whole record: 32 bytes, then 6 of data.
 Bytes Call() {
-    Bytes call(bridge::kRecordSize, 0xEE);
+    Bytes call(transport::kRecordSize, 0xEE);
     call[0] = 0x23;
     call[1] = 0xFF;
     call[2] = 0;
@@ -36,8 +36,8 @@ Bytes Call() {
 class SessionTest : public ::testing::Test {
 protected:
     FakeBmc bmc;
-    bridge::Reservation reservation;
-    bridge::Session session{bmc, reservation};
+    transport::Reservation reservation;
+    transport::Session session{bmc, reservation};
     Bytes answer;
 };
 
@@ -125,29 +125,30 @@ TEST_F(SessionTest, TheTimeOutIncludesTheWaitForAnotherRequest) {
 
 // The deadline that reaches the BMC is the caller's time-out from now on.
 TEST_F(SessionTest, TheDeadlineIsTheTimeOutOfTheRecordFromNow) {
-    struct : bridge::Controller {
-        int Exchange(const bridge::Request&, bridge::Deadline until, bridge::Response&) override {
+    struct : transport::Controller {
+        int Exchange(const transport::Request&, transport::Deadline until,
+                     transport::Response&) override {
             deadline = until;
             return ETIMEDOUT;
         }
-        bridge::Deadline deadline;
+        transport::Deadline deadline;
     } silent;
-    bridge::Session waiting(silent, reservation);
+    transport::Session waiting(silent, reservation);
     Bytes call = Call();
     call[16] = 0x10;
     call[17] = 0x27;  // 10 s
     call[18] = call[19] = 0;
-    const auto before = bridge::Deadline::clock::now();
+    const auto before = transport::Deadline::clock::now();
     EXPECT_EQ(waiting.Serve(call, answer), ETIMEDOUT);
     EXPECT_GE(silent.deadline - before, std::chrono::seconds(10));
-    EXPECT_LE(silent.deadline - bridge::Deadline::clock::now(), std::chrono::seconds(10));
+    EXPECT_LE(silent.deadline - transport::Deadline::clock::now(), std::chrono::seconds(10));
 }
 
 // Answers with the request's own data, and notes when requests overlap.
-class Echo : public bridge::Controller {
+class Echo : public transport::Controller {
 public:
-    int Exchange(const bridge::Request& request, bridge::Deadline,
-                 bridge::Response& response) override {
+    int Exchange(const transport::Request& request, transport::Deadline,
+                 transport::Response& response) override {
         if (++inside != 1) overlap = true;
         std::this_thread::yield();
         response = {0x00, request.data};
@@ -160,7 +161,7 @@ public:
 
 TEST_F(SessionTest, CallersOfOneFileTakeTurnsAndGetTheirOwnAnswers) {
     Echo echo;
-    bridge::Session shared(echo, reservation);
+    transport::Session shared(echo, reservation);
     std::atomic<int> right = 0;
     const auto ask = [&](std::uint8_t mark) {
         Bytes call = Call();
@@ -183,7 +184,7 @@ TEST_F(SessionTest, CallersOfOneFileTakeTurnsAndGetTheirOwnAnswers) {
     EXPECT_EQ(shared.Served(), 4U * 200U);
 }
 
-// Whole records for several files at once, while a program beside the bridge reserves the
+// Whole records for several files at once, while a program beside them reserves the
 // repository now and then.
 TEST_F(SessionTest, FilesThatReadAtOnceAllGetWholeRecords) {
     bmc.beforeEach = [&](std::size_t number) {
@@ -191,7 +192,7 @@ TEST_F(SessionTest, FilesThatReadAtOnceAllGetWholeRecords) {
     };
     std::atomic<int> right = 0;
     const auto read = [&] {
-        bridge::Session own(bmc, reservation);
+        transport::Session own(bmc, reservation);
         for (int i = 0; i < 50; ++i) {
             Bytes whole;
             if (own.Serve(Call(), whole) == 0 && whole.size() == 32 + 2 + bmc.record.size() &&
@@ -206,9 +207,10 @@ TEST_F(SessionTest, FilesThatReadAtOnceAllGetWholeRecords) {
 }
 
 // Answers with arbitrary bytes to arbitrary calls.
-class Noise : public bridge::Controller {
+class Noise : public transport::Controller {
 public:
-    int Exchange(const bridge::Request&, bridge::Deadline, bridge::Response& response) override {
+    int Exchange(const transport::Request&, transport::Deadline,
+                 transport::Response& response) override {
         response.completion = random() % 4 == 0 ? 0xCA : 0x00;
         response.data.resize(random() % 271);
         for (std::uint8_t& byte : response.data) byte = static_cast<std::uint8_t>(random());
@@ -222,7 +224,7 @@ TEST_F(SessionTest, ArbitraryCallsAndResponsesStayWithinTheBuffers) {
     std::mt19937 random(52);
     int served = 0;
     for (int i = 0; i < 20000; ++i) {
-        bridge::Session own(noise, reservation);
+        transport::Session own(noise, reservation);
         Bytes call = Call();
         call[0] = random() % 2 == 0 ? 0x23 : 0x11;
         call.resize(random() % 8 == 0 ? random() % 400 : 32 + (call[0] == 0x23 ? 6 : 4));

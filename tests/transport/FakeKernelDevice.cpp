@@ -3,7 +3,7 @@
 // The calls as <linux/ipmi.h> and the kernel's ipmi_devintf have them, and the C library's
 // functions that lead to them. Whatever is not the device's goes to the kernel.
 
-#include "tests/bridge/FakeKernelDevice.h"
+#include "tests/transport/FakeKernelDevice.h"
 
 #include <fcntl.h>
 #include <linux/ipmi.h>
@@ -75,7 +75,7 @@ int FakeKernelDevice::Send(int file, void* argument) {
                     address.addr_type,
                     address.channel,
                     {message.msg.netfn, address.lun, message.msg.cmd,
-                     bridge::Bytes(data, data + message.msg.data_len)}});
+                     transport::Bytes(data, data + message.msg.data_len)}});
     if (onSend)
         onSend(sent.back());
     else

@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
-// The codes of IPMI that the bridge knows: commands that it looks into, and completion codes.
-#ifndef TALVANE_BRIDGE_IPMICODES_H
-#define TALVANE_BRIDGE_IPMICODES_H
+// The codes of IPMI that this room knows: commands that it looks into, and completion codes.
+#ifndef TALVANE_TRANSPORT_IPMICODES_H
+#define TALVANE_TRANSPORT_IPMICODES_H
 
 #include <cstdint>
 
-namespace bridge {
+namespace transport {
 
 constexpr std::uint8_t kBmcLun = 0;
 
@@ -25,6 +25,6 @@ constexpr std::uint8_t kOutOfRange = 0xC9;
 constexpr std::uint8_t kCannotReturnSoMuch = 0xCA;
 constexpr std::uint8_t kUnspecified = 0xFF;
 
-}  // namespace bridge
+}  // namespace transport
 
 #endif

@@ -6,23 +6,24 @@
 
 #include <cerrno>
 
-#include "bridge/WholeReads.h"
-#include "tests/bridge/FakeBmc.h"
+#include "tests/transport/FakeBmc.h"
+#include "transport/WholeReads.h"
 
 namespace {
 
-using bridge::Bytes;
-using bridge::Request;
-using bridge::Response;
 using ::testing::ElementsAre;
 using ::testing::Field;
 using ::testing::SizeIs;
+using transport::Bytes;
+using transport::Request;
+using transport::Response;
 
 class WholeReadsTest : public ::testing::Test {
 protected:
     Response Ask(std::uint8_t command, const Bytes& data) {
         Response response;
-        EXPECT_EQ(reads.Exchange({0x0A, 0, command, data}, bridge::Deadline::max(), response), 0);
+        EXPECT_EQ(reads.Exchange({0x0A, 0, command, data}, transport::Deadline::max(), response),
+                  0);
         return response;
     }
     Response GetRecord(const Bytes& data = {0, 0, 7, 0, 0, 0xFF}) { return Ask(0x23, data); }
@@ -54,8 +55,8 @@ protected:
     }
 
     FakeBmc bmc;
-    bridge::Reservation reservation;
-    bridge::WholeReads reads{bmc, reservation};
+    transport::Reservation reservation;
+    transport::WholeReads reads{bmc, reservation};
 };
 
 TEST_F(WholeReadsTest, AWholeReadThatTheBmcGrantsPassesUnchanged) {
@@ -103,12 +104,12 @@ TEST_F(WholeReadsTest, ACancelledReservationIsRenewedAndTheRecordReadAgain) {
 }
 
 TEST_F(WholeReadsTest, AllSessionsReadUnderOneReservation) {
-    bridge::WholeReads other(bmc, reservation);
+    transport::WholeReads other(bmc, reservation);
     (void)GetRecord();
     Response response;
-    ASSERT_EQ(
-        other.Exchange({0x0A, 0, 0x23, {0, 0, 8, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
-        0);
+    ASSERT_EQ(other.Exchange({0x0A, 0, 0x23, {0, 0, 8, 0, 0, 0xFF}}, transport::Deadline::max(),
+                             response),
+              0);
     EXPECT_EQ(response.data, WholeRecord());
     EXPECT_EQ(GetRecord().data, WholeRecord());
     EXPECT_EQ(bmc.reservation, 0x0101);
@@ -183,11 +184,11 @@ TEST_F(WholeReadsTest, ARefusedRequestForPartOfARecordStaysRefused) {
 TEST_F(WholeReadsTest, NoPieceBeginsBeyondTheReachOfItsOffset) {
     FakeBmc longest(260);
     longest.room = 1;
-    bridge::WholeReads rest(longest, reservation);
+    transport::WholeReads rest(longest, reservation);
     Response response;
-    ASSERT_EQ(
-        rest.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 10, 0xFF}}, bridge::Deadline::max(), response),
-        0);
+    ASSERT_EQ(rest.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 10, 0xFF}}, transport::Deadline::max(),
+                            response),
+              0);
     EXPECT_THAT(response.data, SizeIs(2 + 246));
     EXPECT_EQ(response.data.back(), longest.record[255]);
 }
@@ -196,7 +197,8 @@ TEST_F(WholeReadsTest, CommandsOfOtherLunsPassUnchanged) {
     Response response;
     for (const std::uint8_t command : Bytes{0x23, 0x11}) {
         const Bytes data = command == 0x23 ? Bytes{0, 0, 7, 0, 0, 0xFF} : Bytes{0, 0, 0, 0xF8};
-        ASSERT_EQ(reads.Exchange({0x0A, 1, command, data}, bridge::Deadline::max(), response), 0);
+        ASSERT_EQ(reads.Exchange({0x0A, 1, command, data}, transport::Deadline::max(), response),
+                  0);
         EXPECT_EQ(response.completion, 0xCA);
     }
     EXPECT_THAT(bmc.requests, SizeIs(2));
@@ -211,9 +213,9 @@ TEST_F(WholeReadsTest, ShortReadsOfTheInventoryPassUnchanged) {
 TEST_F(WholeReadsTest, EachCompletionCodeForTooLongLeadsToPieces) {
     for (const std::uint8_t code : Bytes{0xC7, 0xC8, 0xCA}) {
         bmc.tooLong = code;
-        bridge::WholeReads fresh(bmc, reservation);
+        transport::WholeReads fresh(bmc, reservation);
         Response response;
-        ASSERT_EQ(fresh.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(),
+        ASSERT_EQ(fresh.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, transport::Deadline::max(),
                                  response),
                   0);
         EXPECT_EQ(response.data, WholeRecord()) << int{code};
@@ -234,11 +236,11 @@ TEST_F(WholeReadsTest, PiecesWithoutBytesEndTheReadWithAnUnspecifiedError) {
 
 TEST_F(WholeReadsTest, TheLongestRecordEndsWithTheReachOfItsOffset) {
     FakeBmc longest(260);
-    bridge::WholeReads whole(longest, reservation);
+    transport::WholeReads whole(longest, reservation);
     Response response;
-    ASSERT_EQ(
-        whole.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
-        0);
+    ASSERT_EQ(whole.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, transport::Deadline::max(),
+                             response),
+              0);
     EXPECT_THAT(response.data, SizeIs(2 + 255));
     EXPECT_EQ(response.data.back(), longest.record[254]);
 }
@@ -246,11 +248,11 @@ TEST_F(WholeReadsTest, TheLongestRecordEndsWithTheReachOfItsOffset) {
 TEST_F(WholeReadsTest, ShortRequestsAndOtherCommandsPassUnchanged) {
     EXPECT_EQ(GetRecord({0, 0, 7, 0, 0, 16}).completion, 0xC5);
     Response response;
-    ASSERT_EQ(
-        reads.Exchange({0x06, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
-        0);
+    ASSERT_EQ(reads.Exchange({0x06, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, transport::Deadline::max(),
+                             response),
+              0);
     EXPECT_EQ(response.data, Bytes{0xAB});
-    ASSERT_EQ(reads.Exchange({0x06, 0, 0x01, {}}, bridge::Deadline::max(), response), 0);
+    ASSERT_EQ(reads.Exchange({0x06, 0, 0x01, {}}, transport::Deadline::max(), response), 0);
     EXPECT_THAT(bmc.requests, SizeIs(3));
 }
 
@@ -264,9 +266,9 @@ TEST_F(WholeReadsTest, AnErrorInThePiecesIsTheAnswer) {
 TEST_F(WholeReadsTest, ABmcThatStopsAnsweringInThePiecesIsReported) {
     bmc.beforeEach = [this](std::size_t number) { bmc.error = number == 4 ? ETIMEDOUT : 0; };
     Response response;
-    EXPECT_EQ(
-        reads.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, bridge::Deadline::max(), response),
-        ETIMEDOUT);
+    EXPECT_EQ(reads.Exchange({0x0A, 0, 0x23, {0, 0, 7, 0, 0, 0xFF}}, transport::Deadline::max(),
+                             response),
+              ETIMEDOUT);
 }
 
 TEST_F(WholeReadsTest, ARefusedInventoryAreaIsReadInPieces) {

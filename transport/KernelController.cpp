@@ -3,7 +3,7 @@
 // Requests and responses in the format of <linux/ipmi.h>. The kernel queues responses per open
 // file, so no session sees the responses of another.
 
-#include "bridge/KernelController.h"
+#include "transport/KernelController.h"
 
 #include <fcntl.h>
 #include <linux/ipmi.h>
@@ -15,7 +15,7 @@
 #include <cerrno>
 #include <limits>
 
-namespace bridge {
+namespace transport {
 namespace {
 
 // Whether an errno means that the file's interface is gone for good.
@@ -132,4 +132,4 @@ int KernelController::Receive(Deadline deadline, Response& response) {
     }
 }
 
-}  // namespace bridge
+}  // namespace transport

@@ -2,13 +2,13 @@
 //
 // Decodes the caller's record, with the checks that keep invalid requests from the kernel's driver.
 
-#include "bridge/CallerRecord.h"
+#include "transport/CallerRecord.h"
 
 #include <algorithm>
 #include <cerrno>
 #include <limits>
 
-namespace bridge {
+namespace transport {
 namespace {
 
 // Offsets in the record. Three bytes of padding follow the LUN and the completion code.
@@ -83,4 +83,4 @@ void StoreResult(std::span<std::uint8_t, kRecordSize> bytes, std::uint8_t comple
     bytes[kCompletion] = completion;
 }
 
-}  // namespace bridge
+}  // namespace transport

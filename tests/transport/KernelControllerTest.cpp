@@ -9,21 +9,21 @@
 
 #include <cerrno>
 
-#include "bridge/KernelController.h"
-#include "tests/bridge/FakeKernelDevice.h"
+#include "tests/transport/FakeKernelDevice.h"
+#include "transport/KernelController.h"
 
 namespace {
 
-using bridge::Bytes;
-using bridge::Deadline;
-using bridge::Request;
-using bridge::Response;
 using std::chrono::milliseconds;
 using ::testing::AllOf;
 using ::testing::ElementsAre;
 using ::testing::Gt;
 using ::testing::Le;
 using ::testing::SizeIs;
+using transport::Bytes;
+using transport::Deadline;
+using transport::Request;
+using transport::Response;
 using Sent = FakeKernelDevice::Sent;
 
 constexpr int kResponseType = IPMI_RESPONSE_RECV_TYPE;
@@ -37,7 +37,7 @@ Deadline In(milliseconds time) {
 class KernelControllerTest : public ::testing::Test {
 protected:
     int Ask() { return Ask(kernel); }
-    int Ask(bridge::KernelController& controller) {
+    int Ask(transport::KernelController& controller) {
         return controller.Exchange(kReading, In(milliseconds(3000)), response);
     }
     // Answers the request with these data, completion code first.
@@ -51,7 +51,7 @@ protected:
     }
 
     FakeKernelDevice device;
-    bridge::KernelController kernel{FakeKernelDevice::kPath};
+    transport::KernelController kernel{FakeKernelDevice::kPath};
     Response response;
 };
 
@@ -164,7 +164,7 @@ TEST_F(KernelControllerTest, AWaitThatASignalInterruptsGoesOn) {
 }
 
 TEST_F(KernelControllerTest, EachControllerHasAQueueOfItsOwn) {
-    bridge::KernelController other{FakeKernelDevice::kPath};
+    transport::KernelController other{FakeKernelDevice::kPath};
     device.onSend = [&](const Sent& sent) {
         const auto mark = static_cast<std::uint8_t>(sent.file);
         device.Queue(sent.file, {kResponseType, sent.id, {0x00, mark}});

@@ -3,15 +3,15 @@
 // The kernel's IPMI device as it looks to a program: a queue of responses per open file. It stands
 // in front of the C library's open, close, poll and ioctl for the path kPath; waiting takes no
 // time.
-#ifndef TALVANE_TESTS_BRIDGE_FAKEKERNELDEVICE_H
-#define TALVANE_TESTS_BRIDGE_FAKEKERNELDEVICE_H
+#ifndef TALVANE_TESTS_TRANSPORT_FAKEKERNELDEVICE_H
+#define TALVANE_TESTS_TRANSPORT_FAKEKERNELDEVICE_H
 
 #include <deque>
 #include <functional>
 #include <map>
 #include <vector>
 
-#include "bridge/Message.h"
+#include "transport/Message.h"
 
 class FakeKernelDevice {
 public:
@@ -22,12 +22,12 @@ public:
         long id = 0;
         int addressType = 0;
         int channel = 0;
-        bridge::Request request;
+        transport::Request request;
     };
     struct Queued {
         int receiveType = 1;  // IPMI_RESPONSE_RECV_TYPE
         long id = 0;
-        bridge::Bytes data;  // completion code first
+        transport::Bytes data;  // completion code first
     };
 
     FakeKernelDevice() { current_ = this; }

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The BMC, reached through the kernel's own IPMI device, /dev/ipmi0.
-#ifndef TALVANE_BRIDGE_KERNELCONTROLLER_H
-#define TALVANE_BRIDGE_KERNELCONTROLLER_H
+#ifndef TALVANE_TRANSPORT_KERNELCONTROLLER_H
+#define TALVANE_TRANSPORT_KERNELCONTROLLER_H
 
 #include <linux/ipmi.h>
 
@@ -10,9 +10,9 @@
 #include <cstdint>
 #include <string>
 
-#include "bridge/Message.h"
+#include "transport/Message.h"
 
-namespace bridge {
+namespace transport {
 
 class KernelController : public Controller {
 public:
@@ -46,6 +46,6 @@ private:
     unsigned long sent_ = 0;
 };
 
-}  // namespace bridge
+}  // namespace transport
 
 #endif

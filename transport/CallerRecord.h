@@ -2,15 +2,15 @@
 //
 // The 32-byte record that a caller of /dev/ipmi passes with its ioctl, in the layout of a 32-bit
 // program: addresses have four bytes on any kernel.
-#ifndef TALVANE_BRIDGE_CALLERRECORD_H
-#define TALVANE_BRIDGE_CALLERRECORD_H
+#ifndef TALVANE_TRANSPORT_CALLERRECORD_H
+#define TALVANE_TRANSPORT_CALLERRECORD_H
 
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <span>
 
-namespace bridge {
+namespace transport {
 
 // The ioctl: read and write, 4 bytes, type 'S', number 1.
 constexpr unsigned kSendMessage = 0xC0045301;
@@ -43,6 +43,6 @@ struct CallerRecord {
 void StoreResult(std::span<std::uint8_t, kRecordSize> bytes, std::uint8_t completion,
                  std::uint32_t responseLength);
 
-}  // namespace bridge
+}  // namespace transport
 
 #endif

@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <thread>
 
-#include "bridge/Reservation.h"
-#include "tests/bridge/FakeBmc.h"
+#include "tests/transport/FakeBmc.h"
+#include "transport/Reservation.h"
 
 namespace {
 
@@ -18,12 +18,12 @@ class ReservationTest : public ::testing::Test {
 protected:
     std::uint16_t Get() {
         std::uint16_t id = 0;
-        EXPECT_EQ(reservation.Get(bmc, bridge::Deadline::max(), id), 0);
+        EXPECT_EQ(reservation.Get(bmc, transport::Deadline::max(), id), 0);
         return id;
     }
 
     FakeBmc bmc;
-    bridge::Reservation reservation;
+    transport::Reservation reservation;
 };
 
 TEST_F(ReservationTest, ASecondGetReturnsTheSameWithoutARequest) {
@@ -72,7 +72,7 @@ TEST_F(ReservationTest, ABmcThatGrantsNoneGivesZero) {
 TEST_F(ReservationTest, ABmcThatDoesNotAnswerIsAnErrno) {
     bmc.error = ETIMEDOUT;
     std::uint16_t id = 0;
-    EXPECT_EQ(reservation.Get(bmc, bridge::Deadline::max(), id), ETIMEDOUT);
+    EXPECT_EQ(reservation.Get(bmc, transport::Deadline::max(), id), ETIMEDOUT);
     bmc.error = 0;
     EXPECT_EQ(Get(), 0x0101);
 }
@@ -83,7 +83,7 @@ TEST_F(ReservationTest, GetWaitsUntilItsDeadlineWhileAnotherSessionAsks) {
         std::thread([&] {
             FakeBmc same;
             std::uint16_t id = 0;
-            error = reservation.Get(same, bridge::Deadline::clock::now(), id);
+            error = reservation.Get(same, transport::Deadline::clock::now(), id);
         }).join();
     };
     EXPECT_EQ(Get(), 0x0101);

@@ -3,13 +3,13 @@
 // Long reads from BMCs that refuse them. Callers ask for a whole sensor data record or FRU area in
 // one request. The buffers of many BMCs are too small for it, and they answer completion code 0xCA.
 // This class then reads the same bytes in pieces and returns them as one response.
-#ifndef TALVANE_BRIDGE_WHOLEREADS_H
-#define TALVANE_BRIDGE_WHOLEREADS_H
+#ifndef TALVANE_TRANSPORT_WHOLEREADS_H
+#define TALVANE_TRANSPORT_WHOLEREADS_H
 
-#include "bridge/Message.h"
-#include "bridge/Reservation.h"
+#include "transport/Message.h"
+#include "transport/Reservation.h"
 
-namespace bridge {
+namespace transport {
 
 class WholeReads : public Controller {
 public:
@@ -31,6 +31,6 @@ private:
     bool inventoryRefused_ = false;
 };
 
-}  // namespace bridge
+}  // namespace transport
 
 #endif
