@@ -9,6 +9,7 @@
 
 #include "simulator/description/BmcDraft.h"
 #include "simulator/description/MachineDraft.h"
+#include "simulator/description/RegularFile.h"
 
 namespace sim {
 namespace {
@@ -49,6 +50,7 @@ void ReadControl(MachineLine& line, MachineDraft& draft) {
     BmcDraft& bmc = ControllerOf(line, draft);
     if (!bmc.controlFile.empty()) line.Fail("the controller has a control file already");
     bmc.controlFile = draft.folder / name;
+    if (IsNotRegular(bmc.controlFile)) line.Fail(bmc.controlFile.string() + ": " + kNotRegular);
 }
 
 constexpr MachineStatement kBmcReadingStatements[] = {

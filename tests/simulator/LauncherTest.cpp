@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -131,6 +132,15 @@ TEST(LauncherTest, ControlFileWithoutAControllerIsRefused) {
     const Result result = Launch(folder.path.string() + " --control file -- " VISITOR);
     EXPECT_EQ(result.output, "talvane-sim: " + folder.path.string() +
                                  " has no management controller for a control file to change\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(LauncherTest, ControlFileThatWouldWaitForAWriterIsRefused) {
+    const MachineFolder folder("bmc kcs");
+    const std::string fifo = folder.path.string() + "/fifo";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const Result result = Launch(folder.path.string() + " --control " + fifo + " -- " VISITOR);
+    EXPECT_EQ(result.output, "talvane-sim: " + fifo + ": not a regular file\n");
     EXPECT_EQ(result.status, 2);
 }
 
