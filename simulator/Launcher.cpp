@@ -16,6 +16,7 @@
 #include "simulator/Environment.h"
 #include "simulator/ProgramFile.h"
 #include "simulator/description/MachineFile.h"
+#include "simulator/description/RegularFile.h"
 #include "simulator/machine/Machine.h"
 
 namespace sim {
@@ -82,6 +83,8 @@ int RunOnMachine(const fs::path& nameOrFolder, char* const argv[], const LaunchO
     if (!options.controlFile.empty() && !trial.HasBmc())
         throw std::runtime_error(machine.string() +
                                  " has no management controller for a control file to change");
+    if (IsNotRegular(options.controlFile))
+        throw std::runtime_error(options.controlFile + ": " + kNotRegular);
     const fs::path program = FindProgram(argv[0]);
     RequirePreloadable(program);
     const fs::path library = FindPreloadLibrary();

@@ -2,74 +2,47 @@
 //
 // The program talvane-sim: runs another program on a simulated server.
 
-#include <CLI/CLI.hpp>
-#include <algorithm>
-#include <filesystem>
-#include <iostream>
-#include <memory>
+#include <cstdio>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "simulator/Launcher.h"
+#include "simulator/SimulatorCommandLine.h"
 
 namespace {
 
-constexpr int kUsageError = 2;  // also when the machine or the program cannot be used
+constexpr int kFailure = 2;  // a usage error, or the machine or the program cannot be used
 
-// Replaces the usage line, since CLI11 does not see the words after the separator.
-class Help : public CLI::Formatter {
-public:
-    std::string make_usage(const CLI::App*, std::string) const override {
-        return "Usage: talvane-sim MACHINE [OPTION...] -- PROGRAM [ARGUMENT...]\n";
-    }
-};
+void Complain(const std::string& problem) {
+    (void)std::fprintf(stderr, "talvane-sim: %s\n", problem.c_str());
+}
 
-int RunCommand(const std::filesystem::path& machine, std::vector<std::string>& command,
-               const sim::LaunchOptions& options) {
+int Print(const char* text) {
+    if (std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0) return 0;
+    Complain("cannot write to standard output");
+    return kFailure;
+}
+
+int RunCommand(sim::CommandLine& line) {
     std::vector<char*> argv;
-    for (std::string& word : command) argv.push_back(word.data());
+    for (std::string& word : line.command) argv.push_back(word.data());
     argv.push_back(nullptr);
-    try {
-        return sim::RunOnMachine(machine, argv.data(), options);
-    } catch (const std::exception& error) {
-        std::cerr << "talvane-sim: " << error.what() << '\n';
-        return kUsageError;
-    }
+    return sim::RunOnMachine(line.machine, argv.data(), line.options);
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    // Everything after -- belongs to the program, options included.
-    char** const end = argv + argc;
-    char** const separator = std::find(argv, end, std::string_view("--"));
-    std::vector<std::string> command(separator != end ? separator + 1 : end, end);
-
-    CLI::App app("Runs a 32-bit program on a simulated server.", "talvane-sim");
-    app.formatter(std::make_shared<Help>());
-    std::filesystem::path machine;
-    sim::LaunchOptions options;
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("talvane-sim: ") + error.what() +
-               "\nRun talvane-sim --help for its options.\n";
-    });
-    app.set_version_flag("--version", "talvane-sim " TALVANE_VERSION);
-    app.add_option("MACHINE", machine,
-                   "folder that describes the server, or the name of an installed one")
-        ->type_name("")
-        ->required();
-    app.add_option("--log", options.logFile, "file to write every access to")->type_name("FILE");
-    app.add_option("--control", options.controlFile,
-                   "file that changes sensors while the program runs")
-        ->type_name("FILE");
-    app.add_flag("--real-time", options.realTime,
-                 "let sleeps take real time; by default the machine's clock jumps");
+int main(int argc, char* argv[]) {
+    using Request = sim::CommandLine::Request;
     try {
-        app.parse(static_cast<int>(separator - argv), argv);
-        if (command.empty()) throw CLI::RequiredError("-- PROGRAM");
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : kUsageError;
+        sim::CommandLine line = sim::ParseCommandLine(argc, argv);
+        if (line.request == Request::kHelp) return Print(sim::kHelpText);
+        if (line.request == Request::kVersion) return Print("talvane-sim " TALVANE_VERSION "\n");
+        return RunCommand(line);
+    } catch (const sim::UsageError& error) {
+        Complain(error.what() + std::string("\nRun talvane-sim --help for its options."));
+    } catch (const std::exception& error) {
+        Complain(error.what());
     }
-    return RunCommand(machine, command, options);
+    return kFailure;
 }

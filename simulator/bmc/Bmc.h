@@ -110,6 +110,7 @@ public:
     void LoadRepository(std::span<const std::uint8_t> dump);
 
     bool HasRecord(std::uint16_t id) const;
+    bool HasSensor(std::uint8_t sensor) const { return sensors_.contains(sensor); }
 
     // The number of records that Get SDR Repository Info claims, whatever the truth is.
     void SetRepositoryCount(std::uint16_t count) { claimedCount_ = count; }

@@ -10,39 +10,66 @@
 #include <iterator>
 #include <sstream>
 
+#include "simulator/base/CallText.h"
 #include "simulator/bmc/Bmc.h"
 #include "simulator/description/BmcReadingStatements.h"
 #include "simulator/description/MachineError.h"
 #include "simulator/description/MachineLine.h"
+#include "simulator/description/RegularFile.h"
 
 namespace sim {
 
+namespace {
+
+constexpr const char* kStillApplies = "; its previous content still applies";
+
+// The text of a file; nothing when reading it would wait for someone who writes.
+std::optional<std::string> TextNow(const std::filesystem::path& file) {
+    if (IsNotRegular(file)) return std::nullopt;
+    std::ifstream stream(file);
+    return std::string{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+}
+
+}  // namespace
+
 const std::map<std::uint8_t, BmcTimeline>& BmcControlFile::Timelines() {
-    std::ifstream stream(file_);
-    std::string text{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (text != text_) ReadAgain(text);
+    auto text = TextNow(file_);
+    if (text == text_) return timelines_;
+    if (text)
+        ReadAgain(*text);
+    else
+        Report(file_.string() + ": " + kNotRegular + kStillApplies);
     text_ = std::move(text);
     return timelines_;
 }
 
 void BmcControlFile::ReadAgain(const std::string& text) {
     std::map<std::uint8_t, BmcTimeline> read;
+    std::map<std::uint8_t, int> unknown;  // the first line about each sensor that there is not
     std::istringstream lines(text);
     std::string words;
     try {
         for (int number = 1; std::getline(lines, words); ++number) {
             MachineLine line(file_.string(), number, words);
-            ReadTimelineLine(line, read);
+            const auto sensor = ReadTimelineLine(line, read);
+            if (sensor && !bmc_.HasSensor(*sensor)) unknown.emplace(*sensor, number);
         }
-        timelines_ = std::move(read);
     } catch (const MachineError& error) {
-        (void)std::fprintf(stderr, "simulated server: %s; its previous content still applies\n",
-                           error.what());
+        Report(error.what() + std::string(kStillApplies));
+        return;
     }
+    timelines_ = std::move(read);
+    for (const auto& [sensor, line] : unknown)
+        Report(file_.string() + ':' + std::to_string(line) + ": the machine has no sensor " +
+               Hex(sensor));
+}
+
+void BmcControlFile::Report(const std::string& problem) const {
+    (void)std::fprintf(stderr, "simulated server: %s\n", problem.c_str());
 }
 
 void FollowControlFile(const std::filesystem::path& file, Bmc& bmc) {
-    bmc.Follow([control = BmcControlFile(file)]() mutable -> const auto& {
+    bmc.Follow([control = BmcControlFile(file, bmc)]() mutable -> const auto& {
         return control.Timelines();
     });
 }

@@ -9,6 +9,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <map>
+#include <optional>
 #include <string>
 
 #include "simulator/bmc/BmcTimeline.h"
@@ -19,18 +20,22 @@ class Bmc;
 
 class BmcControlFile {
 public:
-    // The file need not exist yet.
-    explicit BmcControlFile(std::filesystem::path file) : file_(std::move(file)) {}
+    // The file need not exist yet. The controller outlives this object.
+    BmcControlFile(std::filesystem::path file, const Bmc& bmc)
+        : file_(std::move(file)), bmc_(bmc) {}
 
     // What the file says now, by sensor number; empty when it does not exist. While the file has a
-    // mistake, its previous content applies, and the mistake is reported on standard error once.
+    // mistake or is no regular file, its previous content applies. Standard error says so once, and
+    // names each sensor that the controller does not have; its statements apply all the same.
     const std::map<std::uint8_t, BmcTimeline>& Timelines();
 
 private:
     void ReadAgain(const std::string& text);
+    void Report(const std::string& problem) const;
 
     std::filesystem::path file_;
-    std::string text_;
+    const Bmc& bmc_;
+    std::optional<std::string> text_ = "";  // nothing: not a regular file
     std::map<std::uint8_t, BmcTimeline> timelines_;
 };
 

@@ -9,6 +9,7 @@
 
 #include "simulator/description/BmcDraft.h"
 #include "simulator/description/MachineDraft.h"
+#include "simulator/description/RegularFile.h"
 
 namespace sim {
 namespace {
@@ -25,12 +26,13 @@ void FailTwice(const MachineLine& line, const char* what, std::chrono::seconds f
     line.Fail(std::string("the sensor has ") + what + moment + " already");
 }
 
+// Results not used: a description may say what a sensor shows that is in no record.
 void ReadReadingStatement(MachineLine& line, MachineDraft& draft) {
-    ReadReading(line, ControllerOf(line, draft).timelines);
+    (void)ReadReading(line, ControllerOf(line, draft).timelines);
 }
 
 void ReadStatesStatement(MachineLine& line, MachineDraft& draft) {
-    ReadStates(line, ControllerOf(line, draft).timelines);
+    (void)ReadStates(line, ControllerOf(line, draft).timelines);
 }
 
 void ReadThresholds(MachineLine& line, MachineDraft& draft) {
@@ -49,6 +51,7 @@ void ReadControl(MachineLine& line, MachineDraft& draft) {
     BmcDraft& bmc = ControllerOf(line, draft);
     if (!bmc.controlFile.empty()) line.Fail("the controller has a control file already");
     bmc.controlFile = draft.folder / name;
+    if (IsNotRegular(bmc.controlFile)) line.Fail(bmc.controlFile.string() + ": " + kNotRegular);
 }
 
 constexpr MachineStatement kBmcReadingStatements[] = {
@@ -60,34 +63,38 @@ constexpr MachineStatement kBmcReadingStatements[] = {
 
 }  // namespace
 
-void ReadReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
-    BmcTimeline& timeline = timelines[line.TakeByte("the sensor number")];
+std::uint8_t ReadReading(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
+    const std::uint8_t sensor = line.TakeByte("the sensor number");
+    BmcTimeline& timeline = timelines[sensor];
     const std::chrono::seconds from = TakeMoment(line);
     BmcReading reading;
     reading.available = !line.TakeIf("unavailable");
     if (reading.available || line.HasMore()) reading.raw = line.TakeByte("the raw reading");
     if (!timeline.readings.emplace(from, reading).second) FailTwice(line, "a reading", from);
+    return sensor;
 }
 
-void ReadStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
-    BmcTimeline& timeline = timelines[line.TakeByte("the sensor number")];
+std::uint8_t ReadStates(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
+    const std::uint8_t sensor = line.TakeByte("the sensor number");
+    BmcTimeline& timeline = timelines[sensor];
     const std::chrono::seconds from = TakeMoment(line);
     BmcStates states{};
     states[0] = line.TakeByte("the states 0 to 7");
     if (line.HasMore()) states[1] = line.TakeByte("the states 8 to 15");
     if (!timeline.states.emplace(from, states).second) FailTwice(line, "states", from);
+    return sensor;
 }
 
-void ReadTimelineLine(MachineLine& line, std::map<std::uint8_t, BmcTimeline>& timelines) {
-    if (!line.HasMore()) return;
+std::optional<std::uint8_t> ReadTimelineLine(MachineLine& line,
+                                             std::map<std::uint8_t, BmcTimeline>& timelines) {
+    if (!line.HasMore()) return std::nullopt;
     const std::string word = line.TakeWord("the statement");
-    if (word == "reading")
-        ReadReading(line, timelines);
-    else if (word == "states")
-        ReadStates(line, timelines);
-    else
+    if (word != "reading" && word != "states")
         line.Fail("the statement \"" + word + "\" is none of reading, states");
+    const std::uint8_t sensor =
+        word == "reading" ? ReadReading(line, timelines) : ReadStates(line, timelines);
     line.ExpectEnd();
+    return sensor;
 }
 
 std::span<const MachineStatement> BmcReadingStatements() {

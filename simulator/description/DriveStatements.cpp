@@ -8,6 +8,7 @@
 #include <sstream>
 
 #include "simulator/description/MachineDraft.h"
+#include "simulator/description/RegularFile.h"
 #include "simulator/description/SectorText.h"
 
 namespace sim {
@@ -115,6 +116,7 @@ void ReadIde(MachineLine& line, MachineDraft& draft) {
         found = true;
         IdeDrive& target = AddDrive(draft, letter, line).drive;
         for (const auto& file : std::filesystem::directory_iterator(drive)) {
+            if (IsNotRegular(file.path())) line.Fail(file.path().string() + ": " + kNotRegular);
             std::ifstream stream(file.path(), std::ios::binary);
             std::ostringstream text;
             text << stream.rdbuf();

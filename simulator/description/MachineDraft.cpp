@@ -11,6 +11,7 @@
 #include <iterator>
 
 #include "simulator/base/CallText.h"
+#include "simulator/description/RegularFile.h"
 #include "simulator/machine/Machine.h"
 
 namespace sim {
@@ -66,9 +67,9 @@ std::filesystem::path MachineDraft::CaptureFile(MachineLine& line) const {
 
 Bytes MachineDraft::Capture(MachineLine& line) const {
     const std::string path = CaptureFile(line).string();
+    if (IsNotRegular(path)) line.Fail(path + ": " + kNotRegular);
     std::ifstream stream(path, std::ios::binary);
     if (!stream) line.Fail(path + ": " + std::strerror(errno));
-    if (!std::filesystem::is_regular_file(path)) line.Fail(path + ": is not a file");
     Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
     if (bytes.empty()) line.Fail(path + ": is empty");
     return bytes;

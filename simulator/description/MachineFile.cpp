@@ -8,11 +8,11 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
 #include <string>
 
 #include "simulator/description/MachineDraft.h"
+#include "simulator/description/RegularFile.h"
 
 namespace sim {
 namespace {
@@ -39,20 +39,11 @@ void ReadStatementLine(MachineLine& line, MachineDraft& draft) {
     line.ExpectEnd();
 }
 
-// Anything else could keep the program waiting, as a FIFO does until someone writes to it.
-void ExpectRegularFile(const std::string& file) {
-    std::error_code ignored;  // a file that is not there is explained when it is opened
-    const auto type = std::filesystem::status(file, ignored).type();
-    if (type != std::filesystem::file_type::regular &&
-        type != std::filesystem::file_type::not_found)
-        throw MachineError(file + ": not a regular file");
-}
-
 }  // namespace
 
 void LoadMachine(const std::filesystem::path& folder, Machine& machine) {
     const std::string file = (folder / "machine.txt").string();
-    ExpectRegularFile(file);
+    if (IsNotRegular(file)) throw MachineError(file + ": " + kNotRegular);
     std::ifstream stream(file);
     if (!stream) throw MachineError(file + ": " + std::strerror(errno));
     MachineDraft draft;

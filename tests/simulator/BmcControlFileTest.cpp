@@ -3,6 +3,7 @@
 // What a person changes in a control file shows with the next reading.
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "MachineFolder.h"
 #include "simulator/description/MachineFile.h"
@@ -55,10 +56,31 @@ TEST_F(BmcControlFileTest, RemovedStatementRestoresTheDescribedValue) {
     EXPECT_EQ(Read(1)[0], 20);
 }
 
-TEST_F(BmcControlFileTest, StatementAboutAnUnknownSensorCreatesIt) {
+TEST_F(BmcControlFileTest, StatementAboutAnUnknownSensorCreatesItAndIsReportedOnce) {
     EXPECT_EQ(Read(7), Bytes{});
-    Say("reading 7 1\n");
-    EXPECT_EQ(Read(7), (Bytes{1, 0xC0, 0, 0}));
+    Say("reading 1 90\nreading 7 1\nstates 7 1\nreading 0x1F 2\n");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Read(7), (Bytes{1, 0xC0, 1, 0}));
+    EXPECT_EQ(Read(1)[0], 90);
+    const std::string file = "simulated server: " + (folder.path / "live").string();
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), file + ":2: the machine has no sensor 0x7\n" +
+                                                          file +
+                                                          ":4: the machine has no sensor 0x1F\n");
+}
+
+TEST_F(BmcControlFileTest, FileThatBecomesAFifoIsReportedOnceAndChangesNothing) {
+    Say("reading 1 90\n");
+    EXPECT_EQ(Read(1)[0], 90);
+    std::filesystem::remove(folder.path / "live");
+    ASSERT_EQ(mkfifo((folder.path / "live").c_str(), 0600), 0);
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Read(1)[0], 90);
+    EXPECT_EQ(Read(1)[0], 90);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "simulated server: " + (folder.path / "live").string() +
+                  ": not a regular file; its previous content still applies\n");
+    std::filesystem::remove(folder.path / "live");
+    EXPECT_EQ(Read(1)[0], 20);
 }
 
 TEST_F(BmcControlFileTest, ReadingWithAMomentShowsFromThatMomentOn) {

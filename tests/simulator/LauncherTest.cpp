@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 
 #include <array>
@@ -134,6 +135,15 @@ TEST(LauncherTest, ControlFileWithoutAControllerIsRefused) {
     EXPECT_EQ(result.status, 2);
 }
 
+TEST(LauncherTest, ControlFileThatWouldWaitForAWriterIsRefused) {
+    const MachineFolder folder("bmc kcs");
+    const std::string fifo = folder.path.string() + "/fifo";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    const Result result = Launch(folder.path.string() + " --control " + fifo + " -- " VISITOR);
+    EXPECT_EQ(result.output, "talvane-sim: " + fifo + ": not a regular file\n");
+    EXPECT_EQ(result.status, 2);
+}
+
 TEST(LauncherTest, UnwritableLogIsReported) {
     const MachineFolder folder(kTable);
     const Result result = Launch(folder.path.string() + " --log /nowhere/log -- " VISITOR);
@@ -141,14 +151,58 @@ TEST(LauncherTest, UnwritableLogIsReported) {
     EXPECT_EQ(result.status, 2);
 }
 
-TEST(LauncherTest, UsageErrorsExitWithTwo) {
-    EXPECT_EQ(Launch("").status, 2);
-    EXPECT_EQ(Launch("machine").output,
-              "talvane-sim: -- PROGRAM is required\nRun talvane-sim --help for its options.\n");
-    EXPECT_EQ(Launch("machine").status, 2);
-    EXPECT_EQ(Launch("machine --").status, 2);
-    EXPECT_EQ(Launch("machine " VISITOR).status, 2);
-    EXPECT_EQ(Launch("--help").status, 0);
+struct Refused {
+    const char* arguments;
+    const char* message;
+};
+
+void PrintTo(const Refused& refused, std::ostream* out) {
+    *out << refused.arguments;
+}
+
+class LauncherUsageTest : public testing::TestWithParam<Refused> {};
+
+TEST_P(LauncherUsageTest, ErrorIsExplainedAndExitsWithTwo) {
+    const Result result = Launch(GetParam().arguments);
+    EXPECT_EQ(result.output, std::string("talvane-sim: ") + GetParam().message +
+                                 "\nRun talvane-sim --help for its options.\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+constexpr Refused kRefused[] = {
+    {"", "MACHINE is required"},
+    {"-- program", "MACHINE is required"},
+    {"machine", "-- PROGRAM is required"},
+    {"machine --", "-- PROGRAM is required"},
+    {"machine program", "The following argument was not expected: program"},
+    {"machine --yes 20 -x --spoon=3 -- program",
+     "The following arguments were not expected: --yes 20 -x --spoon=3"},
+    {"machine -xy -- program", "The following arguments were not expected: -x -y"},
+    {"machine --real-time=3 -- program", "The following argument was not expected: --real-time=3"},
+    {"machine --log -- program", "--log: 1 required FILE missing"},
+    {"machine --control= -- program", "--control: 1 required FILE missing"},
+    {"machine --log one --log two -- program", "--log is given twice"},
+};
+INSTANTIATE_TEST_SUITE_P(CommandLine, LauncherUsageTest, testing::ValuesIn(kRefused));
+
+TEST(LauncherTest, HelpAndVersionAreShownWhateverElseTheLineHolds) {
+    for (const char* const arguments :
+         {"--help", "-h", "--spoon machine --help", "machine -h -- program --version"}) {
+        const Result help = Launch(arguments);
+        EXPECT_EQ(help.status, 0) << arguments;
+        EXPECT_THAT(help.output, HasSubstr("Usage: talvane-sim MACHINE [OPTION...] -- PROGRAM"));
+    }
+    const Result version = Launch("--version");
+    EXPECT_EQ(version.status, 0);
+    EXPECT_EQ(version.output, "talvane-sim " TALVANE_VERSION "\n");
+}
+
+TEST(LauncherTest, LostOutputIsReported) {
+    for (const char* const option : {"--help", "--version"}) {
+        const Result result = Shell(std::string("(" TALVANE_SIM " ") + option + " 2>&1 >/dev/full)");
+        EXPECT_EQ(result.output, "talvane-sim: cannot write to standard output\n") << option;
+        EXPECT_EQ(result.status, 2) << option;
+    }
 }
 
 TEST(PreloadTest, ProgramWithoutAMachineIsNotSimulated) {

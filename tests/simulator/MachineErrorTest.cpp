@@ -63,7 +63,7 @@ constexpr BadDescription kWords[] = {
     {"memory 99999999999999999999", "1: the memory size 99999999999999999999 is too large"},
     {"pages 0x100000000 x", "1: the address 0x100000000 is above 4294967295"},
     {"pages 0 none.bin", "1: none.bin: No such file or directory"},
-    {"segment .", "1: .: is not a file"},
+    {"segment .", "1: .: not a regular file"},
     {"without /dev/mem EWHAT",
      "1: the error \"EWHAT\" is none of ENOENT EACCES EPERM ENXIO ENODEV EBUSY EIO"},
     {"without /dev/null", "1: no server has a device /dev/null"},
@@ -163,6 +163,20 @@ TEST(MachineCaptureTest, DescriptionThatWouldWaitForAWriterIsRefused) {
     std::filesystem::remove(folder.path / "machine.txt");
     ASSERT_EQ(mkfifo((folder.path / "machine.txt").c_str(), 0600), 0);
     EXPECT_EQ(Complaint(folder), "machine.txt: not a regular file");
+}
+
+TEST(MachineCaptureTest, CaptureThatWouldWaitForAWriterIsRefused) {
+    for (const char* const statement :
+         {"segment fifo", "bmc kcs\ninventory fifo", "drive hda sectors 9 dump fifo",
+          "bmc kcs\ncontrol fifo", "stat fifo", "pci capture fifo", "smbios dump fifo",
+          "ide tree"}) {
+        const MachineFolder folder(statement);
+        const bool isTree = std::string_view(statement) == "ide tree";
+        const std::string fifo = isTree ? "tree/ide0/hda/media" : "fifo";
+        std::filesystem::create_directories(folder.path / "tree/ide0/hda");
+        ASSERT_EQ(mkfifo((folder.path / fifo).c_str(), 0600), 0);
+        EXPECT_THAT(Complaint(folder), testing::EndsWith(": " + fifo + ": not a regular file"));
+    }
 }
 
 // The rest of such a line would be missing from an error text.
