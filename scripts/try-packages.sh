@@ -121,6 +121,7 @@ try_system() {
         [ "$(inside talvane-sim --version)" = "talvane-sim $version" ] || fail 'talvane-sim --version'
         [ "$(inside talvane-ipmi-bridge --version)" = "$version" ] || fail 'talvane-ipmi-bridge --version'
         inside test -f /lib/systemd/system/talvane-ipmi-bridge.service || fail 'no service unit'
+        inside test -f /lib/systemd/system/talvane-metrics.timer || fail 'no timer'
         inside test -f /usr/share/bash-completion/completions/talvane || fail 'no completion'
         has_page 1 talvane
         has_page 1 talvane-sim

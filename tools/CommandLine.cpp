@@ -247,6 +247,21 @@ void AddHealth(CLI::App& app, Options& options) {
     health->footer("Exit status: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN or not to be found out.");
 }
 
+void AddMetrics(CLI::App& app, Options& options) {
+    CLI::App* metrics = AddCommand(app, options, kMetrics, "Everything as metrics for Prometheus");
+    metrics
+        ->add_option("--rules", options.metrics.rules, "Verdicts that replace those of the table")
+        ->type_name("FILE");
+    metrics->add_option("--output", options.metrics.output, "Replace this file, in one step")
+        ->type_name("FILE");
+    metrics->add_flag("--no-pci", options.metrics.isWithoutPci,
+                      "Leave out the PCI functions, whose scan takes the most time");
+    metrics->final_callback([&options] {
+        if (options.format == Format::kJson) throw CLI::ExcludesError(kMetrics, "--json");
+    });
+    metrics->footer("A source that cannot be read is a metric, and the exit status is 0.");
+}
+
 void AddGet(CLI::App& app, Options& options) {
     CLI::App* get = AddCommand(app, options, kGet, "One value: get board.serial-number");
     get->add_option("PATH", options.path,
@@ -272,6 +287,7 @@ void AddCommands(CLI::App& app, Options& options) {
                 ->transform(WholeWithin(1, kMaxSeconds));
     }
     AddHealth(app, options);
+    AddMetrics(app, options);
     AddGet(app, options);
     AddThresholdChange(app, options);
 }

@@ -13,6 +13,7 @@
 #include "tools/Commands.h"
 #include "tools/GetCommand.h"
 #include "tools/HealthCommand.h"
+#include "tools/MetricsCommand.h"
 #include "tools/Report.h"
 
 namespace tool {
@@ -30,12 +31,14 @@ struct Watch {
 };
 
 struct Options {
-    std::string command;  // kReport, kHealth, kGet, or the name of a row of Commands() or Changes()
+    std::string command;  // kReport, kHealth, kMetrics, kGet, or the name of a row of Commands() or
+                          // Changes()
     Format format = Format::kText;
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
     Settings settings;
     Watch watch;
     HealthOrder health;
+    MetricsOrder metrics;
     std::string path;  // of kGet
     Order order;
     std::vector<std::string> arguments;  // the whole line without --machine

@@ -4,17 +4,11 @@
 
 #include "tools/HealthCommand.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
 #include <nlohmann/json.hpp>
-#include <optional>
 #include <stdexcept>
 #include <string>
 
-#include "tools/base/Descriptor.h"
+#include "tools/RulesFile.h"
 #include "tools/base/Source.h"
 #include "tools/base/Text.h"
 #include "tools/health/HealthText.h"
@@ -22,32 +16,6 @@
 
 namespace tool {
 namespace {
-
-// The whole file; nothing, with errno set, when it cannot be read.
-std::optional<std::string> TextOf(const std::filesystem::path& file) {
-    const Descriptor descriptor(file.c_str(), O_RDONLY);
-    if (!descriptor.IsOpen()) return std::nullopt;
-    std::string text;
-    char piece[4096];
-    while (true) {
-        const ssize_t got = read(descriptor.Get(), piece, sizeof piece);
-        if (got < 0) return std::nullopt;
-        if (got == 0) return text;
-        text.append(piece, static_cast<std::size_t>(got));
-    }
-}
-
-// std::runtime_error says which file is wrong and why.
-Rules RulesIn(const std::filesystem::path& file) {
-    if (file.empty()) return {};
-    const auto text = TextOf(file);
-    if (!text) throw std::runtime_error(file.string() + ": " + std::strerror(errno));
-    try {
-        return ParseRules(*text);
-    } catch (const RulesError& error) {
-        throw std::runtime_error(file.string() + ':' + error.what());
-    }
-}
 
 int ShowProblem(const std::string& source, const std::string& problem, const HealthOrder& order,
                 Format format, std::ostream& out, std::ostream& err) {

@@ -67,6 +67,11 @@ int Run(const Options& options) {
         Flush();
         return status;
     }
+    if (options.command == kMetrics) {
+        WriteMetrics(options.metrics, options.settings, std::cout);
+        Flush();
+        return kAllDone;
+    }
     if (options.command == kGet) {
         const bool found = ShowValue(options.path, options.settings, std::cout, std::cerr);
         Flush();

@@ -23,7 +23,7 @@ _talvane()
                 compgen -W "$(command ls -- "$machines" 2>/dev/null)" -- "$word")
             return
             ;;
-        --rules)
+        --rules | --output)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$word")
             return
@@ -40,7 +40,7 @@ _talvane()
             # The command so far: words that are neither options nor their values.
             for ((i = 1; i < COMP_CWORD; ++i)); do
                 case ${COMP_WORDS[i]} in
-                    --machine | --rules | --format | --type | --which | --action | --watch | \
+                    --machine | --rules | --output | --format | --type | --which | --action | --watch | \
                         --count | --interval | --entity | --timeout)
                         if [[ ${COMP_WORDS[i+1]} == = ]]; then ((++i)); fi
                         ((++i))
@@ -53,10 +53,10 @@ _talvane()
             if [[ $word == -* ]]; then
                 help=$(sed -n 's/^ *\(-[a-z],\)\{0,1\}\(--[a-z-]*\).*/\2/p' <<<"$help")
             elif [[ ${command[*]} == get ]]; then
-                # The commands that show something: report's is no member of the JSON.
+                # The commands that have a member in the JSON.
                 compopt -o nospace 2>/dev/null
                 help=$("$1" --help 2>/dev/null |
-                    sed -n '/^Commands:/,/^$/{/^  \(report\|get\|threshold\) /!s/^  \([a-z]*\) .*/\1./p}')
+                    sed -n '/^Commands:/,/^$/{/^  \(report\|get\|metrics\|threshold\) /!s/^  \([a-z]*\) .*/\1./p}')
             else
                 help=$(sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p' <<<"$help")
             fi

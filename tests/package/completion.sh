@@ -49,7 +49,9 @@ offers 'talvane board --co' ''
 offers 'talvane watchdog set --yes --ti' --timeout
 offers 'talvane health --s' --states
 offers 'talvane health --rules my' my-rules my-server
+offers 'talvane metrics --output my' my-rules my-server
 offers 'talvane get wat' watchdog.
+offers 'talvane get me' memory.
 offers 'talvane get r' ''
 offers 'talvane get get' ''
 offers 'talvane get board.x ' ''

@@ -12,7 +12,8 @@ source=$1 build=$2 cmake=$3
 "$cmake" --install "$build" --prefix "$work/usr" >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
 mkdir "$work/usr/lib/i386-linux-gnu"
 for entry in "$work"/usr/lib/*; do
-    [ "${entry##*/}" = i386-linux-gnu ] || mv "$entry" "$work/usr/lib/i386-linux-gnu"
+    case ${entry##*/} in i386-linux-gnu | systemd) continue ;; esac
+    mv "$entry" "$work/usr/lib/i386-linux-gnu"
 done
 mkdir -p "$work/usr/sbin" "$work/usr/share/man/man8" "$work/usr/lib/systemd/system"
 touch "$work/usr/sbin/talvane-ipmi-bridge" "$work/usr/share/man/man8/talvane-ipmi-bridge.8" \

@@ -25,10 +25,10 @@ TEST(CommandLineTest, HelpNamesEveryCommandAndSucceeds) {
     EXPECT_EQ(run.status, 0);
     EXPECT_EQ(run.err, "");
     for (const char* word :
-         {"report",     "health",        "board",         "system",   "cpu",          "memory",
-          "ports",      "power",         "fans",          "voltages", "temperatures", "sensors",
-          "thresholds", "threshold set", "watchdog",      "bmc",      "pci",          "drives",
-          "partitions", "load",          "--machine DIR", "--json",   "--version"})
+         {"report",  "health",     "metrics",       "board",         "system",   "cpu",
+          "memory",  "ports",      "power",         "fans",          "voltages", "temperatures",
+          "sensors", "thresholds", "threshold set", "watchdog",      "bmc",      "pci",
+          "drives",  "partitions", "load",          "--machine DIR", "--json",   "--version"})
         EXPECT_THAT(run.out, HasSubstr(word));
 }
 

@@ -2,8 +2,9 @@
 //
 // The outputs in the documentation are those of the tool. In a block that begins with ```console,
 // a line "$ talvane ARGUMENTS" is run on the bundled machines, and what follows it, up to the next
-// such line or the block's end, must be what it prints. With TALVANE_RECORD=1 in the environment
-// the outputs are written into the files.
+// such line or the block's end, must be what it prints. The output may go through filters: "$
+// talvane ARGUMENTS | FILTER". With TALVANE_RECORD=1 in the environment the outputs are written
+// into the files.
 
 #include <gtest/gtest.h>
 
@@ -27,6 +28,18 @@ std::vector<std::string> ArgumentsOf(const std::string& line) {
     return arguments;
 }
 
+// What a command line prints, its filters included.
+std::string OutputOf(const std::string& line) {
+    const std::size_t bar = line.find(" | ");
+    const std::string output = RunTool(ArgumentsOf(line.substr(0, bar))).out;
+    if (bar == std::string::npos) return output;
+    const TemporaryFolder folder;
+    WriteFile(folder.Path() / "in", output);
+    const std::string filtered = "cd " + folder.Path().string() + " && cat in" + line.substr(bar);
+    EXPECT_EQ(std::system((filtered + " > out").c_str()), 0) << line;
+    return ReadFile(folder.Path() / "out");
+}
+
 // The file's text with the outputs that the tool gives now.
 std::string WithOutputsOfNow(const std::string& text, int& commands) {
     std::istringstream lines(text);
@@ -38,7 +51,7 @@ std::string WithOutputsOfNow(const std::string& text, int& commands) {
         const bool isOutput = isConsole && !line.starts_with("$ ") && !line.starts_with("```");
         if (!isOutput) renewed += line + '\n';
         if (!isCommand) continue;
-        renewed += RunTool(ArgumentsOf(line)).out;
+        renewed += OutputOf(line);
         ++commands;
     }
     return renewed;
@@ -60,8 +73,8 @@ TEST_P(DocumentationTest, ShowsTheOutputsOfTheTool) {
     EXPECT_EQ(text, renewed);
 }
 
-INSTANTIATE_TEST_SUITE_P(Tool, DocumentationTest, testing::Values("health.md", "json.md"),
-                         [](const auto& file) {
+INSTANTIATE_TEST_SUITE_P(Tool, DocumentationTest,
+                         testing::Values("fleet.md", "health.md", "json.md"), [](const auto& file) {
                              const std::string name = file.param;
                              return name.substr(0, name.find('.'));
                          });

@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+//
+// A file is replaced whole or not at all.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+
+#include <csignal>
+#include <iterator>
+#include <system_error>
+
+#include "tests/tools/RunTool.h"
+#include "tools/AtomicFile.h"
+
+namespace tool {
+namespace {
+
+using testing::StartsWith;
+
+int FilesIn(const std::filesystem::path& folder) {
+    return static_cast<int>(std::distance(std::filesystem::directory_iterator(folder),
+                                          std::filesystem::directory_iterator()));
+}
+
+unsigned ModeOf(const std::filesystem::path& file) {
+    struct stat status {};
+    EXPECT_EQ(stat(file.c_str(), &status), 0);
+    return status.st_mode & 07777u;
+}
+
+std::string ErrorOf(const std::filesystem::path& file, const std::string& text = "new") {
+    try {
+        WriteAtomically(file, text);
+    } catch (const std::system_error& error) {
+        return error.what();
+    }
+    return "";
+}
+
+TEST(AtomicFileTest, MakesAndReplacesAFileThatAllCanRead) {
+    const TemporaryFolder folder;
+    const auto file = folder.Path() / "talvane.prom";
+    umask(0077);
+    WriteAtomically(file, "first\n");
+    EXPECT_EQ(ReadFile(file), "first\n");
+    EXPECT_EQ(ModeOf(file), 0644u);
+    WriteAtomically(file, "");
+    EXPECT_EQ(ReadFile(file), "");
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
+}
+
+TEST(AtomicFileTest, ReadersOfTheOldFileGoOnReadingIt) {
+    const TemporaryFolder folder;
+    const auto file = folder.Path() / "talvane.prom";
+    WriteAtomically(file, "old");
+    std::ifstream reader(file);
+    WriteAtomically(file, "new");
+    std::string seen;
+    reader >> seen;
+    EXPECT_EQ(seen, "old");
+    EXPECT_EQ(ReadFile(file), "new");
+}
+
+TEST(AtomicFileTest, NamesTheFileThatCannotBeWritten) {
+    const TemporaryFolder folder;
+    EXPECT_EQ(ErrorOf(folder.Path() / "nowhere" / "talvane.prom"),
+              "cannot write " + (folder.Path() / "nowhere" / "talvane.prom").string() +
+                  ": No such file or directory");
+    std::filesystem::create_directory(folder.Path() / "folder");
+    EXPECT_THAT(ErrorOf(folder.Path() / "folder"),
+                StartsWith("cannot write " + (folder.Path() / "folder").string() + ": "));
+    EXPECT_EQ(FilesIn(folder.Path()), 1) << "no temporary file is left";
+}
+
+TEST(AtomicFileTest, KeepsTheOldFileWhenTheDiskIsFull) {
+    const TemporaryFolder folder;
+    const auto file = folder.Path() / "talvane.prom";
+    WriteAtomically(file, "old");
+    std::signal(SIGXFSZ, SIG_IGN);
+    const rlimit limit = {4096, 4096};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
+    EXPECT_THAT(ErrorOf(file, std::string(10000, 'x')),
+                StartsWith("cannot write " + file.string() + ": "));
+    EXPECT_EQ(ReadFile(file), "old");
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
+}
+
+}  // namespace
+}  // namespace tool

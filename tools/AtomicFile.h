@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+//
+// A file that readers see whole, either as it was or as it is now.
+#ifndef TALVANE_TOOLS_ATOMICFILE_H
+#define TALVANE_TOOLS_ATOMICFILE_H
+
+#include <filesystem>
+#include <string_view>
+
+namespace tool {
+
+// Writes the text into a temporary file beside `file`, onto the disk, and renames it to `file`. The
+// mode is 0644 whatever the umask is. The temporary file's name begins with a dot and does not end
+// as that of `file`, so that no reader of the folder takes it for one of its own.
+//
+// Throws std::system_error, which names the file. The file is then as it was, and no temporary file
+// is left.
+void WriteAtomically(const std::filesystem::path& file, std::string_view text);
+
+}  // namespace tool
+
+#endif
