@@ -4,7 +4,7 @@
 
 #include "tools/Changes.h"
 
-#include "tools/base/Text.h"
+#include "tools/base/JsonValue.h"
 #include "tools/changes/ThresholdChange.h"
 #include "tools/changes/WatchdogChange.h"
 
@@ -31,8 +31,7 @@ bool Make(const Change& change, const Order& order, Format format, std::ostream&
     if (format == Format::kJson) {
         Json json = {
             {"schema", kJsonSchema}, {change.member, outcome.json}, {"errors", Json::array()}};
-        if (!done)
-            json["errors"].push_back({{"source", change.name}, {"message", Utf8(outcome.problem)}});
+        if (!done) json["errors"].push_back(ErrorJson(change.name, outcome.problem));
         DumpJson(json, out);
     } else {
         out << outcome.text;

@@ -12,6 +12,7 @@
 #include "tools/Commands.h"
 #include "tools/HealthCommand.h"
 #include "tools/Report.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Text.h"
 #include "tools/health/HealthText.h"
 #include "tools/records/Sensors.h"
@@ -90,7 +91,7 @@ Json OutputOf(const std::string& name, const Settings& settings) {
     if (!IsSameName(name, kHealth)) return Json::object();
     const auto sensors = ReadSensors();
     if (sensors) return {{kHealth, ToJson(Judge(*sensors, {}))}, {"errors", Json::array()}};
-    return {{kHealth, Json()}, {"errors", {{{"message", Utf8(kBmc.whyNotRead())}}}}};
+    return {{kHealth, Json()}, {"errors", Json::array({ErrorJson(kBmc.name, kBmc.whyNotRead())})}};
 }
 
 std::string ValueLine(const Json& value) {

@@ -9,8 +9,8 @@
 #include <string>
 
 #include "tools/RulesFile.h"
+#include "tools/base/JsonValue.h"
 #include "tools/base/Source.h"
-#include "tools/base/Text.h"
 #include "tools/health/HealthText.h"
 #include "tools/records/Sensors.h"
 
@@ -24,7 +24,7 @@ int ShowProblem(const std::string& source, const std::string& problem, const Hea
     else if (format == Format::kJson)
         DumpJson({{"schema", kJsonSchema},
                   {kHealth, Json()},
-                  {"errors", {{{"source", source}, {"message", Utf8(problem)}}}}},
+                  {"errors", Json::array({ErrorJson(source, problem)})}},
                  out);
     err << "talvane: " << problem << '\n';
     return kHealthUnknown;

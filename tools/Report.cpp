@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
 #include "tools/base/Text.h"
 
@@ -77,8 +78,7 @@ Json JsonOf(const Answers& answers, bool withTime) {
     json.update(answers.json);
     json["errors"] = Json::array();
     for (const Missing& missing : answers.missing)
-        json["errors"].push_back(
-            {{"source", missing.source->name}, {"message", Utf8(missing.message)}});
+        json["errors"].push_back(ErrorJson(missing.source->name, missing.message));
     return json;
 }
 

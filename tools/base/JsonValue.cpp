@@ -50,6 +50,10 @@ Json QuantityJson(std::string_view text) {
     return QuantityJson(value, number.substr(length), text);
 }
 
+Json ErrorJson(std::string_view source, std::string_view message) {
+    return {{"source", std::string(source)}, {"message", Utf8(message)}};
+}
+
 Json CodeJson(int code, std::string_view name) {
     return {{"code", code}, {"name", Utf8(name)}};
 }

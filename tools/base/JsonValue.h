@@ -22,6 +22,9 @@ Json QuantityJson(std::optional<double> value, std::string_view unit, std::strin
 // 2400 and the unit "MHZ". A text without a number ("Unknown") has no value and no unit.
 Json QuantityJson(std::string_view text);
 
+// {"source": "/proc/stat", "message": "cannot open ..."}
+Json ErrorJson(std::string_view source, std::string_view message);
+
 // {"code": 3, "name": "processor"}
 Json CodeJson(int code, std::string_view name);
 

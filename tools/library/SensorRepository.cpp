@@ -6,6 +6,8 @@
 
 #include <algorithm>
 
+#include "tools/library/BmcMessage.h"
+
 namespace tool {
 namespace {
 
@@ -103,25 +105,12 @@ SensorRepository::Thresholds SensorRepository::Current(const RepositorySensor& s
 }
 
 bool SensorRepository::IsUnavailable(unsigned char number) {
-    constexpr int kTimeoutMilliseconds = 3000;
-    constexpr std::size_t kMaxResponse = 256;
-    constexpr std::size_t kFlags = 1;  // the byte after the reading (IPMI 2.0, 35.14)
-    constexpr unsigned char kUnavailable = 0x20;
-    constexpr unsigned char kScanned = 0x40;
-    IMBPREQUESTDATA request{IPMIbase::Get_sensor_reading,
-                            0,  // the transport fills the responder in
-                            IPMIbase::PUBLIC_BUS,
-                            IPMIbase::SENSER_EVENT_CMD,
-                            IPMIbase::BMC_LUN,
-                            &number,
-                            1};
-    unsigned char response[kMaxResponse] = {};
-    int length = 0;
-    unsigned char completion = 0;
-    // Results not used: without an answer the flags stay zero, which means not scanned.
-    (void)sensor_.SendTimedImbpRequest(&request, kTimeoutMilliseconds, response, &length,
-                                       &completion);
-    return (response[kFlags] & kUnavailable) != 0 || (response[kFlags] & kScanned) == 0;
+    AnswerBuffer answer{};  // without an answer the flags stay 0, which means not scanned
+    Send(sensor_,
+         {IPMIbase::SENSER_EVENT_CMD, IPMIbase::Get_sensor_reading, IPMIbase::BMC_LUN, {number}},
+         answer);
+    const ReadingFlags flags(answer[ReadingFlags::kAt]);
+    return flags.isUnavailable || !flags.isScanned;
 }
 
 double SensorRepository::Value(const SensorFormulaParameter& formula, unsigned char raw) {

@@ -7,41 +7,17 @@
 #include "tools/sensors/BmcRequest.h"
 
 #include <algorithm>
-#include <array>
 
-#include "IPMI/IPMIbase.h"
+#include "tools/library/BmcMessage.h"
 #include "tools/library/SensorRepository.h"
 
 namespace tool {
 namespace {
 
-constexpr std::size_t kMaxAnswer = 256;
-
-struct SensorRequest {
-    int netFunction;
-    int command;
-    int lun;
-    std::vector<unsigned char> data;
-};
-
-using AnswerBuffer = std::array<unsigned char, kMaxAnswer>;
-
-AnswerBuffer AnswerOver(SensorRequest& sent, unsigned char fill) {
-    constexpr int kTimeoutMilliseconds = 3000;
+AnswerBuffer AnswerOver(const BmcMessage& request, unsigned char fill) {
     AnswerBuffer answer;
     answer.fill(fill);
-    IMBPREQUESTDATA request{static_cast<unsigned char>(sent.command),
-                            0,  // the transport fills the responder in
-                            IPMIbase::PUBLIC_BUS,
-                            static_cast<unsigned char>(sent.netFunction),
-                            static_cast<unsigned char>(sent.lun),
-                            sent.data.data(),
-                            static_cast<int>(sent.data.size())};
-    int length = 0;
-    unsigned char completion = 0;
-    // Results not used: what has not arrived is seen in the buffer.
-    (void)Controller().SendTimedImbpRequest(&request, kTimeoutMilliseconds, answer.data(), &length,
-                                            &completion);
+    Send(Controller(), request, answer);
     return answer;
 }
 
@@ -53,7 +29,7 @@ std::size_t LengthOver(const AnswerBuffer& answer, unsigned char fill) {
 
 // `expected` says how many bytes the answer should at least have, by its first bytes.
 template <class Expected>
-BmcAnswer Ask(SensorRequest request, Expected expected) {
+BmcAnswer Ask(const BmcMessage& request, Expected expected) {
     constexpr unsigned char kFirstFill = 0xFF;
     constexpr unsigned char kSecondFill = 0x00;
     AnswerBuffer answer = AnswerOver(request, kFirstFill);
@@ -80,7 +56,7 @@ BmcAnswer AskRecord(int recordId) {
                 IPMIbase::BMC_LUN,
                 {0, 0, Byte(recordId, 0), Byte(recordId, 8), 0, kWholeRecord}},
                [](const AnswerBuffer& answer) {
-                   return std::min(kHeader + answer[kBodyLengthAt], kMaxAnswer);
+                   return std::min(kHeader + answer[kBodyLengthAt], answer.size());
                });
 }
 

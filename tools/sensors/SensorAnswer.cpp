@@ -4,28 +4,26 @@
 
 #include "tools/sensors/SensorAnswer.h"
 
+#include "tools/library/BmcMessage.h"
 #include "tools/sensors/SensorValue.h"
 
 namespace tool {
 
 SensorAnswer DecodeReading(talvane::ByteView answer) {
     constexpr std::size_t kRaw = 0;
-    constexpr std::size_t kFlags = 1;
     constexpr std::size_t kLowStates = 2;
-    constexpr unsigned kHighStateBits = 0x7F00;
-    constexpr unsigned char kUnavailable = 0x20;
-    constexpr unsigned char kScanned = 0x40;
+    constexpr unsigned kStates = 0x7FFF;
     SensorAnswer sensor;
-    if (answer.size() <= kFlags) return sensor;
+    if (answer.size() <= ReadingFlags::kAt) return sensor;
     sensor.raw = answer[kRaw];
-    if ((answer[kFlags] & kScanned) == 0)
+    const ReadingFlags flags(answer[ReadingFlags::kAt]);
+    if (!flags.isScanned)
         sensor.status = SensorAnswer::Status::kNotScanned;
-    else if ((answer[kFlags] & kUnavailable) != 0)
+    else if (flags.isUnavailable)
         sensor.status = SensorAnswer::Status::kUnavailable;
     else
         sensor.status = SensorAnswer::Status::kRead;
-    if (answer.size() > kLowStates)
-        sensor.states = talvane::Le16(answer, kLowStates) & (kHighStateBits | 0xFF);
+    if (answer.size() > kLowStates) sensor.states = talvane::Le16(answer, kLowStates) & kStates;
     return sensor;
 }
 
