@@ -237,7 +237,8 @@ TEST(CommandLineTest, TakesTheNameOfAnEntity) {
                             "lower-critical", "1"});
     };
     EXPECT_EQ(set("power supply").err, set("10").err);
-    EXPECT_THAT(set("power supply").err, HasSubstr("no sensor of entity 10 "));
+    EXPECT_THAT(set("power supply").err,
+                HasSubstr("no sensor of the entity power supply (10) and the type fan (4)"));
 }
 
 }  // namespace
