@@ -35,6 +35,16 @@ void AddOptions(CLI::App& app, Options& options) {
     app.add_option(kMachineOption, options.machine,
                    "Run on a simulated server: its folder, or an installed one's name")
         ->type_name("DIR");
+    app.add_option_function<std::string>(
+           "--color",
+           [&options](const std::string& choice) {
+               options.color = choice == "always"  ? ColorChoice::kAlways
+                               : choice == "never" ? ColorChoice::kNever
+                                                   : ColorChoice::kAuto;
+           },
+           "Colour verdicts and states: auto, on a terminal; always; or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
 }
 
 // A command below another is complete before the other one is, and so is selected first.

@@ -14,6 +14,7 @@
 #include "tools/GetCommand.h"
 #include "tools/HealthCommand.h"
 #include "tools/Report.h"
+#include "tools/base/Terminal.h"
 
 namespace tool {
 
@@ -32,6 +33,7 @@ struct Watch {
 struct Options {
     std::string command;  // kReport, kHealth, kGet, or the name of a row of Commands() or Changes()
     Format format = Format::kText;
+    ColorChoice color = ColorChoice::kAuto;
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
     Settings settings;
     Watch watch;

@@ -43,7 +43,7 @@ TEST(SensorsCommandTest, RedrawsItsTableOnATerminal) {
     const MachineFolder machine(kMachine);
     const std::string once = machine.Run({"sensors"}).out;
     EXPECT_EQ(RunToolOnTerminal({"--machine", machine.Path().string(), "sensors", "--watch", "3600",
-                                 "--count", "2"}),
+                                 "--count", "2", "--color", "never"}),
               once + "\x1B[H\x1B[2J" + once);
 }
 
