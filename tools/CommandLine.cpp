@@ -254,6 +254,11 @@ void AddHealth(CLI::App& app, Options& options) {
         ->check(CLI::IsMember({"text", "json", "nagios"}));
     health->add_flag("--states", options.health.showStates,
                      "Show which states there are, and their verdicts");
+    health->final_callback([&options] {
+        if (options.health.showStates && options.health.isNagios)
+            throw CLI::ValidationError("--states",
+                                       "there is no such output for a monitoring plugin");
+    });
     health->footer("Exit status: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN or not to be found out.");
 }
 
