@@ -35,6 +35,16 @@ void AddOptions(CLI::App& app, Options& options) {
     app.add_option(kMachineOption, options.machine,
                    "Run on a simulated server: its folder, or an installed one's name")
         ->type_name("DIR");
+    app.add_option_function<std::string>(
+           "--color",
+           [&options](const std::string& choice) {
+               options.color = choice == "always"  ? ColorChoice::kAlways
+                               : choice == "never" ? ColorChoice::kNever
+                                                   : ColorChoice::kAuto;
+           },
+           "Colour verdicts and states: auto, on a terminal; always; or never")
+        ->type_name("WHEN")
+        ->check(CLI::IsMember({"auto", "always", "never"}));
 }
 
 // A command below another is complete before the other one is, and so is selected first.
@@ -244,6 +254,11 @@ void AddHealth(CLI::App& app, Options& options) {
         ->check(CLI::IsMember({"text", "json", "nagios"}));
     health->add_flag("--states", options.health.showStates,
                      "Show which states there are, and their verdicts");
+    health->final_callback([&options] {
+        if (options.health.showStates && options.health.isNagios)
+            throw CLI::ValidationError("--states",
+                                       "there is no such output for a monitoring plugin");
+    });
     health->footer("Exit status: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN or not to be found out.");
 }
 

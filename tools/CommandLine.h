@@ -15,6 +15,7 @@
 #include "tools/HealthCommand.h"
 #include "tools/MetricsCommand.h"
 #include "tools/Report.h"
+#include "tools/base/Terminal.h"
 
 namespace tool {
 
@@ -34,6 +35,7 @@ struct Options {
     std::string command;  // kReport, kHealth, kMetrics, kGet, or the name of a row of Commands() or
                           // Changes()
     Format format = Format::kText;
+    ColorChoice color = ColorChoice::kAuto;
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
     Settings settings;
     Watch watch;

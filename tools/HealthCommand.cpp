@@ -34,7 +34,12 @@ int ShowProblem(const std::string& source, const std::string& problem, const Hea
 
 int ShowHealth(const HealthOrder& order, Format format, std::ostream& out, std::ostream& err) {
     if (order.showStates) {
-        out << StateTableText();
+        if (format == Format::kJson)
+            DumpJson(
+                {{"schema", kJsonSchema}, {"states", StateTableJson()}, {"errors", Json::array()}},
+                out);
+        else
+            out << StateTableText();
         return 0;
     }
     Rules rules;

@@ -9,6 +9,8 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "tools/base/Terminal.h"
+
 namespace tool {
 namespace {
 
@@ -45,6 +47,7 @@ bool Show(const Options& options) {
     const bool repeats = options.watch.seconds != 0;
     const Format format = isJson && repeats ? Format::kJsonLine : options.format;
     for (int shown = 1;; ++shown) {
+        UseLook(LookFor(STDOUT_FILENO, options.color));  // its width can have changed
         const bool complete = Report(commands, options.settings, format, std::cout, std::cerr);
         Flush();
         const bool last = !repeats || shown == options.watch.count;
@@ -56,6 +59,7 @@ bool Show(const Options& options) {
 }  // namespace
 
 int Run(const Options& options) {
+    UseLook(LookFor(STDOUT_FILENO, options.color));
     for (const Change& change : Changes()) {
         if (options.command != change.name) continue;
         const bool done = Make(change, options.order, options.format, std::cout, std::cerr);

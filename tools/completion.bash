@@ -29,6 +29,7 @@ _talvane()
             return
             ;;
         --format) help='text json nagios' ;;
+        --color) help='auto always never' ;;
         --type) help='temperature voltage fan' ;;
         --which)
             help='lower-non-critical lower-critical lower-non-recoverable
@@ -40,7 +41,7 @@ _talvane()
             # The command so far: words that are neither options nor their values.
             for ((i = 1; i < COMP_CWORD; ++i)); do
                 case ${COMP_WORDS[i]} in
-                    --machine | --rules | --output | --format | --type | --which | --action | --watch | \
+                    --machine | --rules | --output | --format | --color | --type | --which | --action | --watch | \
                         --count | --interval | --entity | --timeout)
                         if [[ ${COMP_WORDS[i+1]} == = ]]; then ((++i)); fi
                         ((++i))

@@ -101,6 +101,7 @@ takes_values() {
     offers "talvane $1 $2 " ${values//,/ }
 }
 takes_values 'health' --format
+takes_values 'health' --color
 takes_values 'watchdog set' --action
 takes_values 'threshold set' --which
 takes_values 'threshold set' --type

@@ -85,6 +85,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{
             {"board", "--spoons"}, "The following argument was not expected: --spoons", "board"},
         Refused{{"board", "fans"}, "The following argument was not expected: fans", "board"},
+        Refused{{"board", "--color", "red"}, "--color: red not in {auto,always,never}", "board"},
         Refused{{"board", "--machine"}, "--machine: 1 required DIR missing", "board"},
         Refused{{"watchdog", "stop", "--yes", "20", "--timeout", "30"},
                 "The following arguments were not expected: --yes 20 --timeout 30",
@@ -237,7 +238,8 @@ TEST(CommandLineTest, TakesTheNameOfAnEntity) {
                             "lower-critical", "1"});
     };
     EXPECT_EQ(set("power supply").err, set("10").err);
-    EXPECT_THAT(set("power supply").err, HasSubstr("no sensor of entity 10 "));
+    EXPECT_THAT(set("power supply").err,
+                HasSubstr("no sensor of the entity power supply (10) and the type fan (4)"));
 }
 
 }  // namespace

@@ -47,6 +47,25 @@ TEST_F(HardwareRecordTest, PciFunctionsAreThoseOfTheBus) {
     ASSERT_THAT(*functions, SizeIs(64));
     EXPECT_EQ(functions->back().location, "bus:0, dev:7, func:7");
     EXPECT_EQ(functions->back().className, "Old devices");
+    EXPECT_EQ(functions->back().id, (PciId{0x8086, 0x0001}));
+    EXPECT_FALSE(functions->back().secondaryBus.has_value());
+}
+
+TEST_F(HardwareRecordTest, APciBridgeNamesTheBusThatItLeadsTo) {
+    sim::Bytes header(64);
+    header[0x00] = 0x86;
+    header[0x01] = 0x80;
+    header[0x0B] = 0x06;
+    header[0x0A] = 0x04;
+    header[0x0E] = 0x81;  // a bridge, one of several functions
+    header[0x18] = 0;
+    header[0x19] = 5;
+    header[0x1A] = 9;
+    server.GetPci().Set({0, 30, 0}, header);
+    const auto functions = ReadPci();
+    ASSERT_TRUE(functions.has_value());
+    ASSERT_THAT(*functions, SizeIs(1));
+    EXPECT_EQ(functions->front().secondaryBus, 5);
 }
 
 TEST_F(HardwareRecordTest, MorePciFunctionsThanFitAreReportedWithoutWaiting) {

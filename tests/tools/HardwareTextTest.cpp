@@ -30,16 +30,42 @@ TEST(PciTextTest, TellsPortsFromMemoryAndDropsTheFlags) {
     EXPECT_EQ(ToText(PciFunctions{ide, display, bridge}),
               "PCI functions\n"
               "-------------\n"
-              "  Address  Class                    Sub-class       IRQ  Base            Rev.  "
-              "Status\n"
-              "  00:1f.1  Mass storage controller  IDE controller   14  I/O 0xF000      02    "
-              "66 MHz Capable; Speed=Medium\n"
-              "  01:00.0  Display controller       -                 -  mem 0xFD000000  27    -\n"
-              "  00:00.0  Bridge device            Host bridge       -  -               00    -\n");
+              "  Address  ID  Class                    Sub-class       IRQ  Base            Rev.\n"
+              "  00:1f.1  -   Mass storage controller  IDE controller   14  I/O 0xF000      02\n"
+              "  01:00.0  -   Display controller       -                 -  mem 0xFD000000  27\n"
+              "  00:00.0  -   Bridge device            Host bridge       -  -               00\n"
+              "\n"
+              "  Address  Status\n"
+              "  00:1f.1  66 MHz Capable; Speed=Medium\n");
     EXPECT_EQ(ToJson(PciFunctions{ide}).dump(),
               R"([{"address":"00:1f.1","location":"bus:0, dev:31, func:1",)"
+              R"("vendor":null,"device":null,)"
               R"("class":"Mass storage controller","subClass":"IDE controller","irq":14,)"
-              R"("baseAddress":61441,"revision":2,"status":"66 MHz Capable;Speed=Medium;"}])");
+              R"("baseAddress":61441,"revision":2,"status":"66 MHz Capable;Speed=Medium;",)"
+              R"("secondaryBus":null}])");
+}
+
+TEST(PciTextTest, NamesVendorsAndDevicesInATableOfTheirOwn) {
+    PciFunction bridge{"bus:0, dev:2, func:0", "Bridge device", "PCI-to-PCI bridge", 0, 0, 3, ""};
+    bridge.id = PciId{0x8086, 0x00AB};
+    bridge.name = {"Intel Corporation", ""};
+    bridge.secondaryBus = 2;
+    PciFunction other{"bus:2, dev:0, func:0", "Network controller", "", 0, 0, 0, ""};
+    other.id = PciId{0x1, 0x2};
+    EXPECT_EQ(ToText(PciFunctions{bridge, other}),
+              "PCI functions\n"
+              "-------------\n"
+              "  Address  ID         Class               Sub-class          IRQ  Base  Rev.\n"
+              "  00:02.0  8086:00ab  Bridge device       PCI-to-PCI bridge    -  -     03\n"
+              "  02:00.0  0001:0002  Network controller  -                    -  -     00\n"
+              "\n"
+              "  Address  Vendor             Device\n"
+              "  00:02.0  Intel Corporation  -\n");
+    const Json json = ToJson(PciFunctions{bridge, other});
+    EXPECT_EQ(json[0]["vendor"].dump(), R"({"code":32902,"name":"Intel Corporation"})");
+    EXPECT_EQ(json[0]["device"].dump(), R"({"code":171,"name":null})");
+    EXPECT_EQ(json[0]["secondaryBus"], 2);
+    EXPECT_EQ(json[1]["vendor"].dump(), R"({"code":1,"name":null})");
 }
 
 const Drive kDrive{"ide", "Secondry Slave", "EXAMPLE 40", "40020664320",

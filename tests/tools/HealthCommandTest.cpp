@@ -81,6 +81,26 @@ TEST(HealthCommandTest, ARulesFileThatCannotBeReadIsUnknown) {
     }
 }
 
+TEST(HealthCommandTest, ListsTheStatesInJson) {
+    const ToolRun run = RunTool({"health", "--states", "--json"});
+    EXPECT_EQ(run.status, 0);
+    const auto output = nlohmann::json::parse(run.out);
+    EXPECT_EQ(output.at("schema"), 1);
+    EXPECT_EQ(output.at("errors").size(), 0U);
+    const auto& states = output.at("states");
+    EXPECT_EQ(states[0].dump(), R"({"kind":"any","state":"no reading","verdict":"UNKNOWN"})");
+    EXPECT_GT(states.size(), 150U);
+    EXPECT_EQ(RunTool({"health", "--states", "--format", "json"}).out, run.out);
+}
+
+TEST(HealthCommandTest, RefusesTheStatesAsAPluginsOutput) {
+    const ToolRun run = RunTool({"health", "--states", "--format", "nagios"});
+    EXPECT_EQ(run.status, 3);
+    EXPECT_EQ(run.out, "");
+    EXPECT_THAT(run.err, StartsWith("talvane: --states: there is no such output for a monitoring "
+                                    "plugin\nRun talvane health --help"));
+}
+
 TEST(HealthCommandTest, JudgesEverySensorInJsonWithItsReason) {
     const ToolRun run =
         RunTool({"health", "--json", "--machine", TALVANE_SOURCE "/machines/failing-server"});

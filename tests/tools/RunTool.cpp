@@ -7,6 +7,7 @@
 #include <fcntl.h>
 #include <pty.h>
 #include <spawn.h>
+#include <sys/ioctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -18,6 +19,9 @@
 #include <system_error>
 
 namespace {
+
+// The names of this system's pci.ids are in no expected output.
+const int kWithoutPciNames = setenv("TALVANE_PCI_IDS", "", 0);
 
 class FileActions {
 public:
@@ -61,7 +65,7 @@ ToolRun RunTool(const std::vector<std::string>& arguments) {
             ReadFile(folder.Path() / "err")};
 }
 
-std::string RunToolOnTerminal(const std::vector<std::string>& arguments) {
+std::string RunToolOnTerminal(const std::vector<std::string>& arguments, unsigned short columns) {
     std::vector<std::string> words{TALVANE_TOOL};
     words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -69,7 +73,9 @@ std::string RunToolOnTerminal(const std::vector<std::string>& arguments) {
     argv.push_back(nullptr);
 
     int terminal = -1;
-    const pid_t child = forkpty(&terminal, nullptr, nullptr, nullptr);
+    winsize size{};
+    size.ws_col = columns;
+    const pid_t child = forkpty(&terminal, nullptr, nullptr, &size);
     if (child < 0) throw std::system_error(errno, std::generic_category(), "forkpty");
     if (child == 0) {
         (void)execv(TALVANE_TOOL, argv.data());

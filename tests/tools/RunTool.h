@@ -16,8 +16,10 @@ struct ToolRun {
 
 ToolRun RunTool(const std::vector<std::string>& arguments);
 
-// On a terminal, nothing being typed: what it showed, lines ending in '\n' alone.
-std::string RunToolOnTerminal(const std::vector<std::string>& arguments);
+// On a terminal of so many columns (0: it does not say), nothing being typed: what it showed, lines
+// ending in '\n' alone.
+std::string RunToolOnTerminal(const std::vector<std::string>& arguments,
+                              unsigned short columns = 0);
 
 // Whole files; std::runtime_error names the file that cannot be read or written.
 std::string ReadFile(const std::filesystem::path& file);

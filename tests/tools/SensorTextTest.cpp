@@ -103,11 +103,11 @@ TEST(SensorTextTest, SaysWhenTheRepositoryIsEmpty) {
 TEST(ThresholdTextTest, NamesEntityAndType) {
     const std::string text = ToText(
         Thresholds{{3, 1, AllOf({3, 2, 1, 80, 90, 100})}, {200, 43, AllOf({0, 0, 0, 0, 0, 0})}});
-    EXPECT_TRUE(
-        Shows(text, "    1  3 processor  1 Temperature     1     2     3    80    90   100"));
-    EXPECT_TRUE(
-        Shows(text, "    2  200          43                0     0     0     0     0     0"));
-    EXPECT_TRUE(Shows(text, "by place in the sensor repository, not by sensor number"));
+    EXPECT_TRUE(Shows(
+        text, "    1  processor (3)      temperature (1)         1     2     3    80    90   100"));
+    EXPECT_TRUE(Shows(
+        text, "    2  entity 0xC8 (200)  version change (43)     0     0     0     0     0     0"));
+    EXPECT_TRUE(Shows(text, "by its place in the repository, not by its number"));
 }
 
 }  // namespace

@@ -121,7 +121,8 @@ TEST_F(ThresholdSetTest, SaysWhenNoSensorMatches) {
     order.threshold.entity = 9;
     const Outcome outcome = SetThreshold(order);
     EXPECT_EQ(outcome.problem,
-              "the BMC has no sensor of entity 9 processor module and type 1 Temperature");
+              "the BMC has no sensor of the entity processor module (9) and the type "
+              "temperature (1)");
     EXPECT_EQ(outcome.text, "");
     EXPECT_EQ(Writes(), 0U);
 }

@@ -16,6 +16,7 @@ import jsonschema
 COMMANDS = [
     ["report"],
     ["health"],
+    ["health", "--states"],
     ["sensors", "--library"],
     ["sensors", "--watch", "5", "--count", "2"],
     ["threshold", "set", "--entity", "3", "--type", "temperature", "--which", "upper-critical", "84"],

@@ -8,7 +8,8 @@
 #include "tools/base/Layout.h"
 #include "tools/base/Source.h"
 #include "tools/changes/ThresholdPlan.h"
-#include "tools/library/SensorCodes.h"
+#include "tools/sensors/EntityNames.h"
+#include "tools/sensors/SensorStates.h"
 
 namespace tool {
 namespace {
@@ -77,8 +78,9 @@ Outcome SetThreshold(const Order& order) {
     if (IsIpmiSupport() == 0) return {"", Json(), kBmc.whyNotRead()};
     const auto plans = PlanThreshold(threshold);
     if (plans.empty())
-        return NothingPlanned("the BMC has no sensor of entity " + EntityText(threshold.entity) +
-                              " and type " + SensorTypeText(threshold.type));
+        return NothingPlanned("the BMC has no sensor of the entity " +
+                              EntityText(threshold.entity) + " and the type " +
+                              SensorTypeText(threshold.type));
     for (const ThresholdPlan& plan : plans)
         if (const std::string problem = RangeProblem(plan, threshold.value); !problem.empty())
             return NothingPlanned(problem + "; nothing was written");

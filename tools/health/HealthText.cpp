@@ -25,9 +25,13 @@ std::vector<const JudgedSensor*> With(const Health& health, std::optional<Verdic
     return found;
 }
 
+Cell VerdictCell(Verdict verdict) {
+    return {VerdictName(verdict), ToneOf(verdict)};
+}
+
 Row RowFor(const JudgedSensor& judged) {
     const SensorRecord& record = judged.sensor.record;
-    return {judged.verdict ? VerdictName(*judged.verdict) : "",
+    return {judged.verdict ? VerdictCell(*judged.verdict) : Cell(""),
             SensorNumberText(record),
             SensorName(record),
             EntityInstanceName(record.entity, record.instance),
@@ -56,8 +60,26 @@ Json JudgedJson(const JudgedSensor& judged) {
     return json;
 }
 
-Row StateRow(const std::string& where, const StateMeaning& state) {
-    return {where, state.words, VerdictName(state.verdict)};
+// A state that rules can name, and its verdict.
+struct NamedState {
+    std::string kind;  // of sensor, or its type
+    const char* state;
+    Verdict verdict;
+};
+
+std::vector<NamedState> AllStates() {
+    std::vector<NamedState> states{{"any", kNoReading, Verdict::kUnknown},
+                                   {"any", kAbsent, Verdict::kOk},
+                                   {"fan", kStopped, Verdict::kCritical},
+                                   {"threshold", kNoLimits, Verdict::kOk},
+                                   {"threshold", kWithinLimits, Verdict::kOk}};
+    for (const std::size_t limit : kAscending)
+        states.push_back({"threshold", kLimitNames[limit], VerdictOfLimit(limit)});
+    for (const StateMeaning& state : GenericStates())
+        states.push_back({EventTypeName(state.type), state.words, state.verdict});
+    for (const StateMeaning& state : SpecificStates())
+        states.push_back({SensorTypeName(state.type), state.words, state.verdict});
+    return states;
 }
 
 }  // namespace
@@ -77,7 +99,8 @@ std::string ToText(const Health& health) {
                                     NoteBlock(CountText(health))};
     if (!health.isComplete)
         blocks.push_back(NoteBlock("The BMC's sensor repository could not be read to its end."));
-    return Section(std::string("Health: ") + VerdictName(health.verdict), blocks);
+    return Section({std::string("Health: ") + VerdictName(health.verdict), ToneOf(health.verdict)},
+                   blocks);
 }
 
 Json ToJson(const Health& health) {
@@ -99,19 +122,20 @@ Json ToJson(const Health& health) {
 }
 
 std::string StateTableText() {
-    std::vector<Row> rows{{"any", kNoReading, VerdictName(Verdict::kUnknown)},
-                          {"any", kAbsent, VerdictName(Verdict::kOk)},
-                          {"fan", kStopped, VerdictName(Verdict::kCritical)},
-                          {"threshold", kNoLimits, VerdictName(Verdict::kOk)},
-                          {"threshold", kWithinLimits, VerdictName(Verdict::kOk)}};
-    for (const std::size_t limit : kAscending)
-        rows.push_back({"threshold", kLimitNames[limit], VerdictName(VerdictOfLimit(limit))});
-    for (const StateMeaning& state : GenericStates())
-        rows.push_back(StateRow(EventTypeName(state.type), state));
-    for (const StateMeaning& state : SpecificStates())
-        rows.push_back(StateRow(SensorTypeName(state.type), state));
+    std::vector<Row> rows;
+    for (const NamedState& state : AllStates())
+        rows.push_back({state.kind, state.state, VerdictCell(state.verdict)});
     return Section("States and their verdicts",
                    {TableBlock({{"Kind or type"}, {"State"}, {"Verdict"}}, rows)});
+}
+
+Json StateTableJson() {
+    Json list = Json::array();
+    for (const NamedState& state : AllStates())
+        list.push_back({{"kind", state.kind},
+                        {"state", state.state},
+                        {"verdict", VerdictName(state.verdict)}});
+    return list;
 }
 
 }  // namespace tool

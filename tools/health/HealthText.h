@@ -21,6 +21,7 @@ std::string ToNagios(const Health& health);
 
 // A section with every state that has a verdict of its own, as rules name it.
 std::string StateTableText();
+Json StateTableJson();
 
 }  // namespace tool
 

@@ -14,6 +14,7 @@
 #include "tools/base/Text.h"
 #include "tools/library/SensorRepository.h"
 #include "tools/sensors/EntityNames.h"
+#include "tools/sensors/Judgement.h"
 #include "tools/sensors/SensorStates.h"
 
 namespace tool {
@@ -76,10 +77,20 @@ std::string StateText(const SensorState& sensor) {
     return sensor.state.empty() ? LimitState(sensor) : sensor.state;
 }
 
+// A discrete state is not judged here.
+Tone StateTone(const SensorState& sensor) {
+    if (sensor.isUnavailable) return Tone::kUnknown;
+    const std::string limit = sensor.state.empty() ? LimitState(sensor) : "";
+    const auto name = std::find(kLimitNames.begin(), kLimitNames.end(), limit);
+    if (name == kLimitNames.end()) return limit.empty() ? Tone::kPlain : Tone::kGood;
+    return ToneOf(VerdictOfLimit(static_cast<std::size_t>(name - kLimitNames.begin())));
+}
+
 void AddRows(std::vector<Row>& rows, const char* kind, const SensorGroup& group) {
     for (const SensorState& sensor : group.listed) {
         Row row{sensor.name, kind, EntityName(sensor.entity),
-                Spaced(sensor.reading) + (sensor.isSigned ? " *" : ""), StateText(sensor)};
+                Spaced(sensor.reading) + (sensor.isSigned ? " *" : ""),
+                Cell(StateText(sensor), StateTone(sensor))};
         AddLimitCells(row, sensor.limits);
         rows.push_back(row);
     }

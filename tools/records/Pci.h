@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "tools/base/Json.h"
+#include "tools/library/PciNames.h"
 
 namespace tool {
 
@@ -21,6 +22,9 @@ struct PciFunction {
     std::uint32_t base;  // first base address register, flag bits included
     int revision;
     std::string status;  // texts that each end with a semicolon
+    std::optional<PciId> id = {};
+    PciName name = {};                     // empty texts where pci.ids does not have it
+    std::optional<int> secondaryBus = {};  // of a bridge to another PCI bus
 };
 
 using PciFunctions = std::vector<PciFunction>;
@@ -30,6 +34,11 @@ std::optional<PciFunctions> ReadPci();
 
 // "00:1f.1"; the text itself when it is not a location.
 std::string PciAddress(const std::string& location);
+
+// "8086:24db", "mem 0xFE9F0000", and "66 MHz Capable; Speed=Medium"; empty for none.
+std::string PciIdText(const PciFunction& function);
+std::string PciBaseText(const PciFunction& function);
+std::string PciStatusText(const PciFunction& function);
 
 std::string ToText(const PciFunctions& functions);
 Json ToJson(const PciFunctions& functions);

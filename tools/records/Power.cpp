@@ -74,8 +74,8 @@ std::string ToText(const Power& power) {
            '\n' +
            Section("Uninterruptible power supplies",
                    {SupplyTable(power.ups),
-                    NoteBlock("Those that the library takes for one. It looks at bits of the type "
-                              "that most other types have, too.")});
+                    NoteBlock("Those that the library takes for one. It compares bits of the type, "
+                              "so that a supply of any type but a regulator is listed here.")});
 }
 
 Json ToJson(const Power& power) {

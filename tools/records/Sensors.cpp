@@ -22,7 +22,7 @@ std::string StateTable(const AllSensors& all) {
         const SensorRecord& record = sensor.record;
         rows.push_back({SensorNumberText(record), SensorName(record), SensorTypeName(record.type),
                         EntityInstanceName(record.entity, record.instance), ReadingText(sensor),
-                        StateText(sensor)});
+                        StateCell(sensor)});
     }
     return TableBlock({{"No.", Column::Align::kRight},
                        {"Sensor"},

@@ -9,7 +9,6 @@
 #include "Talvane.h"
 #include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
-#include "tools/library/SensorCodes.h"
 #include "tools/sensors/EntityNames.h"
 #include "tools/sensors/SensorStates.h"
 
@@ -42,8 +41,11 @@ std::string ToText(const Thresholds& thresholds) {
     if (!rows.empty()) {
         blocks.push_back(NoteBlock(kLimitLegend));
         blocks.push_back(
-            NoteBlock("The library reads these by place in the sensor repository, not "
-                      "by sensor number."));
+            NoteBlock("This is the list that agents get from the library. It has 0 for a threshold "
+                      "that there is not."));
+        blocks.push_back(
+            NoteBlock("The library asks for a sensor's thresholds by its place in the repository, "
+                      "not by its number, so a row can hold those of another sensor."));
         blocks.push_back(NoteBlock("What the BMC holds for each sensor: talvane sensors."));
     }
     return Section("Thresholds", blocks);

@@ -86,6 +86,10 @@ std::string EntityName(int entity) {
     return "entity " + HexText(static_cast<unsigned>(entity));
 }
 
+std::string EntityText(int entity) {
+    return EntityName(entity) + " (" + std::to_string(entity) + ')';
+}
+
 std::string EntityInstanceName(int entity, int instance) {
     return EntityName(entity) + ' ' + std::to_string(InstanceNumber(instance));
 }

@@ -12,6 +12,9 @@ namespace tool {
 // "power supply"; "entity 0x95" for a code without a name.
 std::string EntityName(int entity);
 
+// "power supply (10)".
+std::string EntityText(int entity);
+
 // "power supply 2".
 std::string EntityInstanceName(int entity, int instance);
 

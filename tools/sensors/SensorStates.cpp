@@ -175,6 +175,10 @@ std::string SensorTypeName(int type) {
            HexText(static_cast<unsigned>(type));
 }
 
+std::string SensorTypeText(int type) {
+    return SensorTypeName(type) + " (" + std::to_string(type) + ')';
+}
+
 std::string EventTypeName(int eventType) {
     if (eventType == kSensorSpecificEventType) return "states of the sensor type";
     if (eventType >= 0 && static_cast<std::size_t>(eventType) < std::size(kEventTypes))

@@ -35,6 +35,8 @@ std::optional<bool> PresenceOf(const SensorRecord& record, unsigned states);
 
 // "power supply", "fan"; the number in hexadecimal for a code without a name.
 std::string SensorTypeName(int type);
+// "power supply (8)".
+std::string SensorTypeText(int type);
 // The event/reading type: "threshold", "redundancy", "states of the sensor type".
 std::string EventTypeName(int eventType);
 // The code of such a name; nothing for any other text.

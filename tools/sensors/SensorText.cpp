@@ -33,6 +33,13 @@ std::string StateText(const SensorNow& sensor) {
     return text;
 }
 
+Cell StateCell(const SensorNow& sensor) {
+    std::optional<Verdict> worst;
+    for (const Condition& condition : ConditionsOf(sensor, false))
+        if (condition.verdict) worst = Worse(worst.value_or(Verdict::kOk), *condition.verdict);
+    return {StateText(sensor), worst ? ToneOf(*worst) : Tone::kPlain};
+}
+
 Json IdentityJson(const SensorRecord& record) {
     return {{"name", TextJson(record.name)},
             {"number", record.number},

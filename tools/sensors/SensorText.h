@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "tools/base/Json.h"
+#include "tools/base/Layout.h"
 #include "tools/sensors/AllSensors.h"
 
 namespace tool {
@@ -23,6 +24,9 @@ std::vector<std::string> StateWords(const SensorNow& sensor);
 
 // The same in one text, or why there is no reading.
 std::string StateText(const SensorNow& sensor);
+
+// The same for a table, with the tone of the worst verdict by the table of states.
+Cell StateCell(const SensorNow& sensor);
 
 // The members that say which sensor it is: name, number, entity, type ...
 Json IdentityJson(const SensorRecord& record);

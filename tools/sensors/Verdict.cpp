@@ -15,13 +15,14 @@ struct VerdictRow {
     Verdict verdict;
     const char* name;
     int severity;
+    Tone tone;
 };
 
 constexpr VerdictRow kVerdicts[] = {
-    {Verdict::kOk, "OK", 0},
-    {Verdict::kWarning, "WARNING", 2},
-    {Verdict::kCritical, "CRITICAL", 3},
-    {Verdict::kUnknown, "UNKNOWN", 1},
+    {Verdict::kOk, "OK", 0, Tone::kGood},
+    {Verdict::kWarning, "WARNING", 2, Tone::kWarning},
+    {Verdict::kCritical, "CRITICAL", 3, Tone::kBad},
+    {Verdict::kUnknown, "UNKNOWN", 1, Tone::kUnknown},
 };
 
 const VerdictRow& RowOf(Verdict verdict) {
@@ -44,6 +45,10 @@ std::optional<Verdict> VerdictNamed(std::string_view name) {
 
 int Severity(Verdict verdict) {
     return RowOf(verdict).severity;
+}
+
+Tone ToneOf(Verdict verdict) {
+    return RowOf(verdict).tone;
 }
 
 }  // namespace tool

@@ -7,6 +7,8 @@
 #include <optional>
 #include <string_view>
 
+#include "tools/base/Layout.h"
+
 namespace tool {
 
 enum class Verdict { kOk = 0, kWarning = 1, kCritical = 2, kUnknown = 3 };
@@ -20,6 +22,9 @@ std::optional<Verdict> VerdictNamed(std::string_view name);
 // 0 for OK, then UNKNOWN, WARNING and CRITICAL: what is known to be bad counts more than what is
 // not known.
 int Severity(Verdict verdict);
+
+// How tables show it.
+Tone ToneOf(Verdict verdict);
 
 inline Verdict Worse(Verdict one, Verdict other) {
     return Severity(one) < Severity(other) ? other : one;
