@@ -12,7 +12,8 @@
 //
 // Reading the machine needs root. Where something cannot be read, a function returns -1 or leaves
 // the field untouched. When memory runs out, a C++ program may get std::bad_alloc from any
-// function; no flag stays set, and the next call tries again. Memory that runs out while the BMC is
+// function, which may have filled a part of the record; no flag stays set, and the next call tries
+// again. Memory that runs out while the BMC is
 // first looked for can end IPMI for the process: then no request reaches the BMC. A C program ends.
 // The library writes no log, only a few diagnostics: on standard error "open /dev/mem", "lseek
 // /dev/mem" and "/proc/stat", each with the reason; on standard output "No ide devices.", "File
@@ -128,8 +129,8 @@ TALVANE_API int GetBMCVersion(unsigned char* majorFirmwareRevision,
    positive: a processor without a tick in that time ends the program by a division by zero. Signals
    do not shorten the sleep. Clears the record first, then fills in the busy share of each processor
    in percent, rounded up. The first call of the process counts the processors, up to 8, in the
-   first 1024 bytes of /proc/stat. Returns 0, or -1 and a cleared record when a counted processor is
-   no longer there. */
+   first 1024 bytes of /proc/stat; while the file cannot be read, it counts one that is not there.
+   Returns 0, or -1 and a cleared record when a counted processor is not there. */
 TALVANE_API int GetCpuUsageRate(int interval, CpuUsageRageInformation* buffer);
 
 /* Returns the share of the memory in use, buffers and page cache included, in whole percent. Runs

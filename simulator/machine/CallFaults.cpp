@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// Each fault counts the calls it is meant for and is dropped after it has struck.
+// Each fault counts the calls it is meant for. One that strikes once is dropped afterwards.
 
 #include "simulator/machine/CallFaults.h"
 
@@ -26,21 +26,27 @@ void RequireCount(int nth) {
 
 }  // namespace
 
-void CallFaults::Fail(std::string_view call, int nth, int error) {
+void CallFaults::Fail(std::string_view call, int nth, int error, Strikes strikes) {
     if (!Contains(kCalls, call))
         throw std::invalid_argument("there is no call \"" + std::string(call) + "\" that can fail");
     RequireCount(nth);
-    faults_.push_back({std::string(call), nth, error});
+    faults_.push_back({std::string(call), Countdown(nth, strikes), error});
 }
 
-void CallFaults::ShortRead(int nth, std::size_t bytes) {
+void CallFaults::ShortRead(int nth, std::size_t bytes, Strikes strikes) {
     RequireCount(nth);
-    shortReads_.push_back({nth, bytes});
+    shortReads_.push_back({Countdown(nth, strikes), bytes});
 }
 
-void CallFaults::FailAllocation(int nth) {
+void CallFaults::FailAllocation(int nth, Strikes strikes) {
     RequireCount(nth);
-    allocations_.push_back(nth);
+    allocations_.emplace_back(nth, strikes);
+}
+
+void CallFaults::Clear() {
+    faults_.clear();
+    shortReads_.clear();
+    allocations_.clear();
 }
 
 void CallFaults::During(std::string_view call, void (*action)()) {
@@ -58,39 +64,25 @@ std::optional<int> CallFaults::Enter(std::string_view call) {
         run();
     }
     std::optional<int> error;
-    for (auto fault = faults_.begin(); fault != faults_.end();) {
-        if (fault->call == call && --fault->left == 0) {
-            if (!error) error = fault->error;
-            fault = faults_.erase(fault);
-        } else {
-            ++fault;
-        }
-    }
+    for (Fault& fault : faults_)
+        if (fault.call == call && fault.countdown.StrikesNow() && !error) error = fault.error;
+    faults_.remove_if([](const Fault& fault) { return fault.countdown.IsOver(); });
     return error;
 }
 
 std::size_t CallFaults::ReadSize(std::size_t size) {
-    for (auto cut = shortReads_.begin(); cut != shortReads_.end();) {
-        if (--cut->left == 0) {
-            size = std::min(size, cut->bytes);
-            cut = shortReads_.erase(cut);
-        } else {
-            ++cut;
-        }
-    }
+    for (CutRead& cut : shortReads_)
+        if (cut.countdown.StrikesNow()) size = std::min(size, cut.bytes);
+    shortReads_.remove_if([](const CutRead& cut) { return cut.countdown.IsOver(); });
     return size;
 }
 
 bool CallFaults::AllocationFails() {
     bool fails = false;
-    for (auto left = allocations_.begin(); left != allocations_.end();) {
-        if (--*left == 0) {
-            fails = true;
-            left = allocations_.erase(left);
-        } else {
-            ++left;
-        }
-    }
+    for (Countdown& left : allocations_)
+        if (left.StrikesNow()) fails = true;
+    allocations_.remove_if([](const Countdown& left) { return left.IsOver(); });
+    if (fails) ++refusedAllocations_;
     return fails;
 }
 

@@ -4,15 +4,24 @@
 // text leaves its 64 bytes and no record is written past its end.
 
 #include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <map>
+#include <numeric>
 
 #include "Talvane.h"
 #include "support/IpmiTest.h"
 
 namespace {
 
-constexpr std::uint8_t kHostile[] = {0x00, 0x01, 0x3F, 0x7F, 0x80, 0xC0, 0xFE, 0xFF};
+// The values that each byte gets in turn: some, or with TALVANE_EXHAUSTIVE all.
+std::vector<std::uint8_t> HostileValues() {
+    if (std::getenv("TALVANE_EXHAUSTIVE") == nullptr)
+        return {0x00, 0x01, 0x3F, 0x7F, 0x80, 0xC0, 0xFE, 0xFF};
+    std::vector<std::uint8_t> all(256);
+    std::iota(all.begin(), all.end(), std::uint8_t{0});
+    return all;
+}
 
 // Something to write to, and bytes after it that no call may touch.
 template <class Record>
@@ -69,7 +78,7 @@ protected:
                                    response.begin() + static_cast<std::ptrdiff_t>(at));
                 RunWith(text, damaged, run);
                 damaged = response;
-                for (const std::uint8_t value : kHostile) {
+                for (const std::uint8_t value : HostileValues()) {
                     damaged[at] = value;
                     RunWith(text, damaged, run);
                 }
@@ -188,6 +197,26 @@ TEST_F(HostileResponseTest, ResponsesToTheExportedFunctionsStayInTheirRecords) {
     ASSERT_GE(genuine.size(), 7u);
     DamageEach(CallEverything);
     EXPECT_GT(runs, 300);
+}
+
+// The library does not read the completion code, so a refusal is a response without data. What it
+// makes of that does not depend on the code.
+TEST_F(HostileResponseTest, EachCommandRefusedWithAnyCodeStaysInItsRecords) {
+    CallEverything();
+    bmc.ForgetRequests();
+    CallEverything();
+    std::map<std::pair<int, int>, sim::BmcRequest> commands;
+    for (const sim::BmcRequest& request : bmc.Requests())
+        commands[{request.netFn, request.command}] = request;
+    ASSERT_GE(commands.size(), 7u);
+    for (const auto& [numbers, request] : commands) {
+        for (unsigned code = 1; code < 0x100; ++code) {
+            bmc.ForgetRequests();
+            bmc.Inject({request.netFn, request.command, 1, sim::BmcFault::Kind::kRefused, code});
+            CallEverything();
+            ASSERT_FALSE(HasFailure()) << request.Text() << ", code " << code;
+        }
+    }
 }
 
 }  // namespace

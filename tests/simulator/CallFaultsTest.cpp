@@ -78,6 +78,34 @@ TEST_F(CallFaultsTest, TwoFaultsOfOneCallCountIndependently) {
     EXPECT_EQ(errno, EMFILE);
 }
 
+TEST_F(CallFaultsTest, FaultForEverFailsTheNthCallAndAllLaterOnesUntilItIsCleared) {
+    sim::CallFaults& faults = server.GetMachine().GetFaults();
+    faults.Fail("open", 2, EMFILE, sim::Strikes::kForEver);
+    EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0);
+    EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
+    EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
+    EXPECT_EQ(errno, EMFILE);
+    faults.Clear();
+    EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0);
+}
+
+TEST_F(CallFaultsTest, ShortReadsAndRefusedAllocationsForEverEndWhenTheyAreCleared) {
+    sim::CallFaults& faults = server.GetMachine().GetFaults();
+    const int memory = probe::Open("/dev/mem", O_RDONLY);
+    faults.ShortRead(2, 0, sim::Strikes::kForEver);
+    faults.FailAllocation(2, sim::Strikes::kForEver);
+    EXPECT_EQ(probe::Read(memory, buffer, 16), 16);
+    EXPECT_EQ(probe::Read(memory, buffer, 16), 0);
+    EXPECT_EQ(probe::Read(memory, buffer, 16), 0);
+    EXPECT_TRUE(probe::AllocateQuietly());
+    EXPECT_FALSE(probe::AllocateQuietly());
+    EXPECT_FALSE(probe::AllocateQuietly());
+    EXPECT_EQ(faults.RefusedAllocations(), 2u);
+    faults.Clear();
+    EXPECT_EQ(probe::Read(memory, buffer, 16), 16);
+    EXPECT_TRUE(probe::AllocateQuietly());
+}
+
 TEST_F(CallFaultsTest, ShortReadDeliversAndMovesByTheGivenBytes) {
     const int memory = probe::Open("/dev/mem", O_RDONLY);
     server.ShortRead(1, 3);
