@@ -199,7 +199,8 @@ TEST(LauncherTest, HelpAndVersionAreShownWhateverElseTheLineHolds) {
 
 TEST(LauncherTest, LostOutputIsReported) {
     for (const char* const option : {"--help", "--version"}) {
-        const Result result = Shell(std::string("(" TALVANE_SIM " ") + option + " 2>&1 >/dev/full)");
+        const Result result =
+            Shell(std::string("(" TALVANE_SIM " ") + option + " 2>&1 >/dev/full)");
         EXPECT_EQ(result.output, "talvane-sim: cannot write to standard output\n") << option;
         EXPECT_EQ(result.status, 2) << option;
     }
