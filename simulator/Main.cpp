@@ -58,7 +58,10 @@ int main(int argc, char** argv) {
     app.add_option("MACHINE", machine,
                    "folder that describes the server, or the name of an installed one")
         ->type_name("")
-        ->required();
+        ->required()
+        ->check([](const std::string& name) {
+            return name.empty() ? "an empty name names no server" : std::string();
+        });
     app.add_option("--log", options.logFile, "file to write every access to")->type_name("FILE");
     app.add_option("--control", options.controlFile,
                    "file that changes sensors while the program runs")

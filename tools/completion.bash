@@ -23,6 +23,11 @@ _talvane()
                 compgen -W "$(command ls -- "$machines" 2>/dev/null)" -- "$word")
             return
             ;;
+        --root)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -d -- "$word")
+            return
+            ;;
         --rules)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$word")
@@ -40,7 +45,7 @@ _talvane()
             # The command so far: words that are neither options nor their values.
             for ((i = 1; i < COMP_CWORD; ++i)); do
                 case ${COMP_WORDS[i]} in
-                    --machine | --rules | --format | --type | --which | --action | --watch | \
+                    --machine | --root | --rules | --format | --type | --which | --action | --watch | \
                         --count | --interval | --entity | --timeout)
                         if [[ ${COMP_WORDS[i+1]} == = ]]; then ((++i)); fi
                         ((++i))

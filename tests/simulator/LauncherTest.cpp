@@ -148,6 +148,9 @@ TEST(LauncherTest, UsageErrorsExitWithTwo) {
     EXPECT_EQ(Launch("machine").status, 2);
     EXPECT_EQ(Launch("machine --").status, 2);
     EXPECT_EQ(Launch("machine " VISITOR).status, 2);
+    EXPECT_EQ(Launch("'' -- " VISITOR).output,
+              "talvane-sim: MACHINE: an empty name names no server\n"
+              "Run talvane-sim --help for its options.\n");
     EXPECT_EQ(Launch("--help").status, 0);
 }
 
