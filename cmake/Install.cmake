@@ -60,10 +60,13 @@ install(FILES ${CMAKE_CURRENT_BINARY_DIR}/talvane.pc DESTINATION ${talvane_pkgco
 
 install(FILES docs/man/talvane.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3)
 if(TALVANE_BUILD_SIMULATOR)
-  install(FILES docs/man/talvane-sim.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
+  install(FILES docs/man/talvane-sim.1 docs/man/talvane-host.1
+    DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)
   install(FILES docs/man/talvane-machine.5 DESTINATION ${CMAKE_INSTALL_MANDIR}/man5)
   install(DIRECTORY machines DESTINATION ${CMAKE_INSTALL_DATADIR}/talvane)
   install(FILES simulator/completion.bash RENAME talvane-sim DESTINATION ${talvane_completion_dir})
+  install(FILES simulator/completion-host.bash RENAME talvane-host
+    DESTINATION ${talvane_completion_dir})
 endif()
 if(TALVANE_BUILD_TOOLS)
   install(FILES docs/man/talvane.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1)

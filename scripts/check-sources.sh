@@ -74,6 +74,7 @@ simulator/base/        simulator/base/
 simulator/bmc/         simulator/bmc/ simulator/base/
 simulator/machine/     simulator/machine/ simulator/bmc/ simulator/base/
 simulator/description/ simulator/description/ simulator/machine/ simulator/bmc/ simulator/base/
+simulator/host/        simulator/host/ simulator/machine/ simulator/bmc/ simulator/base/ transport/
 simulator/process/     simulator/process/ simulator/machine/ simulator/bmc/ simulator/base/
 simulator/             simulator/
 tools/base/            tools/base/

@@ -125,6 +125,7 @@ try_system() {
         inside test -f /usr/share/bash-completion/completions/talvane || fail 'no completion'
         has_page 1 talvane
         has_page 1 talvane-sim
+        has_page 1 talvane-host
         has_page 5 talvane-machine
         has_page 8 talvane-ipmi-bridge
         say "talvane report --machine full-server: $(wc -l <"$scratch/report") lines; man pages are there"

@@ -7,6 +7,12 @@
 namespace sim {
 
 inline constexpr const char* kMachineVariable = "TALVANE_MACHINE";  // the machine's folder
+inline constexpr const char* kHostVariable =
+    "TALVANE_HOST";  // in place of a machine: the root folder of the running system
+inline constexpr const char* kHostDirectVariable =
+    "TALVANE_HOST_DIRECT";  // its areas to read directly, separated by commas
+inline constexpr const char* kHostChangesVariable =
+    "TALVANE_HOST_CHANGES";  // pass commands on that can change the controller, when set
 inline constexpr const char* kLogVariable = "TALVANE_MACHINE_LOG";  // the log file, if any
 inline constexpr const char* kControlVariable =
     "TALVANE_MACHINE_CONTROL";  // the control file, if any

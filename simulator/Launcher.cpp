@@ -10,6 +10,7 @@
 #include <cerrno>
 #include <cstdlib>
 #include <fstream>
+#include <map>
 #include <stdexcept>
 #include <system_error>
 
@@ -74,6 +75,24 @@ void RequireWritable(const std::string& file) {
     if (!std::ofstream(file)) throw std::system_error(errno, std::generic_category(), file);
 }
 
+// Replaces the process by the program, whose server the variables describe.
+[[noreturn]] int Launch(char* const argv[], const LaunchOptions& options,
+                        const std::map<const char*, std::string>& variables) {
+    const fs::path program = FindProgram(argv[0]);
+    RequirePreloadable(program);
+    const fs::path library = FindPreloadLibrary();
+    if (!options.logFile.empty()) RequireWritable(options.logFile);
+
+    AddPreload(library.string());
+    for (const auto& [name, value] : variables) SetVariable(name, value);
+    if (!options.logFile.empty()) SetVariable(kLogVariable, fs::absolute(options.logFile).string());
+    if (!options.controlFile.empty())
+        SetVariable(kControlVariable, fs::absolute(options.controlFile).string());
+    if (options.realTime) SetVariable(kRealTimeVariable, "1");
+    execv(program.c_str(), argv);
+    throw std::system_error(errno, std::generic_category(), program.string());
+}
+
 }  // namespace
 
 int RunOnMachine(const fs::path& nameOrFolder, char* const argv[], const LaunchOptions& options) {
@@ -85,19 +104,21 @@ int RunOnMachine(const fs::path& nameOrFolder, char* const argv[], const LaunchO
                                  " has no management controller for a control file to change");
     if (IsNotRegular(options.controlFile))
         throw std::runtime_error(options.controlFile + ": " + kNotRegular);
-    const fs::path program = FindProgram(argv[0]);
-    RequirePreloadable(program);
-    const fs::path library = FindPreloadLibrary();
-    if (!options.logFile.empty()) RequireWritable(options.logFile);
+    Launch(argv, options, {{kMachineVariable, fs::absolute(machine).string()}});
+}
 
-    AddPreload(library.string());
-    SetVariable(kMachineVariable, fs::absolute(machine).string());
-    if (!options.logFile.empty()) SetVariable(kLogVariable, fs::absolute(options.logFile).string());
-    if (!options.controlFile.empty())
-        SetVariable(kControlVariable, fs::absolute(options.controlFile).string());
-    if (options.realTime) SetVariable(kRealTimeVariable, "1");
-    execv(program.c_str(), argv);
-    throw std::system_error(errno, std::generic_category(), program.string());
+int RunOnHost(char* const argv[], const HostOptions& host, const LaunchOptions& options) {
+    std::string direct;
+    for (const std::string& area : host.direct) direct += (direct.empty() ? "" : ",") + area;
+    std::map<const char*, std::string> variables = {
+        {kHostVariable, fs::absolute(host.root).string()}, {kHostDirectVariable, direct}};
+    if (host.mayChangeBmc) variables[kHostChangesVariable] = "1";
+    Launch(argv, options, variables);
+}
+
+std::vector<AreaWay> SurveyHost(const HostOptions& options) {
+    Machine machine;
+    return BuildHostMachine(options, machine);
 }
 
 }  // namespace sim

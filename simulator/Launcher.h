@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
-// Runs a program on a simulated server, with the preload library that answers its calls. This code
-// links no interposed function, so the program that uses it stays on the real machine.
+// Runs a program on a simulated server, or on the running system as a machine, with the preload
+// library that answers its calls. This code links no interposed function, so the program that uses
+// it stays on the real machine.
 #ifndef TALVANE_SIMULATOR_LAUNCHER_H
 #define TALVANE_SIMULATOR_LAUNCHER_H
 
@@ -9,6 +10,7 @@
 #include <string>
 
 #include "simulator/description/MachineError.h"
+#include "simulator/host/HostMachine.h"
 
 namespace sim {
 
@@ -28,6 +30,14 @@ struct LaunchOptions {
 //   controller.
 [[noreturn]] int RunOnMachine(const std::filesystem::path& nameOrFolder, char* const argv[],
                               const LaunchOptions& options);
+
+// Replaces this process by the program argv[0], on the running system as a machine. Exceptions as
+// above, but for MachineError.
+[[noreturn]] int RunOnHost(char* const argv[], const HostOptions& host,
+                           const LaunchOptions& options);
+
+// How each area of the running system would be read.
+std::vector<AreaWay> SurveyHost(const HostOptions& options);
 
 }  // namespace sim
 

@@ -34,8 +34,11 @@ SimulatedServer::SimulatedServer() : state_(std::make_unique<State>()) {
 }
 
 SimulatedServer::SimulatedServer(const std::filesystem::path& machineFolder)
+    : SimulatedServer([&](Machine& machine) { LoadMachine(machineFolder, machine); }) {}
+
+SimulatedServer::SimulatedServer(const std::function<void(Machine&)>& build)
     : state_(std::make_unique<State>()) {
-    LoadMachine(machineFolder, state_->machine);
+    build(state_->machine);
     state_->Start();
 }
 

@@ -17,6 +17,7 @@
 #include <chrono>
 #include <cstddef>
 #include <filesystem>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -40,6 +41,9 @@ public:
     // The server that a machine folder describes (docs/machine-format.md). Throws MachineError,
     // whose text names file and line, when the description cannot be used.
     explicit SimulatedServer(const std::filesystem::path& machineFolder);
+
+    // The server that `build` makes of a new machine, before it answers anything.
+    explicit SimulatedServer(const std::function<void(Machine&)>& build);
 
     ~SimulatedServer();
     SimulatedServer(const SimulatedServer&) = delete;

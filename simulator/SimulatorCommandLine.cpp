@@ -80,6 +80,7 @@ void ParseOwnWords(int argc, char* const argv[], CommandLine& line) {
                 line.options.realTime = true;
                 break;
             case kWord:
+                if (*optarg == '\0') throw UsageError("MACHINE: an empty name names no server");
                 if (line.machine.empty())
                     line.machine = optarg;
                 else

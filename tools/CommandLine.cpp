@@ -28,13 +28,34 @@ constexpr int kMaxByte = 255;
 constexpr int kMinWatchdogTimeout = TALVANE_WATCHDOG_SHORTEST / 1000;
 constexpr int kMaxWatchdogTimeout = TALVANE_WATCHDOG_LONGEST / 1000;
 
+std::string NameProblem(const std::string& name) {
+    return name.empty() ? "an empty name names no server" : "";
+}
+
+void Read(Options& options, Reading reading) {
+    if (options.reading != Reading::kChoose && options.reading != reading)
+        throw CLI::ValidationError("--direct", "goes without --host");
+    options.reading = reading;
+}
+
 // These options are taken before the command and after it.
 void AddOptions(CLI::App& app, Options& options) {
     app.add_flag_callback(
         "--json", [&options] { options.format = Format::kJson; }, "Answer in JSON");
     app.add_option(kMachineOption, options.machine,
                    "Run on a simulated server: its folder, or an installed one's name")
-        ->type_name("DIR");
+        ->type_name("DIR")
+        ->check(CLI::Validator(NameProblem, ""));
+    app.add_flag_callback(
+        "--direct", [&options] { Read(options, Reading::kDirect); },
+        "Read this machine only through the devices that agents know");
+    app.add_flag_callback(
+        "--host", [&options] { Read(options, Reading::kHost); },
+        "Read this machine only through the kernel's own interfaces");
+    app.add_option("--root", options.root,
+                   "With --host: the folder with the sys, proc and dev to read")
+        ->type_name("DIR")
+        ->check(CLI::ExistingDirectory);
     app.add_option_function<std::string>(
            "--color",
            [&options](const std::string& choice) {
@@ -45,6 +66,14 @@ void AddOptions(CLI::App& app, Options& options) {
            "Colour verdicts and states: auto, on a terminal; always; or never")
         ->type_name("WHEN")
         ->check(CLI::IsMember({"auto", "always", "never"}));
+}
+
+// Of options that do not go together. They can stand before and after the command.
+void CheckReading(const Options& options) {
+    if (!options.machine.empty() && options.reading != Reading::kChoose)
+        throw CLI::ValidationError("--machine", "goes without --direct and --host");
+    if (!options.root.empty() && options.reading != Reading::kHost)
+        throw CLI::ValidationError("--root", "goes with --host alone");
 }
 
 // A command below another is complete before the other one is, and so is selected first.
@@ -356,6 +385,7 @@ std::variant<Options, int> ParseCommandLine(int argc, const char* const argv[]) 
     try {
         app.parse(argc, argv);
         if (options.command.empty()) throw CLI::RequiredError("A command");
+        CheckReading(options);
     } catch (const CLI::ParseError& error) {
         const int failure = app.got_subcommand(kHealth) ? kHealthUnknown : kFailure;
         if (app.exit(error) != 0) return failure;

@@ -31,12 +31,17 @@ struct Watch {
     int count = 0;    // of tables; 0 for no end
 };
 
+// Through which interfaces this machine is read.
+enum class Reading { kChoose, kDirect, kHost };
+
 struct Options {
     std::string command;  // kReport, kHealth, kMetrics, kGet, or the name of a row of Commands() or
                           // Changes()
     Format format = Format::kText;
     ColorChoice color = ColorChoice::kAuto;
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
+    Reading reading = Reading::kChoose;
+    std::filesystem::path root;  // of the tree that is read as this machine; empty for its own
     Settings settings;
     Watch watch;
     HealthOrder health;

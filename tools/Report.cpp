@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <ctime>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -19,6 +20,7 @@ namespace {
 // A source that could not be read, and the commands that miss it.
 struct Missing {
     const Source* source;
+    std::string name;
     std::string message;
     std::string commands;  // names, separated by commas
 };
@@ -29,12 +31,23 @@ struct Answers {
     std::vector<Missing> missing;
 };
 
-void Miss(std::vector<Missing>& missing, const Source* source, const char* command) {
+// How the area of a source is read; null where nothing is said about it.
+const Way* WayOf(const Source& source, const Settings& settings) {
+    const auto way = std::find_if(settings.ways.begin(), settings.ways.end(),
+                                  [&](const Way& entry) { return entry.area == source.area; });
+    return way == settings.ways.end() ? nullptr : &*way;
+}
+
+// `way` is that of an area of which nothing can be read, or null.
+void Miss(std::vector<Missing>& missing, const Source* source, const char* command,
+          const Way* way = nullptr) {
     const auto known = std::find_if(missing.begin(), missing.end(), [source](const Missing& entry) {
         return entry.source == source;
     });
-    if (known == missing.end())
-        missing.push_back({source, source->whyNotRead(), command});
+    if (known == missing.end() && way != nullptr)
+        missing.push_back({source, way->from, way->problem, command});
+    else if (known == missing.end())
+        missing.push_back({source, source->name, source->whyNotRead(), command});
     else
         known->commands += std::string(", ") + command;
 }
@@ -42,6 +55,12 @@ void Miss(std::vector<Missing>& missing, const Source* source, const char* comma
 Answers AskAll(std::span<const Command> commands, const Settings& settings) {
     Answers answers;
     for (const Command& command : commands) {
+        const Way* const way = WayOf(*command.source, settings);
+        if (way != nullptr && !way->problem.empty()) {
+            answers.json[command.name] = Json();
+            Miss(answers.missing, command.source, command.name, way);
+            continue;
+        }
         const auto answer = command.ask(settings);
         answers.json[command.name] = answer ? answer->json : Json();
         if (!answer) {
@@ -54,12 +73,36 @@ Answers AskAll(std::span<const Command> commands, const Settings& settings) {
     return answers;
 }
 
-void WriteText(const Answers& answers, std::ostream& out) {
+struct AreaName {
+    const char* area;
+    const char* name;
+};
+
+constexpr AreaName kAreaNames[] = {
+    {"smbios", "SMBIOS"}, {"bmc", "BMC"}, {"pci", "PCI"}, {"drives", "Drives"}, {"load", "Load"},
+};
+
+std::string WaysSection(const std::vector<Way>& ways) {
+    std::vector<Fact> facts;
+    for (const Way& way : ways) {
+        const auto name =
+            std::find_if(std::begin(kAreaNames), std::end(kAreaNames),
+                         [&](const AreaName& entry) { return way.area == entry.area; });
+        std::string value = way.from + (way.isDirect ? ", directly" : ", through the kernel");
+        if (!way.note.empty()) value += " (" + way.note + ")";
+        if (!way.problem.empty()) value = "nothing, " + way.from + " cannot be read";
+        facts.push_back({name == std::end(kAreaNames) ? way.area : name->name, value});
+    }
+    return Section("Read from", {FactBlock(facts)});
+}
+
+void WriteText(const Answers& answers, const std::vector<Way>& ways, std::ostream& out) {
     std::vector<std::string> sections = answers.sections;
     std::vector<Fact> notRead;
     for (const Missing& missing : answers.missing)
-        notRead.push_back({missing.source->name, missing.commands});
+        notRead.push_back({missing.name, missing.commands});
     if (!notRead.empty()) sections.push_back(Section("Not read", {FactBlock(notRead)}));
+    if (!ways.empty()) sections.push_back(WaysSection(ways));
     out << Page(sections);
 }
 
@@ -72,13 +115,24 @@ std::string TimeNow() {
     return text;
 }
 
-Json JsonOf(const Answers& answers, bool withTime) {
+Json WaysJson(const std::vector<Way>& ways) {
+    Json json = Json::object();
+    for (const Way& way : ways)
+        json[way.area] = {{"way", way.isDirect ? "direct" : "host"},
+                          {"from", Utf8(way.from)},
+                          {"note", way.note.empty() ? Json() : Json(Utf8(way.note))},
+                          {"read", way.problem.empty()}};
+    return json;
+}
+
+Json JsonOf(const Answers& answers, const std::vector<Way>& ways, bool withTime) {
     Json json = {{"schema", kJsonSchema}};
     if (withTime) json["time"] = TimeNow();
     json.update(answers.json);
+    if (!ways.empty()) json["ways"] = WaysJson(ways);
     json["errors"] = Json::array();
     for (const Missing& missing : answers.missing)
-        json["errors"].push_back(ErrorJson(missing.source->name, missing.message));
+        json["errors"].push_back(ErrorJson(missing.name, missing.message));
     return json;
 }
 
@@ -92,7 +146,7 @@ void DumpJson(const Json& json, std::ostream& out) {
 }
 
 Json ReportJson(std::span<const Command> commands, const Settings& settings) {
-    return JsonOf(AskAll(commands, settings), false);
+    return JsonOf(AskAll(commands, settings), settings.ways, false);
 }
 
 bool Report(std::span<const Command> commands, const Settings& settings, Format format,
@@ -101,13 +155,13 @@ bool Report(std::span<const Command> commands, const Settings& settings, Format 
     const Answers answers = AskAll(commands, settings);
     switch (format) {
         case Format::kText:
-            WriteText(answers, out);
+            WriteText(answers, commands.size() > 1 ? settings.ways : std::vector<Way>(), out);
             break;
         case Format::kJson:
-            DumpJson(JsonOf(answers, false), out);
+            DumpJson(JsonOf(answers, settings.ways, false), out);
             break;
         case Format::kJsonLine:
-            out << JsonOf(answers, true).dump(kOneLine, ' ', kAsciiOnly) << '\n';
+            out << JsonOf(answers, settings.ways, true).dump(kOneLine, ' ', kAsciiOnly) << '\n';
             break;
     }
     for (const Missing& missing : answers.missing) err << "talvane: " << missing.message << '\n';

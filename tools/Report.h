@@ -19,9 +19,10 @@ enum class Format { kText, kJson, kJsonLine };
 
 // Writes the answers to `out`, and to `err` one line for each source that could not be read.
 //
-// When something is missing, the text ends with a section "Not read". It names each source with its
-// commands, even those of which other parts were read. JSON is one object with "schema" and a
-// member for each command, null when nothing of it could be read, and the array "errors" of
+// When something is missing, the text has a section "Not read". It names each source with its
+// commands, even those of which other parts were read. The text of several commands ends with the
+// ways in which areas were read, where settings have some. JSON is one object with "schema" and a
+// member for each command, null when nothing of it could be read, "ways", and the array "errors" of
 // {source, message}.
 //
 // Returns whether everything could be read.

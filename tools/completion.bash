@@ -23,6 +23,11 @@ _talvane()
                 compgen -W "$(command ls -- "$machines" 2>/dev/null)" -- "$word")
             return
             ;;
+        --root)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -d -- "$word")
+            return
+            ;;
         --rules | --output)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$word")
@@ -41,7 +46,7 @@ _talvane()
             # The command so far: words that are neither options nor their values.
             for ((i = 1; i < COMP_CWORD; ++i)); do
                 case ${COMP_WORDS[i]} in
-                    --machine | --rules | --output | --format | --color | --type | --which | --action | --watch | \
+                    --machine | --root | --rules | --output | --format | --color | --type | --which | --action | --watch | \
                         --count | --interval | --entity | --timeout)
                         if [[ ${COMP_WORDS[i+1]} == = ]]; then ((++i)); fi
                         ((++i))

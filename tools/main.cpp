@@ -11,6 +11,7 @@
 #include "simulator/Launcher.h"
 #include "tools/CommandLine.h"
 #include "tools/Run.h"
+#include "tools/Ways.h"
 
 namespace {
 
@@ -33,9 +34,10 @@ int main(int argc, char* argv[]) {
     try {
         const auto parsed = tool::ParseCommandLine(argc, argv);
         if (const int* status = std::get_if<int>(&parsed)) return *status;
-        const auto& options = std::get<tool::Options>(parsed);
+        auto options = std::get<tool::Options>(parsed);
         if (options.command == tool::kHealth) failure = tool::kHealthUnknown;
         if (!options.machine.empty()) RunOnSimulatedServer(options);
+        options.settings.ways = tool::WaysOrRestart(options);
         return tool::Run(options);
     } catch (const std::exception& error) {
         std::cerr << "talvane: " << error.what() << '\n';

@@ -10,7 +10,7 @@ cd "$(dirname "$0")/.."
 
 # In the folder of the release preset, so that its tests find all this built.
 [ -f build/release/build.ninja ] || cmake --preset release -DTALVANE_BUILD_TESTS=OFF
-cmake --build build/release --target Talvane talvane talvane_sim talvane_preload
+cmake --build build/release --target Talvane talvane talvane_sim talvane_host talvane_preload
 cmake --install build/release --prefix "$folder" --strip
 
 cmake -S bridge -B build/vm-bridge64 -G Ninja

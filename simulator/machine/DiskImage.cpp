@@ -44,6 +44,9 @@ DiskImage::DiskImage(const std::filesystem::path& file) : path_(file.string()) {
     sectors_ = std::filesystem::file_size(file) / kSectorSize;
 }
 
+DiskImage::DiskImage(const std::filesystem::path& device, std::uint64_t sectors)
+    : path_(device.string()), sectors_(sectors) {}
+
 DiskImage::~DiskImage() {
     if (memory_ >= 0) (void)syscall(SYS_close, memory_);
 }

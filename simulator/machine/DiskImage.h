@@ -30,6 +30,10 @@ public:
     // The disk whose image is in a file. The file is never written to.
     explicit DiskImage(const std::filesystem::path& file);
 
+    // The same of this size, for a device file, which does not have one. It is first opened by
+    // Open().
+    DiskImage(const std::filesystem::path& device, std::uint64_t sectors);
+
     ~DiskImage();
     DiskImage(const DiskImage&) = delete;
     DiskImage& operator=(const DiskImage&) = delete;

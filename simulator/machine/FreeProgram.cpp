@@ -25,13 +25,14 @@ void FreeProgram::SetMemory(std::uint64_t total, std::uint64_t used) {
 
 bool FreeProgram::IsRunBy(const char* command) const {
     constexpr std::string_view name = "free";
-    if (text_.empty() || command == nullptr) return false;
+    if ((text_.empty() && !isReal_) || command == nullptr) return false;
     const std::string_view text = command;
     return text.starts_with(name) &&
            (text.size() == name.size() || text[name.size()] == ' ' || text[name.size()] == '|');
 }
 
 std::string FreeProgram::DefineBefore(const char* command) const {
+    if (isReal_) return command;
     return "free() {\ncat <<'END OF FREE'\n" + text_ + "END OF FREE\n}\n" + command;
 }
 

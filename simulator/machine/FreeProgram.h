@@ -17,7 +17,11 @@ public:
     // Lets it print these sizes, in KiB, in its usual layout.
     void SetMemory(std::uint64_t total, std::uint64_t used);
 
-    // Whether the command starts with this program. Always false while it has no text.
+    // From now on it is the program of the real system.
+    void UseReal() { isReal_ = true; }
+
+    // Whether the command starts with this program. Always false while it has no text, unless it is
+    // the real one.
     bool IsRunBy(const char* command) const;
 
     // The command with a definition of this program before it, so that the shell runs this one and
@@ -26,6 +30,7 @@ public:
 
 private:
     std::string text_;
+    bool isReal_ = false;
 };
 
 }  // namespace sim

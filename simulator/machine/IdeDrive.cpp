@@ -6,8 +6,6 @@
 
 #include <fcntl.h>
 #include <linux/hdreg.h>
-#include <sys/syscall.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
@@ -15,32 +13,17 @@
 #include <stdexcept>
 
 #include "simulator/machine/Machine.h"
+#include "simulator/machine/RealFile.h"
 #include "simulator/machine/TextDevice.h"
 
 namespace sim {
 namespace {
 
-// Reads and seeks through the real descriptor, so that it agrees with the program's direct system
-// calls on it.
-class OpenDrive : public OpenFile {
+// The sectors are those of a real file. The identity is the machine's own.
+class OpenDrive : public RealFile {
 public:
     OpenDrive(int descriptor, std::optional<DriveIdentity> identity)
-        : descriptor_(descriptor), identity_(std::move(identity)) {}
-
-    // The machine closes the descriptor.
-    int MakeDescriptor(const char*) const override { return descriptor_; }
-
-    Answer Read(void* out, std::size_t size) override {
-        return AnswerFromSystemCall(syscall(SYS_read, descriptor_, out, size));
-    }
-
-    Answer Seek(std::int64_t offset, int whence) override {
-        std::int64_t position = 0;
-        const Answer moved = AnswerFromSystemCall(
-            syscall(SYS__llseek, descriptor_, static_cast<std::uint32_t>(offset >> 32),
-                    static_cast<std::uint32_t>(offset), &position, whence));
-        return moved.Ok() ? Answer{position} : moved;
-    }
+        : RealFile(descriptor), identity_(std::move(identity)) {}
 
     std::optional<Answer> Ioctl(unsigned long request, void* argument) override {
         if (request != HDIO_GET_IDENTITY) return std::nullopt;
@@ -49,18 +32,7 @@ public:
         return Answer{};
     }
 
-    std::uint64_t Position() const override {
-        std::uint64_t position = 0;
-        (void)syscall(SYS__llseek, descriptor_, 0, 0, &position, SEEK_CUR);
-        return position;
-    }
-
 private:
-    static Answer AnswerFromSystemCall(long result) {
-        return result < 0 ? Answer::Failed(errno) : Answer{result};
-    }
-
-    int descriptor_;
     std::optional<DriveIdentity> identity_;
 };
 

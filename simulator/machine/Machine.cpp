@@ -15,6 +15,7 @@
 
 #include "simulator/base/CallText.h"
 #include "simulator/machine/MemoryDevice.h"
+#include "simulator/machine/RealFile.h"
 #include "simulator/machine/TextDevice.h"
 #include "simulator/machine/Violation.h"
 
@@ -41,6 +42,14 @@ bool IdentifyFile(int descriptor, std::uint64_t& device, std::uint64_t& inode) {
     return true;
 }
 
+Answer ReadableDirectory(const std::string& path) {
+    const long descriptor =
+        syscall(SYS_openat, AT_FDCWD, path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor < 0) return Answer::Failed(errno);
+    (void)syscall(SYS_close, descriptor);  // the result does not matter: nothing was read
+    return Answer{};
+}
+
 }  // namespace
 
 Machine::Machine() {
@@ -65,6 +74,12 @@ void Machine::Install(const std::string& path, std::unique_ptr<Device> device) {
 void Machine::InstallDirectory(const std::string& path) {
     if (!IsMachinePath(path)) throw std::invalid_argument("no server has a directory " + path);
     directories_.insert(NormalPath(path));
+}
+
+void Machine::UseReal(const std::string& path, const std::string& file) {
+    if (!IsMachinePath(path)) throw std::invalid_argument("no server has a device " + path);
+    devices_.erase(NormalPath(path));
+    real_.insert_or_assign(NormalPath(path), file);
 }
 
 void Machine::Refuse(const std::string& path, int error) {
@@ -112,10 +127,8 @@ std::optional<Answer> Machine::Open(Caller caller, const char* path, int flags) 
 Answer Machine::OpenPath(const std::string& path, int flags) {
     if (const auto refused = refused_.find(path); refused != refused_.end())
         return Answer::Failed(refused->second);
-    const auto device = devices_.find(path);
-    if (device == devices_.end()) return Answer::Failed(ENOENT);
     int error = EACCES;
-    std::unique_ptr<OpenFile> file = device->second->Open(flags, error);
+    std::unique_ptr<OpenFile> file = OpenDeviceOrFile(path, flags, error);
     if (file == nullptr) return Answer::Failed(error);
     const int descriptor = file->MakeDescriptor(path.c_str());
     if (descriptor < 0) return Answer::Failed(errno);
@@ -123,6 +136,22 @@ Answer Machine::OpenPath(const std::string& path, int flags) {
     IdentifyFile(descriptor, opened.device, opened.inode);
     opened_.insert_or_assign(descriptor, std::move(opened));
     return {descriptor};
+}
+
+std::unique_ptr<OpenFile> Machine::OpenDeviceOrFile(const std::string& path, int flags,
+                                                    int& error) {
+    const auto device = devices_.find(path);
+    if (device != devices_.end()) return device->second->Open(flags, error);
+    if (const auto real = RealPath(path)) return RealFile::Open(*real, flags, error);
+    error = ENOENT;
+    return nullptr;
+}
+
+// The path of the real system that stands for this one; nothing when none does.
+std::optional<std::string> Machine::RealPath(const std::string& path) const {
+    for (const auto& [start, file] : real_)
+        if (path == start || path.starts_with(start + "/")) return file + path.substr(start.size());
+    return std::nullopt;
 }
 
 std::optional<Answer> Machine::Seek(Caller caller, int descriptor, std::int64_t offset,
@@ -198,7 +227,9 @@ Answer Machine::FindDirectory(const std::string& path) const {
     const bool exists =
         (device != devices_.end() && isBelow(device->first)) ||
         (directory != directories_.end() && (*directory == path || isBelow(*directory)));
-    return exists ? Answer{} : Answer::Failed(ENOENT);
+    if (exists) return Answer{};
+    const auto real = RealPath(path);
+    return real ? ReadableDirectory(*real) : Answer::Failed(ENOENT);
 }
 
 void Machine::DirectoryOpened(const void* handle, const char* path) {

@@ -65,6 +65,11 @@ public:
     // Creates a directory in /proc/ide, with its parents. The directories of devices exist anyway.
     void InstallDirectory(const std::string& path);
 
+    // From now on everything at this path and below it is that of the real system at `file`, for
+    // reading, in place of a device that was installed there before.
+    // std::invalid_argument when IsMachinePath is false.
+    void UseReal(const std::string& path, const std::string& file);
+
     // Opening the path fails with this errno from now on.
     void Refuse(const std::string& path, int error);
 
@@ -103,6 +108,8 @@ private:
     };
 
     Answer FindDirectory(const std::string& path) const;
+    std::optional<std::string> RealPath(const std::string& path) const;
+    std::unique_ptr<OpenFile> OpenDeviceOrFile(const std::string& path, int flags, int& error);
     OpenedFile* Find(int descriptor);
     std::optional<Answer> RefuseUnopened(Caller caller, const std::string& call);
     Answer OpenPath(const std::string& path, int flags);
@@ -123,6 +130,7 @@ private:
     std::shared_ptr<Bmc> bmc_;
     std::map<std::string, std::unique_ptr<Device>, std::less<>> devices_;
     std::map<std::string, int, std::less<>> refused_;
+    std::map<std::string, std::string, std::less<>> real_;  // paths of the real system, by path
     std::map<int, OpenedFile> opened_;
     std::set<std::string, std::less<>> directories_;
     std::map<const void*, std::string> openedDirectories_;

@@ -9,9 +9,18 @@
 #include <cstdlib>
 
 namespace sim {
+namespace {
+
+const char* serverName = "simulated server";
+
+}  // namespace
+
+void NameServer(const char* name) {
+    serverName = name;
+}
 
 void AbortOnViolation(const std::string& what) {
-    std::fprintf(stderr, "simulated server: %s\n", what.c_str());
+    std::fprintf(stderr, "%s: %s\n", serverName, what.c_str());
     std::abort();
 }
 

@@ -8,6 +8,10 @@
 
 namespace sim {
 
+// From now on the server is called by this name in place of "simulated server". The text is kept as
+// it is.
+void NameServer(const char* name);
+
 // Writes "simulated server: WHAT" to standard error and aborts.
 [[noreturn]] void AbortOnViolation(const std::string& what);
 

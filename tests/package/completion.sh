@@ -12,7 +12,7 @@ export PATH=$prefix/bin:$PATH
 mkdir -p "$work/here/my-server"
 touch "$work/here/my-rules"
 cd "$work/here" || exit 2
-for program in talvane talvane-sim; do
+for program in talvane talvane-sim talvane-host; do
     # shellcheck source=/dev/null
     . "$prefix/share/bash-completion/completions/$program" || exit 1
 done
@@ -42,7 +42,7 @@ offers 'talvane --v' --version
 offers 'talvane --machine full-server wat' watchdog
 offers 'talvane --machine=full-server wat' watchdog
 offers 'talvane watchdog ' show set reset stop
-offers 'talvane watchdog set --' --help --json --machine --action --timeout --yes
+offers 'talvane watchdog set --' --help --json --machine --direct --host --root --action --timeout --yes
 offers 'talvane threshold set --json --wh' --which
 offers 'talvane sensors --co' --count
 offers 'talvane board --co' ''
@@ -64,6 +64,10 @@ offers 'talvane-sim f' failing-server full-server
 offers 'talvane-sim my' my-server
 offers 'talvane-sim full-server --r' --real-time
 offers 'talvane-sim full-server -- talvane-s' talvane-sim
+offers 'talvane board --root my' my-server
+offers 'talvane-host --r' --root
+offers 'talvane-host --root my' my-server
+offers 'talvane-host -- talvane-h' talvane-host
 
 # Everything that the tool names as a command is offered.
 mapfile -t commands < <(talvane --help | sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p')

@@ -3,9 +3,9 @@
 #
 # The man pages name everything there is: each exported name, command code, record and field with its
 # offset, each option and command of the programs, and each statement of machine files; and no option
-# that there is not. Usage: man_reference.sh SOURCE_DIR TOOL SIMULATOR BRIDGE
+# that there is not. Usage: man_reference.sh SOURCE_DIR TOOL SIMULATOR HOST BRIDGE
 set -u
-source=$1 tool=$2 simulator=$3 bridge=$4
+source=$1 tool=$2 simulator=$3 host=$4 bridge=$5
 . "$(dirname "$0")/scratch.sh"
 # A page in one spelling: roff writes a hyphen of an option as \-.
 for page in "$source"/docs/man/*; do
@@ -76,6 +76,8 @@ has_options() {
 }
 "$simulator" --help >"$work/help" || fail "$simulator --help fails"
 has_options talvane-sim.1 "$work/help"
+"$host" --help >"$work/help" || fail "$host --help fails"
+has_options talvane-host.1 "$work/help"
 "$bridge" --help >"$work/help" || fail "$bridge --help fails"
 has_options talvane-ipmi-bridge.8 "$work/help"
 

@@ -172,6 +172,7 @@ TEST_P(LauncherUsageTest, ErrorIsExplainedAndExitsWithTwo) {
 constexpr Refused kRefused[] = {
     {"", "MACHINE is required"},
     {"-- program", "MACHINE is required"},
+    {"'' -- program", "MACHINE: an empty name names no server"},
     {"machine", "-- PROGRAM is required"},
     {"machine --", "-- PROGRAM is required"},
     {"machine program", "The following argument was not expected: program"},

@@ -51,7 +51,7 @@ Json QuantityJson(std::string_view text) {
 }
 
 Json ErrorJson(std::string_view source, std::string_view message) {
-    return {{"source", std::string(source)}, {"message", Utf8(message)}};
+    return {{"source", Utf8(source)}, {"message", Utf8(message)}};
 }
 
 Json CodeJson(int code, std::string_view name) {

@@ -4,11 +4,16 @@
 #ifndef TALVANE_TOOLS_BASE_SETTINGS_H
 #define TALVANE_TOOLS_BASE_SETTINGS_H
 
+#include <vector>
+
+#include "tools/base/Way.h"
+
 namespace tool {
 
 struct Settings {
     int loadInterval = 1;         // seconds
     bool libraryRecords = false;  // show sensors as agents see them
+    std::vector<Way> ways = {};   // of the areas of this machine; none on a simulated server
 };
 
 }  // namespace tool

@@ -12,6 +12,7 @@ namespace tool {
 struct Source {
     const char* name;
     std::string (*whyNotRead)();  // one line; asked only after the source failed
+    const char* area;             // that it belongs to, as in Way
 };
 
 extern const Source kPhysicalMemory;  // SMBIOS

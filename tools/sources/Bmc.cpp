@@ -37,6 +37,6 @@ std::string WhyBmcNotRead() {
 
 }  // namespace
 
-const Source kBmc{"/dev/ipmi", WhyBmcNotRead};
+const Source kBmc{"/dev/ipmi", WhyBmcNotRead, "bmc"};
 
 }  // namespace tool

@@ -37,7 +37,7 @@ std::string WhyDisksNotRead() {
 
 }  // namespace
 
-const Source kIdeDrives{"/proc/ide", WhyDrivesNotRead};
-const Source kDisks{"/dev/hd*", WhyDisksNotRead};
+const Source kIdeDrives{"/proc/ide", WhyDrivesNotRead, "drives"};
+const Source kDisks{"/dev/hd*", WhyDisksNotRead, "drives"};
 
 }  // namespace tool

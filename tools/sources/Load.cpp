@@ -26,7 +26,7 @@ std::string WhyMemoryUseNotRead() {
 
 }  // namespace
 
-const Source kProcessorTimes{"/proc/stat", WhyProcessorTimesNotRead};
-const Source kMemoryUse{"free", WhyMemoryUseNotRead};
+const Source kProcessorTimes{"/proc/stat", WhyProcessorTimesNotRead, "load"};
+const Source kMemoryUse{"free", WhyMemoryUseNotRead, "load"};
 
 }  // namespace tool

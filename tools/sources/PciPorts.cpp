@@ -21,6 +21,6 @@ std::string WhyPciNotRead() {
 
 }  // namespace
 
-const Source kPciPorts{"PCI ports", WhyPciNotRead};
+const Source kPciPorts{"PCI ports", WhyPciNotRead, "pci"};
 
 }  // namespace tool

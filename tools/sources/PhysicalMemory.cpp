@@ -98,6 +98,6 @@ std::string WhyPhysicalMemoryNotRead() {
 
 }  // namespace
 
-const Source kPhysicalMemory{"/dev/mem", WhyPhysicalMemoryNotRead};
+const Source kPhysicalMemory{"/dev/mem", WhyPhysicalMemoryNotRead, "smbios"};
 
 }  // namespace tool
