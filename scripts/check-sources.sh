@@ -82,6 +82,7 @@ tools/library/         tools/library/ tools/base/ Talvane.h InformationRecords.h
 tools/sensors/         tools/sensors/ tools/library/ tools/base/ base/ IPMI/
 tools/health/          tools/health/ tools/sensors/ tools/library/ tools/base/
 tools/records/         tools/records/ tools/sensors/ tools/library/ tools/base/ Talvane.h InformationRecords.h PCI/PCIscan.h
+tools/html/            tools/html/ tools/health/ tools/records/ tools/sensors/ tools/library/ tools/base/
 tools/metrics/         tools/metrics/ tools/records/ tools/sensors/ tools/library/ tools/base/
 tools/changes/         tools/changes/ tools/records/ tools/sensors/ tools/library/ tools/base/ Talvane.h InformationRecords.h
 tools/sources/         tools/sources/ tools/library/ tools/base/ base/

@@ -316,8 +316,18 @@ void AddGet(CLI::App& app, Options& options) {
         "In a list, elements are counted from 0, or named: get sensors.sensors.fan-1.reading");
 }
 
+void AddReport(CLI::App& app, Options& options) {
+    CLI::App* report = AddCommand(app, options, kReport, "Everything that the commands below show");
+    report->add_option("--html", options.html, "Write a page for browsers to this file instead")
+        ->type_name("FILE");
+    report->final_callback([&options] {
+        if (!options.html.empty() && options.format == Format::kJson)
+            throw CLI::ExcludesError("--html", "--json");
+    });
+}
+
 void AddCommands(CLI::App& app, Options& options) {
-    AddCommand(app, options, kReport, "Everything that the commands below show");
+    AddReport(app, options);
     for (const Command& row : Commands()) {
         CLI::App* command = AddCommand(app, options, row.name, row.help);
         const std::string_view name = row.name;

@@ -39,6 +39,7 @@ struct Options {
                           // Changes()
     Format format = Format::kText;
     ColorChoice color = ColorChoice::kAuto;
+    std::filesystem::path html;     // the page that kReport writes; empty for none
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
     Reading reading = Reading::kChoose;
     std::filesystem::path root;  // of the tree that is read as this machine; empty for its own

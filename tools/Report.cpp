@@ -106,15 +106,6 @@ void WriteText(const Answers& answers, const std::vector<Way>& ways, std::ostrea
     out << Page(sections);
 }
 
-std::string TimeNow() {
-    const std::time_t now = std::time(nullptr);
-    std::tm utc{};
-    char text[32] = "";
-    if (gmtime_r(&now, &utc) != nullptr)
-        (void)std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
-    return text;
-}
-
 Json WaysJson(const std::vector<Way>& ways) {
     Json json = Json::object();
     for (const Way& way : ways)
@@ -139,6 +130,15 @@ Json JsonOf(const Answers& answers, const std::vector<Way>& ways, bool withTime)
 constexpr bool kAsciiOnly = true;  // control characters of firmware texts reach no terminal
 
 }  // namespace
+
+std::string TimeNow() {
+    const std::time_t now = std::time(nullptr);
+    std::tm utc{};
+    char text[32] = "";
+    if (gmtime_r(&now, &utc) != nullptr)
+        (void)std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+    return text;
+}
 
 void DumpJson(const Json& json, std::ostream& out) {
     constexpr int kIndent = 2;

@@ -17,6 +17,9 @@ inline constexpr int kJsonSchema = 1;
 // kJsonLine: the same object as kJson on one line, with the time after the schema.
 enum class Format { kText, kJson, kJsonLine };
 
+// The time of the clock, in UTC: "2026-11-22T10:35:00Z".
+std::string TimeNow();
+
 // Writes the answers to `out`, and to `err` one line for each source that could not be read.
 //
 // When something is missing, the text has a section "Not read". It names each source with its

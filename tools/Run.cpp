@@ -9,6 +9,7 @@
 #include <iostream>
 #include <stdexcept>
 
+#include "tools/HtmlReport.h"
 #include "tools/base/Terminal.h"
 
 namespace tool {
@@ -81,6 +82,8 @@ int Run(const Options& options) {
         Flush();
         return found ? kAllDone : kIncomplete;
     }
+    if (!options.html.empty())
+        return WriteHtmlReport(options.html, options.settings, std::cerr) ? kAllDone : kIncomplete;
     return Show(options) ? kAllDone : kIncomplete;
 }
 

@@ -28,7 +28,7 @@ _talvane()
             mapfile -t COMPREPLY < <(compgen -d -- "$word")
             return
             ;;
-        --rules | --output)
+        --rules | --output | --html)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -f -- "$word")
             return
@@ -46,8 +46,8 @@ _talvane()
             # The command so far: words that are neither options nor their values.
             for ((i = 1; i < COMP_CWORD; ++i)); do
                 case ${COMP_WORDS[i]} in
-                    --machine | --root | --rules | --output | --format | --color | --type | --which | --action | --watch | \
-                        --count | --interval | --entity | --timeout)
+                    --machine | --root | --rules | --output | --html | --format | --color | --type | --which | --action | \
+                        --watch | --count | --interval | --entity | --timeout)
                         if [[ ${COMP_WORDS[i+1]} == = ]]; then ((++i)); fi
                         ((++i))
                         ;;

@@ -42,10 +42,10 @@ offers 'talvane --v' --version
 offers 'talvane --machine full-server wat' watchdog
 offers 'talvane --machine=full-server wat' watchdog
 offers 'talvane watchdog ' show set reset stop
-offers 'talvane watchdog set --' --help --json --machine --direct --host --root --action --timeout --yes
+offers 'talvane watchdog set --' --help --json --machine --direct --host --root --action --color --timeout --yes
 offers 'talvane threshold set --json --wh' --which
-offers 'talvane sensors --co' --count
-offers 'talvane board --co' ''
+offers 'talvane sensors --cou' --count
+offers 'talvane board --cou' ''
 offers 'talvane watchdog set --yes --ti' --timeout
 offers 'talvane health --s' --states
 offers 'talvane health --rules my' my-rules my-server

@@ -11,10 +11,6 @@
 namespace tool {
 namespace {
 
-struct CodePointRange {
-    std::uint32_t first, last;
-};
-
 // What is shown unchanged: characters that are one column wide and neither turn nor join the text.
 constexpr CodePointRange kOneColumn[] = {
     {0x20, 0x7E},      // ASCII
@@ -26,13 +22,12 @@ constexpr CodePointRange kOneColumn[] = {
 };
 
 bool IsOneColumn(std::uint32_t codePoint) {
-    return std::any_of(std::begin(kOneColumn), std::end(kOneColumn), [&](CodePointRange range) {
-        return range.first <= codePoint && codePoint <= range.last;
-    });
+    return std::any_of(std::begin(kOneColumn), std::end(kOneColumn),
+                       [&](CodePointRange range) { return range.Contains(codePoint); });
 }
 
-// The length in bytes of the UTF-8 sequence at the front of `text`. 0 when there is none: for a
-// stray or missing continuation byte, an overlong form, a surrogate, or a value above U+10FFFF.
+}  // namespace
+
 std::size_t SequenceLength(std::string_view text, std::uint32_t& codePoint) {
     constexpr std::uint32_t kSmallest[] = {0, 0, 0x80, 0x800, 0x10000};  // by length
     const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(text[at]); };
@@ -52,15 +47,15 @@ std::size_t SequenceLength(std::string_view text, std::uint32_t& codePoint) {
     return codePoint < kSmallest[length] || surrogate || codePoint > 0x10FFFF ? 0 : length;
 }
 
-void AppendEscaped(std::string& out, std::string_view bytes) {
+std::string ByteText(std::string_view bytes) {
+    std::string text;
     for (const char byte : bytes) {
         char escape[5];
         std::snprintf(escape, sizeof escape, "\\x%02X", static_cast<std::uint8_t>(byte));
-        out += escape;
+        text += escape;
     }
+    return text;
 }
-
-}  // namespace
 
 std::string_view Trimmed(std::string_view text, std::string_view blanks) {
     const std::size_t first = text.find_first_not_of(blanks);
@@ -85,10 +80,7 @@ std::string Printable(std::string_view text) {
         std::uint32_t codePoint = 0;
         const std::size_t sequence = SequenceLength(text, codePoint);
         const std::string_view piece = text.substr(0, std::max<std::size_t>(sequence, 1));
-        if (sequence != 0 && IsOneColumn(codePoint))
-            out += piece;
-        else
-            AppendEscaped(out, piece);
+        out += sequence != 0 && IsOneColumn(codePoint) ? std::string(piece) : ByteText(piece);
         text.remove_prefix(piece.size());
     }
     return out;

@@ -7,6 +7,7 @@
 #define TALVANE_TOOLS_BASE_TEXT_H
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <string_view>
 
@@ -33,6 +34,19 @@ std::size_t NumberLength(std::string_view text);
 
 // "0x0A".
 std::string HexText(unsigned code);
+
+struct CodePointRange {
+    std::uint32_t first, last;
+    bool Contains(std::uint32_t codePoint) const { return first <= codePoint && codePoint <= last; }
+};
+
+// The length in bytes of the UTF-8 sequence at the front of `text`. 0 when there is none: for a
+// stray or missing continuation byte, an overlong form, a surrogate, or a value above U+10FFFF.
+// REQUIRES: text is not empty.
+std::size_t SequenceLength(std::string_view text, std::uint32_t& codePoint);
+
+// Each byte as \xHH.
+std::string ByteText(std::string_view bytes);
 
 // For a terminal: the text without surrounding blanks. Letters and signs that take one column stay
 // as they are. Every other byte (controls, broken UTF-8, characters of unclear width) becomes \xHH.

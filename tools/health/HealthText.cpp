@@ -39,18 +39,6 @@ Row RowFor(const JudgedSensor& judged) {
             judged.reason};
 }
 
-std::string CountText(const Health& health) {
-    std::string text = std::to_string(health.sensors.size()) + " sensors";
-    const char* separator = ": ";
-    for (const Verdict verdict : kWorstFirst) {
-        text +=
-            separator + std::to_string(With(health, verdict).size()) + ' ' + VerdictName(verdict);
-        separator = ", ";
-    }
-    const std::size_t others = With(health, std::nullopt).size();
-    return others == 0 ? text : text + ", " + std::to_string(others) + " not judged";
-}
-
 Json JudgedJson(const JudgedSensor& judged) {
     Json json = IdentityJson(judged.sensor.record);
     json["verdict"] = judged.verdict ? Json(VerdictName(*judged.verdict)) : Json();
@@ -83,6 +71,18 @@ std::vector<NamedState> AllStates() {
 }
 
 }  // namespace
+
+std::string CountText(const Health& health) {
+    std::string text = std::to_string(health.sensors.size()) + " sensors";
+    const char* separator = ": ";
+    for (const Verdict verdict : kWorstFirst) {
+        text +=
+            separator + std::to_string(With(health, verdict).size()) + ' ' + VerdictName(verdict);
+        separator = ", ";
+    }
+    const std::size_t others = With(health, std::nullopt).size();
+    return others == 0 ? text : text + ", " + std::to_string(others) + " not judged";
+}
 
 std::string ToText(const Health& health) {
     std::vector<Row> rows;

@@ -11,6 +11,9 @@
 
 namespace tool {
 
+// "8 sensors: 0 CRITICAL, 1 WARNING, 0 UNKNOWN, 7 OK".
+std::string CountText(const Health& health);
+
 // A section: what is not OK first.
 std::string ToText(const Health& health);
 Json ToJson(const Health& health);

@@ -57,19 +57,23 @@ std::optional<Bmc> ReadBmc() {
                .productSerialStart = serial.empty() ? "" : serial.substr(1)};
 }
 
+std::vector<Fact> BmcFacts(const Bmc& bmc) {
+    return {{"Firmware", bmc.firmware},
+            {"Board manufacturer", bmc.boardManufacturer},
+            {"Board product", bmc.boardProduct},
+            {"Board serial number", bmc.boardSerialNumber},
+            {"Board part number", bmc.boardPartNumber},
+            {"Chassis part number", bmc.chassisPartNumber},
+            {"Chassis serial number", bmc.chassisSerialNumber},
+            {"Product manufacturer", bmc.productManufacturer},
+            {"Product", bmc.productName},
+            {"Product part number", bmc.productPartNumber},
+            {"Product version", bmc.productVersion},
+            {"Product serial number", SerialStart(bmc)}};
+}
+
 std::string ToText(const Bmc& bmc) {
-    return Section("BMC", {FactBlock({{"Firmware", bmc.firmware},
-                                      {"Board manufacturer", bmc.boardManufacturer},
-                                      {"Board product", bmc.boardProduct},
-                                      {"Board serial number", bmc.boardSerialNumber},
-                                      {"Board part number", bmc.boardPartNumber},
-                                      {"Chassis part number", bmc.chassisPartNumber},
-                                      {"Chassis serial number", bmc.chassisSerialNumber},
-                                      {"Product manufacturer", bmc.productManufacturer},
-                                      {"Product", bmc.productName},
-                                      {"Product part number", bmc.productPartNumber},
-                                      {"Product version", bmc.productVersion},
-                                      {"Product serial number", SerialStart(bmc)}})});
+    return Section("BMC", {FactBlock(BmcFacts(bmc))});
 }
 
 Json ToJson(const Bmc& bmc) {

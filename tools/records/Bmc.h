@@ -6,8 +6,10 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "tools/base/Json.h"
+#include "tools/base/Layout.h"
 
 namespace tool {
 
@@ -28,6 +30,8 @@ struct Bmc {
 
 // Nothing when the source cannot be read.
 std::optional<Bmc> ReadBmc();
+
+std::vector<Fact> BmcFacts(const Bmc& bmc);
 
 std::string ToText(const Bmc& bmc);
 Json ToJson(const Bmc& bmc);

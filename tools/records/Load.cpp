@@ -64,6 +64,11 @@ Load ReadLoad(const Settings& settings) {
     return load;
 }
 
+std::string LoadNote(const Load& load) {
+    return "Processors: not idle, within " + std::to_string(load.interval) +
+           " s. Memory: as the command free counts it.";
+}
+
 std::string ToText(const Load& load) {
     const std::vector<int> processors = load.processors.value_or(std::vector<int>{});
     std::vector<Row> rows;
@@ -72,8 +77,7 @@ std::string ToText(const Load& load) {
     if (!load.processors) rows.push_back({"Processors", ""});
     rows.push_back({"Memory", load.memory ? PercentText(*load.memory) : ""});
     std::vector<std::string> blocks{TableBlock({{"Part"}, {"Use", Column::Align::kRight}}, rows)};
-    blocks.push_back(NoteBlock("Processors: not idle, within " + std::to_string(load.interval) +
-                               " s. Memory: as the command free counts it."));
+    blocks.push_back(NoteBlock(LoadNote(load)));
     if (processors.size() == kMaxWatchedProcessors)
         blocks.push_back(NoteBlock("The library watches the first eight processors."));
     return Section("Load", blocks);

@@ -24,6 +24,9 @@ struct Load {
 // Takes the interval of the settings to measure.
 Load ReadLoad(const Settings& settings);
 
+// How the shares are counted.
+std::string LoadNote(const Load& load);
+
 std::string ToText(const Load& load);
 Json ToJson(const Load& load);
 

@@ -46,13 +46,6 @@ std::string MegabytesText(const Memory& memory) {
     return std::to_string(memory.totalMegabytes) + " MB";
 }
 
-std::string TotalText(const Memory& memory) {
-    if (!IsDescribed(memory)) return {};
-    std::string text = MegabytesText(memory);
-    if (memory.totalMegabytes >= 1024) text += " (" + InGigabytes(memory.totalMegabytes) + ")";
-    return text;
-}
-
 }  // namespace
 
 std::optional<Memory> ReadMemory() {
@@ -71,15 +64,27 @@ std::optional<Memory> ReadMemory() {
     return memory;
 }
 
-std::string ToText(const Memory& memory) {
-    std::vector<std::string> blocks{FactBlock({{"Total", TotalText(memory)}})};
+std::string TotalText(const Memory& memory) {
+    if (!IsDescribed(memory)) return {};
+    std::string text = MegabytesText(memory);
+    if (memory.totalMegabytes >= 1024) text += " (" + InGigabytes(memory.totalMegabytes) + ")";
+    return text;
+}
+
+std::vector<std::string> MemoryNotes(const Memory& memory) {
+    std::vector<std::string> notes;
     if (!IsDescribed(memory))
-        blocks.push_back(NoteBlock("The firmware describes no memory in a way that can be read."));
+        notes.push_back("The firmware describes no memory in a way that can be read.");
     const std::uint64_t sum = SumOfBanks(memory.banks);
     if (sum >= kTotalWrapsAt)
-        blocks.push_back(NoteBlock("The total counts modulo " + std::to_string(kTotalWrapsAt) +
-                                   " MB; the banks below add up to " + std::to_string(sum) +
-                                   " MB."));
+        notes.push_back("The total counts modulo " + std::to_string(kTotalWrapsAt) +
+                        " MB; the banks below add up to " + std::to_string(sum) + " MB.");
+    return notes;
+}
+
+std::string ToText(const Memory& memory) {
+    std::vector<std::string> blocks{FactBlock({{"Total", TotalText(memory)}})};
+    for (const std::string& note : MemoryNotes(memory)) blocks.push_back(NoteBlock(note));
     std::vector<Row> rows;
     for (const Bank& bank : memory.banks)
         rows.push_back({std::to_string(bank.slot), bank.size, bank.type, bank.typeDetail,

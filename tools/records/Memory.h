@@ -29,6 +29,12 @@ struct Memory {
 // Nothing when the source cannot be read.
 std::optional<Memory> ReadMemory();
 
+// "2048 MB (2 GB)"; empty when the firmware describes no memory.
+std::string TotalText(const Memory& memory);
+
+// What is to be known about the figures.
+std::vector<std::string> MemoryNotes(const Memory& memory);
+
 std::string ToText(const Memory& memory);
 Json ToJson(const Memory& memory);
 

@@ -58,8 +58,10 @@ public:
         const int vendor = static_cast<int>(ids & 0xFFFF);
         if (vendor == 0 || vendor == 0xFFFF) return std::nullopt;
         FunctionHeader header{{vendor, static_cast<int>(ids >> 16 & 0xFFFF)}, {}};
-        if ((read(kHeaderType) >> 16 & 0x7F) == kBridge)
-            header.secondaryBus = static_cast<int>(read(kBusNumbers) >> 8 & 0xFF);
+        if ((read(kHeaderType) >> 16 & 0x7F) == kBridge) {
+            const int secondary = static_cast<int>(read(kBusNumbers) >> 8 & 0xFF);
+            if (secondary != 0) header.secondaryBus = secondary;  // 0: the bridge is not set up
+        }
         return header;
     }
 

@@ -34,11 +34,6 @@ std::vector<Cache> CachesOf(const CPU& cpu) {
     return caches;
 }
 
-const char* DisabledText(const Processor& processor) {
-    if (processor.disabled) return "yes";
-    return processor.statusUnknown ? "unknown" : "no";
-}
-
 Json DisabledJson(const Processor& processor) {
     if (!processor.disabled && processor.statusUnknown) return {};
     return processor.disabled;
@@ -76,6 +71,11 @@ std::optional<Processors> ReadProcessors() {
              .statusUnknown = cpu.IsUHT != 0,
              .caches = CachesOf(cpu)});
     return processors;
+}
+
+const char* DisabledText(const Processor& processor) {
+    if (processor.disabled) return "yes";
+    return processor.statusUnknown ? "unknown" : "no";
 }
 
 std::string ToText(const Processors& processors) {

@@ -36,6 +36,9 @@ using Processors = std::vector<Processor>;
 // Nothing when the source cannot be read.
 std::optional<Processors> ReadProcessors();
 
+// "yes", "no" or "unknown".
+const char* DisabledText(const Processor& processor);
+
 std::string ToText(const Processors& processors);
 Json ToJson(const Processors& processors);
 

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+//
+// Reads the records one after the other, and writes the page.
+
+#include "tools/HtmlReport.h"
+
+#include <algorithm>
+#include <stdexcept>
+#include <string>
+
+#include "tools/AtomicFile.h"
+#include "tools/Report.h"
+#include "tools/base/Source.h"
+#include "tools/html/Page.h"
+#include "tools/records/Sensors.h"
+
+namespace tool {
+namespace {
+
+// Each source once, however many records miss it.
+class UnreadSources {
+public:
+    // What was read; notes the source when that is nothing.
+    template <class Record>
+    std::optional<Record> Note(std::optional<Record> record, const Source& source) {
+        if (!record) Add(source);
+        return record;
+    }
+
+    void Add(const Source& source) {
+        const auto isNamed = [&](const UnreadSource& known) { return known.name == source.name; };
+        if (std::none_of(sources_.begin(), sources_.end(), isNamed))
+            sources_.push_back({source.name, source.whyNotRead()});
+    }
+
+    const std::vector<UnreadSource>& All() const { return sources_; }
+
+private:
+    std::vector<UnreadSource> sources_;
+};
+
+MachineReport ReadMachine(const Settings& settings) {
+    UnreadSources unread;
+    MachineReport report;
+    report.time = TimeNow();
+    report.version = TALVANE_VERSION;
+    report.system = unread.Note(ReadSystem(), kPhysicalMemory);
+    report.board = unread.Note(ReadBoard(), kPhysicalMemory);
+    report.processors = unread.Note(ReadProcessors(), kPhysicalMemory);
+    report.memory = unread.Note(ReadMemory(), kPhysicalMemory);
+    report.ports = unread.Note(ReadPorts(), kPhysicalMemory);
+    report.power = unread.Note(ReadPower(), kPhysicalMemory);
+    report.fans = unread.Note(ReadFans(), kPhysicalMemory);
+    if (const auto sensors = unread.Note(ReadSensors(), kBmc)) report.health = Judge(*sensors, {});
+    report.watchdog = unread.Note(ReadWatchdog(), kBmc);
+    report.bmc = unread.Note(ReadBmc(), kBmc);
+    report.pci = unread.Note(ReadPci(), kPciPorts);
+    report.drives = unread.Note(ReadDrives(), kIdeDrives);
+    report.partitions = unread.Note(ReadPartitions(), kIdeDrives);
+    if (report.partitions)
+        for (const Source* source : report.partitions->notRead) unread.Add(*source);
+    report.load = ReadLoad(settings);
+    for (const Source* source : report.load->notRead) unread.Add(*source);
+    report.notRead = unread.All();
+    return report;
+}
+
+// A device or a FIFO would be replaced by the page, /dev/stdout for all programs.
+void RequireFile(const std::filesystem::path& file) {
+    std::error_code ignored;  // of a file that is not there
+    const auto status = std::filesystem::status(file, ignored);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        throw std::runtime_error("cannot write " + file.string() + ": not a regular file");
+}
+
+}  // namespace
+
+bool WriteHtmlReport(const std::filesystem::path& file, const Settings& settings,
+                     std::ostream& err) {
+    RequireFile(file);
+    const MachineReport report = ReadMachine(settings);
+    WriteAtomically(file, HtmlPage(report));
+    for (const UnreadSource& source : report.notRead) err << "talvane: " << source.message << '\n';
+    return report.notRead.empty();
+}
+
+}  // namespace tool
