@@ -3,7 +3,7 @@
 #
 # Installs the Debian packages that a task needs and that are missing; does nothing when none is.
 # A bare Debian 12 is enough to start from.
-# Usage: install-packages.sh build|test|bench|lint|vm|fleet|package...
+# Usage: install-packages.sh build|test|bench|lint|vm|fleet|package|page...
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
@@ -18,6 +18,9 @@ lint="$build googletest clang-tidy"
 vm="$build pkg-config libfuse3-dev qemu-system-x86 openipmi kmod cpio e2fsprogs python3"
 # Prometheus and its companions are fetched and not installed: their packages start services.
 fleet="$build python3"
+# A browser for the page of `report --html`; npm, of any origin, brings what checks the page.
+page="$build chromium"
+command -v npm >/dev/null || page="$page npm"
 # Debian packages for i386 and amd64: lintian and debhelper; debootstrap for the roots that they are
 # tried in. What the packages depend on is read from the i386 libraries, which 64-bit systems install
 # beside their own, and their programs are stripped by an i386 binutils.
@@ -35,9 +38,10 @@ for task in "$@"; do
         vm) wanted="$wanted $vm" ;;
         fleet) wanted="$wanted $fleet" ;;
         package) wanted="$wanted $package" ;;
+        page) wanted="$wanted $page" ;;
         *)
             echo "install-packages.sh: unknown task '$task'" \
-                '(build, test, bench, lint, vm, fleet or package)' >&2
+                '(build, test, bench, lint, vm, fleet, package or page)' >&2
             exit 2
             ;;
     esac
