@@ -3,7 +3,7 @@
 #
 # Installs the Debian packages that a task needs and that are missing; does nothing when none is.
 # A bare Debian 12 is enough to start from.
-# Usage: install-packages.sh build|test|bench|lint|vm|fleet|package|page...
+# Usage: install-packages.sh build|test|coverage|bench|lint|vm|fleet|package|page...
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
@@ -11,6 +11,7 @@ build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
 # man formats the man pages.
 test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq man-db"
 test="$test python3-jsonschema"
+coverage='gcovr'
 # qemu-user counts instructions, valgrind those within one call.
 bench="$build valgrind dmidecode qemu-user"
 lint="$build googletest clang-tidy"
@@ -33,6 +34,7 @@ for task in "$@"; do
     case $task in
         build) wanted="$wanted $build" ;;
         test) wanted="$wanted $test" ;;
+        coverage) wanted="$wanted $coverage" ;;
         bench) wanted="$wanted $bench" ;;
         lint) wanted="$wanted $lint" ;;
         vm) wanted="$wanted $vm" ;;
@@ -41,7 +43,7 @@ for task in "$@"; do
         page) wanted="$wanted $page" ;;
         *)
             echo "install-packages.sh: unknown task '$task'" \
-                '(build, test, bench, lint, vm, fleet, package or page)' >&2
+                '(build, test, coverage, bench, lint, vm, fleet, package or page)' >&2
             exit 2
             ;;
     esac

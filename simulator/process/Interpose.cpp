@@ -133,6 +133,10 @@ Interposition::Interposition(Machine& machine) {
 }
 
 Interposition::~Interposition() {
+    Leave();
+}
+
+void Interposition::Leave() {
     activeMachine = nullptr;
 }
 

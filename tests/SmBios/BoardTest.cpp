@@ -197,4 +197,10 @@ TEST_F(BoardTest, EveryGetterIsAnsweredFromALegacyDmiTableToo) {
     ExpectBoard("only");
 }
 
+TEST_F(BoardTest, TextForABufferOfNoBytesIsFoundAndNotCopied) {
+    table.Add(0, 0, 20).String(4, "Vendor");
+    Open();
+    EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 0), NothingWritten());
+}
+
 }  // namespace

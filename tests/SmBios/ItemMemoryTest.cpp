@@ -74,6 +74,26 @@ TEST_F(ItemMemoryTest, GettersSurviveEveryFailedAllocation) {
     EXPECT_EQ(Ask(&SmBios::GetBiosVendor, 32), Copied("Vendor"));
 }
 
+TEST_F(ItemMemoryTest, DevicesSuppliesAndCachesThatFindNoMemoryAreMissing) {
+    table.Add(10, 1, 6).Byte(4, 0x83).String(5, "Video");
+    table.Add(39, 2, 22).String(6, "Supply").Word(14, 0x1000);
+    table.Add(7, 3, 19).String(4, "L1");
+    Open();
+    const auto expectMissingWithoutMemory = [&](const std::string& what, auto ask) {
+        EXPECT_EQ(ask().result, 0) << what;
+        server.FailAllocation(1);
+        EXPECT_EQ(ask(), Missing()) << what;
+        EXPECT_EQ(ask().result, 0) << what;
+    };
+    expectMissingWithoutMemory("device", [&] { return Ask(&SmBios::GetOnBoardDevDescription, 1); });
+    expectMissingWithoutMemory("supply", [&] {
+        return AskWith(Buffer::kMarked,
+                       [&](char* b) { return reader->GetPSDeviceName(0x0E, 1, b, 32); });
+    });
+    expectMissingWithoutMemory(
+        "cache", [&] { return AskHandle(&SmBios::GetCacheDesignationPrivate, 3, 32); });
+}
+
 TEST_F(ItemMemoryTest, DeviceWhoseTextsFindNoMemoryHasNoLocator) {
     table.Add(17, 1, 27).String(16, "DIMM1");
     Open();

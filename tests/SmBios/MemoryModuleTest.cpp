@@ -68,6 +68,7 @@ TEST_F(MemoryModuleTest, ValidHandlesLieInOneTo127) {
     EXPECT_EQ(reader->GetValidMemModuleHandle(3), 0);
     EXPECT_EQ(reader->GetValidMemModuleHandle(4), 0);
     EXPECT_EQ(reader->GetValidMemModuleHandle(5), 0);
+    EXPECT_EQ(reader->GetValidMemModuleHandle(-1), 0);
     EXPECT_EQ(reader->GetValidMemModuleHandle(6), 64);
     EXPECT_EQ(reader->GetValidMemModuleHandle(7), 0);
     EXPECT_EQ(reader->GetValidMemModuleHandle(1000), 0);

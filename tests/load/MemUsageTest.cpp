@@ -104,6 +104,37 @@ TEST_F(MemUsageTest, FailedCommandLeavesTheFileOfAnotherRunToBeRead) {
     EXPECT_TRUE(std::filesystem::is_empty(folder));
 }
 
+// Whoever can make a link in the agent's working directory can have a file overwritten.
+TEST_F(MemUsageTest, LinkNamedLikeTheScratchFileIsFollowedAndThenRemoved) {
+    std::ofstream("precious") << "text\n";
+    std::filesystem::create_symlink("precious", "Memusage_dat");
+    EXPECT_EQ(ShareOf(1000, 500), 50);
+    std::string line;
+    std::getline(std::ifstream("precious") >> std::ws, line);
+    EXPECT_EQ(line, "1000");
+    EXPECT_FALSE(std::filesystem::is_symlink("Memusage_dat"));
+}
+
+TEST_F(MemUsageTest, FullDiskGivesTheProcessorsIndefiniteIntegerAndLeavesNoFile) {
+    std::filesystem::create_symlink("/dev/full", "Memusage_dat");
+    testing::internal::CaptureStderr();  // awk complains
+    EXPECT_EQ(ShareOf(1000, 500), INT_MIN);
+    (void)testing::internal::GetCapturedStderr();
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
+// Whoever can put a `free` into the agent's PATH has run a program. Its output is numbers to the
+// library, and no command.
+TEST_F(MemUsageTest, OutputOfAPlantedProgramIsNumbersAndNothingElse) {
+    server.GetFreeProgram().SetText("Mem: $(touch planted) `touch planted` ; touch planted\n");
+    EXPECT_EQ(GetMemUsageRate(), INT_MIN);
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+    // A long line is read in pieces, of which each is the largest number.
+    server.GetFreeProgram().SetText("Mem: " + std::string(100000, '9') + " 1 2 3\n");
+    EXPECT_EQ(GetMemUsageRate(), 100);
+    EXPECT_TRUE(std::filesystem::is_empty(folder));
+}
+
 // What the file holds when the command writes nothing.
 class MemFileTest : public MemUsageTest {
 protected:
