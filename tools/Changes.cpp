@@ -5,6 +5,7 @@
 #include "tools/Changes.h"
 
 #include "tools/base/JsonValue.h"
+#include "tools/base/SourceProblem.h"
 #include "tools/changes/ThresholdChange.h"
 #include "tools/changes/WatchdogChange.h"
 
@@ -24,9 +25,10 @@ std::span<const Change> Changes() {
     return kChanges;
 }
 
-bool Make(const Change& change, const Order& order, Format format, std::ostream& out,
-          std::ostream& err) {
-    const Outcome outcome = change.make(order);
+bool Make(const Change& change, const Order& order, const std::vector<Way>& ways, Format format,
+          std::ostream& out, std::ostream& err) {
+    const auto problem = AreaProblem(kBmc, ways);
+    const Outcome outcome = problem ? Outcome{"", Json(), problem->message} : change.make(order);
     const bool done = outcome.problem.empty();
     if (format == Format::kJson) {
         Json json = {

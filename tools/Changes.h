@@ -16,8 +16,10 @@
 
 #include <ostream>
 #include <span>
+#include <vector>
 
 #include "tools/Report.h"
+#include "tools/base/Way.h"
 #include "tools/changes/Order.h"
 
 namespace tool {
@@ -31,8 +33,8 @@ struct Change {
 std::span<const Change> Changes();
 
 // Makes the change and writes what came of it, in the form of Report. Returns whether it was done.
-bool Make(const Change& change, const Order& order, Format format, std::ostream& out,
-          std::ostream& err);
+bool Make(const Change& change, const Order& order, const std::vector<Way>& ways, Format format,
+          std::ostream& out, std::ostream& err);
 
 }  // namespace tool
 

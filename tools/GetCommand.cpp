@@ -13,6 +13,7 @@
 #include "tools/HealthCommand.h"
 #include "tools/Report.h"
 #include "tools/base/JsonValue.h"
+#include "tools/base/SourceProblem.h"
 #include "tools/base/Text.h"
 #include "tools/health/HealthText.h"
 #include "tools/records/Sensors.h"
@@ -91,7 +92,9 @@ Json OutputOf(const std::string& name, const Settings& settings) {
     if (!IsSameName(name, kHealth)) return Json::object();
     const auto sensors = ReadSensors();
     if (sensors) return {{kHealth, ToJson(Judge(*sensors, {}))}, {"errors", Json::array()}};
-    return {{kHealth, Json()}, {"errors", Json::array({ErrorJson(kBmc.name, kBmc.whyNotRead())})}};
+    const SourceProblem problem = ProblemOf(kBmc, settings.ways);
+    return {{kHealth, Json()},
+            {"errors", Json::array({ErrorJson(problem.source, problem.message)})}};
 }
 
 std::string ValueLine(const Json& value) {

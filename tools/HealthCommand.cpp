@@ -10,7 +10,7 @@
 
 #include "tools/RulesFile.h"
 #include "tools/base/JsonValue.h"
-#include "tools/base/Source.h"
+#include "tools/base/SourceProblem.h"
 #include "tools/health/HealthText.h"
 #include "tools/records/Sensors.h"
 
@@ -32,7 +32,8 @@ int ShowProblem(const std::string& source, const std::string& problem, const Hea
 
 }  // namespace
 
-int ShowHealth(const HealthOrder& order, Format format, std::ostream& out, std::ostream& err) {
+int ShowHealth(const HealthOrder& order, const std::vector<Way>& ways, Format format,
+               std::ostream& out, std::ostream& err) {
     if (order.showStates) {
         if (format == Format::kJson)
             DumpJson(
@@ -49,7 +50,10 @@ int ShowHealth(const HealthOrder& order, Format format, std::ostream& out, std::
         return ShowProblem("rules", error.what(), order, format, out, err);
     }
     const auto sensors = ReadSensors();
-    if (!sensors) return ShowProblem(kBmc.name, kBmc.whyNotRead(), order, format, out, err);
+    if (!sensors) {
+        const SourceProblem problem = ProblemOf(kBmc, ways);
+        return ShowProblem(problem.source, problem.message, order, format, out, err);
+    }
     const Health health = Judge(*sensors, rules);
     if (order.isNagios)
         out << ToNagios(health);

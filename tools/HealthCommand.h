@@ -6,8 +6,10 @@
 
 #include <filesystem>
 #include <ostream>
+#include <vector>
 
 #include "tools/Report.h"
+#include "tools/base/Way.h"
 
 namespace tool {
 
@@ -25,7 +27,8 @@ struct HealthOrder {
 // Writes the verdict to `out`, and problems to `err`. Returns the exit status of monitoring
 // plugins: 0 OK, 1 WARNING, 2 CRITICAL, 3 UNKNOWN, which also stands for sensors and rules that
 // cannot be read.
-int ShowHealth(const HealthOrder& order, Format format, std::ostream& out, std::ostream& err);
+int ShowHealth(const HealthOrder& order, const std::vector<Way>& ways, Format format,
+               std::ostream& out, std::ostream& err);
 
 }  // namespace tool
 

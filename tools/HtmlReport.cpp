@@ -10,7 +10,7 @@
 
 #include "tools/AtomicFile.h"
 #include "tools/Report.h"
-#include "tools/base/Source.h"
+#include "tools/base/SourceProblem.h"
 #include "tools/html/Page.h"
 #include "tools/records/Sensors.h"
 
@@ -20,6 +20,8 @@ namespace {
 // Each source once, however many records miss it.
 class UnreadSources {
 public:
+    explicit UnreadSources(const std::vector<Way>& ways) : ways_(ways) {}
+
     // What was read; notes the source when that is nothing.
     template <class Record>
     std::optional<Record> Note(std::optional<Record> record, const Source& source) {
@@ -28,19 +30,23 @@ public:
     }
 
     void Add(const Source& source) {
-        const auto isNamed = [&](const UnreadSource& known) { return known.name == source.name; };
+        const SourceProblem problem = ProblemOf(source, ways_);
+        const auto isNamed = [&](const UnreadSource& known) {
+            return known.name == problem.source;
+        };
         if (std::none_of(sources_.begin(), sources_.end(), isNamed))
-            sources_.push_back({source.name, source.whyNotRead()});
+            sources_.push_back({problem.source, problem.message});
     }
 
     const std::vector<UnreadSource>& All() const { return sources_; }
 
 private:
+    const std::vector<Way>& ways_;
     std::vector<UnreadSource> sources_;
 };
 
 MachineReport ReadMachine(const Settings& settings) {
-    UnreadSources unread;
+    UnreadSources unread(settings.ways);
     MachineReport report;
     report.time = TimeNow();
     report.version = TALVANE_VERSION;

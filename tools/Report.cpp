@@ -12,6 +12,7 @@
 
 #include "tools/base/JsonValue.h"
 #include "tools/base/Layout.h"
+#include "tools/base/SourceProblem.h"
 #include "tools/base/Text.h"
 
 namespace tool {
@@ -20,8 +21,7 @@ namespace {
 // A source that could not be read, and the commands that miss it.
 struct Missing {
     const Source* source;
-    std::string name;
-    std::string message;
+    SourceProblem problem;
     std::string commands;  // names, separated by commas
 };
 
@@ -31,23 +31,13 @@ struct Answers {
     std::vector<Missing> missing;
 };
 
-// How the area of a source is read; null where nothing is said about it.
-const Way* WayOf(const Source& source, const Settings& settings) {
-    const auto way = std::find_if(settings.ways.begin(), settings.ways.end(),
-                                  [&](const Way& entry) { return entry.area == source.area; });
-    return way == settings.ways.end() ? nullptr : &*way;
-}
-
-// `way` is that of an area of which nothing can be read, or null.
 void Miss(std::vector<Missing>& missing, const Source* source, const char* command,
-          const Way* way = nullptr) {
+          const std::vector<Way>& ways) {
     const auto known = std::find_if(missing.begin(), missing.end(), [source](const Missing& entry) {
         return entry.source == source;
     });
-    if (known == missing.end() && way != nullptr)
-        missing.push_back({source, way->from, way->problem, command});
-    else if (known == missing.end())
-        missing.push_back({source, source->name, source->whyNotRead(), command});
+    if (known == missing.end())
+        missing.push_back({source, ProblemOf(*source, ways), command});
     else
         known->commands += std::string(", ") + command;
 }
@@ -55,20 +45,16 @@ void Miss(std::vector<Missing>& missing, const Source* source, const char* comma
 Answers AskAll(std::span<const Command> commands, const Settings& settings) {
     Answers answers;
     for (const Command& command : commands) {
-        const Way* const way = WayOf(*command.source, settings);
-        if (way != nullptr && !way->problem.empty()) {
-            answers.json[command.name] = Json();
-            Miss(answers.missing, command.source, command.name, way);
-            continue;
-        }
-        const auto answer = command.ask(settings);
+        std::optional<Answer> answer;
+        if (!AreaProblem(*command.source, settings.ways)) answer = command.ask(settings);
         answers.json[command.name] = answer ? answer->json : Json();
         if (!answer) {
-            Miss(answers.missing, command.source, command.name);
+            Miss(answers.missing, command.source, command.name, settings.ways);
             continue;
         }
         answers.sections.push_back(answer->text);
-        for (const Source* source : answer->notRead) Miss(answers.missing, source, command.name);
+        for (const Source* source : answer->notRead)
+            Miss(answers.missing, source, command.name, settings.ways);
     }
     return answers;
 }
@@ -100,7 +86,7 @@ void WriteText(const Answers& answers, const std::vector<Way>& ways, std::ostrea
     std::vector<std::string> sections = answers.sections;
     std::vector<Fact> notRead;
     for (const Missing& missing : answers.missing)
-        notRead.push_back({missing.name, missing.commands});
+        notRead.push_back({missing.problem.source, missing.commands});
     if (!notRead.empty()) sections.push_back(Section("Not read", {FactBlock(notRead)}));
     if (!ways.empty()) sections.push_back(WaysSection(ways));
     out << Page(sections);
@@ -123,7 +109,7 @@ Json JsonOf(const Answers& answers, const std::vector<Way>& ways, bool withTime)
     if (!ways.empty()) json["ways"] = WaysJson(ways);
     json["errors"] = Json::array();
     for (const Missing& missing : answers.missing)
-        json["errors"].push_back(ErrorJson(missing.name, missing.message));
+        json["errors"].push_back(ErrorJson(missing.problem.source, missing.problem.message));
     return json;
 }
 

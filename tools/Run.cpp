@@ -63,12 +63,14 @@ int Run(const Options& options) {
     UseLook(LookFor(STDOUT_FILENO, options.color));
     for (const Change& change : Changes()) {
         if (options.command != change.name) continue;
-        const bool done = Make(change, options.order, options.format, std::cout, std::cerr);
+        const bool done = Make(change, options.order, options.settings.ways, options.format,
+                               std::cout, std::cerr);
         Flush();
         return done ? kAllDone : kIncomplete;
     }
     if (options.command == kHealth) {
-        const int status = ShowHealth(options.health, options.format, std::cout, std::cerr);
+        const int status =
+            ShowHealth(options.health, options.settings.ways, options.format, std::cout, std::cerr);
         Flush();
         return status;
     }

@@ -111,6 +111,16 @@ TEST_F(HostReportTest, AreaThatCannotBeReadIsNullWithItsReason) {
     EXPECT_EQ(output.at("errors").at(0).at("source"), Path("sys/firmware/dmi/tables"));
 }
 
+TEST_F(HostReportTest, EveryCommandNamesTheKernelsDeviceThatCannotBeOpened) {
+    const std::string complaint = "cannot open " + Path("dev/ipmi0") + ": No such device";
+    EXPECT_THAT(Run({"health"}).err, HasSubstr(complaint));
+    EXPECT_THAT(Run({"get", "health.verdict"}).err, HasSubstr(complaint));
+    EXPECT_THAT(Run({"watchdog", "stop", "--yes"}).err, HasSubstr(complaint));
+    EXPECT_THAT(
+        Run({"metrics", "--no-pci"}).out,
+        HasSubstr("talvane_source_problem_info{source=\"/dev/ipmi\",reason=\"" + complaint));
+}
+
 TEST_F(HostReportTest, DiskThatCannotBeOpenedIsListedWithoutItsPartitions) {
     const ToolRun drives = Run({"drives"});
     EXPECT_EQ(drives.status, 0) << drives.err;

@@ -1,0 +1,21 @@
+// SPDX-License-Identifier: MIT
+//
+// An area that cannot be read has its reason already.
+
+#include "tools/base/SourceProblem.h"
+
+namespace tool {
+
+std::optional<SourceProblem> AreaProblem(const Source& source, const std::vector<Way>& ways) {
+    for (const Way& way : ways)
+        if (way.area == source.area && !way.problem.empty())
+            return SourceProblem{way.from, way.problem};
+    return std::nullopt;
+}
+
+SourceProblem ProblemOf(const Source& source, const std::vector<Way>& ways) {
+    if (auto problem = AreaProblem(source, ways)) return *problem;
+    return {source.name, source.whyNotRead()};
+}
+
+}  // namespace tool
