@@ -80,6 +80,7 @@ simulator/             simulator/
 tools/base/            tools/base/
 tools/library/         tools/library/ tools/base/ Talvane.h InformationRecords.h IPMI/
 tools/sensors/         tools/sensors/ tools/library/ tools/base/ base/ IPMI/
+tools/doctor/          tools/doctor/ tools/base/ Talvane.h InformationRecords.h transport/
 tools/health/          tools/health/ tools/sensors/ tools/library/ tools/base/
 tools/records/         tools/records/ tools/sensors/ tools/library/ tools/base/ Talvane.h InformationRecords.h PCI/PCIscan.h
 tools/html/            tools/html/ tools/health/ tools/records/ tools/sensors/ tools/library/ tools/base/

@@ -53,7 +53,7 @@ void AddOptions(CLI::App& app, Options& options) {
         "--host", [&options] { Read(options, Reading::kHost); },
         "Read this machine only through the kernel's own interfaces");
     app.add_option("--root", options.root,
-                   "With --host: the folder with the sys, proc and dev to read")
+                   "With --host or doctor: the folder with the sys, proc and dev to read")
         ->type_name("DIR")
         ->check(CLI::ExistingDirectory);
     app.add_option_function<std::string>(
@@ -72,8 +72,9 @@ void AddOptions(CLI::App& app, Options& options) {
 void CheckReading(const Options& options) {
     if (!options.machine.empty() && options.reading != Reading::kChoose)
         throw CLI::ValidationError("--machine", "goes without --direct and --host");
-    if (!options.root.empty() && options.reading != Reading::kHost)
-        throw CLI::ValidationError("--root", "goes with --host alone");
+    const bool takesRoot = options.reading == Reading::kHost || options.command == kDoctor;
+    if (!options.root.empty() && !takesRoot)
+        throw CLI::ValidationError("--root", "goes with --host or doctor alone");
 }
 
 // A command below another is complete before the other one is, and so is selected first.
@@ -343,6 +344,8 @@ void AddCommands(CLI::App& app, Options& options) {
     AddHealth(app, options);
     AddMetrics(app, options);
     AddGet(app, options);
+    AddCommand(app, options, kDoctor, "What stands in the way of reading this machine")
+        ->footer("Exit status: 0 when nothing stops this tool, 1 when something does.");
     AddThresholdChange(app, options);
 }
 

@@ -11,6 +11,7 @@
 
 #include "tools/Changes.h"
 #include "tools/Commands.h"
+#include "tools/DoctorCommand.h"
 #include "tools/GetCommand.h"
 #include "tools/HealthCommand.h"
 #include "tools/MetricsCommand.h"
@@ -35,8 +36,8 @@ struct Watch {
 enum class Reading { kChoose, kDirect, kHost };
 
 struct Options {
-    std::string command;  // kReport, kHealth, kMetrics, kGet, or the name of a row of Commands() or
-                          // Changes()
+    std::string command;  // kReport, kHealth, kMetrics, kGet, kDoctor, or the name of a row of
+                          // Commands() or Changes()
     Format format = Format::kText;
     ColorChoice color = ColorChoice::kAuto;
     std::filesystem::path html;     // the page that kReport writes; empty for none

@@ -79,6 +79,12 @@ int Run(const Options& options) {
         Flush();
         return kAllDone;
     }
+    if (options.command == kDoctor) {
+        const bool isWell = ShowDoctor(ReadFacts(options.root.empty() ? "/" : options.root),
+                                       options.format, std::cout);
+        Flush();
+        return isWell ? kAllDone : kIncomplete;
+    }
     if (options.command == kGet) {
         const bool found = ShowValue(options.path, options.settings, std::cout, std::cerr);
         Flush();

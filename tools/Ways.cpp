@@ -90,6 +90,7 @@ bool ChangesBmc(const Options& options) {
 }  // namespace
 
 std::vector<std::string> AreasOf(const Options& options) {
+    if (options.command == kDoctor) return {};
     if (options.command == kHealth || ChangesBmc(options)) return {sim::kBmcArea};
     for (const Command& command : Commands())
         if (options.command == command.name) return {command.source->area};

@@ -62,7 +62,7 @@ _talvane()
                 # The commands that have a member in the JSON.
                 compopt -o nospace 2>/dev/null
                 help=$("$1" --help 2>/dev/null |
-                    sed -n '/^Commands:/,/^$/{/^  \(report\|get\|metrics\|threshold\) /!s/^  \([a-z]*\) .*/\1./p}')
+                    sed -n '/^Commands:/,/^$/{/^  \(report\|get\|metrics\|doctor\|threshold\) /!s/^  \([a-z]*\) .*/\1./p}')
             else
                 help=$(sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p' <<<"$help")
             fi

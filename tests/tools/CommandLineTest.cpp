@@ -92,7 +92,7 @@ INSTANTIATE_TEST_SUITE_P(
         Refused{{"--host", "board", "--machine", "x"},
                 "--machine: goes without --direct and --host",
                 "board"},
-        Refused{{"board", "--root", "/"}, "--root: goes with --host alone", "board"},
+        Refused{{"board", "--root", "/"}, "--root: goes with --host or doctor alone", "board"},
         Refused{{"watchdog", "stop", "--yes", "20", "--timeout", "30"},
                 "The following arguments were not expected: --yes 20 --timeout 30",
                 "watchdog stop"},

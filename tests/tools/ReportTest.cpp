@@ -23,8 +23,8 @@ std::string WhyShelf() {
            "ber";
 }
 
-const Source kDrawer{"drawer", WhyDrawer};
-const Source kShelf{"shelf", WhyShelf};
+const Source kDrawer{"drawer", WhyDrawer, "kitchen"};
+const Source kShelf{"shelf", WhyShelf, "cellar"};
 
 std::optional<Answer> Spoons(const Settings&) {
     return Answer{"Spoons\n", {{"quantity", 3}}};
@@ -137,6 +137,29 @@ TEST(ReportTest, ShowsAnAnswerOfWhichAPartIsMissingAndNamesThePart) {
 TEST(ReportTest, HandsItsSettingsToTheCommands) {
     const Command commands[] = {{"repeated", "", &kDrawer, Repeated}};
     EXPECT_EQ(Write(commands, Format::kText).out, "7\n");
+}
+
+TEST(ReportTest, AreaThatCannotBeReadIsNotAskedAndNamedByItsWay) {
+    const Command commands[] = {{"spoons", "", &kDrawer, Spoons}, {"jars", "", &kShelf, Spoons}};
+    const Settings settings{.ways = {{"kitchen", false, "/sys/kitchen", "", "the kitchen is shut"},
+                                     {"cellar", true, "/dev/cellar", "half of it", ""}}};
+    std::ostringstream out;
+    std::ostringstream err;
+    reasonsAsked = 0;
+    EXPECT_FALSE(Report(commands, settings, Format::kText, out, err));
+    EXPECT_EQ(out.str(),
+              "Spoons\n"
+              "\n"
+              "Not read\n"
+              "--------\n"
+              "  /sys/kitchen  spoons\n"
+              "\n"
+              "Read from\n"
+              "---------\n"
+              "  kitchen  nothing, /sys/kitchen cannot be read\n"
+              "  cellar   /dev/cellar, directly (half of it)\n");
+    EXPECT_EQ(err.str(), "talvane: the kitchen is shut\n");
+    EXPECT_EQ(reasonsAsked, 0);
 }
 
 TEST(ReportTest, AsksForNoReasonWhenAllIsRead) {
