@@ -150,7 +150,8 @@ bool Report(std::span<const Command> commands, const Settings& settings, Format 
             out << JsonOf(answers, settings.ways, true).dump(kOneLine, ' ', kAsciiOnly) << '\n';
             break;
     }
-    for (const Missing& missing : answers.missing) err << "talvane: " << missing.problem.message << '\n';
+    for (const Missing& missing : answers.missing)
+        err << "talvane: " << missing.problem.message << '\n';
     return answers.missing.empty();
 }
 
