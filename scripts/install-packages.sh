@@ -3,7 +3,7 @@
 #
 # Installs the Debian packages that a task needs and that are missing; does nothing when none is.
 # A bare Debian 12 is enough to start from.
-# Usage: install-packages.sh build|test|bench|lint|vm|package...
+# Usage: install-packages.sh build|test|bridge|bench|lint|vm|package...
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
@@ -11,6 +11,8 @@ build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
 # man formats the man pages.
 test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq man-db"
 test="$test python3-jsonschema"
+# The bridge's own tests.
+bridge='cmake ninja-build g++ libcli11-dev libfuse3-dev pkg-config googletest'
 # qemu-user counts instructions, valgrind those within one call.
 bench="$build valgrind dmidecode qemu-user"
 lint="$build googletest clang-tidy"
@@ -28,13 +30,14 @@ for task in "$@"; do
     case $task in
         build) wanted="$wanted $build" ;;
         test) wanted="$wanted $test" ;;
+        bridge) wanted="$wanted $bridge" ;;
         bench) wanted="$wanted $bench" ;;
         lint) wanted="$wanted $lint" ;;
         vm) wanted="$wanted $vm" ;;
         package) wanted="$wanted $package" ;;
         *)
             echo "install-packages.sh: unknown task '$task'" \
-                '(build, test, bench, lint, vm or package)' >&2
+                '(build, test, bridge, bench, lint, vm or package)' >&2
             exit 2
             ;;
     esac
