@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
@@ -56,12 +57,6 @@ void Log(Priority priority, std::string_view message) noexcept {
 
 std::string WithReason(const std::string& text, int error) {
     return text + ": " + std::generic_category().message(error);
-}
-
-void Outcomes::Log(const std::string& what, int error) {
-    const int before = last_.exchange(error);
-    if (error == 0) return bridge::Log(Priority::kDebug, what + ": done");
-    bridge::Log(error == before ? Priority::kDebug : Priority::kWarning, WithReason(what, error));
 }
 
 }  // namespace bridge

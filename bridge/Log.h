@@ -4,7 +4,6 @@
 #ifndef TALVANE_BRIDGE_LOG_H
 #define TALVANE_BRIDGE_LOG_H
 
-#include <atomic>
 #include <string>
 #include <string_view>
 
@@ -21,17 +20,6 @@ void Log(Priority priority, std::string_view message) noexcept;
 
 // "text: what the errno means".
 std::string WithReason(const std::string& text, int error);
-
-// The outcomes of something that agents try again and again. The first of several equal failures in
-// a row is a warning, the others are debug messages.
-class Outcomes {
-public:
-    // `error` is an errno, or 0.
-    void Log(const std::string& what, int error);
-
-private:
-    std::atomic<int> last_ = 0;
-};
 
 }  // namespace bridge
 

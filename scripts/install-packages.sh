@@ -3,7 +3,7 @@
 #
 # Installs the Debian packages that a task needs and that are missing; does nothing when none is.
 # A bare Debian 12 is enough to start from.
-# Usage: install-packages.sh build|test|coverage|bench|lint|vm|fleet|package|page...
+# Usage: install-packages.sh build|test|bridge|coverage|bench|lint|vm|fleet|package|page...
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
@@ -12,6 +12,8 @@ build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
 test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq man-db"
 test="$test python3-jsonschema"
 coverage='gcovr'
+# The bridge's own tests.
+bridge='cmake ninja-build g++ libcli11-dev libfuse3-dev pkg-config googletest'
 # qemu-user counts instructions, valgrind those within one call.
 bench="$build valgrind dmidecode qemu-user"
 lint="$build googletest clang-tidy"
@@ -35,6 +37,7 @@ for task in "$@"; do
         build) wanted="$wanted $build" ;;
         test) wanted="$wanted $test" ;;
         coverage) wanted="$wanted $coverage" ;;
+        bridge) wanted="$wanted $bridge" ;;
         bench) wanted="$wanted $bench" ;;
         lint) wanted="$wanted $lint" ;;
         vm) wanted="$wanted $vm" ;;
@@ -43,7 +46,7 @@ for task in "$@"; do
         page) wanted="$wanted $page" ;;
         *)
             echo "install-packages.sh: unknown task '$task'" \
-                '(build, test, coverage, bench, lint, vm, fleet, package or page)' >&2
+                '(build, test, bridge, coverage, bench, lint, vm, fleet, package or page)' >&2
             exit 2
             ;;
     esac

@@ -31,7 +31,7 @@ constexpr std::uint8_t kMaxNetFn = 0x3F;  // six bits; odd ones are responses (I
 constexpr std::uint8_t kMaxLun = 3;
 
 // A caller that states no time-out gets the time after which the kernel gives a BMC up. No caller
-// waits longer than a minute, since its thread cannot be interrupted while it waits.
+// waits longer than a minute, so that a silent BMC does not keep its file busy for long.
 constexpr std::chrono::milliseconds kDefaultTimeout{5000};
 constexpr std::chrono::milliseconds kMaxTimeout{60000};
 

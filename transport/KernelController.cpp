@@ -11,9 +11,10 @@
 #include <sys/ioctl.h>
 #include <unistd.h>
 
-#include <algorithm>
+#include <array>
 #include <cerrno>
-#include <limits>
+
+#include "transport/PollTimeout.h"
 
 namespace transport {
 namespace {
@@ -21,13 +22,6 @@ namespace {
 // Whether an errno means that the file's interface is gone for good.
 bool IsGone(int error) {
     return error == ENODEV || error == ENXIO || error == EIO || error == ESHUTDOWN;
-}
-
-int Remaining(Deadline deadline) {
-    using std::chrono::milliseconds;
-    const auto left = std::chrono::ceil<milliseconds>(deadline - Deadline::clock::now()).count();
-    const auto most = static_cast<milliseconds::rep>(std::numeric_limits<int>::max());
-    return static_cast<int>(std::clamp<milliseconds::rep>(left, 0, most));
 }
 
 }  // namespace
@@ -43,9 +37,11 @@ int KernelController::Open() {
 void KernelController::Close() {
     if (descriptor_ >= 0) (void)close(descriptor_);  // result not used: nothing is buffered
     descriptor_ = -1;
+    underWay_ = 0;
 }
 
 int KernelController::Exchange(const Request& request, Deadline deadline, Response& response) {
+    if (cancelled_ != nullptr && cancelled_->IsRaised()) return ECANCELED;
     const bool wasOpen = descriptor_ >= 0;
     int error = Open();
     if (error == 0) error = Send(request);
@@ -62,7 +58,8 @@ int KernelController::Exchange(const Request& request, Deadline deadline, Respon
 }
 
 int KernelController::Send(const Request& request) {
-    DropLate();
+    if (const int error = DropLate(); IsGone(error)) return error;
+    if (underWay_ >= kMaxUnderWay) return EBUSY;
     ipmi_system_interface_addr address{};
     address.addr_type = IPMI_SYSTEM_INTERFACE_ADDR_TYPE;
     address.channel = IPMI_BMC_CHANNEL;
@@ -78,6 +75,7 @@ int KernelController::Send(const Request& request) {
     message.msg.data_len = static_cast<unsigned short>(data.size());
     if (ioctl(descriptor_, IPMICTL_SEND_COMMAND, &message) != 0) return errno;
     ++sent_;
+    ++underWay_;
     return 0;
 }
 
@@ -93,30 +91,49 @@ int KernelController::Take(ipmi_recv& message, MessageBuffer& data) {
     const int error = ioctl(descriptor_, IPMICTL_RECEIVE_MSG_TRUNC, &message) == 0 ? 0 : errno;
     message.addr = nullptr;  // its buffer ends with this function
     // EMSGSIZE means that the response was cut to the longest length there can be.
-    return error == EMSGSIZE ? 0 : error;
+    if (error != 0 && error != EMSGSIZE) return error;
+    if (message.recv_type == IPMI_RESPONSE_RECV_TYPE && underWay_ > 0) --underWay_;
+    return 0;
 }
 
-// Takes the responses to requests that were given up. While they are queued, the kernel counts them
-// among the messages under way, and it allows a file only 100 of those.
-void KernelController::DropLate() {
+// Takes the responses to requests that were given up. Until then they count as under way, here and
+// in the kernel. Returns the errno that ended it: EAGAIN when all were taken.
+int KernelController::DropLate() {
     MessageBuffer data;
     ipmi_recv message{};
-    while (Take(message, data) == 0) continue;
+    for (;;)
+        if (const int error = Take(message, data)) return error;
+}
+
+void KernelController::WorkOff(Deadline deadline) {
+    while (underWay_ > 0) {
+        const int error = DropLate();
+        if (error != EAGAIN && error != EINTR) return;
+        if (underWay_ > 0 && WaitForMessage(deadline) != 0) return;
+    }
+}
+
+// Waits until the file's queue has a message. Returns 0 or an errno.
+int KernelController::WaitForMessage(Deadline deadline) {
+    for (;;) {
+        std::array<pollfd, 2> ready{{{descriptor_, POLLIN, 0}, {-1, POLLIN, 0}}};
+        if (cancelled_ != nullptr) ready[1].fd = cancelled_->Descriptor();
+        const int count = poll(ready.data(), cancelled_ == nullptr ? 1 : 2, PollTimeout(deadline));
+        if (count == 0) return ETIMEDOUT;
+        if (count < 0) {
+            if (errno == EINTR) continue;
+            return errno;
+        }
+        if (ready[1].revents != 0) return ECANCELED;
+        return (ready[0].revents & POLLIN) != 0 ? 0 : ENODEV;
+    }
 }
 
 // Skips late responses and events.
 int KernelController::Receive(Deadline deadline, Response& response) {
     MessageBuffer data;
     for (;;) {
-        pollfd ready{descriptor_, POLLIN, 0};
-        const int count = poll(&ready, 1, Remaining(deadline));
-        if (count == 0) return ETIMEDOUT;
-        if (count < 0) {
-            if (errno == EINTR) continue;
-            return errno;
-        }
-        if ((ready.revents & POLLIN) == 0) return ENODEV;
-
+        if (const int error = WaitForMessage(deadline)) return error;
         ipmi_recv message{};
         if (const int error = Take(message, data)) {
             if (error == EAGAIN || error == EINTR) continue;

@@ -11,7 +11,8 @@
 
 namespace transport {
 
-int Session::Serve(std::span<const std::uint8_t> call, Bytes& answer) {
+int Session::Serve(std::span<const std::uint8_t> call, Bytes& answer,
+                   std::optional<Deadline> stated) {
     if (call.size() < kRecordSize) return EINVAL;
     CallerRecord record;
     if (const int error = DecodeRecord(call.first<kRecordSize>(), record)) return error;
@@ -19,7 +20,7 @@ int Session::Serve(std::span<const std::uint8_t> call, Bytes& answer) {
     if (data.size() != record.dataLength)
         return EINVAL;  // the caller has changed the record since it was first read
 
-    const Deadline deadline = Deadline::clock::now() + record.timeout;
+    const Deadline deadline = stated.value_or(Deadline::clock::now() + record.timeout);
     const std::unique_lock<std::timed_mutex> lock(oneAtATime_, deadline);
     if (!lock) return ETIMEDOUT;
     const Request request{record.netFn, record.lun, record.command,

@@ -8,6 +8,7 @@
 
 #include <cstdint>
 #include <mutex>
+#include <optional>
 #include <span>
 
 #include "transport/Message.h"
@@ -21,8 +22,10 @@ public:
     Session(Controller& bmc, Reservation& reservation) : reads_(bmc, reservation) {}
 
     // Carries out the request in `call`: a record of 32 bytes, then the request's data. Returns 0
-    // or an errno. On 0 `answer` holds the record with its result, then the response.
-    [[nodiscard]] int Serve(std::span<const std::uint8_t> call, Bytes& answer);
+    // or an errno. On 0 `answer` holds the record with its result, then the response. Waits until
+    // `stated`, or as long as the record's time-out when there is none.
+    [[nodiscard]] int Serve(std::span<const std::uint8_t> call, Bytes& answer,
+                            std::optional<Deadline> stated = std::nullopt);
 
     // Requests that got an answer.
     [[nodiscard]] unsigned long Served() const { return served_; }

@@ -6,7 +6,6 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
 #include <cstdlib>
 
 #include "bridge/Log.h"
@@ -67,19 +66,6 @@ TEST_F(LogTest, ADebugMessageIsLoggedWhenAskedFor) {
     bridge::LogEverything(true);
     bridge::Log(Priority::kDebug, "such and such");
     EXPECT_THAT(GetCapturedStderr(), HasSubstr("such and such"));
-}
-
-TEST_F(LogTest, OfEqualFailuresInARowOnlyTheFirstIsLogged) {
-    bridge::Outcomes outcomes;
-    outcomes.Log("open", 0);
-    for (int i = 0; i < 3; ++i) outcomes.Log("open", ENODEV);
-    outcomes.Log("open", EACCES);
-    outcomes.Log("open", 0);
-    outcomes.Log("open", EACCES);
-    EXPECT_EQ(GetCapturedStderr(),
-              "talvane-ipmi-bridge: open: No such device\n"
-              "talvane-ipmi-bridge: open: Permission denied\n"
-              "talvane-ipmi-bridge: open: Permission denied\n");
 }
 
 }  // namespace

@@ -119,8 +119,13 @@ int close(int file) {
 
 int poll(pollfd* files, nfds_t count, int timeout) {
     FakeKernelDevice* const device = FakeKernelDevice::Current();
-    if (device != nullptr && count == 1 && device->Owns(files->fd))
+    if (device != nullptr && count != 0 && device->Owns(files->fd)) {
+        // What is waited for beside the device is the kernel's own. It is looked at once.
+        files->revents = 0;
+        const int others = static_cast<int>(syscall(SYS_poll, files + 1, count - 1, 0));
+        if (others != 0) return others;
         return device->Poll(files->fd, timeout, files->revents);
+    }
     return static_cast<int>(syscall(SYS_poll, files, count, timeout));
 }
 

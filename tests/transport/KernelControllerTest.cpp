@@ -143,6 +143,79 @@ TEST_F(KernelControllerTest, AnEventIsSkippedAndTheResponseTaken) {
     EXPECT_THAT(response.data, ElementsAre(0x22));
 }
 
+// Other programs wait while the BMC works such requests off.
+TEST_F(KernelControllerTest, RequestsThatWereGivenUpAreBoundedUntilTheirResponsesCome) {
+    BeSilent();
+    for (unsigned i = 0; i < transport::kMaxUnderWay; ++i) ASSERT_EQ(Ask(), ETIMEDOUT);
+    EXPECT_EQ(Ask(), EBUSY);
+    EXPECT_THAT(device.sent, SizeIs(transport::kMaxUnderWay));
+    device.Queue(device.sent[0].file, {kResponseType, device.sent[0].id, {0x00, 0x11}});
+    EXPECT_EQ(Ask(), ETIMEDOUT);
+    EXPECT_EQ(Ask(), EBUSY);
+}
+
+TEST_F(KernelControllerTest, AnEventIsNotTakenForTheResponseToARequestThatWasGivenUp) {
+    BeSilent();
+    for (unsigned i = 0; i < transport::kMaxUnderWay; ++i) ASSERT_EQ(Ask(), ETIMEDOUT);
+    device.Queue(device.sent[0].file, {IPMI_ASYNC_EVENT_RECV_TYPE, 0, {0x00, 0x11}});
+    EXPECT_EQ(Ask(), EBUSY);
+}
+
+TEST_F(KernelControllerTest, ADeviceThatCameBackHasNoRequestsUnderWay) {
+    BeSilent();
+    for (unsigned i = 0; i < transport::kMaxUnderWay; ++i) ASSERT_EQ(Ask(), ETIMEDOUT);
+    device.Disappear();
+    device.ComeBack();
+    AnswerWith({0x00, 0x22});
+    EXPECT_EQ(Ask(), 0);
+}
+
+TEST_F(KernelControllerTest, WorkingOffTakesTheResponsesToRequestsThatWereGivenUp) {
+    BeSilent();
+    ASSERT_EQ(Ask(), ETIMEDOUT);
+    ASSERT_EQ(Ask(), ETIMEDOUT);
+    device.waits.clear();
+    int next = 0;
+    device.onWait = [&] {
+        const Sent& sent = device.sent.at(static_cast<std::size_t>(next++));
+        device.Queue(sent.file, {kResponseType, sent.id, {0x00, 0x11}});
+    };
+    kernel.WorkOff(In(milliseconds(3000)));
+    EXPECT_THAT(device.waits, SizeIs(2));
+    kernel.WorkOff(In(milliseconds(3000)));
+    EXPECT_THAT(device.waits, SizeIs(2));
+}
+
+TEST_F(KernelControllerTest, WorkingOffEndsWithTheDeadline) {
+    BeSilent();
+    ASSERT_EQ(Ask(), ETIMEDOUT);
+    device.waits.clear();
+    kernel.WorkOff(In(milliseconds(3000)));
+    EXPECT_THAT(device.waits, ElementsAre(AllOf(Gt(2000), Le(3000))));
+}
+
+TEST_F(KernelControllerTest, ACancelledRequestEndsAtOnceAndIsNotSent) {
+    transport::Flag cancelled;
+    transport::KernelController own{FakeKernelDevice::kPath, &cancelled};
+    cancelled.Raise();
+    EXPECT_EQ(Ask(own), ECANCELED);
+    EXPECT_THAT(device.sent, SizeIs(0));
+    cancelled.Lower();
+    EXPECT_EQ(Ask(own), 0);
+}
+
+TEST_F(KernelControllerTest, ARequestIsCancelledWhileItIsWaitedFor) {
+    transport::Flag cancelled;
+    transport::KernelController own{FakeKernelDevice::kPath, &cancelled};
+    device.onSend = [&](const Sent&) { cancelled.Raise(); };
+    EXPECT_EQ(Ask(own), ECANCELED);
+    EXPECT_THAT(device.sent, SizeIs(1));
+    cancelled.Lower();
+    AnswerWith({0x00, 0x22});
+    EXPECT_EQ(Ask(own), 0);
+    EXPECT_THAT(response.data, ElementsAre(0x22));
+}
+
 // The kernel counts a response as under way until it is taken.
 TEST_F(KernelControllerTest, LateResponsesAreDroppedSoThatTheKernelTakesMoreRequests) {
     device.limit = 3;

@@ -142,6 +142,9 @@ TEST_F(SessionTest, TheDeadlineIsTheTimeOutOfTheRecordFromNow) {
     EXPECT_EQ(waiting.Serve(call, answer), ETIMEDOUT);
     EXPECT_GE(silent.deadline - before, std::chrono::seconds(10));
     EXPECT_LE(silent.deadline - transport::Deadline::clock::now(), std::chrono::seconds(10));
+    const auto stated = before + std::chrono::seconds(3);
+    EXPECT_EQ(waiting.Serve(call, answer, stated), ETIMEDOUT);
+    EXPECT_EQ(silent.deadline, stated);
 }
 
 // Answers with the request's own data, and notes when requests overlap.
