@@ -22,7 +22,8 @@ import table as tables
 LEAST_FIELDS = {
     "SMBIOS": 36, "PCI": 78, "sensors": 225, "threshold list": 130, "threshold set": 7, "watchdog": 15,
     "watchdog at work": 4, "inventory": 12, "drives": 21, "partitions": 24, "load": 5, "bridge": 51,
-    "STRICT_DEVMEM": 16, "64-bit kernel": 17, "64-bit bridge": 51,
+    "STRICT_DEVMEM": 16, "64-bit kernel": 17, "64-bit bridge": 51, "host": 63,
+    "64-bit host": 63,
 }
 
 
@@ -61,8 +62,43 @@ def wide_kernel(table, report, results):
     """A 64-bit kernel, with the bridge as a 64-bit program: the same machine, so the same answers."""
     wide = json.loads((results / "report.json").read_text())
     for name in report:
-        if name != "load":
+        if name not in ("load", "ways"):
             table.compare("64-bit kernel", "32-bit kernel", name, wide[name], report[name])
+
+
+def by_serial_number(report, direct):
+    """Drives and partitions of a report, with the devices that the same disks have in another one."""
+    place = {drive["serialNumber"]: drive for drive in direct["drives"]}
+    device = {drive["device"]: place[drive["serialNumber"]]["device"] for drive in report["drives"]}
+    drives = [drive | {"device": device[drive["device"]],
+                       "position": place[drive["serialNumber"]]["position"]}
+              for drive in report["drives"]]
+    partitions = [entry | {"device": device[entry["device"][:8]] + entry["device"][8:]}
+                  for entry in report["partitions"]]
+    order = lambda entry: entry["device"][:8]  # by disks, and as listed within one
+    return sorted(drives, key=order), sorted(partitions, key=order)
+
+
+def through_kernel(table, area, direct, results):
+    """What is read through the kernel's own interfaces, beside what was read directly."""
+    compare = lambda *args: table.compare(area, "directly read", *args)
+    for name in ("host", "chosen", "agent"):
+        report = json.loads((results / f"{name}.json").read_text())
+        report["drives"], report["partitions"] = by_serial_number(report, direct)
+        for member in direct:
+            if member not in ("load", "ways"):
+                compare(f"{name}: {member}", report[member], direct[member])
+    chosen = json.loads((results / "chosen.json").read_text())["ways"]
+    smbios = "host" if results.name == "strict" else "direct"  # whatever the kernel grants
+    for name, way in {"smbios": smbios, "bmc": "direct", "pci": "direct", "drives": "host", "load": "direct"}.items():
+        compare(f"way of {name}", chosen[name]["way"], way)
+    nobody = json.loads((results / "nobody.json").read_text())
+    compare("nobody: pci", nobody["pci"], direct["pci"])
+    compare("nobody: models", sorted(drive["model"] for drive in nobody["drives"]),
+            sorted(drive["model"] for drive in direct["drives"]))
+    compare("nobody: not read", [error["source"] for error in nobody["errors"]],
+            ["/sys/firmware/dmi/tables", "/dev/ipmi0", "/dev/hd*"])
+    compare("nobody: status", (results / "nobody.status").read_text().strip(), "1")
 
 
 def bridge(table, area, results):
@@ -100,7 +136,9 @@ def main():
     load(table, relaxed)
     bridge(table, "bridge", relaxed)
     refusing_kernel(table, report, results / "strict")
+    through_kernel(table, "host", report, results / "strict")
     wide_kernel(table, report, results / "wide")
+    through_kernel(table, "64-bit host", report, results / "wide")
     bridge(table, "64-bit bridge", results / "wide")
 
     print(table.text())
