@@ -108,7 +108,10 @@ INSTANTIATE_TEST_SUITE_P(
         Ill{"bmc", [](Facts& f) { f.askBmc.error = ETIMEDOUT; }, true, ETIMEDOUT},
         Ill{"bridge", [](Facts& f) { f.openBridge.error = ENOENT; }, false, ENOENT},
         Ill{"ipmi-programs",
-            [](Facts& f) { f.otherIpmiPrograms = {"talvane-ipmi-br", "ipmitool"}; }, false, 0},
+            [](Facts& f) {
+                f.otherIpmiPrograms = {"talvane-ipmi-br", "ipmitool"};
+            },
+            false, 0},
         Ill{"proc-ide", [](Facts& f) { f.listIde.error = ENOENT; }, false, ENOENT},
         Ill{"disks", [](Facts& f) { f.firstDisk = ""; }, false, 0},
         Ill{"disk-open", [](Facts& f) { f.openDisk.error = EPERM; }, true, EPERM},

@@ -13,7 +13,6 @@
 
 namespace {
 
-using nlohmann::json;
 using testing::EndsWith;
 using testing::HasSubstr;
 
@@ -26,8 +25,8 @@ TEST_P(SameReportTest, ReportOfTheTreeIsThatOfItsMachine) {
     WriteTree(folder, tree);
     const ToolRun host = RunTool({"report", "--host", "--root", tree.root, "--json"});
     const ToolRun home = RunTool({"report", "--machine", folder, "--json"});
-    const json read = json::parse(host.out);
-    const json wanted = json::parse(home.out);
+    const nlohmann::json read = nlohmann::json::parse(host.out);
+    const nlohmann::json wanted = nlohmann::json::parse(home.out);
     for (const char* member : {"system", "board", "cpu", "memory", "ports", "power", "fans",
                                "voltages", "temperatures", "pci", "drives", "partitions"}) {
         // Without an IDE controller a machine has no list of drives; a running system has one.
@@ -93,19 +92,19 @@ TEST_F(HostReportTest, ReportEndsWithTheWaysAndTheReasons) {
 TEST_F(HostReportTest, CommandReadsItsAreaAlone) {
     const ToolRun run = Run({"pci", "--json"});
     EXPECT_EQ(run.status, 0) << run.err;
-    const json output = json::parse(run.out);
+    const nlohmann::json output = nlohmann::json::parse(run.out);
     EXPECT_EQ(output.at("pci").size(), 1u);
-    EXPECT_EQ(output.at("ways"), json({{"pci",
-                                        {{"way", "host"},
-                                         {"from", Path("sys/bus/pci/devices")},
-                                         {"note", nullptr},
-                                         {"read", true}}}}));
+    EXPECT_EQ(output.at("ways"), nlohmann::json({{"pci",
+                                                  {{"way", "host"},
+                                                   {"from", Path("sys/bus/pci/devices")},
+                                                   {"note", nullptr},
+                                                   {"read", true}}}}));
 }
 
 TEST_F(HostReportTest, AreaThatCannotBeReadIsNullWithItsReason) {
     const ToolRun run = Run({"board", "--json"});
     EXPECT_EQ(run.status, 1);
-    const json output = json::parse(run.out);
+    const nlohmann::json output = nlohmann::json::parse(run.out);
     EXPECT_TRUE(output.at("board").is_null());
     EXPECT_EQ(output.at("ways").at("smbios").at("read"), false);
     EXPECT_EQ(output.at("errors").at(0).at("source"), Path("sys/firmware/dmi/tables"));
@@ -136,18 +135,18 @@ TEST_F(HostReportTest, SectionOfWaysIsInTheReportAlone) {
 
 TEST(ReadingTest, DirectReadingDoesNotFallBack) {
     const ToolRun run = RunTool({"pci", "--direct", "--json"});
-    EXPECT_EQ(json::parse(run.out).at("ways").at("pci").at("way"), "direct");
+    EXPECT_EQ(nlohmann::json::parse(run.out).at("ways").at("pci").at("way"), "direct");
 }
 
 TEST(ReadingTest, LoadIsReadDirectlyWhateverTheChoice) {
     const ToolRun run = RunTool({"load", "--json"});
-    EXPECT_EQ(json::parse(run.out).at("ways").at("load").at("way"), "direct");
+    EXPECT_EQ(nlohmann::json::parse(run.out).at("ways").at("load").at("way"), "direct");
 }
 
 TEST(ReadingTest, SimulatedServerHasNoWays) {
     const ToolRun run =
         RunTool({"pci", "--json", "--machine", TALVANE_SOURCE "/machines/full-server"});
-    EXPECT_FALSE(json::parse(run.out).contains("ways"));
+    EXPECT_FALSE(nlohmann::json::parse(run.out).contains("ways"));
 }
 
 }  // namespace

@@ -17,14 +17,14 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr const char* kMachine =
+constexpr const char* kPageMachine =
     "smbios version 2.3\n"
     "structure 1 handle 0x0100 length 25\n"
     "    string 4 \"Maker <b>\"\n"
     "    string 5 \"Product\"\n";
 
 TEST(HtmlReportTest, ReplacesTheFileAndPrintsNothing) {
-    const MachineFolder machine(kMachine);
+    const MachineFolder machine(kPageMachine);
     const TemporaryFolder folder;
     const std::string file = folder.Path() / "report.html";
     WriteFile(file, "old");
@@ -40,7 +40,7 @@ TEST(HtmlReportTest, ReplacesTheFileAndPrintsNothing) {
 }
 
 TEST(HtmlReportTest, WhatIsNoFileIsRefusedAndStays) {
-    const MachineFolder machine(kMachine);
+    const MachineFolder machine(kPageMachine);
     const std::string fifo = machine.Path() / "fifo";
     ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
     for (const std::string& target : {fifo, machine.Path().string()}) {
@@ -52,7 +52,7 @@ TEST(HtmlReportTest, WhatIsNoFileIsRefusedAndStays) {
 }
 
 TEST(HtmlReportTest, AFolderThatIsNotThereIsNamed) {
-    const MachineFolder machine(kMachine);
+    const MachineFolder machine(kPageMachine);
     const ToolRun run = machine.Run({"report", "--html", "/nowhere/report.html"});
     EXPECT_EQ(run.status, 2);
     EXPECT_EQ(run.err, "talvane: cannot write /nowhere/report.html: No such file or directory\n");
