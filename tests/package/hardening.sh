@@ -18,6 +18,7 @@ fail() {
 
 header=$(readelf -hW "$file") && dynamic=$(readelf -dW "$file") &&
     segments=$(readelf -lW "$file") && imports=$(nm -D --undefined-only "$file") || exit 2
+imports=$(echo "$imports" | sed "s/@.*//")  # without the version
 
 # has TEXT PATTERN COMPLAINT
 has() {
