@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Exceptions of the C++ library and of system calls.
 
 #include "bridge/Failure.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Counts how many messages may still pass; each interval adds one.
 
 #include "bridge/LimitedLog.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// A file is freed after its thread has ended, so that nobody waits for a thread.
 
 #include "bridge/OpenFiles.h"
 

@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// Blocked signals, which a descriptor of the kernel hands out.
 
 #include "bridge/StopSignals.h"
 

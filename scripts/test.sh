@@ -3,8 +3,9 @@
 #
 # Installs what is missing, then builds and runs all tests, optimised and under the sanitizers.
 # Ends with one line per build and the sum; fails when anything failed.
-# Usage: test.sh [PRESET...]; by default release and asan. On a kernel that runs no 32-bit programs
-# they are emulated, which takes many times as long: there release alone is the default.
+# Usage: test.sh [PRESET...]; by default release and asan, and the bridge as a program of this machine.
+# On a kernel that runs no 32-bit programs they are emulated, which takes many times as long: there the
+# default is release, and the bridge.
 set -u
 cd "$(dirname "$0")/.." || exit 2
 
@@ -12,7 +13,9 @@ scripts/install-packages.sh test || exit 1
 programs=$(scripts/enable-32-bit.sh) || exit 1
 scripts/fetch-python.sh >/dev/null || echo 'going on without the test of an agent in Python' >&2
 skipped_presets=
+with_bridge=
 if [ $# -eq 0 ]; then
+    with_bridge=yes
     if [ "$programs" = native ]; then
         set -- release asan
     else
@@ -69,6 +72,19 @@ for preset in "$@"; do
     passed=$((passed + run_passed))
     failed=$((failed + run_failed))
 done
+
+if [ -n "$with_bridge" ]; then
+    echo '== bridge: build and test'
+    if scripts/test-bridge.sh >"$logs/bridge" 2>&1; then
+        summary="${summary}bridge: passed under the sanitizers
+"
+    else
+        cat "$logs/bridge"
+        summary="${summary}bridge: failed
+"
+        broken=1
+    fi
+fi
 
 # How the answers about captured machines compare with dmidecode's, where the captures are.
 table=build/$1/tests/captures/captures_table

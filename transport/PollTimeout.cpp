@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// The kernel counts whole milliseconds, in an int.
 
 #include "transport/PollTimeout.h"
 

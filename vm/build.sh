@@ -37,6 +37,9 @@ ln -sf mawk "$root/usr/bin/awk"    # both made by maintainer scripts otherwise
 ln -sf dash "$root/usr/bin/sh"
 echo 'root:x:0:0:root:/root:/bin/bash' >"$root/etc/passwd"
 echo 'root:x:0:' >"$root/etc/group"
+# The bridge's user, whom its package makes elsewhere.
+echo 'talvane-ipmi:x:990:990::/:/usr/sbin/nologin' >>"$root/etc/passwd"
+echo 'talvane-ipmi:x:990:' >>"$root/etc/group"
 install -m 755 machine-start "$root/usr/sbin/machine-start"
 
 # What the 32-bit bridge is compiled and linked with.

@@ -15,9 +15,12 @@ for entry in "$work"/usr/lib/*; do
     case ${entry##*/} in i386-linux-gnu | systemd) continue ;; esac
     mv "$entry" "$work/usr/lib/i386-linux-gnu"
 done
-mkdir -p "$work/usr/sbin" "$work/usr/share/man/man8" "$work/usr/lib/systemd/system"
-touch "$work/usr/sbin/talvane-ipmi-bridge" "$work/usr/share/man/man8/talvane-ipmi-bridge.8" \
-    "$work/usr/lib/systemd/system/talvane-ipmi-bridge.service"
+for file in sbin/talvane-ipmi-bridge share/man/man8/talvane-ipmi-bridge.8 \
+    lib/systemd/system/talvane-ipmi-bridge.service lib/sysusers.d/talvane-ipmi-bridge.conf \
+    lib/udev/rules.d/60-talvane-ipmi-bridge.rules; do
+    mkdir -p "$work/usr/${file%/*}"
+    touch "$work/usr/$file"
+done
 
 cd "$work" || exit 2
 find usr ! -type d | sort >files

@@ -17,7 +17,8 @@ fail() {
 }
 
 header=$(readelf -hW "$file") && dynamic=$(readelf -dW "$file") &&
-    segments=$(readelf -lW "$file") && imports=$(nm -D --undefined-only --without-symbol-versions "$file") || exit 2
+    segments=$(readelf -lW "$file") &&
+    imports=$(nm -D --undefined-only --without-symbol-versions "$file") || exit 2
 
 # has TEXT PATTERN COMPLAINT
 has() {
