@@ -80,6 +80,15 @@ TEST_F(TableCopyTest, TableThatCrossesASixtyFourKibibyteBoundaryIsRead) {
     ExpectWhole();
 }
 
+TEST_F(TableCopyTest, TableAtAnOddAddressIsReadFromTheStartOfItsSixtyFourKibibytes) {
+    sim::SmbiosPlacement placement;
+    placement.table = 0x28001;
+    Open(placement);
+    ExpectWhole();
+    EXPECT_EQ(server.GetLog().Lines().at(3), "lseek /dev/mem 0x20000 -> 0x20000");
+    EXPECT_EQ(server.GetLog().Lines().at(4), "read /dev/mem 0x20000 196608 -> 196608");
+}
+
 TEST_F(TableCopyTest, TableThatRunsPastTheReadIsZeroThere) {
     // The first segment is read alone, 64 KiB: what lies after it is not in the buffer.
     const sim::Bytes bytes = table.Image();
