@@ -5,7 +5,7 @@
 A change that no test notices is a survivor: a gap in the tests, or a change that makes no
 difference. Only the library is built anew, from a copy of the sources; the test programs are those of
 the debug preset, which the dynamic linker gives the changed library. Goes on where the last run
-stopped. The same seed gives the same changes.
+stopped, and tries survivors again. The same seed gives the same changes.
 
   mutate.py --count 200              tries changes until there are results of 200
   mutate.py --count 50 --room IPMI   of one folder only
@@ -251,6 +251,15 @@ def equivalents():
     return known
 
 
+def forget_survivors():
+    """A survivor is tried again, since it may have a test now."""
+    known = equivalents()
+    kept = [r for r in read_results() if r["verdict"] != "survived"
+            or f"{r['file']}: {r['before']} -> {r['after']}" in known]
+    WORK.mkdir(parents=True, exist_ok=True)
+    RESULTS.write_text("".join(json.dumps(result) + "\n" for result in kept))
+
+
 def report():
     results = read_results()
     known = equivalents()
@@ -290,6 +299,7 @@ def main():
     rooms = options.room or list(PROGRAMS)
     changes = list(all_changes(rooms))
     random.Random(options.seed).shuffle(changes)
+    forget_survivors()
     done = {(r["file"], r["line"], r["before"], r["after"]) for r in read_results()}
     prepare(rooms, options)
     counted = sum(r["verdict"] != "does not compile" for r in read_results())
