@@ -114,7 +114,7 @@ TEST_F(HostReportTest, EveryCommandNamesTheKernelsDeviceThatCannotBeOpened) {
     const std::string complaint = "cannot open " + Path("dev/ipmi0") + ": No such device";
     EXPECT_THAT(Run({"health"}).err, HasSubstr(complaint));
     EXPECT_THAT(Run({"get", "health.verdict"}).err, HasSubstr(complaint));
-    EXPECT_THAT(Run({"watchdog", "stop", "--yes"}).err, HasSubstr(complaint));
+    EXPECT_THAT(Run({"watchdog", "stop"}).err, HasSubstr(complaint));
     EXPECT_THAT(
         Run({"metrics", "--no-pci"}).out,
         HasSubstr("talvane_source_problem_info{source=\"/dev/ipmi\",reason=\"" + complaint));
