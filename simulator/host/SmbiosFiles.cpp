@@ -32,8 +32,10 @@ constexpr EntryPointLayout kEntryPoints[] = {
 };
 
 void PutNumber(Bytes& bytes, std::size_t at, unsigned size, std::size_t value) {
-    for (unsigned i = 0; i < size; ++i)
-        bytes[at + i] = i < sizeof value ? static_cast<std::uint8_t>(value >> (8 * i)) : 0;
+    for (unsigned i = 0; i < size; ++i) {
+        const std::size_t rest = i < sizeof value ? value >> (8 * i) : 0;
+        bytes[at + i] = static_cast<std::uint8_t>(rest & 0xFF);
+    }
 }
 
 // The offset after the structure at `at` and its strings; past the end when it is not whole.
