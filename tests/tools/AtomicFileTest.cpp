@@ -8,6 +8,7 @@
 #include <sys/stat.h>
 
 #include <csignal>
+#include <fstream>
 #include <iterator>
 #include <system_error>
 
