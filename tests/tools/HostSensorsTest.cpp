@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// A BMC behind the kernel's messages looks as it does behind the device that agents know.
+// A BMC read through the kernel's messages looks as it does through the device that agents know.
 
 #include <gtest/gtest.h>
 
