@@ -12,9 +12,9 @@
 #include <cstring>
 
 #include "simulator/base/CallText.h"
-#include "simulator/host/ReadingCommands.h"
 #include "transport/CallerRecord.h"
 #include "transport/KernelController.h"
+#include "transport/ReadingCommands.h"
 #include "transport/Session.h"
 
 namespace sim {
@@ -48,7 +48,7 @@ public:
         std::memcpy(bytes.data(), argument, bytes.size());
         transport::CallerRecord record;
         if (const int error = DecodeRecord(bytes, record)) return Answer::Failed(error);
-        if (!mayChange_ && !OnlyReads(record.netFn, record.command)) {
+        if (!mayChange_ && !transport::OnlyReads(record.netFn, record.command)) {
             std::fprintf(stderr,
                          "talvane: refused to pass a command on that may change the BMC: network "
                          "function %s, command %s\n",

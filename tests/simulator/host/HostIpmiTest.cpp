@@ -9,8 +9,8 @@
 #include <cstring>
 
 #include "simulator/host/HostIpmi.h"
-#include "simulator/host/ReadingCommands.h"
 #include "tests/transport/FakeBmc.h"
+#include "transport/ReadingCommands.h"
 
 namespace {
 
@@ -147,23 +147,23 @@ TEST(HostIpmiOpenTest, FailsWithTheErrorOfTheConnection) {
 }
 
 TEST(ReadingCommandsTest, EveryCommandThatTheLibrarysReportsUseOnlyReads) {
-    EXPECT_TRUE(sim::OnlyReads(0x06, 0x01));
-    EXPECT_TRUE(sim::OnlyReads(0x06, 0x25));
-    EXPECT_TRUE(sim::OnlyReads(0x04, 0x2D));
-    EXPECT_TRUE(sim::OnlyReads(0x04, 0x27));
-    EXPECT_TRUE(sim::OnlyReads(0x0A, 0x11));
-    EXPECT_TRUE(sim::OnlyReads(0x0A, 0x22));
-    EXPECT_TRUE(sim::OnlyReads(0x0A, 0x23));
+    EXPECT_TRUE(transport::OnlyReads(0x06, 0x01));
+    EXPECT_TRUE(transport::OnlyReads(0x06, 0x25));
+    EXPECT_TRUE(transport::OnlyReads(0x04, 0x2D));
+    EXPECT_TRUE(transport::OnlyReads(0x04, 0x27));
+    EXPECT_TRUE(transport::OnlyReads(0x0A, 0x11));
+    EXPECT_TRUE(transport::OnlyReads(0x0A, 0x22));
+    EXPECT_TRUE(transport::OnlyReads(0x0A, 0x23));
 }
 
 TEST(ReadingCommandsTest, SettersAndUnknownCommandsMayChange) {
-    EXPECT_FALSE(sim::OnlyReads(0x06, 0x22)) << "Reset Watchdog Timer";
-    EXPECT_FALSE(sim::OnlyReads(0x06, 0x24)) << "Set Watchdog Timer";
-    EXPECT_FALSE(sim::OnlyReads(0x04, 0x26)) << "Set Sensor Thresholds";
-    EXPECT_FALSE(sim::OnlyReads(0x00, 0x02)) << "Chassis Control";
-    EXPECT_FALSE(sim::OnlyReads(0x06, 0x02)) << "Cold Reset";
-    EXPECT_FALSE(sim::OnlyReads(0x0A, 0x12)) << "Write FRU Data";
-    EXPECT_FALSE(sim::OnlyReads(0x2E, 0x01));
+    EXPECT_FALSE(transport::OnlyReads(0x06, 0x22)) << "Reset Watchdog Timer";
+    EXPECT_FALSE(transport::OnlyReads(0x06, 0x24)) << "Set Watchdog Timer";
+    EXPECT_FALSE(transport::OnlyReads(0x04, 0x26)) << "Set Sensor Thresholds";
+    EXPECT_FALSE(transport::OnlyReads(0x00, 0x02)) << "Chassis Control";
+    EXPECT_FALSE(transport::OnlyReads(0x06, 0x02)) << "Cold Reset";
+    EXPECT_FALSE(transport::OnlyReads(0x0A, 0x12)) << "Write FRU Data";
+    EXPECT_FALSE(transport::OnlyReads(0x2E, 0x01));
 }
 
 }  // namespace

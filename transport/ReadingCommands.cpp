@@ -1,13 +1,13 @@
 // SPDX-License-Identifier: MIT
 //
-// The commands of IPMI 2.0, appendix G, that get something. All others could change something.
+// Commands of IPMI 2.0, appendix G, that get something. All others could change something.
 
-#include "simulator/host/ReadingCommands.h"
+#include "transport/ReadingCommands.h"
 
 #include <algorithm>
 #include <iterator>
 
-namespace sim {
+namespace transport {
 namespace {
 
 struct ReadingCommand {
@@ -64,4 +64,4 @@ bool OnlyReads(std::uint8_t netFn, std::uint8_t command) {
                      ReadingCommand{netFn, command}) != std::end(kReadingCommands);
 }
 
-}  // namespace sim
+}  // namespace transport
