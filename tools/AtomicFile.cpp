@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <stdexcept>
 #include <string>
 #include <system_error>
 
@@ -64,7 +65,15 @@ private:
 
 }  // namespace
 
+void RequireReplaceable(const std::filesystem::path& file) {
+    std::error_code ignored;  // of a file that is not there
+    const auto status = std::filesystem::status(file, ignored);
+    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+        throw std::runtime_error("cannot write " + file.string() + ": not a regular file");
+}
+
 void WriteAtomically(const std::filesystem::path& file, std::string_view text) {
+    RequireReplaceable(file);
     TemporaryFile temporary(file);
     temporary.Write(text);
     temporary.Publish();

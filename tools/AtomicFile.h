@@ -13,9 +13,13 @@ namespace tool {
 // mode is 0644 whatever the umask is. The temporary file's name begins with a dot and does not end
 // as that of `file`, so that no reader of the folder takes it for one of its own.
 //
-// Throws std::system_error, which names the file. The file is then as it was, and no temporary file
-// is left.
+// Throws std::system_error, which names the file, or as RequireReplaceable. The file is then as it
+// was, and no temporary file is left.
 void WriteAtomically(const std::filesystem::path& file, std::string_view text);
+
+// Throws std::runtime_error where the file is there and is not a regular one: a device would be
+// replaced for all programs.
+void RequireReplaceable(const std::filesystem::path& file);
 
 }  // namespace tool
 

@@ -5,7 +5,6 @@
 #include "tools/HtmlReport.h"
 
 #include <algorithm>
-#include <stdexcept>
 #include <string>
 
 #include "tools/AtomicFile.h"
@@ -71,19 +70,11 @@ MachineReport ReadMachine(const Settings& settings) {
     return report;
 }
 
-// A device or a FIFO would be replaced by the page, /dev/stdout for all programs.
-void RequireFile(const std::filesystem::path& file) {
-    std::error_code ignored;  // of a file that is not there
-    const auto status = std::filesystem::status(file, ignored);
-    if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-        throw std::runtime_error("cannot write " + file.string() + ": not a regular file");
-}
-
 }  // namespace
 
 bool WriteHtmlReport(const std::filesystem::path& file, const Settings& settings,
                      std::ostream& err) {
-    RequireFile(file);
+    RequireReplaceable(file);  // before the machine is read, which takes its time
     const MachineReport report = ReadMachine(settings);
     WriteAtomically(file, HtmlPage(report));
     for (const UnreadSource& source : report.notRead) err << "talvane: " << source.message << '\n';

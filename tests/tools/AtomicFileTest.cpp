@@ -10,7 +10,7 @@
 #include <csignal>
 #include <fstream>
 #include <iterator>
-#include <system_error>
+#include <stdexcept>
 
 #include "tests/tools/RunTool.h"
 #include "tools/AtomicFile.h"
@@ -34,7 +34,7 @@ unsigned ModeOf(const std::filesystem::path& file) {
 std::string ErrorOf(const std::filesystem::path& file, const std::string& text = "new") {
     try {
         WriteAtomically(file, text);
-    } catch (const std::system_error& error) {
+    } catch (const std::runtime_error& error) {
         return error.what();
     }
     return "";
@@ -73,6 +73,15 @@ TEST(AtomicFileTest, NamesTheFileThatCannotBeWritten) {
     EXPECT_THAT(ErrorOf(folder.Path() / "folder"),
                 StartsWith("cannot write " + (folder.Path() / "folder").string() + ": "));
     EXPECT_EQ(FilesIn(folder.Path()), 1) << "no temporary file is left";
+}
+
+TEST(AtomicFileTest, RefusesADeviceOrFifoWhichTheRenameWouldReplace) {
+    const TemporaryFolder folder;
+    const auto fifo = folder.Path() / "fifo";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    EXPECT_EQ(ErrorOf(fifo), "cannot write " + fifo.string() + ": not a regular file");
+    EXPECT_TRUE(std::filesystem::is_fifo(fifo));
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
 }
 
 TEST(AtomicFileTest, KeepsTheOldFileWhenTheDiskIsFull) {
