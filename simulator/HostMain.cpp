@@ -3,27 +3,26 @@
 // The program talvane-host: runs another program on this machine, with what the library asks for
 // answered through the interfaces of today's kernels.
 
-#include <CLI/CLI.hpp>
-#include <algorithm>
+#include <filesystem>
 #include <iostream>
-#include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "simulator/Launcher.h"
+#include "simulator/LauncherProgram.h"
 
 namespace {
 
-constexpr int kUsageError = 2;  // also when the program cannot be used
-
-// Replaces the usage line, since CLI11 does not see the words after the separator.
-class Help : public CLI::Formatter {
-public:
-    std::string make_usage(const CLI::App*, std::string) const override {
-        return "Usage: talvane-host [OPTION...] -- PROGRAM [ARGUMENT...]\n";
-    }
-};
+constexpr const char* kHelpText =
+    "Runs a 32-bit agent on this machine, whatever its kernel.\n"
+    "Usage: talvane-host [OPTION...] -- PROGRAM [ARGUMENT...]\n"
+    "\n"
+    "Options:\n"
+    "  -h,--help    Print this help message and exit\n"
+    "  --version    Display program version information and exit\n"
+    "  --log FILE   file to write every access to\n"
+    "  --root DIR   folder with the sys, proc and dev to read; / if not given\n"
+    "  --verbose    say how each area is read\n";
 
 // The program itself cannot tell why it finds something missing.
 void ShowProblems(const std::vector<sim::AreaWay>& ways) {
@@ -40,50 +39,35 @@ void ShowWays(const std::vector<sim::AreaWay>& ways) {
     }
 }
 
-int RunCommand(std::vector<std::string>& command, const sim::HostOptions& host,
-               const sim::LaunchOptions& options, bool isVerbose) {
-    std::vector<char*> argv;
-    for (std::string& word : command) argv.push_back(word.data());
-    argv.push_back(nullptr);
-    try {
-        const std::vector<sim::AreaWay> ways = sim::SurveyHost(host);
-        if (isVerbose) ShowWays(ways);
-        ShowProblems(ways);
-        return sim::RunOnHost(argv.data(), host, options);
-    } catch (const std::exception& error) {
-        std::cerr << "talvane-host: " << error.what() << '\n';
-        return kUsageError;
-    }
+void RequireFolder(const std::string& root) {
+    std::error_code ignored;  // of a folder that cannot be looked at
+    if (!std::filesystem::is_directory(root, ignored))
+        throw sim::UsageError("--root: Directory does not exist: " + root);
 }
 
 }  // namespace
 
-int main(int argc, char** argv) {
-    // Everything after -- belongs to the program, options included.
-    char** const end = argv + argc;
-    char** const separator = std::find(argv, end, std::string_view("--"));
-    std::vector<std::string> command(separator != end ? separator + 1 : end, end);
-
-    CLI::App app("Runs a 32-bit agent on this machine, whatever its kernel.", "talvane-host");
-    app.formatter(std::make_shared<Help>());
-    sim::HostOptions host;
-    sim::LaunchOptions options{.realTime = true};
+int main(int argc, char* argv[]) {
+    std::string root;
     bool isVerbose = false;
-    app.failure_message([](const CLI::App*, const CLI::Error& error) {
-        return std::string("talvane-host: ") + error.what() +
-               "\nRun talvane-host --help for its options.\n";
-    });
-    app.set_version_flag("--version", "talvane-host " TALVANE_VERSION);
-    app.add_option("--log", options.logFile, "file to write every access to")->type_name("FILE");
-    app.add_option("--root", host.root, "folder with the sys, proc and dev to read; / if not given")
-        ->type_name("DIR")
-        ->check(CLI::ExistingDirectory);
-    app.add_flag("--verbose", isVerbose, "say how each area is read");
-    try {
-        app.parse(static_cast<int>(separator - argv), argv);
-        if (command.empty()) throw CLI::RequiredError("-- PROGRAM");
-    } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? 0 : kUsageError;
-    }
-    return RunCommand(command, host, options, isVerbose);
+    sim::LaunchOptions options{.realTime = true};
+    const sim::LauncherProgram program{
+        .name = "talvane-host",
+        .helpText = kHelpText,
+        .options = {{.name = "log", .value = &options.logFile, .valueName = "FILE"},
+                    {.name = "root", .value = &root, .valueName = "DIR"},
+                    {.name = "verbose", .isGiven = &isVerbose}},
+        .machine = nullptr,
+        .run = [&](char* const command[]) {
+            sim::HostOptions host;
+            if (!root.empty()) {
+                RequireFolder(root);
+                host.root = root;
+            }
+            const std::vector<sim::AreaWay> ways = sim::SurveyHost(host);
+            if (isVerbose) ShowWays(ways);
+            ShowProblems(ways);
+            return sim::RunOnHost(command, host, options);
+        }};
+    return sim::RunLauncher(program, argc, argv);
 }

@@ -2,47 +2,39 @@
 //
 // The program talvane-sim: runs another program on a simulated server.
 
-#include <cstdio>
 #include <string>
-#include <vector>
 
 #include "simulator/Launcher.h"
-#include "simulator/SimulatorCommandLine.h"
+#include "simulator/LauncherProgram.h"
 
 namespace {
 
-constexpr int kFailure = 2;  // a usage error, or the machine or the program cannot be used
-
-void Complain(const std::string& problem) {
-    (void)std::fprintf(stderr, "talvane-sim: %s\n", problem.c_str());
-}
-
-int Print(const char* text) {
-    if (std::fputs(text, stdout) >= 0 && std::fflush(stdout) == 0) return 0;
-    Complain("cannot write to standard output");
-    return kFailure;
-}
-
-int RunCommand(sim::CommandLine& line) {
-    std::vector<char*> argv;
-    for (std::string& word : line.command) argv.push_back(word.data());
-    argv.push_back(nullptr);
-    return sim::RunOnMachine(line.machine, argv.data(), line.options);
-}
+constexpr const char* kHelpText =
+    "Runs a 32-bit program on a simulated server.\n"
+    "Usage: talvane-sim MACHINE [OPTION...] -- PROGRAM [ARGUMENT...]\n"
+    "\n"
+    "Positionals:\n"
+    "  MACHINE REQUIRED  folder that describes the server, or the name of an installed one\n"
+    "\n"
+    "Options:\n"
+    "  -h,--help         Print this help message and exit\n"
+    "  --version         Display program version information and exit\n"
+    "  --log FILE        file to write every access to\n"
+    "  --control FILE    file that changes sensors while the program runs\n"
+    "  --real-time       let sleeps take real time; by default the machine's clock jumps\n";
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
-    using Request = sim::CommandLine::Request;
-    try {
-        sim::CommandLine line = sim::ParseCommandLine(argc, argv);
-        if (line.request == Request::kHelp) return Print(sim::kHelpText);
-        if (line.request == Request::kVersion) return Print("talvane-sim " TALVANE_VERSION "\n");
-        return RunCommand(line);
-    } catch (const sim::UsageError& error) {
-        Complain(error.what() + std::string("\nRun talvane-sim --help for its options."));
-    } catch (const std::exception& error) {
-        Complain(error.what());
-    }
-    return kFailure;
+    std::string machine;
+    sim::LaunchOptions options;
+    const sim::LauncherProgram program{
+        .name = "talvane-sim",
+        .helpText = kHelpText,
+        .options = {{.name = "log", .value = &options.logFile, .valueName = "FILE"},
+                    {.name = "control", .value = &options.controlFile, .valueName = "FILE"},
+                    {.name = "real-time", .isGiven = &options.realTime}},
+        .machine = &machine,
+        .run = [&](char* const command[]) { return sim::RunOnMachine(machine, command, options); }};
+    return sim::RunLauncher(program, argc, argv);
 }

@@ -1,8 +1,9 @@
 # SPDX-License-Identifier: MIT
 #
-# bash completes the words of talvane-sim: a machine and options, then a program and its words.
+# bash completes the words of talvane-sim and talvane-host: options, a machine for the first of
+# them, then a program and its words.
 
-_talvane_sim()
+_talvane_launcher()
 {
     local word=${COMP_WORDS[COMP_CWORD]} before=${COMP_WORDS[COMP_CWORD-1]} i
     local machines
@@ -22,8 +23,12 @@ _talvane_sim()
     done
     case $before in
         --log | --control) compopt -o default 2>/dev/null ;;
+        --root)
+            compopt -o filenames 2>/dev/null
+            mapfile -t COMPREPLY < <(compgen -d -- "$word")
+            ;;
         *)
-            if [[ $word == -* ]]; then
+            if [[ $word == -* || $1 == *talvane-host ]]; then
                 mapfile -t COMPREPLY < <(compgen -W \
                     "$("$1" --help 2>/dev/null | grep -oE -e '--[a-z-]+') --" -- "$word")
             elif ((COMP_CWORD == 1)); then
@@ -34,4 +39,4 @@ _talvane_sim()
             ;;
     esac
 }
-complete -F _talvane_sim talvane-sim
+complete -F _talvane_launcher talvane-sim talvane-host

@@ -284,11 +284,18 @@ TEST_F(HostProgramTest, UsageErrorsExitWithTwo) {
               "talvane-host: -- PROGRAM is required\nRun talvane-host --help for its options.\n");
     EXPECT_EQ(RunHost("").status, 2);
     EXPECT_EQ(RunHost("--root /nowhere -- " READER).status, 2);
+    EXPECT_THAT(RunHost("--root /nowhere -- " READER).output,
+                StartsWith("talvane-host: --root: Directory does not exist: /nowhere\n"));
+    EXPECT_THAT(RunHost("program -- " READER).output,
+                StartsWith("talvane-host: The following argument was not expected: program\n"));
+    EXPECT_THAT(RunHost("--verbose --log").output,
+                StartsWith("talvane-host: --log: 1 required FILE missing\n"));
     const Result result = RunHost("--root " + tree.root.string() + " -- no-such-program");
     EXPECT_THAT(result.output,
                 HasSubstr("talvane-host: no-such-program: No such file or directory\n"));
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(RunHost("--help").status, 0);
+    EXPECT_EQ(RunHost("--version").output, "talvane-host " TALVANE_VERSION "\n");
 }
 
 }  // namespace
