@@ -319,10 +319,17 @@ void AddGet(CLI::App& app, Options& options) {
 
 void AddReport(CLI::App& app, Options& options) {
     CLI::App* report = AddCommand(app, options, kReport, "Everything that the commands below show");
-    report->add_option("--html", options.html, "Write a page for browsers to this file instead")
-        ->type_name("FILE");
+    CLI::Option* page = report
+                            ->add_option("--html", options.page.file,
+                                         "Write a page for browsers to this file instead")
+                            ->type_name("FILE");
+    report
+        ->add_option("--rules", options.page.rules,
+                     "Verdicts on the page that replace those of the table")
+        ->type_name("FILE")
+        ->needs(page);
     report->final_callback([&options] {
-        if (!options.html.empty() && options.format == Format::kJson)
+        if (!options.page.file.empty() && options.format == Format::kJson)
             throw CLI::ExcludesError("--html", "--json");
     });
 }

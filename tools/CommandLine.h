@@ -14,6 +14,7 @@
 #include "tools/DoctorCommand.h"
 #include "tools/GetCommand.h"
 #include "tools/HealthCommand.h"
+#include "tools/HtmlReport.h"
 #include "tools/MetricsCommand.h"
 #include "tools/Report.h"
 #include "tools/base/Terminal.h"
@@ -40,12 +41,12 @@ struct Options {
                           // Commands() or Changes()
     Format format = Format::kText;
     ColorChoice color = ColorChoice::kAuto;
-    std::filesystem::path html;     // the page that kReport writes; empty for none
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
     Reading reading = Reading::kChoose;
     std::filesystem::path root;  // of the tree that is read as this machine; empty for its own
     Settings settings;
     Watch watch;
+    PageOrder page;  // that kReport writes
     HealthOrder health;
     MetricsOrder metrics;
     std::string path;  // of kGet

@@ -9,6 +9,7 @@
 
 #include "tools/AtomicFile.h"
 #include "tools/Report.h"
+#include "tools/RulesFile.h"
 #include "tools/base/SourceProblem.h"
 #include "tools/html/Page.h"
 #include "tools/records/Sensors.h"
@@ -44,7 +45,7 @@ private:
     std::vector<UnreadSource> sources_;
 };
 
-MachineReport ReadMachine(const Settings& settings) {
+MachineReport ReadMachine(const Settings& settings, const Rules& rules) {
     UnreadSources unread(settings.ways);
     MachineReport report;
     report.time = TimeNow();
@@ -56,7 +57,8 @@ MachineReport ReadMachine(const Settings& settings) {
     report.ports = unread.Note(ReadPorts(), kPhysicalMemory);
     report.power = unread.Note(ReadPower(), kPhysicalMemory);
     report.fans = unread.Note(ReadFans(), kPhysicalMemory);
-    if (const auto sensors = unread.Note(ReadSensors(), kBmc)) report.health = Judge(*sensors, {});
+    if (const auto sensors = unread.Note(ReadSensors(), kBmc))
+        report.health = Judge(*sensors, rules);
     report.watchdog = unread.Note(ReadWatchdog(), kBmc);
     report.bmc = unread.Note(ReadBmc(), kBmc);
     report.pci = unread.Note(ReadPci(), kPciPorts);
@@ -67,16 +69,16 @@ MachineReport ReadMachine(const Settings& settings) {
     report.load = ReadLoad(settings);
     for (const Source* source : report.load->notRead) unread.Add(*source);
     report.notRead = unread.All();
+    report.ways = settings.ways;
     return report;
 }
 
 }  // namespace
 
-bool WriteHtmlReport(const std::filesystem::path& file, const Settings& settings,
-                     std::ostream& err) {
-    RequireReplaceable(file);  // before the machine is read, which takes its time
-    const MachineReport report = ReadMachine(settings);
-    WriteAtomically(file, HtmlPage(report));
+bool WriteHtmlReport(const PageOrder& order, const Settings& settings, std::ostream& err) {
+    RequireReplaceable(order.file);  // before the machine is read, which takes its time
+    const MachineReport report = ReadMachine(settings, RulesIn(order.rules));
+    WriteAtomically(order.file, HtmlPage(report));
     for (const UnreadSource& source : report.notRead) err << "talvane: " << source.message << '\n';
     return report.notRead.empty();
 }

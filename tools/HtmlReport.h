@@ -11,11 +11,16 @@
 
 namespace tool {
 
+struct PageOrder {
+    std::filesystem::path file;   // empty for none
+    std::filesystem::path rules;  // verdicts that replace those of the table; empty for none
+};
+
 // Reads everything and replaces the file by the page in one step. Names each source that could not
 // be read on `err`; the page names it, too. Returns whether everything could be read.
-// std::runtime_error says why the file cannot be written; it is then as it was.
-bool WriteHtmlReport(const std::filesystem::path& file, const Settings& settings,
-                     std::ostream& err);
+// std::runtime_error says why the file cannot be written, or the rules cannot be used; the file is
+// then as it was.
+bool WriteHtmlReport(const PageOrder& order, const Settings& settings, std::ostream& err);
 
 }  // namespace tool
 

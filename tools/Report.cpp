@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <ctime>
-#include <iterator>
 #include <string>
 #include <vector>
 
@@ -14,6 +13,7 @@
 #include "tools/base/Layout.h"
 #include "tools/base/SourceProblem.h"
 #include "tools/base/Text.h"
+#include "tools/base/WayFacts.h"
 
 namespace tool {
 namespace {
@@ -59,36 +59,13 @@ Answers AskAll(std::span<const Command> commands, const Settings& settings) {
     return answers;
 }
 
-struct AreaName {
-    const char* area;
-    const char* name;
-};
-
-constexpr AreaName kAreaNames[] = {
-    {"smbios", "SMBIOS"}, {"bmc", "BMC"}, {"pci", "PCI"}, {"drives", "Drives"}, {"load", "Load"},
-};
-
-std::string WaysSection(const std::vector<Way>& ways) {
-    std::vector<Fact> facts;
-    for (const Way& way : ways) {
-        const auto name =
-            std::find_if(std::begin(kAreaNames), std::end(kAreaNames),
-                         [&](const AreaName& entry) { return way.area == entry.area; });
-        std::string value = way.from + (way.isDirect ? ", directly" : ", through the kernel");
-        if (!way.note.empty()) value += " (" + way.note + ")";
-        if (!way.problem.empty()) value = "nothing, " + way.from + " cannot be read";
-        facts.push_back({name == std::end(kAreaNames) ? way.area : name->name, value});
-    }
-    return Section("Read from", {FactBlock(facts)});
-}
-
 void WriteText(const Answers& answers, const std::vector<Way>& ways, std::ostream& out) {
     std::vector<std::string> sections = answers.sections;
     std::vector<Fact> notRead;
     for (const Missing& missing : answers.missing)
         notRead.push_back({missing.problem.source, missing.commands});
     if (!notRead.empty()) sections.push_back(Section("Not read", {FactBlock(notRead)}));
-    if (!ways.empty()) sections.push_back(WaysSection(ways));
+    if (!ways.empty()) sections.push_back(Section("Read from", {FactBlock(WayFacts(ways))}));
     out << Page(sections);
 }
 

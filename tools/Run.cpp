@@ -9,7 +9,6 @@
 #include <iostream>
 #include <stdexcept>
 
-#include "tools/HtmlReport.h"
 #include "tools/base/Terminal.h"
 
 namespace tool {
@@ -90,8 +89,8 @@ int Run(const Options& options) {
         Flush();
         return found ? kAllDone : kIncomplete;
     }
-    if (!options.html.empty())
-        return WriteHtmlReport(options.html, options.settings, std::cerr) ? kAllDone : kIncomplete;
+    if (!options.page.file.empty())
+        return WriteHtmlReport(options.page, options.settings, std::cerr) ? kAllDone : kIncomplete;
     return Show(options) ? kAllDone : kIncomplete;
 }
 

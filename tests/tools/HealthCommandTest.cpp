@@ -7,6 +7,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include "tests/tools/OneTemperature.h"
 #include "tests/tools/RunTool.h"
 
 namespace {
@@ -15,16 +16,8 @@ using testing::EndsWith;
 using testing::HasSubstr;
 using testing::StartsWith;
 
-constexpr const char* kTemperature =
-    "bmc kcs\n"
-    "sensor 0x10 \"CPU Temp\"\n"
-    "type 1\n"
-    "entity 3\n"
-    "unit 1\n"
-    "thresholds 0x10 0x18 0 0 0 80 90 0\n";
-
 MachineFolder MachineAt(const std::string& reading) {
-    return MachineFolder(kTemperature + ("reading 0x10 " + reading + '\n'));
+    return MachineFolder(kOneTemperature + ("reading 0x10 " + reading + '\n'));
 }
 
 TEST(HealthCommandTest, ItsStatusIsThatOfMonitoringPlugins) {

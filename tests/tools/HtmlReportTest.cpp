@@ -9,6 +9,7 @@
 
 #include <iterator>
 
+#include "tests/tools/OneTemperature.h"
 #include "tests/tools/RunTool.h"
 
 namespace {
@@ -37,6 +38,34 @@ TEST(HtmlReportTest, ReplacesTheFileAndPrintsNothing) {
     EXPECT_THAT(page, HasSubstr("<h1>Maker &lt;b&gt; Product</h1>"));
     EXPECT_THAT(page, EndsWith("</html>\n"));
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
+}
+
+TEST(HtmlReportTest, RulesReplaceVerdicts) {
+    const MachineFolder machine(kOneTemperature + std::string("reading 0x10 95\n"));
+    const std::string file = machine.Path() / "report.html";
+    (void)machine.Run({"report", "--html", file});
+    EXPECT_THAT(ReadFile(file), HasSubstr("Health: CRITICAL"));
+    WriteFile(machine.Path() / "rules", "sensor \"CPU*\" warning\n");
+    (void)machine.Run({"report", "--rules", machine.Path() / "rules", "--html", file});
+    EXPECT_THAT(ReadFile(file), HasSubstr("Health: WARNING"));
+}
+
+TEST(HtmlReportTest, WrongRulesKeepTheFile) {
+    const MachineFolder machine(kOneTemperature);
+    WriteFile(machine.Path() / "rules", "spoons\n");
+    const std::string file = machine.Path() / "report.html";
+    WriteFile(file, "old");
+    const ToolRun run =
+        machine.Run({"report", "--html", file, "--rules", machine.Path() / "rules"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, StartsWith("talvane: " + (machine.Path() / "rules").string() + ":1: "));
+    EXPECT_EQ(ReadFile(file), "old");
+}
+
+TEST(HtmlReportTest, RulesWithoutItAreRefused) {
+    const ToolRun run = RunTool({"report", "--rules", "rules"});
+    EXPECT_EQ(run.status, 2);
+    EXPECT_THAT(run.err, StartsWith("talvane: --rules requires --html\n"));
 }
 
 TEST(HtmlReportTest, WhatIsNoFileIsRefusedAndStays) {

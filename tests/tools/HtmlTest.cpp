@@ -176,6 +176,7 @@ MachineReport ReportOf(const std::string& text) {
     report.partitions = Partitions{{{text, text, text}}, {}};
     report.load = Load{1, std::vector<int>{5}, 10, {}};
     report.notRead = {{text, text}};
+    report.ways = {{text, true, text, text, ""}, {text, false, text, "", text}};
     return report;
 }
 
@@ -216,6 +217,17 @@ TEST(HtmlPageTest, TheVerdictComesFirst) {
     const std::size_t main = page.find("<main>");
     EXPECT_EQ(page.find("<section", main), page.find("<section id=\"health\""));
     EXPECT_THAT(page, HasSubstr("Health: WARNING"));
+}
+
+TEST(HtmlPageTest, TheLastSectionSaysHowEachAreaWasRead) {
+    MachineReport report;
+    EXPECT_THAT(HtmlPage(report), Not(HasSubstr("Read from")));
+    report.ways = {{"pci", false, "/sys/bus/pci/devices", "buses 0 to 10", ""},
+                   {"bmc", true, "/dev/ipmi", "", "there is none"}};
+    const std::string page = HtmlPage(report);
+    EXPECT_THAT(page, HasSubstr("<section id=\"read-from\""));
+    EXPECT_THAT(page, HasSubstr("/sys/bus/pci/devices, through the kernel (buses 0 to 10)"));
+    EXPECT_THAT(page, HasSubstr("nothing, /dev/ipmi cannot be read"));
 }
 
 TEST(HtmlPageTest, WithoutAnythingReadTheVerdictIsUnknown) {

@@ -94,10 +94,19 @@ TEST(InventoryMetricsTest, SuppliesAndPciFunctionsAreInformation) {
                              {{"supply", "1"}, {"name", "PSU 1"}, {"status", "present"}}),
               "1");
     EXPECT_EQ(supplies.Value("talvane_power_supply_info", {{"supply", "2"}}), "1");
-    const MetricFile pci =
-        Metrics(PciFunctions{{"bus:0, dev:31, func:1", "Mass storage", "IDE", 14, 0, 2, ""}});
-    EXPECT_EQ(pci.Value("talvane_pci_function_info",
-                        {{"address", "00:1f.1"}, {"class", "Mass storage"}, {"revision", "0x02"}}),
+    const MetricFile pci = Metrics(PciFunctions{
+        {"bus:0, dev:31, func:1", "Mass storage", "IDE", 14, 0, 2, "", PciId{0x8086, 0x4DB}},
+        {"bus:0, dev:31, func:2", "Mass storage", "SATA", 14, 0, 2, ""}});
+    EXPECT_EQ(pci.Value("talvane_pci_function_info", {{"address", "00:1f.1"},
+                                                      {"class", "Mass storage"},
+                                                      {"vendor_id", "0x8086"},
+                                                      {"device_id", "0x04db"},
+                                                      {"revision", "0x02"}}),
+              "1");
+    EXPECT_EQ(pci.Value("talvane_pci_function_info", {{"address", "00:1f.2"},
+                                                      {"class", "Mass storage"},
+                                                      {"sub_class", "SATA"},
+                                                      {"revision", "0x02"}}),
               "1");
 }
 

@@ -15,6 +15,7 @@
 #include <sstream>
 
 #include "tests/tools/MetricFormat.h"
+#include "tests/tools/OneTemperature.h"
 #include "tests/tools/RunTool.h"
 
 namespace {
@@ -22,14 +23,6 @@ namespace {
 using testing::EndsWith;
 using testing::IsEmpty;
 using testing::StartsWith;
-
-constexpr const char* kOneTemperature =
-    "bmc kcs\n"
-    "sensor 0x10 \"CPU Temp\"\n"
-    "type 1\n"
-    "entity 3\n"
-    "unit 1\n"
-    "thresholds 0x10 0x18 0 0 0 80 90 0\n";
 
 std::string Bundled(const std::string& machine) {
     return TALVANE_SOURCE "/machines/" + machine;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "tools/base/Way.h"
 #include "tools/records/Bmc.h"
 #include "tools/records/Board.h"
 #include "tools/records/Drives.h"
@@ -50,6 +51,7 @@ struct MachineReport {
     std::optional<Partitions> partitions;
     std::optional<Load> load;
     std::vector<UnreadSource> notRead;
+    std::vector<Way> ways;  // none on a simulated server
 };
 
 }  // namespace tool

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 
+#include "tools/base/WayFacts.h"
 #include "tools/html/Escape.h"
 #include "tools/html/InventorySections.h"
 #include "tools/html/SensorSections.h"
@@ -72,6 +73,8 @@ std::vector<HtmlSection> AllSections(const MachineReport& report) {
     append(DeviceSections(report));
     if (!report.notRead.empty())
         sections.push_back({"not-read", "Not read", UnreadMarkup(report.notRead)});
+    if (!report.ways.empty())
+        sections.push_back({"read-from", "Read from", HtmlFacts(WayFacts(report.ways))});
     return sections;
 }
 

@@ -4,6 +4,7 @@
 
 #include "tools/metrics/InventoryMetrics.h"
 
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
 
@@ -73,6 +74,13 @@ constexpr const char* kUnknownModuleSize = "32767 KB";
 
 std::optional<double> SizeOf(const Bank& bank) {
     return bank.size == kUnknownModuleSize ? std::nullopt : InBaseUnit(bank.size);
+}
+
+// "0x8086"; empty where the function does not say.
+std::string PciNumber(const std::optional<PciId>& id, int PciId::*number) {
+    char text[16] = "";
+    if (id) (void)std::snprintf(text, sizeof text, "0x%04x", static_cast<unsigned>((*id).*number));
+    return text;
 }
 
 std::optional<double> DriveBytes(const std::string& size) {
@@ -164,6 +172,8 @@ void AddInventory(MetricPage& page, const PciFunctions& functions) {
         page.AddInfo(kPciInfo, {{"address", PciAddress(function.location)},
                                 {"class", function.className},
                                 {"sub_class", function.subClass},
+                                {"vendor_id", PciNumber(function.id, &PciId::vendor)},
+                                {"device_id", PciNumber(function.id, &PciId::device)},
                                 {"revision", HexText(static_cast<unsigned>(function.revision))}});
 }
 
