@@ -132,21 +132,26 @@ lines_of "$resolved" | tsort 2>&1 >/dev/null | sed -n 's/^tsort: \([^:]*\.[a-z]*
 lines_of "$cpp_files" "$build_files" | without scripts/check-sources.sh |
     search '\b(TODO|FIXME|XXX|HACK)\b' | report 'unfinished work'
 
-lines_of "$cpp_files" "$build_files" | while read -r file; do
-    lines=$(wc -l <"$file")
-    [ "$lines" -le 500 ] || echo "$file ($lines lines)" | report 'at most 500 lines'
-done
+lines_of "$cpp_files" "$build_files" | xargs -r awk 'FNR == 501 { print FILENAME; nextfile }' |
+    report 'at most 500 lines'
 
 # First line of a source file; scripts have their interpreter before it.
-lines_of "$cpp_files" | while read -r file; do
-    [ "$(head -n 1 "$file")" = '// SPDX-License-Identifier: MIT' ] || echo "$file"
-done | report 'first line is not // SPDX-License-Identifier: MIT'
+empty_among() { while read -r file; do [ -s "$file" ] || echo "$file"; done; }
+{
+    lines_of "$cpp_files" | empty_among
+    lines_of "$cpp_files" | xargs -r awk '
+        FNR == 1 && $0 != "// SPDX-License-Identifier: MIT" { print FILENAME; nextfile }'
+} | report 'first line is not // SPDX-License-Identifier: MIT'
 lines_of "$cpp_files" |
     xargs -r awk 'FNR == 2 && $0 != "//" || FNR == 3 && !/^\/\/ / { print FILENAME; nextfile }' |
     report 'no description follows the first line'
-lines_of "$build_files" | while read -r file; do
-    head -n 2 "$file" | grep -qxF '# SPDX-License-Identifier: MIT' || echo "$file"
-done | report 'does not start with # SPDX-License-Identifier: MIT'
+{
+    lines_of "$build_files" | empty_among
+    lines_of "$build_files" | xargs -r awk '
+        FNR == 1 { if (unmarked != "") print unmarked; unmarked = FILENAME }
+        FNR <= 2 && $0 == "# SPDX-License-Identifier: MIT" { unmarked = "" }
+        END { if (unmarked != "") print unmarked }'
+} | report 'does not start with # SPDX-License-Identifier: MIT'
 
 if command -v clang-format >/dev/null; then
     lines_of "$cpp_files" | xargs -r -P "$(nproc)" -n 40 clang-format --dry-run -Werror 2>&1 |
