@@ -9,9 +9,9 @@
 #include <set>
 
 #include "NoValue.h"
+#include "SensorExamples.h"
 #include "tools/health/HealthText.h"
 #include "tools/sensors/Judgement.h"
-#include "tools/sensors/SensorStates.h"
 
 namespace tool {
 namespace {
@@ -23,38 +23,14 @@ constexpr int kSupply = 0x08;
 constexpr int kSupplyEntity = 10;
 
 SensorNow Analog(const std::string& name, double value, const Limits& limits, unsigned said = 0) {
-    SensorNow sensor;
-    sensor.record.name = name;
-    sensor.record.number = 0x10;
-    sensor.record.entity = 3;
-    sensor.record.instance = 1;
-    sensor.record.type = 1;
-    sensor.record.eventType = kThresholdEventType;
-    sensor.record.baseUnit = 1;
-    sensor.answer.status = SensorAnswer::Status::kRead;
+    SensorNow sensor = ThresholdSensor(name, value, limits);
     sensor.answer.states = said;
-    sensor.value = value;
-    sensor.limits = limits;
     return sensor;
 }
 
 SensorNow Discrete(int type, int eventType, unsigned states, unsigned mask = 0x7FFF) {
-    SensorNow sensor;
-    sensor.record.name = "Discrete";
-    sensor.record.number = 0x70;
-    sensor.record.entity = 7;
-    sensor.record.instance = 1;
-    sensor.record.type = type;
-    sensor.record.eventType = eventType;
+    SensorNow sensor = DiscreteSensor(type, eventType, states);
     sensor.record.mask = mask;
-    sensor.answer.status = SensorAnswer::Status::kRead;
-    sensor.answer.states = states;
-    return sensor;
-}
-
-SensorNow Unread(SensorNow sensor, SensorAnswer::Status status) {
-    sensor.answer = {status, 0, {}};
-    sensor.value.reset();
     return sensor;
 }
 
@@ -89,7 +65,7 @@ TEST(JudgementTest, NeverFindsASensorOkThatCannotBeRead) {
          {Status::kNoAnswer, Status::kNotScanned, Status::kUnavailable, Status::kOther})
         for (const SensorNow& sensor :
              {Analog("T", 50, kSix), Discrete(kSupply, kSensorSpecificEventType, 1)})
-            EXPECT_EQ(JudgeOne(Unread(sensor, status)).verdict, Verdict::kUnknown);
+            EXPECT_EQ(JudgeOne(WithoutReading(sensor, status)).verdict, Verdict::kUnknown);
     SensorNow withoutStates = Discrete(5, kSensorSpecificEventType, 0);
     withoutStates.answer.states.reset();
     EXPECT_EQ(JudgeOne(withoutStates).verdict, Verdict::kUnknown);
@@ -132,7 +108,8 @@ TEST(JudgementTest, FindsAnEmptyBayNoFaultUnlessTheRedundancySensorSaysSo) {
 
 TEST(JudgementTest, ExpectsNoReadingFromAnEntityThatIsAbsent) {
     SensorNow presence = Discrete(kSupply, kSensorSpecificEventType, 0);
-    SensorNow speed = Unread(Analog("PSU FAN", 0, kSix), SensorAnswer::Status::kUnavailable);
+    SensorNow speed =
+        WithoutReading(Analog("PSU FAN", 0, kSix), SensorAnswer::Status::kUnavailable);
     SensorNow cold = Analog("PSU Temp", 0, kSix);
     for (SensorNow* sensor : {&presence, &speed, &cold}) sensor->record.entity = kSupplyEntity;
     const Health absent = Judge({{presence, speed, cold}, 3, true}, {});
@@ -162,7 +139,7 @@ TEST(JudgementTest, DoesNotJudgeStatesThatOnlyTheMakerKnows) {
 TEST(JudgementTest, ServerIsAsWellAsItsWorstSensor) {
     const SensorNow good = Analog("T", 50, kSix);
     const SensorNow bad = Analog("T", 85, kSix);
-    const SensorNow unread = Unread(good, SensorAnswer::Status::kNoAnswer);
+    const SensorNow unread = WithoutReading(good, SensorAnswer::Status::kNoAnswer);
     EXPECT_EQ(Judge({{good, unread}, 2, true}, {}).verdict, Verdict::kUnknown);
     EXPECT_EQ(Judge({{good, unread, bad}, 3, true}, {}).verdict, Verdict::kWarning);
     EXPECT_EQ(Judge({{}, 0, true}, {}).verdict, Verdict::kUnknown) << "no sensor";

@@ -7,9 +7,9 @@
 
 #include "MetricFormat.h"
 #include "NoValue.h"
+#include "SensorExamples.h"
 #include "tools/metrics/SensorMetrics.h"
 #include "tools/metrics/SensorTypeLabel.h"
-#include "tools/sensors/SensorStates.h"
 
 namespace tool {
 namespace {
@@ -21,41 +21,17 @@ constexpr int kCelsius = 1;
 constexpr int kVolts = 4;
 
 SensorNow Thermometer(int unit, double value, const Limits& limits = {}) {
-    SensorNow sensor;
-    sensor.record.name = "Sensor";
-    sensor.record.owner = 0x20;
-    sensor.record.number = 0x10;
-    sensor.record.entity = 3;
-    sensor.record.instance = 1;
-    sensor.record.type = 1;
-    sensor.record.eventType = kThresholdEventType;
+    SensorNow sensor = ThresholdSensor("Sensor", value, limits);
     sensor.record.baseUnit = static_cast<unsigned char>(unit);
-    sensor.record.formula.format = ReadingFormula::Format::kUnsigned;
-    sensor.answer.status = SensorAnswer::Status::kRead;
-    sensor.answer.states = 0;
-    sensor.value = value;
-    sensor.limits = limits;
     return sensor;
 }
 
 SensorNow Supply(unsigned states) {
-    SensorNow sensor;
+    SensorNow sensor = DiscreteSensor(8, kSensorSpecificEventType, states);
     sensor.record.name = "PSU";
-    sensor.record.owner = 0x20;
     sensor.record.number = 0x51;
     sensor.record.entity = 10;
     sensor.record.instance = 2;
-    sensor.record.type = 8;
-    sensor.record.eventType = kSensorSpecificEventType;
-    sensor.record.mask = 0x7FFF;
-    sensor.answer.status = SensorAnswer::Status::kRead;
-    sensor.answer.states = states;
-    return sensor;
-}
-
-SensorNow WithoutReading(SensorNow sensor, SensorAnswer::Status status) {
-    sensor.answer = {status, 0, {}};
-    sensor.value.reset();
     return sensor;
 }
 

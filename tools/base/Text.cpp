@@ -74,16 +74,10 @@ std::string HexText(unsigned code) {
 }
 
 std::string Printable(std::string_view text) {
-    std::string out;
-    text = Trimmed(text);
-    while (!text.empty()) {
-        std::uint32_t codePoint = 0;
-        const std::size_t sequence = SequenceLength(text, codePoint);
-        const std::string_view piece = text.substr(0, std::max<std::size_t>(sequence, 1));
-        out += sequence != 0 && IsOneColumn(codePoint) ? std::string(piece) : ByteText(piece);
-        text.remove_prefix(piece.size());
-    }
-    return out;
+    return ReplaceCharacters(
+        text, [](std::string_view piece, std::optional<std::uint32_t> codePoint) {
+            return codePoint && IsOneColumn(*codePoint) ? std::string(piece) : ByteText(piece);
+        });
 }
 
 std::size_t Columns(std::string_view printable) {

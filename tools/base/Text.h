@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -47,6 +48,22 @@ std::size_t SequenceLength(std::string_view text, std::uint32_t& codePoint);
 
 // Each byte as \xHH.
 std::string ByteText(std::string_view bytes);
+
+// The text without surrounding blanks, each character replaced. `replace` gets a whole UTF-8
+// sequence with its code point; or one byte that belongs to none, without a code point.
+template <class Replace>
+std::string ReplaceCharacters(std::string_view text, Replace replace) {
+    std::string out;
+    text = Trimmed(text);
+    while (!text.empty()) {
+        std::uint32_t codePoint = 0;
+        const std::size_t length = SequenceLength(text, codePoint);
+        const std::string_view piece = text.substr(0, length != 0 ? length : 1);
+        out += replace(piece, length != 0 ? std::optional(codePoint) : std::nullopt);
+        text.remove_prefix(piece.size());
+    }
+    return out;
+}
 
 // For a terminal: the text without surrounding blanks. Letters and signs that take one column stay
 // as they are. Every other byte (controls, broken UTF-8, characters of unclear width) becomes \xHH.

@@ -20,14 +20,12 @@ constexpr CodePointRange kShownAsBytes[] = {
     {0xFFFE, 0xFFFF}, {0xE0000, 0xE0FFF}, {0xF0000, 0x10FFFF},
 };
 
-// A whole character of UTF-8, or one byte that is not part of any.
-std::string EscapedPiece(std::string_view piece, std::uint32_t codePoint, bool isCharacter) {
+std::string EscapedCharacter(std::string_view piece, std::optional<std::uint32_t> codePoint) {
     const bool isShown =
-        isCharacter &&
-        std::none_of(std::begin(kShownAsBytes), std::end(kShownAsBytes),
-                     [&](CodePointRange range) { return range.Contains(codePoint); });
+        codePoint && std::none_of(std::begin(kShownAsBytes), std::end(kShownAsBytes),
+                                  [&](CodePointRange range) { return range.Contains(*codePoint); });
     if (!isShown) return ByteText(piece);
-    switch (codePoint) {
+    switch (*codePoint) {
         case '&':
             return "&amp;";
         case '<':
@@ -46,16 +44,7 @@ std::string EscapedPiece(std::string_view piece, std::uint32_t codePoint, bool i
 }  // namespace
 
 std::string Escaped(std::string_view text) {
-    std::string out;
-    text = Trimmed(text);
-    while (!text.empty()) {
-        std::uint32_t codePoint = 0;
-        const std::size_t sequence = SequenceLength(text, codePoint);
-        const std::string_view piece = text.substr(0, std::max<std::size_t>(sequence, 1));
-        out += EscapedPiece(piece, codePoint, sequence != 0);
-        text.remove_prefix(piece.size());
-    }
-    return out;
+    return ReplaceCharacters(text, EscapedCharacter);
 }
 
 std::string EscapedOrDash(std::string_view text) {
