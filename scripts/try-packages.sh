@@ -92,6 +92,46 @@ agent_starts() {  # PROGRAM
         fail "$1 does not start: $(cat "$scratch/output")"
 }
 
+# The command ends with the status and prints the text.
+prints() {  # STATUS TEXT COMMAND...
+    local wanted=$1 text=$2 status=0
+    shift 2
+    inside "$@" >"$scratch/output" 2>>"$log" || status=$?
+    [ "$status" = "$wanted" ] || fail "$* ends with status $status"
+    grep -q -e "$text" "$scratch/output" || fail "$* does not print '$text'"
+}
+
+# Each command of the tool, on bundled machines and, as far as a bare system goes, on this one.
+try_commands() {
+    local failing='--machine failing-server' full='--machine full-server' command
+    # shellcheck disable=SC2086  # an option and its value
+    {
+        for command in system board cpu memory ports power fans voltages temperatures sensors \
+            thresholds watchdog bmc pci drives partitions load; do
+            prints 0 . talvane "$command" $full
+            prints 0 '"errors": \[\]' talvane "$command" --json $full
+        done
+        prints 0 'input lost' talvane sensors $failing
+        prints 0 '"time":' talvane sensors --watch 1 --count 1 --json $failing
+        prints 0 'CPU 1 Temp' talvane sensors --library $failing
+        prints 2 '^Health: CRITICAL' talvane health $failing
+        prints 2 "^SENSORS CRITICAL - .* | 'CPU 1 Temp'=88;" talvane health --format nagios $failing
+        prints 0 'upper critical .*CRITICAL' talvane health --states
+        prints 0 '^ipmi_temperature_celsius{.*name="CPU 1 Temp"} 88$' talvane metrics $failing
+        prints 0 '^KB-27 Mainboard$' talvane get board.product $full
+        prints 1 '^  Timeout  0.0 s' talvane watchdog set --action hard-reset --timeout 60 $full
+        prints 0 '^  Timeout  60.0 s' talvane watchdog set --action hard-reset --timeout 60 --yes $full
+        prints 1 '^Thresholds to be written' talvane threshold set --entity processor \
+            --type temperature --which upper-critical 90 $full
+        inside talvane report --html /tmp/page.html $full 2>>"$log" || fail 'no page'
+        prints 0 'KB-27 Mainboard' cat /tmp/page.html
+    }
+    prints 1 '"schema": 1' talvane doctor --json
+    prints 1 '^  Processor 1 ' talvane load  # a bare system lacks the program free
+    inside rm -f /tmp/page.html
+    say 'each command of the tool answers'
+}
+
 try_system() {
     local check=agent_prints names="libtalvane1 talvane" development='gcc libc6-dev make pkg-config cmake'
     local bridge=${system#*-} flag=
@@ -129,6 +169,7 @@ try_system() {
         has_page 5 talvane-machine
         has_page 8 talvane-ipmi-bridge
         say "talvane report --machine full-server: $(wc -l <"$scratch/report") lines; man pages are there"
+        try_commands
     else
         # Their dependencies are not met here, and apt says so.
         inside apt-get install -s "/packages/talvane_${version}_i386.deb" >"$scratch/output" 2>&1 &&
