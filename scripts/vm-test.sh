@@ -4,8 +4,9 @@
 # Boots an emulated 32-bit machine, once with a kernel that refuses physical memory and once with one
 # that allows it, lets the library read all that is in it, and compares with what dmidecode, lspci,
 # ipmitool, fdisk, hdparm, top and free read there; then boots it with a 64-bit kernel and compares
-# that with the first. Prints one table; fails when a difference is not one that docs/kernels.md or
-# docs/behaviour.md explains.
+# that with the first. At last it boots a machine of today, with UEFI, SATA and NVMe, where everything is
+# read through the kernel's own interfaces, and compares that with the same tools and lsblk. Prints one
+# table; fails when a difference is not one that docs/kernels.md or docs/behaviour.md explains.
 #
 # With "speed", the library is also timed beside those tools, and docs/performance.md's tables are
 # printed. Downloads are kept in VM_CACHE, by default ~/.cache/talvane-vm; with all of them there, no
@@ -43,9 +44,10 @@ vm/payload.sh "$cache" "$payload" "$@" >"$scratch/build.log" 2>&1 || {
     cat "$scratch/build.log" >&2
     exit 1
 }
-declare -A kernels=([strict]='refuses physical memory' [relaxed]='allows it' [wide]='is of 64 bits')
-for kind in strict relaxed wide; do
-    step "machine with a kernel that ${kernels[$kind]}"
+declare -A machines=([strict]='a kernel that refuses physical memory' [relaxed]='one that allows it'
+    [wide]='one of 64 bits' [uefi]='UEFI, SATA and NVMe')
+for kind in strict relaxed wide uefi; do
+    step "machine with ${machines[$kind]}"
     rm -rf "${results:?}/$kind"
     options=
     if [ "$kind" = relaxed ]; then options=$*; fi

@@ -27,7 +27,8 @@ constexpr const char* kHelpText =
 // The program itself cannot tell why it finds something missing.
 void ShowProblems(const std::vector<sim::AreaWay>& ways) {
     for (const sim::AreaWay& way : ways)
-        if (!way.problem.empty()) std::cerr << "talvane-host: " << way.problem << '\n';
+        for (const std::string* problem : {&way.problem, &way.whyUnopened})
+            if (!problem->empty()) std::cerr << "talvane-host: " << *problem << '\n';
 }
 
 void ShowWays(const std::vector<sim::AreaWay>& ways) {

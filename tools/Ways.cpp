@@ -103,7 +103,8 @@ std::vector<Way> WaysOrRestart(const Options& options) {
     if (const char* const text = WaysOfThisProcess()) {
         for (const sim::AreaWay& way : sim::DecodeWays(text))
             if (IsAmong(areas, way.area))
-                ways.push_back({way.area, way.isDirect, way.from, way.note, way.problem});
+                ways.push_back({way.area, way.isDirect, way.from, way.note, way.problem,
+                                way.unopened, way.whyUnopened});
         return ways;
     }
     std::vector<std::string> direct;

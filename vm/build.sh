@@ -1,8 +1,8 @@
 #!/bin/bash
 # SPDX-License-Identifier: MIT
 #
-# Makes the machine's kernels, initial file systems and root disk from the downloaded packages. Needs
-# no root: packages are unpacked, not installed, and mke2fs fills the disk from a folder.
+# Makes the machine's kernels, initial file systems, firmware and root disk from the downloaded
+# packages. Needs no root: packages are unpacked, not installed, and mke2fs fills the disk from a folder.
 # Usage: build.sh CACHE
 set -euo pipefail
 cd "$(dirname "$0")"
@@ -82,6 +82,12 @@ add_kernel() {  # PACKAGE NAME
 }
 add_kernel "$cache"/packages/linux-image-*.deb 32
 add_kernel "$cache"/packages64/linux-image-*.deb 64
+
+# The firmware that boots by UEFI, and its variables.
+mkdir "$machine/ovmf"
+unpack "$cache"/packages64/ovmf_*.deb "$machine/ovmf"
+mv "$machine"/ovmf/usr/share/OVMF/OVMF_{CODE,VARS}_4M.fd "$machine"
+rm -rf "$machine/ovmf"
 
 size=$(($(du -sm "$root" | cut -f 1) + 100))
 mke2fs -q -t ext4 -E root_owner=0:0 -O ^has_journal -d "$root" "$machine/root.img" "${size}M" >/dev/null

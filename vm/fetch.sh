@@ -20,10 +20,13 @@ system="$system ncurses-base libstdc++6 libfuse3-3 dmidecode ipmitool pciutils f
 single='busybox-static libfuse3-dev'
 # What the bridge needs as a 64-bit program, beside a 64-bit kernel.
 wide='libc6 libgcc-s1 libstdc++6 libfuse3-3'
+# The firmware of the machine that boots by UEFI.
+firmware='ovmf'
 
-wanted="$system / $single / $wide"
+wanted="$system / $single / $wide / $firmware"
 if [ "$(cat "$cache/packages.complete" 2>/dev/null)" = "$wanted" ]; then exit 0; fi
 
+# shellcheck source=scripts/private-apt.sh
 . "$(dirname "$0")/../scripts/private-apt.sh"
 # The machine made of other packages goes with them.
 rm -rf "$cache/packages" "$cache/packages64" "$cache/packages.complete" "$cache/machine"
@@ -52,7 +55,7 @@ exec 3>&2
     mv "$apt/cache/archives"/*.deb "$cache/packages"
     download "$cache/packages" "$(kernel_of linux-image-686)" $single
     start_apt "$apt" amd64 || fail 'cannot read the list of packages'
-    download "$cache/packages64" "$(kernel_of linux-image-amd64)" $wide
+    download "$cache/packages64" "$(kernel_of linux-image-amd64)" $wide $firmware
 } >"$cache/fetch.log" 2>&1
 rm -rf "$apt"
 echo "$wanted" >"$cache/packages.complete"

@@ -2,12 +2,11 @@
 # SPDX-License-Identifier: MIT
 """Runs the emulated machine once.
 
-Usage: machine.py CACHE PAYLOAD RESULTS strict|relaxed|wide [speed]
+Usage: machine.py CACHE PAYLOAD RESULTS strict|relaxed|wide|uefi [speed]
 
 PAYLOAD is a folder whose program `run` the machine starts; RESULTS is the folder that gets what it
 leaves. Fails, with the last lines that the machine wrote, when that program does, when the machine
-takes too long or when it leaves nothing. The kernel is one of 32 bits, or, with `wide`, of 64. Except with `strict`, it lets the library
-read the mebibyte of physical memory after the BIOS, which kernels otherwise refuse. The BMC is
+takes too long or when it leaves nothing. The machine is one of those in emulator.py. The BMC is
 OpenIPMI's ipmi_sim in a process of its own. The payload can stop and continue it by a line on the
 serial console: "@bmc stop", "@bmc continue".
 With `speed`, "@ports NAME" begins to record the accesses to I/O ports and memory of devices in
@@ -26,15 +25,12 @@ import tarfile
 import tempfile
 import threading
 
+import emulator
+
 # Bounds for a machine that hangs. A run takes half a minute, on a busy computer two.
 RUN_SECONDS = 3600
 SPEED_SECONDS = 3 * 3600
 DISK_SIZE = 64 << 20
-RELAXED = ["memmap=1M$0x100000", "iomem=relaxed"]
-
-# Disk by disk: primary master and slave, secondary master and slave.
-MODELS = ["Root Disk", "Ketch ST3-8064", "Payload Disk", "Results Disk"]
-SERIALS = ["RT00001", "KST3-00815-7", "PL00001", "RS00001"]
 
 
 def free_port():
@@ -70,44 +66,6 @@ def make_payload_disk(path, payload):
         archive.add(payload, arcname=".")
     os.truncate(path, -(-path.stat().st_size // 512) * 512)
     return path
-
-
-def emulator(machine, disks, port, monitor, kind):
-    width = "64" if kind == "wide" else "32"
-    # A busy computer emulates the timer too slowly for the kernel's check of it.
-    parameters = ["console=ttyS0", "quiet", "panic=-1", "no_timer_check"]
-    if kind != "strict":
-        parameters += RELAXED
-    program = "qemu-system-x86_64" if kind == "wide" else "qemu-system-i386"
-    command = [program, "-accel", "tcg", "-M", "pc", "-m", "512", "-smp", "2",
-               "-display", "none", "-no-reboot", "-nic", "none",
-               "-serial", "stdio", "-monitor", f"unix:{monitor},server=on,wait=off",
-               "-kernel", machine / f"vmlinuz{width}", "-initrd", machine / f"initrd{width}",
-               "-append", " ".join(parameters),
-               "-smbios", "type=1,manufacturer=Vessel & Marrow,product=Ketch 3100,version=Rev 2",
-               "-smbios", "type=2,manufacturer=Vessel & Marrow,product=KB-31 Mainboard,"
-                          "serial=KB31B0071,version=B",
-               "-smbios", "type=4,manufacturer=Vessel & Marrow,version=Model 1,max-speed=2400,"
-                          "current-speed=1800",
-               "-smbios", "type=8,internal_reference=J4,external_reference=Serial A,"
-                          "connector_type=0x08,port_type=0x09",
-               "-smbios", "type=8,internal_reference=J7,external_reference=LAN 1,"
-                          "connector_type=0x0B,port_type=0x1F",
-               "-smbios", "type=17,loc_pfx=DIMM,bank=Bank 1,manufacturer=Tarn Memory,speed=266",
-               # Connects again until the simulator, started at the same time, listens.
-               "-chardev", f"socket,id=ipmi0,host=127.0.0.1,port={port},reconnect=1",
-               "-device", "ipmi-bmc-extern,id=bmc0,chardev=ipmi0",
-               "-device", "isa-ipmi-kcs,bmc=bmc0",
-               # More for the PCI report: a bridge with a device below it, and several interfaces.
-               "-device", "piix3-usb-uhci", "-device", "qemu-xhci", "-device", "pci-serial",
-               "-device", "pci-bridge,id=bridge1,chassis_nr=1",
-               "-device", "e1000,bus=bridge1,addr=3", "-device", "rtl8139,bus=bridge1,addr=5"]
-    for number, (disk, model, serial) in enumerate(zip(disks, MODELS, SERIALS)):
-        command += ["-drive", f"if=none,id=disk{number},format=raw,file={disk}"
-                              + (",snapshot=on" if number == 0 else ""),
-                    "-device", f"ide-hd,drive=disk{number},bus=ide.{number // 2},unit={number % 2},"
-                               f"model={model},serial={serial}"]
-    return [str(word) for word in command]
 
 
 def tell_monitor(monitor, *commands):
@@ -169,7 +127,7 @@ def emulate(machine, disks, bmc_folder, results, kind, seconds):
             ["ipmi_sim", "-n", "-c", "lan.conf", "-f", "bmc.emu", "-s", "state"],
             cwd=bmc_folder, stdout=bmc_log, stderr=bmc_log))
         qemu = stack.enter_context(running(
-            emulator(machine, disks, port, monitor, kind),
+            emulator.command(machine, disks, port, monitor, kind),
             stdin=subprocess.PIPE, stdout=subprocess.PIPE, stderr=subprocess.STDOUT))
 
         def end():
@@ -193,6 +151,8 @@ def run(cache, payload, results, kind, seconds):
         left = make_disk(scratch / "results.tar")
         disks = [cache / "machine/root.img", make_disk(scratch / "test.img", 8 << 30),
                  make_payload_disk(scratch / "payload.tar", payload), left]
+        if kind == "uefi":
+            disks.append(make_disk(scratch / "nvme.img", 12 << 30))
         status = results / "status"
         status.unlink(missing_ok=True)  # of a run before
         emulate(cache / "machine", disks, scratch / "bmc", results, kind, seconds)
@@ -208,7 +168,7 @@ def run(cache, payload, results, kind, seconds):
 def main():
     arguments = sys.argv[1:]
     speed = arguments[4:] == ["speed"]
-    if len(arguments) != 4 + speed or arguments[3] not in ("strict", "relaxed", "wide"):
+    if len(arguments) != 4 + speed or arguments[3] not in emulator.KINDS:
         sys.exit(__doc__)
     cache, payload, results = map(pathlib.Path, arguments[:3])
     results.mkdir(parents=True, exist_ok=True)

@@ -162,4 +162,23 @@ IdeDrive DiskAsDrive(const HostFiles& files, const std::string& name) {
             .image = std::make_shared<DiskImage>(device, sectors)};
 }
 
+std::string CannotOpenDisks(const std::vector<UnopenedDisk>& disks) {
+    std::vector<UnopenedDisk> complaints;  // each with the paths of all disks with its reason
+    for (const UnopenedDisk& disk : disks) {
+        const auto known = std::find_if(
+            complaints.begin(), complaints.end(),
+            [&](const UnopenedDisk& complaint) { return complaint.error == disk.error; });
+        if (known == complaints.end())
+            complaints.push_back(disk);
+        else
+            known->path += ", " + disk.path;
+    }
+    std::string text;
+    for (const UnopenedDisk& complaint : complaints)
+        text += (text.empty() ? "" : "; ") + CannotOpen(complaint.path, complaint.error,
+                                                        "there is no such device file",
+                                                        "run as root, or get the right to read it");
+    return text;
+}
+
 }  // namespace sim

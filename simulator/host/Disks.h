@@ -23,6 +23,15 @@ std::map<char, std::string> ChooseDisks(const std::vector<std::string>& names);
 // cannot be opened has an image all the same, whose opening fails.
 IdeDrive DiskAsDrive(const HostFiles& files, const std::string& name);
 
+struct UnopenedDisk {
+    std::string path;
+    int error;  // errno
+};
+
+// "cannot open PATH, PATH: REASON (ADVICE)" of the disks with the same reason; those with another
+// one follow after a semicolon.
+std::string CannotOpenDisks(const std::vector<UnopenedDisk>& disks);
+
 }  // namespace sim
 
 #endif

@@ -83,9 +83,10 @@ std::vector<std::string> HostFiles::List(const std::string& name) const {
     return names;
 }
 
-std::string CannotOpen(const std::string& path, int error, const char* whyAbsent) {
+std::string CannotOpen(const std::string& path, int error, const char* whyAbsent,
+                       const char* rightsAdvice) {
     std::string text = "cannot open " + path + ": " + std::strerror(error);
-    if (error == EACCES || error == EPERM) text += " (run as root)";
+    if (error == EACCES || error == EPERM) text += std::string(" (") + rightsAdvice + ")";
     if (error == ENOENT || error == ENODEV || error == ENXIO)
         text += std::string(" (") + whyAbsent + ")";
     return text;

@@ -41,8 +41,10 @@ private:
     std::filesystem::path root_;
 };
 
-// "cannot open PATH: REASON", with advice where the reason is missing rights.
-std::string CannotOpen(const std::string& path, int error, const char* whyAbsent);
+// "cannot open PATH: REASON", with advice where the reason is missing rights, or that there is no
+// such file or device.
+std::string CannotOpen(const std::string& path, int error, const char* whyAbsent,
+                       const char* rightsAdvice = "run as root");
 
 }  // namespace sim
 

@@ -5,6 +5,8 @@
 
 #include "simulator/host/HostMachine.h"
 
+#include <unistd.h>
+
 #include <cerrno>
 #include <stdexcept>
 
@@ -30,6 +32,14 @@ constexpr std::size_t kMaxTableFile = 16u << 20;  // far more than any firmware 
 
 constexpr std::uint16_t kKcsPort = 0xCA3;   // IPMI 2.0, 9.5
 constexpr std::uint16_t kSmicPort = 0xCAA;  // IPMI 2.0, 10.2
+
+// The errno that agents get for a disk; 0 when they can open it.
+int ErrorOfOpening(const DiskImage& image) {
+    const int descriptor = image.Open();
+    if (descriptor < 0) return errno;
+    (void)close(descriptor);  // result not used: nothing was written
+    return 0;
+}
 
 // Builds one machine and keeps what all areas need for it.
 class Builder {
@@ -166,10 +176,17 @@ AreaWay Builder::Drives() {
             if (!size.empty() && size != "0") names.push_back(name);
         }
         machine_.InstallDirectory(kFolder);
+        std::vector<UnopenedDisk> unopened;
         for (const auto& [letter, name] : ChooseDisks(names)) {
-            InstallDrive(machine_, letter, DiskAsDrive(files_, name));
+            const IdeDrive drive = DiskAsDrive(files_, name);
+            if (const int error = ErrorOfOpening(*drive.image))
+                unopened.push_back({files_.Path("dev/" + name), error});
+            InstallDrive(machine_, letter, drive);
             way.note += std::string(way.note.empty() ? "" : ", ") + "hd" + letter + " is " + name;
         }
+        for (const UnopenedDisk& disk : unopened)
+            way.unopened += (way.unopened.empty() ? "" : ", ") + disk.path;
+        way.whyUnopened = CannotOpenDisks(unopened);
     } catch (const HostFileError& error) {
         Miss(way, kFolder, error, "no disks");
     }

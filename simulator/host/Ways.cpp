@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::string_view kDirect = "direct";
 constexpr std::string_view kHost = "host";
-constexpr std::size_t kParts = 5;
+constexpr std::size_t kParts = 7;
 
 // Texts of the system could hold the separators.
 std::string Plain(std::string text) {
@@ -34,7 +34,8 @@ std::string EncodeWays(const std::vector<AreaWay>& ways) {
     std::string text;
     for (const AreaWay& way : ways) {
         text += way.area + '\t' + std::string(way.isDirect ? kDirect : kHost);
-        for (const std::string* part : {&way.from, &way.note, &way.problem})
+        for (const std::string* part :
+             {&way.from, &way.note, &way.problem, &way.unopened, &way.whyUnopened})
             text += '\t' + Plain(*part);
         text += '\n';
     }
@@ -51,7 +52,9 @@ std::vector<AreaWay> DecodeWays(std::string_view text) {
         way.isDirect = TakeUpTo(line, '\t') == kDirect;
         way.from = TakeUpTo(line, '\t');
         way.note = TakeUpTo(line, '\t');
-        way.problem = line;
+        way.problem = TakeUpTo(line, '\t');
+        way.unopened = TakeUpTo(line, '\t');
+        way.whyUnopened = line;
         ways.push_back(way);
     }
     return ways;

@@ -126,7 +126,23 @@ TEST_F(HostReportTest, DiskThatCannotBeOpenedIsListedWithoutItsPartitions) {
     EXPECT_THAT(drives.out, HasSubstr("DISK"));
     const ToolRun partitions = Run({"partitions"});
     EXPECT_EQ(partitions.status, 1);
-    EXPECT_THAT(partitions.err, HasSubstr("cannot open /dev/hda: No such file or directory"));
+    EXPECT_EQ(partitions.out, "Partitions\n----------\n  none\n\nNot read\n--------\n  " +
+                                  Path("dev/sda") + "  partitions\n");
+    EXPECT_EQ(partitions.err, "talvane: cannot open " + Path("dev/sda") +
+                                  ": No such file or directory (there is no such device file)\n");
+}
+
+TEST_F(HostReportTest, MetricsNameTheKernelsDiskThatCannotBeOpened) {
+    EXPECT_THAT(Run({"metrics", "--no-pci"}).out,
+                HasSubstr("talvane_source_problem_info{source=\"/dev/hd*\",reason=\"cannot open " +
+                          Path("dev/sda") + ": "));
+}
+
+TEST_F(HostReportTest, DisksThatCanBeOpenedHaveNoProblem) {
+    tree.Write("dev/sda", std::string(1024, '\0'));
+    const ToolRun partitions = Run({"partitions"});
+    EXPECT_EQ(partitions.status, 0) << partitions.err;
+    EXPECT_EQ(partitions.err, "");
 }
 
 TEST_F(HostReportTest, SectionOfWaysIsInTheReportAlone) {

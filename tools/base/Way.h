@@ -14,6 +14,9 @@ struct Way {
     std::string from;     // the file or folder that is read, or was to be read
     std::string note;     // what is different from the machine itself; empty: nothing
     std::string problem;  // why nothing can be read; empty: it can
+    // The disks that cannot be opened, separated by commas, and why; empty: all can be.
+    std::string unopened = {};
+    std::string whyUnopened = {};
 };
 
 }  // namespace tool

@@ -16,18 +16,22 @@ import inventory
 import management
 import peers
 import table as tables
+import uefi
 
 
 # How many fields each area has at the least. Two sides that both know nothing would agree as well.
 LEAST_FIELDS = {
-    "SMBIOS": 36, "PCI": 78, "sensors": 225, "threshold list": 130, "threshold set": 7, "watchdog": 15,
+    "SMBIOS": 36, "PCI": 111, "sensors": 225, "threshold list": 130, "threshold set": 7, "watchdog": 15,
     "watchdog at work": 4, "inventory": 12, "drives": 21, "partitions": 24, "load": 5, "bridge": 56,
     "STRICT_DEVMEM": 16, "64-bit kernel": 17, "64-bit bridge": 56, "host": 63, "64-bit host": 63,
+    "UEFI SMBIOS": 39, "UEFI PCI": 174, "UEFI sensors": 225, "UEFI thresholds": 130,
+    "UEFI inventory": 12, "UEFI drives": 24, "UEFI partitions": 38, "UEFI ways": 102,
+    "UEFI doctor": 74, "UEFI load": 5,
 }
 
 
-def load(table, results):
-    compare = lambda *args, **more: table.compare("load", "top, free", *args, **more)
+def load(table, area, results):
+    compare = lambda *args, **more: table.compare(area, "top, free", *args, **more)
     answer = json.loads((results / "load.json").read_text())["load"]
     shares = peers.top((results / "top.txt").read_text())
     busy = [share["value"] for share in answer["processors"]]
@@ -96,7 +100,7 @@ def through_kernel(table, area, direct, results):
     compare("nobody: models", sorted(drive["model"] for drive in nobody["drives"]),
             sorted(drive["model"] for drive in direct["drives"]))
     compare("nobody: not read", [error["source"] for error in nobody["errors"]],
-            ["/sys/firmware/dmi/tables", "/dev/ipmi0", "/dev/hd*"])
+            ["/sys/firmware/dmi/tables", "/dev/ipmi0", "/dev/sda, /dev/sdb, /dev/sdc, /dev/sdd"])
     compare("nobody: status", (results / "nobody.status").read_text().strip(), "1")
 
 
@@ -124,24 +128,29 @@ def main():
     sensors = peers.ipmitool_sensors(read("sensors.txt"), records)
 
     table = tables.Table()
-    inventory.smbios(table, report, read("dmidecode.txt"))
-    inventory.pci(table, report, peers.lspci(read("lspci.txt")),
+    inventory.smbios(table, "SMBIOS", report, read("dmidecode.txt"))
+    inventory.pci(table, "PCI", report, peers.lspci(read("lspci.txt")),
                   peers.lspci_bytes(read("lspci-bytes.txt")))
-    management.sensors(table, json.loads(read("library-sensors.json")), sensors)
-    management.thresholds(table, report, records, sensors)
+    management.sensors(table, "sensors", json.loads(read("library-sensors.json")), sensors)
+    management.thresholds(table, "threshold list", report, records, sensors)
     management.set_threshold(table, read("threshold-before.txt"), read("threshold-after.txt"))
     management.watchdog(table, relaxed)
     management.watchdog_at_work(table, (results / "strict/serial.log").read_text())
-    management.inventory(table, report, read("inventory.txt"), read("controller.txt"))
+    management.inventory(table, "inventory", report, read("inventory.txt"), read("controller.txt"))
     inventory.drives(table, report, relaxed)
-    inventory.partitions(table, report, relaxed)
-    load(table, relaxed)
+    listed = {entry["device"]: entry for entry in report["partitions"]}
+    inventory.partitions(table, "partitions", listed,
+                         json.loads(read("partitions.json"))["partitiontable"], "/dev/hdb")
+    table.compare("partitions", "fdisk", "others", list(listed), [])
+    load(table, "load", relaxed)
     bridge(table, "bridge", relaxed)
     refusing_kernel(table, report, results / "strict")
     through_kernel(table, "host", report, results / "strict")
     wide_kernel(table, report, results / "wide")
     through_kernel(table, "64-bit host", report, results / "wide")
     bridge(table, "64-bit bridge", results / "wide")
+    uefi.compare(table, results / "uefi")
+    load(table, "UEFI load", results / "uefi")
 
     print(table.text())
     print()

@@ -1,13 +1,16 @@
 # SPDX-License-Identifier: MIT
 """SMBIOS beside dmidecode, PCI beside lspci, drives and partitions beside hdparm and sfdisk."""
 
-import json
+import re
 
 import peers
 
-# What the library calls the device classes of this machine: class and sub-class name by code.
+# What the library calls the device classes of these machines: class and sub-class name by code.
 CLASS_NAMES = {
+    "0100": ("Mass storage controller", "SCSI bus controller"),
     "0101": ("Mass storage controller", "IDE controller"),
+    "0106": ("Mass storage controller", "SATA controller"),
+    "0108": ("Mass storage controller", "Non-Volatile memory controller"),
     "0200": ("Network controller", "Ethernet controller"),
     "0300": ("Display controller", "VGA-compatible controller"),
     "0600": ("Bridge device", "Host bridge"),
@@ -16,7 +19,11 @@ CLASS_NAMES = {
     "0680": ("Bridge device", "Other bridge device"),
     "0700": ("Simple communication controllers", "16550-compatible serial controller"),
     "0c03": ("Serial bus controllers", "Universal Serial Bus"),
+    "0c05": ("Serial bus controllers", "SMBus"),
 }
+# Sub-classes of mass storage that are newer than the library's list.
+NEWER_STORAGE = ("0106", "0108")
+LAST_BUS = 10  # the library looks no further
 STATUS_BITS = [
     (0x0008, "Interrupt Status"), (0x0010, "Capabilities List"), (0x0020, "66 MHz Capable"),
     (0x0080, "Fast Back-to-Back Capable"), (0x0100, "Master Data Parity Error"),
@@ -25,13 +32,14 @@ STATUS_BITS = [
     (0x2000, "Received Master Abort"), (0x4000, "Signaled system Error"),
     (0x8000, "Detected Parity Error"),
 ]
+POSITIONS = ["Primary Master", "Primary Slave", "Secondry Master", "Secondry Slave"]
 SPEEDS = {0: "Speed=Fast;", 1: "Speed=Medium;", 2: "Speed=Slow;", 3: ""}
 
 
-def smbios(table, report, text):
+def smbios(table, area, report, text):
     structures = peers.dmidecode(text)
     of_type = lambda wanted: [fields for kind, fields in structures if kind == wanted]
-    compare = lambda *args, **more: table.compare("SMBIOS", "dmidecode", *args, **more)
+    compare = lambda *args, **more: table.compare(area, "dmidecode", *args, **more)
 
     bios, system, board = of_type(0)[0], of_type(1)[0], of_type(2)[0]
     ours = report["board"]
@@ -98,27 +106,36 @@ def status_text(status):
     return "".join(texts)
 
 
-def pci(table, report, functions, spaces):
-    compare = lambda *args, **more: table.compare("PCI", "lspci", *args, **more)
+def pci(table, area, report, functions, spaces):
+    compare = lambda *args, **more: table.compare(area, "lspci", *args, **more)
     ours_by_address = {function["address"]: function for function in report["pci"]}
-    compare("addresses", list(ours_by_address), list(functions))
+    compare("addresses", list(ours_by_address),
+            [address for address in functions if address in ours_by_address])
     for address, theirs in functions.items():
-        ours = ours_by_address.get(address, {})
-        space = spaces[address]
         bus, rest = address.split(":")
+        ours = ours_by_address.get(address)
+        compare(f"{address} listed", ours is not None, True,
+                explained=[("bus-beyond-10", int(bus, 16) > LAST_BUS)])
+        if ours is None:
+            continue
+        space = spaces[address]
         device, function = rest.split(".")
-        compare(f"{address} location", ours.get("location"),
+        compare(f"{address} location", ours["location"],
                 f"bus:{int(bus, 16)}, dev:{int(device, 16)}, func:{function}")
+        compare(f"{address} vendor", f"{ours['vendor']['code']:04x}", theirs["Vendor"])
+        compare(f"{address} device", f"{ours['device']['code']:04x}", theirs["Device"])
         names = CLASS_NAMES[theirs["Class"]]
-        compare(f"{address} class", ours.get("class"), names[0])
-        compare(f"{address} sub-class", ours.get("subClass"), names[1],
+        compare(f"{address} class", ours["class"], names[0])
+        compare(f"{address} sub-class", ours["subClass"], names[1],
                 explained=[("usb-interface-newer", theirs["Class"] == "0c03"
-                            and theirs.get("ProgIf") == "30" and ours.get("subClass") is None)])
-        compare(f"{address} revision", ours.get("revision"), int(theirs.get("Rev", "0"), 16))
-        compare(f"{address} interrupt", ours.get("irq") or 0, 0 if space[60] == 0xFF else space[60])
-        compare(f"{address} base address", ours.get("baseAddress") or 0,
+                            and theirs.get("ProgIf") == "30" and ours["subClass"] is None),
+                           ("storage-newer", theirs["Class"] in NEWER_STORAGE
+                            and ours["subClass"] is None)])
+        compare(f"{address} revision", ours["revision"], int(theirs.get("Rev", "0"), 16))
+        compare(f"{address} interrupt", ours["irq"] or 0, 0 if space[60] == 0xFF else space[60])
+        compare(f"{address} base address", ours["baseAddress"] or 0,
                 int.from_bytes(space[16:20], "little"))
-        compare(f"{address} status", ours.get("status") or "",
+        compare(f"{address} status", ours["status"] or "",
                 status_text(int.from_bytes(space[6:8], "little")))
 
 
@@ -127,51 +144,55 @@ def drives(table, report, results):
     names = ["hda", "hdb", "hdc", "hdd"]
     compare("devices", [drive["device"] for drive in report["drives"]],
             [f"/dev/{name}" for name in names])
-    positions = ["Primary Master", "Primary Slave", "Secondry Master", "Secondry Slave"]
-    for name, position, ours in zip(names, positions, report["drives"]):
-        theirs = peers.facts((results / f"drive-{name}.txt").read_text())
+    for name, position, ours in zip(names, POSITIONS, report["drives"]):
         compare(f"{name} position", ours["position"], position)
-        compare(f"{name} model", ours["model"], theirs["Model Number"])
-        compare(f"{name} serial number", ours["serialNumber"], theirs["Serial Number"])
-        serial = ours["serialNumberRead"]
-        compare(f"{name} serial number as read", serial, theirs["Serial Number"],
-                explained=[("serial-runs-on", len(serial) > 20
-                            and serial[:20].strip() == theirs["Serial Number"])])
-        compare(f"{name} size", peers.text(ours["size"]),
-                (results / f"size-{name}.txt").read_text().strip())
+        size = (results / f"size-{name}.txt").read_text().strip()
+        drive(compare, name, ours, (results / f"drive-{name}.txt").read_text(), size)
+
+
+def drive(compare, name, ours, identity, size):
+    """A drive beside what `hdparm -I` says of it."""
+    theirs = peers.facts(identity)
+    compare(f"{name} model", ours["model"], theirs["Model Number"])
+    compare(f"{name} serial number", ours["serialNumber"], theirs["Serial Number"])
+    serial = ours["serialNumberRead"]
+    compare(f"{name} serial number as read", serial, theirs["Serial Number"],
+            explained=[("serial-runs-on", len(serial) > 20
+                        and serial[:20].strip() == theirs["Serial Number"])])
+    compare(f"{name} size", peers.text(ours["size"]), size)
 
 
 PARTITION_NAMES = {"7": "HPFS/NTFS", "b": "Win95 FAT32", "82": "Linux swap", "83": "Linux"}
 LOGICAL_NAMES = {"6": "FAT 16", "b": "Win95 FAT32", "82": "Linux swap", "83": "Linux"}
 
 
-def partitions(table, report, results):
-    compare = lambda *args, **more: table.compare("partitions", "fdisk", *args, **more)
-    made = json.loads((results / "partitions.json").read_text())["partitiontable"]["partitions"]
-    listed = {entry["device"]: entry for entry in report["partitions"]}
+def partitions(table, area, listed, made, device):
+    """The partitions that are listed, by their devices, beside those that fdisk made of `device`.
+    What is compared is taken out of `listed`."""
+    compare = lambda *args, **more: table.compare(area, "fdisk", *args, **more)
+    number_of = lambda partition: int(re.search(r"\d+$", partition["node"]).group())
+    is_gpt = made["label"] == "gpt"
     previous_logical = None
     overwritten = {}
-    for partition in made:
-        number = int(partition["node"].removeprefix("/dev/hdb"))
-        names = LOGICAL_NAMES if number > 4 else PARTITION_NAMES
-        known = partition["type"] in names
+    for partition in made["partitions"]:
+        number = number_of(partition)
+        known = partition["type"] in LOGICAL_NAMES
         if number > 4 and not known:
             overwritten[previous_logical] = str(partition["size"] * 512)
         if number > 4 and known:
-            previous_logical = f"/dev/hdb{number}"
-    for partition in made:
-        device = partition["node"]
-        number = int(device.removeprefix("/dev/hdb"))
+            previous_logical = number
+    for partition in made["partitions"]:
+        number = number_of(partition)
         names = LOGICAL_NAMES if number > 4 else PARTITION_NAMES
-        ours = listed.pop(device, None)
-        compare(f"{device} listed", ours is not None, True,
-                explained=[("extended-not-listed", partition["type"] == "f"),
+        ours = listed.pop(f"{device}{number}", None)
+        compare(f"{device}{number} listed", ours is not None, True,
+                explained=[("gpt-not-listed", is_gpt),
+                           ("extended-not-listed", partition["type"] == "f"),
                            ("partition-type-not-listed", partition["type"] not in names)])
         if ours is None:
             continue
         size = str(partition["size"] * 512)
-        compare(f"{device} type", ours["type"], names.get(partition["type"]))
-        compare(f"{device} size", peers.text(ours["size"]), size,
+        compare(f"{device}{number} type", ours["type"], names.get(partition["type"]))
+        compare(f"{device}{number} size", peers.text(ours["size"]), size,
                 explained=[("unlisted-size-overwrites",
-                            overwritten.get(device) == peers.text(ours["size"]))])
-    compare("others", list(listed), [])
+                            overwritten.get(number) == peers.text(ours["size"]))])

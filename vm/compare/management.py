@@ -24,8 +24,8 @@ def reading_text(sensor, value):
     return f"{value + 1e-9:.2f}{UNITS[sensor['unit']]}"
 
 
-def sensors(table, report, theirs):
-    compare = lambda *args, **more: table.compare("sensors", "ipmitool", *args, **more)
+def sensors(table, area, report, theirs):
+    compare = lambda *args, **more: table.compare(area, "ipmitool", *args, **more)
     ours_by_name, first_of_table = {}, {}
     for group, code in (("temperatures", 1), ("voltages", 2), ("fans", 4)):
         ours = report["librarySensors"][group]
@@ -65,9 +65,9 @@ def sensors(table, report, theirs):
                                 not first and mine == RAW_ZERO.get(name, 0.0))])
 
 
-def thresholds(table, report, records, theirs):
+def thresholds(table, area, report, records, theirs):
     """The library's own list, which it reads by place in the repository."""
-    compare = lambda *args, **more: table.compare("threshold list", "ipmitool", *args, **more)
+    compare = lambda *args, **more: table.compare(area, "ipmitool", *args, **more)
     compare("records", len(report["thresholds"]), len(records))
     compare("records that the BMC counts", report["sensors"]["records"], len(records))
     values = {sensor["name"]: sensor["thresholds"] for sensor in theirs}
@@ -125,12 +125,12 @@ def watchdog_at_work(table, console):
     compare("not powered off by itself", "Power Off" in console, False)
 
 
-def inventory(table, report, fru, controller):
-    compare = lambda *args, **more: table.compare("inventory", "ipmitool", *args, **more)
+def inventory(table, area, report, fru, controller):
+    compare = lambda *args, **more: table.compare(area, "ipmitool", *args, **more)
     theirs = peers.facts(fru)
     ours = report["bmc"]
     compare("firmware", ours["firmware"], peers.facts(controller)["Firmware Revision"])
-    for area, field, name in (
+    for part, field, name in (
             ("board", "manufacturer", "Board Mfg"), ("board", "product", "Board Product"),
             ("board", "serialNumber", "Board Serial"), ("board", "partNumber", "Board Part Number"),
             ("chassis", "partNumber", "Chassis Part Number"),
@@ -138,7 +138,7 @@ def inventory(table, report, fru, controller):
             ("product", "manufacturer", "Product Manufacturer"),
             ("product", "name", "Product Name"), ("product", "partNumber", "Product Part Number"),
             ("product", "version", "Product Version")):
-        compare(name, ours[area][field], theirs[name])
+        compare(name, ours[part][field], theirs[name])
     start = ours["product"]["serialNumberStart"] or ""
     compare("Product Serial", start, theirs["Product Serial"],
             explained=[("product-serial-cut", len(start) == len(theirs["Product Serial"]) - 1

@@ -1,6 +1,7 @@
 # SPDX-License-Identifier: MIT
 """What the peers printed, as plain values."""
 
+import json
 import re
 
 
@@ -37,6 +38,18 @@ def lspci_bytes(text):
         space = bytes.fromhex(" ".join(line.split(": ", 1)[1] for line in lines))
         spaces[head.split()[0].removeprefix("0000:")] = space
     return spaces
+
+
+def lsblk(text):
+    """`lsblk --json`: the disks by name, each with the sizes of its partitions by number."""
+    disks = {}
+    for disk in json.loads(text)["blockdevices"]:
+        parts = {int(re.search(r"\d+$", part["name"]).group()): str(part["size"])
+                 for part in disk.get("children", [])}
+        disks[disk["name"]] = {"model": (disk["model"] or "").strip(),
+                               "serial": (disk["serial"] or "").strip(),
+                               "size": str(disk["size"]), "partitions": parts}
+    return disks
 
 
 LIMITS = ("lowerNonRecoverable", "lowerCritical", "lowerNonCritical", "upperNonCritical",

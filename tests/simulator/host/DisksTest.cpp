@@ -5,6 +5,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <cerrno>
+
 #include "simulator/host/Disks.h"
 #include "tests/support/HostTree.h"
 
@@ -102,6 +104,16 @@ TEST(DisksTest, DamagedFilesMakeEmptyTexts) {
     EXPECT_EQ(SerialOf(drive), std::string(20, ' '));
     EXPECT_EQ(drive.image->Sectors(), 0u);
     EXPECT_LT(drive.image->Open(), 0);
+}
+
+TEST(DisksTest, DisksWithTheSameReasonShareAComplaint) {
+    EXPECT_EQ(sim::CannotOpenDisks({{"/dev/sda", EACCES},
+                                    {"/dev/sdb", ENOENT},
+                                    {"/dev/nvme0n1", EACCES},
+                                    {"/dev/vda", ENOMEDIUM}}),
+              "cannot open /dev/sda, /dev/nvme0n1: Permission denied (run as root, or get the "
+              "right to read it); cannot open /dev/sdb: No such file or directory (there is no "
+              "such device file); cannot open /dev/vda: No medium found");
 }
 
 }  // namespace

@@ -137,6 +137,20 @@ TEST_F(HostMachineTest, DiskHasItsFilesAndItsSectors) {
     EXPECT_EQ(OpenError(machine, "/dev/hdb"), ENOENT);
 }
 
+TEST_F(HostMachineTest, DiskThatCannotBeOpenedIsNamed) {
+    sim::Machine machine;
+    EXPECT_EQ(Build(machine)[3].unopened, "");
+    tree.Write("sys/block/sdb/size", "2\n");
+    sim::Machine other;
+    const auto ways = Build(other);
+    EXPECT_EQ(ways[3].problem, "");
+    EXPECT_EQ(ways[3].unopened, (tree.root / "dev/sdb").string());
+    EXPECT_EQ(ways[3].whyUnopened, "cannot open " + (tree.root / "dev/sdb").string() +
+                                       ": No such file or directory (there is no such device "
+                                       "file)");
+    EXPECT_EQ(OpenError(other, "/dev/hdb"), ENOENT);
+}
+
 TEST_F(HostMachineTest, DriveWithoutAMediumIsNoDisk) {
     tree.Write("sys/block/sdb/size", "0\n");
     sim::Machine machine;
@@ -277,6 +291,12 @@ TEST_F(HostProgramTest, WaysAreShownWhenAskedFor) {
                 HasSubstr("talvane-host: bmc: " + Path("dev/ipmi0") + ": not read\n"));
     EXPECT_THAT(result.output,
                 HasSubstr("talvane-host: drives: " + Path("sys/block") + " (hda is sda)\n"));
+}
+
+TEST_F(HostProgramTest, DiskThatCannotBeOpenedIsReported) {
+    tree.Write("sys/block/sdb/size", "2\n");
+    EXPECT_THAT(RunHost("--root " + tree.root.string() + " -- " READER).output,
+                HasSubstr("talvane-host: cannot open " + Path("dev/sdb") + ": No such file"));
 }
 
 TEST_F(HostProgramTest, UsageErrorsExitWithTwo) {

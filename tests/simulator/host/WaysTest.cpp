@@ -12,7 +12,7 @@ namespace {
 TEST(WaysTest, WaysComeBackAsTheyWere) {
     const std::vector<sim::AreaWay> ways = {
         {"smbios", true, "/dev/mem", "", ""},
-        {"drives", false, "/sys/block", "hda is sda", ""},
+        {"drives", false, "/sys/block", "hda is sda", "", "/dev/sda", "cannot open /dev/sda"},
         {"bmc", false, "/dev/ipmi0", "", "cannot open /dev/ipmi0"}};
     const auto decoded = sim::DecodeWays(sim::EncodeWays(ways));
     ASSERT_EQ(decoded.size(), ways.size());
@@ -22,6 +22,8 @@ TEST(WaysTest, WaysComeBackAsTheyWere) {
         EXPECT_EQ(decoded[i].from, ways[i].from);
         EXPECT_EQ(decoded[i].note, ways[i].note);
         EXPECT_EQ(decoded[i].problem, ways[i].problem);
+        EXPECT_EQ(decoded[i].unopened, ways[i].unopened);
+        EXPECT_EQ(decoded[i].whyUnopened, ways[i].whyUnopened);
     }
 }
 
@@ -34,7 +36,7 @@ TEST(WaysTest, SeparatorsInTextsBecomeBlanks) {
 TEST(WaysTest, LinesThatAreNotWholeAreSkipped) {
     EXPECT_TRUE(sim::DecodeWays("").empty());
     EXPECT_TRUE(sim::DecodeWays("pci\thost\tfolder\n\n").empty());
-    EXPECT_EQ(sim::DecodeWays("pci\nload\tdirect\t/proc/stat\t\t").size(), 1u);
+    EXPECT_EQ(sim::DecodeWays("pci\nload\tdirect\t/proc/stat\t\t\t\t").size(), 1u);
 }
 
 }  // namespace
