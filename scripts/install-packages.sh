@@ -19,6 +19,7 @@ bench="$build valgrind dmidecode qemu-user"
 lint="$build googletest clang-tidy"
 # The emulated machine is put together from Debian's packages.
 vm="$build pkg-config libfuse3-dev qemu-system-x86 openipmi kmod cpio e2fsprogs python3"
+vm="$vm python3-jsonschema"
 # Prometheus and its companions are fetched and not installed: their packages start services.
 fleet="$build python3"
 # A browser for the page of `report --html`; npm, of any origin, brings what checks the page.

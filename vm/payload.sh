@@ -28,7 +28,7 @@ program() {  # COMPILER NAME SOURCE [ARGUMENT...]
     "$1" -m32 -march=i686 -O2 -Wall -Wextra -Werror -I. -o "$folder/bin/$2" "${@:3}"
 }
 program 'g++' bridge_check -std=c++20 vm/guest/bridge_check.cpp
-cp vm/guest/{run,common.sh,uefi,end,with-ide,partition-disk} "$folder"
+cp vm/guest/{run,common.sh,uefi,commands,end,with-ide,partition-disk} "$folder"
 if [ "${3:-}" = speed ]; then
     cp vm/guest/speed "$folder"
     for agent in bench/inventory.c vm/guest/sensors.c; do

@@ -12,6 +12,7 @@ import pathlib
 import re
 import sys
 
+import commands
 import inventory
 import management
 import peers
@@ -26,7 +27,9 @@ LEAST_FIELDS = {
     "STRICT_DEVMEM": 16, "64-bit kernel": 17, "64-bit bridge": 56, "host": 63, "64-bit host": 63,
     "UEFI SMBIOS": 39, "UEFI PCI": 174, "UEFI sensors": 225, "UEFI thresholds": 130,
     "UEFI inventory": 12, "UEFI drives": 24, "UEFI partitions": 38, "UEFI ways": 102,
-    "UEFI doctor": 74, "UEFI load": 5,
+    "UEFI doctor": 74, "UEFI load": 5, "talvane sensors": 187, "talvane health": 35,
+    "talvane metrics": 124, "report --html": 38, "PCI names": 50, "get, --watch": 7,
+    "doctor in words": 3, "JSON": 32,
 }
 
 
@@ -151,6 +154,8 @@ def main():
     bridge(table, "64-bit bridge", results / "wide")
     uefi.compare(table, results / "uefi")
     load(table, "UEFI load", results / "uefi")
+    commands.compare(table, results / "uefi")
+    commands.schema(table, results)
 
     print(table.text())
     print()
