@@ -9,14 +9,23 @@ set -eu
 
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
-echo 'int main(void) { return 0; }' | gcc -m32 -x c -o "$folder/program" -
-runs() { "$folder/program" 2>/dev/null; }
+# It prints its kernel's machine: QEMU, which may start it in a system where none is installed, says
+# i686 on a kernel of 64 bits as well.
+gcc -m32 -x c -o "$folder/program" - <<'END'
+#include <stdio.h>
+#include <sys/utsname.h>
+int main(void) {
+    struct utsname kernel;
+    return uname(&kernel) != 0 || puts(kernel.machine) < 0;
+}
+END
+runs() { "$folder/program" >"$folder/machine" 2>/dev/null; }
 
 emulator=/usr/bin/qemu-i386-static
 formats=/proc/sys/fs/binfmt_misc
 name=talvane-i386
 if runs; then
-    if [ -e "$formats/$name" ]; then echo emulated; else echo native; fi
+    if [ "$(cat "$folder/machine")" = "$(uname -m)" ]; then echo native; else echo emulated; fi
     exit 0
 fi
 
