@@ -70,10 +70,11 @@ interface/             interface/ SmBios/ IPMI/ PCI/ storage/ load/ base/ Export
 GetPciInfo.            GetPciInfo.h PCI/ base/ Export.h InformationRecords.h
 LoadMonitor.           LoadMonitor.h Talvane.h interface/ load/ base/ Export.h InformationRecords.h
 Talvane.cpp            Talvane.h GetPciInfo.h interface/ SmBios/ IPMI/ storage/ base/ Export.h InformationRecords.h
+archive/               archive/
 simulator/base/        simulator/base/
 simulator/bmc/         simulator/bmc/ simulator/base/
 simulator/machine/     simulator/machine/ simulator/bmc/ simulator/base/
-simulator/description/ simulator/description/ simulator/machine/ simulator/bmc/ simulator/base/
+simulator/description/ simulator/description/ simulator/machine/ simulator/bmc/ simulator/base/ archive/
 simulator/host/        simulator/host/ simulator/machine/ simulator/bmc/ simulator/base/ transport/
 simulator/process/     simulator/process/ simulator/machine/ simulator/bmc/ simulator/base/
 simulator/             simulator/

@@ -14,6 +14,8 @@ namespace {
 // The errors with which opening a device can fail.
 constexpr int kOpenErrors[] = {ENOENT, EACCES, EPERM, ENXIO, ENODEV, EBUSY, EIO};
 
+constexpr const char* kPorts = "ports";  // the I/O privilege
+
 int TakeOpenError(MachineLine& line) {
     const std::string name = line.TakeWord("the error");
     std::string known;
@@ -26,7 +28,8 @@ int TakeOpenError(MachineLine& line) {
 
 void ReadWithout(MachineLine& line, MachineDraft& draft) {
     const std::string device = line.TakeWord("the device");
-    if (!Machine::IsMachinePath(device)) line.Fail("no server has a device " + device);
+    if (device != kPorts && !Machine::IsMachinePath(device))
+        line.Fail("no server has a device " + device);
     const int error = line.HasMore() ? TakeOpenError(line) : ENOENT;
     if (!draft.without.emplace(device, error).second)
         line.Fail("the machine is without " + device + " already");
