@@ -9,6 +9,7 @@
 #include <variant>
 #include <vector>
 
+#include "tools/CaptureCommand.h"
 #include "tools/Changes.h"
 #include "tools/Commands.h"
 #include "tools/DoctorCommand.h"
@@ -36,8 +37,8 @@ struct Watch {
 enum class Reading { kChoose, kDirect, kHost };
 
 struct Options {
-    std::string command;  // kReport, kHealth, kMetrics, kGet, kDoctor, or the name of a row of
-                          // Commands() or Changes()
+    std::string command;  // kReport, kHealth, kMetrics, kGet, kCapture, kDoctor, or the name of a
+                          // row of Commands() or Changes()
     Format format = Format::kText;
     ColorChoice color = ColorChoice::kAuto;
     std::filesystem::path html;     // the page that kReport writes; empty for none
@@ -49,6 +50,7 @@ struct Options {
     HealthOrder health;
     MetricsOrder metrics;
     std::string path;  // of kGet
+    CaptureOrder capture;
     Order order;
     std::vector<std::string> arguments;  // the whole line without --machine
 };

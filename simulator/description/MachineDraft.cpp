@@ -86,6 +86,7 @@ void MachineDraft::Build(Machine& machine) const {
     }
     if (bmc) BuildBmc(*bmc, machine);
     BuildInventory(*this, machine);
+    machine.SetWays(EncodeWays(ways));
     for (const auto& [device, error] : without) {
         if (Machine::IsMachinePath(device))
             machine.Refuse(device, error);

@@ -17,6 +17,7 @@
 #include "simulator/description/InventoryDraft.h"
 #include "simulator/description/MachineFiles.h"
 #include "simulator/description/MachineLine.h"
+#include "simulator/host/Ways.h"
 #include "simulator/machine/PhysicalMemory.h"
 #include "simulator/machine/SmbiosTable.h"
 
@@ -58,6 +59,7 @@ struct MachineDraft {
     std::vector<EntryDraft> entries;
     LoadDraft load;
     std::map<std::string, int> without;  // errno, by device
+    std::vector<AreaWay> ways;
 
     // The bytes of the capture that the line names, in the machine's folder or archive. Takes the
     // name off the line.

@@ -73,6 +73,10 @@ public:
     // Opening the path fails with this errno from now on.
     void Refuse(const std::string& path, int error);
 
+    // How the machine was read when it was captured, as EncodeWays writes it; empty for any other.
+    void SetWays(std::string ways) { ways_ = std::move(ways); }
+    const std::string& Ways() const { return ways_; }
+
     // Raising the I/O privilege fails with this errno from now on.
     void RefusePorts(int error) { portError_ = error; }
 
@@ -142,6 +146,7 @@ private:
     int privilege_ = 0;
     int portError_ = 0;  // 0: the program may raise its privilege
     std::size_t allocations_ = 0;
+    std::string ways_;
 };
 
 }  // namespace sim

@@ -25,14 +25,15 @@ std::string CounterLine(const std::string& name, const Ticks& ticks) {
     return text + "\n";
 }
 
-bool IsDigit(char c) {
+bool IsDecimalDigit(char c) {
     return c >= '0' && c <= '9';
 }
 
 // Takes the longest start of the text that is all digits, or that has none, off it.
 std::string_view TakePart(std::string_view& text) {
-    const auto end = std::find_if(text.begin(), text.end(),
-                                  [&](char c) { return IsDigit(c) != IsDigit(text.front()); });
+    const auto end = std::find_if(text.begin(), text.end(), [&](char c) {
+        return IsDecimalDigit(c) != IsDecimalDigit(text.front());
+    });
     const std::string_view part = text.substr(0, static_cast<std::size_t>(end - text.begin()));
     text.remove_prefix(part.size());
     return part;

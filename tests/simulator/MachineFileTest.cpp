@@ -155,6 +155,20 @@ TEST_F(MachineFileTest, DumpOfADmiTableKeepsItsEntryPointWhenAsked) {
     EXPECT_THROW(LoadMachine(folder.path, other), sim::MachineError);
 }
 
+TEST_F(MachineFileTest, WayIsKeptForWhoAsks) {
+    EXPECT_EQ(machine.Ways(), "");
+    Load(
+        "way pci host \"/sys\" note \"1 left out\" problem \"no rights\"\nway load direct "
+        "\"/proc\"");
+    EXPECT_EQ(machine.Ways(), "pci\thost\t/sys\t1 left out\tno rights\nload\tdirect\t/proc\t\t\n");
+    for (const char* const refused :
+         {"way spoons host \"/sys\"", "way pci there \"/sys\"", "way pci host \"\\x1B[2J\"",
+          "way pci host \"a\"\nway pci host \"a\""}) {
+        sim::Machine other;
+        EXPECT_THROW(LoadMachine(MachineFolder(refused).path, other), sim::MachineError) << refused;
+    }
+}
+
 TEST_F(MachineFileTest, WithoutPortsTheProgramCannotRaiseItsPrivilege) {
     EXPECT_EQ(machine.SetPrivilege(3).error, 0);
     sim::Machine refusing;
