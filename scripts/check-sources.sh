@@ -70,10 +70,11 @@ interface/             interface/ SmBios/ IPMI/ PCI/ storage/ load/ base/ Export
 GetPciInfo.            GetPciInfo.h PCI/ base/ Export.h InformationRecords.h
 LoadMonitor.           LoadMonitor.h Talvane.h interface/ load/ base/ Export.h InformationRecords.h
 Talvane.cpp            Talvane.h GetPciInfo.h interface/ SmBios/ IPMI/ storage/ base/ Export.h InformationRecords.h
+archive/               archive/
 simulator/base/        simulator/base/
 simulator/bmc/         simulator/bmc/ simulator/base/
 simulator/machine/     simulator/machine/ simulator/bmc/ simulator/base/
-simulator/description/ simulator/description/ simulator/machine/ simulator/bmc/ simulator/base/
+simulator/description/ simulator/description/ simulator/machine/ simulator/bmc/ simulator/base/ simulator/host/Ways.h archive/
 simulator/host/        simulator/host/ simulator/machine/ simulator/bmc/ simulator/base/ transport/
 simulator/process/     simulator/process/ simulator/machine/ simulator/bmc/ simulator/base/
 simulator/             simulator/
@@ -85,9 +86,10 @@ tools/health/          tools/health/ tools/sensors/ tools/library/ tools/base/
 tools/records/         tools/records/ tools/sensors/ tools/library/ tools/base/ Talvane.h InformationRecords.h PCI/PCIscan.h
 tools/html/            tools/html/ tools/health/ tools/records/ tools/sensors/ tools/library/ tools/base/
 tools/metrics/         tools/metrics/ tools/records/ tools/sensors/ tools/library/ tools/base/
+tools/capture/         tools/capture/ tools/sensors/ tools/library/ tools/base/ Talvane.h InformationRecords.h PCI/PCIscan.h base/ archive/
 tools/changes/         tools/changes/ tools/records/ tools/sensors/ tools/library/ tools/base/ Talvane.h InformationRecords.h
 tools/sources/         tools/sources/ tools/library/ tools/base/ base/
-tools/                 tools/ Talvane.h InformationRecords.h simulator/Launcher.h
+tools/                 tools/ archive/ Talvane.h InformationRecords.h simulator/Launcher.h
 transport/             transport/
 bridge/                bridge/ transport/
 bench/                 bench/ Talvane.h IPMI/IPMIsupport.h PCI/PCIscan.h

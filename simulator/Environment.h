@@ -6,7 +6,7 @@
 
 namespace sim {
 
-inline constexpr const char* kMachineVariable = "TALVANE_MACHINE";  // the machine's folder
+inline constexpr const char* kMachineVariable = "TALVANE_MACHINE";  // its folder or archive
 inline constexpr const char* kHostVariable =
     "TALVANE_HOST";  // in place of a machine: the root folder of the running system
 inline constexpr const char* kHostDirectVariable =

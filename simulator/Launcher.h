@@ -21,8 +21,8 @@ struct LaunchOptions {
 };
 
 // Replaces this process by the program argv[0] (looked up in PATH), on the machine that a folder
-// describes. A bare name that is no folder here is that of an installed machine. Returns only by an
-// exception, and then this process is unchanged:
+// or an archive of one describes. A bare name that is nothing here is that of an installed machine.
+// Returns only by an exception, and then this process is unchanged:
 // - MachineError: the description cannot be used.
 // - std::system_error: the program cannot be run.
 // - std::runtime_error: the program cannot run simulated, because it is not a dynamically linked

@@ -71,6 +71,7 @@ void Build(sim::Machine& machine) {
         *ways = sim::EncodeWays(sim::BuildHostMachine(HostOptionsOfEnvironment(), machine));
     } else {
         sim::LoadMachine(VariableValue(sim::kMachineVariable), machine);
+        *ways = machine.Ways();
     }
 }
 
@@ -105,8 +106,8 @@ void StartServer() {
 
 extern "C" {
 
-// Null where the process is on no server; empty on a simulated one; else how each area of the
-// running system is read, as sim::EncodeWays writes it.
+// Null where the process is on no server; else how each area of the running system is read, or was
+// when a machine was captured, as sim::EncodeWays writes it. Empty for any other machine.
 const char* TalvaneWays();
 const char* TalvaneWays() {
     return ways != nullptr ? ways->c_str() : nullptr;

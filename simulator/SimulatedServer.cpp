@@ -33,8 +33,8 @@ SimulatedServer::SimulatedServer() : state_(std::make_unique<State>()) {
     state_->Start();
 }
 
-SimulatedServer::SimulatedServer(const std::filesystem::path& machineFolder)
-    : SimulatedServer([&](Machine& machine) { LoadMachine(machineFolder, machine); }) {}
+SimulatedServer::SimulatedServer(const std::filesystem::path& machine)
+    : SimulatedServer([&](Machine& built) { LoadMachine(machine, built); }) {}
 
 SimulatedServer::SimulatedServer(const std::function<void(Machine&)>& build)
     : state_(std::make_unique<State>()) {

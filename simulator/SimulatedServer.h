@@ -38,9 +38,9 @@ public:
     // A server with 64 MiB of zeroed memory and no device but /dev/mem.
     SimulatedServer();
 
-    // The server that a machine folder describes (docs/machine-format.md). Throws MachineError,
-    // whose text names file and line, when the description cannot be used.
-    explicit SimulatedServer(const std::filesystem::path& machineFolder);
+    // The server that a machine folder or an archive of one describes (docs/machine-format.md).
+    // Throws MachineError, whose text names file and line, when the description cannot be used.
+    explicit SimulatedServer(const std::filesystem::path& machine);
 
     // The server that `build` makes of a new machine, before it answers anything.
     explicit SimulatedServer(const std::function<void(Machine&)>& build);

@@ -34,6 +34,7 @@ _talvane_launcher()
             elif ((COMP_CWORD == 1)); then
                 compopt -o filenames 2>/dev/null
                 mapfile -t COMPREPLY < <(compgen -d -- "$word"
+                    compgen -f -X '!*.tar.gz' -- "$word"
                     compgen -W "$(command ls -- "$machines" 2>/dev/null)" -- "$word")
             fi
             ;;

@@ -44,9 +44,8 @@ public:
         }
     }
 
-    void Publish() {
-        constexpr mode_t kReadableByAll = 0644;
-        if (fchmod(descriptor_.Get(), kReadableByAll) != 0 || fsync(descriptor_.Get()) != 0 ||
+    void Publish(mode_t mode) {
+        if (fchmod(descriptor_.Get(), mode) != 0 || fsync(descriptor_.Get()) != 0 ||
             std::rename(path_.c_str(), target_.c_str()) != 0)
             Fail();
         isRenamed_ = true;
@@ -72,11 +71,11 @@ void RequireReplaceable(const std::filesystem::path& file) {
         throw std::runtime_error("cannot write " + file.string() + ": not a regular file");
 }
 
-void WriteAtomically(const std::filesystem::path& file, std::string_view text) {
+void WriteAtomically(const std::filesystem::path& file, std::string_view text, mode_t mode) {
     RequireReplaceable(file);
     TemporaryFile temporary(file);
     temporary.Write(text);
-    temporary.Publish();
+    temporary.Publish(mode);
 }
 
 }  // namespace tool

@@ -43,7 +43,7 @@ void AddOptions(CLI::App& app, Options& options) {
     app.add_flag_callback(
         "--json", [&options] { options.format = Format::kJson; }, "Answer in JSON");
     app.add_option(kMachineOption, options.machine,
-                   "Run on a simulated server: its folder, or an installed one's name")
+                   "Run on a simulated server: its folder, a capture, or an installed one's name")
         ->type_name("DIR")
         ->check(CLI::Validator(NameProblem, ""));
     app.add_flag_callback(
@@ -317,6 +317,24 @@ void AddGet(CLI::App& app, Options& options) {
         "In a list, elements are counted from 0, or named: get sensors.sensors.fan-1.reading");
 }
 
+void AddCapture(CLI::App& app, Options& options) {
+    CLI::App* capture =
+        AddCommand(app, options, kCapture, "Take this machine along as one file, for --machine");
+    capture->add_option("FILE", options.capture.file, "The archive to write, a .tar.gz")
+        ->type_name("")
+        ->required()
+        ->check(CLI::Validator(
+            [](const std::string& name) { return name.empty() ? "an empty name" : ""; }, ""));
+    capture->add_flag("--redact", options.capture.isRedacted,
+                      "Replace serial numbers, UUIDs, asset tags and service tags by marks");
+    capture->final_callback([&options] {
+        if (options.format == Format::kJson) throw CLI::ExcludesError(kCapture, "--json");
+    });
+    capture->footer(
+        "The file can be read by its owner alone. Of disks it holds partition tables, and none\n"
+        "of their files. A source that cannot be read is left out and named.");
+}
+
 void AddReport(CLI::App& app, Options& options) {
     CLI::App* report = AddCommand(app, options, kReport, "Everything that the commands below show");
     CLI::Option* page = report
@@ -351,6 +369,7 @@ void AddCommands(CLI::App& app, Options& options) {
     AddHealth(app, options);
     AddMetrics(app, options);
     AddGet(app, options);
+    AddCapture(app, options);
     AddCommand(app, options, kDoctor, "What stands in the way of reading this machine")
         ->footer("Exit status: 0 when nothing stops this tool, 1 when something does.");
     AddThresholdChange(app, options);

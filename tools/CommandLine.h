@@ -9,6 +9,7 @@
 #include <variant>
 #include <vector>
 
+#include "tools/CaptureCommand.h"
 #include "tools/Changes.h"
 #include "tools/Commands.h"
 #include "tools/DoctorCommand.h"
@@ -37,8 +38,8 @@ struct Watch {
 enum class Reading { kChoose, kDirect, kHost };
 
 struct Options {
-    std::string command;  // kReport, kHealth, kMetrics, kGet, kDoctor, or the name of a row of
-                          // Commands() or Changes()
+    std::string command;  // kReport, kHealth, kMetrics, kGet, kCapture, kDoctor, or the name of a
+                          // row of Commands() or Changes()
     Format format = Format::kText;
     ColorChoice color = ColorChoice::kAuto;
     std::filesystem::path machine;  // of a simulated server; empty for the real machine
@@ -50,6 +51,7 @@ struct Options {
     HealthOrder health;
     MetricsOrder metrics;
     std::string path;  // of kGet
+    CaptureOrder capture;
     Order order;
     std::vector<std::string> arguments;  // the whole line without --machine
 };

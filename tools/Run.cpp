@@ -84,6 +84,8 @@ int Run(const Options& options) {
         Flush();
         return isWell ? kAllDone : kIncomplete;
     }
+    if (options.command == kCapture)
+        return WriteCapture(options.capture, options.settings, std::cerr) ? kAllDone : kIncomplete;
     if (options.command == kGet) {
         const bool found = ShowValue(options.path, options.settings, std::cout, std::cerr);
         Flush();

@@ -20,6 +20,7 @@ _talvane()
         --machine)
             compopt -o filenames 2>/dev/null
             mapfile -t COMPREPLY < <(compgen -d -- "$word"
+                compgen -f -X '!*.tar.gz' -- "$word"
                 compgen -W "$(command ls -- "$machines" 2>/dev/null)" -- "$word")
             return
             ;;
@@ -56,13 +57,18 @@ _talvane()
                 esac
             done
             help=$("$1" "${command[@]}" --help 2>/dev/null)
+            if [[ $word != -* && ${command[*]} == capture ]]; then
+                compopt -o filenames 2>/dev/null
+                mapfile -t COMPREPLY < <(compgen -f -- "$word")
+                return
+            fi
             if [[ $word == -* ]]; then
                 help=$(sed -n 's/^ *\(-[a-z],\)\{0,1\}\(--[a-z-]*\).*/\2/p' <<<"$help")
             elif [[ ${command[*]} == get ]]; then
                 # The commands that have a member in the JSON.
                 compopt -o nospace 2>/dev/null
                 help=$("$1" --help 2>/dev/null |
-                    sed -n '/^Commands:/,/^$/{/^  \(report\|get\|metrics\|doctor\|threshold\) /!s/^  \([a-z]*\) .*/\1./p}')
+                    sed -n '/^Commands:/,/^$/{/^  \(report\|get\|metrics\|capture\|doctor\|threshold\) /!s/^  \([a-z]*\) .*/\1./p}')
             else
                 help=$(sed -n '/^Commands:/,/^$/s/^  \([a-z]*\) .*/\1/p' <<<"$help")
             fi

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <stdexcept>
 
 #include "simulator/base/AccessLog.h"
 #include "simulator/base/CallText.h"
@@ -35,7 +34,24 @@ std::string BmcRequest::Text() const {
 
 Bmc::Bmc(Clock clock, AccessLog& log) : clock_(std::move(clock)), log_(log) {}
 
+void Bmc::SetAnswer(std::string_view command, std::uint8_t lun, const Bytes& data,
+                    const Bytes& answer) {
+    const Command& row = FindByName(command);
+    if (answer.empty()) throw std::invalid_argument("an answer has a completion code");
+    answers_[{row.netFn, row.command, lun, data}] = answer;
+}
+
+void Bmc::ForgetAnswers(std::uint8_t netFn, std::uint8_t command, const Bytes& data) {
+    std::erase_if(answers_, [&](const auto& answer) {
+        const Question& asked = answer.first;
+        return asked.netFn == netFn && asked.command == command && asked.data == data;
+    });
+}
+
 Bmc::Reply Bmc::Execute(const BmcRequest& request) {
+    const auto given = answers_.find({request.netFn, request.command, request.lun, request.data});
+    if (given != answers_.end())
+        return {given->second.front(), Bytes(given->second.begin() + 1, given->second.end())};
     const Command* const row = Find(request.netFn, request.command);
     if (row == nullptr) return {kUnknownCommand, {}};
     if (request.data.size() < row->minData) return {kWrongLength, {}};

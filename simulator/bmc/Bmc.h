@@ -8,6 +8,7 @@
 
 #include <array>
 #include <chrono>
+#include <compare>
 #include <cstdint>
 #include <functional>
 #include <map>
@@ -164,6 +165,12 @@ public:
     void Inject(const BmcFault& fault);
     void Inject(std::string_view command, BmcFault::Kind kind, unsigned value, unsigned nth = 0);
 
+    // From now on a request of this command with this LUN and data is answered with these bytes,
+    // the completion code first, until a command that sets what it asks for is carried out.
+    // std::invalid_argument for a command that the controller does not know, and without a byte.
+    void SetAnswer(std::string_view command, std::uint8_t lun, const Bytes& data,
+                   const Bytes& answer);
+
     // Every request so far, in order; their texts; how many were for one command, which is given by
     // its numbers or by its name. std::invalid_argument for a name that the controller does not
     // know.
@@ -212,6 +219,7 @@ private:
     friend struct BmcRequest;
 
     Reply Execute(const BmcRequest& request);
+    void ForgetAnswers(std::uint8_t netFn, std::uint8_t command, const Bytes& data);
     void CarryOut(BmcRequest& request);
     std::optional<BmcFault> TakeFaultFor(const BmcRequest& request);
     void AnswerWithFault(const BmcFault& fault, BmcRequest& request);
@@ -238,6 +246,14 @@ private:
     Interceptor interceptor_;
     std::vector<BmcRequest> requests_;
     std::vector<BmcFault> faults_;
+    struct Question {
+        std::uint8_t netFn;
+        std::uint8_t command;
+        std::uint8_t lun;
+        Bytes data;
+        auto operator<=>(const Question&) const = default;
+    };
+    std::map<Question, Bytes> answers_;
     std::vector<Record> records_;
     std::optional<std::uint16_t> claimedCount_;
     std::map<std::uint16_t, std::uint16_t> nextIds_;

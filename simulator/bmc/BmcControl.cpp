@@ -66,6 +66,7 @@ int Bmc::WatchdogExpirations() {
 
 Bmc::Reply Bmc::SetWatchdog(const Bytes& data) {
     CountDown();
+    ForgetAnswers(0x06, 0x25, {});  // Get Watchdog Timer
     const bool keepsRunning = watchdog_.running && (!watchdogStops_ || (data[0] & kDontStop) != 0);
     watchdog_ = {.use = data[0],
                  .actions = data[1],
@@ -82,6 +83,7 @@ Bmc::Reply Bmc::SetWatchdog(const Bytes& data) {
 Bmc::Reply Bmc::ResetWatchdog(const Bytes&) {
     constexpr std::uint8_t kNotInitialised = 0x80;
     CountDown();
+    ForgetAnswers(0x06, 0x25, {});
     if (!watchdog_.initialised) return {kNotInitialised, {}};
     watchdog_.running = true;
     watchdog_.expired = false;

@@ -74,6 +74,7 @@ Bmc::Reply Bmc::GetThresholds(const Bytes& data) {
 Bmc::Reply Bmc::SetThresholdValues(const Bytes& data) {
     const auto sensor = sensors_.find(data[0]);
     if (sensor == sensors_.end()) return {kNotPresent, {}};
+    ForgetAnswers(0x04, 0x27, {data[0]});  // Get Sensor Thresholds
     auto& values = sensor->second.thresholds.values;
     for (std::size_t i = 0; i < values.size(); ++i)
         if ((data[1] >> i & 1) != 0) values[i] = data[2 + i];

@@ -40,6 +40,14 @@ struct FaultDraft {
     MachineLine line;
 };
 
+struct AnswerDraft {
+    std::string command;
+    std::uint8_t lun;
+    Bytes data;
+    Bytes answer;
+    MachineLine line;
+};
+
 struct WatchdogDraft {
     std::uint8_t action = 0;
     std::uint16_t seconds = 0;
@@ -67,6 +75,7 @@ struct BmcDraft {
     std::map<std::uint8_t, BmcChannel> channels;
     std::optional<WatchdogDraft> watchdog;
     std::vector<FaultDraft> faults;
+    std::vector<AnswerDraft> answers;
 };
 
 struct MachineDraft;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// The statement about requests that the controller does not answer as it should: fault.
+// The statements about requests that the controller does not answer as it should, or as the other
+// statements say: fault, answer.
 
 #include "simulator/base/CallText.h"
 #include "simulator/description/MachineDraft.h"
@@ -58,7 +59,20 @@ void ReadFault(MachineLine& line, MachineDraft& draft) {
     bmc.faults.push_back({command, fault, line});
 }
 
-constexpr MachineStatement kBmcFaultStatements[] = {{"fault", ReadFault}};
+// As in the log: the bytes of the request, an arrow, the completion code and the other bytes.
+void ReadAnswer(MachineLine& line, MachineDraft& draft) {
+    constexpr std::uint8_t kMaxLun = 3;
+    AnswerDraft answer{line.TakeText("the command"), 0, {}, {}, line};
+    if (line.TakeIf("lun")) answer.lun = line.TakeByte("the LUN", kMaxLun);
+    while (!line.TakeIf("->")) answer.data.push_back(line.TakeHexByte("the byte or \"->\""));
+    do {
+        answer.answer.push_back(line.TakeHexByte("the byte"));
+    } while (line.HasMore());
+    if (answer.answer.size() > 1 + kMaxResponse) line.Fail("an answer has at most 256 bytes");
+    ControllerOf(line, draft).answers.push_back(std::move(answer));
+}
+
+constexpr MachineStatement kBmcFaultStatements[] = {{"fault", ReadFault}, {"answer", ReadAnswer}};
 
 }  // namespace
 

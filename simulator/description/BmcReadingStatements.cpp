@@ -50,7 +50,8 @@ void ReadControl(MachineLine& line, MachineDraft& draft) {
     const std::string name = line.TakeName("the file name");
     BmcDraft& bmc = ControllerOf(line, draft);
     if (!bmc.controlFile.empty()) line.Fail("the controller has a control file already");
-    bmc.controlFile = draft.folder / name;
+    if (draft.files.IsArchive()) line.Fail("a machine in an archive has no control file");
+    bmc.controlFile = draft.files.PathOf(name);
     if (IsNotRegular(bmc.controlFile)) line.Fail(bmc.controlFile.string() + ": " + kNotRegular);
 }
 

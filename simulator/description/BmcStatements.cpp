@@ -127,6 +127,13 @@ void BuildBmc(const BmcDraft& draft, Machine& machine) {
     bmc.SetInventory(draft.inventory);
     for (const auto& [number, channel] : draft.channels) bmc.SetChannel(number, channel);
     if (draft.watchdog) BuildWatchdog(*draft.watchdog, bmc);
+    for (const AnswerDraft& row : draft.answers) {
+        try {
+            bmc.SetAnswer(row.command, row.lun, row.data, row.answer);
+        } catch (const std::exception& error) {
+            row.line.Fail(error.what());
+        }
+    }
     for (const FaultDraft& row : draft.faults) {
         try {
             bmc.Inject(row.command, row.fault.kind, row.fault.value, row.fault.nth);

@@ -3,12 +3,10 @@
 // The statements about IDE drives: drive, entry, ide.
 
 #include <algorithm>
-#include <fstream>
+#include <filesystem>
 #include <set>
-#include <sstream>
 
 #include "simulator/description/MachineDraft.h"
-#include "simulator/description/RegularFile.h"
 #include "simulator/description/SectorText.h"
 
 namespace sim {
@@ -48,6 +46,41 @@ void ReadSectorDump(MachineLine& line, const MachineDraft& draft, DriveDraft& dr
     }
 }
 
+void ReadImage(MachineLine& line, const MachineDraft& draft, DriveDraft& drive) {
+    const std::string name = line.TakeName("the file name");
+    if (draft.files.IsArchive()) {
+        drive.archivedImage = draft.CaptureNamed(name, line);
+        return;
+    }
+    drive.image = draft.files.PathOf(name);
+    std::error_code error;
+    (void)std::filesystem::status(drive.image, error);
+    if (error) line.Fail(drive.image.string() + ": " + error.message());
+}
+
+void RequireThere(const std::string& folder, const MachineLine& line, const MachineDraft& draft) {
+    const std::filesystem::path path = draft.files.PathOf(folder);
+    const bool isInFiles = !draft.files.IsArchive() && std::filesystem::exists(path);
+    if (!isInFiles && !draft.files.HasFolder(folder))
+        line.Fail(path.string() + ": No such file or directory");
+}
+
+// The files in a copy of a drive's folder in /proc/ide.
+std::map<std::string, std::string> FilesOfDrive(const std::string& folder, const MachineLine& line,
+                                                const MachineDraft& draft) {
+    RequireThere(folder, line, draft);
+    std::map<std::string, std::string> files;
+    try {
+        for (const std::string& name : draft.files.List(folder)) {
+            const Bytes bytes = draft.files.Read(folder + "/" + name);
+            files[name] = std::string(bytes.begin(), bytes.end());
+        }
+    } catch (const std::exception& error) {
+        line.Fail(error.what());
+    }
+    return files;
+}
+
 void ReadDriveOption(const std::string& option, MachineLine& line, const MachineDraft& draft,
                      DriveDraft& drive, DriveTexts& texts) {
     if (option == "media") {
@@ -61,20 +94,45 @@ void ReadDriveOption(const std::string& option, MachineLine& line, const Machine
         texts.firmware = line.TakeText("the firmware version");
     } else if (option == "sectors") {
         drive.size = line.TakeNumber("the number of sectors", kMaxNumber);
-        drive.drive.files["capacity"] = std::to_string(*drive.size) + "\n";
+        if (!drive.hasOwnFiles) drive.drive.files["capacity"] = std::to_string(*drive.size) + "\n";
     } else if (option == "identity") {
         ReadIdentity(line, draft, drive.drive);
     } else if (option == "image") {
-        drive.image = draft.CaptureFile(line);
+        ReadImage(line, draft, drive);
     } else if (option == "dump") {
         ReadSectorDump(line, draft, drive);
+    } else if (option == "files") {
+        drive.drive.files = FilesOfDrive(line.TakeName("the folder"), line, draft);
+        drive.hasOwnFiles = true;
     } else {
         line.Fail("\"" + option +
-                  "\" is none of media, model, serial, firmware, sectors, identity, image, dump");
+                  "\" is none of media, model, serial, firmware, sectors, identity, image, dump, "
+                  "files");
     }
 }
 
+// With its own files a drive is exactly what they, the identity block and the sectors say.
+void CompleteDrive(const std::set<std::string>& options, const MachineLine& line,
+                   const DriveTexts& texts, DriveDraft& drive) {
+    if (options.contains("image") && options.contains("dump"))
+        line.Fail("a drive has an image or a dump, not both");
+    if (drive.hasOwnFiles) {
+        for (const char* const option : {"media", "model", "serial", "firmware"})
+            if (options.contains(option))
+                line.Fail(std::string("a drive has files or ") + option + ", not both");
+        return;
+    }
+    if (!options.contains("sectors") && !options.contains("image"))
+        line.Fail("a drive has a number of sectors or an image");
+    if (!drive.drive.identity)
+        drive.drive.identity = MakeIdentity(texts.serial, texts.firmware, texts.model);
+}
+
 void ReadDrive(MachineLine& line, MachineDraft& draft) {
+    if (line.TakeIf("none")) {
+        draft.isWithoutDrives = true;
+        return;
+    }
     const char letter = TakeDriveLetter(line);
     DriveDraft& drive = AddDrive(draft, letter, line);
     drive.drive.files["media"] = "disk\n";
@@ -85,12 +143,7 @@ void ReadDrive(MachineLine& line, MachineDraft& draft) {
         if (!seen.insert(option).second) line.Fail("\"" + option + "\" is given twice");
         ReadDriveOption(option, line, draft, drive, texts);
     }
-    if (seen.contains("image") && seen.contains("dump"))
-        line.Fail("a drive has an image or a dump, not both");
-    if (!seen.contains("sectors") && !seen.contains("image"))
-        line.Fail("a drive has a number of sectors or an image");
-    if (!drive.drive.identity)
-        drive.drive.identity = MakeIdentity(texts.serial, texts.firmware, texts.model);
+    CompleteDrive(seen, line, texts, drive);
 }
 
 void ReadEntry(MachineLine& line, MachineDraft& draft) {
@@ -107,23 +160,17 @@ void ReadEntry(MachineLine& line, MachineDraft& draft) {
 
 // A folder with a copy of a machine's /proc/ide: ide0/hda/media and so on.
 void ReadIde(MachineLine& line, MachineDraft& draft) {
-    const std::filesystem::path folder = draft.CaptureFile(line);
+    const std::string folder = line.TakeName("the file name");
+    RequireThere(folder, line, draft);
     bool found = false;
     for (char letter = 'a'; letter <= 'd'; ++letter) {
-        const std::filesystem::path drive =
-            folder / ("ide" + std::to_string((letter - 'a') / 2)) / (std::string("hd") + letter);
-        if (!std::filesystem::is_directory(drive)) continue;
+        const std::string drive =
+            folder + "/ide" + std::to_string((letter - 'a') / 2) + "/hd" + letter;
+        if (!draft.files.HasFolder(drive)) continue;
         found = true;
-        IdeDrive& target = AddDrive(draft, letter, line).drive;
-        for (const auto& file : std::filesystem::directory_iterator(drive)) {
-            if (IsNotRegular(file.path())) line.Fail(file.path().string() + ": " + kNotRegular);
-            std::ifstream stream(file.path(), std::ios::binary);
-            std::ostringstream text;
-            text << stream.rdbuf();
-            target.files[file.path().filename().string()] = text.str();
-        }
+        AddDrive(draft, letter, line).drive.files = FilesOfDrive(drive, line, draft);
     }
-    if (!found) line.Fail(folder.string() + ": holds no ide0/hda to ide1/hdd");
+    if (!found) line.Fail(draft.files.PathOf(folder).string() + ": holds no ide0/hda to ide1/hdd");
 }
 
 constexpr MachineStatement kDriveStatements[] = {

@@ -12,7 +12,17 @@
 namespace sim {
 namespace {
 
+std::shared_ptr<DiskImage> ImageOf(std::span<const std::uint8_t> bytes) {
+    constexpr std::size_t kSector = DiskImage::kSectorSize;
+    const std::uint64_t sectors = bytes.size() / kSector;
+    auto image = std::make_shared<DiskImage>(sectors);
+    for (std::uint64_t i = 0; i < sectors; ++i)
+        image->Write(i, bytes.subspan(static_cast<std::size_t>(i) * kSector, kSector));
+    return image;
+}
+
 std::shared_ptr<DiskImage> MakeImage(const DriveDraft& drive) {
+    if (drive.archivedImage) return ImageOf(*drive.archivedImage);
     if (!drive.image.empty()) return std::make_shared<DiskImage>(drive.image);
     if (!drive.size) return nullptr;
     auto image = std::make_shared<DiskImage>(*drive.size);
@@ -22,6 +32,7 @@ std::shared_ptr<DiskImage> MakeImage(const DriveDraft& drive) {
 
 void BuildDrives(const MachineDraft& draft, Machine& machine) {
     std::map<char, std::shared_ptr<DiskImage>> images;
+    if (draft.isWithoutDrives) machine.InstallDirectory("/proc/ide");
     for (const auto& [letter, drive] : draft.drives) {
         IdeDrive built = drive.drive;
         try {
@@ -29,7 +40,7 @@ void BuildDrives(const MachineDraft& draft, Machine& machine) {
         } catch (const std::exception& error) {
             drive.line.Fail(error.what());
         }
-        if (built.image != nullptr)
+        if (built.image != nullptr && !drive.hasOwnFiles)
             built.files.try_emplace("capacity", std::to_string(built.image->Sectors()) + "\n");
         InstallDrive(machine, letter, built);
     }
@@ -50,6 +61,7 @@ void BuildLoad(const LoadDraft& load, Machine& machine) {
     ProcStat& stat = machine.GetStat();
     for (const auto& [cpu, rates] : load.cpus) stat.SetRates(cpu, rates);
     for (const auto& [from, text] : load.stat) stat.SetText(from, text);
+    if (load.statContinues) stat.Continue();
     if (load.cpus.empty() && load.stat.empty()) stat.SetRates(0, {});
     if (load.free)
         machine.GetFreeProgram() = *load.free;

@@ -29,6 +29,8 @@ struct DriveDraft {
     IdeDrive drive = {};
     std::optional<std::uint64_t> size = {};       // in sectors
     std::filesystem::path image = {};             // the image file; empty: a disk of zeroes
+    std::optional<Bytes> archivedImage = {};      // the image in an archive
+    bool hasOwnFiles = false;                     // `drive` has all files of /proc/ide already
     std::map<std::uint64_t, Bytes> sectors = {};  // the sectors that are not zero
 };
 
@@ -51,6 +53,7 @@ struct EntryDraft {
 struct LoadDraft {
     std::map<unsigned, ProcStat::Rates> cpus;
     std::map<std::chrono::seconds, std::string> stat;
+    bool statContinues = false;
     std::optional<FreeProgram> free;
 };
 

@@ -41,6 +41,10 @@ void ReadCpu(MachineLine& line, MachineDraft& draft) {
 }
 
 void ReadStat(MachineLine& line, MachineDraft& draft) {
+    if (line.TakeIf("continues")) {
+        draft.load.statContinues = true;
+        return;
+    }
     std::chrono::seconds from{0};
     if (line.TakeIf("at")) from = std::chrono::seconds(line.TakeNumber("the second", kMaxCount));
     if (!draft.load.stat.emplace(from, CaptureText(line, draft)).second)
@@ -56,6 +60,7 @@ void ReadFree(MachineLine& line, MachineDraft& draft) {
         program.SetMemory(total, line.TakeNumber("the used memory", total));
     } else {
         std::string text = CaptureText(line, draft);
+        if (text.find('\0') != std::string::npos) line.Fail("what free prints has no byte 00");
         if (text.back() != '\n') text += '\n';
         program.SetText(std::move(text));
     }

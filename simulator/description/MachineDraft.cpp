@@ -4,14 +4,10 @@
 
 #include "simulator/description/MachineDraft.h"
 
-#include <cerrno>
-#include <cstring>
 #include <exception>
-#include <fstream>
-#include <iterator>
+#include <stdexcept>
 
 #include "simulator/base/CallText.h"
-#include "simulator/description/RegularFile.h"
 #include "simulator/machine/Machine.h"
 
 namespace sim {
@@ -37,7 +33,7 @@ void RequireApart(const std::vector<MemoryPiece>& pieces) {
 void PlaceSmbios(PhysicalMemory& memory, const SmbiosDraft& smbios) {
     switch (smbios.source) {
         case SmbiosDraft::Source::kDump:
-            memory.PlaceDump(smbios.bytes);
+            memory.PlaceDump(smbios.bytes, smbios.placement.anchor);
             break;
         case SmbiosDraft::Source::kSegment:
             memory.PlaceSegment(smbios.bytes);
@@ -57,21 +53,18 @@ void RequireSmbiosMemory(const SmbiosDraft& smbios, const PhysicalMemory& memory
 
 }  // namespace
 
-std::filesystem::path MachineDraft::CaptureFile(MachineLine& line) const {
-    std::filesystem::path path = folder / line.TakeName("the file name");
-    std::error_code error;
-    (void)std::filesystem::status(path, error);
-    if (error) line.Fail(path.string() + ": " + error.message());
-    return path;
+Bytes MachineDraft::Capture(MachineLine& line) const {
+    return CaptureNamed(line.TakeName("the file name"), line);
 }
 
-Bytes MachineDraft::Capture(MachineLine& line) const {
-    const std::string path = CaptureFile(line).string();
-    if (IsNotRegular(path)) line.Fail(path + ": " + kNotRegular);
-    std::ifstream stream(path, std::ios::binary);
-    if (!stream) line.Fail(path + ": " + std::strerror(errno));
-    Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (bytes.empty()) line.Fail(path + ": is empty");
+Bytes MachineDraft::CaptureNamed(const std::string& name, const MachineLine& line) const {
+    Bytes bytes;
+    try {
+        bytes = files.Read(name);
+    } catch (const std::runtime_error& error) {
+        line.Fail(error.what());
+    }
+    if (bytes.empty()) line.Fail(files.PathOf(name).string() + ": is empty");
     return bytes;
 }
 
@@ -93,7 +86,13 @@ void MachineDraft::Build(Machine& machine) const {
     }
     if (bmc) BuildBmc(*bmc, machine);
     BuildInventory(*this, machine);
-    for (const auto& [path, error] : without) machine.Refuse(path, error);
+    machine.SetWays(EncodeWays(ways));
+    for (const auto& [device, error] : without) {
+        if (Machine::IsMachinePath(device))
+            machine.Refuse(device, error);
+        else
+            machine.RefusePorts(error);  // of what has no path, a machine can lack the ports alone
+    }
 }
 
 }  // namespace sim

@@ -5,7 +5,6 @@
 #ifndef TALVANE_SIMULATOR_DESCRIPTION_MACHINEDRAFT_H
 #define TALVANE_SIMULATOR_DESCRIPTION_MACHINEDRAFT_H
 
-#include <filesystem>
 #include <map>
 #include <optional>
 #include <span>
@@ -16,7 +15,9 @@
 
 #include "simulator/description/BmcDraft.h"
 #include "simulator/description/InventoryDraft.h"
+#include "simulator/description/MachineFiles.h"
 #include "simulator/description/MachineLine.h"
+#include "simulator/host/Ways.h"
 #include "simulator/machine/PhysicalMemory.h"
 #include "simulator/machine/SmbiosTable.h"
 
@@ -37,14 +38,16 @@ struct SmbiosDraft {
     Source source;
     MachineLine line;
     Bytes bytes;                        // the dump or the segment
-    SmbiosPlacement placement;          // for a text
+    SmbiosPlacement placement;          // for a text; of a dump, its anchor alone
     SmbiosTable table;                  // for a text
     SmbiosStructure* last = nullptr;    // the structure that field statements belong to
     std::map<std::size_t, int> fields;  // its bytes that were set, and the lines that set them
 };
 
 struct MachineDraft {
-    std::filesystem::path folder;
+    explicit MachineDraft(MachineFiles theFiles) : files(std::move(theFiles)) {}
+
+    MachineFiles files;
     std::optional<std::pair<std::uint64_t, int>>
         memorySize;  // the size, and the line of the statement
     std::vector<MemoryPiece> pieces;
@@ -52,15 +55,18 @@ struct MachineDraft {
     std::optional<BmcDraft> bmc;
     std::map<PciLocation, PciDraft> pci;
     std::map<char, DriveDraft> drives;  // by letter
+    bool isWithoutDrives = false;       // /proc/ide is there, and holds none
     std::vector<EntryDraft> entries;
     LoadDraft load;
     std::map<std::string, int> without;  // errno, by device
+    std::vector<AreaWay> ways;
 
-    // The path of the capture that the line names.
-    std::filesystem::path CaptureFile(MachineLine& line) const;
-
-    // The bytes of the capture that the line names, in the machine's folder.
+    // The bytes of the capture that the line names, in the machine's folder or archive. Takes the
+    // name off the line.
     Bytes Capture(MachineLine& line) const;
+
+    // The bytes of the capture of this name; `line` names it. A capture is not empty.
+    Bytes CaptureNamed(const std::string& name, const MachineLine& line) const;
 
     void Build(Machine& machine) const;
 };

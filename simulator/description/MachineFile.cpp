@@ -6,13 +6,11 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
-#include <cstring>
-#include <fstream>
+#include <sstream>
+#include <stdexcept>
 #include <string>
 
 #include "simulator/description/MachineDraft.h"
-#include "simulator/description/RegularFile.h"
 
 namespace sim {
 namespace {
@@ -41,19 +39,21 @@ void ReadStatementLine(MachineLine& line, MachineDraft& draft) {
 
 }  // namespace
 
-void LoadMachine(const std::filesystem::path& folder, Machine& machine) {
-    const std::string file = (folder / "machine.txt").string();
-    if (IsNotRegular(file)) throw MachineError(file + ": " + kNotRegular);
-    std::ifstream stream(file);
-    if (!stream) throw MachineError(file + ": " + std::strerror(errno));
-    MachineDraft draft;
-    draft.folder = folder;
+void LoadMachine(const std::filesystem::path& place, Machine& machine) {
+    MachineDraft draft{MachineFiles(place)};
+    const std::string file = draft.files.PathOf(kDescriptionName).string();
+    Bytes description;
+    try {
+        description = draft.files.Read(kDescriptionName);
+    } catch (const std::runtime_error& error) {
+        throw MachineError(error.what());
+    }
+    std::istringstream stream(std::string(description.begin(), description.end()));
     std::string text;
     for (int number = 1; std::getline(stream, text); ++number) {
         MachineLine line(file, number, text);
         ReadStatementLine(line, draft);
     }
-    if (stream.bad()) throw MachineError(file + ": cannot be read");
     draft.Build(machine);
 }
 

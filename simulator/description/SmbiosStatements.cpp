@@ -61,7 +61,12 @@ void ReadSmbios(MachineLine& line, MachineDraft& draft) {
     const std::string kind = line.TakeWord("\"dump\" or \"version\"");
     if (kind == "dump") {
         Bytes bytes = draft.Capture(line);
-        BeginSmbios(SmbiosDraft::Source::kDump, line, draft).bytes = std::move(bytes);
+        SmbiosDraft& smbios = BeginSmbios(SmbiosDraft::Source::kDump, line, draft);
+        smbios.bytes = std::move(bytes);
+        if (line.TakeIf("anchor")) {
+            line.ExpectWord("dmi");
+            smbios.placement.anchor = SmbiosPlacement::Anchor::kDmi;
+        }
     } else if (kind == "version") {
         SmbiosPlacement& placement = BeginSmbios(SmbiosDraft::Source::kText, line, draft).placement;
         ReadVersion(line, placement);

@@ -8,6 +8,21 @@
 #include <string_view>
 
 namespace sim {
+namespace {
+
+// As one word of a shell that stands for itself, whatever it holds: a text can come from a
+// stranger's archive.
+std::string ShellWord(std::string_view text) {
+    std::string word = "'";
+    for (const char c : text)
+        if (c == '\'')
+            word += "'\\''";
+        else
+            word += c;
+    return word + '\'';
+}
+
+}  // namespace
 
 void FreeProgram::SetMemory(std::uint64_t total, std::uint64_t used) {
     constexpr const char* layout =
@@ -33,7 +48,7 @@ bool FreeProgram::IsRunBy(const char* command) const {
 
 std::string FreeProgram::DefineBefore(const char* command) const {
     if (isReal_) return command;
-    return "free() {\ncat <<'END OF FREE'\n" + text_ + "END OF FREE\n}\n" + command;
+    return "free() {\nprintf %s " + ShellWord(text_) + "\n}\n" + command;
 }
 
 }  // namespace sim

@@ -11,7 +11,7 @@ namespace sim {
 
 class FreeProgram {
 public:
-    // Sets what it prints. The text ends in a line feed.
+    // Sets what it prints. The text ends in a line feed and has no byte 00.
     void SetText(std::string text) { text_ = std::move(text); }
 
     // Lets it print these sizes, in KiB, in its usual layout.

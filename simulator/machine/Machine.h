@@ -73,6 +73,13 @@ public:
     // Opening the path fails with this errno from now on.
     void Refuse(const std::string& path, int error);
 
+    // How the machine was read when it was captured, as EncodeWays writes it; empty for any other.
+    void SetWays(std::string ways) { ways_ = std::move(ways); }
+    const std::string& Ways() const { return ways_; }
+
+    // Raising the I/O privilege fails with this errno from now on.
+    void RefusePorts(int error) { portError_ = error; }
+
     std::optional<Answer> Open(Caller caller, const char* path, int flags);
     std::optional<Answer> Seek(Caller caller, int descriptor, std::int64_t offset, int whence);
     std::optional<Answer> Read(Caller caller, int descriptor, void* out, std::size_t size);
@@ -137,7 +144,9 @@ private:
     std::chrono::seconds clock_{0};
     unsigned (*sleeper_)(unsigned) = nullptr;
     int privilege_ = 0;
+    int portError_ = 0;  // 0: the program may raise its privilege
     std::size_t allocations_ = 0;
+    std::string ways_;
 };
 
 }  // namespace sim

@@ -27,6 +27,8 @@ Answer Machine::SetPrivilege(int level) {
         answer = Answer::Failed(*fault);
     else if (level < 0 || level > kPortPrivilege)
         answer = Answer::Failed(EINVAL);
+    else if (level > privilege_ && portError_ != 0)
+        answer = Answer::Failed(portError_);
     else
         privilege_ = level;
     return LogAnswer("iopl", std::to_string(level), answer, "0");

@@ -42,9 +42,10 @@ public:
     void PlaceSmbios(std::span<const std::uint8_t> table, const SmbiosPlacement& placement = {});
 
     // Writes the table of a dump made by `dmidecode --dump-bin`. An entry point of another kind
-    // (_SM3_, or _DMI_ alone) is replaced by an _SM_ one. std::runtime_error when the bytes are not
-    // such a dump.
-    void PlaceDump(std::span<const std::uint8_t> dump);
+    // (_SM3_, or _DMI_ alone) is replaced by an _SM_ one. With the anchor kDmi, the dump's _DMI_
+    // one stays. std::runtime_error when the bytes are not such a dump.
+    void PlaceDump(std::span<const std::uint8_t> dump,
+                   SmbiosPlacement::Anchor anchor = SmbiosPlacement::Anchor::kSmbios);
 
     // Writes the 64 KiB at 0xF0000; std::runtime_error for any other size.
     void PlaceSegment(std::span<const std::uint8_t> image);

@@ -5,8 +5,12 @@
 
 #include "simulator/machine/ProcStat.h"
 
+#include <algorithm>
 #include <array>
+#include <charconv>
 #include <iterator>
+#include <optional>
+#include <string_view>
 
 namespace sim {
 namespace {
@@ -21,10 +25,61 @@ std::string CounterLine(const std::string& name, const Ticks& ticks) {
     return text + "\n";
 }
 
+bool IsDecimalDigit(char c) {
+    return c >= '0' && c <= '9';
+}
+
+// Takes the longest start of the text that is all digits, or that has none, off it.
+std::string_view TakePart(std::string_view& text) {
+    const auto end = std::find_if(text.begin(), text.end(), [&](char c) {
+        return IsDecimalDigit(c) != IsDecimalDigit(text.front());
+    });
+    const std::string_view part = text.substr(0, static_cast<std::size_t>(end - text.begin()));
+    text.remove_prefix(part.size());
+    return part;
+}
+
+std::optional<std::uint64_t> NumberOf(std::string_view part) {
+    std::uint64_t value = 0;
+    const char* const end = part.data() + part.size();
+    const auto [stop, error] = std::from_chars(part.data(), end, value);
+    if (error != std::errc() || stop != end) return std::nullopt;
+    return value;
+}
+
 }  // namespace
+
+// The last text, with its numbers as they go on.
+std::string ProcStat::LaterText(std::chrono::seconds now) const {
+    const auto& [lastMoment, last] = *std::prev(texts_.end());
+    const auto& [momentBefore, before] = *std::prev(texts_.end(), 2);
+    std::string_view newer = last;
+    std::string_view older = before;
+    std::string text;
+    while (!newer.empty() && !older.empty()) {
+        const std::string_view word = TakePart(newer);
+        const std::string_view wordBefore = TakePart(older);
+        const auto number = NumberOf(word);
+        const auto numberBefore = NumberOf(wordBefore);
+        if (number && numberBefore) {
+            const double change = static_cast<double>(*number) - static_cast<double>(*numberBefore);
+            const double later = static_cast<double>(*number) +
+                                 change * static_cast<double>((now - lastMoment).count()) /
+                                     static_cast<double>((lastMoment - momentBefore).count());
+            text += std::to_string(static_cast<std::uint64_t>(std::max(later, 0.0)));
+        } else if (word == wordBefore) {
+            text += word;
+        } else {
+            return last;
+        }
+    }
+    return newer.empty() && older.empty() ? text : last;
+}
 
 std::string ProcStat::Text(std::chrono::seconds now) const {
     const auto next = texts_.upper_bound(now);
+    const bool isAfterLast = next == texts_.end() && texts_.size() > 1;
+    if (isAfterLast && continues_ && now > std::prev(next)->first) return LaterText(now);
     if (next != texts_.begin()) return std::prev(next)->second;
 
     const std::uint64_t up = kSecondsBefore + static_cast<std::uint64_t>(now.count());

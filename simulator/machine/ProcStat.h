@@ -28,12 +28,19 @@ public:
     // From the moment `from` on the file holds this text, whatever the rates are.
     void SetText(std::chrono::seconds from, std::string text) { texts_[from] = std::move(text); }
 
+    // After the last text its numbers go on changing as from the text before it to this one, if
+    // both have the same words and as many numbers. Else the last text stays.
+    void Continue() { continues_ = true; }
+
     // The file's contents at `now`.
     std::string Text(std::chrono::seconds now) const;
 
 private:
     std::map<unsigned, Rates> rates_;
+    std::string LaterText(std::chrono::seconds now) const;
+
     std::map<std::chrono::seconds, std::string> texts_;
+    bool continues_ = false;
 };
 
 }  // namespace sim

@@ -108,8 +108,9 @@ SmbiosPlacement PlacementOfSm3(std::span<const std::uint8_t> dump) {
     return placement;
 }
 
-SmbiosPlacement PlacementOfDmi(std::span<const std::uint8_t> dump) {
+SmbiosPlacement PlacementOfDmi(std::span<const std::uint8_t> dump, SmbiosPlacement::Anchor anchor) {
     SmbiosPlacement placement;
+    placement.anchor = anchor;
     placement.major = dump[14] >> 4;
     placement.minor = dump[14] & 0x0F;
     placement.structures = static_cast<int>(ReadNumber(dump, 12, 2));
@@ -149,13 +150,15 @@ void PhysicalMemory::PlaceSmbios(std::span<const std::uint8_t> table,
     Write(placement.entry, dmi ? half : std::span<const std::uint8_t>(entry));
 }
 
-void PhysicalMemory::PlaceDump(std::span<const std::uint8_t> dump) {
+void PhysicalMemory::PlaceDump(std::span<const std::uint8_t> dump, SmbiosPlacement::Anchor anchor) {
+    if (anchor == SmbiosPlacement::Anchor::kDmi && !HasAnchor(dump, "_DMI_"))
+        throw std::runtime_error("the dump does not start with a _DMI_ entry point");
     if (HasAnchor(dump, "_SM3_") && dump.size() >= kSm3Size) {
         PlaceSmbios(TableOf(dump, ReadNumber(dump, 0x10, 4), ReadNumber(dump, 0x0C, 4)),
                     PlacementOfSm3(dump));
     } else if (HasAnchor(dump, "_DMI_") && dump.size() >= kDmiSize) {
         PlaceSmbios(TableOf(dump, ReadNumber(dump, 8, 4), ReadNumber(dump, 6, 2)),
-                    PlacementOfDmi(dump));
+                    PlacementOfDmi(dump, anchor));
     } else if (HasAnchor(dump, "_SM_") && dump.size() >= kEntryPointSize) {
         // The machine's own entry point is kept; only the address of the table changes.
         Entry entry;

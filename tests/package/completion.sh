@@ -10,7 +10,7 @@ prefix=$work/prefix
 "$cmake" --install "$build" --prefix "$prefix" >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
 export PATH=$prefix/bin:$PATH
 mkdir -p "$work/here/my-server"
-touch "$work/here/my-rules"
+touch "$work/here/my-rules" "$work/here/box.tar.gz"
 cd "$work/here" || exit 2
 for program in talvane talvane-sim talvane-host; do
     # shellcheck source=/dev/null
@@ -59,6 +59,10 @@ offers 'talvane get --machine full-server health' health.
 offers 'talvane sensors --watch ' ''
 offers 'talvane board --machine my' my-server
 offers 'talvane board --machine full' full-server
+offers 'talvane board --machine box' box.tar.gz
+offers 'talvane capture my' my-rules my-server
+offers 'talvane capture --re' --redact
+offers 'talvane-sim box' box.tar.gz
 offers 'talvane board --machine=qemu-s' qemu-small
 offers 'talvane-sim f' failing-server full-server
 offers 'talvane-sim my' my-server

@@ -43,6 +43,69 @@ TEST_F(BmcStatementsTest, InterfaceAnswersAtItsPort) {
     EXPECT_FALSE(Answers(0xCA3));
 }
 
+TEST_F(BmcStatementsTest, AnswerIsGivenToItsRequestAlone) {
+    LoadMachine(MachineFolder("bmc kcs\nsensor 0x30 \"FAN 1\"\nreading 0x30 70\n"
+                              "answer \"Get Sensor Reading\" 30 -> 00 46 40\n"
+                              "answer \"Get Sensor Reading\" lun 1 30 -> CB\n"
+                              "answer \"Get Device ID\" -> 00 01 02\n")
+                    .path,
+                machine);
+    EXPECT_EQ(Ask(0x04, 0x2D, {0x30}), (Bytes{0x46, 0x40}));
+    EXPECT_EQ(Ask(0x06, 0x01, {}), (Bytes{1, 2}));
+    EXPECT_EQ(Ask(0x04, 0x2D, {0x31}), Bytes());
+    sim::BmcRequest request;
+    request.netFn = 0x04;
+    request.command = 0x2D;
+    request.data = {0x30};
+    request.lun = 1;
+    machine.GetBmc().Answer(request);
+    EXPECT_EQ(request.completion, 0xCB);
+    EXPECT_EQ(request.response, Bytes());
+    request.lun = 2;
+    machine.GetBmc().Answer(request);
+    EXPECT_EQ(request.response, (Bytes{70, 0xC0, 0, 0}));
+}
+
+TEST_F(BmcStatementsTest, AnswerHoldsUntilACommandSetsWhatItAsksFor) {
+    LoadMachine(MachineFolder("bmc kcs\nsensor 0x30 \"FAN 1\"\nsensor 0x31 \"FAN 2\"\n"
+                              "answer \"Get Sensor Thresholds\" 30 -> CB\n"
+                              "answer \"Get Sensor Thresholds\" 31 -> CB\n"
+                              "answer \"Get Watchdog Timer\" -> CB\n")
+                    .path,
+                machine);
+    EXPECT_EQ(Ask(0x04, 0x27, {0x30}), Bytes());
+    (void)Ask(0x04, 0x26, {0x30, 0x01, 9, 0, 0, 0, 0, 0});
+    EXPECT_EQ(Ask(0x04, 0x27, {0x30}), (Bytes{0, 9, 0, 0, 0, 0, 0}));
+    EXPECT_EQ(Ask(0x04, 0x27, {0x31}), Bytes());
+    EXPECT_EQ(Ask(0x06, 0x25, {}), Bytes());
+    (void)Ask(0x06, 0x24, {0, 0, 0, 0, 10, 0});
+    EXPECT_EQ(Ask(0x06, 0x25, {}).size(), 8u);
+}
+
+TEST_F(BmcStatementsTest, ImpossibleAnswerIsRefused) {
+    const auto complaint = [](const std::string& statement) {
+        sim::Machine refused;
+        try {
+            LoadMachine(MachineFolder("bmc kcs\n" + statement).path, refused);
+        } catch (const sim::MachineError& error) {
+            const std::string text = error.what();
+            return text.substr(text.find("machine.txt:") + 12);
+        }
+        return std::string("none");
+    };
+    EXPECT_EQ(complaint("answer \"Get Spoon\" -> 00"),
+              "2: the controller knows no command \"Get Spoon\"");
+    EXPECT_EQ(complaint("answer \"Get Device ID\""), "2: the byte or \"->\" is missing");
+    EXPECT_EQ(complaint("answer \"Get Device ID\" ->"), "2: the byte is missing");
+    EXPECT_EQ(complaint("answer \"Get Device ID\" lun 4 -> 00"), "2: the LUN 4 is above 3");
+    EXPECT_EQ(complaint("answer \"Get Device ID\" 123 -> 00"),
+              "2: the byte or \"->\" \"123\" is not two hexadecimal digits");
+    std::string most = "answer \"Get Device ID\" ->";
+    for (int i = 0; i < 257; ++i) most += " 00";
+    EXPECT_EQ(complaint(most), "none");
+    EXPECT_EQ(complaint(most + " 00"), "2: an answer has at most 256 bytes");
+}
+
 TEST_F(BmcStatementsTest, SensorWithFieldsBecomesARecord) {
     LoadMachine(MachineFolder("reading 0x30 70\n"
                               "bmc kcs firmware 2 34\n"

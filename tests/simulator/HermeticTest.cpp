@@ -79,6 +79,14 @@ TEST_F(HermeticTest, OtherModulesReachTheRealMachine) {
     EXPECT_EQ(std::system("exit 3"), 3 << 8);
 }
 
+TEST_F(HermeticTest, OtherModulesRunTheMachinesFree) {
+    server.GetFreeProgram().SetText("the machine's\n");
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(std::system("free"), 0);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "the machine's\n");
+    EXPECT_EQ(std::system("free >/dev/null; exit 3"), 3 << 8) << "is the real one";
+}
+
 // SIGSEGV that no port instruction raised.
 void ExitWithSeven(int) {
     _exit(7);

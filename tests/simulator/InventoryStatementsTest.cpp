@@ -249,6 +249,71 @@ TEST_F(InventoryStatementsTest, StatShowsTheRatesUntilItsFirstText) {
     EXPECT_EQ(Content("/proc/stat"), "second\n");
 }
 
+TEST_F(InventoryStatementsTest, StatContinuesAfterItsLastText) {
+    const MachineFolder folder("stat a\nstat at 2 b\nstat continues");
+    folder.Write("a", "cpu  100 5\ncpu0 100 5\nprocs x\n");
+    folder.Write("b", "cpu  120 4\ncpu0 120 4\nprocs x\n");
+    Load(folder);
+    EXPECT_EQ(Content("/proc/stat"), "cpu  100 5\ncpu0 100 5\nprocs x\n");
+    (void)machine.Sleep(2);
+    EXPECT_EQ(Content("/proc/stat"), "cpu  120 4\ncpu0 120 4\nprocs x\n");
+    (void)machine.Sleep(4);
+    EXPECT_EQ(Content("/proc/stat"), "cpu  160 2\ncpu0 160 2\nprocs x\n");
+    (void)machine.Sleep(100);
+    EXPECT_EQ(Content("/proc/stat"), "cpu  1160 0\ncpu0 1160 0\nprocs x\n");
+}
+
+TEST_F(InventoryStatementsTest, StatWithOtherWordsStaysAsItIs) {
+    const MachineFolder folder("stat a\nstat at 1 b\nstat continues");
+    folder.Write("a", "cpu 1\n");
+    folder.Write("b", "cpu 2\nmore 3\n");
+    Load(folder);
+    (void)machine.Sleep(5);
+    EXPECT_EQ(Content("/proc/stat"), "cpu 2\nmore 3\n");
+}
+
+TEST_F(InventoryStatementsTest, DriveShowsTheFilesOfItsFolderAlone) {
+    const MachineFolder folder("drive hdc files c sectors 9\ndrive hdd files d");
+    std::filesystem::create_directories(folder.path / "c");
+    std::filesystem::create_directories(folder.path / "d");
+    folder.Write("c/media", "disk");
+    folder.Write("d/media", "cdrom\n");
+    Load(folder);
+    EXPECT_EQ(Content("/proc/ide/ide1/hdc/media"), "disk");
+    EXPECT_EQ(Content("/proc/ide/ide1/hdc/capacity"), "error " + std::to_string(ENOENT));
+    EXPECT_EQ(Content("/dev/hdc", 9999).size(), 9 * 512u);
+    EXPECT_EQ(Content("/dev/hdd"), "error " + std::to_string(ENOMEDIUM));
+    EXPECT_THAT(Complaint("drive hdc files nowhere"), HasSubstr("nowhere: No such file"));
+    folder.Write("machine.txt", "drive hdc files c model \"x\"");
+    EXPECT_EQ(Complaint(folder), "1: a drive has files or model, not both");
+}
+
+TEST_F(InventoryStatementsTest, MachineCanHaveTheFolderOfDrivesAndNone) {
+    EXPECT_FALSE(machine.OpenDirectory({}, "/proc/ide")->Ok());
+    Load("drive none");
+    EXPECT_TRUE(machine.OpenDirectory({}, "/proc/ide")->Ok());
+    EXPECT_FALSE(machine.OpenDirectory({}, "/proc/ide/ide0")->Ok());
+}
+
+// A text can come from a stranger's archive.
+TEST_F(InventoryStatementsTest, TextOfFreeRunsNothingInTheShell) {
+    const MachineFolder folder("free output");
+    const std::string planted = (folder.path / "planted").string();
+    const std::string text = "it's\nEND OF FREE\n}\n'; touch " + planted + "; $(touch " + planted +
+                             ") `touch " + planted + "` \\' %s %n\n";
+    folder.Write("output", text);
+    Load(folder);
+    const std::string command = machine.GetFreeProgram().DefineBefore("free");
+    FILE* const pipe = popen(command.c_str(), "r");
+    std::string printed;
+    for (int c = 0; (c = std::fgetc(pipe)) != EOF;) printed += static_cast<char>(c);
+    EXPECT_EQ(pclose(pipe), 0);
+    EXPECT_EQ(printed, text);
+    EXPECT_FALSE(std::filesystem::exists(planted));
+    folder.Write("output", std::string("Mem: \0 1\n", 9));
+    EXPECT_EQ(Complaint(folder), "1: what free prints has no byte 00");
+}
+
 TEST_F(InventoryStatementsTest, EmptyDescriptionHasOneIdleProcessorAndFreeMemory) {
     Load("memory 512M");
     EXPECT_EQ(Content("/proc/stat"), "cpu  0 0 0 100000\ncpu0 0 0 0 100000\n");
@@ -263,7 +328,7 @@ TEST_F(InventoryStatementsTest, FreePrintsItsDescribedText) {
     const MachineFolder folder("free output");
     folder.Write("output", "Mem: 1 2 3");
     LoadMachine(folder.path, machine);
-    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"), HasSubstr("\nMem: 1 2 3\n"));
+    EXPECT_THAT(machine.GetFreeProgram().DefineBefore("free"), HasSubstr("'Mem: 1 2 3\n'"));
 }
 
 TEST_F(InventoryStatementsTest, ImpossibleLoadIsRefused) {

@@ -15,6 +15,8 @@
 #include <string>
 
 #include "MachineFolder.h"
+#include "archive/Gzip.h"
+#include "archive/Tar.h"
 
 namespace {
 
@@ -50,6 +52,18 @@ TEST(LauncherTest, ProgramSeesTheMachineAndItsChildrenDoNot) {
     const MachineFolder folder(kTable);
     const Result result = Launch(folder.path.string() + " -- " VISITOR " --help you");
     EXPECT_EQ(result.output, "anchor _SM_, port 0xFF, 2 arguments\n--help, a day later\n0\n");
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(LauncherTest, ProgramSeesTheMachineOfAnArchive) {
+    const MachineFolder folder("");
+    const std::string table = kTable;
+    const archive::Bytes gzip = archive::Compress(
+        archive::WriteTar({{"server/machine.txt", {table.begin(), table.end()}}}, 0));
+    folder.Write("box.tar.gz", {reinterpret_cast<const char*>(gzip.data()), gzip.size()});
+    const Result result =
+        Shell("cd " + folder.path.string() + " && " TALVANE_SIM " box.tar.gz -- " VISITOR);
+    EXPECT_THAT(result.output, StartsWith("anchor _SM_, port 0xFF, "));
     EXPECT_EQ(result.status, 0);
 }
 

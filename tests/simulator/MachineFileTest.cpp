@@ -133,6 +133,50 @@ TEST_F(MachineFileTest, DumpIsPlacedWithAnEntryPoint) {
     EXPECT_EQ(At(0xF0030, bytes.size()), bytes);
 }
 
+TEST_F(MachineFileTest, DumpOfADmiTableKeepsItsEntryPointWhenAsked) {
+    sim::SmbiosTable table;
+    table.Add(1, 2, 8);
+    const Bytes bytes = table.Image();
+    std::string dump = "_DMI_" + std::string(27, '\0') + std::string(bytes.begin(), bytes.end());
+    dump[6] = static_cast<char>(bytes.size());
+    dump[8] = 32;
+    dump[12] = 9;
+    dump[14] = 0x21;
+    const MachineFolder folder("smbios dump table.bin anchor dmi");
+    folder.Write("table.bin", dump);
+    LoadMachine(folder.path, machine);
+    EXPECT_EQ(TextAt(0xF0010, 5), "_DMI_");
+    const Bytes entry = At(0xF0010, 15);
+    EXPECT_EQ(entry[12], 9);
+    EXPECT_EQ(entry[14], 0x21);
+    EXPECT_EQ(At(0xF0020, bytes.size()), bytes);
+    folder.Write("table.bin", "_SM_" + dump.substr(4));
+    sim::Machine other;
+    EXPECT_THROW(LoadMachine(folder.path, other), sim::MachineError);
+}
+
+TEST_F(MachineFileTest, WayIsKeptForWhoAsks) {
+    EXPECT_EQ(machine.Ways(), "");
+    Load(
+        "way pci host \"/sys\" note \"1 left out\" problem \"no rights\"\nway load direct "
+        "\"/proc\"");
+    EXPECT_EQ(machine.Ways(), "pci\thost\t/sys\t1 left out\tno rights\nload\tdirect\t/proc\t\t\n");
+    for (const char* const refused :
+         {"way spoons host \"/sys\"", "way pci there \"/sys\"", "way pci host \"\\x1B[2J\"",
+          "way pci host \"a\"\nway pci host \"a\""}) {
+        sim::Machine other;
+        EXPECT_THROW(LoadMachine(MachineFolder(refused).path, other), sim::MachineError) << refused;
+    }
+}
+
+TEST_F(MachineFileTest, WithoutPortsTheProgramCannotRaiseItsPrivilege) {
+    EXPECT_EQ(machine.SetPrivilege(3).error, 0);
+    sim::Machine refusing;
+    LoadMachine(MachineFolder("without ports EPERM").path, refusing);
+    EXPECT_EQ(refusing.SetPrivilege(3).error, EPERM);
+    EXPECT_EQ(refusing.SetPrivilege(0).error, 0);
+}
+
 TEST_F(MachineFileTest, WithoutMakesADeviceFailToOpen) {
     Load("without /dev/mem EACCES\nwithout /proc/stat\nwithout /dev/hda EIO");
     EXPECT_EQ(machine.Open({}, "/dev/mem", O_RDONLY)->error, EACCES);

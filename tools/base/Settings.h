@@ -13,7 +13,7 @@ namespace tool {
 struct Settings {
     int loadInterval = 1;         // seconds
     bool libraryRecords = false;  // show sensors as agents see them
-    std::vector<Way> ways = {};   // of the areas of this machine; none on a simulated server
+    std::vector<Way> ways = {};   // of the areas of this machine, or of a captured one
 };
 
 }  // namespace tool

@@ -8,7 +8,6 @@
 
 #include <algorithm>
 
-#include "tools/library/BmcMessage.h"
 #include "tools/library/SensorRepository.h"
 
 namespace tool {
@@ -46,6 +45,10 @@ unsigned char Byte(int value, int shift) {
 }
 
 }  // namespace
+
+BmcAnswer AskExactly(const BmcMessage& request) {
+    return Ask(request, [](const AnswerBuffer& answer) { return answer.size(); });
+}
 
 BmcAnswer AskRecord(int recordId) {
     constexpr unsigned char kWholeRecord = 0xFF;
