@@ -12,6 +12,7 @@ import pathlib
 import re
 import sys
 
+import captures
 import commands
 import inventory
 import management
@@ -29,7 +30,7 @@ LEAST_FIELDS = {
     "UEFI inventory": 12, "UEFI drives": 24, "UEFI partitions": 38, "UEFI ways": 102,
     "UEFI doctor": 74, "UEFI load": 5, "talvane sensors": 187, "talvane health": 35,
     "talvane metrics": 124, "report --html": 38, "PCI names": 50, "get, --watch": 7,
-    "doctor in words": 3, "JSON": 32,
+    "doctor in words": 3, "JSON": 32, "captures": 147, "redacted capture": 5,
 }
 
 
@@ -155,6 +156,7 @@ def main():
     uefi.compare(table, results / "uefi")
     load(table, "UEFI load", results / "uefi")
     commands.compare(table, results / "uefi")
+    captures.compare(table, results)
     commands.schema(table, results)
 
     print(table.text())

@@ -35,10 +35,17 @@ wait_for_device() {  # DEVICE TENTHS
     return 1
 }
 
+# Takes the machine along, and reports what the capture answers in its place.
+take_along() {  # NAME COMMAND...: a capture, to which its file is appended
+    ask_with_status "capture-$1.txt" "${@:2}" "$1.tar.gz"
+    ask_with_status "replay-$1.json" "$tool" report --json --machine "$PWD/$1.tar.gz"
+}
+
 # Through the kernel's own interfaces: the whole, as the tool chooses, what any agent gets, and what is
 # left without root.
 read_through_kernel() {
     ask host.json "$tool" report --host --json
+    take_along host "$tool" capture --host
     ask chosen.json "$tool" report --json
     ask agent.json "$payload/bin/talvane-host" -- "$tool" report --json
     mkdir -p /tmp/nobody
