@@ -133,6 +133,17 @@ TEST_F(CpuSleepTest, TimerOfThreeMillisecondsDoesNotShortenTheInterval) {
     EXPECT_THAT(Sleeps(), ElementsAre("sleep 3 -> 2", "sleep 2 -> 1", "sleep 1 -> 0"));
 }
 
+// The counter has 32 bits: it wraps around after 248 days, and may do so within the sleep.
+TEST_F(CpuSleepTest, TickCounterThatWrapsAroundDoesNotChangeTheInterval) {
+    now = 0x7FFFFFFFLL * kTick - kSecond;
+    SignalAfter(1300 * kMillisecond);
+    EXPECT_TRUE(IsWhole(3, Measure(3)));
+    now = 0xFFFFFFFFLL * kTick - kSecond;
+    SignalAfter(1300 * kMillisecond);
+    EXPECT_TRUE(IsWhole(3, Measure(3)));
+    EXPECT_EQ(fractionsWaitedFor, 2);
+}
+
 TEST_F(CpuSleepTest, ErrnoIsLeftAlone) {
     for (const long long signalAfter : {0LL, 300 * kMillisecond, 1300 * kMillisecond}) {
         if (signalAfter != 0) SignalAfter(signalAfter);
