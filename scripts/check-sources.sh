@@ -94,6 +94,10 @@ transport/             transport/
 bridge/                bridge/ transport/
 bench/                 bench/ Talvane.h IPMI/IPMIsupport.h PCI/PCIscan.h
 vm/                    Talvane.h
+fuzz/machine/          fuzz/machine/ fuzz/Input.h Talvane.h GetPciInfo.h InformationRecords.h SmBios/ IPMI/ PCI/ storage/ interface/ base/
+fuzz/ports/            fuzz/machine/
+fuzz/output/           fuzz/output/ fuzz/machine/ fuzz/Input.h tools/
+fuzz/                  fuzz/ Talvane.h GetPciInfo.h InformationRecords.h SmBios/ IPMI/ PCI/ load/ base/ simulator/ transport/ bridge/ tools/
 examples/              Talvane.h
 '
 includes=$(lines_of "$cpp_files" | xargs -r grep -HoE '^ *# *include *"[^"]+"' 2>/dev/null |

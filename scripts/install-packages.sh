@@ -3,7 +3,7 @@
 #
 # Installs the Debian packages that a task needs and that are missing; does nothing when none is.
 # A bare Debian 12 is enough to start from.
-# Usage: install-packages.sh build|test|bridge|coverage|bench|lint|vm|fleet|package|page...
+# Usage: install-packages.sh build|test|bridge|coverage|bench|lint|vm|fleet|package|page|fuzz...
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
@@ -25,6 +25,8 @@ fleet="$build python3"
 # A browser for the page of `report --html`; npm, of any origin, brings what checks the page.
 page="$build chromium"
 command -v npm >/dev/null || page="$page npm"
+# clang brings libFuzzer, and the runtimes of the sanitizers for both word sizes.
+fuzz="$build clang-14 libclang-rt-14-dev python3"
 # Debian packages for i386 and amd64: lintian and debhelper; debootstrap for the roots that they are
 # tried in. What the packages depend on is read from the i386 libraries, which 64-bit systems install
 # beside their own, and their programs are stripped by an i386 binutils.
@@ -45,9 +47,10 @@ for task in "$@"; do
         fleet) wanted="$wanted $fleet" ;;
         package) wanted="$wanted $package" ;;
         page) wanted="$wanted $page" ;;
+        fuzz) wanted="$wanted $fuzz" ;;
         *)
             echo "install-packages.sh: unknown task '$task'" \
-                '(build, test, bridge, coverage, bench, lint, vm, fleet, package or page)' >&2
+                '(build, test, bridge, coverage, bench, lint, vm, fleet, package, page or fuzz)' >&2
             exit 2
             ;;
     esac

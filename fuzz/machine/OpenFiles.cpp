@@ -1,0 +1,52 @@
+// SPDX-License-Identifier: MIT
+//
+// A table with a place for every descriptor.
+
+#include "fuzz/machine/OpenFiles.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdlib>
+#include <optional>
+
+namespace fuzz {
+namespace {
+
+constexpr int kFirstDescriptor = 1 << 20;
+
+// The library has two files open at once; more than this is a leak.
+std::array<std::optional<OpenFile>, 16> files;
+
+std::optional<OpenFile>* PlaceOf(int descriptor) {
+    const auto place = static_cast<std::size_t>(descriptor) - kFirstDescriptor;
+    return descriptor >= kFirstDescriptor && place < files.size() ? &files[place] : nullptr;
+}
+
+}  // namespace
+
+int OpenFiles::Add(const char* path) {
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (files[i]) continue;
+        files[i] = OpenFile{path};
+        return kFirstDescriptor + static_cast<int>(i);
+    }
+    std::abort();  // a finding
+}
+
+OpenFile* OpenFiles::Find(int descriptor) {
+    std::optional<OpenFile>* const place = PlaceOf(descriptor);
+    return place != nullptr && *place ? &**place : nullptr;
+}
+
+bool OpenFiles::Remove(int descriptor) {
+    if (Find(descriptor) == nullptr) return false;
+    PlaceOf(descriptor)->reset();
+    return true;
+}
+
+int OpenFiles::Count() {
+    return static_cast<int>(std::count_if(files.begin(), files.end(),
+                                          [](const auto& file) { return file.has_value(); }));
+}
+
+}  // namespace fuzz
