@@ -46,7 +46,8 @@ else
     build_targets 64
     build_targets 32 fuzz_pci
 fi
-[ $# -gt 0 ] || set -- $(names_of)  # names without blanks
+# shellcheck disable=SC2046  # names without blanks
+[ $# -gt 0 ] || set -- $(names_of)
 [ -z "$hours" ] || seconds=$((hours * 3600 / $#))
 
 fuzz/seeds.py build/fuzz-seeds
@@ -86,6 +87,11 @@ for target in "$@"; do
     sed -n 's/^#\([0-9]*\)\t.* cov: \([0-9]*\) ft: \([0-9]*\) .*/\1 \2 \3/p' \
         "build/fuzz-log-$target" | tail -n 1 >"build/fuzz-last"
     read -r executions edges features <"build/fuzz-last" || executions=0 edges=0 features=0
+    if [ "$executions" = 0 ]; then
+        echo "fuzz.sh: $target has tried nothing:" >&2
+        tail -n 20 "build/fuzz-log-$target" >&2
+        exit 1
+    fi
     spent=$(sed -n 's/^Done [0-9]* runs in \([0-9]*\) second.*/\1/p' "build/fuzz-log-$target")
     printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$target" "$word" "$executions" "${spent:-$seconds}" \
         "$edges" "$features" >>"$results"
@@ -121,6 +127,6 @@ awk -F '\t' -v findings="$(ls "$findings")" '
     }' "$results"
 if [ -n "$(ls "$findings")" ]; then
     echo 'Findings (give one to its program to see what it does):' >&2
-    ls "$findings" | sed "s|^|  $findings/|" >&2
+    find "$findings" -type f >&2
     exit 1
 fi

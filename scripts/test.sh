@@ -1,11 +1,12 @@
 #!/bin/sh
 # SPDX-License-Identifier: MIT
 #
-# Installs what is missing, then builds and runs all tests, optimised and under the sanitizers.
+# Installs what is missing, then builds and runs all tests, optimised and under the sanitizers, and
+# fuzzes each decoder for a short time.
 # Ends with one line per build and the sum; fails when anything failed.
 # Usage: test.sh [PRESET...]; by default release and asan, and the bridge as a program of this machine.
 # On a kernel that runs no 32-bit programs they are emulated, which takes many times as long: there the
-# default is release, and the bridge.
+# default is release, and the bridge; the kept inputs of fuzzing are among the tests in any case.
 set -u
 cd "$(dirname "$0")/.." || exit 2
 
@@ -14,10 +15,12 @@ programs=$(scripts/enable-32-bit.sh) || exit 1
 scripts/fetch-python.sh >/dev/null || echo 'going on without the test of an agent in Python' >&2
 skipped_presets=
 with_bridge=
+with_fuzzing=
 if [ $# -eq 0 ]; then
     with_bridge=yes
     if [ "$programs" = native ]; then
         set -- release asan
+        with_fuzzing=yes
     else
         set -- release
         skipped_presets='asan: not run, since this kernel runs no 32-bit programs itself
@@ -81,6 +84,18 @@ if [ -n "$with_bridge" ]; then
     else
         cat "$logs/bridge"
         summary="${summary}bridge: failed
+"
+        broken=1
+    fi
+fi
+
+if [ -n "$with_fuzzing" ]; then
+    echo '== fuzzing'
+    if scripts/fuzz.sh --seconds 5 2>&1; then
+        summary="${summary}fuzzing: nothing found
+"
+    else
+        summary="${summary}fuzzing: failed
 "
         broken=1
     fi
