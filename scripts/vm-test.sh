@@ -36,7 +36,7 @@ cache=$(realpath "$cache")
 } 9>"$cache/lock"
 
 scratch=$(mktemp -d)
-trap 'kill $(jobs -p) 2>/dev/null; rm -rf "$scratch"' EXIT
+trap 'kill $(jobs -p) 2>/dev/null || true; rm -rf "$scratch"' EXIT
 results=${VM_RESULTS:-$scratch/results}
 payload=$scratch/payload
 step 'library, tool and bridge'
