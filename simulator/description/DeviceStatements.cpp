@@ -57,6 +57,10 @@ void ReadWay(MachineLine& line, MachineDraft& draft) {
     way.from = TakePlainText(line, "the source");
     if (line.TakeIf("note")) way.note = TakePlainText(line, "the note");
     if (line.TakeIf("problem")) way.problem = TakePlainText(line, "the problem");
+    if (line.TakeIf("unopened")) {
+        way.unopened = TakePlainText(line, "the disks");
+        way.whyUnopened = TakePlainText(line, "why they cannot be opened");
+    }
     draft.ways.push_back(way);
 }
 

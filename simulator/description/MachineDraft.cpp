@@ -5,6 +5,8 @@
 #include "simulator/description/MachineDraft.h"
 
 #include <exception>
+#include <iterator>
+#include <map>
 #include <stdexcept>
 
 #include "simulator/base/CallText.h"
@@ -21,13 +23,24 @@ void RequireInMemory(const MachineLine& line, const PhysicalMemory& memory, std:
                   " are past the end of the memory at " + Hex(memory.Size()));
 }
 
+// A description may have very many pieces, so each is compared with its neighbours alone.
 void RequireApart(const std::vector<MemoryPiece>& pieces) {
-    for (auto piece = pieces.begin(); piece != pieces.end(); ++piece)
-        for (auto before = pieces.begin(); before != piece; ++before)
-            if (piece->address < std::uint64_t{before->address} + before->bytes.size() &&
-                before->address < std::uint64_t{piece->address} + piece->bytes.size())
-                piece->line.Fail("these bytes overlap those of line " +
-                                 std::to_string(before->line.LineNumber()));
+    std::map<std::uint32_t, const MemoryPiece*> before;  // by address
+    const auto requireOrder = [](const MemoryPiece& low, const MemoryPiece& high,
+                                 const MemoryPiece& piece, const MemoryPiece& other) {
+        if (high.address < std::uint64_t{low.address} + low.bytes.size())
+            piece.line.Fail("these bytes overlap those of line " +
+                            std::to_string(other.line.LineNumber()));
+    };
+    for (const MemoryPiece& piece : pieces) {
+        const auto above = before.lower_bound(piece.address);
+        if (above != before.begin()) {
+            const MemoryPiece& below = *std::prev(above)->second;
+            requireOrder(below, piece, piece, below);
+        }
+        if (above != before.end()) requireOrder(piece, *above->second, piece, *above->second);
+        before.emplace(piece.address, &piece);
+    }
 }
 
 void PlaceSmbios(PhysicalMemory& memory, const SmbiosDraft& smbios) {

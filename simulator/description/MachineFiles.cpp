@@ -80,6 +80,10 @@ Bytes MachineFiles::Read(const std::string& name) const {
     const auto file = archive_->find(name);
     // operator/ would show an absolute name alone.
     if (file == archive_->end()) FailAt(place_, "there is no " + name + " in this archive");
+    taken_ += file->second.size();
+    if (taken_ > archive::kMaxTotalSize)
+        FailAt(place_, "the description takes more than " + std::to_string(archive::kMaxTotalSize) +
+                           " bytes of the archive's files");
     return file->second;
 }
 

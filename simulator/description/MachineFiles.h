@@ -30,7 +30,8 @@ public:
     std::filesystem::path PathOf(const std::string& name) const { return place_ / name; }
 
     // The file's bytes. std::runtime_error, whose text begins with its path, when it cannot be read
-    // or is not in the archive.
+    // or is not in the archive, or when all reads of an archive together have given more bytes than
+    // archive::kMaxTotalSize: the same file can be named again and again.
     Bytes Read(const std::string& name) const;
 
     // The names of the files right in this folder. std::runtime_error as above.
@@ -40,6 +41,7 @@ public:
 private:
     std::filesystem::path place_;
     std::optional<archive::Files> archive_;
+    mutable std::size_t taken_ = 0;  // bytes that were read of the archive
 };
 
 }  // namespace sim

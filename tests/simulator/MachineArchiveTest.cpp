@@ -135,4 +135,24 @@ TEST(MachineArchiveTest, BombIsRefused) {
     EXPECT_EQ(archive.Complaint(), ": it unpacks to more than 41943040 bytes");
 }
 
+TEST(MachineArchiveTest, FileThatIsNamedAgainAndAgainIsRefused) {
+    const TarEntry large{"large", std::string(archive::kMaxFileSize, 'x')};
+    std::string description = "memory 4G\n";
+    for (const char digit : {'1', '2', '3', '4'})
+        description += std::string("pages 0x") + digit + "000000 large\n";
+    EXPECT_EQ(MachineArchive({{"machine.txt", description}, large}).Complaint().substr(0, 15),
+              "/machine.txt:5:");
+    EXPECT_THAT(
+        MachineArchive({{"machine.txt", description}, large}).Complaint(),
+        HasSubstr(": the description takes more than 33554432 bytes of the archive's files"));
+}
+
+TEST(MachineArchiveTest, OverlapIsFoundAmongVeryManyPiecesOfMemory) {
+    std::string description = "memory 4G\n";
+    for (int i = 0; i < 20000; ++i) description += "pages " + std::to_string(i) + " byte\n";
+    description += "pages 5 byte\n";
+    EXPECT_EQ(MachineArchive({{"machine.txt", description}, {"byte", "x"}}).Complaint(),
+              "/machine.txt:20002: these bytes overlap those of line 7");
+}
+
 }  // namespace

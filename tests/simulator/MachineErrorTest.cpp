@@ -186,4 +186,13 @@ TEST(MachineLineTest, LineWithAZeroByteIsRefused) {
               "machine.txt:2: the line holds a byte 00, so it is not text");
 }
 
+TEST(MachineErrorTest, ControlCharactersOfTheDescriptionDoNotReachATerminal) {
+    EXPECT_EQ(Complaint(MachineFolder("\x1B]0;title\x07")),
+              R"(machine.txt:1: unknown statement "\x1B]0;title\x07")");
+    EXPECT_THAT(Complaint(MachineFolder(R"(pages 0 "\x1B[31m\xC2\x9Bx")")),
+                testing::HasSubstr(R"(\x1B[31m\xC2)"));
+    EXPECT_EQ(Complaint(MachineFolder("caf\xC3\xA9")),
+              "machine.txt:1: unknown statement \"caf\xC3\xA9\"");
+}
+
 }  // namespace

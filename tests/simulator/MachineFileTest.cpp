@@ -159,10 +159,13 @@ TEST_F(MachineFileTest, WayIsKeptForWhoAsks) {
     EXPECT_EQ(machine.Ways(), "");
     Load(
         "way pci host \"/sys\" note \"1 left out\" problem \"no rights\"\nway load direct "
-        "\"/proc\"");
-    EXPECT_EQ(machine.Ways(), "pci\thost\t/sys\t1 left out\tno rights\nload\tdirect\t/proc\t\t\n");
+        "\"/proc\"\nway drives host \"/sys/block\" unopened \"/dev/sda, /dev/sdb\" \"no rights\"");
+    EXPECT_EQ(machine.Ways(),
+              "pci\thost\t/sys\t1 left out\tno rights\t\t\nload\tdirect\t/proc\t\t\t\t\n"
+              "drives\thost\t/sys/block\t\t\t/dev/sda, /dev/sdb\tno rights\n");
     for (const char* const refused :
          {"way spoons host \"/sys\"", "way pci there \"/sys\"", "way pci host \"\\x1B[2J\"",
+          "way drives host \"/sys\" unopened \"/dev/sda\"",
           "way pci host \"a\"\nway pci host \"a\""}) {
         sim::Machine other;
         EXPECT_THROW(LoadMachine(MachineFolder(refused).path, other), sim::MachineError) << refused;

@@ -69,6 +69,37 @@ TEST(SmbiosRedactionTest, TextsOfVendorsAndOemStringsAreMarked) {
     EXPECT_EQ(RedactedTable(StructureOf(8, "ab", texts)), StructureOf(8, "ab", texts));
 }
 
+TEST(SmbiosRedactionTest, TextsOfInactiveStructuresAreMarked) {
+    EXPECT_EQ(RedactedTable(StructureOf(126, "ab", std::string("serial\0\0", 8))),
+              StructureOf(126, "ab", std::string("XXXXXX\0\0", 8)));
+}
+
+TEST(SmbiosRedactionTest, DataOfAHostInterfaceAreMarked) {
+    const std::string none(2, '\0');
+    EXPECT_EQ(RedactedTable(StructureOf(42, "\x40\5usb01\1\4\20uuid-and-address", none)),
+              StructureOf(42, "\x40\5" + std::string(24, 'X'), none));
+    for (const std::string data : {"", "\x40", "\x40\1"})
+        EXPECT_EQ(RedactedTable(StructureOf(42, data, none)), StructureOf(42, data, none));
+}
+
+// The library shows what lies after such structures.
+TEST(SmbiosRedactionTest, StructuresAfterADamagedOneAreReached) {
+    const std::string board =
+        StructureOf(2, std::string("\0\0\0\1\2", 5), std::string("s1\0a1\0\0", 7));
+    const std::string redacted =
+        StructureOf(2, std::string("\0\0\0\1\2", 5), std::string("XX\0XX\0\0", 7));
+    for (const std::string& damaged :
+         {std::string("\x09\0HHtext\0\0", 10), StructureOf(9, "ab", std::string("\0text\0\0", 7))})
+        EXPECT_EQ(RedactedTable(damaged + board), damaged + redacted);
+}
+
+// As the library counts them.
+TEST(SmbiosRedactionTest, EmptyTextCounts) {
+    const std::string fields("\0\0\0\2\3", 5);
+    EXPECT_EQ(RedactedTable(StructureOf(2, fields, std::string("\0s1\0a1\0\0", 8))),
+              StructureOf(2, fields, std::string("\0XX\0XX\0\0", 8)));
+}
+
 TEST(SmbiosRedactionTest, EveryStructureOfATableIsReached) {
     const std::string board =
         StructureOf(2, std::string("\0\0\0\1\2", 5), std::string("s1\0a1\0\0", 7));
@@ -218,6 +249,28 @@ TEST(IdentityRedactionTest, SerialNumberAndWorldWideNameAreMarked) {
     EXPECT_EQ(identity[216], 'X');
     EXPECT_EQ(SumOf(identity, 0, 512), 0);
     EXPECT_THAT(secrets, ElementsAre("WD-WCC1"));
+}
+
+TEST(IdentityRedactionTest, LongWorldWideNameAndWordsOfTheVendorAreMarked) {
+    CapturedBytes identity(512, 'i');
+    tool::Secrets secrets;
+    tool::RedactIdentity(identity, secrets);
+    EXPECT_EQ(TextOf(identity).substr(215, 18), "i" + std::string(16, 'X') + "i");
+    EXPECT_EQ(TextOf(identity).substr(257, 64), "i" + std::string(62, 'X') + "i");
+}
+
+TEST(RedactionTest, GuidOfAControllerInItsRecordIsMarked) {
+    const std::string guid = "0123456789abcdef";
+    const std::string head("\1\0\x51\x13\x1B-----------", 16);
+    tool::MachineCapture capture;
+    tool::BmcCapture& bmc = capture.bmc.emplace();
+    bmc.records = {BytesOf(head + guid), BytesOf("\1\1\x51\x12" + guid + guid)};
+    bmc.others.push_back({"Get SDR", 0, {}, BytesOf("\5\5" + head + guid.substr(0, 4))});
+    const auto other = bmc.records[1];
+    tool::Redact(capture);
+    EXPECT_EQ(TextOf(bmc.records[0]), head + std::string(16, 'X'));
+    EXPECT_EQ(bmc.records[1], other);
+    EXPECT_EQ(TextOf(bmc.others[0].answer), "\5\5" + head + "XXXX");
 }
 
 TEST(RedactionTest, ValueThatCannotBeAnotherWordIsMarkedEverywhere) {

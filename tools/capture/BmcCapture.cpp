@@ -89,7 +89,7 @@ private:
 
     static BmcExchange RecordExchange(std::size_t id) {
         constexpr std::uint8_t kWhole = 0xFF;
-        return Exchange("Get SDR", kStorageFunction, IPMIbase::Get_SDR, 0,
+        return Exchange(kGetSdr, kStorageFunction, IPMIbase::Get_SDR, 0,
                         {0, 0, LowOf(id), HighOf(id), 0, kWhole});
     }
 

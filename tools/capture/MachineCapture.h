@@ -38,6 +38,8 @@ struct PciCapture {
     std::array<std::uint8_t, 64> header;
 };
 
+inline constexpr const char* kGetSdr = "Get SDR";
+
 // One request, and what came back: nothing when the BMC refused or did not answer.
 struct BmcExchange {
     const char* command;  // its name in machine files

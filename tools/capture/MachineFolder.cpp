@@ -88,6 +88,8 @@ private:
         line += PlainText(way.from);
         if (!way.note.empty()) line += " note " + PlainText(way.note);
         if (!way.problem.empty()) line += " problem " + PlainText(way.problem);
+        if (!way.whyUnopened.empty())
+            line += " unopened " + PlainText(way.unopened) + ' ' + PlainText(way.whyUnopened);
         Line(line);
     }
 

@@ -51,14 +51,29 @@ std::uint8_t SumOf(const CapturedBytes& bytes) {
     return sum;
 }
 
+// Of a record in the BMC's repository at `at`, or of the part of it that is there: the GUID of a
+// management controller (IPMI 2.0, 43.10).
+void RedactRecord(CapturedBytes& bytes, std::size_t at) {
+    constexpr std::size_t kTypeAt = 3;
+    constexpr std::uint8_t kControllerConfirmation = 0x13;
+    constexpr std::size_t kGuidAt = 16;
+    constexpr std::size_t kGuidSize = 16;
+    if (bytes.size() <= at + kTypeAt || bytes[at + kTypeAt] != kControllerConfirmation) return;
+    for (std::size_t i = at + kGuidAt; i < std::min(at + kGuidAt + kGuidSize, bytes.size()); ++i)
+        bytes[i] = kMark;
+}
+
 }  // namespace
 
 void RedactIdentity(CapturedBytes& identity, Secrets& secrets) {
-    // ATA8-ACS, 7.16.7: words 10, 108, 176 and 255.
+    // ATA8-ACS, 7.16.7: words 10, 108, 129, 176 and 255. Words 112 to 115 continue a world wide
+    // name of 128 bits (ATA/ATAPI-7), and 129 to 159 are the vendor's.
     constexpr std::size_t kSerialAt = 20;
     constexpr std::size_t kSerialSize = 20;
     constexpr std::size_t kWorldWideNameAt = 216;
-    constexpr std::size_t kWorldWideNameSize = 8;
+    constexpr std::size_t kWorldWideNameSize = 16;
+    constexpr std::size_t kVendorAt = 258;
+    constexpr std::size_t kVendorSize = 62;
     constexpr std::size_t kMediaSerialAt = 352;
     constexpr std::size_t kMediaSerialSize = 60;
     constexpr std::size_t kSignatureAt = 510;
@@ -67,6 +82,7 @@ void RedactIdentity(CapturedBytes& identity, Secrets& secrets) {
     const std::string serial = MarkPadded(identity, kSerialAt, kSerialSize);
     secrets.insert(std::string(Trimmed(serial.substr(0, serial.find('\0')))));
     (void)MarkPadded(identity, kWorldWideNameAt, kWorldWideNameSize);
+    (void)MarkPadded(identity, kVendorAt, kVendorSize);
     (void)MarkPadded(identity, kMediaSerialAt, kMediaSerialSize);
     if (identity[kSignatureAt] == kHasChecksum)
         identity.back() = static_cast<std::uint8_t>(identity.back() + before - SumOf(identity));
@@ -82,6 +98,10 @@ void Redact(MachineCapture& capture) {
     for (DriveCapture& drive : capture.drives)
         for (auto& [file, text] : drive.files) MarkAll(secrets, text);
     if (!capture.bmc) return;
+    for (CapturedBytes& record : capture.bmc->records) RedactRecord(record, 0);
+    constexpr std::size_t kRecordAt = 2;  // after the ID of the next one
+    for (BmcExchange& exchange : capture.bmc->others)
+        if (std::strcmp(exchange.command, kGetSdr) == 0) RedactRecord(exchange.answer, kRecordAt);
     // Of what the BMC has answered otherwise, as much as it has answered.
     for (BmcExchange& exchange : capture.bmc->others) {
         if (std::strcmp(exchange.command, kReadFruData) != 0 || exchange.answer.empty()) continue;

@@ -18,10 +18,12 @@ inline constexpr std::uint8_t kMark = 'X';
 // wherever else they stand in a text, too.
 using Secrets = std::set<std::string>;
 
-// SMBIOS: serial numbers, asset tags and UUIDs, and all texts of OEM strings and of structures that
-// vendors define, where service tags are. The inventory: serial numbers, asset tags, fields and
-// records that vendors define, and whatever lies outside of its areas. Drives: the serial number
-// and the world wide name in the identity block. Checksums that were right stay right.
+// SMBIOS: serial numbers, asset tags and UUIDs, the data of a management controller's host
+// interface, and all texts of OEM strings, of inactive structures, and of structures that vendors
+// define, where service tags are. The inventory: serial numbers, asset tags, fields and records
+// that vendors define, and whatever lies outside of its areas. The BMC's records: the GUID of a
+// management controller. Drives: the serial numbers, the world wide name and the vendor's words in
+// the identity block. Checksums that were right stay right.
 void Redact(MachineCapture& capture);
 
 // The parts of it. Each replaces values and adds those that were texts to the secrets.

@@ -38,22 +38,30 @@ constexpr ByteField kSecretBytes[] = {
     {22, 0x10, 2},  // portable battery: serial number
 };
 
+// Structures all of whose texts are marked. An inactive one keeps the texts of another type.
 constexpr int kOemStrings = 11;
+constexpr int kInactive = 126;
 constexpr int kFirstVendorType = 128;
+
+// A management controller's host interface: its data, after type and length of the interface, hold
+// the UUID of a service, host names and addresses (DSP0270 1.3, section 8).
+constexpr int kHostInterface = 42;
+constexpr std::size_t kHostInterfaceDataAt = 6;
 
 class Structure {
 public:
     // REQUIRES: a whole header at `at`.
     Structure(CapturedBytes& table, std::size_t at)
         : table_(table), at_(at), textsAt_(std::min(at + table[at + 1], table.size())) {
-        for (std::size_t text = textsAt_; text < table.size() && table[text] != 0;) {
-            const std::size_t end = EndOfText(text);
+        // As the library does: the first two zeros end the texts, and a zero by itself is an empty
+        // text.
+        constexpr std::uint8_t kEndOfTexts[] = {0, 0};
+        const auto last = std::search(table.begin() + static_cast<std::ptrdiff_t>(textsAt_),
+                                      table.end(), std::begin(kEndOfTexts), std::end(kEndOfTexts));
+        const auto lastAt = static_cast<std::size_t>(last - table.begin());
+        for (std::size_t text = textsAt_; text < lastAt; text = EndOfText(text) + 1)
             texts_.push_back(text);
-            text = end + 1;
-        }
-        // Two zeros end a structure without texts, one more those of the others.
-        const std::size_t last = texts_.empty() ? textsAt_ : EndOfText(texts_.back());
-        end_ = std::min(last + 2, table.size());
+        end_ = std::min(lastAt + std::size(kEndOfTexts), table.size());
     }
 
     std::size_t End() const { return end_; }
@@ -66,7 +74,9 @@ public:
         for (const ByteField& field : kSecretBytes)
             if (field.type == type && HasBytes(field.at, field.size))
                 MarkBytes(at_ + field.at, field.size);
-        if (type == kOemStrings || type >= kFirstVendorType)
+        if (type == kHostInterface && at_ + kHostInterfaceDataAt < textsAt_)
+            MarkBytes(at_ + kHostInterfaceDataAt, textsAt_ - at_ - kHostInterfaceDataAt);
+        if (type == kOemStrings || type == kInactive || type >= kFirstVendorType)
             for (std::size_t number = 1; number <= texts_.size(); ++number)
                 MarkText(number, secrets);
     }
@@ -107,7 +117,7 @@ private:
 }  // namespace
 
 void RedactSmbiosTable(CapturedBytes& table, Secrets& secrets) {
-    for (std::size_t at = 0; at + kHeaderSize <= table.size() && table[at + 1] >= kHeaderSize;) {
+    for (std::size_t at = 0; at + kHeaderSize <= table.size();) {
         Structure structure(table, at);
         structure.Redact(secrets);
         at = structure.End();
