@@ -92,6 +92,26 @@ private:
     posix_spawn_file_actions_t actions_;
 };
 
+// A process whose parent made it ignore SIGCHLD would not learn how its child has ended.
+class ReportedChildren {
+public:
+    ReportedChildren() {
+        struct sigaction reported {};
+        reported.sa_handler = SIG_DFL;
+        if (sigaction(SIGCHLD, nullptr, &before_) == 0 && before_.sa_handler == SIG_IGN)
+            isChanged_ = sigaction(SIGCHLD, &reported, nullptr) == 0;
+    }
+    ~ReportedChildren() {
+        if (isChanged_) (void)sigaction(SIGCHLD, &before_, nullptr);
+    }
+    ReportedChildren(const ReportedChildren&) = delete;
+    ReportedChildren& operator=(const ReportedChildren&) = delete;
+
+private:
+    struct sigaction before_ {};
+    bool isChanged_ = false;
+};
+
 // A running gzip. It is ended with the object unless it was waited for.
 class GzipProcess {
 public:
@@ -139,6 +159,7 @@ struct Output {
 
 // Stops as soon as there are more than `limit` bytes.
 Output RunGzip(const char* options, std::span<const std::uint8_t> bytes, std::size_t limit) {
+    const ReportedChildren children;
     const OwnDescriptor input(FileWith(bytes));
     std::array<int, 2> ends{};
     if (pipe2(ends.data(), O_CLOEXEC) != 0) ThrowErrno("pipe2");

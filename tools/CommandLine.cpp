@@ -324,7 +324,11 @@ void AddCapture(CLI::App& app, Options& options) {
         ->type_name("")
         ->required()
         ->check(CLI::Validator(
-            [](const std::string& name) { return name.empty() ? "an empty name" : ""; }, ""));
+            [](const std::string& name) {
+                if (name == "-") return "an archive goes into a file";
+                return name.empty() ? "an empty name" : "";
+            },
+            ""));
     capture->add_flag("--redact", options.capture.isRedacted,
                       "Replace serial numbers, UUIDs, asset tags and service tags by marks");
     capture->final_callback([&options] {

@@ -14,6 +14,9 @@
 namespace sim {
 namespace {
 
+// Sectors have numbers of 48 bits (ATA/ATAPI-6, 48-bit addresses).
+constexpr std::uint64_t kLastSector = (std::uint64_t{1} << 48) - 1;
+
 [[noreturn]] void FailInLine(int line, const char* message) {
     throw std::runtime_error("line " + std::to_string(line) + ": " + message);
 }
@@ -42,6 +45,7 @@ std::map<std::uint64_t, Bytes> ReadSectorText(std::string_view text) {
         const auto [stop, error] = std::from_chars(line.data(), end, sector);
         if (error != std::errc() || stop == end || *stop != ' ')
             FailInLine(number, "a line is a sector's number, a blank and its bytes");
+        if (sector > kLastSector) FailInLine(number, "no disk has this sector");
         const std::string_view digits =
             line.substr(static_cast<std::size_t>(stop - line.data()) + 1);
         if (!sectors.emplace(sector, SectorBytes(digits, number)).second)

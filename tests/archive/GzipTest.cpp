@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <csignal>
 #include <cstdlib>
 
 #include "archive/Gzip.h"
@@ -30,6 +31,12 @@ TEST(GzipTest, WhatWasCompressedComesBack) {
     EXPECT_LT(gzip.size(), bytes.size());
     EXPECT_EQ(archive::Decompress(gzip), bytes);
     EXPECT_EQ(archive::Decompress(archive::Compress({})), Bytes());
+}
+
+TEST(GzipTest, ProcessesThatIgnoreTheirChildrenCanUseIt) {
+    ASSERT_NE(std::signal(SIGCHLD, SIG_IGN), SIG_ERR);
+    EXPECT_EQ(archive::Decompress(archive::Compress(Bytes{1, 2, 3})), (Bytes{1, 2, 3}));
+    EXPECT_EQ(std::signal(SIGCHLD, SIG_DFL), SIG_IGN) << "as it was";
 }
 
 TEST(GzipTest, FileHoldsNoTime) {

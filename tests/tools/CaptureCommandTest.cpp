@@ -107,6 +107,7 @@ TEST_F(CaptureCommandTest, RefusesACommandLineThatMakesNoSense) {
     EXPECT_EQ(without.status, 2);
     EXPECT_THAT(without.err, HasSubstr("FILE is required"));
     EXPECT_THAT(RunTool({"capture", ""}).err, HasSubstr("FILE: an empty name"));
+    EXPECT_THAT(RunTool({"capture", "-"}).err, HasSubstr("FILE: an archive goes into a file"));
     const ToolRun json = RunTool({"capture", file_, "--json"});
     EXPECT_EQ(json.status, 2);
     EXPECT_THAT(json.err, HasSubstr("capture excludes --json"));

@@ -54,11 +54,12 @@ std::uint8_t SumOf(const CapturedBytes& bytes) {
 // Of a record in the BMC's repository at `at`, or of the part of it that is there: the GUID of a
 // management controller (IPMI 2.0, 43.10).
 void RedactRecord(CapturedBytes& bytes, std::size_t at) {
-    constexpr std::size_t kTypeAt = 3;
+    constexpr std::size_t kRecordTypeAt = 3;
     constexpr std::uint8_t kControllerConfirmation = 0x13;
     constexpr std::size_t kGuidAt = 16;
     constexpr std::size_t kGuidSize = 16;
-    if (bytes.size() <= at + kTypeAt || bytes[at + kTypeAt] != kControllerConfirmation) return;
+    if (bytes.size() <= at + kRecordTypeAt || bytes[at + kRecordTypeAt] != kControllerConfirmation)
+        return;
     for (std::size_t i = at + kGuidAt; i < std::min(at + kGuidAt + kGuidSize, bytes.size()); ++i)
         bytes[i] = kMark;
 }
