@@ -8,20 +8,25 @@ cache=$1
 folder=$2
 cd "$(dirname "$0")/.."
 
+build_bridges() {
+    cmake -S bridge -B build/vm-bridge64 -G Ninja
+    cmake --build build/vm-bridge64
+    export PKG_CONFIG_SYSROOT_DIR=$cache/machine/sysroot
+    export PKG_CONFIG_LIBDIR=$PKG_CONFIG_SYSROOT_DIR/usr/lib/i386-linux-gnu/pkgconfig
+    cmake -S bridge -B build/vm-bridge -G Ninja "-DCMAKE_TOOLCHAIN_FILE=$PWD/cmake/i686-linux.cmake"
+    cmake --build build/vm-bridge
+}
+# Beside the library and its tool, which is compiled as one file and so by one processor.
+build_bridges &
+bridges=$!
+
 # In the folder of the release preset, so that its tests find all this built.
 [ -f build/release/build.ninja ] || cmake --preset release -DTALVANE_BUILD_TESTS=OFF
 cmake --build build/release --target Talvane talvane talvane_sim talvane_host talvane_preload
 cmake --install build/release --prefix "$folder" --strip
 
-cmake -S bridge -B build/vm-bridge64 -G Ninja
-cmake --build build/vm-bridge64
+wait $bridges
 install -s build/vm-bridge64/talvane-ipmi-bridge "$folder/bin/talvane-ipmi-bridge64"
-
-sysroot=$cache/machine/sysroot
-export PKG_CONFIG_SYSROOT_DIR=$sysroot
-export PKG_CONFIG_LIBDIR=$sysroot/usr/lib/i386-linux-gnu/pkgconfig
-cmake -S bridge -B build/vm-bridge -G Ninja -DCMAKE_TOOLCHAIN_FILE="$PWD/cmake/i686-linux.cmake"
-cmake --build build/vm-bridge
 install -s build/vm-bridge/talvane-ipmi-bridge "$folder/bin"
 
 program() {  # COMPILER NAME SOURCE [ARGUMENT...]
