@@ -125,10 +125,12 @@ try_commands() {
             --type temperature --which upper-critical 90 $full
         inside talvane report --html /tmp/page.html $full 2>>"$log" || fail 'no page'
         prints 0 'KB-27 Mainboard' cat /tmp/page.html
+        inside talvane capture /tmp/box.tar.gz --redact $full 2>>"$log" || fail 'no capture'
+        prints 0 'XXXXXXXXXXXX' talvane board --machine /tmp/box.tar.gz
     }
     prints 1 '"schema": 1' talvane doctor --json
     prints 1 '^  Processor 1 ' talvane load  # a bare system lacks the program free
-    inside rm -f /tmp/page.html
+    inside rm -f /tmp/page.html /tmp/box.tar.gz
     say 'each command of the tool answers'
 }
 
