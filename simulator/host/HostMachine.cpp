@@ -30,9 +30,6 @@ constexpr const char* kKernelIpmi = "dev/ipmi0";
 constexpr std::size_t kMaxEntryPoint = 32;
 constexpr std::size_t kMaxTableFile = 16u << 20;  // far more than any firmware has
 
-constexpr std::uint16_t kKcsPort = 0xCA3;   // IPMI 2.0, 9.5
-constexpr std::uint16_t kSmicPort = 0xCAA;  // IPMI 2.0, 10.2
-
 // The errno that agents get for a disk; 0 when they can open it.
 int ErrorOfOpening(const DiskImage& image) {
     const int descriptor = image.Open();
@@ -109,8 +106,8 @@ AreaWay Builder::Bmc() {
     if (IsDirect(kBmcArea)) {
         UseReal(kDevice);
         const auto ports = std::make_shared<RealPorts>();
-        machine_.Ports().Install(kKcsPort, 1, ports);
-        machine_.Ports().Install(kSmicPort, 1, ports);
+        machine_.Ports().Install(kKcsStatusPort, 1, ports);
+        machine_.Ports().Install(kSmicFlagsPort, 1, ports);
         return Direct(kBmcArea, kDevice);
     }
     AreaWay way = Host(kBmcArea, kKernelIpmi);
@@ -127,7 +124,7 @@ AreaWay Builder::Bmc() {
     // Agents look for a system interface. That of the kernel's driver is idle between requests,
     // whatever its kind and place.
     constexpr std::uint8_t kIdle = 0x00;
-    machine_.Ports().Install(kKcsPort, 1, std::make_shared<InterfaceRegister>(kIdle));
+    machine_.Ports().Install(kKcsStatusPort, 1, std::make_shared<InterfaceRegister>(kIdle));
     return way;
 }
 

@@ -94,8 +94,6 @@ void Machine::GiveBmc(bool kcs, bool smic) {
     if (bmc_ != nullptr) throw std::logic_error("the machine has a controller");
     bmc_ = std::make_shared<Bmc>([this] { return clock_; }, log_);
     Install("/dev/ipmi", std::make_unique<IpmiDevice>(bmc_));
-    constexpr std::uint16_t kKcsStatusPort = 0xCA3;  // IPMI 2.0, 9.5
-    constexpr std::uint16_t kSmicFlagsPort = 0xCAA;  // IPMI 2.0, 10.2
     constexpr std::uint8_t kIdle = 0x00;
     const auto idle = std::make_shared<InterfaceRegister>(kIdle);
     if (kcs) ports_.Install(kKcsStatusPort, 1, idle);

@@ -18,15 +18,12 @@ public:
     void Out(std::uint16_t, unsigned, std::uint32_t) override {}
 };
 
-constexpr std::uint16_t kKcsStatus = 0xCA3;  // IPMI 2.0, 9.5
-constexpr std::uint16_t kSmicFlags = 0xCAA;  // IPMI 2.0, 10.2
-
 }  // namespace
 
 PortMap::PortMap() {
     const auto nobody = std::make_shared<EmptyBus>();
-    Install(kKcsStatus, 1, nobody);
-    Install(kSmicFlags, 1, nobody);
+    Install(kKcsStatusPort, 1, nobody);
+    Install(kSmicFlagsPort, 1, nobody);
 }
 
 void PortMap::Install(std::uint16_t first, std::uint16_t count,

@@ -13,6 +13,10 @@
 
 namespace sim {
 
+// The registers by which software detects the system interfaces of a controller.
+inline constexpr std::uint16_t kKcsStatusPort = 0xCA3;  // IPMI 2.0, 9.5
+inline constexpr std::uint16_t kSmicFlagsPort = 0xCAA;  // IPMI 2.0, 10.2
+
 class PortMap {
 public:
     PortMap();
