@@ -16,11 +16,11 @@ constexpr std::size_t kMaxRecords = 64;
 constexpr unsigned kNoMoreRecords = 0xFFFF;
 
 unsigned char Low(std::size_t value) {
-    return static_cast<unsigned char>(value & 0xFF);
+    return talvane::LowByte(static_cast<int>(value));
 }
 
 unsigned char High(std::size_t value) {
-    return static_cast<unsigned char>(value >> 8 & 0xFF);
+    return talvane::HighByte(static_cast<int>(value));
 }
 
 class StandardController {

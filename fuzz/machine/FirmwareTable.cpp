@@ -32,8 +32,8 @@ void AddFirmwareTable(FedMachine& machine, talvane::ByteView bytes) {
     const talvane::ByteView table = bytes.subspan(given.size());
     const std::size_t length =
         std::min<std::size_t>(talvane::Le16(entry, lengthAt), table.size() + kMaxMissing);
-    entry[lengthAt] = static_cast<unsigned char>(length & 0xFF);
-    entry[lengthAt + 1] = static_cast<unsigned char>(length >> 8);
+    entry[lengthAt] = talvane::LowByte(static_cast<int>(length));
+    entry[lengthAt + 1] = talvane::HighByte(static_cast<int>(length));
     machine.memory.push_back({talvane::Le32(entry, addressAt), table});
     machine.memory.push_back({kEntryPoint, entry});
 }
