@@ -104,8 +104,10 @@ includes=$(lines_of "$cpp_files" | xargs -r grep -HoE '^ *# *include *"[^"]+"' 2
     sed -E 's/^([^:]*):.*"(.*)"/\1 \2/')
 # Pairs of includer and included file. A name is that of a file of the tree or, as in the installed
 # headers, is relative to its includer.
-resolved=$(lines_of "$includes" | awk -v files="$files" '
-    BEGIN { count = split(files, list, "\n"); for (i = 1; i <= count; ++i) known[list[i]] = 1 }
+# The files come in a stream of their own: there can be too many for a command line.
+resolved=$({ lines_of "$files" && echo && lines_of "$includes"; } | awk '
+    $0 == "" { areIncludes = 1; next }
+    !areIncludes { known[$0] = 1; next }
     {
         folder = $1
         if (!sub("[^/]*$", "", folder)) folder = ""
