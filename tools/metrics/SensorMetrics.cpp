@@ -24,11 +24,12 @@ struct Quantity {
 };
 
 constexpr const char* kStateHelp = "Whether the sensor is 0 nominal, 1 warning or 2 critical.";
+constexpr const char* kThresholdHelp = "Threshold that the BMC holds.";
 
 constexpr Quantity Temperature(double factor, double offset) {
     return {{"ipmi_temperature_celsius", "Temperature in degrees Celsius."},
             {"ipmi_temperature_state", kStateHelp},
-            {"talvane_temperature_threshold_celsius", "Threshold that the BMC holds."},
+            {"talvane_temperature_threshold_celsius", kThresholdHelp},
             factor,
             offset};
 }
@@ -36,7 +37,7 @@ constexpr Quantity Temperature(double factor, double offset) {
 constexpr Quantity kFanRatio = {
     {"ipmi_fan_speed_ratio", "Fan speed as a share of the highest speed."},
     {"ipmi_fan_speed_state", kStateHelp},
-    {"talvane_fan_speed_threshold_ratio", "Threshold that the BMC holds."},
+    {"talvane_fan_speed_threshold_ratio", kThresholdHelp},
     0.01};
 
 constexpr Quantity kOtherQuantity = {
@@ -56,19 +57,19 @@ constexpr QuantityRow kQuantities[] = {
     {4,
      {{"ipmi_voltage_volts", "Voltage in volts."},
       {"ipmi_voltage_state", kStateHelp},
-      {"talvane_voltage_threshold_volts", "Threshold that the BMC holds."}}},
+      {"talvane_voltage_threshold_volts", kThresholdHelp}}},
     {5,
      {{"ipmi_current_amperes", "Current in amperes."},
       {"ipmi_current_state", kStateHelp},
-      {"talvane_current_threshold_amperes", "Threshold that the BMC holds."}}},
+      {"talvane_current_threshold_amperes", kThresholdHelp}}},
     {6,
      {{"ipmi_power_watts", "Power in watts."},
       {"ipmi_power_state", kStateHelp},
-      {"talvane_power_threshold_watts", "Threshold that the BMC holds."}}},
+      {"talvane_power_threshold_watts", kThresholdHelp}}},
     {18,
      {{"ipmi_fan_speed_rpm", "Fan speed in revolutions per minute."},
       {"ipmi_fan_speed_state", kStateHelp},
-      {"talvane_fan_speed_threshold_rpm", "Threshold that the BMC holds."}}},
+      {"talvane_fan_speed_threshold_rpm", kThresholdHelp}}},
 };
 
 constexpr MetricFamily kSensorInfo = {"talvane_sensor_info",
