@@ -16,6 +16,7 @@ namespace {
 constexpr unsigned kCapturedBuses = 11;
 constexpr unsigned kDevicesOfABus = 32;
 constexpr unsigned kFunctionsOfADevice = 8;
+constexpr unsigned kRegisterSize = 4;
 
 bool IsThere(unsigned long ids) {
     const unsigned long vendor = ids & 0xFFFF;
@@ -44,8 +45,11 @@ void CapturePci(MachineCapture& capture) {
                                               static_cast<unsigned char>(at));
         };
         if (!IsThere(read(0))) continue;
-        for (unsigned at = 0; at < function.header.size(); ++at)
-            function.header[at] = static_cast<std::uint8_t>(read(at & ~3u) >> (8 * (at & 3)));
+        for (unsigned at = 0; at < function.header.size(); at += kRegisterSize) {
+            const unsigned long value = read(at);
+            for (unsigned byte = 0; byte < kRegisterSize; ++byte)
+                function.header[at + byte] = static_cast<std::uint8_t>(value >> (8 * byte));
+        }
         capture.pci.push_back(function);
     }
     (void)iopl(0);  // result not used: lowering is always allowed
