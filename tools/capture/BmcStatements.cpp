@@ -6,20 +6,14 @@
 #include "tools/capture/BmcStatements.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <set>
 
 #include "tools/base/Text.h"
+#include "tools/capture/StatementWords.h"
 
 namespace tool {
 namespace {
-
-std::string HexByte(unsigned value) {
-    char text[8];
-    std::snprintf(text, sizeof text, "0x%02X", value);
-    return text;
-}
 
 std::string AnswerLine(const BmcExchange& exchange) {
     // The library does not pass the completion code on. Unspecified error: IPMI 2.0, 5.2.
@@ -72,7 +66,7 @@ private:
     void Add(const char* word, const BmcExchange& exchange, const std::string& values) {
         const int number = exchange.data.front();
         const auto name = bmc_.names.find(number);
-        text_ += word + HexByte(static_cast<unsigned>(number)) + values;
+        text_ += word + HexText(static_cast<unsigned>(number)) + values;
         if (name != bmc_.names.end() && !name->second.empty())
             text_ += "  # " + Printable(name->second);
         text_ += '\n';
@@ -91,7 +85,7 @@ private:
         const std::string raw = std::to_string(answer[0]);
         Add("reading ", exchange, (answer[1] == kUnavailable ? " unavailable " : " ") + raw);
         if (answer[2] != 0 || answer[3] != 0)
-            Add("states ", exchange, ' ' + HexByte(answer[2]) + ' ' + HexByte(answer[3]));
+            Add("states ", exchange, ' ' + HexText(answer[2]) + ' ' + HexText(answer[3]));
     }
 
     void WriteThresholds(const BmcExchange& exchange) {
@@ -107,7 +101,7 @@ private:
             if (exchange.lun != 0 || isKnown || !answer.empty()) text_ += AnswerLine(exchange);
             return;
         }
-        std::string values = ' ' + HexByte(answer[0]);
+        std::string values = ' ' + HexText(answer[0]);
         for (std::size_t i = 1; i < answer.size(); ++i) values += ' ' + std::to_string(answer[i]);
         Add("thresholds ", exchange, values);
     }
@@ -121,41 +115,6 @@ private:
 
 std::string BmcStatements(const BmcCapture& bmc) {
     return Statements(bmc).Write();
-}
-
-std::string QuotedText(std::string_view text) {
-    std::string quoted = "\"";
-    for (const char c : text) {
-        const auto byte = static_cast<unsigned char>(c);
-        char escaped[8];
-        std::snprintf(escaped, sizeof escaped, "\\x%02X", byte);
-        if (c == '"' || c == '\\')
-            quoted += std::string("\\") + c;
-        else if (byte == 0)
-            quoted += ' ';
-        else
-            quoted += byte < 0x20 || byte >= 0x7F ? escaped : std::string(1, c);
-    }
-    return quoted + '"';
-}
-
-std::string OpenErrorName(int error) {
-    switch (error) {
-        case ENOENT:
-            return "ENOENT";
-        case EACCES:
-            return "EACCES";
-        case EPERM:
-            return "EPERM";
-        case ENXIO:
-            return "ENXIO";
-        case ENODEV:
-            return "ENODEV";
-        case EBUSY:
-            return "EBUSY";
-        default:
-            return "EIO";
-    }
 }
 
 }  // namespace tool

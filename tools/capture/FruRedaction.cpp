@@ -123,8 +123,7 @@ private:
                 const std::uint8_t dataBefore = Sum(data, size);
                 const std::uint8_t headerBefore = Sum(at, kRecordHeader);
                 std::fill_n(image_.begin() + static_cast<std::ptrdiff_t>(data), size, kMark);
-                image_[at + kDataSumAt] = static_cast<std::uint8_t>(image_[at + kDataSumAt] +
-                                                                    dataBefore - Sum(data, size));
+                KeepSum(dataBefore, data, size, at + kDataSumAt);
                 KeepSum(headerBefore, at, kRecordHeader, at + kHeaderSumAt);
             }
             at = data + size;

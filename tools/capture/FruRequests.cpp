@@ -16,8 +16,9 @@ constexpr std::size_t kFirstByte = 1;  // after the count
 constexpr std::size_t kBlockSize = 8;
 
 CapturedBytes ReadOf(std::size_t offset, std::size_t count) {
-    return {0, static_cast<std::uint8_t>(offset & 0xFF),
-            static_cast<std::uint8_t>(offset >> 8 & 0xFF), static_cast<std::uint8_t>(count & 0xFF)};
+    const int first = static_cast<int>(offset);
+    return {0, talvane::LowByte(first), talvane::HighByte(first),
+            talvane::LowByte(static_cast<int>(count))};
 }
 
 std::size_t ByteOf(const BmcExchange& exchange, std::size_t at) {

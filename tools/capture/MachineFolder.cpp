@@ -9,7 +9,9 @@
 #include <cstdio>
 #include <string_view>
 
+#include "base/Bytes.h"
 #include "tools/capture/BmcStatements.h"
+#include "tools/capture/StatementWords.h"
 
 namespace tool {
 namespace {
@@ -46,8 +48,7 @@ archive::Bytes DumpOf(const SmbiosCapture& smbios) {
     constexpr std::size_t kDmiChecksumAt = 5;
     archive::Bytes dump(smbios.entry.begin(), smbios.entry.end());
     const std::size_t addressAt = smbios.isDmi ? kDmiAddressAt : kSmAddressAt;
-    std::uint32_t address = 0;
-    for (std::size_t i = 0; i < 4; ++i) address |= std::uint32_t{dump[addressAt + i]} << 8 * i;
+    const std::uint32_t address = talvane::Le32(talvane::ByteView(dump), addressAt);
     KeepSum(dump, smbios.isDmi ? kDmiChecksumAt : kSmChecksumAt, address, kTableAt);
     SetLittleEndian(dump, addressAt, kTableAt);
     dump.resize(kTableAt);

@@ -16,8 +16,8 @@ namespace {
 
 // Words such as "None" or "1" may stand anywhere.
 bool IsUnmistakable(const std::string& secret) {
-    constexpr std::size_t kLeast = 5;
-    return secret.size() >= kLeast &&
+    constexpr std::size_t kMinSize = 5;
+    return secret.size() >= kMinSize &&
            std::any_of(secret.begin(), secret.end(), [](char c) { return c >= '0' && c <= '9'; });
 }
 
