@@ -12,11 +12,13 @@
 #include <set>
 
 #include "Talvane.h"
+#include "base/Bytes.h"
 #include "base/PortIo.h"
 #include "tools/base/Descriptor.h"
 #include "tools/base/Text.h"
 #include "tools/capture/FruRequests.h"
 #include "tools/capture/MachineCapture.h"
+#include "tools/library/BmcPorts.h"
 #include "tools/sensors/BmcRequest.h"
 #include "tools/sensors/SensorRecord.h"
 
@@ -27,25 +29,12 @@ constexpr int kEventFunction = IPMIbase::SENSER_EVENT_CMD;
 constexpr int kStorageFunction = IPMIbase::STORAGE_CMD;
 constexpr int kAppFunction = IPMIbase::APP_CMD;
 
-// Status of the two system interfaces, as tools/sources/Bmc.cpp knows them.
-constexpr std::uint16_t kKcsPort = 0xCA3;
-constexpr std::uint16_t kSmicPort = 0xCAA;
-constexpr std::uint8_t kNobody = 0xFF;
-
 std::string InterfaceAtPorts() {
     if (iopl(3) != 0) return "none";
-    const bool kcs = talvane::ReadPort8(kKcsPort) != kNobody;
-    const bool smic = talvane::ReadPort8(kSmicPort) != kNobody;
+    const bool kcs = talvane::ReadPort8(kKcsStatusPort) != kNoInterface;
+    const bool smic = talvane::ReadPort8(kSmicControlPort) != kNoInterface;
     (void)iopl(0);  // result not used: lowering is always allowed
     return kcs && smic ? "both" : kcs ? "kcs" : smic ? "smic" : "none";
-}
-
-std::uint8_t LowOf(std::size_t value) {
-    return static_cast<std::uint8_t>(value & 0xFF);
-}
-
-std::uint8_t HighOf(std::size_t value) {
-    return static_cast<std::uint8_t>(value >> 8 & 0xFF);
 }
 
 BmcExchange Exchange(const char* name, int function, int command, int lun, CapturedBytes data) {
@@ -87,10 +76,10 @@ private:
              {0x20, 1, static_cast<std::uint8_t>(bmc_.majorFirmware), bcd, 2, 0x0B, 0, 0, 0, 0, 0});
     }
 
-    static BmcExchange RecordExchange(std::size_t id) {
+    static BmcExchange RecordExchange(int id) {
         constexpr std::uint8_t kWhole = 0xFF;
         return Exchange(kGetSdr, kStorageFunction, IPMIbase::Get_SDR, 0,
-                        {0, 0, LowOf(id), HighOf(id), 0, kWhole});
+                        {0, 0, talvane::LowByte(id), talvane::HighByte(id), 0, kWhole});
     }
 
     // Whether the answer holds a record that ends where it says, and has an ID of its own.
@@ -103,20 +92,20 @@ private:
                             [id](const CapturedBytes& known) { return IdOf(known, 0) == id; });
     }
 
-    static std::size_t IdOf(const CapturedBytes& bytes, std::size_t at) {
-        return bytes[at] | std::size_t{bytes[at + 1]} << 8;
+    static int IdOf(const CapturedBytes& bytes, std::size_t at) {
+        return talvane::Le16(talvane::ByteView(bytes), at);
     }
 
     // What a simulated BMC with these records answers.
     CapturedBytes ExpectedRecord(const BmcExchange& exchange) const {
-        const std::size_t id = IdOf(exchange.data, 2);
+        const int id = IdOf(exchange.data, 2);
         const auto& records = bmc_.records;
         const auto record = std::find_if(
             records.begin(), records.end(),
             [id](const CapturedBytes& candidate) { return id == 0 || IdOf(candidate, 0) == id; });
         if (record == records.end()) return {};
-        const std::size_t next = record + 1 == records.end() ? kNoMore : IdOf(*(record + 1), 0);
-        CapturedBytes answer{LowOf(next), HighOf(next)};
+        const int next = record + 1 == records.end() ? kNoMore : IdOf(*(record + 1), 0);
+        CapturedBytes answer{talvane::LowByte(next), talvane::HighByte(next)};
         answer.insert(answer.end(), record->begin(), record->end());
         return answer;
     }
@@ -124,8 +113,8 @@ private:
     void ReadRecords() {
         constexpr std::size_t kMaxRecords = 4096;
         std::vector<BmcExchange> exchanges;
-        std::set<std::size_t> asked;
-        for (std::size_t id = 0; asked.insert(id).second && asked.size() <= kMaxRecords;) {
+        std::set<int> asked;
+        for (int id = 0; asked.insert(id).second && asked.size() <= kMaxRecords;) {
             exchanges.push_back(RecordExchange(id));
             const CapturedBytes& answer = exchanges.back().answer;
             if (answer.size() <= kNextId) break;
@@ -137,11 +126,11 @@ private:
         // The library asks for this record, too, where the last one describes no full sensor.
         if (!asked.contains(kNoMore)) exchanges.push_back(RecordExchange(kNoMore));
         for (const BmcExchange& exchange : exchanges) Note(exchange, ExpectedRecord(exchange));
-        const std::size_t count = bmc_.records.size();
+        const int count = static_cast<int>(bmc_.records.size());
         CapturedBytes expected(14);
         expected[0] = 0x51;
-        expected[1] = LowOf(count);
-        expected[2] = HighOf(count);
+        expected[1] = talvane::LowByte(count);
+        expected[2] = talvane::HighByte(count);
         Note(Exchange("Get SDR Repository Info", kStorageFunction, IPMIbase::Get_SDR_RepositoryInfo,
                       0, {}),
              expected);
@@ -197,14 +186,15 @@ private:
             return ask(IPMIbase::Read_FRU_info, data);
         };
         bmc_.inventory = ReadFruImage(info.answer, read);
-        const std::size_t size = bmc_.inventory.size();
-        Note(info, size == 0 ? CapturedBytes() : CapturedBytes{LowOf(size), HighOf(size), 0});
+        const int size = static_cast<int>(bmc_.inventory.size());
+        Note(info, size == 0 ? CapturedBytes()
+                             : CapturedBytes{talvane::LowByte(size), talvane::HighByte(size), 0});
         for (const BmcExchange& exchange : FruRequestsOfLibrary(read))
             Note(exchange, AnswerFromFruImage(bmc_.inventory, exchange.data));
     }
 
     static constexpr std::size_t kNextId = 2;  // bytes before the record
-    static constexpr std::size_t kNoMore = 0xFFFF;
+    static constexpr int kNoMore = 0xFFFF;
 
     BmcCapture& bmc_;
     std::set<std::pair<int, int>> sensors_;  // LUN and number

@@ -3,7 +3,6 @@
 // Reads what the library reads of IDE drives: three files of each, the identity block of disks, and
 // their partition tables.
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <linux/hdreg.h>
 #include <sys/ioctl.h>
@@ -14,6 +13,7 @@
 #include <cstdlib>
 
 #include "tools/base/Descriptor.h"
+#include "tools/base/Folder.h"
 #include "tools/capture/MachineCapture.h"
 #include "tools/capture/PartitionTables.h"
 
@@ -23,13 +23,6 @@ namespace {
 constexpr std::size_t kIdentityBytes = 512;
 constexpr std::size_t kSectorBytes = 512;
 constexpr const char* kDriveFiles[] = {"media", "model", "capacity"};
-
-bool IsFolder(const std::string& path) {
-    DIR* const folder = opendir(path.c_str());
-    if (folder == nullptr) return false;
-    (void)closedir(folder);  // result not used: nothing was read
-    return true;
-}
 
 // The start of a file; nothing when it cannot be opened. The library looks at 64 bytes.
 std::optional<std::string> StartOfFile(const std::string& path) {
@@ -75,7 +68,7 @@ void ReadDisk(const std::string& path, DriveCapture& drive, MachineCapture& capt
 }  // namespace
 
 void CaptureDrives(MachineCapture& capture) {
-    capture.hasIdeFolder = IsFolder("/proc/ide");
+    capture.hasIdeFolder = CanBeListed("/proc/ide");
     if (!capture.hasIdeFolder) {
         capture.unopened.push_back({"/proc/ide", errno});
         capture.notRead.push_back(&kIdeDrives);
@@ -85,7 +78,7 @@ void CaptureDrives(MachineCapture& capture) {
         const std::string name = std::string("hd") + letter;
         const std::string channel = "/proc/ide/ide" + std::to_string((letter - 'a') / 2);
         const std::string folder = channel + '/' + name;
-        if (!IsFolder(channel) || !IsFolder(folder)) continue;
+        if (!CanBeListed(channel) || !CanBeListed(folder)) continue;
         DriveCapture drive{letter, {}, false, {}, 0, {}};
         for (const char* const file : kDriveFiles)
             if (const auto text = StartOfFile(folder + '/' + file)) drive.files[file] = *text;

@@ -4,9 +4,8 @@
 
 #include "tools/library/IdeDrives.h"
 
-#include <dirent.h>
-
 #include "Talvane.h"
+#include "tools/base/Folder.h"
 #include "tools/base/Text.h"
 #include "tools/library/ChildProcess.h"
 
@@ -25,18 +24,11 @@ constexpr Position kPositions[] = {
     {"Secondry Slave", "/dev/hdd"},
 };
 
-// Without the folder nobody knows which drives there are: newer kernels do not have it.
-bool IdeFolderCanBeRead() {
-    DIR* const folder = opendir("/proc/ide");
-    if (folder == nullptr) return false;
-    (void)closedir(folder);  // result not used: nothing was read
-    return true;
-}
-
 }  // namespace
 
 std::optional<Drives> ReadDrives() {
-    if (!IdeFolderCanBeRead()) return std::nullopt;
+    // Without the folder nobody knows which drives there are: newer kernels do not have it.
+    if (!CanBeListed("/proc/ide")) return std::nullopt;
     // In a child process: without IDE the library writes a remark to standard output.
     const auto answer = FillInChildProcess<StorageInformation>(
         [](StorageInformation& record) { (void)GetInfo(TALVANE_DRIVES, &record); });

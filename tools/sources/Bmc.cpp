@@ -11,16 +11,11 @@
 #include "base/PortIo.h"
 #include "tools/base/Descriptor.h"
 #include "tools/base/Source.h"
+#include "tools/library/BmcPorts.h"
 #include "tools/sources/ErrorText.h"
 
 namespace tool {
 namespace {
-
-// Status or flags of the two system interfaces at their default base 0xCA2 and 0xCA9 (IPMI 2.0,
-// 9.5 and 10.5). All ones mean that no interface is there.
-constexpr std::uint16_t kKcsStatus = 0xCA3;
-constexpr std::uint16_t kSmicControl = 0xCAA;
-constexpr std::uint8_t kNoInterface = 0xFF;
 
 std::string WhyBmcNotRead() {
     const Descriptor device("/dev/ipmi", O_RDONLY);
@@ -28,8 +23,8 @@ std::string WhyBmcNotRead() {
         return "cannot open /dev/ipmi: " + ErrorText(errno, "no BMC, or its driver is not loaded");
     if (iopl(3) != 0)
         return "cannot use the ports of the BMC: " + ErrorText(errno, "no port access");
-    const bool answers = talvane::ReadPort8(kKcsStatus) != kNoInterface ||
-                         talvane::ReadPort8(kSmicControl) != kNoInterface;
+    const bool answers = talvane::ReadPort8(kKcsStatusPort) != kNoInterface ||
+                         talvane::ReadPort8(kSmicControlPort) != kNoInterface;
     (void)iopl(0);  // result not used: lowering is always allowed
     if (!answers) return "no BMC answers at port 0xCA3 (KCS) or 0xCAA (SMIC)";
     return "the BMC behind /dev/ipmi did not answer";

@@ -4,12 +4,12 @@
 
 #include "tools/library/IdeDrives.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 
 #include <cerrno>
 
 #include "tools/base/Descriptor.h"
+#include "tools/base/Folder.h"
 #include "tools/base/Source.h"
 #include "tools/sources/ErrorText.h"
 
@@ -17,11 +17,9 @@ namespace tool {
 namespace {
 
 std::string WhyDrivesNotRead() {
-    DIR* const folder = opendir("/proc/ide");
-    if (folder == nullptr)
+    if (!CanBeListed("/proc/ide"))
         return "cannot open /proc/ide: " +
                ErrorText(errno, "no IDE controller, or a kernel from 5.14 on");
-    (void)closedir(folder);  // result not used: nothing was read
     return "the drives in /proc/ide could not be listed";
 }
 
