@@ -7,27 +7,13 @@
 
 #include "PCI/PciTest.h"
 #include "PCI/ReplacedScan.h"
+#include "support/GuardedRecord.h"
 
 namespace {
 
-constexpr unsigned char kMark = 0xA5;
-
-struct GuardedRecord {
-    DeviceInformation info;
-    unsigned char guard[64];
-};
-
 class HostilePciTest : public PciTest {
 protected:
-    HostilePciTest() {
-        functionsFound.clear();
-        std::memset(&marked, kMark, sizeof marked);
-        box = marked;
-    }
-
-    static bool Terminated(const char* text, std::size_t size) {
-        return std::memchr(text, '\0', size) != nullptr;
-    }
+    HostilePciTest() { functionsFound.clear(); }
 
     // Whether everything from the entry of this index on is as it was before the report.
     bool UntouchedFrom(std::size_t index) {
@@ -37,8 +23,8 @@ protected:
     }
 
     // The report writes into `box`; `marked` is what it holds before.
-    GuardedRecord marked;
-    GuardedRecord box;
+    GuardedRecord<DeviceInformation> marked = Marked<DeviceInformation>();
+    GuardedRecord<DeviceInformation> box = marked;
 };
 
 TEST_F(HostilePciTest, AnyByteOfAHeaderStaysInTheFieldsOfItsEntry) {

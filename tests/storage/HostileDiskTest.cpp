@@ -10,26 +10,18 @@
 
 #include "storage/ReplacedCalls.h"
 #include "storage/StorageTest.h"
+#include "support/GuardedRecord.h"
 
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
-constexpr unsigned char kMark = 0xA5;
-
-struct GuardedRecord {
-    PartitionInformation info;
-    unsigned char guard[64];
-};
-
 class HostileDiskTest : public StorageTest {
 protected:
     HostileDiskTest() {
         drivesFound = {};
         seeksAreKept = false;
-        std::memset(&marked, kMark, sizeof marked);
-        box = marked;
     }
     ~HostileDiskTest() override { atTable = nullptr; }
 
@@ -56,10 +48,6 @@ protected:
         return texts;
     }
 
-    static bool Terminated(const char* text, std::size_t size) {
-        return std::memchr(text, '\0', size) != nullptr;
-    }
-
     // Whether everything from the entry of this index on is as it was before.
     bool UntouchedFrom(int index) {
         const std::size_t at = offsetof(PartitionInformation, partition) +
@@ -69,8 +57,8 @@ protected:
     }
 
     // The call writes into `box`; `marked` is what it holds before.
-    GuardedRecord marked;
-    GuardedRecord box;
+    GuardedRecord<PartitionInformation> marked = Marked<PartitionInformation>();
+    GuardedRecord<PartitionInformation> box = marked;
 };
 
 TEST_F(HostileDiskTest, DriveOfAnUnknownControllerNumberIsSkipped) {

@@ -6,16 +6,11 @@
 #include <cstring>
 
 #include "storage/StorageTest.h"
+#include "support/GuardedRecord.h"
 
 namespace {
 
 constexpr std::size_t kFieldSize = 64;
-constexpr unsigned char kUntouched = 0xA5;
-
-struct GuardedRecord {
-    StorageInformation info;
-    unsigned char guard[64];
-};
 
 // The text that a file's content makes: at most 64 bytes up to a zero byte, less one line feed.
 std::string TextOf(const std::string& content) {
@@ -23,10 +18,6 @@ std::string TextOf(const std::string& content) {
     text = text.c_str();
     if (!text.empty() && text.back() == '\n') text.pop_back();
     return text.substr(0, kFieldSize - 1);
-}
-
-bool Terminated(const char (&field)[kFieldSize]) {
-    return std::memchr(field, '\0', sizeof field) != nullptr;
 }
 
 struct HostileFile {
@@ -38,7 +29,6 @@ class HostileFilesTest : public StorageTest, public ::testing::WithParamInterfac
 protected:
     HostileFilesTest() : drive(sim::MakeDisk("Model", 1000, "1")) {
         drive.image.reset();
-        std::memset(&marked, kUntouched, sizeof marked);
         for (char* field : {marked.info.driveArray[0].type, marked.info.driveArray[0].size,
                             marked.info.driveArray[0].model})
             std::strcpy(field, "before");
@@ -60,7 +50,8 @@ protected:
         const std::string file = GetParam().name;
         const DriveInfo& entry = box.info.driveArray[0];
         ASSERT_EQ(box.info.quantityIDE, file != "media" || TextOf(content) == "disk" ? 1 : 0);
-        ASSERT_TRUE(Terminated(entry.type) && Terminated(entry.size) && Terminated(entry.model));
+        ASSERT_TRUE(Terminated(entry.type, kFieldSize) && Terminated(entry.size, kFieldSize) &&
+                    Terminated(entry.model, kFieldSize));
         if (file == "model" && !content.empty()) {
             ASSERT_EQ(entry.model, TextOf(content));
         }
@@ -83,8 +74,8 @@ protected:
 
     sim::IdeDrive drive;
     std::string usual;
-    GuardedRecord marked;
-    GuardedRecord box;
+    GuardedRecord<StorageInformation> marked = Marked<StorageInformation>();
+    GuardedRecord<StorageInformation> box = marked;
 };
 
 TEST_P(HostileFilesTest, AnyLengthAndLastByteStaysInTheField) {
