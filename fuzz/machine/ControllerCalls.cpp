@@ -14,13 +14,13 @@ namespace {
 constexpr std::size_t kText = 64;
 constexpr int kTableEntries = 64;
 
-using TextOf = int (IPMIsupport::*)(int sensor, char* text);
+using SensorTextOf = int (IPMIsupport::*)(int sensor, char* text);
 using ByteOf = int (IPMIsupport::*)(int sensor, unsigned char& byte);
 using ThresholdsOf = int (IPMIsupport::*)(int sensor, SensorThresholdInfoRaw& raw,
                                           SensorThresholdInfoConverted& converted);
 
 void CallTableGetters(IPMIsupport& ipmi, int sensor, char* text) {
-    for (const TextOf get :
+    for (const SensorTextOf get :
          {&IPMIsupport::GetFanIDString, &IPMIsupport::GetVoltageIDString,
           &IPMIsupport::GetTemperatureIDString, &IPMIsupport::GetVoltageMax,
           &IPMIsupport::GetVoltageMin, &IPMIsupport::GetFanSpeed, &IPMIsupport::GetVoltageCurrent,

@@ -20,7 +20,7 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-std::string TextOf(const Bytes& bytes) {
+std::string AsText(const Bytes& bytes) {
     return {bytes.begin(), bytes.end()};
 }
 
@@ -44,11 +44,11 @@ void WriteSmbios(sim::Machine& machine, const HostTree& tree) {
     Bytes entryPoint(31);
     for (std::uint32_t at = 0xF0000; at < 0x100000; at += 16) {
         if (!machine.GetMemory().Read(at, entryPoint)) return;
-        if (TextOf(entryPoint).rfind("_SM_", 0) != 0) continue;
+        if (AsText(entryPoint).rfind("_SM_", 0) != 0) continue;
         Bytes table(Number(entryPoint, 0x16, 2));
         if (!machine.GetMemory().Read(Number(entryPoint, 0x18, 4), table)) return;
-        tree.Write("sys/firmware/dmi/tables/smbios_entry_point", TextOf(entryPoint));
-        tree.Write("sys/firmware/dmi/tables/DMI", TextOf(table));
+        tree.Write("sys/firmware/dmi/tables/smbios_entry_point", AsText(entryPoint));
+        tree.Write("sys/firmware/dmi/tables/DMI", AsText(table));
         return;
     }
 }
@@ -101,8 +101,8 @@ void WriteDisk(sim::Machine& machine, char letter, const HostTree& tree) {
     const auto disk = static_cast<int>(opened->value);
     Bytes identity(512);
     (void)machine.Ioctl("", disk, HDIO_GET_IDENTITY, identity.data());
-    tree.Write(sysfs + "device/serial", TextOf({identity.begin() + 20, identity.begin() + 40}));
-    tree.Write(sysfs + "device/firmware", TextOf({identity.begin() + 46, identity.begin() + 54}));
+    tree.Write(sysfs + "device/serial", AsText({identity.begin() + 20, identity.begin() + 40}));
+    tree.Write(sysfs + "device/firmware", AsText({identity.begin() + 46, identity.begin() + 54}));
     std::filesystem::create_directories(tree.root / "dev");
     CopySectors(disk, std::stoull(capacity) * 512, tree.root / "dev" / name);
     (void)machine.Close("", disk);
