@@ -16,7 +16,7 @@ coverage='gcovr'
 bridge='cmake ninja-build g++ libcli11-dev libfuse3-dev pkg-config googletest'
 # qemu-user counts instructions, valgrind those within one call.
 bench="$build valgrind dmidecode qemu-user"
-lint="$build googletest clang-tidy"
+lint="$build googletest clang-tidy python3"
 # The emulated machine is put together from Debian's packages.
 vm="$build pkg-config libfuse3-dev qemu-system-x86 openipmi kmod cpio e2fsprogs python3"
 vm="$vm python3-jsonschema"

@@ -27,23 +27,33 @@ step() {
 scripts/install-packages.sh vm >&2 || exit 77
 mkdir -p "$cache"
 cache=$(realpath "$cache")
-{
-    flock 9  # for a run beside this one
-    step "packages, in $cache"
-    vm/fetch.sh "$cache" || exit 77
-    step 'kernels and root disk'
-    vm/build.sh "$cache"
-} 9>"$cache/lock"
-
 scratch=$(mktemp -d)
 trap 'kill $(jobs -p) 2>/dev/null || true; rm -rf "$scratch"' EXIT
 results=${VM_RESULTS:-$scratch/results}
 payload=$scratch/payload
-step 'library, tool and bridge'
-vm/payload.sh "$cache" "$payload" "$@" >"$scratch/build.log" 2>&1 || {
+prepare() (  # the machine, and the bridge, which is compiled with the machine's headers
+    {
+        flock 9  # for a run beside this one
+        step "packages, in $cache"
+        vm/fetch.sh "$cache" || exit 77
+        step 'kernels and root disk'
+        vm/build.sh "$cache"
+    } 9>"$cache/lock"
+    step 'bridge'
+    vm/bridges.sh "$cache" "$payload" >"$scratch/bridge.log" 2>&1 || {
+        cat "$scratch/bridge.log" >&2
+        exit 1
+    }
+)
+# Downloads leave a processor free, and so does the tool, which is compiled as one file.
+prepare &
+preparing=$!
+step 'library and tool'
+vm/payload.sh "$payload" "$@" >"$scratch/build.log" 2>&1 || {
     cat "$scratch/build.log" >&2
     exit 1
 }
+wait $preparing  # its status, when it fails, is this one's
 declare -A machines=([strict]='a kernel that refuses physical memory' [relaxed]='one that allows it'
     [wide]='one of 64 bits' [uefi]='UEFI, SATA and NVMe')
 # In a shell of its own, which becomes the emulator's.
