@@ -14,7 +14,7 @@ apt=$cache/apt
 # What runs in the machine, with all that it depends on; mawk is the awk of the library's shell
 # command, usr-is-merged stands in for a package that brings perl.
 system='usr-is-merged bash dash coreutils mawk grep sed gzip tar util-linux mount procps kmod'
-system="$system ncurses-base libstdc++6 libfuse3-3 dmidecode ipmitool pciutils fdisk hdparm strace"
+system="$system libc-bin ncurses-base libstdc++6 libfuse3-3 dmidecode ipmitool pciutils fdisk hdparm strace"
 # Taken without what they depend on: a shell for the way to the disk, and the headers that the bridge
 # is compiled with.
 single='busybox-static libfuse3-dev'

@@ -20,13 +20,10 @@ cp vm/guest/{run,common.sh,uefi,commands,end,with-ide,partition-disk} "$folder"
 if [ "${2:-}" = speed ]; then
     cp vm/guest/speed "$folder"
     for agent in bench/inventory.c vm/guest/sensors.c; do
-        # shellcheck disable=SC2016  # $ORIGIN is for the dynamic linker
-        program gcc "$(basename "$agent" .c)" -std=gnu99 "$agent" -L"$folder/lib" -lTalvane \
-            -Wl,-rpath,'$ORIGIN/../lib'
+        program gcc "$(basename "$agent" .c)" -std=gnu99 "$agent" -L"$folder/lib" -lTalvane
     done
-    # shellcheck disable=SC2016  # $ORIGIN, as above
     program gcc inventory-file -std=gnu99 bench/inventory.c bench/memory_file.c -L"$folder/lib" \
-        -lTalvane -Wl,-rpath,'$ORIGIN/../lib'
+        -lTalvane
     capture=${TALVANE_SHARED_DATA:-../shared/data}/smbios/vmware-vm-128cpu.bin
     if [ -r "$capture" ]; then
         cp "$capture" "$folder/capture.bin"
