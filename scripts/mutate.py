@@ -89,9 +89,12 @@ class Trial:
         """With the program and the test that noticed the change, if one did."""
         if not self.library.build_changed(change):
             return "does not compile", None
-        for group in reach.in_order(self.reach.reaching(change), change, self.kills[change.file]):
+        linked_anew = self.library.linked_anew(change)
+        reaching = self.reach.reaching(change, linked_anew)
+        for group in reach.in_order(reaching, change, self.kills[change.file]):
             name = group[0][0].program
-            program = self.library.program(name, change, TESTS)
+            folder = self.library.mutant if name in linked_anew else TESTS / pathlib.Path(name).parent
+            program = folder / pathlib.Path(name).name
             test = is_noticed_by(self.runner, program, self.library.mutant, group)
             if test:
                 return "killed", (name, test)
@@ -190,7 +193,8 @@ def main():
     trial.learn()
     done = {(r["file"], r["line"], r["before"], r["after"]) for r in read_results()}
     wanted = [change for change in wanted
-              if (change.file, change.line, change.before, change.after) not in done]
+              if (change.file, change.line, change.before, change.after) not in done
+              and not changes.is_spelling(change)]
     limit = max(options.count, trial.counted + len(survivors) * options.again)
     jobs = [multiprocessing.Process(target=trial.run, args=(wanted[job::options.jobs], limit, job),
                                     daemon=True)

@@ -80,6 +80,12 @@ def changes_of_line(line, code):
     yield from statement_changes(line, bare)
 
 
+def is_spelling(change):
+    """Whether it is another spelling of the same value, as in `return true` and `return 1`."""
+    values = {"return true;": "return 1;", "return false;": "return 0;", "return nullptr;": "return 0;"}
+    return values.get(change.before) == change.after
+
+
 def all_changes(source, rooms):
     """Of these rooms of the source tree, each once, in the order of the files."""
     for room in sorted(rooms):

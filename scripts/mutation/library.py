@@ -10,10 +10,13 @@ import subprocess
 # Optimised a little, as it is emulated on most machines, and without the warnings of a changed line.
 FLAGS = "-O1 -g0 -w"
 
-# Test programs that have the library's arithmetic within themselves are linked anew as well.
-ARITHMETIC = ("base/DoubleArithmetic.cpp", "base/PowersAndLogarithms.cpp", "base/WideFraction.cpp",
-              "base/WideFunctions.cpp", "base/WideNumber.cpp")
-OWN_ARITHMETIC = ("base/base_test",)
+# Test programs that have sources of the library within themselves are linked anew as well.
+OWN_SOURCES = {
+    "base/base_test": ("base/DoubleArithmetic.cpp", "base/PowersAndLogarithms.cpp",
+                       "base/WideFraction.cpp", "base/WideFunctions.cpp", "base/WideNumber.cpp"),
+    "load/load_cpu_test": ("load/CpuTimeText.cpp",),
+}
+
 
 
 def copy_sources(root, copy):
@@ -67,7 +70,7 @@ class Library:
                 self.compile[file] = command[:compiled.start()], compiled.group(1)
         self.link = link_command(self.build, "Talvane")
         self.link_of_test = {name: link_command(tests_build, os.path.basename(name))
-                             for name in OWN_ARITHMETIC}
+                             for name in OWN_SOURCES}
 
     def links(self, objects, target, options=""):
         """Links the library with these of its objects replaced."""
@@ -86,33 +89,34 @@ class Library:
         if not succeeds(f"{self.compile[change.file][0]} -o {changed_object} -c {changed}", self.build):
             return False
         replaced = {change.file: changed_object}
-        if not self.links(replaced, self.mutant / "libTalvane.so.1"):
-            return False
-        return change.file not in ARITHMETIC or all(
-            self.link_own_arithmetic(name, replaced) for name in OWN_ARITHMETIC)
+        return self.links(replaced, self.mutant / "libTalvane.so.1") and all(
+            self.links_program(name, replaced) for name in self.linked_anew(change))
 
-    def link_own_arithmetic(self, program, replaced):
-        objects = [replaced.get(file, self.build / self.compile[file][1]) for file in ARITHMETIC]
-        link = re.sub(r" \S+/arithmetic\.dir/\S+\.o", "", self.link_of_test[program])
-        link = re.sub(r" -o \S+", f" -o {self.mutant / os.path.basename(program)} "
-                      + " ".join(map(str, objects)), link)
-        return succeeds(link, self.tests_build)
+    def links_program(self, name, replaced):
+        """Links a test program that has sources of its own; of two definitions the first holds."""
+        objects = [replaced.get(file, self.build / self.compile[file][1])
+                   for file in OWN_SOURCES[name]]
+        target = f" -o {self.mutant / os.path.basename(name)} -Wl,-z,muldefs "
+        link = self.link_of_test[name].replace(" -pie ", f" -pie {' '.join(map(str, objects))} ", 1)
+        return succeeds(re.sub(r" -o \S+", target, link), self.tests_build)
 
-    def program(self, name, change, tests):
-        """The test program to run: the built one, or the one that was linked with the change."""
-        if name in OWN_ARITHMETIC and change.file in ARITHMETIC:
-            return self.mutant / os.path.basename(name)
-        return tests / name
+    @staticmethod
+    def linked_anew(change):
+        """The test programs that have the changed source within themselves."""
+        return [name for name, files in OWN_SOURCES.items() if change.file in files]
 
     def build_telling(self, folder):
         """In `folder`: the library whose functions tell when they are called."""
+        target = folder / "libTalvane.so.1"
+        built = target.stat().st_mtime if target.exists() else 0
+        if all((self.source / file).stat().st_mtime < built for file in self.compile):
+            return target
         folder.mkdir(exist_ok=True)
         objects = {}
         for number, (file, (command, _)) in enumerate(self.compile.items()):
             objects[file] = folder / f"{number}.o"
             subprocess.run(f"{command} -g1 -finstrument-functions -o {objects[file]} "
                            f"-c {self.source / file}", cwd=self.build, shell=True, check=True)
-        target = folder / "libTalvane.so.1"
         if not self.links(objects, target, " -Wl,-z,undefs"):
             raise RuntimeError("the library whose functions tell of calls does not link")
         return target

@@ -106,17 +106,17 @@ class Reach:
             for file in sorted({file_of(place) for place in test.functions}):
                 self.of_file[file].append(test)
 
-    def reaching(self, change):
+    def reaching(self, change, linked_anew):
         """The tests that reach the changed function; outside of functions, as in a table, those that
-        reach the file. base_test, which has the arithmetic within itself, tells of no calls."""
+        reach the file. A program that has the source within itself, and is linked anew, tells of no
+        calls."""
         lines = (self.source / change.file).read_text().split("\n")
         starts = [int(place.rpartition(":")[2]) for place in self.of_function
                   if file_of(place) == change.file]
         start = enclosing_function(lines, starts, change.line)
         found = self.of_function[f"{change.file}:{start}"] if start else self.of_file[change.file]
-        if change.room == "base":
-            found = found + [test for test in self.tests if test.program == "base/base_test"]
-        return found or self.tests
+        own = [test for test in self.tests if test.program in linked_anew and test not in found]
+        return found + own or self.tests
 
 
 def by_program(tests):
