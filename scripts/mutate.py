@@ -72,7 +72,7 @@ class Trial:
         self.runner = programs.Runner(WORK)
         self.reach = reach.Reach(reach.all_tests(self.runner, self.library, WORK, TESTS),
                                  self.library.source)
-        self.kills = collections.defaultdict(collections.Counter)
+        self.kills = collections.defaultdict(list)
         self.counted = 0
         self.read = 0
 
@@ -82,7 +82,7 @@ class Trial:
         for result in results[self.read:]:
             self.counted += result["verdict"] != "does not compile"
             if result["by"]:
-                self.kills[result["file"]][tuple(result["by"])] += 1
+                self.kills[result["file"]].append((result["line"], *result["by"]))
         self.read = len(results)
 
     def verdict(self, change):

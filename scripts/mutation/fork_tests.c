@@ -14,6 +14,8 @@
 #include <stdlib.h>
 #include <string.h>
 #include <sys/mman.h>
+#include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <time.h>
 #include <unistd.h>
@@ -21,6 +23,9 @@
 typedef int Main(int, char**, char**);
 
 enum { kMaxLibrarySize = 4 << 20 };
+
+// How much longer than its processor time a process may take: it waits, or the computer is busy.
+static const double kMaxWaiting = 10;
 
 static Main* programMain;
 static unsigned char* reached;  // one byte for each offset; shared with the forked processes
@@ -67,9 +72,14 @@ static int EndsWell(pid_t process, double seconds, const sigset_t* childEnds) {
     return WIFEXITED(status) && WEXITSTATUS(status) == 0;
 }
 
-static int RunTests(char* filter, char** argv, char** environment, const sigset_t* oldMask) {
-    static char failFast[] = "--gtest_fail_fast";
-    char* arguments[] = {argv[0], filter, reached == NULL ? failFast : NULL, NULL};
+static int RunTests(char* filter, double seconds, char** argv, char** environment,
+                    const sigset_t* oldMask) {
+    static char endAtFailure[] = "--gtest_break_on_failure";
+    char* arguments[] = {argv[0], filter, reached == NULL ? endAtFailure : NULL, NULL};
+    const rlim_t limit = (rlim_t)seconds + 1;
+    const struct rlimit processorTime = {limit, limit};
+    setrlimit(RLIMIT_CPU, &processorTime);
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     setpgid(0, 0);
     sigprocmask(SIG_SETMASK, oldMask, NULL);
     dup2(STDERR_FILENO, STDIN_FILENO);
@@ -92,6 +102,7 @@ static int RunEach(int argc, char** argv, char** environment) {
     const char* mode = getenv("FORK_TESTS");
     const int goesOn = mode != NULL && strcmp(mode, "all") == 0;
     unsetenv("LD_PRELOAD");
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     if (goesOn) {
         void* shared =
             mmap(NULL, kMaxLibrarySize, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_ANONYMOUS, -1, 0);
@@ -116,8 +127,8 @@ static int RunEach(int argc, char** argv, char** environment) {
         fflush(stdout);
         const double start = Seconds();
         const pid_t process = fork();
-        if (process == 0) exit(RunTests(filter, argv, environment, &oldMask));
-        const int passed = process > 0 && EndsWell(process, limit, &childEnds);
+        if (process == 0) exit(RunTests(filter, limit, argv, environment, &oldMask));
+        const int passed = process > 0 && EndsWell(process, kMaxWaiting * limit, &childEnds);
         free(filter);
         printf("\nFORKED %s %.3f", passed ? "passed" : "failed", Seconds() - start);
         if (reached != NULL) PrintReached();

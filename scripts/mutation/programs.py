@@ -63,7 +63,7 @@ class Runner:
             process = subprocess.Popen([str(program)], env=environment, stdin=subprocess.PIPE,
                                        stdout=output, **self.options)
             try:
-                process.communicate(lines.encode(), sum(limit for limit, _ in parts) + 60)
+                process.communicate(lines.encode(), 10 * sum(limit for limit, _ in parts) + 60)
             except subprocess.TimeoutExpired:
                 os.killpg(process.pid, 9)
                 process.wait()

@@ -13,8 +13,10 @@ from mutation import programs
 
 MEASURING_LIMIT = 300  # seconds for one test
 SLOW = 1.0             # seconds; such a test runs after the quick ones
-FIRST = 30             # quick tests, the most specific ones; then the others, program by program
-TOO_SLOW = 25.0        # seconds; such a test is left out
+FIRST_KILLERS = 5      # tests that noticed other changes
+FIRST = 15             # quick tests, the most specific ones; then the others, program by program
+START = 0.3            # seconds that a program takes to start
+TOO_SLOW = 5.0         # seconds; such a test is left out
 
 Test = collections.namedtuple("Test", "program name seconds together functions")
 
@@ -113,7 +115,9 @@ class Reach:
         lines = (self.source / change.file).read_text().split("\n")
         starts = [int(place.rpartition(":")[2]) for place in self.of_function
                   if file_of(place) == change.file]
-        start = enclosing_function(lines, starts, change.line)
+        # What is indented is a function within another, as a lambda.
+        outer = [start for start in starts if not lines[start - 1].startswith(" ")]
+        start = enclosing_function(lines, outer, change.line)
         found = self.of_function[f"{change.file}:{start}"] if start else self.of_file[change.file]
         own = [test for test in self.tests if test.program in linked_anew and test not in found]
         return found + own or self.tests
@@ -130,18 +134,25 @@ def by_program(tests):
 
 
 def in_order(tests, change, kills):
-    """Such groups in the order of their runs: the tests that noticed most changes of this file, the
-    quick tests of the folder and then of others, those that reach the fewest functions first, and the
-    slow tests."""
-    def noticed(test):
-        return kills[test.program, test.name]
+    """Such groups in the order of their runs: a few that noticed changes near this one, the quick
+    tests, first those of the folder that reach the fewest functions, and the slow tests. `kills` are
+    the lines of the file whose changes were noticed, each with the program and the test."""
+    noticed = collections.Counter()
+    for line, program, name in kills:
+        noticed[program, name] += 1 / (1 + abs(line - change.line))
 
-    killers = sorted(filter(noticed, tests), key=noticed, reverse=True)
-    rest = sorted((test for test in tests if not noticed(test)),
-                  key=lambda test: (not test.program.startswith(change.room), len(test.functions)))
-    quick = [test for test in rest if test.seconds < SLOW]
-    slow = sorted((test for test in rest if test.seconds >= SLOW), key=lambda test: test.seconds)
-    for tests_at_once in (killers, quick[:FIRST], quick[FIRST:]):
+    def by_promise(test):
+        return -noticed[test.program, test.name] / (test.seconds + START)
+
+    def by_specificity(test):
+        return not test.program.startswith(change.room), len(test.functions)
+
+    near = sorted(tests, key=by_promise)[:FIRST_KILLERS]
+    near = [test for test in near if noticed[test.program, test.name]]
+    rest = [test for test in tests if test not in near]
+    specific = sorted((test for test in rest if test.seconds < SLOW), key=by_specificity)
+    others = sorted(specific[FIRST:], key=by_promise)
+    for tests_at_once in (near, specific[:FIRST], others):
         yield from by_program(tests_at_once)
-    for test in slow:
+    for test in sorted((test for test in rest if test.seconds >= SLOW), key=lambda test: test.seconds):
         yield [[test]]
