@@ -7,6 +7,7 @@
 
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::SizeIs;
 
@@ -153,6 +154,13 @@ TEST_F(ControllerTest, ALanChannelIsSetInTwelveSteps) {
     EXPECT_EQ(bmc.Requests()[0].netFn, 0x0C);
     EXPECT_EQ(bmc.Lan().at({1, 3}), (sim::Bytes{192, 168, 0, 7}));
     EXPECT_EQ(Support().request.rsSa, 0x20);
+}
+
+TEST_F(ControllerTest, AnySubnetMaskGoesOutByteByByte) {
+    LANParameter lan{};
+    for (int i = 0; i < 4; ++i) lan.SubnetMask[i] = static_cast<unsigned char>(0xA0 + i);
+    EXPECT_EQ(Support().SetLANParameter(lan), 0);
+    EXPECT_THAT(bmc.RequestTexts(), Contains("Set LAN Configuration Parameters 00 06 A0 A1 A2 A3"));
 }
 
 TEST_F(ControllerTest, TheNumberOfALanChannelGoesOutAsItStands) {

@@ -73,6 +73,11 @@ TEST_F(SensorUnitTest, ModifiersDivideOrMultiply) {
     EXPECT_EQ(Text(Record(1 << 1, 4, 22), 5), Terminated("V/se"));
 }
 
+TEST_F(SensorUnitTest, TheUnitOfCodeOneIsBaseOrModifierLikeAnyOther) {
+    EXPECT_EQ(Text(Record(1 << 1, 1, 22)), Terminated("degree C/second"));
+    EXPECT_EQ(Text(Record(2 << 1, 4, 1)), Terminated("V*degree C"));
+}
+
 TEST_F(SensorUnitTest, ModifiersOutsideOfTheTableEmptyTheText) {
     for (const int use : {1 << 1, 2 << 1}) {
         EXPECT_EQ(Text(Record(use, 0, 22)), Terminated(""));

@@ -203,6 +203,13 @@ TEST_F(CacheTest, LevelIsNotRangeChecked) {
     ExpectCache(1, -1, Copied("c"), Terminated("16 KB"), Terminated("8 KB"), Terminated("1ns"));
 }
 
+TEST_F(CacheTest, LevelAtTheStartOfTheStructureReadsItsTypeAndLengthAsTheHandle) {
+    AddCache(35 << 8 | 4).Word(7, 16);
+    AddProcessor(0xFFFF, 0xFFFF, 0xFFFF);
+    Open();
+    EXPECT_EQ(AskNth(&SmBios::GetCacheMaxSize, 1, -13), Terminated("16 KB"));
+}
+
 TEST_F(CacheTest, LevelsOutsideTheStructureReadAHandleOfZero) {
     AddCache(0x701).Word(7, 16);
     AddProcessor(0xFFFF, 0xFFFF, 0xFFFF);
