@@ -47,6 +47,7 @@ done
 
 llvm-profdata-14 merge -sparse "$build/profiles" -o "$build/merged.profdata"
 set --
+# shellcheck disable=SC2044  # names without blanks
 for program in $(find "$build" "$build-bridge" -type f -perm -u+x ! -path '*/CMakeFiles/*' \
     -exec grep -l __llvm_covmap {} +); do
     set -- "$@" -object "$program"
