@@ -5,7 +5,8 @@
 A branch is one outcome of a condition, or of a case of a switch: true or false. What a line of the
 sources excludes does not count, and each exclusion gives its reason on the line:
     // LCOV_EXCL_BR_LINE: reason     the branches of this line
-    // LCOV_EXCL_LINE: reason        the line itself as well
+    // LCOV_EXCL_START: reason       these lines
+    // LCOV_EXCL_STOP
 Fails when an exclusion has no reason, or excludes nothing that is missed.
 Usage: coverage-table.py [--missed ROOM]... <TEXT; ROOM's misses are listed, besides the library's.
 """
@@ -18,9 +19,9 @@ LIBRARY = ("the root", "SmBios", "IPMI", "PCI", "storage", "load", "interface", 
 ROOMS = LIBRARY + ("bridge", "transport", "archive", "tools", "simulator")
 
 FILE = re.compile(r"^(/.*\.(?:cpp|h)):$")
-LINE = re.compile(r"^ *(\d+)\| *([^ |]+)\|(.*)")
+LINE = re.compile(r"^ *(\d+)\| *([^ |]+)\|")
 BRANCH = re.compile(r"^  \|  Branch \((\d+):(\d+)\): \[True: ([^,]+), False: ([^\]]+)\]")
-EXCLUSION = re.compile(r"// LCOV_EXCL_(BR_)?LINE(?:: (\S.*))?")
+EXCLUSION = re.compile(r"// LCOV_EXCL_(BR_LINE|START|STOP)(?:: (\S.*))?")
 
 
 def room_of(path):
@@ -32,6 +33,25 @@ class Room:
         self.lines = self.lines_taken = self.branches = self.branches_taken = 0
 
 
+def exclusions_of(path, faults):
+    """Returns by what line each excluded line is excluded."""
+    excluded = {}
+    start = None
+    with open(path, encoding="utf-8") as source:
+        for number, text in enumerate(source, 1):
+            match = EXCLUSION.search(text)
+            kind = match[1] if match else None
+            if kind in ("BR_LINE", "START"):
+                start = number
+                if not match[2]:
+                    faults.append(f"{path}:{number}: the exclusion has no reason")
+            if start:
+                excluded[number] = start
+            if kind in ("BR_LINE", "STOP"):
+                start = None
+    return excluded
+
+
 class Summary:
     def __init__(self):
         self.rooms = {}
@@ -39,31 +59,26 @@ class Summary:
         self.faults = []
 
     def add_file(self, path, lines, branches):
-        """lines: number -> (whether it was run, text); branches: (line, column) -> both outcomes."""
+        """lines: number -> whether it was run; branches: number -> {column: both outcomes}."""
         room = self.rooms.setdefault(room_of(path), Room())
         missed = self.missed.setdefault(room_of(path), [])
-        by_line = {}
-        for (number, column), outcomes in sorted(branches.items()):
-            by_line.setdefault(number, []).append((column, outcomes))
-        for number, (run, text) in sorted(lines.items()):
-            outcomes = by_line.get(number, [])
-            never = [f"{path}:{number}:{column}: never {name}" for column, pair in outcomes
-                     for name, taken in zip(("true", "false"), pair) if not taken]
-            if not run:
-                never.insert(0, f"{path}:{number}: never run")
-            exclusion = EXCLUSION.search(text)
-            if exclusion:
-                if not exclusion[2]:
-                    self.faults.append(f"{path}:{number}: the exclusion has no reason")
-                if not never:
-                    self.faults.append(f"{path}:{number}: what is excluded is reached")
-            if not exclusion or exclusion[1]:
-                room.lines += 1
-                room.lines_taken += run
-            if not exclusion:
-                room.branches += 2 * len(outcomes)
-                room.branches_taken += sum(sum(pair) for _, pair in outcomes)
-                missed += never
+        excluded = exclusions_of(path, self.faults)
+        needless = set(excluded.values())
+        for number, run in sorted(lines.items()):
+            outcomes = sorted(branches.get(number, {}).items())
+            never = [] if run else [f"{path}:{number}: never run"]
+            never += [f"{path}:{number}:{column}: never {name}" for column, pair in outcomes
+                      for name, taken in zip(("true", "false"), pair) if not taken]
+            if number in excluded:
+                if never:
+                    needless.discard(excluded[number])
+                continue
+            room.lines += 1
+            room.lines_taken += run
+            room.branches += 2 * len(outcomes)
+            room.branches_taken += sum(sum(pair) for _, pair in outcomes)
+            missed += never
+        self.faults += [f"{path}:{number}: excludes nothing that is missed" for number in needless]
 
 
 def read(stream, summary):
@@ -73,10 +88,10 @@ def read(stream, summary):
         if match := FILE.match(text):  # a file comes twice when compilers were given two paths to it
             lines, branches = files.setdefault(match[1].removeprefix(root), ({}, {}))
         elif match := LINE.match(text):
-            number, run = int(match[1]), match[2] != "0"
-            lines[number] = (run or lines.get(number, (False,))[0], match[3])
+            number = int(match[1])
+            lines[number] = lines.get(number, False) or match[2] != "0"
         elif match := BRANCH.match(text):
-            pair = branches.setdefault((int(match[1]), int(match[2])), [False, False])
+            pair = branches.setdefault(int(match[1]), {}).setdefault(int(match[2]), [False, False])
             for i in (0, 1):  # a template's conditions come once for each use of it
                 pair[i] = pair[i] or match[3 + i] != "0"
     for path, (lines, branches) in sorted(files.items()):
