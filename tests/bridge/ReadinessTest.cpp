@@ -14,7 +14,7 @@
 #include <string>
 
 #include "bridge/Readiness.h"
-#include "tests/bridge/DescriptorLimit.h"
+#include "tests/support/DescriptorLimit.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <cerrno>
 #include <string>
 
-#include "tests/bridge/DescriptorLimit.h"
 #include "tests/bridge/device/Bridge.h"
+#include "tests/support/DescriptorLimit.h"
 
 namespace {
 

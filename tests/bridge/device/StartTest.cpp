@@ -10,8 +10,8 @@
 #include <thread>
 
 #include "bridge/CharacterDevice.h"
-#include "tests/bridge/DescriptorLimit.h"
 #include "tests/bridge/device/FakeKernel.h"
+#include "tests/support/DescriptorLimit.h"
 
 namespace {
 

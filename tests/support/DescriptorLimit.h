@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // A process that runs out of descriptors.
-#ifndef TALVANE_TESTS_BRIDGE_DESCRIPTORLIMIT_H
-#define TALVANE_TESTS_BRIDGE_DESCRIPTORLIMIT_H
+#ifndef TALVANE_TESTS_SUPPORT_DESCRIPTORLIMIT_H
+#define TALVANE_TESTS_SUPPORT_DESCRIPTORLIMIT_H
 
 #include <sys/resource.h>
 #include <unistd.h>
