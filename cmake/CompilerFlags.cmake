@@ -26,9 +26,10 @@ endif()
 
 option(TALVANE_COVERAGE "Build with the coverage counters of clang" OFF)
 if(TALVANE_COVERAGE)
-  # The counters can be those of a file, which a process that is killed leaves behind. Without
-  # warnings, since the code is written for those of gcc.
-  add_compile_options(-fprofile-instr-generate -fcoverage-mapping
+  # The counters can be those of a file, which a process that is killed leaves behind. They are
+  # exact, though many processes count in one file at a time. Without warnings, since the code is
+  # written for those of gcc.
+  add_compile_options(-fprofile-instr-generate -fcoverage-mapping -fprofile-update=atomic
     "SHELL:-mllvm -runtime-counter-relocation" -w)
   add_link_options(-fprofile-instr-generate)
 endif()

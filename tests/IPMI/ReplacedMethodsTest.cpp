@@ -94,15 +94,16 @@ TEST_F(ReplacedMethodsTest, TablesAreBuiltInTheOrderFansVoltagesTemperaturesProc
                 ElementsAre("info", "walk", "fans", "voltages", "temperatures", "processors"));
 }
 
-TEST_F(ReplacedMethodsTest, TheFirstTableThatFailsEndsTheBuilding) {
+TEST_F(ReplacedMethodsTest, TheFirstStepThatFailsEndsTheBuilding) {
     IPMIsupport support;
-    results = {{"voltages", -1}};
-    EXPECT_EQ(support.GetSensorInfo(), -1);
-    EXPECT_THAT(calls, ElementsAre("info", "walk", "fans", "voltages"));
-    calls.clear();
-    results = {{"fans", -1}};
-    EXPECT_EQ(support.GetSensorInfo(), -1);
-    EXPECT_THAT(calls, ElementsAre("info", "walk", "fans"));
+    const std::vector<std::string> steps{"info",     "walk",         "fans",
+                                         "voltages", "temperatures", "processors"};
+    for (std::size_t failing = 0; failing < steps.size(); ++failing) {
+        calls.clear();
+        results = {{steps[failing], -1}};
+        EXPECT_EQ(support.GetSensorInfo(), -1);
+        EXPECT_THAT(calls, ::testing::ElementsAreArray(steps.data(), failing + 1));
+    }
 }
 
 TEST_F(ReplacedMethodsTest, ASettingOrdersTheThresholdsWithinTheWholeRangeOfARawByte) {
