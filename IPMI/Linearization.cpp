@@ -34,7 +34,7 @@ double PowerOfTen(int exponent) {
 }  // namespace
 
 unsigned char Complemented(DataFormat format, unsigned char raw) {
-    switch (format) {
+    switch (format) {  // LCOV_EXCL_BR_LINE: each format has a case
         case DataFormat::kOnesComplement:
             return static_cast<unsigned char>(0xFF - raw);
         case DataFormat::kTwosComplement:

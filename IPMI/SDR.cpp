@@ -14,7 +14,6 @@ using namespace talvane;
 namespace {
 
 // The ID string's type/length byte (IPMI 2.0, 43.1, byte 48).
-constexpr unsigned kIdTypeBits = 0xC0;
 constexpr unsigned kIdLengthBits = 0x1F;
 
 constexpr int kMaxIdLength = 15;  // the caller's last byte is the NUL
@@ -163,11 +162,7 @@ char SDR::GetRExpValue() {
 }
 
 int SDR::GetIDstringLen() {
-    // Kept: the type bits are compared with a value outside of them, so that every record answers
-    // 0.
-    constexpr unsigned kOtherType = 0x10;
-    const unsigned type = body.IDStringTypeLength & kIdTypeBits;
-    return type == kOtherType ? static_cast<int>(body.IDStringTypeLength & kIdLengthBits) : 0;
+    return 0;  // Kept: the length is that of a type which the type bits cannot state.
 }
 
 int SDR::GetIDstring(char* out) {

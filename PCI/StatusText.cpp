@@ -34,7 +34,7 @@ constexpr StatusRow kStatusRows[] = {
     {0x8000, 0x8000, "Detected Parity Error;"},
 };
 
-constexpr std::size_t LongestStatusText() {
+consteval std::size_t LongestStatusText() {
     std::size_t length = 0;
     for (const StatusRow& row : kStatusRows)
         for (const char* c = row.text; *c != '\0'; ++c) ++length;

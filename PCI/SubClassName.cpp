@@ -170,7 +170,7 @@ constexpr SubClassRow kSubClasses[] = {
     {0x11, 0x80, kAny, "Other data acquisition/signal processing controllers"},
 };
 
-constexpr bool SubClassesAscend() {
+consteval bool SubClassesAscend() {
     for (std::size_t i = 1; i < sizeof kSubClasses / sizeof kSubClasses[0]; ++i) {
         const SubClassRow& before = kSubClasses[i - 1];
         const SubClassRow& row = kSubClasses[i];

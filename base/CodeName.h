@@ -26,7 +26,7 @@ constexpr const char* NameOf(const CodeName (&table)[N], unsigned code, const ch
 
 // Whether the rows are in the order of their codes, and no code stands twice.
 template <std::size_t N>
-constexpr bool StrictlyAscending(const CodeName (&table)[N]) {
+consteval bool StrictlyAscending(const CodeName (&table)[N]) {
     for (std::size_t i = 1; i < N; ++i)
         if (table[i - 1].code >= table[i].code) return false;
     return true;

@@ -24,8 +24,12 @@ if(TALVANE_SANITIZE)
   add_link_options(-fsanitize=address,undefined)
 endif()
 
-option(TALVANE_COVERAGE "Build with gcov counters" OFF)
+option(TALVANE_COVERAGE "Build with the coverage counters of clang" OFF)
 if(TALVANE_COVERAGE)
-  add_compile_options(--coverage)
-  add_link_options(--coverage)
+  # The counters can be those of a file, which a process that is killed leaves behind. They are
+  # exact, though many processes count in one file at a time. Without warnings, since the code is
+  # written for those of gcc.
+  add_compile_options(-fprofile-instr-generate -fcoverage-mapping -fprofile-update=atomic
+    "SHELL:-mllvm -runtime-counter-relocation" -w)
+  add_link_options(-fprofile-instr-generate)
 endif()

@@ -101,7 +101,7 @@ int GetAllThresholdInfo(SensorThresholdInformation* buffer) {
 }
 
 int GetThresholdInfo(int deviceID, int sensorType, SensorThresholdInformation* buffer) {
-    if (NoEnterGetThreshold != 0) return kBusy;
+    if (NoEnterGetThreshold != 0) return kBusy;  // LCOV_EXCL_BR_LINE: see its definition
     if (IsIpmiSupport() != 0 && buffer != nullptr) ListThresholds(deviceID, sensorType, *buffer);
     NoEnterGetThreshold = 0;
     return kFailure;  // Kept: also after the list has been filled; its quantity says how many.

@@ -11,7 +11,8 @@ build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
 # man formats the man pages.
 test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq man-db"
 test="$test python3-jsonschema"
-coverage='gcovr'
+# clang counts what is reached, llvm-cov shows it.
+coverage='clang-14 libclang-rt-14-dev llvm-14 python3'
 # The bridge's own tests.
 bridge='cmake ninja-build g++ libcli11-dev libfuse3-dev pkg-config googletest'
 # qemu-user counts instructions, valgrind those within one call.

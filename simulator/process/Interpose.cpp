@@ -133,10 +133,6 @@ Interposition::Interposition(Machine& machine) {
 }
 
 Interposition::~Interposition() {
-    Leave();
-}
-
-void Interposition::Leave() {
     activeMachine = nullptr;
 }
 

@@ -21,9 +21,6 @@ public:
 
     // Null while nothing is simulated.
     static Machine* GetMachine();
-
-    // Lets the real functions answer from now on, whatever objects live.
-    static void Leave();
 };
 
 // Do nothing. The calls to them make the linker take the files of the allocating operators and of

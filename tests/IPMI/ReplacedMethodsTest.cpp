@@ -60,7 +60,7 @@ int IPMIsupport::GetSensorNumberInfo(unsigned char, unsigned char, int, SensorNu
 }
 int IPMIsupport::GetThreshold(int, SensorThresholdInfoRaw& raw, SensorThresholdInfoConverted&) {
     raw = known;
-    return 0;
+    return Note("thresholds");
 }
 int IPMIsupport::GetSensorFormulaParameter(unsigned char index, SensorFormulaParameter&) {
     formulaIndexes.push_back(index);
@@ -68,7 +68,11 @@ int IPMIsupport::GetSensorFormulaParameter(unsigned char index, SensorFormulaPar
 }
 int IPMIsupport::SetThresholdOrder(SensorThresholdInfoRaw& raw, int, unsigned char) {
     received = raw;
-    return 0;
+    return Note("order");
+}
+int IPMIsupport::GetValueConversion(SensorFormulaParameter, unsigned char& raw, double value) {
+    raw = static_cast<unsigned char>(value);
+    return Note("value");
 }
 int IPMIsupport::SetSensorThreshold(unsigned char, SensorThresholdInfoRaw) {
     return 0;
@@ -90,15 +94,16 @@ TEST_F(ReplacedMethodsTest, TablesAreBuiltInTheOrderFansVoltagesTemperaturesProc
                 ElementsAre("info", "walk", "fans", "voltages", "temperatures", "processors"));
 }
 
-TEST_F(ReplacedMethodsTest, TheFirstTableThatFailsEndsTheBuilding) {
+TEST_F(ReplacedMethodsTest, TheFirstStepThatFailsEndsTheBuilding) {
     IPMIsupport support;
-    results = {{"voltages", -1}};
-    EXPECT_EQ(support.GetSensorInfo(), -1);
-    EXPECT_THAT(calls, ElementsAre("info", "walk", "fans", "voltages"));
-    calls.clear();
-    results = {{"fans", -1}};
-    EXPECT_EQ(support.GetSensorInfo(), -1);
-    EXPECT_THAT(calls, ElementsAre("info", "walk", "fans"));
+    const std::vector<std::string> steps{"info",     "walk",         "fans",
+                                         "voltages", "temperatures", "processors"};
+    for (std::size_t failing = 0; failing < steps.size(); ++failing) {
+        calls.clear();
+        results = {{steps[failing], -1}};
+        EXPECT_EQ(support.GetSensorInfo(), -1);
+        EXPECT_THAT(calls, ::testing::ElementsAreArray(steps.data(), failing + 1));
+    }
 }
 
 TEST_F(ReplacedMethodsTest, ASettingOrdersTheThresholdsWithinTheWholeRangeOfARawByte) {
@@ -116,6 +121,30 @@ TEST_F(ReplacedMethodsTest, ASettingAsksForTheFormulaByTheLowByteOfTheIndex) {
     matches = {0, 127, 128, 200, 255, 256, 300};
     ASSERT_EQ(SetThresholdInfo(3, 1, THRESHOLD_LOWER_CRITICAL, 1.0), 0);
     EXPECT_THAT(formulaIndexes, ElementsAre(0, 127, 128, 200, 255, 0, 44));
+}
+
+TEST_F(ReplacedMethodsTest, TheFirstStepOfASettingThatFailsEndsIt) {
+    matches = {0};
+    ASSERT_EQ(SetThresholdInfo(3, 1, THRESHOLD_LOWER_CRITICAL, 1.0), 0);
+    EXPECT_THAT(calls, ElementsAre("info", "walk", "thresholds", "value", "order"));
+    for (const char* const step : {"info", "thresholds", "value", "order"}) {
+        calls.clear();
+        results = {{step, -1}};
+        EXPECT_EQ(SetThresholdInfo(3, 1, THRESHOLD_LOWER_CRITICAL, 1.0), -1) << step;
+        EXPECT_EQ(calls.back(), step);
+    }
+    results.clear();
+    EXPECT_EQ(SetThresholdInfo(3, 1, THRESHOLD_LOWER_CRITICAL, 1.0), 0) << "not busy";
+}
+
+TEST_F(ReplacedMethodsTest, ASensorWithoutThresholdsIsLeftOutOfAList) {
+    matches = {0, 1};
+    static SensorThresholdInformation list;
+    EXPECT_EQ(GetThresholdInfo(3, 1, &list), -1) << "as always";
+    EXPECT_EQ(list.quantity, 2);
+    results = {{"thresholds", -1}};
+    EXPECT_EQ(GetThresholdInfo(3, 1, &list), -1);
+    EXPECT_EQ(list.quantity, 0);
 }
 
 }  // namespace

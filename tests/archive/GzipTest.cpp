@@ -4,11 +4,15 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
+#include <sys/time.h>
 
 #include <csignal>
 #include <cstdlib>
+#include <system_error>
 
 #include "archive/Gzip.h"
+#include "tests/support/DescriptorLimit.h"
 
 namespace {
 
@@ -50,6 +54,62 @@ TEST(GzipTest, OptionsOfTheEnvironmentAreNotTaken) {
     ASSERT_EQ(setenv("PATH", "/nowhere", 1), 0);
     EXPECT_EQ(archive::Decompress(archive::Compress(Bytes{1})), Bytes{1});
     ASSERT_EQ(setenv("PATH", path.c_str(), 1), 0);
+}
+
+TEST(GzipTest, TwoBytesTellAGzipFile) {
+    EXPECT_TRUE(archive::IsGzip(Bytes{0x1F, 0x8B}));
+    for (const Bytes& other : {Bytes{}, Bytes{0x1F}, Bytes{0x1F, 0x8C}, Bytes{0x1E, 0x8B}})
+        EXPECT_FALSE(archive::IsGzip(other));
+}
+
+// What the system refuses, as the error that names the call.
+std::string Refusal(const Bytes& bytes) {
+    try {
+        (void)archive::Compress(bytes);
+    } catch (const std::system_error& error) {
+        return error.what();
+    }
+    return "none";
+}
+
+TEST(GzipTest, WithoutDescriptorsTheErrorNamesTheCall) {
+    if (kChecksNeedDescriptors) GTEST_SKIP() << "the sanitizer would end the program";
+    std::string text;
+    {
+        const DescriptorLimit none(0);
+        text = Refusal({1});
+    }
+    EXPECT_EQ(text, "memfd_create: Too many open files");
+    {
+        const DescriptorLimit one(1);
+        text = Refusal({1});
+    }
+    EXPECT_EQ(text, "pipe2: Too many open files");
+}
+
+TEST(GzipTest, BytesForWhichThereIsNoRoomAreAnError) {
+    ASSERT_NE(std::signal(SIGXFSZ, SIG_IGN), SIG_ERR);
+    rlimit before{};
+    ASSERT_EQ(getrlimit(RLIMIT_FSIZE, &before), 0);
+    const rlimit small{1000, before.rlim_max};
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &small), 0);
+    const std::string text = Refusal(Bytes(2000));
+    ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &before), 0);
+    EXPECT_EQ(text, "a file in memory: File too large");
+}
+
+TEST(GzipTest, SignalsWhileItRunsDoNotDisturbIt) {
+    struct sigaction action {};
+    action.sa_handler = [](int) {};
+    ASSERT_EQ(sigaction(SIGALRM, &action, nullptr), 0);
+    const itimerval often{{0, 1000}, {0, 1000}};
+    ASSERT_EQ(setitimer(ITIMER_REAL, &often, nullptr), 0);
+    Bytes bytes;
+    for (unsigned i = 0; i < 3000000; ++i) bytes.push_back(static_cast<std::uint8_t>(i * i >> 7));
+    const Bytes gzip = archive::Compress(bytes);
+    const itimerval never{};
+    ASSERT_EQ(setitimer(ITIMER_REAL, &never, nullptr), 0);
+    EXPECT_EQ(archive::Decompress(gzip), bytes);
 }
 
 TEST(GzipTest, BombIsRefusedAtTheLimit) {

@@ -47,6 +47,23 @@ TEST(TarReaderTest, HeadersOfGnuTarAreAccepted) {
     EXPECT_THAT(archive::ReadTar(TarOf({entry})), ElementsAre(Key("a")));
 }
 
+TEST(TarReaderTest, TheFolderItselfAndSizesBetweenBlanksAreAccepted) {
+    EXPECT_THAT(archive::ReadTar(TarOf({{".", "", '5'}, {"a", "text", '0', "      4    "}})),
+                ElementsAre(Key("a")));
+}
+
+TEST(TarReaderTest, SizesThatAreNoOctalNumbersAreRefused) {
+    const std::string complaint = ComplaintAbout({"a", "", '0', "x"});
+    for (const std::string size : {"   ", "000000000000", "8", "/"})
+        EXPECT_EQ(ComplaintAbout({"a", "", '0', size}), complaint) << size;
+}
+
+TEST(TarReaderTest, ControlCharactersOfAPathAreRefusedAndShownAsNumbers) {
+    EXPECT_EQ(ComplaintAbout({"a\nb"}), "a\\x0Ab: the path has control characters");
+    EXPECT_EQ(ComplaintAbout({"a\x7F"}), "a\\x7F: the path has control characters");
+    EXPECT_EQ(ComplaintAbout({"/\xE9"}), "/\\xE9: the path is absolute");
+}
+
 TEST(TarReaderTest, PathsThatLeaveTheArchiveAreRefused) {
     EXPECT_EQ(ComplaintAbout({"/etc/shadow"}), "/etc/shadow: the path is absolute");
     EXPECT_EQ(ComplaintAbout({"../x"}), "../x: the path leads out of the archive");

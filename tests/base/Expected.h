@@ -8,6 +8,16 @@
 
 __extension__ typedef __float128 WideDouble;
 
+// The C library declares its functions of this type to gcc alone.
+#ifdef __clang__
+extern "C" {
+WideDouble powf128(WideDouble base, WideDouble exponent);
+WideDouble sqrtf128(WideDouble value);
+WideDouble logf128(WideDouble value);
+WideDouble log10f128(WideDouble value);
+}
+#endif
+
 // Rounded to a double, and no further on the way.
 double RoundedOnce(WideDouble wide);
 

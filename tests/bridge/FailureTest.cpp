@@ -30,6 +30,12 @@ TEST(FailureTest, AThreadThatTheSystemRefusesIsItsErrno) {
               "talvane-ipmi-bridge: thread: Resource temporarily unavailable\n");
 }
 
+TEST(FailureTest, ASystemErrorWithoutAnErrnoIsEio) {
+    CaptureStderr();
+    EXPECT_EQ(ErrorOf(std::system_error(0, std::generic_category(), "thread")), EIO);
+    EXPECT_EQ(GetCapturedStderr(), "talvane-ipmi-bridge: thread: Success\n");
+}
+
 TEST(FailureTest, AnythingElseIsEio) {
     CaptureStderr();
     EXPECT_EQ(ErrorOf(std::runtime_error("such and such")), EIO);

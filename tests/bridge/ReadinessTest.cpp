@@ -14,6 +14,7 @@
 #include <string>
 
 #include "bridge/Readiness.h"
+#include "tests/support/DescriptorLimit.h"
 
 namespace {
 
@@ -21,17 +22,22 @@ namespace {
 class ReadinessTest : public ::testing::Test {
 protected:
     ReadinessTest() : name_("talvane-readiness-" + std::to_string(getpid())) {
-        sockaddr_un address{};
-        address.sun_family = AF_UNIX;
-        std::memcpy(address.sun_path + 1, name_.data(), name_.size());
-        const auto size =
-            static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + 1 + name_.size());
-        socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK, 0);
-        EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&address), size), 0);
+        Listen('\0' + name_);
     }
     ~ReadinessTest() override {
         close(socket_);
         unsetenv("NOTIFY_SOCKET");
+    }
+
+    // Replaces the socket by one of this name.
+    void Listen(const std::string& name) {
+        sockaddr_un address{};
+        address.sun_family = AF_UNIX;
+        std::memcpy(address.sun_path, name.data(), name.size());
+        const auto size = static_cast<socklen_t>(offsetof(sockaddr_un, sun_path) + name.size());
+        if (socket_ >= 0) close(socket_);
+        socket_ = socket(AF_UNIX, SOCK_DGRAM | SOCK_NONBLOCK, 0);
+        EXPECT_EQ(bind(socket_, reinterpret_cast<const sockaddr*>(&address), size), 0);
     }
 
     std::string Received() {
@@ -48,6 +54,26 @@ TEST_F(ReadinessTest, ReadyIsSentToTheSocketThatTheServiceManagerNames) {
     setenv("NOTIFY_SOCKET", ('@' + name_).c_str(), 1);
     bridge::ReportReady();
     EXPECT_EQ(Received(), "READY=1");
+}
+
+TEST_F(ReadinessTest, ReadyIsSentToASocketThatIsAFile) {
+    const std::string path = ::testing::TempDir() + name_;
+    Listen(path);
+    setenv("NOTIFY_SOCKET", path.c_str(), 1);
+    bridge::ReportReady();
+    EXPECT_EQ(Received(), "READY=1");
+    unlink(path.c_str());
+}
+
+TEST_F(ReadinessTest, WithoutDescriptorsThereIsAWarning) {
+    setenv("NOTIFY_SOCKET", ('@' + name_).c_str(), 1);
+    ::testing::internal::CaptureStderr();
+    {
+        const DescriptorLimit none(0);
+        bridge::ReportReady();
+    }
+    EXPECT_EQ(::testing::internal::GetCapturedStderr(),
+              "talvane-ipmi-bridge: cannot tell the service manager: Too many open files\n");
 }
 
 TEST_F(ReadinessTest, NothingIsSentWithoutAUsableSocketName) {

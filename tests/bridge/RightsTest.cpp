@@ -37,6 +37,15 @@ TEST(RightsTest, NoCapabilityIsLeftAndNoneCanBeGained) {
     EXPECT_EXIT(drop(), ::testing::ExitedWithCode(0), "");
 }
 
+TEST(RightsTest, AProcessWithoutRightsHasNoneToDropAndBecomesNobodyElse) {
+    const auto drop = [] {
+        const bool once = bridge::DropRights("") == 0;
+        const bool twice = bridge::DropRights("") == 0;
+        _exit(once && twice && bridge::DropRights("root") == EPERM ? 0 : 1);
+    };
+    EXPECT_EXIT(drop(), ::testing::ExitedWithCode(0), "");
+}
+
 // Of the name's value in /proc/self/status, all four users or groups: real, effective, saved and
 // that of files.
 bool AllAre(const std::string& name, const std::string& id) {

@@ -199,6 +199,28 @@ TEST_F(BmcStatementsTest, FaultStrikesItsRequestOnly) {
     EXPECT_EQ(Ask(6, 0x01, {}), Bytes{});
 }
 
+TEST_F(BmcStatementsTest, EachKindOfFaultIsThatOfTheController) {
+    LoadMachine(MachineFolder("bmc kcs\nreading 1 20\n"
+                              "fault \"Get Sensor Reading\" 2 refused 0xC3\n"
+                              "fault \"Get Sensor Reading\" 3 stale\n"
+                              "fault \"Get Device ID\" 1 fails\n"
+                              "fault \"Get Device ID\" 2 fails EBUSY\n")
+                    .path,
+                machine);
+    const Bytes reading{20, 0xC0, 0, 0};
+    EXPECT_EQ(Ask(4, 0x2D, {1}), reading);
+    EXPECT_EQ(Ask(4, 0x2D, {1}), Bytes{}) << "refused, without data";
+    EXPECT_EQ(Ask(4, 0x2D, {1}), Bytes{}) << "the response before";
+    EXPECT_EQ(Ask(4, 0x2D, {1}), reading);
+    for (const int error : {EIO, EBUSY, 0}) {
+        sim::BmcRequest request;
+        request.netFn = 6;
+        request.command = 1;
+        machine.GetBmc().Answer(request);
+        EXPECT_EQ(request.error, error);
+    }
+}
+
 struct BadController {
     const char* text;
     const char* complaint;
@@ -245,6 +267,9 @@ INSTANTIATE_TEST_SUITE_P(
                       "2: the sensor name \"seventeen letters\" is longer than 16 characters"},
         BadController{"bmc kcs\nsensor 256 \"FAN\"", "2: the sensor number 256 is above 255"},
         BadController{FAN "reading 1 2\nreading 1 2", "4: the sensor has a reading already"},
+        BadController{FAN "thresholds 1 0x3F 1 2 3 4 5 6\nthresholds 1 0x3F 1 2 3 4 5 6",
+                      "4: the sensor has thresholds already"},
+        BadController{"bmc kcs\nchannel 0x1G 4 1", "2: the channel \"0x1G\" is not a number"},
         BadController{FAN "states 1 2\nstates 1 2", "4: the sensor has states already"},
         BadController{FAN "thresholds 1 0x40 1 2 3 4 5 6",
                       "3: the readable thresholds 0x40 is above 63"},

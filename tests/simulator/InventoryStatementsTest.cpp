@@ -98,8 +98,16 @@ TEST_F(InventoryStatementsTest, TextThatIsNotAPciCaptureIsRefused) {
           {"00: 11 22\n", "line 1: bytes before the first function"},
           {"00:00.0 x\n10: 11\n", "line 2: bytes are missing"},
           {"00:20.0 x\n", "line 1: there is no device above 1f"},
+          {"00:00.8 x\n", "line 1: neither a function nor its bytes"},
+          {"00:00.g x\n", "line 1: neither a function nor its bytes"},
+          {"00:00 x\n", "line 1: neither a function nor its bytes"},
+          {"100:00.0 x\n", "line 1: neither a function nor its bytes"},
+          {"00:000.0 x\n", "line 1: neither a function nor its bytes"},
+          {"00:00.0 x\n00: 100\n", "line 2: neither a function nor its bytes"},
+          {"00:00.0 x\n00: 1g\n", "line 2: neither a function nor its bytes"},
           {"00:00.0 x\n00:00.0 y\n", "line 2: the function 00:00.0 is here twice"},
           {"0001:00:00.0 x\n", "no function of domain 0"},
+          {" blank\n\ttab\n", "no function of domain 0"},
           {"\n", "no function of domain 0"}}) {
         const MachineFolder folder("pci capture lspci.txt");
         folder.Write("lspci.txt", text);
@@ -120,7 +128,11 @@ TEST_F(InventoryStatementsTest, ImpossiblePciFunctionIsRefused) {
     EXPECT_EQ(Complaint("pci 00:1f.0 8086:1 class 01.01"),
               "1: the class \"01.01\" is not CLASS.SUB.INTERFACE");
     EXPECT_EQ(Complaint("pci 00:1f.0 8086:1 irq 1 irq 2"), "1: \"irq\" is given twice");
-    EXPECT_THAT(Complaint("pci 00:1f.0 8086:1 bar6 1"), HasSubstr("\"bar6\" is none of class"));
+    EXPECT_EQ(Complaint("pci 00:1f.0 8086:10000"),
+              "1: the identity \"8086:10000\" is not VENDOR:DEVICE");
+    for (const std::string option : {"bar6", "bar/", "bar", "revs"})
+        EXPECT_THAT(Complaint("pci 00:1f.0 8086:1 " + option + " 1"),
+                    HasSubstr('"' + option + "\" is none of class"));
     EXPECT_EQ(Complaint("pci 00:1f.0 8086:1\npci 0:1f.0 8086:2"),
               "2: the function 00:1f.0 was given in line 1");
     EXPECT_EQ(Complaint("pci capture nothing.txt").substr(0, 3), "1: ");
@@ -194,6 +206,11 @@ TEST_F(InventoryStatementsTest, DrivesFromAFolderHaveItsFilesAndNoMedium) {
 
 TEST_F(InventoryStatementsTest, ImpossibleDriveIsRefused) {
     EXPECT_EQ(Complaint("drive hde sectors 1"), "1: the drive \"hde\" is none of hda to hdd");
+    EXPECT_EQ(Complaint("drive hd sectors 1"), "1: the drive \"hd\" is none of hda to hdd");
+    EXPECT_EQ(Complaint("drive sda sectors 1"), "1: the drive \"sda\" is none of hda to hdd");
+    EXPECT_EQ(Complaint("drive hd0 sectors 1"), "1: the drive \"hd0\" is none of hda to hdd");
+    EXPECT_EQ(Complaint("drive hda identity machine.txt"), "1: an identity block has 512 bytes");
+    EXPECT_THAT(Complaint("drive hda image nowhere"), HasSubstr("nowhere: No such file"));
     EXPECT_EQ(Complaint("drive hda"), "1: a drive has a number of sectors or an image");
     EXPECT_EQ(Complaint("drive hda sectors 1\ndrive hda sectors 1"),
               "2: the drive hda was given in line 1");
@@ -209,14 +226,24 @@ TEST_F(InventoryStatementsTest, ImpossibleDriveIsRefused) {
     EXPECT_THAT(Complaint("ide nowhere"), HasSubstr("nowhere: No such file"));
     EXPECT_THAT(Complaint("ide machine.txt"), HasSubstr("machine.txt: holds no ide0/hda"));
     const MachineFolder folder("drive hda sectors 10 dump d");
-    folder.Write("d", "1 00\n");
-    EXPECT_EQ(Complaint(folder), "1: line 1: a sector has 512 bytes");
-    folder.Write("d", "first 00\n");
-    EXPECT_EQ(Complaint(folder), "1: line 1: a line is a sector's number, a blank and its bytes");
-    folder.Write("d", "1 " + std::string(1024, 'g') + "\n");
-    EXPECT_EQ(Complaint(folder), "1: line 1: bytes are hexadecimal digits");
-    folder.Write("d", "10 " + std::string(1024, '0') + "\n");
-    EXPECT_EQ(Complaint(folder), "1: a disk of 10 sectors does not have these bytes");
+    const std::string zeros = ' ' + std::string(1024, '0') + '\n';
+    for (const auto& [text, complaint] : {
+             std::pair<std::string, const char*>{"1 00\n", "line 1: a sector has 512 bytes"},
+             {"first 00\n", "line 1: a line is a sector's number, a blank and its bytes"},
+             {"1\n", "line 1: a line is a sector's number, a blank and its bytes"},
+             {"1:" + zeros, "line 1: a line is a sector's number, a blank and its bytes"},
+             {"1 " + std::string(1024, 'g') + "\n", "line 1: bytes are hexadecimal digits"},
+             {"1 0g" + std::string(1022, '0') + "\n", "line 1: bytes are hexadecimal digits"},
+             {"10" + zeros, "a disk of 10 sectors does not have these bytes"},
+             {"1" + zeros + "1" + zeros, "line 2: the sector is here twice"},
+             {"281474976710656" + zeros, "line 1: no disk has this sector"},
+         }) {
+        folder.Write("d", text);
+        EXPECT_EQ(Complaint(folder), std::string("1: ") + complaint);
+    }
+    const MachineFolder both("drive hda image d dump d");
+    both.Write("d", "1" + zeros);
+    EXPECT_EQ(Complaint(both), "1: a drive has an image or a dump, not both");
 }
 
 TEST_F(InventoryStatementsTest, ProcessorsWorkAtTheirRates) {

@@ -2,15 +2,20 @@
 //
 // What the kernel passes for a caller of the device, and what the bridge replies.
 
+#include <sys/socket.h>
+
 #include <cerrno>
 #include <string>
 
 #include "tests/bridge/device/Bridge.h"
+#include "tests/support/DescriptorLimit.h"
 
 namespace {
 
 using ::testing::HasSubstr;
 using ::testing::SizeIs;
+using ::testing::internal::CaptureStderr;
+using ::testing::internal::GetCapturedStderr;
 using transport::Bytes;
 
 class CharacterDeviceTest : public BridgeTest {
@@ -68,6 +73,16 @@ TEST_F(CharacterDeviceTest, AnIoctlFetchesTheRecordThenTheDataThenIsAnswered) {
     EXPECT_EQ(third.body[16 + 32], kGetDeviceId);
 }
 
+TEST_F(CharacterDeviceTest, AnIoctlWithoutDataFetchesTheRecordAlone) {
+    const std::uint64_t file = Opened();
+    Fetched fetched = Request(kMinute);
+    fetched.room = 0;
+    const Reply reply = connection.ReplyTo(connection.SendIoctl(file, fetched));
+    ASSERT_EQ(reply.error, 0);
+    EXPECT_EQ(Word(reply.body, 2), 1U) << "areas to read";
+    EXPECT_EQ(Word(reply.body, 3), 2U) << "areas to write";
+}
+
 TEST_F(CharacterDeviceTest, AnotherIoctlAndACallerOf64BitsAreRefused) {
     const std::uint64_t file = Opened();
     Fetched fetched = Request(kMinute);
@@ -104,6 +119,45 @@ TEST_F(CharacterDeviceTest, AClosedFileClosesTheKernelsDevice) {
     EXPECT_TRUE(kernel.WaitForOpenFiles(0));
 }
 
+TEST_F(CharacterDeviceTest, AnOpenWhoseCallerIsGoneClosesTheKernelsDevice) {
+    kernel.RefuseReply(ENOENT);
+    (void)connection.SendOpen();
+    (void)Opened();
+    EXPECT_TRUE(kernel.WaitForOpenFiles(1)) << "the second";
+}
+
+TEST_F(CharacterDeviceTest, WithoutDescriptorsOpeningFailsAndLaterSucceeds) {
+    if (kChecksNeedDescriptors) GTEST_SKIP() << "the sanitizer would end the program";
+    std::uint64_t file = 0;
+    {
+        const DescriptorLimit none(0);
+        EXPECT_EQ(connection.Open(file), EMFILE);
+    }
+    EXPECT_EQ(connection.Open(file), 0);
+    EXPECT_EQ(Answer(file), 0);
+}
+
+TEST_F(CharacterDeviceTest, ARequestThatIsGoneWhenItIsReadIsSkipped) {
+    const std::uint64_t file = Opened();
+    for (const int error : {EAGAIN, EINTR}) {
+        kernel.WithdrawRequest(error);
+        (void)Ask(file);
+        EXPECT_EQ(Answer(file), 0);
+    }
+    EXPECT_THAT(kernel.Messages(), SizeIs(2));
+}
+
+TEST_F(CharacterDeviceTest, ARequestWhoseInterruptCameFirstIsNotServed) {
+    const std::uint64_t file = Opened();
+    const std::uint64_t before = Ask(file);
+    EXPECT_EQ(connection.ReplyTo(before).error, 0);
+    const std::uint64_t next = before + 4;  // after the interrupt, whose number is 2 above
+    connection.SendInterrupt(next);
+    ASSERT_EQ(Ask(file), next);
+    EXPECT_EQ(connection.ReplyTo(next).error, EINTR);
+    EXPECT_THAT(kernel.Messages(), SizeIs(1));
+}
+
 TEST_F(CharacterDeviceTest, ASilentBmcCostsTheTimeOut) {
     const std::uint64_t file = Opened();
     kernel.SetAnswering(false);
@@ -114,6 +168,32 @@ TEST_F(CharacterDeviceTest, ASignalEndsTheBridgeWithStatus0) {
     (void)Opened();
     EXPECT_EQ(Stop(), 0);
     EXPECT_EQ(kernel.OpenFiles(), 0U);
+}
+
+TEST_F(CharacterDeviceTest, AWaitThatASignalInterruptsGoesOn) {
+    kernel.FailPoll(EINTR);
+    const std::uint64_t file = Opened();
+    EXPECT_EQ(Answer(file), 0);
+}
+
+TEST_F(CharacterDeviceTest, AWaitThatFailsEndsTheBridge) {
+    (void)Opened();  // after it, the start has been logged
+    CaptureStderr();
+    kernel.FailPoll(ENOMEM);
+    (void)connection.SendOpen();
+    EXPECT_EQ(Join(), 1);
+    EXPECT_EQ(GetCapturedStderr(),
+              "talvane-ipmi-bridge: /dev/talvane-test is gone: Cannot allocate memory\n");
+}
+
+TEST_F(CharacterDeviceTest, AKernelThatSpeaksAnotherLanguageEndsTheBridge) {
+    (void)Opened();  // after it, the start has been logged
+    CaptureStderr();
+    ASSERT_EQ(send(kernel.Connection(), "?", 1, MSG_NOSIGNAL), 1);
+    EXPECT_EQ(Join(), 1);
+    EXPECT_EQ(GetCapturedStderr(),
+              "talvane-ipmi-bridge: short read on fuse device\n"
+              "talvane-ipmi-bridge: /dev/talvane-test is gone: Input/output error\n");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <dlfcn.h>
 #include <fcntl.h>
 #include <linux/ipmi.h>
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <sys/ioctl.h>
 #include <sys/socket.h>
@@ -96,8 +97,44 @@ void FakeKernel::SetOpenError(int error) {
     openError_ = error;
 }
 
+void FakeKernel::SetCuseError(int error) {
+    const std::lock_guard<std::mutex> lock(access_);
+    cuseError_ = error;
+}
+
+void FakeKernel::FailPoll(int error) {
+    const std::lock_guard<std::mutex> lock(access_);
+    pollError_ = error;
+}
+
+void FakeKernel::WithdrawRequest(int error) {
+    const std::lock_guard<std::mutex> lock(access_);
+    readError_ = error;
+}
+
+void FakeKernel::RefuseReply(int error) {
+    const std::lock_guard<std::mutex> lock(access_);
+    writeError_ = error;
+}
+
+int FakeKernel::TakePollError(int file) {
+    const std::lock_guard<std::mutex> lock(access_);
+    return file == cuse_ ? std::exchange(pollError_, 0) : 0;
+}
+
+int FakeKernel::TakeReadError(int file) {
+    const std::lock_guard<std::mutex> lock(access_);
+    return file == cuse_ ? std::exchange(readError_, 0) : 0;
+}
+
+int FakeKernel::TakeWriteError(int file) {
+    const std::lock_guard<std::mutex> lock(access_);
+    return file == cuse_ ? std::exchange(writeError_, 0) : 0;
+}
+
 int FakeKernel::OpenCuse() {
-    return cuse_;
+    const std::lock_guard<std::mutex> lock(access_);
+    return cuseError_ != 0 ? Fail(cuseError_) : cuse_;
 }
 
 int FakeKernel::OpenIpmi() {
@@ -158,7 +195,7 @@ int FakeKernel::Receive(int file, void* argument) {
     const Response response = queue.front();
     queue.pop_front();
     std::uint64_t one = 0;
-    (void)!::read(file, &one, sizeof(one));
+    (void)syscall(SYS_read, file, &one, sizeof(one));  // ours would wait for the lock
     auto& received = *static_cast<ipmi_recv*>(argument);
     received.recv_type = IPMI_RESPONSE_RECV_TYPE;
     received.msgid = response.id;
@@ -209,8 +246,24 @@ ssize_t read(int file, void* buffer, size_t size) {
     const iovec whole{buffer, size};
     const ssize_t length = readv(file, &whole, 1);
     FakeKernel* const kernel = FakeKernel::Current();
-    if (length == 0 && kernel != nullptr && kernel->IsCuse(file)) return Fail(ENODEV);
-    return length;
+    if (kernel == nullptr) return length;
+    if (length == 0 && kernel->IsCuse(file)) return Fail(ENODEV);
+    const int error = kernel->TakeReadError(file);
+    return error != 0 ? Fail(error) : length;
+}
+
+int poll(pollfd* events, nfds_t count, int milliseconds) {
+    static const auto next =
+        reinterpret_cast<int (*)(pollfd*, nfds_t, int)>(dlsym(RTLD_NEXT, "poll"));
+    FakeKernel* const kernel = FakeKernel::Current();
+    const int error = kernel != nullptr && count > 0 ? kernel->TakePollError(events[0].fd) : 0;
+    return error != 0 ? Fail(error) : next(events, count, milliseconds);
+}
+
+ssize_t writev(int file, const iovec* pieces, int count) {
+    FakeKernel* const kernel = FakeKernel::Current();
+    const int error = kernel != nullptr ? kernel->TakeWriteError(file) : 0;
+    return error != 0 ? Fail(error) : syscall(SYS_writev, file, pieces, count);
 }
 
 int ioctl(int file, unsigned long request, ...) {

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The kernel as the bridge meets it, without root: a socket in place of /dev/cuse, and an IPMI
-// device in place of /dev/ipmi0. It stands in front of the C library's open, close, read and ioctl.
-// Any thread may use it. One exists at a time.
+// device in place of /dev/ipmi0. It stands in front of the C library's open, close, read, writev
+// and ioctl. Any thread may use it. One exists at a time.
 #ifndef TALVANE_TESTS_BRIDGE_DEVICE_FAKEKERNEL_H
 #define TALVANE_TESTS_BRIDGE_DEVICE_FAKEKERNEL_H
 
@@ -39,6 +39,12 @@ public:
 
     // The bridge's next read of /dev/cuse ends with ENODEV.
     void BreakOff();
+    // The next request is gone when the bridge reads it, and the read ends with this error.
+    void WithdrawRequest(int error);
+    // The bridge's next wait for a request ends with this error.
+    void FailPoll(int error);
+    // The next reply ends with this error and reaches nobody.
+    void RefuseReply(int error);
 
     // Whether the BMC answers. While it does not, messages wait until it does again. The response
     // to a message is its command's number.
@@ -53,6 +59,7 @@ public:
     [[nodiscard]] bool WaitForOpenFiles(std::size_t most);
 
     void SetOpenError(int error);
+    void SetCuseError(int error);
 
     // The calls. They return -1 and set errno as the C library does.
     int OpenCuse();
@@ -61,6 +68,10 @@ public:
     int IpmiControl(int file, unsigned long request, void* argument);
     [[nodiscard]] bool IsCuse(int file);
     [[nodiscard]] bool IsIpmi(int file);
+    // The error that such a call with this file is to end with; 0 for none.
+    int TakePollError(int file);
+    int TakeReadError(int file);
+    int TakeWriteError(int file);
 
 private:
     // A response that the bridge has not taken yet.
@@ -81,6 +92,10 @@ private:
     int cuse_ = -1;  // the bridge's end
     bool answering_ = true;
     int openError_ = 0;
+    int cuseError_ = 0;
+    int pollError_ = 0;
+    int readError_ = 0;
+    int writeError_ = 0;
     std::map<int, std::deque<Response>> files_;  // of /dev/ipmi0
     std::vector<Sent> sent_;
     std::vector<Sent> unanswered_;

@@ -21,6 +21,7 @@
 #include <dlfcn.h>
 
 static int (*CallGetInfo)(unsigned long, void*);
+static int (*CallIsIpmiSupport)(void);
 static int (*CallRelease)(void);
 
 static void* SymbolOf(void* library, const char* name) {
@@ -37,14 +38,17 @@ static void FindCalls(int argc, char** argv) {
     if (library == NULL) fprintf(stderr, "%s\n", dlerror());
     CHECK(library != NULL);
     void* const getInfo = SymbolOf(library, "GetInfo");
+    void* const isIpmiSupport = SymbolOf(library, "IsIpmiSupport");
     void* const releaseAll = SymbolOf(library, "release");
     memcpy(&CallGetInfo, &getInfo, sizeof getInfo);
+    memcpy(&CallIsIpmiSupport, &isIpmiSupport, sizeof isIpmiSupport);
     memcpy(&CallRelease, &releaseAll, sizeof releaseAll);
 }
 
 #else
 
 #define CallGetInfo GetInfo
+#define CallIsIpmiSupport IsIpmiSupport
 #define CallRelease release
 
 static void FindCalls(int argc, char** argv) {
@@ -54,8 +58,9 @@ static void FindCalls(int argc, char** argv) {
 
 #endif
 
-// Asks for the board and for the PCI functions of the server.
+// Asks for the board and for the PCI functions of the server, and for a BMC, which it does not have.
 static void CheckReports(void) {
+    CHECK(CallIsIpmiSupport() == 0);
     static BaseBoardInformation board;
     CHECK(CallGetInfo(TALVANE_BOARD, &board) == 0);
     CHECK(strcmp(board.Manufacturer, "Acme") == 0);

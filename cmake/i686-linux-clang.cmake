@@ -1,0 +1,6 @@
+# SPDX-License-Identifier: MIT
+#
+# As i686-linux.cmake, with clang: for the build that counts what the tests reach, and for no other.
+include(${CMAKE_CURRENT_LIST_DIR}/i686-linux.cmake)
+set(CMAKE_C_COMPILER clang-14)
+set(CMAKE_CXX_COMPILER clang++-14)
