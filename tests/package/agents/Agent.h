@@ -47,9 +47,9 @@ static void FindCalls(int argc, char** argv) {
 
 #else
 
-#define CallGetInfo GetInfo
+#define CallGetInfo       GetInfo
 #define CallIsIpmiSupport IsIpmiSupport
-#define CallRelease release
+#define CallRelease       release
 
 static void FindCalls(int argc, char** argv) {
     (void)argc;
@@ -58,7 +58,8 @@ static void FindCalls(int argc, char** argv) {
 
 #endif
 
-// Asks for the board and for the PCI functions of the server, and for a BMC, which it does not have.
+// Asks for the board and for the PCI functions of the server, and for a BMC, which it does not
+// have.
 static void CheckReports(void) {
     CHECK(CallIsIpmiSupport() == 0);
     static BaseBoardInformation board;
