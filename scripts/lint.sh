@@ -11,9 +11,6 @@ case "$*" in '' | names) ;; *) echo 'usage: lint.sh [names]' >&2; exit 2 ;; esac
 # A build description of its own: clang cannot read what gcc has precompiled.
 build=build/lint
 cmake --preset debug -B "$build" -DCMAKE_DISABLE_PRECOMPILE_HEADERS=ON >/dev/null
-# Findings come on standard output; standard error counts what was found in system headers.
-messages=$(mktemp)
-trap 'rm -f "$messages"' EXIT
 
 if [ "$*" = names ]; then
     # Many files in one, so that a header is read once for them. Where programs of a folder use a name
@@ -34,6 +31,9 @@ fi
 
 sources=$(sed -n 's/^  "file": "\(.*\)",\{0,1\}$/\1/p' "$build/compile_commands.json" |
     sed "s|^$PWD/||" | grep -v -e '^/' -e '^tests/' -e "^$build/" | sort -u)
+# Findings come on standard output; standard error counts what was found in system headers.
+messages=$(mktemp)
+trap 'rm -f "$messages"' EXIT
 if ! echo "$sources" |
     xargs -P "$(nproc)" -n 1 clang-tidy -p "$build" --quiet 2>"$messages"; then
     cat "$messages" >&2

@@ -18,7 +18,6 @@ OWN_SOURCES = {
 }
 
 
-
 def copy_sources(root, copy):
     """What git tracks, so that the tree can be worked on meanwhile."""
     files = subprocess.run(["git", "ls-files"], cwd=root, capture_output=True, text=True, check=True)
