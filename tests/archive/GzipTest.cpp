@@ -13,18 +13,14 @@
 
 #include "archive/Gzip.h"
 #include "tests/support/DescriptorLimit.h"
+#include "tests/support/ErrorText.h"
 
 namespace {
 
 using archive::Bytes;
 
 std::string Complaint(const Bytes& gzip, std::size_t limit) {
-    try {
-        (void)archive::Decompress(gzip, limit);
-    } catch (const archive::Error& error) {
-        return error.what();
-    }
-    return "no complaint";
+    return ErrorText<archive::Error>([&] { return archive::Decompress(gzip, limit); });
 }
 
 TEST(GzipTest, WhatWasCompressedComesBack) {
@@ -64,12 +60,7 @@ TEST(GzipTest, TwoBytesTellAGzipFile) {
 
 // What the system refuses, as the error that names the call.
 std::string Refusal(const Bytes& bytes) {
-    try {
-        (void)archive::Compress(bytes);
-    } catch (const std::system_error& error) {
-        return error.what();
-    }
-    return "none";
+    return ErrorText<std::system_error>([&] { return archive::Compress(bytes); });
 }
 
 TEST(GzipTest, WithoutDescriptorsTheErrorNamesTheCall) {

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "archive/Tar.h"
+#include "tests/support/ErrorText.h"
 #include "tests/support/TarEntry.h"
 
 namespace {
@@ -18,12 +19,7 @@ using testing::Key;
 using testing::StartsWith;
 
 std::string Complaint(const Bytes& tar) {
-    try {
-        (void)archive::ReadTar(tar);
-    } catch (const archive::Error& error) {
-        return error.what();
-    }
-    return "no complaint";
+    return ErrorText<archive::Error>([&] { return archive::ReadTar(tar); });
 }
 
 std::string ComplaintAbout(const TarEntry& entry) {
