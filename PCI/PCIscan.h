@@ -40,7 +40,8 @@ public:
     unsigned long makeAddress(unsigned char bus, unsigned char dev, unsigned char func,
                               unsigned char reg);
 
-    // Write 32 bits to a port, and read 32 bits from a port.
+    // Write 32 bits to a port, and read 32 bits from a port. Where a program has methods of these
+    // names in front of the library's, all operations above use them.
     void out(unsigned short port, unsigned long value);
     unsigned long in(unsigned short port);
 
