@@ -126,6 +126,13 @@ TEST_F(CpuSleepTest, AfterASignalTheRestIsSleptToTheFraction) {
     EXPECT_EQ(fractionsWaitedFor, 1);
 }
 
+TEST_F(CpuSleepTest, AfterASignalAtAWholeSecondThereIsNoFractionToWaitFor) {
+    SignalAfter(2 * kSecond);
+    EXPECT_EQ(Measure(5), 5 * kSecond);
+    EXPECT_THAT(Sleeps(), ElementsAre("sleep 5 -> 3", "sleep 3 -> 0"));
+    EXPECT_EQ(fractionsWaitedFor, 0);
+}
+
 TEST_F(CpuSleepTest, SignalInTheLastSecondIsNoticedThoughNoWholeSecondIsLeft) {
     SignalAfter(300 * kMillisecond);
     EXPECT_TRUE(IsWhole(1, Measure(1)));
