@@ -7,6 +7,7 @@ Measured once for each test program, with a library whose functions tell when th
 import collections
 import hashlib
 import json
+import re
 import subprocess
 
 from mutation import programs
@@ -17,6 +18,7 @@ FIRST_KILLERS = 5      # tests that noticed other changes
 FIRST = 15             # quick tests, the most specific ones; then the others, program by program
 START = 0.3            # seconds that a program takes to start
 TOO_SLOW = 5.0         # seconds; such a test is left out
+STANDARD = re.compile("_Z(NK?(S[at]|9__gnu_cxx)|St|n[aw])")  # functions of the C++ library
 
 Test = collections.namedtuple("Test", "program name seconds together functions")
 
@@ -33,12 +35,15 @@ def digest_of(paths):
 
 
 def places_of(offsets, telling, source):
-    """FILE:LINE of the functions at these offsets of the library that tells of calls."""
+    """FILE:LINE of the functions at these offsets of the library that tells of calls. Nothing for those of
+    the C++ library, which addr2line finds at their lines of another file."""
     offsets = sorted(offsets)
-    found = subprocess.run(["addr2line", "-e", str(telling)], capture_output=True, text=True,
+    found = subprocess.run(["addr2line", "-f", "-e", str(telling)], capture_output=True, text=True,
                            check=True, input="".join(f"{offset:x}\n" for offset in offsets)).stdout
-    names = (line.split(" ")[0].removeprefix(f"{source}/") for line in found.split("\n"))
-    return dict(zip(offsets, names))
+    functions, places = (found.split("\n")[first::2] for first in (0, 1))
+    return {offset: "" if STANDARD.match(function)
+            else place.split(" ")[0].removeprefix(f"{source}/")
+            for offset, function, place in zip(offsets, functions, places)}
 
 
 def measure(runner, program, telling, library):

@@ -115,6 +115,14 @@ TEST_F(ConversionTest, ValuesOutsideOfALinearizationAreZero) {
     EXPECT_TRUE(std::isnan(Value(negative(11), 5))) << "no guard there";
 }
 
+TEST_F(ConversionTest, LogarithmsAndRootsReachBelowOne) {
+    const auto half = [](int code) { return Formula(5, 0, 0, -1, kUnsigned, code); };
+    EXPECT_EQ(Value(half(1), 1), -0.6931471805599453);
+    EXPECT_EQ(Value(half(2), 1), -0.3010299956639812);
+    EXPECT_EQ(Value(half(3), 1), -1.0);
+    EXPECT_EQ(Value(Formula(25, 0, 0, -2, kUnsigned, 10), 1), 0.5);
+}
+
 // Back.
 
 TEST_F(ConversionTest, TheInverseTruncates) {

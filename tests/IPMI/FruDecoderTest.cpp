@@ -81,6 +81,8 @@ TEST_F(FruDecoderTest, LatinIsCopied) {
     EXPECT_EQ(Decode(3, "abc"), Text("abc"));
     EXPECT_EQ(Decode(3, "abc", 2), Text("ab"));
     EXPECT_EQ(Decode(3, "abc", 12, 25), Text("abc"));
+    EXPECT_EQ(Decode(3, ""), Text(""));
+    EXPECT_EQ(Decode(3, "abc", -1), Text(""));
 }
 
 TEST_F(FruDecoderTest, OtherLanguagesHaveCharactersOfTwoBytes) {

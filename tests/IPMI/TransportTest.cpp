@@ -256,6 +256,12 @@ TEST(StringCopyTest, NoSpaceWritesNothing) {
     EXPECT_EQ(copy.bytes, std::string(20, '#'));
 }
 
+TEST(StringCopyTest, SpaceForOneByteGetsTheTerminator) {
+    const Copy copy = CopyOf(kTwenty, 1, 5);
+    EXPECT_EQ(copy.result, 0);
+    EXPECT_EQ(copy.bytes, std::string("\0###################", 20));
+}
+
 TEST(StringCopyTest, ANegativeLengthWritesNothing) {
     const Copy copy = CopyOf(kTwenty, 16, -1);
     EXPECT_EQ(copy.result, 0);

@@ -119,7 +119,11 @@ TEST_F(PciReportTest, StatusRegisterHasOneTextForEachBit) {
         {0x2600, "Received Master Abort;"},
         {0x4600, "Signaled system Error;"},
         {0x8600, "Detected Parity Error;"},
-        {0x0647, ""},  // bits 0 to 2 and 6 have no text
+        // Bits 0 to 2 and 6 have no text.
+        {0x0047, "Speed=Fast;"},
+        {0x0247, "Speed=Medium;"},
+        {0x0447, "Speed=Slow;"},
+        {0x0647, ""},
     };
     unsigned device = 0;
     for (const auto& [status, text] : cases) Put({0, device++, 0}, PciHeader().Status(status));

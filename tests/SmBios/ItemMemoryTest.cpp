@@ -48,6 +48,8 @@ TEST_F(ItemMemoryTest, ItemWhoseFormattedAreaFindsNoMemoryIsPartlyBuilt) {
     EXPECT_EQ(item->GetHandle(), 7);
     EXPECT_EQ(item->GetFormatedData(), nullptr);
     EXPECT_EQ(item->GetString(1), nullptr);
+    EXPECT_EQ(item->GetEndAddress(), nullptr);
+    EXPECT_EQ(item->StringBufferLength, 0u);
 }
 
 TEST_F(ItemMemoryTest, ItemWhoseStringsFindNoMemoryHasNone) {

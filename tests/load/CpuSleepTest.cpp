@@ -28,6 +28,7 @@ long long now = 0;
 long long nextSignal = 0;  // 0: never
 long long period = 0;      // 0: once
 int fractionsWaitedFor = 0;
+bool canWaitForFractions = true;
 
 // Sleeps until `end` or the next signal. Returns whether a signal came first.
 bool InterruptedBefore(long long end) {
@@ -57,6 +58,10 @@ clock_t times(tms*) noexcept {
 
 int nanosleep(const timespec* request, timespec* remaining) {
     ++fractionsWaitedFor;
+    if (!canWaitForFractions) {
+        errno = ENOSYS;
+        return -1;
+    }
     const long long end = now + request->tv_sec * kSecond + request->tv_nsec;
     if (!InterruptedBefore(end)) return 0;
     remaining->tv_sec = static_cast<time_t>((end - now) / kSecond);
@@ -73,6 +78,7 @@ protected:
         now = 17 * kSecond + 345 * kMillisecond;
         nextSignal = 0;
         fractionsWaitedFor = 0;
+        canWaitForFractions = true;
         server.GetMachine().SleepBy(VirtualSleep);
     }
 
@@ -120,6 +126,13 @@ TEST_F(CpuSleepTest, AfterASignalTheRestIsSleptToTheFraction) {
     EXPECT_EQ(fractionsWaitedFor, 1);
 }
 
+TEST_F(CpuSleepTest, AfterASignalAtAWholeSecondThereIsNoFractionToWaitFor) {
+    SignalAfter(2 * kSecond);
+    EXPECT_EQ(Measure(5), 5 * kSecond);
+    EXPECT_THAT(Sleeps(), ElementsAre("sleep 5 -> 3", "sleep 3 -> 0"));
+    EXPECT_EQ(fractionsWaitedFor, 0);
+}
+
 TEST_F(CpuSleepTest, SignalInTheLastSecondIsNoticedThoughNoWholeSecondIsLeft) {
     SignalAfter(300 * kMillisecond);
     EXPECT_TRUE(IsWhole(1, Measure(1)));
@@ -131,6 +144,16 @@ TEST_F(CpuSleepTest, TimerOfThreeMillisecondsDoesNotShortenTheInterval) {
     SignalAfter(3 * kMillisecond, 3 * kMillisecond);
     EXPECT_TRUE(IsWhole(3, Measure(3)));
     EXPECT_THAT(Sleeps(), ElementsAre("sleep 3 -> 2", "sleep 2 -> 1", "sleep 1 -> 0"));
+}
+
+TEST_F(CpuSleepTest, WhereFractionsCannotBeWaitedForTheWholeSecondsAreSlept) {
+    canWaitForFractions = false;
+    SignalAfter(2400 * kMillisecond);
+    errno = ENOTTY;
+    EXPECT_EQ(Measure(5), 4400 * kMillisecond);
+    EXPECT_THAT(Sleeps(), ElementsAre("sleep 5 -> 2", "sleep 2 -> 0"));
+    EXPECT_EQ(fractionsWaitedFor, 1);
+    EXPECT_EQ(errno, ENOTTY);
 }
 
 // The counter has 32 bits: it wraps around after 248 days, and may do so within the sleep.
