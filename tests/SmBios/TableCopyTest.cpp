@@ -274,6 +274,7 @@ TEST_F(TableCopyTest, ReaderMadeWithATextClaimsToBeInitialisedAndHasNoTable) {
         EXPECT_EQ(reader->IsMatchSmBios(), 0);
         EXPECT_EQ(reader->IsMatchDMI(), 0);
         EXPECT_EQ(reader->BiosData, nullptr);
+        EXPECT_EQ(reader->BiosDataLength, 0u);
         for (int type = 0; type < 256; ++type) EXPECT_EQ(Item(type, 1), nullptr) << type;
         EXPECT_EQ(Ask(&SmBios::GetSysManufacturer, 32), Missing());
         EXPECT_EQ(reader->GetFanQuantity(), 0);
