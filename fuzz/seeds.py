@@ -63,7 +63,7 @@ END = structure(127, 126, "")
 ALL = [BIOS, SYSTEM, BOARD, PROCESSOR, *CACHES, CONTROLLER, *MODULES, ARRAY, *DEVICES, PORT, ON_BOARD,
        POWER, COOLING, VOLTAGE, TEMPERATURE, END]
 
-SMBIOS = {
+TABLES = {
     "whole": smbios(*ALL),
     "dmi": dmi(BIOS, SYSTEM, PROCESSOR, CONTROLLER, *MODULES, END),
     "processor": smbios(BIOS, PROCESSOR, *CACHES),
@@ -73,6 +73,9 @@ SMBIOS = {
     "short": smbios(structure(0, 0, ""), structure(4, 4, "01"), structure(17, 17, "")),
     "cut": smbios(*ALL)[:-60],
 }
+# Byte 31 chooses the question.
+SMBIOS = {f"{name}_{question}": table[:31] + bytes([question]) + table[32:]
+          for name, table in TABLES.items() for question in range(14)}
 
 
 # The sensor repository (IPMI 2.0, 43)
@@ -179,11 +182,16 @@ def header(vendor, device, kind, status=0x0280, header_type=0, line=11):
                        bytes([16, 64, header_type, 0]), struct.pack("<I", 0xE001), b"", 0, line, b"\x01\0\0")[:64]
 
 
+def reported(headers):
+    """With a byte more, so that the report is asked for: the sum of all bytes is a multiple of 16."""
+    return headers + bytes([-sum(headers) % 16])
+
+
 PCI = {
-    "bridge": b"\0" + header(0x8086, 0x2570, "02000006") + header(0x8086, 0x2448, "82000406", header_type=1),
-    "controllers": b"\0" + b"".join(header(0x1000, n, f"010000{n:02x}") for n in range(1, 9)),
-    "single": b"\1" + header(0x14E4, 0x1648, "03000002", status=0xFFFF),
-    "none": b"\0",
+    "bridge": reported(header(0x8086, 0x2570, "02000006") + header(0x8086, 0x2448, "82000406", header_type=1)),
+    "controllers": reported(b"".join(header(0x1000, n, f"010000{n:02x}") for n in range(1, 9))),
+    "single": header(0x14E4, 0x1648, "03000002", status=0xFFFF),
+    "none": reported(b""),
 }
 
 
@@ -274,11 +282,11 @@ HOSTILE = smbios(structure(0, 0, "01 02 00f0 03 07 0000000000000000 0000", *HOST
                  structure(1, 1, "01 02 03 04" + "00" * 16 + "06", *HOSTILE_TEXTS),
                  structure(2, 2, "01 02 03 04 05 09 00 0300 0a 00", *HOSTILE_TEXTS), PORT, POWER)
 MACHINES = {
-    "whole": machine(SMBIOS["whole"], FRU["whole"], DISKS["one"], REPOSITORY["whole"]),
+    "whole": machine(TABLES["whole"], FRU["whole"], DISKS["one"], REPOSITORY["whole"]),
     "hostile": machine(HOSTILE, inventory(area("17", "<b>", "&"), area("19 000000", *HOSTILE_TEXTS[:1]), PRODUCT),
                        DISKS["four"].replace(b"DRIVE", b"<i>&\""),
                        counted(full_record(0x30, 1, 1, "<u>\"&'</u>")) + b"\0" + READINGS),
-    "small": machine(SMBIOS["short"], b"", DISKS["none"], b"\0"),
+    "small": machine(TABLES["short"], b"", DISKS["none"], b"\0"),
     "empty": b"",
 }
 CALLS = {

@@ -5,25 +5,28 @@
 # inputs of fuzz/corpus and from what earlier runs have found in build/. Prints a table, and names
 # each input that was a finding; fails when there is one.
 # The targets have 32 bits, as the library has, where the kernel runs such programs; elsewhere they
-# have this machine's word size, and those that need 32 bits are emulated (with --emulated, all are).
-# Usage: fuzz.sh [--emulated] [--keep] [--seconds N | HOURS] [TARGET...]
+# have this machine's word size (with --emulated, they have 32 bits and are emulated).
+# Usage: fuzz.sh [--emulated] [--keep] [--seconds N | --runs N | HOURS] [TARGET...]
 #   HOURS       for all targets together; by default each runs for 15 seconds
 #   --seconds   for each target
+#   --runs      so many executions of each target
 #   --keep      replaces fuzz/corpus by the fewest inputs that reach as much, unless emulated
 set -eu
 cd "$(dirname "$0")/.."
 
 seconds=15
+runs=-1
 hours=
 keep=
 emulated=
 while [ $# -gt 0 ]; do
     case $1 in
         --seconds) seconds=$2; shift 2 ;;
+        --runs) runs=$2 seconds=86400; shift 2 ;;
         --keep) keep=yes; shift ;;
         --emulated) emulated=yes; shift ;;
         [0-9]*) hours=$1; shift ;;
-        -*) echo "usage: fuzz.sh [--emulated] [--keep] [--seconds N | HOURS] [TARGET...]" >&2; exit 2 ;;
+        -*) echo "usage: fuzz.sh [--emulated] [--keep] [--seconds N | --runs N | HOURS] [TARGET...]" >&2; exit 2 ;;
         *) break ;;
     esac
 done
@@ -31,12 +34,11 @@ done
 scripts/install-packages.sh fuzz
 programs=$(scripts/enable-32-bit.sh)
 
-build_targets() {  # WORD-SIZE [TARGET...]
+build_targets() {  # WORD-SIZE
     build=build/fuzz$1
     cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 \
         "-DTALVANE_FUZZ_BITS=$1" >/dev/null
-    shift
-    cmake --build "$build" ${1:+--target "$@"} >"$build/log" || { cat "$build/log" >&2; exit 1; }
+    cmake --build "$build" >"$build/log" || { cat "$build/log" >&2; exit 1; }
 }
 names_of() { sed -n 's/^ *talvane_fuzz_target(\([a-z_]*\) .*/\1/p' fuzz/CMakeLists.txt; }
 
@@ -44,7 +46,6 @@ if [ "$programs" = native ] || [ -n "$emulated" ]; then
     build_targets 32
 else
     build_targets 64
-    build_targets 32 fuzz_pci
 fi
 # shellcheck disable=SC2046  # names without blanks
 [ $# -gt 0 ] || set -- $(names_of)
@@ -60,8 +61,8 @@ mkdir -p "$findings"
 run() {  # PROGRAM TARGET SECONDS: libFuzzer's messages
     # The leak detector looks at the end only: an emulated program cannot trace itself, and looking
     # after each input takes too long.
-    timeout -s INT -k 60 $(($3 + 300)) "$1" -max_total_time="$3" -detect_leaks=0 -close_fd_mask=1 \
-        -max_len=4096 -timeout=25 -print_funcs=0 -print_final_stats=1 \
+    timeout -s INT -k 60 $(($3 + 300)) "$1" -max_total_time="$3" -runs="$runs" -detect_leaks=0 \
+        -close_fd_mask=1 -max_len=4096 -timeout=25 -print_funcs=0 -print_final_stats=1 \
         -artifact_prefix="$findings/$2-" -seed_inputs=@build/fuzz-inputs \
         "build/fuzz-corpus/$2" 2>&1 || true
 }

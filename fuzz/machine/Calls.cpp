@@ -16,7 +16,6 @@
 
 #include "fuzz/machine/FedMachine.h"
 #include "fuzz/machine/OpenFiles.h"
-#include "storage/GetAllPartitionInfo.h"
 
 namespace fuzz {
 namespace {
@@ -223,14 +222,3 @@ int Remove(const char* path) {
 }  // extern "C"
 
 }  // namespace fuzz
-
-// In place of storage/Llseek.cpp: systems of 64 bits do not have the call.
-int _llseek(unsigned int fd, unsigned long offset_high, unsigned long offset_low, long long* result,
-            unsigned int whence) {
-    fuzz::OpenFile* const file = fuzz::OpenFiles::Find(static_cast<int>(fd));
-    if (file == nullptr) return -1;
-    const std::uint64_t offset = (std::uint64_t{offset_high} << 32) + offset_low;
-    file->position = whence == SEEK_CUR ? file->position + offset : offset;
-    *result = static_cast<long long>(file->position);
-    return 0;
-}

@@ -34,6 +34,14 @@ FedMachine::~FedMachine() {
     current = nullptr;
 }
 
+// Bits 8 to 23 of an address number the function, bits 2 to 7 its registers (PCI 3.0, 3.2.2.3.2).
+std::uint32_t FedMachine::Configuration(std::uint32_t address) const {
+    constexpr std::size_t kHeaderSize = 64;
+    constexpr std::uint32_t kNoAnswer = 0xFFFFFFFF;
+    const std::size_t at = (address >> 8 & 0xFFFF) * kHeaderSize + (address & 0xFC);
+    return at < pci.size() ? talvane::Le32(pci, at) : kNoAnswer;
+}
+
 FedMachine* FedMachine::Current() {
     return current;
 }

@@ -47,8 +47,10 @@ public:
     // The bytes after the completion code of a response; at most 256 of them reach the library.
     std::function<Bytes(const BmcRequest&)> bmc;
 
-    // The double word that a configuration address selects.
-    std::function<std::uint32_t(std::uint32_t)> pci;
+    // The configuration headers of the first PCI functions, 64 bytes each.
+    talvane::ByteView pci;
+    // The double word of them that an address of configuration mechanism #1 selects.
+    [[nodiscard]] std::uint32_t Configuration(std::uint32_t address) const;
 
     // Files by their path; there are no others. A folder is there when a file is in it.
     std::map<std::string, Bytes> files;

@@ -6,6 +6,7 @@
 
 #include <cstddef>
 #include <initializer_list>
+#include <iterator>
 #include <memory>
 #include <vector>
 
@@ -102,24 +103,36 @@ void CallOthers(SmBios& reader, char* text, char* bounded) {
     (void)reader.GetMemoryInformation(&memory);
 }
 
-}  // namespace
-
-void AskForFirmwareRecords() {
-    (void)IsSmBiosSupport();
-    for (const Command& command : kCommands) {
-        const auto record = std::make_unique<unsigned char[]>(command.recordSize);
-        (void)GetInfo(command.code, record.get());
-    }
+void AskForRecord(const Command& command) {
+    const auto record = std::make_unique<unsigned char[]>(command.recordSize);
+    (void)GetInfo(command.code, record.get());
 }
 
-void CallReaderOperations() {
+using OperationGroup = void (*)(SmBios& reader, char* text, char* bounded);
+
+constexpr OperationGroup kGroups[] = {
+    [](SmBios& reader, char*, char*) { CallQuantities(reader); },
+    [](SmBios& reader, char*, char* bounded) { CallBoundedTexts(reader, bounded); },
+    [](SmBios& reader, char* text, char*) { CallWholeTexts(reader, text); },
+    CallOthers,
+};
+
+void CallReader(OperationGroup group) {
     SmBios reader;
     static char text[kAnyText];
     const auto bounded = std::make_unique<char[]>(kBounded);
-    CallQuantities(reader);
-    CallBoundedTexts(reader, bounded.get());
-    CallWholeTexts(reader, text);
-    CallOthers(reader, text, bounded.get());
+    group(reader, text, bounded.get());
+}
+
+}  // namespace
+
+void AskFirmware(unsigned question) {
+    question %= std::size(kCommands) + std::size(kGroups);
+    if (question < std::size(kCommands)) {
+        AskForRecord(kCommands[question]);
+    } else {
+        CallReader(kGroups[question - std::size(kCommands)]);
+    }
 }
 
 }  // namespace fuzz

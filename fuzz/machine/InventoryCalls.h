@@ -7,11 +7,10 @@
 
 namespace fuzz {
 
-// The commands of GetInfo that the table answers.
-void AskForFirmwareRecords();
-
-// The operations of the class SmBios.
-void CallReaderOperations();
+// One of 14 questions; numbers from 14 on ask the same again. 0 to 9 are the commands of GetInfo
+// that the table answers, 10 to 13 groups of operations of the class SmBios: numbers of elements,
+// texts with a size, texts without one, all others.
+void AskFirmware(unsigned question);
 
 }  // namespace fuzz
 

@@ -6,8 +6,11 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdio>
 #include <cstdlib>
 #include <optional>
+
+#include "storage/GetAllPartitionInfo.h"
 
 namespace fuzz {
 namespace {
@@ -50,3 +53,15 @@ int OpenFiles::Count() {
 }
 
 }  // namespace fuzz
+
+// In place of storage/Llseek.cpp: systems of 64 bits do not have the call. It stands here since the
+// library makes one for each cylinder before a partition.
+int _llseek(unsigned int fd, unsigned long offset_high, unsigned long offset_low, long long* result,
+            unsigned int whence) {
+    fuzz::OpenFile* const file = fuzz::OpenFiles::Find(static_cast<int>(fd));
+    if (file == nullptr) return -1;
+    const std::uint64_t offset = (std::uint64_t{offset_high} << 32) + offset_low;
+    file->position = whence == SEEK_CUR ? file->position + offset : offset;
+    *result = static_cast<long long>(file->position);
+    return 0;
+}

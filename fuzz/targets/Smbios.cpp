@@ -1,7 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // The firmware's part of an inventory. Input: 32 bytes with an entry point, then the structure
-// table, which the entry point's address leads to.
+// table, which the entry point's address leads to. An entry point has 31 bytes; the 32nd chooses
+// what is asked, since an input that is asked everything takes ten times as long.
 
 #include "SmBios/EntryPointScan.h"
 #include "fuzz/machine/FirmwareTable.h"
@@ -15,7 +16,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     (void)talvane::FindDmiEntryPoint(bytes);
 
     fuzz::AddFirmwareTable(machine, bytes);
-    fuzz::AskForFirmwareRecords();
-    fuzz::CallReaderOperations();
+    constexpr std::size_t kQuestion = 31;
+    fuzz::AskFirmware(talvane::ByteAt(bytes, kQuestion));
     return 0;
 }

@@ -18,7 +18,7 @@ inline std::uint8_t ReadPort8(std::uint16_t) {
 
 inline std::uint32_t ReadPort32(std::uint16_t) {
     const fuzz::FedMachine& machine = *fuzz::FedMachine::Current();
-    return machine.pci ? machine.pci(machine.configurationAddress) : 0xFFFFFFFF;
+    return machine.Configuration(machine.configurationAddress);
 }
 
 inline void WritePort32(std::uint16_t, std::uint32_t value) {
