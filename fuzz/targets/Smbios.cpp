@@ -2,7 +2,7 @@
 //
 // The firmware's part of an inventory. Input: 32 bytes with an entry point, then the structure
 // table, which the entry point's address leads to. An entry point has 31 bytes; the 32nd chooses
-// what is asked, since an input that is asked everything takes ten times as long.
+// what is asked, since an input that is asked everything takes several times as long.
 
 #include "SmBios/EntryPointScan.h"
 #include "fuzz/machine/FirmwareTable.h"
