@@ -10,9 +10,9 @@
 
 namespace talvane {
 
-// The bounds of the library in memory, which the linker sets.
-extern "C" [[gnu::visibility("hidden")]] const char __ehdr_start[];
-extern "C" [[gnu::visibility("hidden")]] const char etext[];
+// The bounds of the library's code in memory, which the linker sets.
+[[gnu::visibility("hidden")]] extern const char kCodeStart[] asm("__ehdr_start");
+[[gnu::visibility("hidden")]] extern const char kCodeEnd[] asm("etext");
 
 // For a method that is not virtual: the first word of a pointer to it is its address (Itanium C++
 // ABI, 2.3).
@@ -23,8 +23,8 @@ bool IsOwnCode(Method method) {
         std::uintptr_t adjustment;
     };
     const std::uintptr_t address = std::bit_cast<Words>(method).address;
-    return address >= reinterpret_cast<std::uintptr_t>(__ehdr_start) &&
-           address < reinterpret_cast<std::uintptr_t>(etext);
+    return address >= reinterpret_cast<std::uintptr_t>(kCodeStart) &&
+           address < reinterpret_cast<std::uintptr_t>(kCodeEnd);
 }
 
 }  // namespace talvane
