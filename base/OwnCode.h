@@ -10,9 +10,8 @@
 
 namespace talvane {
 
-// The bounds of the library's code in memory, which the linker sets.
-[[gnu::visibility("hidden")]] extern const char kCodeStart[] asm("__ehdr_start");
-[[gnu::visibility("hidden")]] extern const char kCodeEnd[] asm("etext");
+// Whether there is code of the library at this address.
+bool IsCodeOfLibrary(std::uintptr_t address);
 
 // For a method that is not virtual: the first word of a pointer to it is its address (Itanium C++
 // ABI, 2.3).
@@ -22,9 +21,7 @@ bool IsOwnCode(Method method) {
         std::uintptr_t address;
         std::uintptr_t adjustment;
     };
-    const std::uintptr_t address = std::bit_cast<Words>(method).address;
-    return address >= reinterpret_cast<std::uintptr_t>(kCodeStart) &&
-           address < reinterpret_cast<std::uintptr_t>(kCodeEnd);
+    return IsCodeOfLibrary(std::bit_cast<Words>(method).address);
 }
 
 }  // namespace talvane
