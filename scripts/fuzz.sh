@@ -10,7 +10,7 @@
 #   HOURS       for all targets together; by default each runs for 15 seconds
 #   --seconds   for each target
 #   --runs      so many executions of each target
-#   --keep      replaces fuzz/corpus by the fewest inputs that reach as much, unless emulated
+#   --keep      replaces fuzz/corpus by the fewest inputs that reach the same edges, unless emulated
 set -eu
 cd "$(dirname "$0")/.."
 
@@ -83,7 +83,9 @@ for target in "$@"; do
     # By their names: an emulated program may not be able to read folders of this machine.
     find "build/fuzz-corpus/$target" build/fuzz-kept "build/fuzz-seeds/$target" -type f |
         paste -s -d , >build/fuzz-inputs
+    started=$(date +%s)
     run "$program" "$target" "$seconds" >"build/fuzz-log-$target"
+    spent=$(($(date +%s) - started))
     # The last line of progress says what was reached: "#123 DONE cov: 1 ft: 2 corp: ...".
     sed -n 's/^#\([0-9]*\)\t.* cov: \([0-9]*\) ft: \([0-9]*\) .*/\1 \2 \3/p' \
         "build/fuzz-log-$target" | tail -n 1 >"build/fuzz-last"
@@ -93,8 +95,7 @@ for target in "$@"; do
         tail -n 20 "build/fuzz-log-$target" >&2
         exit 1
     fi
-    spent=$(sed -n 's/^Done [0-9]* runs in \([0-9]*\) second.*/\1/p' "build/fuzz-log-$target")
-    printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$target" "$word" "$executions" "${spent:-$seconds}" \
+    printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$target" "$word" "$executions" "$spent" \
         "$edges" "$features" >>"$results"
     unset ASAN_OPTIONS
 
@@ -102,8 +103,8 @@ for target in "$@"; do
         fewest=build/fuzz-fewest/$target
         rm -rf "$fewest"
         mkdir -p "$fewest"
-        ASAN_OPTIONS=detect_leaks=0 "$program" -merge=1 -max_len=4096 -close_fd_mask=1 \
-            -timeout=25 "$fewest" "build/fuzz-corpus/$target" build/fuzz-kept \
+        ASAN_OPTIONS=detect_leaks=0 "$program" -merge=1 -use_counters=0 -max_len=4096 \
+            -close_fd_mask=1 -timeout=25 "$fewest" "build/fuzz-corpus/$target" build/fuzz-kept \
             "build/fuzz-seeds/$target" >"build/fuzz-log-merge" 2>&1
         fuzz/pack.py pack "$fewest" "$kept"
         rm -rf "build/fuzz-corpus/$target"
