@@ -7,7 +7,7 @@
 namespace talvane {
 
 [[gnu::visibility("hidden")]] extern const char kCodeStart[] asm("__ehdr_start");
-[[gnu::visibility("hidden")]] extern const char kCodeEnd[] asm("etext");
+[[gnu::visibility("hidden")]] extern const char kCodeEnd[] asm("_etext");
 
 bool IsCodeOfLibrary(std::uintptr_t address) {
     return address >= reinterpret_cast<std::uintptr_t>(kCodeStart) &&
