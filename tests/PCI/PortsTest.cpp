@@ -7,10 +7,11 @@
 #include "PCI/PCIscan.h"
 #include "PCI/PciTest.h"
 
-// The simulated server answers these two as plain calls. The definitions here come before the
-// server's and call the library's own, so that its instructions are executed.
+// Of the two definitions below.
 static int replacedCalls = 0;
 
+// The simulated server answers these two as plain calls. The definitions here come before the
+// server's and call the library's own, so that its instructions are executed.
 void PCIscan::out(unsigned short port, unsigned long value) {
     ++replacedCalls;
     using Function = void(PCIscan*, unsigned short, unsigned long);
