@@ -26,7 +26,10 @@ while [ $# -gt 0 ]; do
         --keep) keep=yes; shift ;;
         --emulated) emulated=yes; shift ;;
         [0-9]*) hours=$1; shift ;;
-        -*) echo "usage: fuzz.sh [--emulated] [--keep] [--seconds N | --runs N | HOURS] [TARGET...]" >&2; exit 2 ;;
+        -*)
+            echo 'usage: fuzz.sh [--emulated] [--keep] [--seconds N | --runs N | HOURS] [TARGET...]' >&2
+            exit 2
+            ;;
         *) break ;;
     esac
 done
@@ -34,19 +37,20 @@ done
 scripts/install-packages.sh fuzz
 programs=$(scripts/enable-32-bit.sh)
 
-build_targets() {  # WORD-SIZE
-    build=build/fuzz$1
-    cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 \
-        "-DTALVANE_FUZZ_BITS=$1" >/dev/null
-    cmake --build "$build" >"$build/log" || { cat "$build/log" >&2; exit 1; }
-}
 names_of() { sed -n 's/^ *talvane_fuzz_target(\([a-z_]*\) .*/\1/p' fuzz/CMakeLists.txt; }
 
-if [ "$programs" = native ] || [ -n "$emulated" ]; then
-    build_targets 32
+# `word` is what the table of results says of the targets' size.
+if [ "$programs" = native ]; then
+    bits=32 word=32
+elif [ -n "$emulated" ]; then
+    bits=32 word=32e
+    export ASAN_OPTIONS=detect_leaks=0
 else
-    build_targets 64
+    bits=64 word=64
 fi
+build=build/fuzz$bits
+cmake -S fuzz -B "$build" -G Ninja -DCMAKE_CXX_COMPILER=clang++-14 "-DTALVANE_FUZZ_BITS=$bits" >/dev/null
+cmake --build "$build" >"$build/log" || { cat "$build/log" >&2; exit 1; }
 # shellcheck disable=SC2046  # names without blanks
 [ $# -gt 0 ] || set -- $(names_of)
 [ -z "$hours" ] || seconds=$((hours * 3600 / $#))
@@ -68,13 +72,7 @@ run() {  # PROGRAM TARGET SECONDS: libFuzzer's messages
 }
 
 for target in "$@"; do
-    program=build/fuzz64/fuzz_$target
-    word=64
-    if [ ! -x "$program" ] || [ "$programs" = native ] || [ -n "$emulated" ]; then
-        program=build/fuzz32/fuzz_$target
-        word=32
-        [ "$programs" = native ] || { word=32e; export ASAN_OPTIONS=detect_leaks=0; }
-    fi
+    program=$build/fuzz_$target
     mkdir -p "build/fuzz-corpus/$target"
     kept=fuzz/corpus/$target.inputs
     rm -rf build/fuzz-kept
@@ -97,7 +95,6 @@ for target in "$@"; do
     fi
     printf '%s\t%s\t%s\t%s\t%s\t%s\n' "$target" "$word" "$executions" "$spent" \
         "$edges" "$features" >>"$results"
-    unset ASAN_OPTIONS
 
     if [ -n "$keep" ] && [ "$word" != 32e ]; then
         fewest=build/fuzz-fewest/$target
