@@ -14,8 +14,6 @@
 
 namespace {
 
-constexpr std::size_t kHeaderSize = 64;
-
 void ReadHeaders(std::size_t count) {
     PCIscan scan;
     scan.m_InitOK = 1;
@@ -34,7 +32,7 @@ void ReadHeaders(std::size_t count) {
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
     fuzz::FedMachine machine;
     machine.pci = talvane::ByteView(data, size);
-    ReadHeaders(size / kHeaderSize + 1);
+    ReadHeaders(size / sizeof(_HEADER) + 1);
     constexpr unsigned kReportEvery = 16;
     unsigned sum = 0;
     for (const unsigned char byte : machine.pci) sum += byte;
