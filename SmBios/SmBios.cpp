@@ -63,7 +63,7 @@ SmBios::SmBios()
       MatchDMI(0),
       SmBiosEntry(),
       DmiEntry() {
-    const Buffer segment(new (std::nothrow) unsigned char[kSegmentSize]());
+    const Buffer segment(new (std::nothrow) unsigned char[kSegmentSize]);
     if (segment == nullptr) return;
 
     PhysicalMemory memory;
@@ -75,8 +75,9 @@ SmBios::SmBios()
         std::perror("lseek /dev/mem\n");
         return;
     }
-    (void)memory.Read(segment.get(),
-                      kSegmentSize);  // result not used: unread bytes are zero and hold no anchor
+    const long delivered = memory.Read(segment.get(), kSegmentSize);
+    // Bytes that were not read hold no anchor.
+    std::fill(segment.get() + std::max(delivered, 0L), segment.get() + kSegmentSize, 0);
 
     std::uint32_t address = 0;
     const ByteView searched(segment.get(), kSegmentSize);
