@@ -248,7 +248,8 @@ private:
     TALVANE_LOCAL ItemPtr Module(int handle) const;
     TALVANE_LOCAL ItemPtr Probe(unsigned char structureType, int location);
     TALVANE_LOCAL int FindCache(int cpu, int level, unsigned& handle);
-    TALVANE_LOCAL int GetCacheText(int cpu, int level, char* buf, CacheGetter getter);
+    template <CacheGetter getter>
+    TALVANE_LOCAL int GetCacheText(int cpu, int level, char* buf);
     TALVANE_LOCAL void SummariseModules(LocalMemInfo& info);
     TALVANE_LOCAL void SummariseDevices(LocalMemInfo& info);
     TALVANE_LOCAL void WriteTypeDetail(int device, BankInfo& bank);

@@ -59,7 +59,10 @@ int SmBios::FindCache(int cpu, int level, unsigned& handle) {
     return handle < kNoCacheHandle ? 0 : 1;
 }
 
-int SmBios::GetCacheText(int cpu, int level, char* buf, CacheGetter getter) {
+// The getter is called by its name, so that the dynamic linker looks it up at its first call. A
+// pointer to it would be looked up at the start of every agent.
+template <SmBios::CacheGetter getter>
+int SmBios::GetCacheText(int cpu, int level, char* buf) {
     unsigned handle = 0;
     switch (FindCache(cpu, level, handle)) {
         case 0:
@@ -87,15 +90,15 @@ int SmBios::GetCacheDesignation(int cpu, int level, char* buf, unsigned size) {
 }
 
 int SmBios::GetCacheMaxSize(int cpu, int level, char* buf) {
-    return GetCacheText(cpu, level, buf, &SmBios::GetCacheMaxSizePrivate);
+    return GetCacheText<&SmBios::GetCacheMaxSizePrivate>(cpu, level, buf);
 }
 
 int SmBios::GetCacheInstalledSize(int cpu, int level, char* buf) {
-    return GetCacheText(cpu, level, buf, &SmBios::GetCacheInstalledSizePrivate);
+    return GetCacheText<&SmBios::GetCacheInstalledSizePrivate>(cpu, level, buf);
 }
 
 int SmBios::GetCacheSpeed(int cpu, int level, char* buf) {
-    return GetCacheText(cpu, level, buf, &SmBios::GetCacheSpeedPrivate);
+    return GetCacheText<&SmBios::GetCacheSpeedPrivate>(cpu, level, buf);
 }
 
 int SmBios::GetCacheDesignationPrivate(unsigned handle, char* buf, unsigned size) {

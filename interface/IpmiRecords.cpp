@@ -22,7 +22,9 @@ using ByteGetter = int (IPMIsupport::*)(int, unsigned char&);
 using ThresholdGetter = int (IPMIsupport::*)(int, SensorThresholdInfoRaw&,
                                              SensorThresholdInfoConverted&);
 
-// The getters of one kind of sensors. Those of the limits are null for fans and temperatures.
+// The getters of one kind of sensors. Those of the limits are null for fans and temperatures. It is
+// an argument of templates, so that each getter is called by its name and looked up by the dynamic
+// linker at its first call. Pointers to them would be looked up at the start of every agent.
 template <class Element>
 struct SensorGetters {
     char (Element::*reading)[16];
@@ -80,58 +82,68 @@ constexpr SensorGetters<TEMPERATURE_PROBE> kTemperatureGetters = {
     .getName = &IPMIsupport::GetTemperatureIDString,
 };
 
-// Room for the longest text of a getter.
-using TextBuffer = std::array<char, 64>;
+// A text field of 16 bytes, and the buffer that a getter writes over.
+class TextField {
+public:
+    // The buffer holds the field's bytes. The byte after them is not a NUL, so that also a text of
+    // exactly these 16 bytes changes the buffer by its NUL.
+    explicit TextField(char (&field)[16]) : field_(field) {
+        constexpr char kNotNul = '\1';
+        std::copy(std::begin(field), std::end(field), before_.begin());
+        before_[sizeof field] = kNotNul;
+        text_ = before_;
+    }
 
-// The buffer that a getter writes over. It holds the field's bytes. The byte after them is not a
-// NUL, so that also a text of exactly these 16 bytes changes the buffer by its NUL.
-TextBuffer BufferFor(const char (&field)[16]) {
-    constexpr char kNotNul = '\1';
-    TextBuffer buffer{};
-    std::copy(std::begin(field), std::end(field), buffer.begin());
-    buffer[sizeof field] = kNotNul;
-    return buffer;
-}
+    [[nodiscard]] char* Buffer() { return text_.data(); }
 
-bool WroteNothing(const TextBuffer& before, const TextBuffer& after) {
-    return before == after;
-}
+    // Puts the text into the field, cut to the field and NUL-terminated. If nothing has been
+    // written, the field stays untouched.
+    void Store() {
+        if (text_ == before_) return;
+        const std::size_t length = std::min(std::strlen(text_.data()), sizeof field_ - 1);
+        std::memcpy(field_, text_.data(), length);
+        field_[length] = '\0';
+    }
 
-// Lets the getter write its text and puts it into the field, cut to the field and NUL-terminated. A
-// getter that writes nothing leaves the field untouched. Returns the getter's result.
-int ReadText(IPMIsupport& ipmi, TextGetter getter, int i, char (&field)[16]) {
-    const TextBuffer before = BufferFor(field);
-    TextBuffer text = before;
-    const int result = (ipmi.*getter)(i, text.data());
-    if (WroteNothing(before, text)) return result;
-    const std::size_t length = std::min(std::strlen(text.data()), sizeof field - 1);
-    std::memcpy(field, text.data(), length);
-    field[length] = '\0';
+private:
+    static constexpr std::size_t kLongestText = 64;
+
+    char (&field_)[16];
+    std::array<char, kLongestText> before_{};
+    std::array<char, kLongestText> text_;
+};
+
+// Lets the getter write its text into the field. Returns the getter's result.
+template <TextGetter getter>
+int ReadText(IPMIsupport& ipmi, int i, char (&field)[16]) {
+    TextField text(field);
+    const int result = (ipmi.*getter)(i, text.Buffer());
+    text.Store();
     return result;
 }
 
-template <class Element>
-void FillElement(IPMIsupport& ipmi, const SensorGetters<Element>& getters, int i,
-                 SensorThresholdInfoRaw& raw, SensorThresholdInfoConverted& converted,
-                 Element& element) {
-    (void)ReadText(ipmi, getters.getReading, i, element.*getters.reading);
+template <SensorGetters getters, class Element>
+void FillElement(IPMIsupport& ipmi, int i, SensorThresholdInfoRaw& raw,
+                 SensorThresholdInfoConverted& converted, Element& element) {
+    (void)ReadText<getters.getReading>(ipmi, i, element.*getters.reading);
     (void)(ipmi.*getters.getNumber)(i, element.sensorNumber);
     unsigned char byte = 0;
     (void)(ipmi.*getters.getEntity)(i, byte);
     element.DeviceID = byte;
-    if (getters.getMaximum != nullptr) (void)ReadText(ipmi, getters.getMaximum, i, element.max);
-    if (getters.getMinimum != nullptr) (void)ReadText(ipmi, getters.getMinimum, i, element.min);
+    if constexpr (getters.getMaximum != nullptr)
+        (void)ReadText<getters.getMaximum>(ipmi, i, element.max);
+    if constexpr (getters.getMinimum != nullptr)
+        (void)ReadText<getters.getMinimum>(ipmi, i, element.min);
     (void)(ipmi.*getters.getDescription)(i, element.desc);
     (void)(ipmi.*getters.getThresholds)(getters.ownThresholds ? i : 0, raw, converted);
     (void)GetSensorThreshold(raw, converted, element.sti);
     (void)(ipmi.*getters.getType)(i, byte);
     element.SensorType = byte;
-    if (ReadText(ipmi, getters.getName, i, element.IdString) != 0) element.IdString[0] = '\0';
+    if (ReadText<getters.getName>(ipmi, i, element.IdString) != 0) element.IdString[0] = '\0';
 }
 
-template <class Element, std::size_t Limit>
-int FillSensors(IPMIsupport& ipmi, const SensorGetters<Element>& getters, int count, int& quantity,
-                Element (&elements)[Limit]) {
+template <SensorGetters getters, class Element, std::size_t Limit>
+int FillSensors(IPMIsupport& ipmi, int count, int& quantity, Element (&elements)[Limit]) {
     if (count == 0) return 0;
     quantity = count;
     // Kept: cleared only once, so that an element whose thresholds cannot be read has those of the
@@ -139,7 +151,7 @@ int FillSensors(IPMIsupport& ipmi, const SensorGetters<Element>& getters, int co
     SensorThresholdInfoRaw raw{};
     SensorThresholdInfoConverted converted{};
     for (int i = 0; i < std::min(count, static_cast<int>(Limit)); ++i)
-        FillElement(ipmi, getters, i, raw, converted, elements[i]);
+        FillElement<getters>(ipmi, i, raw, converted, elements[i]);
     return count;
 }
 
@@ -162,19 +174,19 @@ int GetSensorThreshold(SensorThresholdInfoRaw raw, SensorThresholdInfoConverted 
 
 int FillIpmiFans(IPMIsupport& ipmi, void* record) {
     FanInformation& fans = *static_cast<FanInformation*>(record);
-    return FillSensors(ipmi, kFanGetters, ipmi.GetFanSensorsNum(), fans.quantity, fans.fan);
+    return FillSensors<kFanGetters>(ipmi, ipmi.GetFanSensorsNum(), fans.quantity, fans.fan);
 }
 
 int FillIpmiVoltages(IPMIsupport& ipmi, void* record) {
     VoltageInformation& voltages = *static_cast<VoltageInformation*>(record);
-    return FillSensors(ipmi, kVoltageGetters, ipmi.GetVoltSensorsNum(), voltages.quantity,
-                       voltages.voltage);
+    return FillSensors<kVoltageGetters>(ipmi, ipmi.GetVoltSensorsNum(), voltages.quantity,
+                                        voltages.voltage);
 }
 
 int FillIpmiTemperatures(IPMIsupport& ipmi, void* record) {
     TemperatureInformation& temperatures = *static_cast<TemperatureInformation*>(record);
-    return FillSensors(ipmi, kTemperatureGetters, ipmi.GetTemSensorsNum(), temperatures.quantity,
-                       temperatures.temperature);
+    return FillSensors<kTemperatureGetters>(ipmi, ipmi.GetTemSensorsNum(), temperatures.quantity,
+                                            temperatures.temperature);
 }
 
 }  // namespace talvane
