@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 //
 // An agent for measuring: runs the commands of GetInfo that its arguments name, or every one of the
-// SMBIOS table for "all", and prints each text that they answer. Without arguments it only starts
-// and ends.
+// SMBIOS table for "all", and prints each text that they answer, unless the first argument is
+// "--quiet". Without arguments it only starts and ends.
 #include <stddef.h>
 #include <stdio.h>
 #include <string.h>
@@ -53,33 +53,34 @@ static void PrintTexts(size_t size) {
     }
 }
 
-static int Run(const Command* command) {
+static int Run(const Command* command, int quiet) {
     if (GetInfo(command->code, record) != 0) return -1;
 
     size_t size = command->head;
+    int count = 0;
     if (command->stride != 0) {
-        int count = 0;
         memcpy(&count, record + command->count, sizeof count);
-        printf("%s: %d\n", command->name, count);
         size += command->stride * (size_t)count;
         if (size > sizeof record) size = sizeof record;
-    } else {
-        printf("%s\n", command->name);
     }
-    PrintTexts(size);
+    if (!quiet) {
+        printf(command->stride != 0 ? "%s: %d\n" : "%s\n", command->name, count);
+        PrintTexts(size);
+    }
     memset(record, 0, size);
     return 0;
 }
 
 int main(int argc, char** argv) {
-    for (int i = 1; i < argc; ++i) {
+    const int quiet = argc > 1 && strcmp(argv[1], "--quiet") == 0;
+    for (int i = 1 + quiet; i < argc; ++i) {
         int found = 0;
         for (size_t k = 0; k < kCommandCount; ++k) {
             if (strcmp(argv[i], "all") == 0 ? kCommands[k].alone
                                             : strcmp(argv[i], kCommands[k].name) != 0)
                 continue;
             found = 1;
-            if (Run(&kCommands[k]) != 0) {
+            if (Run(&kCommands[k], quiet) != 0) {
                 fprintf(stderr, "inventory: %s failed\n", kCommands[k].name);
                 return 1;
             }
