@@ -6,9 +6,11 @@ Usage: seeds.py FOLDER. Makes a folder for each target in it. What the bytes of 
 target's source says.
 """
 
+import io
 import pathlib
 import struct
 import sys
+import tarfile
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 
@@ -271,6 +273,41 @@ DESCRIPTIONS = {
     for folder in sorted((ROOT / "machines").iterdir()) if not folder.name.startswith("qemu")
 }
 
+# Captures: the byte before them says what they are
+
+def dump(entry_and_table):
+    """As dmidecode --dump-bin writes it: with the place of the table in the file as its address."""
+    written = bytearray(entry_and_table)
+    struct.pack_into("<I", written, 24 if written.startswith(b"_SM_") else 8, 32)
+    return bytes(written)
+
+
+def tar(files):
+    """As `tar cf` writes it: a file of two blocks for each name, and two empty blocks at the end."""
+    out = io.BytesIO()
+    with tarfile.open(fileobj=out, mode="w", format=tarfile.USTAR_FORMAT) as archive:
+        for name, content in files.items():
+            member = tarfile.TarInfo(name)
+            member.size = len(content)
+            archive.addfile(member, io.BytesIO(content))
+    return out.getvalue()[:4000]
+
+
+PCI_TEXT = b"".join(b"%02x: " % at + b" ".join(b"%02x" % byte for byte in header(0x14E4, 0x1648, "03000002")[at:at + 16]) + b"\n"
+                    for at in range(0, 64, 16))
+CAPTURES = {
+    "dump": b"\0" + dump(TABLES["whole"]),
+    "dump_dmi": b"\1" + dump(TABLES["dmi"]),
+    "sdr": b"\2" + full_record(1, 1, 1, "CPU") + full_record(2, 2, 1, "12V"),
+    "fru": b"\3" + FRU["whole"],
+    "lspci": b"\4" + b"00:1f.0 ISA bridge: A\n\tSubsystem: B\n" + PCI_TEXT + b"\n0000:01:00.0 0200: 14e4:1648\n" + PCI_TEXT,
+    "sectors": b"\5" + b"0 " + (bytes(446) + TABLE + b"\x55\xaa").hex().encode() + b"\n",
+    "identity": b"\6" + bytes(range(256)) * 2,
+    "stat": b"\7" + PROC["two"].partition(b"\0")[0],
+    "free": b"\x08" + b"       total used free\nMem: 1024 512 512\nSwap: 0 0 0\n",
+    "tar": b"\x09" + tar({"machine/machine.txt": b"memory 64M\n", "machine/ide/ide0/hda/media": b"disk\n"}),
+}
+
 # Whole machines
 
 def machine(table, device, drives, sensors):
@@ -299,7 +336,7 @@ CALLS = {
 TARGETS = {
     "smbios": SMBIOS, "sensor_repository": REPOSITORY, "sensor_replies": REPLIES, "fru": FRU,
     "conversion": CONVERSION, "pci": PCI, "disks": DISKS, "proc_texts": PROC, "requests": REQUESTS,
-    "machine_description": DESCRIPTIONS, "json": MACHINES, "html": MACHINES, "calls": CALLS,
+    "machine_description": DESCRIPTIONS, "captures": CAPTURES, "json": MACHINES, "html": MACHINES, "calls": CALLS,
 }
 
 
