@@ -97,7 +97,7 @@ vm/                    Talvane.h
 fuzz/machine/          fuzz/machine/ fuzz/Input.h Talvane.h GetPciInfo.h InformationRecords.h SmBios/ IPMI/ PCI/ storage/ interface/ base/
 fuzz/ports/            fuzz/machine/
 fuzz/output/           fuzz/output/ fuzz/machine/ fuzz/Input.h tools/
-fuzz/                  fuzz/ Talvane.h GetPciInfo.h InformationRecords.h SmBios/ IPMI/ PCI/ load/ base/ simulator/ transport/ bridge/ tools/
+fuzz/                  fuzz/ Talvane.h GetPciInfo.h InformationRecords.h SmBios/ IPMI/ PCI/ load/ base/ archive/ simulator/ transport/ bridge/ tools/
 examples/              Talvane.h
 '
 includes=$(lines_of "$cpp_files" | xargs -r grep -HoE '^ *# *include *"[^"]+"' 2>/dev/null |
