@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 #include <sys/io.h>
 
+#include "PCI/OwnIn.h"
 #include "PCI/PCIscan.h"
 #include "PCI/PciTest.h"
 
@@ -93,6 +94,31 @@ TEST_F(PortsTest, WithoutReplacementEachRegisterIsReadOnceByItsOwnInstructions) 
     EXPECT_EQ(accesses[before + 1].Text(), "in 0xCFC 4 -> 0xFEDC8001");
     EXPECT_EQ(accesses.back().Text(), "in 0xCFC 4 -> 0x9");
     EXPECT_EQ(dlclose(library), 0);
+}
+
+// The library in a namespace where one of the two methods is an agent's.
+TEST_F(PortsTest, WithOneMethodReplacedBothAreCalledForEachRegister) {
+#ifdef __SANITIZE_ADDRESS__
+    GTEST_SKIP() << "AddressSanitizer works in the first namespace only";
+#endif
+    void* const agent = dlmopen(LM_ID_NEWLM, TALVANE_OWN_IN, RTLD_NOW);
+    ASSERT_NE(agent, nullptr) << dlerror();
+    using Function = int(PCIscan&);
+    auto* const read = reinterpret_cast<Function*>(dlsym(agent, "ReadHeaderAsAgent"));
+    ASSERT_NE(read, nullptr);
+
+    ASSERT_EQ(iopl(3), 0);
+    PCIscan scan;
+    scan.m_InitOK = 1;
+    const std::size_t before = server.GetLog().Accesses().size();
+    EXPECT_EQ(read(scan), 0);
+    EXPECT_EQ(scan.m_dev.getVendorID(), kOwnAnswer & 0xFFFF);
+
+    const std::vector<sim::Access>& accesses = server.GetLog().Accesses();
+    ASSERT_EQ(accesses.size(), before + 16);
+    EXPECT_EQ(accesses[before].Text(), "out 0xCF8 4 0x80032500 -> ok");
+    EXPECT_EQ(accesses.back().Text(), "out 0xCF8 4 0x8003253C -> ok");
+    EXPECT_EQ(dlclose(agent), 0);
 }
 
 }  // namespace
