@@ -27,6 +27,11 @@ bool TellsNearest(long double quick) {
 
 }  // namespace
 
+bool HasWideArithmetic() {
+    const volatile double three = 3;
+    return RoundedOnce(WideDouble{three} / 2) == 1.5;
+}
+
 double RoundedOnce(WideDouble wide) {
     const volatile WideDouble stored = wide;
     return static_cast<double>(stored);

@@ -18,6 +18,11 @@ WideDouble log10f128(WideDouble value);
 }
 #endif
 
+// Whether this compiler's arithmetic of 113 digits is right. clang 14 calls the functions for it
+// with the arguments in other places than those functions, which are gcc's, take them from.
+bool HasWideArithmetic();
+inline constexpr const char* kNoWideArithmetic = "this compiler has no arithmetic of 113 digits";
+
 // Rounded to a double, and no further on the way.
 double RoundedOnce(WideDouble wide);
 
