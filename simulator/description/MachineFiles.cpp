@@ -27,9 +27,11 @@ Bytes BytesOfFile(const std::filesystem::path& path) {
     if (IsNotRegular(path)) FailAt(path, kNotRegular);
     std::ifstream stream(path, std::ios::binary);
     if (!stream) FailAt(path, std::strerror(errno));
-    Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad()) FailAt(path, "cannot be read");
-    return bytes;
+    try {
+        return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    } catch (const std::ios_base::failure&) {
+        FailAt(path, "cannot be read");
+    }
 }
 
 // The files without the folder that they all lie in, if there is one.

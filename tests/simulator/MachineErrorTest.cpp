@@ -149,6 +149,13 @@ TEST(MachineCaptureTest, CaptureThatDoesNotFitIsReportedWithItsLine) {
               "machine.txt:1: 5 bytes at 0x3FFFFFC are past the end of the memory at 0x4000000");
 }
 
+// The process's own memory is a regular file, and nothing is at its start.
+TEST(MachineCaptureTest, CaptureThatCannotBeReadIsNamed) {
+    const MachineFolder folder("pages 0 memory");
+    std::filesystem::create_symlink("/proc/self/mem", folder.path / "memory");
+    EXPECT_EQ(Complaint(folder), "machine.txt:1: memory: cannot be read");
+}
+
 TEST(MachineCaptureTest, EmptyCaptureIsRefused) {
     const MachineFolder folder("pages 0 empty.bin");
     folder.Write("empty.bin", "");
