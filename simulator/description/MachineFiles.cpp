@@ -61,10 +61,6 @@ archive::Files FilesOf(const std::filesystem::path& place) {
     return files;
 }
 
-std::string AsFolder(const std::string& name) {
-    return name.ends_with('/') ? name : name + '/';
-}
-
 }  // namespace
 
 MachineFiles::MachineFiles(const std::filesystem::path& place) : place_(place) {
@@ -96,7 +92,7 @@ std::vector<std::string> MachineFiles::List(const std::string& folder) const {
             names.push_back(file.path().filename().string());
         return names;
     }
-    const std::string start = AsFolder(folder);
+    const std::string start = folder + '/';
     for (const auto& [path, bytes] : *archive_)
         if (path.starts_with(start) && path.find('/', start.size()) == std::string::npos)
             names.push_back(path.substr(start.size()));
@@ -105,7 +101,7 @@ std::vector<std::string> MachineFiles::List(const std::string& folder) const {
 
 bool MachineFiles::HasFolder(const std::string& folder) const {
     if (!archive_) return std::filesystem::is_directory(PathOf(folder));
-    const std::string start = AsFolder(folder);
+    const std::string start = folder + '/';
     const auto first = archive_->lower_bound(start);
     return first != archive_->end() && first->first.starts_with(start);
 }
