@@ -241,6 +241,8 @@ TEST_F(InventoryStatementsTest, ImpossibleDriveIsRefused) {
         folder.Write("d", text);
         EXPECT_EQ(Complaint(folder), std::string("1: ") + complaint);
     }
+    folder.Write("d", "");
+    EXPECT_EQ(Complaint(folder), "1: " + (folder.path / "d").string() + ": is empty");
     const MachineFolder both("drive hda image d dump d");
     both.Write("d", "1" + zeros);
     EXPECT_EQ(Complaint(both), "1: a drive has an image or a dump, not both");
