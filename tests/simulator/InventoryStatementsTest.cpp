@@ -290,6 +290,17 @@ TEST_F(InventoryStatementsTest, DriveWithoutAnIdentityBlockAnswersNoMessage) {
     (void)machine.Close({}, descriptor);
 }
 
+TEST_F(InventoryStatementsTest, RequestToADriveOtherThanThatForItsIdentityEndsTheProcess) {
+    Load("drive hda sectors 9");
+    const int descriptor = static_cast<int>(machine.Open({}, "/dev/hda", O_RDONLY)->value);
+    char geometry[512] = {};
+    EXPECT_DEATH(
+        (void)machine.Ioctl({}, descriptor, 0x301, geometry),
+        "the program asked for ioctl\\(\"/dev/hda\", 0x301\\), which this machine does not "
+        "have");
+    (void)machine.Close({}, descriptor);
+}
+
 TEST_F(InventoryStatementsTest, ProcessorsWorkAtTheirRates) {
     Load("cpu 0 user 12 system 3 idle 85\ncpu 1 nice 100");
     EXPECT_EQ(Content("/proc/stat"),
