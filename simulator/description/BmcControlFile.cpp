@@ -23,22 +23,31 @@ namespace {
 
 constexpr const char* kStillApplies = "; its previous content still applies";
 
-// The text of a file; nothing when reading it would wait for someone who writes.
-std::optional<std::string> TextNow(const std::filesystem::path& file) {
+// The text of a file; nothing, with the reason in `problem`, when it cannot be read or reading it
+// would wait for someone who writes.
+std::optional<std::string> TextNow(const std::filesystem::path& file, const char*& problem) {
+    problem = kNotRegular;
     if (IsNotRegular(file)) return std::nullopt;
     std::ifstream stream(file);
-    return std::string{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    try {
+        return std::string{std::istreambuf_iterator<char>(stream),
+                           std::istreambuf_iterator<char>()};
+    } catch (const std::ios_base::failure&) {
+        problem = "cannot be read";
+        return std::nullopt;
+    }
 }
 
 }  // namespace
 
 const std::map<std::uint8_t, BmcTimeline>& BmcControlFile::Timelines() {
-    auto text = TextNow(file_);
+    const char* problem = nullptr;
+    auto text = TextNow(file_, problem);
     if (text == text_) return timelines_;
     if (text)
         ReadAgain(*text);
     else
-        Report(file_.string() + ": " + kNotRegular + kStillApplies);
+        Report(file_.string() + ": " + problem + kStillApplies);
     text_ = std::move(text);
     return timelines_;
 }

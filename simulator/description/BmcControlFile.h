@@ -25,8 +25,9 @@ public:
         : file_(std::move(file)), bmc_(bmc) {}
 
     // What the file says now, by sensor number; empty when it does not exist. While the file has a
-    // mistake or is no regular file, its previous content applies. Standard error says so once, and
-    // names each sensor that the controller does not have; its statements apply all the same.
+    // mistake, is no regular file or cannot be read, its previous content applies. Standard error
+    // says so once, and names each sensor that the controller does not have; its statements apply
+    // all the same.
     const std::map<std::uint8_t, BmcTimeline>& Timelines();
 
 private:
@@ -35,7 +36,7 @@ private:
 
     std::filesystem::path file_;
     const Bmc& bmc_;
-    std::optional<std::string> text_ = "";  // nothing: not a regular file
+    std::optional<std::string> text_ = "";  // nothing: it could not be read
     std::map<std::uint8_t, BmcTimeline> timelines_;
 };
 

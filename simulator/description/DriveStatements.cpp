@@ -21,6 +21,14 @@ char TakeDriveLetter(MachineLine& line) {
     return name[2];
 }
 
+// A folder's name without slashes at its end: those of the files below it follow after one slash,
+// and in an archive they are looked up as they are.
+std::string TakeFolder(MachineLine& line, const char* what) {
+    std::string folder = line.TakeName(what);
+    while (folder.size() > 1 && folder.back() == '/') folder.pop_back();
+    return folder;
+}
+
 DriveDraft& AddDrive(MachineDraft& draft, char letter, const MachineLine& line) {
     const auto [drive, fresh] = draft.drives.try_emplace(letter, DriveDraft{line});
     if (!fresh)
@@ -102,7 +110,7 @@ void ReadDriveOption(const std::string& option, MachineLine& line, const Machine
     } else if (option == "dump") {
         ReadSectorDump(line, draft, drive);
     } else if (option == "files") {
-        drive.drive.files = FilesOfDrive(line.TakeName("the folder"), line, draft);
+        drive.drive.files = FilesOfDrive(TakeFolder(line, "the folder"), line, draft);
         drive.hasOwnFiles = true;
     } else {
         line.Fail("\"" + option +
@@ -160,7 +168,7 @@ void ReadEntry(MachineLine& line, MachineDraft& draft) {
 
 // A folder with a copy of a machine's /proc/ide: ide0/hda/media and so on.
 void ReadIde(MachineLine& line, MachineDraft& draft) {
-    const std::string folder = line.TakeName("the file name");
+    const std::string folder = TakeFolder(line, "the file name");
     RequireThere(folder, line, draft);
     bool found = false;
     for (char letter = 'a'; letter <= 'd'; ++letter) {

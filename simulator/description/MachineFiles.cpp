@@ -27,9 +27,11 @@ Bytes BytesOfFile(const std::filesystem::path& path) {
     if (IsNotRegular(path)) FailAt(path, kNotRegular);
     std::ifstream stream(path, std::ios::binary);
     if (!stream) FailAt(path, std::strerror(errno));
-    Bytes bytes{std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
-    if (stream.bad()) FailAt(path, "cannot be read");
-    return bytes;
+    try {
+        return {std::istreambuf_iterator<char>(stream), std::istreambuf_iterator<char>()};
+    } catch (const std::ios_base::failure&) {
+        FailAt(path, "cannot be read");
+    }
 }
 
 // The files without the folder that they all lie in, if there is one.
@@ -57,10 +59,6 @@ archive::Files FilesOf(const std::filesystem::path& place) {
     if (!files.contains(kDescriptionName))
         throw archive::Error(std::string("holds no ") + kDescriptionName);
     return files;
-}
-
-std::string AsFolder(const std::string& name) {
-    return name.ends_with('/') ? name : name + '/';
 }
 
 }  // namespace
@@ -94,7 +92,7 @@ std::vector<std::string> MachineFiles::List(const std::string& folder) const {
             names.push_back(file.path().filename().string());
         return names;
     }
-    const std::string start = AsFolder(folder);
+    const std::string start = folder + '/';
     for (const auto& [path, bytes] : *archive_)
         if (path.starts_with(start) && path.find('/', start.size()) == std::string::npos)
             names.push_back(path.substr(start.size()));
@@ -103,7 +101,7 @@ std::vector<std::string> MachineFiles::List(const std::string& folder) const {
 
 bool MachineFiles::HasFolder(const std::string& folder) const {
     if (!archive_) return std::filesystem::is_directory(PathOf(folder));
-    const std::string start = AsFolder(folder);
+    const std::string start = folder + '/';
     const auto first = archive_->lower_bound(start);
     return first != archive_->end() && first->first.starts_with(start);
 }

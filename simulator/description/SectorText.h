@@ -13,7 +13,8 @@
 
 namespace sim {
 
-// The sectors by number. std::runtime_error, which names the line, for any other text.
+// The sectors by number; none for an empty text. std::runtime_error, which names the line, for any
+// other text.
 std::map<std::uint64_t, Bytes> ReadSectorText(std::string_view text);
 
 }  // namespace sim

@@ -9,19 +9,18 @@
 namespace sim {
 namespace {
 
-// A bus on which no device drives the data lines: it reads as all ones and ignores writes.
-class EmptyBus : public PortDevice {
+// A port of one byte on a bus where no device drives the data lines: it reads as all ones and
+// ignores writes.
+class EmptyPort : public PortDevice {
 public:
-    std::uint32_t In(std::uint16_t, unsigned width) override {
-        return width == 4 ? 0xFFFFFFFF : (1u << (8 * width)) - 1;
-    }
+    std::uint32_t In(std::uint16_t, unsigned) override { return 0xFF; }
     void Out(std::uint16_t, unsigned, std::uint32_t) override {}
 };
 
 }  // namespace
 
 PortMap::PortMap() {
-    const auto nobody = std::make_shared<EmptyBus>();
+    const auto nobody = std::make_shared<EmptyPort>();
     Install(kKcsStatusPort, 1, nobody);
     Install(kSmicFlagsPort, 1, nobody);
 }

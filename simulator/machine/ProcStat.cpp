@@ -39,12 +39,11 @@ std::string_view TakePart(std::string_view& text) {
     return part;
 }
 
+// The number that a part of digits is; nothing for any other part, and for too large a number.
 std::optional<std::uint64_t> NumberOf(std::string_view part) {
     std::uint64_t value = 0;
-    const char* const end = part.data() + part.size();
-    const auto [stop, error] = std::from_chars(part.data(), end, value);
-    if (error != std::errc() || stop != end) return std::nullopt;
-    return value;
+    const auto result = std::from_chars(part.data(), part.data() + part.size(), value);
+    return result.ec == std::errc() ? std::optional(value) : std::nullopt;
 }
 
 }  // namespace

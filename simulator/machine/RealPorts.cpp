@@ -8,8 +8,6 @@
 #include <sys/syscall.h>
 #include <unistd.h>
 
-#include <cerrno>
-
 namespace sim {
 namespace {
 
@@ -29,11 +27,6 @@ private:
 };
 
 }  // namespace
-
-int PortAccessError() {
-    const PortAccess access;
-    return access.IsGranted() ? 0 : errno;
-}
 
 std::uint32_t RealPorts::In(std::uint16_t port, unsigned width) {
     const PortAccess access;

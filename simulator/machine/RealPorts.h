@@ -8,9 +8,6 @@
 
 namespace sim {
 
-// Whether the kernel lets this process use I/O ports: 0, or the errno of iopl.
-int PortAccessError();
-
 // Raises the I/O privilege for each access alone, so that no port instruction of the program itself
 // passes the machine by. Where the kernel refuses it, a port reads as all ones.
 class RealPorts : public PortDevice {

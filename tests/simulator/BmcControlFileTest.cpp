@@ -83,6 +83,22 @@ TEST_F(BmcControlFileTest, FileThatBecomesAFifoIsReportedOnceAndChangesNothing) 
     EXPECT_EQ(Read(1)[0], 20);
 }
 
+// The process's own memory is a regular file, and nothing is at its start.
+TEST_F(BmcControlFileTest, FileThatCannotBeReadIsReportedOnceAndChangesNothing) {
+    Say("reading 1 90\n");
+    EXPECT_EQ(Read(1)[0], 90);
+    std::filesystem::remove(folder.path / "live");
+    std::filesystem::create_symlink("/proc/self/mem", folder.path / "live");
+    testing::internal::CaptureStderr();
+    EXPECT_EQ(Read(1)[0], 90);
+    EXPECT_EQ(Read(1)[0], 90);
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "simulated server: " + (folder.path / "live").string() +
+                  ": cannot be read; its previous content still applies\n");
+    std::filesystem::remove(folder.path / "live");
+    EXPECT_EQ(Read(1)[0], 20);
+}
+
 TEST_F(BmcControlFileTest, ReadingWithAMomentShowsFromThatMomentOn) {
     Say("reading 1 at 5 90\n");
     EXPECT_EQ(Read(1)[0], 20);

@@ -100,6 +100,18 @@ TEST_F(BmcFaultsTest, TwoFaultsOfOneCommandStrikeOneAfterTheOther) {
     EXPECT_EQ(Read(1).completion, 0);
 }
 
+TEST_F(BmcFaultsTest, FirstOfTwoFaultsOfOneRequestStrikesAndBothAreSpent) {
+    bmc.Inject("Get Sensor Reading", Kind::kRefused, 0xC0, 1);
+    bmc.Inject("Get Sensor Reading", Kind::kRefused, 0xC3, 1);
+    EXPECT_EQ(Read(1).completion, 0xC0);
+    EXPECT_EQ(Read(1).completion, 0);
+}
+
+TEST_F(BmcFaultsTest, StaleFaultOfTheFirstRequestEmptiesItsResponse) {
+    bmc.Inject("Get Sensor Reading", Kind::kStale, 0, 1);
+    EXPECT_EQ(Read(1).response, Bytes{});
+}
+
 TEST_F(BmcFaultsTest, FaultOfAnUnknownCommandIsRefused) {
     EXPECT_THROW(bmc.Inject("Get Coffee", Kind::kCut, 0), std::invalid_argument);
     EXPECT_THROW(bmc.Inject({0x30, 0x01, 1, Kind::kCut, 0}), std::invalid_argument);
@@ -134,6 +146,13 @@ TEST_F(BmcFaultsTest, RecordOfAnotherTypeIsListed) {
     bmc.AddRecord({0, 0, 0x51, 0xC0, 2, 0xAA, 0xBB});
     EXPECT_EQ(Walk(), (std::vector<unsigned>{0, 1, 2}));
     EXPECT_EQ(Record(2).response, (Bytes{0xFF, 0xFF, 2, 0, 0x51, 0xC0, 2, 0xAA, 0xBB}));
+}
+
+TEST_F(BmcFaultsTest, RecordOfASensorThatEndsBeforeItsNumberIsListedWithoutASensor) {
+    bmc.AddRecord({0, 0, 0x51, 1, 2, 0x20, 0});
+    EXPECT_EQ(Record(2).response, (Bytes{0xFF, 0xFF, 2, 0, 0x51, 1, 2, 0x20, 0}));
+    EXPECT_EQ(Read(0).completion, 0xCB);
+    EXPECT_THROW(bmc.AddRecord(Bytes(4)), std::invalid_argument) << "no whole header";
 }
 
 TEST_F(BmcFaultsTest, RecordThatNamesItselfAsNextMakesALoop) {

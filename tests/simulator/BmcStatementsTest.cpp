@@ -70,11 +70,13 @@ TEST_F(BmcStatementsTest, AnswerHoldsUntilACommandSetsWhatItAsksFor) {
     LoadMachine(MachineFolder("bmc kcs\nsensor 0x30 \"FAN 1\"\nsensor 0x31 \"FAN 2\"\n"
                               "answer \"Get Sensor Thresholds\" 30 -> CB\n"
                               "answer \"Get Sensor Thresholds\" 31 -> CB\n"
+                              "answer \"Get Sensor Reading\" 30 -> 00 46 40\n"
                               "answer \"Get Watchdog Timer\" -> CB\n")
                     .path,
                 machine);
     EXPECT_EQ(Ask(0x04, 0x27, {0x30}), Bytes());
     (void)Ask(0x04, 0x26, {0x30, 0x01, 9, 0, 0, 0, 0, 0});
+    EXPECT_EQ(Ask(0x04, 0x2D, {0x30}), (Bytes{0x46, 0x40})) << "the answer to another command";
     EXPECT_EQ(Ask(0x04, 0x27, {0x30}), (Bytes{0, 9, 0, 0, 0, 0, 0}));
     EXPECT_EQ(Ask(0x04, 0x27, {0x31}), Bytes());
     EXPECT_EQ(Ask(0x06, 0x25, {}), Bytes());
@@ -221,6 +223,30 @@ TEST_F(BmcStatementsTest, EachKindOfFaultIsThatOfTheController) {
     }
 }
 
+TEST_F(BmcStatementsTest, RecordOrInventoryLongerThanItsLengthCanSayIsRefused) {
+    std::string record = "bmc kcs\nrecord 0xC0";
+    for (int i = 0; i < 255; ++i) record += " 5A";
+    LoadMachine(MachineFolder(record).path, machine);
+    EXPECT_EQ(Ask(0x0A, 0x23, {0, 0, 0, 0, 0, 0xFE}).size(), 2u + 0xFE);
+    const auto complaint = [](const MachineFolder& folder) {
+        sim::Machine refused;
+        try {
+            LoadMachine(folder.path, refused);
+        } catch (const sim::MachineError& error) {
+            const std::string text = error.what();
+            return text.substr(text.find("machine.txt:") + 12);
+        }
+        return std::string("none");
+    };
+    EXPECT_EQ(complaint(MachineFolder(record + " 5A")),
+              "2: a record has at most 255 bytes after its header");
+    const MachineFolder inventory("bmc kcs\ninventory fru.bin");
+    inventory.Write("fru.bin", std::string(65535, 'f'));
+    EXPECT_EQ(complaint(inventory), "none");
+    inventory.Write("fru.bin", std::string(65536, 'f'));
+    EXPECT_EQ(complaint(inventory), "2: an inventory has at most 65535 bytes");
+}
+
 struct BadController {
     const char* text;
     const char* complaint;
@@ -263,6 +289,9 @@ INSTANTIATE_TEST_SUITE_P(
         BadController{FAN "factors 512 0 0 0", "3: M 512 is not between -512 and 511"},
         BadController{FAN "factors 1 0 0 8", "3: the result exponent 8 is not between -8 and 7"},
         BadController{FAN "factors 0x1 0 0 0", "3: M \"0x1\" is not a decimal number"},
+        BadController{FAN "factors few 0 0 0", "3: M \"few\" is not a decimal number"},
+        BadController{FAN "factors 99999999999 0 0 0",
+                      "3: M \"99999999999\" is not a decimal number"},
         BadController{"bmc kcs\nsensor 1 \"seventeen letters\"",
                       "2: the sensor name \"seventeen letters\" is longer than 16 characters"},
         BadController{"bmc kcs\nsensor 256 \"FAN\"", "2: the sensor number 256 is above 255"},

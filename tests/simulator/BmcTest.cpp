@@ -106,6 +106,7 @@ TEST_F(BmcTest, ReadingsAndStatesFollowTheirTimeline) {
 TEST_F(BmcTest, SetThresholdsStoresThoseOfTheMask) {
     EXPECT_EQ(Ask(4, 0x27, {7}), Bytes{0xCB});
     EXPECT_EQ(Ask(4, 0x26, {7, 0x3F, 1, 2, 3, 4, 5, 6}), Bytes{0xCB});
+    EXPECT_EQ(bmc.Thresholds(7).readable, 0) << "of no sensor";
     bmc.SetThresholds(7, {0x1F, {1, 1, 1, 1, 1, 1}});
     EXPECT_EQ(Ask(4, 0x26, {7, 0x21, 9, 9, 9, 9, 9, 9}), Bytes{0});
     EXPECT_EQ(Ask(4, 0x27, {7}), (Bytes{0, 0x1F, 9, 1, 1, 1, 1, 9}));
@@ -160,6 +161,7 @@ TEST_F(BmcTest, InventoryIsReadInPieces) {
     EXPECT_EQ(Ask(0x0A, 0x11, {0, 1, 0, 2}), (Bytes{0, 2, 11, 12}));
     EXPECT_EQ(Ask(0x0A, 0x11, {0, 2, 0, 9}), (Bytes{0, 2, 12, 13})) << "no more than there is";
     EXPECT_EQ(Ask(0x0A, 0x11, {0, 4, 0, 1}), Bytes{0xC9});
+    EXPECT_EQ(Ask(0x0A, 0x11, {1, 1, 0, 2}), Bytes{0xCB}) << "another device";
 }
 
 TEST_F(BmcTest, ChannelsUsersAndLanSettingsAreKept) {
@@ -187,6 +189,18 @@ TEST_F(BmcTest, InterceptorAnswersInPlaceOfTheController) {
     EXPECT_THROW((void)bmc.Count("Get Sensor"), std::invalid_argument);
     bmc.ForgetRequests();
     EXPECT_EQ(bmc.Count("Get Sensor Reading"), 0u);
+}
+
+TEST_F(BmcTest, LogCountsTheBytesOfAnUnknownCommandThatIsAnswered) {
+    Bytes answer;
+    bmc.Intercept([&](const sim::BmcRequest&) { return std::optional(answer); });
+    (void)Ask(0x30, 0x01, {});
+    answer = {7, 8, 9};
+    (void)Ask(0x30, 0x01, {});
+    EXPECT_THAT(log.Lines(), ElementsAre("bmc command 0x01 of function 0x30 -> ok",
+                                         "ipmi Command 30 01 with -> 00",
+                                         "bmc command 0x01 of function 0x30 -> 3 bytes",
+                                         "ipmi Command 30 01 with -> 00 07 08 09"));
 }
 
 TEST(SdrRecordTest, ValueThatDoesNotFitIsRefused) {

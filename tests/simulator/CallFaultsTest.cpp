@@ -78,6 +78,24 @@ TEST_F(CallFaultsTest, TwoFaultsOfOneCallCountIndependently) {
     EXPECT_EQ(errno, EMFILE);
 }
 
+TEST_F(CallFaultsTest, FirstOfTwoFaultsOfOneCallIsItsErrorAndBothAreSpent) {
+    server.Fail("open", 1, EACCES);
+    server.Fail("open", 1, EMFILE);
+    EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
+    EXPECT_EQ(errno, EACCES);
+    EXPECT_GE(probe::Open("/dev/mem", O_RDONLY), 0);
+}
+
+TEST_F(CallFaultsTest, CommandThatFailsIsNotRun) {
+    server.GetFreeProgram().SetText("memory\n");
+    server.Fail("system", 1, ENOMEM);
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(probe::System("free"), -1);
+    EXPECT_EQ(errno, ENOMEM);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(server.GetLog().Lines().back(), "system free -> -1 ENOMEM");
+}
+
 TEST_F(CallFaultsTest, FaultForEverFailsTheNthCallAndAllLaterOnesUntilItIsCleared) {
     sim::CallFaults& faults = server.GetMachine().GetFaults();
     faults.Fail("open", 2, EMFILE, sim::Strikes::kForEver);
@@ -172,11 +190,20 @@ void CloseInside() {
     probe::Close(closedInside);
 }
 
-TEST_F(CallFaultsTest, ReadFailsWhenAnActionInsideItClosesItsFile) {
-    closedInside = probe::Open("/dev/mem", O_RDONLY);
-    server.During("read", CloseInside);
-    EXPECT_EQ(probe::Read(closedInside, buffer, 1), -1);
-    EXPECT_EQ(errno, EBADF);
+TEST_F(CallFaultsTest, CallFailsWhenAnActionInsideItClosesItsFile) {
+    using Call = long (*)(int file, char* buffer);
+    const std::pair<const char*, Call> calls[] = {
+        {"read", [](int file, char* bytes) { return probe::Read(file, bytes, 1); }},
+        {"lseek", [](int file, char*) { return probe::Lseek(file, 0, SEEK_SET); }},
+        {"ioctl", [](int file, char* bytes) { return long{probe::Ioctl(file, 0x30D, bytes)}; }},
+        {"close", [](int file, char*) { return long{probe::Close(file)}; }}};
+    for (const auto& [name, call] : calls) {
+        closedInside = probe::Open("/dev/mem", O_RDONLY);
+        server.During(name, CloseInside);
+        errno = 0;
+        EXPECT_EQ(call(closedInside, buffer), -1) << name;
+        EXPECT_EQ(errno, EBADF) << name;
+    }
 }
 
 TEST_F(CallFaultsTest, UnknownCallOrCountBelowOneIsRefused) {

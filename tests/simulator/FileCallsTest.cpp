@@ -4,15 +4,23 @@
 
 #include <fcntl.h>
 #include <sys/mman.h>
+#include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
 
 #include <array>
 #include <cerrno>
+#include <csignal>
 #include <cstdio>
+#include <filesystem>
 #include <string>
 
 #include "ProbedServer.h"
+#include "simulator/machine/Machine.h"
+#include "tests/support/DescriptorLimit.h"
+
+// What read becomes with _FORTIFY_SOURCE.
+extern "C" ssize_t __read_chk(int descriptor, void* out, size_t size, size_t room);
 
 namespace {
 
@@ -132,6 +140,12 @@ TEST_F(FileCallsTest, DescriptorClosedByASystemCallIsForgotten) {
     EXPECT_EQ(close(file), 0);
 }
 
+TEST_F(FileCallsTest, DescriptorClosedByASystemCallIsNotOpenToTheLibrary) {
+    (void)syscall(SYS_close, memory);
+    EXPECT_EQ(probe::Read(memory, buffer.data(), 4), -1);
+    EXPECT_EQ(errno, EBADF);
+}
+
 TEST_F(FileCallsTest, AnotherAnonymousFileIsNotTakenForMemory) {
     (void)syscall(SYS_close, memory);
     const int file = memfd_create("of the test", 0);
@@ -173,6 +187,45 @@ TEST_F(FileCallsTest, LogShowsEachAccess) {
                     "close /dev/mem -> 0", "open /dev/ipmi O_RDWR|O_NONBLOCK -> -1 ENOENT"));
 }
 
+TEST_F(FileCallsTest, FolderAboveAFolderThatTheServerHasCanBeOpened) {
+    server.GetMachine().InstallDirectory("/proc/ide/ide1/hdc");
+    EXPECT_TRUE(probe::Opendir("/proc/ide"));
+    EXPECT_TRUE(probe::Opendir("/proc/ide/ide1"));
+    EXPECT_FALSE(probe::Opendir("/proc/ide/ide0"));
+    EXPECT_EQ(errno, ENOENT);
+}
+
+TEST_F(FileCallsTest, FolderOpenedWithoutAFreeDescriptorFails) {
+    if (kChecksNeedDescriptors) GTEST_SKIP() << "the sanitizer would end the program";
+    server.GetMachine().InstallDirectory("/proc/ide");
+    bool isOpen = true;
+    int error = 0;
+    {
+        const DescriptorLimit none(0);
+        isOpen = probe::Opendir("/proc/ide");
+        error = errno;
+    }
+    EXPECT_FALSE(isOpen);
+    EXPECT_EQ(error, EMFILE);
+}
+
+TEST_F(FileCallsTest, UnnamedFileOfAnotherModuleHasTheModeThatItAskedFor) {
+    const std::string folder = std::filesystem::temp_directory_path().string();
+    const mode_t mask = umask(0);
+    const int file = open(folder.c_str(), O_TMPFILE | O_RDWR | O_CLOEXEC, 0640);
+    (void)umask(mask);
+    if (file < 0) GTEST_SKIP() << folder << " has no unnamed files";
+    struct stat64 status {};
+    EXPECT_EQ(fstat64(file, &status), 0);
+    EXPECT_EQ(status.st_mode & 07777u, 0640u);
+    EXPECT_EQ(close(file), 0);
+}
+
+TEST_F(FileCallsTest, CheckedReadOfMoreThanThereIsRoomForEndsTheProcess) {
+    EXPECT_EXIT((void)__read_chk(memory, buffer.data(), buffer.size() + 1, buffer.size()),
+                testing::KilledBySignal(SIGABRT), "buffer overflow detected");
+}
+
 TEST_F(FileCallsTest, RefusedDeviceFailsWithTheGivenError) {
     server.Refuse("/dev/mem");
     EXPECT_EQ(probe::Open("/dev/mem", O_RDONLY), -1);
@@ -186,6 +239,8 @@ TEST(SimulatedServerTest, CallsWithoutAServerReachTheRealMachine) {
     char text[5] = "";
     EXPECT_EQ(probe::Read(file, text, 4), 4);
     EXPECT_STREQ(text, "Name");
+    EXPECT_EQ(probe::ReadChecked(file, text, 2), 2);
+    EXPECT_STREQ(text, ":\tme");
     EXPECT_EQ(probe::Close(file), 0);
 }
 

@@ -9,13 +9,16 @@
 #include <array>
 #include <cerrno>
 #include <memory>
+#include <optional>
 #include <stdexcept>
 #include <string>
+#include <system_error>
 
 #include "simulator/bmc/Bmc.h"
 #include "simulator/machine/IdeDrive.h"
 #include "simulator/machine/Machine.h"
 #include "simulator/machine/TextDevice.h"
+#include "tests/support/DescriptorLimit.h"
 
 namespace {
 
@@ -44,6 +47,9 @@ TEST_F(ImpossibleMachineTest, TheAddressOfPciReadsBackAndIsSetAsAWhole) {
     EXPECT_EQ(pci.In(0xCF8, 1), 0xFFU) << "no byte of it";
     pci.Out(0xCF8, 1, 0);
     EXPECT_EQ(pci.In(0xCF8, 4), 0x80000800U);
+    pci.Out(0xCFC, 4, 0x11111111);
+    EXPECT_EQ(pci.In(0xCF8, 4), 0x80000800U);
+    EXPECT_EQ(pci.In(0xCFC, 2), 0x8086U) << "no function can be written to";
     pci.Out(0xCF8, 4, 0x00000800);
     EXPECT_EQ(pci.In(0xCFC, 2), 0xFFFFU) << "not enabled";
 }
@@ -63,15 +69,58 @@ TEST_F(ImpossibleMachineTest, ADiskHasItsSectorsAndATableFourEntries) {
     EXPECT_THROW(disk.SetEntry(0, 5, {}), std::out_of_range);
 }
 
+TEST_F(ImpossibleMachineTest, ADiskThatTheSystemHasNoRoomForIsRefused) {
+    try {
+        const sim::DiskImage disk(std::uint64_t{1} << 54);
+        FAIL() << "no file has 2^63 bytes";
+    } catch (const std::system_error& error) {
+        EXPECT_THAT(error.what(),
+                    testing::StartsWith("a simulated disk of 18014398509481984 sectors: "));
+    }
+}
+
+TEST_F(ImpossibleMachineTest, ADiskThatCannotHaveADescriptorIsRefused) {
+    if (kChecksNeedDescriptors) GTEST_SKIP() << "the sanitizer would end the program";
+    std::string problem;
+    {
+        const DescriptorLimit none(0);
+        try {
+            const sim::DiskImage disk(1);
+        } catch (const std::system_error& error) {
+            problem = error.what();
+        }
+    }
+    EXPECT_EQ(problem, "a simulated disk: Too many open files");
+}
+
+TEST_F(ImpossibleMachineTest, ADeviceThatCannotHaveADescriptorIsNotOpened) {
+    if (kChecksNeedDescriptors) GTEST_SKIP() << "the sanitizer would end the program";
+    std::optional<sim::Answer> opened;
+    {
+        const DescriptorLimit none(0);
+        opened = machine.Open({}, "/dev/mem", O_RDONLY);
+    }
+    EXPECT_EQ(opened->error, EMFILE);
+    EXPECT_EQ(machine.GetLog().Lines().back(), "open /dev/mem O_RDONLY -> -1 EMFILE");
+}
+
+TEST_F(ImpossibleMachineTest, AMachineHasOneController) {
+    machine.GiveBmc(true, false);
+    EXPECT_THROW(machine.GiveBmc(false, true), std::logic_error);
+    EXPECT_NO_THROW((void)machine.GetBmc());
+}
+
 TEST_F(ImpossibleMachineTest, NoOtherPathIsTheMachines) {
-    for (const std::string path :
-         {"/dev/null", "/dev/hd", "/dev/hd1", "/dev/hd{", "/dev/xda", "/proc/ides"}) {
+    for (const std::string path : {"", "/", "//", "/dev/null", "/dev/hd", "/dev/hd1", "/dev/hd{",
+                                   "/dev/xda", "/proc/ides"}) {
         EXPECT_FALSE(sim::Machine::IsMachinePath(path)) << path;
         EXPECT_THROW(machine.Install(path, std::make_unique<sim::TextDevice>(std::string())),
                      std::invalid_argument);
         EXPECT_THROW(machine.InstallDirectory(path), std::invalid_argument);
         EXPECT_THROW(machine.UseReal(path, "/dev/null"), std::invalid_argument);
+        EXPECT_EQ(machine.OpenDirectory({}, path.c_str()), std::nullopt) << path;
     }
+    EXPECT_EQ(machine.OpenDirectory({}, nullptr), std::nullopt);
     for (const std::string path : {"/dev//hda", "/proc/ide/", "/proc/stat"})
         EXPECT_TRUE(sim::Machine::IsMachinePath(path)) << path;
 }

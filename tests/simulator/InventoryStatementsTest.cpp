@@ -92,6 +92,22 @@ TEST_F(InventoryStatementsTest, PciCaptureShowsItsFunctions) {
     EXPECT_EQ(PciDword(0x10000), 0x44332211u);
 }
 
+TEST_F(InventoryStatementsTest, PciCaptureOfMoreThan256BytesIsCutToThem) {
+    const MachineFolder folder("pci capture lspci.txt");
+    std::string text = "00:00.0 of PCI Express\n00:";
+    for (int i = 0; i < 256; ++i) text += " 5a";
+    folder.Write("lspci.txt", text + "\n100: 11 22 33 44\n104: 55\n");
+    Load(folder);
+    EXPECT_EQ(PciDword(0xFC), 0x5A5A5A5Au);
+    EXPECT_EQ(PciDword(0), 0x5A5A5A5Au);
+}
+
+TEST_F(InventoryStatementsTest, FunctionOfAPciCaptureThatIsThereAlreadyIsRefused) {
+    const MachineFolder folder("pci 00:1f.0 8086:1\npci capture lspci.txt");
+    folder.Write("lspci.txt", "00:1f.0 x\n00: 11\n");
+    EXPECT_EQ(Complaint(folder), "2: the function 00:1f.0 was given in line 1");
+}
+
 TEST_F(InventoryStatementsTest, TextThatIsNotAPciCaptureIsRefused) {
     for (const auto& [text, complaint] :
          {std::pair<const char*, const char*>{"words", "line 1: neither a function nor its bytes"},
@@ -99,6 +115,7 @@ TEST_F(InventoryStatementsTest, TextThatIsNotAPciCaptureIsRefused) {
           {"00:00.0 x\n10: 11\n", "line 2: bytes are missing"},
           {"00:20.0 x\n", "line 1: there is no device above 1f"},
           {"00:00.8 x\n", "line 1: neither a function nor its bytes"},
+          {"00\n", "line 1: neither a function nor its bytes"},
           {"00:00.g x\n", "line 1: neither a function nor its bytes"},
           {"00:00 x\n", "line 1: neither a function nor its bytes"},
           {"100:00.0 x\n", "line 1: neither a function nor its bytes"},
@@ -120,6 +137,8 @@ TEST_F(InventoryStatementsTest, ImpossiblePciFunctionIsRefused) {
               "1: the location \"00:20.0\" is not BUS:DEVICE.FUNCTION");
     EXPECT_EQ(Complaint("pci 00:1f.8 8086:1"),
               "1: the location \"00:1f.8\" is not BUS:DEVICE.FUNCTION");
+    EXPECT_EQ(Complaint("pci :1f.0 8086:1"),
+              "1: the location \":1f.0\" is not BUS:DEVICE.FUNCTION");
     EXPECT_EQ(Complaint("pci 00-1f.0 8086:1"),
               "1: the location \"00-1f.0\" is not BUS:DEVICE.FUNCTION");
     EXPECT_EQ(Complaint("pci 00:1f.0 8086"), "1: the identity \"8086\" is not VENDOR:DEVICE");
@@ -206,6 +225,7 @@ TEST_F(InventoryStatementsTest, DrivesFromAFolderHaveItsFilesAndNoMedium) {
 
 TEST_F(InventoryStatementsTest, ImpossibleDriveIsRefused) {
     EXPECT_EQ(Complaint("drive hde sectors 1"), "1: the drive \"hde\" is none of hda to hdd");
+    EXPECT_EQ(Complaint("drive \"none\""), "1: the drive takes no quotes");
     EXPECT_EQ(Complaint("drive hd sectors 1"), "1: the drive \"hd\" is none of hda to hdd");
     EXPECT_EQ(Complaint("drive sda sectors 1"), "1: the drive \"sda\" is none of hda to hdd");
     EXPECT_EQ(Complaint("drive hd0 sectors 1"), "1: the drive \"hd0\" is none of hda to hdd");
@@ -237,13 +257,48 @@ TEST_F(InventoryStatementsTest, ImpossibleDriveIsRefused) {
              {"10" + zeros, "a disk of 10 sectors does not have these bytes"},
              {"1" + zeros + "1" + zeros, "line 2: the sector is here twice"},
              {"281474976710656" + zeros, "line 1: no disk has this sector"},
+             {"\n", "line 1: a line is a sector's number, a blank and its bytes"},
          }) {
         folder.Write("d", text);
         EXPECT_EQ(Complaint(folder), std::string("1: ") + complaint);
     }
+    folder.Write("d", "");
+    EXPECT_EQ(Complaint(folder), "1: " + (folder.path / "d").string() + ": is empty");
     const MachineFolder both("drive hda image d dump d");
     both.Write("d", "1" + zeros);
     EXPECT_EQ(Complaint(both), "1: a drive has an image or a dump, not both");
+}
+
+TEST_F(InventoryStatementsTest, EntryOfADriveWithoutSectorsOfItsOwnIsRefused) {
+    const MachineFolder image("drive hda image disk\nentry hda 0 1 0x83 63 1");
+    image.Write("disk", std::string(512, 'd'));
+    EXPECT_EQ(Complaint(image), "2: " + (image.path / "disk").string() +
+                                    " is an image in a file, which is never written to");
+    const MachineFolder folder("drive hdd files d\nentry hdd 0 1 0x83 63 1");
+    std::filesystem::create_directories(folder.path / "d");
+    EXPECT_EQ(Complaint(folder), "2: the machine has no disk hdd");
+}
+
+TEST_F(InventoryStatementsTest, DriveWithoutAnIdentityBlockAnswersNoMessage) {
+    const MachineFolder folder("drive hdc files c sectors 9");
+    std::filesystem::create_directories(folder.path / "c");
+    Load(folder);
+    const int descriptor = static_cast<int>(machine.Open({}, "/dev/hdc", O_RDONLY)->value);
+    char identity[512] = "untouched";
+    EXPECT_EQ(machine.Ioctl({}, descriptor, 0x30D, identity)->error, ENOMSG);
+    EXPECT_STREQ(identity, "untouched");
+    (void)machine.Close({}, descriptor);
+}
+
+TEST_F(InventoryStatementsTest, RequestToADriveOtherThanThatForItsIdentityEndsTheProcess) {
+    Load("drive hda sectors 9");
+    const int descriptor = static_cast<int>(machine.Open({}, "/dev/hda", O_RDONLY)->value);
+    char geometry[512] = {};
+    EXPECT_DEATH(
+        (void)machine.Ioctl({}, descriptor, 0x301, geometry),
+        "the program asked for ioctl\\(\"/dev/hda\", 0x301\\), which this machine does not "
+        "have");
+    (void)machine.Close({}, descriptor);
 }
 
 TEST_F(InventoryStatementsTest, ProcessorsWorkAtTheirRates) {
@@ -299,6 +354,22 @@ TEST_F(InventoryStatementsTest, StatWithOtherWordsStaysAsItIs) {
     EXPECT_EQ(Content("/proc/stat"), "cpu 2\nmore 3\n");
 }
 
+TEST_F(InventoryStatementsTest, StatWithMoreOrOtherPartsStaysAsItIs) {
+    for (const auto& [before, last] : {std::pair<const char*, const char*>{"cpu 1 2", "cpu 3"},
+                                       {"cpu 1", "cpu 3 4"},
+                                       {"cpu one", "cpu 3"},
+                                       {"cpu 1", "3 4"},
+                                       {"cpu 99999999999999999999", "cpu 1"}}) {
+        const MachineFolder folder("stat a\nstat at 1 b\nstat continues");
+        folder.Write("a", before);
+        folder.Write("b", last);
+        sim::Machine described;
+        LoadMachine(folder.path, described);
+        (void)described.Sleep(5);
+        EXPECT_EQ(described.GetStat().Text(described.Clock()), last) << before;
+    }
+}
+
 TEST_F(InventoryStatementsTest, DriveShowsTheFilesOfItsFolderAlone) {
     const MachineFolder folder("drive hdc files c sectors 9\ndrive hdd files d");
     std::filesystem::create_directories(folder.path / "c");
@@ -339,6 +410,17 @@ TEST_F(InventoryStatementsTest, TextOfFreeRunsNothingInTheShell) {
     EXPECT_FALSE(std::filesystem::exists(planted));
     folder.Write("output", std::string("Mem: \0 1\n", 9));
     EXPECT_EQ(Complaint(folder), "1: what free prints has no byte 00");
+}
+
+TEST_F(InventoryStatementsTest, CommandThatStartsWithFreeRunsIt) {
+    EXPECT_FALSE(machine.GetFreeProgram().IsRunBy("free")) << "it prints nothing yet";
+    Load("free total 10 used 1");
+    const sim::FreeProgram& free = machine.GetFreeProgram();
+    for (const char* const command : {"free", "free -k", "free|awk 1"})
+        EXPECT_TRUE(free.IsRunBy(command)) << command;
+    for (const char* const command : {"", "df", "freedom", "/usr/bin/free"})
+        EXPECT_FALSE(free.IsRunBy(command)) << command;
+    EXPECT_FALSE(free.IsRunBy(nullptr));
 }
 
 TEST_F(InventoryStatementsTest, EmptyDescriptionHasOneIdleProcessorAndFreeMemory) {

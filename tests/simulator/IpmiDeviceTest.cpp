@@ -83,4 +83,43 @@ TEST_F(IpmiDeviceTest, NullPointerToDataOrResponseIsRefused) {
     EXPECT_EQ(Send(message), EFAULT);
 }
 
+TEST_F(IpmiDeviceTest, MissingMessageIsRefused) {
+    const int descriptor = static_cast<int>(machine.Open({}, "/dev/ipmi", O_RDONLY)->value);
+    EXPECT_EQ(machine.Ioctl({}, descriptor, kSendMessage, nullptr)->error, EFAULT);
+    EXPECT_TRUE(bmc.Requests().empty());
+}
+
+TEST_F(IpmiDeviceTest, OtherRequestEndsTheProcess) {
+    const int descriptor = static_cast<int>(machine.Open({}, "/dev/ipmi", O_RDONLY)->value);
+    Message message = GetReading(1);
+    EXPECT_DEATH((void)machine.Ioctl({}, descriptor, 0x30D, &message),
+                 "the program asked for ioctl\\(\"/dev/ipmi\", 0x30D\\), which this machine does "
+                 "not have");
+}
+
+TEST_F(IpmiDeviceTest, ErrorOfTheDriverLeavesTheMessageUntouched) {
+    bmc.Inject("Get Sensor Reading", sim::BmcFault::Kind::kFails, EBUSY, 1);
+    Message message = GetReading(1);
+    EXPECT_EQ(Send(message), EBUSY);
+    EXPECT_EQ(message.responseLength, 0u);
+    EXPECT_EQ(message.completion, 0xEE);
+}
+
+TEST_F(IpmiDeviceTest, DriverCanNeitherBeReadNorSearched) {
+    const int descriptor = static_cast<int>(machine.Open({}, "/dev/ipmi", O_RDONLY)->value);
+    char byte = 'b';
+    EXPECT_EQ(machine.Read({}, descriptor, &byte, 1)->error, EINVAL);
+    EXPECT_EQ(byte, 'b');
+    EXPECT_EQ(machine.Seek({}, descriptor, 0, SEEK_SET)->error, ESPIPE);
+    EXPECT_EQ(machine.GetLog().Lines()[1], "read /dev/ipmi 0x0 1 -> -1 EINVAL");
+}
+
+TEST_F(IpmiDeviceTest, SystemInterfaceStaysIdleWhateverIsWrittenToIt) {
+    (void)machine.SetPrivilege(3);
+    machine.PortOut(0xCA3, 1, 0x61);
+    EXPECT_EQ(machine.PortIn(0xCA3, 1), 0u);
+    machine.PortOut(0xCAA, 1, 0x61);
+    EXPECT_EQ(machine.PortIn(0xCAA, 1), 0xFFu) << "it has no SMIC interface";
+}
+
 }  // namespace

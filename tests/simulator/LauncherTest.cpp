@@ -22,6 +22,7 @@ namespace {
 
 using testing::EndsWith;
 using testing::HasSubstr;
+using testing::Not;
 using testing::StartsWith;
 
 constexpr const char* kTable = "smbios version 2.3\nstructure 1 handle 1 length 8\n";
@@ -107,6 +108,82 @@ TEST(LauncherTest, RelativeFolderAndProgramInPathAreFound) {
     EXPECT_TRUE(std::filesystem::exists(folder.path / "log"));
 }
 
+TEST(LauncherTest, FolderWithoutANameInPathIsTheCurrentOne) {
+    const MachineFolder folder(kTable);
+    const Result result = Shell("cd " VISITOR_FOLDER " && PATH=: " TALVANE_SIM " " +
+                                folder.path.string() + " -- emptiness");
+    EXPECT_EQ(result.output, "no machine path was touched\n");
+}
+
+TEST(LauncherTest, FileInPathThatIsNotExecutableIsPassedOver) {
+    const MachineFolder folder(kTable);
+    folder.Write("emptiness", "text");
+    const std::string machine = folder.path.string();
+    const Result result = Shell("PATH=" + machine + ":" VISITOR_FOLDER " " TALVANE_SIM " " +
+                                machine + " -- emptiness");
+    EXPECT_EQ(result.output, "no machine path was touched\n");
+}
+
+TEST(LauncherTest, ProgramsOfTheSystemAreFoundWithoutAPath) {
+    const MachineFolder folder(kTable);
+    const Result result =
+        Shell("unset PATH; " TALVANE_SIM " " + folder.path.string() + " -- sh -c true");
+    EXPECT_THAT(result.output, Not(HasSubstr("No such file"))) << "it can be of 64 bits";
+}
+
+// A copy of talvane-sim as a package installs it: with its library beside it, and a machine.
+class InstalledLauncher : public MachineFolder {
+public:
+    explicit InstalledLauncher(const std::string& programFolder) : MachineFolder("") {
+        const std::filesystem::path folder = path / programFolder;
+        std::filesystem::create_directories(folder);
+        std::filesystem::copy_file(TALVANE_SIM, folder / "talvane-sim");
+        program = "'" + (folder / "talvane-sim").string() + "'";
+        library = folder / "libtalvane-sim.so";
+        std::filesystem::create_directories(path / MACHINES_FOLDER "/box");
+        Write(MACHINES_FOLDER "/box/machine.txt", kTable);
+    }
+    void AddLibrary() const { std::filesystem::copy_file(PRELOAD_LIBRARY, library); }
+
+    std::string program;  // as a word of the shell
+    std::filesystem::path library;
+};
+
+TEST(LauncherTest, BareNameIsThatOfAnInstalledMachine) {
+    const InstalledLauncher installed("bin");
+    installed.AddLibrary();
+    const Result result = Shell("cd / && " + installed.program + " box -- " VISITOR);
+    EXPECT_THAT(result.output, StartsWith("anchor _SM_, port 0xFF, 0 arguments\n"));
+    EXPECT_EQ(result.status, 0);
+}
+
+TEST(LauncherTest, BareNameOfNoMachineIsAFolderThatIsMissing) {
+    const InstalledLauncher installed("bin");
+    const Result result = Shell("cd / && " + installed.program + " crate -- " VISITOR);
+    EXPECT_EQ(result.output, "talvane-sim: crate/machine.txt: No such file or directory\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(LauncherTest, MissingPreloadLibraryIsReported) {
+    const InstalledLauncher installed("bin");
+    const Result result = Shell("cd / && " + installed.program + " box -- " VISITOR);
+    EXPECT_EQ(result.output, "talvane-sim: libtalvane-sim.so is not where " +
+                                 installed.library.parent_path().string() + " expects it\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(LauncherTest, PreloadLibraryInAPathThatTheLinkerWouldSplitIsRefused) {
+    for (const char* const folder : {"a b", "a:b"}) {
+        const InstalledLauncher installed(std::string(folder) + "/bin");
+        installed.AddLibrary();
+        const Result result =
+            Shell(installed.program + " " + installed.path.string() + " -- " VISITOR);
+        EXPECT_EQ(result.output, "talvane-sim: " + installed.library.string() +
+                                     ": cannot be preloaded from a path with blanks or colons\n");
+        EXPECT_EQ(result.status, 2);
+    }
+}
+
 TEST(LauncherTest, OtherPreloadedLibrariesStayPreloaded) {
     const MachineFolder folder(kTable);
     const Result result =
@@ -139,6 +216,66 @@ TEST(LauncherTest, ProgramsThatCannotBeSimulatedAreRefused) {
     result = Launch(machine + " -- no-such-program");
     EXPECT_EQ(result.output, "talvane-sim: no-such-program: No such file or directory\n");
     EXPECT_EQ(result.status, 2);
+}
+
+TEST(LauncherTest, FileThatMayNotBeExecutedIsRefused) {
+    const MachineFolder folder(kTable);
+    const std::string machine = folder.path.string();
+    const Result result = Launch(machine + " -- " + machine + "/machine.txt");
+    EXPECT_EQ(result.output, "talvane-sim: " + machine + "/machine.txt: Permission denied\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+// The header of a 32-bit x86 program whose one segment lies past the end of the file.
+std::string ElfHeader() {
+    std::string header(
+        "\x7F"
+        "ELF\1\1\1",
+        7);
+    header.resize(52);
+    header[16] = 2;   // an executable
+    header[18] = 3;   // EM_386
+    header[28] = 52;  // of the program headers: their offset,
+    header[42] = 32;  // size,
+    header[44] = 1;   // and number
+    return header;
+}
+
+TEST(LauncherTest, FilesWithWrongElfHeadersAreRefused) {
+    const std::string whole = ElfHeader();
+    std::string wide = whole;
+    wide[4] = 2;  // ELFCLASS64
+    std::string foreign = whole;
+    foreign[18] = 40;  // EM_ARM
+    constexpr const char* kForeign = ": not a 32-bit x86 program\n";
+    const std::pair<std::string, std::string> files[] = {
+        {std::string(52, 'x'), kForeign},
+        {whole.substr(0, 51), kForeign},
+        {wide, kForeign},
+        {foreign, kForeign},
+        {whole, ": statically linked, so it cannot run on a simulated server\n"}};
+    const MachineFolder folder(kTable);
+    const std::filesystem::path program = folder.path / "program";
+    for (const auto& [bytes, complaint] : files) {
+        folder.Write("program", bytes);
+        std::filesystem::permissions(program, std::filesystem::perms::owner_all);
+        const Result result = Launch(folder.path.string() + " -- " + program.string());
+        EXPECT_EQ(result.output, "talvane-sim: " + program.string() + complaint);
+        EXPECT_EQ(result.status, 2);
+    }
+}
+
+TEST(LauncherTest, ReadingsOfTheControlFileReachTheProgram) {
+    const MachineFolder folder("bmc kcs\nsensor 1 \"FAN\"\nreading 1 20\n");
+    const std::string machine = folder.path.string();
+    folder.Write("control", "reading 1 80\n");
+    EXPECT_EQ(Launch(machine + " -- " VISITOR_FOLDER "/thermometer").output,
+              "completion 0x0, reading 20\n");
+    const Result result =
+        Shell("cd " + machine +
+              " && " TALVANE_SIM " . --control control -- " VISITOR_FOLDER "/thermometer");
+    EXPECT_EQ(result.output, "completion 0x0, reading 80\n");
+    EXPECT_EQ(result.status, 0);
 }
 
 TEST(LauncherTest, ControlFileWithoutAControllerIsRefused) {
@@ -234,6 +371,24 @@ TEST(PreloadTest, BadMachineEndsTheProgram) {
               std::string("TALVANE_MACHINE=/nowhere LD_PRELOAD=" PRELOAD_LIBRARY " " VISITOR));
     EXPECT_EQ(result.output, "simulated server: /nowhere/machine.txt: No such file or directory\n");
     EXPECT_EQ(result.status, 2);
+}
+
+TEST(PreloadTest, UnwritableLogEndsTheProgram) {
+    const MachineFolder folder(kTable);
+    const Result result =
+        Shell(kPreloading + std::string("TALVANE_MACHINE=") + folder.path.string() +
+              " TALVANE_MACHINE_LOG=/nowhere/log LD_PRELOAD=" PRELOAD_LIBRARY " " VISITOR);
+    EXPECT_EQ(result.output, "simulated server: /nowhere/log: No such file or directory\n");
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST(PreloadTest, LibraryThatTheLinkerWasToldToPreloadWorksWithoutItsVariable) {
+    const MachineFolder folder(kTable);
+    const Result result =
+        Shell(kPreloading + std::string("TALVANE_MACHINE=") + folder.path.string() +
+              " /lib/ld-linux.so.2 --preload " PRELOAD_LIBRARY " " VISITOR);
+    EXPECT_EQ(result.output, "anchor _SM_, port 0xFF, 0 arguments\n-, a day later\n0\n");
+    EXPECT_EQ(result.status, 0);
 }
 
 }  // namespace

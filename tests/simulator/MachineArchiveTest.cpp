@@ -86,6 +86,34 @@ TEST(MachineArchiveTest, FilesAndImageOfADriveAreRead) {
     (void)machine.Close("", disk);
 }
 
+TEST(MachineArchiveTest, SlashesAfterTheNameOfAFolderChangeNothing) {
+    for (const std::string statement :
+         {"ide tree/", "ide tree//", "drive hdb files tree/ide0/hdb/"}) {
+        const MachineArchive archive(
+            {{"machine.txt", statement + "\n"}, {"tree/ide0/hdb/media", "cdrom\n"}});
+        sim::Machine machine;
+        sim::LoadMachine(archive.path, machine);
+        EXPECT_TRUE(machine.OpenDirectory("", "/proc/ide/ide0/hdb")->Ok()) << statement;
+        const auto media = machine.Open("", "/proc/ide/ide0/hdb/media", 0);
+        EXPECT_EQ(media->error, 0) << statement;
+        (void)machine.Close("", static_cast<int>(media->value));
+    }
+    EXPECT_THAT(ComplaintAbout("ide /\n"), HasSubstr(": No such file or directory"));
+}
+
+TEST(MachineArchiveTest, FilesOfADriveAreThoseInItsFolderItself) {
+    const MachineArchive archive({{"machine.txt", "drive hdb files b\n"},
+                                  {"b/media", "cdrom\n"},
+                                  {"b/settings/speed", "fast\n"}});
+    sim::Machine machine;
+    sim::LoadMachine(archive.path, machine);
+    const auto media = machine.Open("", "/proc/ide/ide0/hdb/media", 0);
+    EXPECT_EQ(media->error, 0);
+    (void)machine.Close("", static_cast<int>(media->value));
+    EXPECT_EQ(machine.Open("", "/proc/ide/ide0/hdb/speed", 0)->error, ENOENT);
+    EXPECT_EQ(machine.Open("", "/proc/ide/ide0/hdb/settings/speed", 0)->error, ENOENT);
+}
+
 TEST(MachineArchiveTest, NamesThatAreNotInTheArchiveReachNoFile) {
     for (const std::string name : {"/etc/passwd", "../x", "sub/../here", "./here", "missing"}) {
         for (const std::string statement :

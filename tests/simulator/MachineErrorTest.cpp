@@ -52,10 +52,12 @@ constexpr BadDescription kWords[] = {
     {"\"memory\" 1M", "1: the statement takes no quotes"},
     {"\n\nmemory", "3: the memory size is missing"},
     {"memory 1M 2M", "1: nothing may follow here, but \"2M\" does"},
+    {"pages 0", "1: the file name is missing"},
     {"memory \"1M\"", "1: the memory size takes no quotes"},
     {"memory 1M\nmemory 1M", "2: the memory size was given in line 1"},
     {"memory M", "1: the memory size \"\" is not a number"},
     {"memory 0x", "1: the memory size \"0x\" is not a number"},
+    {"memory 0Xg", "1: the memory size \"0Xg\" is not a number"},
     {"memory -1", "1: the memory size \"-1\" is not a number"},
     {"memory 1T", "1: the memory size \"1T\" is not a number"},
     {"memory 0M", "1: the memory size 0M is not between 1 and 4294967296"},
@@ -124,6 +126,7 @@ constexpr BadDescription kSmbios[] = {
     {STRUCTURE "string \"\\n\"", "3: the escapes of a text are \\\" \\\\ and \\xHH"},
     {STRUCTURE "string \"\\x0\"", "3: \\x needs two hexadecimal digits other than 00"},
     {STRUCTURE "string \"\\x00\"", "3: \\x needs two hexadecimal digits other than 00"},
+    {STRUCTURE "string \"\\xyz\"", "3: \\x needs two hexadecimal digits other than 00"},
     {"memory 640K\n" TABLE, "2: 65536 bytes at 0xF0000 are past the end of the memory at 0xA0000"},
     {"smbios version 2.3 table 0x4000000\nstructure 1 handle 1 length 8",
      "1: 10 bytes at 0x4000000 are past the end of the memory at 0x4000000"},
@@ -147,6 +150,13 @@ TEST(MachineCaptureTest, CaptureThatDoesNotFitIsReportedWithItsLine) {
     outside.Write("low.bin", "short");
     EXPECT_EQ(Complaint(outside),
               "machine.txt:1: 5 bytes at 0x3FFFFFC are past the end of the memory at 0x4000000");
+}
+
+// The process's own memory is a regular file, and nothing is at its start.
+TEST(MachineCaptureTest, CaptureThatCannotBeReadIsNamed) {
+    const MachineFolder folder("pages 0 memory");
+    std::filesystem::create_symlink("/proc/self/mem", folder.path / "memory");
+    EXPECT_EQ(Complaint(folder), "machine.txt:1: memory: cannot be read");
 }
 
 TEST(MachineCaptureTest, EmptyCaptureIsRefused) {
@@ -200,8 +210,17 @@ TEST(MachineErrorTest, ControlCharactersOfTheDescriptionDoNotReachATerminal) {
               R"(machine.txt:1: unknown statement "\x1B]0;title\x07")");
     EXPECT_THAT(Complaint(MachineFolder(R"(pages 0 "\x1B[31m\xC2\x9Bx")")),
                 testing::HasSubstr(R"(\x1B[31m\xC2)"));
+    EXPECT_EQ(Complaint(MachineFolder("rub\x7Fout")),
+              R"(machine.txt:1: unknown statement "rub\x7Fout")");
     EXPECT_EQ(Complaint(MachineFolder("caf\xC3\xA9")),
               "machine.txt:1: unknown statement \"caf\xC3\xA9\"");
+}
+
+TEST(MachineErrorTest, BytesThatMakeNoControlCharacterAreShownAsTheyAre) {
+    for (const std::string word : {"\xC2\xA3", "\xC2x", "\xC2\xC2"})
+        EXPECT_EQ(Complaint(MachineFolder(word)),
+                  "machine.txt:1: unknown statement \"" + word + "\"");
+    EXPECT_EQ(sim::MachineError("cut off \xC2").what(), std::string("cut off \xC2"));
 }
 
 }  // namespace

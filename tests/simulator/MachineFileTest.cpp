@@ -49,6 +49,7 @@ TEST_F(MachineFileTest, MemorySizeWithASuffixIsInItsUnit) {
           {"memory 640K", 640u << 10},
           {"memory 512M", 512u << 20},
           {"memory 0x10M", 16u << 20},
+          {"memory 0X10M", 16u << 20},
           {"memory 4G", std::uint64_t{4} << 30}}) {
         sim::Machine sized;
         LoadMachine(MachineFolder(text).path, sized);
@@ -69,7 +70,7 @@ structure 4 handle 0x0400 length 35   # a processor
   dword 8 305419896
   bytes 12 01 f 02
   string 7 "In\"t\\e\x6c # "
-  string "unreferenced"
+  string "unreferenced"# to the end of the line
 structure 0x7F handle 32512 length 4
 )");
     sim::SmbiosTable table;
@@ -165,7 +166,7 @@ TEST_F(MachineFileTest, WayIsKeptForWhoAsks) {
               "drives\thost\t/sys/block\t\t\t/dev/sda, /dev/sdb\tno rights\n");
     for (const char* const refused :
          {"way spoons host \"/sys\"", "way pci there \"/sys\"", "way pci host \"\\x1B[2J\"",
-          "way drives host \"/sys\" unopened \"/dev/sda\"",
+          "way pci host \"\\x7F\"", "way drives host \"/sys\" unopened \"/dev/sda\"",
           "way pci host \"a\"\nway pci host \"a\""}) {
         sim::Machine other;
         EXPECT_THROW(LoadMachine(MachineFolder(refused).path, other), sim::MachineError) << refused;

@@ -139,6 +139,8 @@ TEST(SmbiosPlacementTest, TableGoesIntoTheSegmentWhereItFits) {
     EXPECT_EQ(address(0xF0010, 0xFFD0), 0xF0030u);
     EXPECT_EQ(address(0xF0010, 0xFFD1), 0xE0000u);
     EXPECT_EQ(address(0xFFFE0, 1), 0xE0000u);
+    EXPECT_EQ(address(0xFFFF0, 1), 0xE0000u) << "the entry point leaves the segment";
+    EXPECT_EQ(address(0x8000, 1), 0xE0000u) << "the entry point lies below it";
     EXPECT_EQ(address(0xF0010, 0x10000), 0xE0000u);
     EXPECT_EQ(address(0xF0010, 0x10001), 0x100000u);
 }
@@ -215,7 +217,12 @@ TEST(SmbiosDumpTest, BytesThatAreNotADumpAreRefused) {
     PhysicalMemory memory;
     EXPECT_THROW(memory.PlaceDump(Bytes{}), std::runtime_error);
     EXPECT_THROW(memory.PlaceDump(Bytes(64)), std::runtime_error);
-    EXPECT_THROW(memory.PlaceDump(Bytes{'_', 'S', 'M', '_'}), std::runtime_error);
+    for (const auto& [anchor, size] :
+         {std::pair<std::string, std::size_t>{"_SM_", 31}, {"_SM3_", 24}, {"_DMI_", 15}}) {
+        Bytes cut(size - 1);
+        std::copy(anchor.begin(), anchor.end(), cut.begin());
+        EXPECT_THROW(memory.PlaceDump(cut), std::runtime_error) << anchor;
+    }
     Bytes outside = Dump("_SM_", {});
     outside[0x18] = 32;
     EXPECT_THROW(memory.PlaceDump(outside), std::runtime_error);

@@ -62,6 +62,8 @@ TEST_F(PortsTest, OutWritesItsWidthOfTheAccumulator) {
 TEST_F(PortsTest, ProbePortWithoutADeviceReadsAllOnes) {
     EXPECT_EQ(probe::In8(0xCA3, 0), 0xFFu);
     EXPECT_EQ(probe::In8(0xCAA, 0), 0xFFu);
+    probe::Out8(0xCA3, 0x61);
+    EXPECT_EQ(probe::In8(0xCA3, 0), 0xFFu) << "nobody takes what is written";
     probe::Out32(0xCF8, 0x80000000);
     EXPECT_EQ(probe::In32(0xCFC, 0), 0xFFFFFFFFu) << "no PCI function is there";
 }

@@ -30,9 +30,13 @@ TEST(DisksTest, IdeDiskKeepsItsLetter) {
         ElementsAre(Pair('a', "hda"), Pair('b', "sda"), Pair('c', "hdc"), Pair('d', "sdb")));
 }
 
+TEST(DisksTest, IdeDiskPastTheFourthTakesALetterThatIsFree) {
+    EXPECT_THAT(sim::ChooseDisks({"hde", "hda"}), ElementsAre(Pair('a', "hda"), Pair('b', "hde")));
+}
+
 TEST(DisksTest, OtherBlockDevicesAreNoDisks) {
     EXPECT_THAT(sim::ChooseDisks({"loop0", "sr0", "dm-0", "md0", "zram0", "nvme0c0n1", "nvme0",
-                                  "sd", "sda1", "nvme0n1p1", "hde1"}),
+                                  "sd", "sda1", "nvme0n1p1", "hde1", "nvme0n1-2", "sd~"}),
                 IsEmpty());
 }
 
@@ -106,14 +110,25 @@ TEST(DisksTest, DamagedFilesMakeEmptyTexts) {
     EXPECT_LT(drive.image->Open(), 0);
 }
 
+TEST(DisksTest, BlankSerialNumberIsNone) {
+    const HostTree tree;
+    tree.Write("sys/block/sda/device/vpd_pg80", std::string("\0\x80\0\x04    ", 8));
+    const sim::IdeDrive drive = sim::DiskAsDrive(sim::HostFiles(tree.root), "sda");
+    EXPECT_EQ(SerialOf(drive), std::string(20, ' '));
+}
+
 TEST(DisksTest, DisksWithTheSameReasonShareAComplaint) {
     EXPECT_EQ(sim::CannotOpenDisks({{"/dev/sda", EACCES},
                                     {"/dev/sdb", ENOENT},
                                     {"/dev/nvme0n1", EACCES},
-                                    {"/dev/vda", ENOMEDIUM}}),
+                                    {"/dev/vda", ENOMEDIUM},
+                                    {"/dev/vdb", ENXIO},
+                                    {"/dev/vdc", EPERM}}),
               "cannot open /dev/sda, /dev/nvme0n1: Permission denied (run as root, or get the "
               "right to read it); cannot open /dev/sdb: No such file or directory (there is no "
-              "such device file); cannot open /dev/vda: No medium found");
+              "such device file); cannot open /dev/vda: No medium found; cannot open /dev/vdb: No "
+              "such device or address (there is no such device file); cannot open /dev/vdc: "
+              "Operation not permitted (run as root, or get the right to read it)");
 }
 
 }  // namespace

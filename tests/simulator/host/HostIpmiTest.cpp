@@ -134,6 +134,14 @@ TEST_F(HostIpmiTest, NonsenseIsRefused) {
     EXPECT_THAT(bmc.requests, IsEmpty());
 }
 
+TEST_F(HostIpmiTest, DeviceCanNeitherBeReadNorSearched) {
+    const auto file = Open(true);
+    EXPECT_EQ(file->Read(response.data(), response.size()).error, EINVAL);
+    EXPECT_EQ(file->Seek(0, SEEK_SET).error, ESPIPE);
+    EXPECT_EQ(file->Position(), 0u);
+    EXPECT_THAT(bmc.requests, IsEmpty());
+}
+
 TEST(HostIpmiOpenTest, FailsWithTheErrorOfTheConnection) {
     sim::HostIpmi device(
         [](int& error) {

@@ -6,6 +6,7 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -15,6 +16,7 @@
 
 #include "simulator/host/HostMachine.h"
 #include "simulator/machine/Machine.h"
+#include "simulator/machine/RealPorts.h"
 #include "simulator/machine/SmbiosTable.h"
 #include "tests/support/HostTree.h"
 
@@ -151,6 +153,24 @@ TEST_F(HostMachineTest, DiskThatCannotBeOpenedIsNamed) {
     EXPECT_EQ(OpenError(other, "/dev/hdb"), ENOENT);
 }
 
+TEST_F(HostMachineTest, AllDisksThatCannotBeOpenedAreNamed) {
+    tree.Write("sys/block/sdb/size", "2\n");
+    tree.Write("sys/block/sdc/size", "2\n");
+    sim::Machine machine;
+    const auto ways = Build(machine);
+    EXPECT_EQ(ways[3].note, "hda is sda, hdb is sdb, hdc is sdc");
+    EXPECT_EQ(ways[3].unopened, Path("dev/sdb") + ", " + Path("dev/sdc"));
+    EXPECT_EQ(ways[3].whyUnopened, "cannot open " + Path("dev/sdb") + ", " + Path("dev/sdc") +
+                                       ": No such file or directory (there is no such device "
+                                       "file)");
+}
+
+TEST_F(HostMachineTest, BlockDeviceWithoutASizeIsNoDisk) {
+    tree.Write("sys/block/sdb/device/model", "DISK\n");
+    sim::Machine machine;
+    EXPECT_EQ(Build(machine)[3].note, "hda is sda");
+}
+
 TEST_F(HostMachineTest, DriveWithoutAMediumIsNoDisk) {
     tree.Write("sys/block/sdb/size", "0\n");
     sim::Machine machine;
@@ -174,6 +194,15 @@ TEST_F(HostMachineTest, MissingTableIsExplainedAndMemoryRefused) {
                   ": No such file or directory (the firmware has no SMBIOS table, or the kernel "
                   "does not show it)");
     EXPECT_EQ(OpenError(machine, "/dev/mem"), ENOENT);
+}
+
+TEST_F(HostMachineTest, TableThatCannotBeReadIsExplainedAndMemoryRefused) {
+    std::filesystem::remove(tree.root / "sys/firmware/dmi/tables/DMI");
+    std::filesystem::create_directory(tree.root / "sys/firmware/dmi/tables/DMI");
+    sim::Machine machine;
+    EXPECT_EQ(Build(machine)[0].problem,
+              "cannot open " + Path("sys/firmware/dmi/tables/DMI") + ": Is a directory");
+    EXPECT_EQ(OpenError(machine, "/dev/mem"), EISDIR);
 }
 
 TEST_F(HostMachineTest, UnknownEntryPointIsExplained) {
@@ -232,6 +261,27 @@ TEST_F(HostMachineTest, DirectAreasAreTheSystemsOwnDevices) {
     EXPECT_EQ(OpenError(machine, "/dev/hdb"), ENOENT);
 }
 
+TEST_F(HostMachineTest, DirectPciIsReadThroughItsPorts) {
+    sim::Machine machine;
+    const auto ways = Build(machine, {"pci"});
+    EXPECT_TRUE(ways[2].isDirect);
+    EXPECT_EQ(ways[2].from, "ports 0xCF8 and 0xCFC");
+    EXPECT_EQ(ways[2].problem, "");
+    EXPECT_FALSE(ways[0].isDirect);
+}
+
+TEST(RealPortsTest, PortsThatTheKernelRefusesReadAllOnesAndIgnoreWrites) {
+    if (syscall(SYS_iopl, 3) == 0) {
+        (void)syscall(SYS_iopl, 0);
+        GTEST_SKIP() << "this process may use ports";
+    }
+    sim::RealPorts ports;
+    ports.Out(0x80, 1, 0);
+    EXPECT_EQ(ports.In(0x80, 1), 0xFFu);
+    EXPECT_EQ(ports.In(0x80, 2), 0xFFFFu);
+    EXPECT_EQ(ports.In(0x80, 4), 0xFFFFFFFFu);
+}
+
 TEST_F(HostMachineTest, RealFileIsNeverOpenedForWriting) {
     tree.Write("dev/mem", "memory");
     sim::Machine machine;
@@ -263,13 +313,17 @@ struct Result {
     std::string output;  // and errors
 };
 
-Result RunHost(const std::string& arguments) {
-    FILE* const pipe = popen((TALVANE_HOST " " + arguments + " 2>&1").c_str(), "r");
+Result Shell(const std::string& command) {
+    FILE* const pipe = popen((command + " 2>&1").c_str(), "r");
     if (pipe == nullptr) return {-1, "cannot start a shell"};
     std::string output;
     std::array<char, 256> part;
     while (std::fgets(part.data(), part.size(), pipe) != nullptr) output += part.data();
     return {WEXITSTATUS(pclose(pipe)), output};
+}
+
+Result RunHost(const std::string& arguments) {
+    return Shell(TALVANE_HOST " " + arguments);
 }
 
 class HostProgramTest : public HostMachineTest {};
@@ -291,6 +345,22 @@ TEST_F(HostProgramTest, WaysAreShownWhenAskedFor) {
                 HasSubstr("talvane-host: bmc: " + Path("dev/ipmi0") + ": not read\n"));
     EXPECT_THAT(result.output,
                 HasSubstr("talvane-host: drives: " + Path("sys/block") + " (hda is sda)\n"));
+}
+
+TEST_F(HostProgramTest, SystemItselfIsReadWhereNoTreeIsGiven) {
+    const Result result = RunHost("--verbose -- no-such-program");
+    EXPECT_THAT(result.output, HasSubstr("talvane-host: smbios: /sys/firmware/dmi/tables"));
+    EXPECT_THAT(result.output, HasSubstr("talvane-host: load: /proc/stat\n"));
+    EXPECT_EQ(result.status, 2);
+}
+
+TEST_F(HostProgramTest, AreasToReadDirectlyAreThoseOfTheVariable) {
+    tree.Write("dev/mem", std::string(0xF0010, '\0') + "_OWN");
+    const Result result = Shell(
+        "ASAN_OPTIONS=$ASAN_OPTIONS:verify_asan_link_order=0 TALVANE_HOST=" + tree.root.string() +
+        " TALVANE_HOST_DIRECT=load,smbios LD_PRELOAD=" PRELOAD_LIBRARY " " READER);
+    EXPECT_EQ(result.output, "anchor _OWN, port 0xFF\n");
+    EXPECT_EQ(result.status, 0);
 }
 
 TEST_F(HostProgramTest, DiskThatCannotBeOpenedIsReported) {

@@ -19,8 +19,9 @@ TEST(PciFolderTest, OtherDomainsAreNone) {
 }
 
 TEST(PciFolderTest, OtherNamesAreNone) {
-    for (const char* const name : {"", "0000:00:1f", "0000:00:1f.8", "0000:00:20.0", "0000:0g:00.0",
-                                   "0000-00:00.0", "0000:00:00.00", "0000:00-00.0", "0000:00:00-0"})
+    for (const char* const name :
+         {"", "0000:00:1f", "0000:00:1f.8", "0000:00:20.0", "0000:0g:00.0", "0000:g0:00.0",
+          "0000:00:00.g", "0000-00:00.0", "0000:00:00.00", "0000:00-00.0", "0000:00:00-0"})
         EXPECT_FALSE(sim::PciLocationOf(name).has_value()) << name;
 }
 

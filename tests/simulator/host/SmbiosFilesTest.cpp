@@ -44,6 +44,8 @@ TEST(SmbiosFilesTest, DamagedLongTableIsCutWithoutReadingPastIt) {
     // No end of strings, a length past the end, and half a header.
     EXPECT_EQ(sim::WholeStructures(Bytes{1, 4, 0, 0, 'A', 'B'}, 5).size(), 0u);
     EXPECT_EQ(sim::WholeStructures(Bytes{1, 0xFF, 0, 0, 0, 0}, 5).size(), 0u);
+    // A zero byte alone ends no strings.
+    EXPECT_EQ(sim::WholeStructures(Bytes{1, 4, 0, 0, 0, 'A', 0, 0, 1}, 8).size(), 8u);
     EXPECT_EQ(sim::WholeStructures(Bytes{1, 4, 0, 0, 0, 0, 1, 4, 0}, 8).size(), 6u);
 }
 
