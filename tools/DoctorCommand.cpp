@@ -17,7 +17,6 @@ namespace tool {
 namespace {
 
 std::string ShownBy(const Finding& finding) {
-    if (finding.call.empty()) return "";
     if (finding.error == 0) return finding.call;
     return finding.call + ": " + strerrorname_np(finding.error) + ", " +
            std::strerror(finding.error);

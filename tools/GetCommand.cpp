@@ -101,8 +101,7 @@ std::string ValueLine(const Json& value) {
     constexpr int kOneLine = -1;
     constexpr bool kAsciiOnly = true;
     if (value.is_string()) return Printable(value.get<std::string>());
-    if (value.is_object() && value.contains("text") && value.contains("unit"))
-        return ValueLine(value["text"]);
+    if (value.is_object() && value.contains("text")) return ValueLine(value["text"]);
     return value.dump(kOneLine, ' ', kAsciiOnly);
 }
 

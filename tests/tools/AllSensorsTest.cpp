@@ -111,6 +111,27 @@ TEST_F(AllSensorsTest, OfOtherControllersAreListedAndNotAskedFor) {
     EXPECT_EQ(bmc.Count("Get Sensor Reading"), 0U);
 }
 
+TEST_F(AllSensorsTest, ThatSendEventsOnlyAreListedAndNotAskedFor) {
+    sim::Bytes record(5 + 12 + 2, 0);
+    record[2] = 0x51;
+    record[3] = 3;
+    record[4] = 14;
+    record[5] = 0x20;
+    record[7] = 0x50;
+    record[10] = 0x12;
+    record[11] = 0x6F;
+    record[16] = 0xC2;
+    record[17] = 'E';
+    record[18] = 'V';
+    bmc.AddRecord(record);
+    const auto all = ReadSensors();
+    ASSERT_THAT(all->sensors, SizeIs(1));
+    EXPECT_EQ(all->sensors[0].record.name, "EV");
+    EXPECT_EQ(all->sensors[0].answer.status, Status::kEventsOnly);
+    EXPECT_STREQ(WhyNoReading(all->sensors[0]), "sends events only");
+    EXPECT_EQ(bmc.Count("Get Sensor Reading"), 0U);
+}
+
 TEST_F(AllSensorsTest, AreReadOnceEachWhenTheRepositoryLeadsBackToItself) {
     Add(Temperature("A", 1).Entity(3), 40);
     Add(Temperature("B", 2).Entity(3), 40);

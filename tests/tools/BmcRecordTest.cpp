@@ -100,6 +100,18 @@ TEST_F(BmcRecordTest, MoreFansThanTheRecordHoldsAreCounted) {
     EXPECT_THAT(sensors->fans.listed, SizeIs(16));
 }
 
+// The library takes the place among the sensors as one byte where it asks for the formula.
+TEST_F(BmcRecordTest, ATemperatureAfter256FansHasNoThresholdsOfItsOwn) {
+    for (int i = 0; i < 256; ++i) bmc.Add(Fan("FAN", 0x20));
+    Add(Temperature("Last", 0x10).Entity(3), 40);
+    bmc.SetThresholds(0x10, {0x38, {0, 0, 0, 80, 90, 100}});
+    const auto sensors = ReadLibrarySensors();
+    ASSERT_TRUE(sensors.has_value());
+    ASSERT_THAT(sensors->temperatures.listed, SizeIs(1));
+    EXPECT_EQ(sensors->temperatures.listed[0].name, "Last");
+    EXPECT_EQ(sensors->temperatures.listed[0].limits, Limits{});
+}
+
 TEST_F(BmcRecordTest, AnEmptyRepositoryHasNoSensors) {
     const auto sensors = ReadLibrarySensors();
     ASSERT_TRUE(sensors.has_value());
@@ -172,6 +184,14 @@ TEST(MissingBmcTest, IsExplainedByPortsThatNobodyAnswers) {
     server.GetMachine().GiveBmc(false, false);
     ExpectNothingRead();
     EXPECT_EQ(kBmc.whyNotRead(), "no BMC answers at port 0xCA3 (KCS) or 0xCAA (SMIC)");
+}
+
+TEST(MissingBmcTest, IsExplainedByABmcWhosePortsAnswerAndThatDoesNot) {
+    for (const bool isKcs : {true, false}) {
+        sim::SimulatedServer server;
+        server.GetMachine().GiveBmc(isKcs, !isKcs);
+        EXPECT_EQ(kBmc.whyNotRead(), "the BMC behind /dev/ipmi did not answer") << isKcs;
+    }
 }
 
 }  // namespace

@@ -3,11 +3,14 @@
 // A function in a child process returns its record and its output, and leaves no other trace.
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <csignal>
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <system_error>
 
 #include "tools/library/ChildProcess.h"
 
@@ -59,6 +62,23 @@ TEST(ChildProcessTest, OutputPrintedBeforeIsWrittenOnlyOnce) {
     std::printf("after");
     EXPECT_EQ(testing::internal::GetCapturedStdout(), "before after");
     EXPECT_EQ(output, "apart");
+}
+
+TEST(ChildProcessTest, AChildThatEndsWithAnotherStatusGivesNoOutput) {
+    EXPECT_FALSE(OutputOfChildProcess([] {
+                     std::printf("half");
+                     (void)std::fflush(stdout);
+                     _exit(3);
+                 }).has_value());
+}
+
+// Nobody can make a folder in /proc/self, not even root.
+TEST(ChildProcessTest, NoChildIsMadeWhereNoFolderCanBeMade) {
+    setenv("TMPDIR", "/proc/self", 1);
+    bool isCalled = false;
+    EXPECT_THROW((void)OutputOfChildProcess([&] { isCalled = true; }), std::system_error);
+    EXPECT_FALSE(isCalled);
+    unsetenv("TMPDIR");
 }
 
 }  // namespace

@@ -147,6 +147,7 @@ INSTANTIATE_TEST_SUITE_P(
                          "lower-critical, lower-non-recoverable, upper-non-critical, "
                          "upper-critical, upper-non-recoverable"),
         RefusedThreshold("7", "fan", "lower-critical", "x", "VALUE: x is no number"),
+        RefusedThreshold("7", "fan", "lower-critical", "", "VALUE:  is no number"),
         RefusedThreshold("7", "fan", "lower-critical", "inf", "VALUE: inf is no number")));
 
 INSTANTIATE_TEST_SUITE_P(

@@ -151,6 +151,76 @@ TEST(DoctorTest, WithoutRootMissingRightsAreTheOnlyFindingOfDevices) {
     EXPECT_THAT(FindingsOf(facts), ElementsAre("rights"));
 }
 
+TEST(DoctorTest, FactsThatAreNotKnownAreNoFindings) {
+    Facts facts = SoundFacts();
+    facts.lockdown = "";
+    facts.meantLibrary = "";
+    EXPECT_THAT(FindingsOf(facts), IsEmpty());
+}
+
+TEST(DoctorTest, SmbiosTableAndMemoryThatCannotBeOpenedStopTheTool) {
+    Facts facts = SoundFacts();
+    facts.openTables.error = facts.openMemory.error = facts.readMemory.error = ENOENT;
+    std::ostringstream out;
+    EXPECT_FALSE(ShowDoctor(facts, Format::kText, out));
+}
+
+TEST(DoctorTest, MemoryDeviceThatRootMayNotOpenIsReadThroughTheKernel) {
+    Facts facts = SoundFacts();
+    facts.openMemory.error = facts.readMemory.error = EPERM;
+    std::ostringstream out;
+    EXPECT_TRUE(ShowDoctor(facts, Format::kText, out));
+    EXPECT_THAT(out.str(), HasSubstr("  Shown by  open(/dev/mem): EPERM, Operation not permitted\n"
+                                     "  Stops     agents that talvane-host does not start\n"
+                                     "  Remedy    talvane-host -- AGENT\n"));
+    facts.openMemory.error = facts.readMemory.error = ENOENT;
+    EXPECT_TRUE(ShowDoctor(facts, Format::kText, out));
+    EXPECT_THAT(out.str(), HasSubstr("  Remedy    mknod -m 600 /dev/mem c 1 1\n"));
+}
+
+TEST(DoctorTest, FolderOfDisksThatCannotBeReadIsFoundWithItsErrno) {
+    Facts facts = SoundFacts();
+    facts.listDisks.error = ENOENT;
+    facts.firstDisk = "";
+    std::ostringstream out;
+    EXPECT_TRUE(ShowDoctor(facts, Format::kText, out));
+    EXPECT_THAT(out.str(), HasSubstr("opendir(/sys/block): ENOENT, No such file or directory\n"));
+}
+
+TEST(DoctorTest, FindingWithoutACallHasNoLineForItAndNullInJson) {
+    Facts facts = SoundFacts();
+    facts.pciFunctions = 65;
+    std::ostringstream text;
+    EXPECT_FALSE(ShowDoctor(facts, Format::kText, text));
+    EXPECT_EQ(text.str(),
+              "pci-count\n"
+              "---------\n"
+              "  Finding  there are 65 PCI functions on buses 0 to 10; the library lists none when "
+              "there are more than 64\n"
+              "  Stops    talvane and agents\n"
+              "  Remedy   lspci\n"
+              "\n"
+              "Doctor\n"
+              "------\n"
+              "  24 of 25 checks passed; something stops talvane\n");
+    std::ostringstream json;
+    EXPECT_FALSE(ShowDoctor(facts, Format::kJson, json));
+    for (const auto& check : nlohmann::json::parse(json.str()).at("doctor").at("checks"))
+        if (check.at("name") == "pci-count") {
+            EXPECT_TRUE(check.at("finding").at("call").is_null());
+            EXPECT_TRUE(check.at("finding").at("errno").is_null());
+        }
+}
+
+TEST(DoctorTest, ToolIsStoppedAlsoWhenALaterFindingDoesNotStopIt) {
+    Facts facts = SoundFacts();
+    facts.hasFree = facts.hasAwk = false;
+    facts.writeHere.error = EACCES;
+    std::ostringstream out;
+    EXPECT_FALSE(ShowDoctor(facts, Format::kText, out));
+    EXPECT_THAT(out.str(), HasSubstr("  22 of 25 checks passed; something stops talvane\n"));
+}
+
 TEST(DoctorTest, TextShowsFindingCallErrorAndRemedy) {
     Facts facts = SoundFacts();
     facts.readMemory.error = EPERM;
@@ -191,6 +261,14 @@ class DoctorFactsTest : public testing::Test {
 protected:
     Facts Read() const { return ReadFacts(tree.root); }
     std::string Path(const std::string& name) const { return (tree.root / name).string(); }
+    // With one file open.
+    void WriteProcess(const std::string& id, const std::string& name,
+                      const std::string& file) const {
+        const std::filesystem::path folder = tree.root / "proc" / id;
+        tree.Write("proc/" + id + "/comm", name + '\n');
+        std::filesystem::create_directories(folder / "fd");
+        std::filesystem::create_symlink(file, folder / "fd/3");
+    }
 
     HostTree tree;
 };
@@ -241,6 +319,42 @@ TEST_F(DoctorFactsTest, FilesOfATreeAreFound) {
     EXPECT_FALSE(facts.hasDeviceDriver);
 }
 
+TEST_F(DoctorFactsTest, MemoryThatIsOpenedButNotReadHasItsErrno) {
+    std::filesystem::create_directories(tree.root / "dev/mem");
+    const Facts facts = Read();
+    EXPECT_TRUE(facts.openMemory.Succeeded());
+    EXPECT_EQ(facts.readMemory.error, EISDIR);
+}
+
+TEST_F(DoctorFactsTest, LockdownWithoutAWordInBracketsIsNotKnown) {
+    for (const char* text : {"none integrity\n", "none [integrity\n", "integrity] [none\n"}) {
+        tree.Write("sys/kernel/security/lockdown", text);
+        EXPECT_EQ(Read().lockdown, "") << text;
+    }
+}
+
+TEST_F(DoctorFactsTest, PciNamesWithoutABusAreNotCounted) {
+    tree.Write("sys/bus/pci/devices/0000:/config", "");
+    tree.Write("sys/bus/pci/devices/0000:zz:00.0/config", "");
+    tree.Write("sys/bus/pci/devices/0000:01:00.0/config", "");
+    EXPECT_EQ(Read().pciFunctions, 1u);
+}
+
+TEST_F(DoctorFactsTest, ParameterOffRefusesProgramsOf32Bits) {
+    tree.Write("proc/cmdline", "quiet ia32_emulation=on\n");
+    EXPECT_FALSE(Read().refuses32Bit);
+    tree.Write("proc/cmdline", "quiet ia32_emulation=off\n");
+    EXPECT_TRUE(Read().refuses32Bit);
+}
+
+TEST_F(DoctorFactsTest, ModulesOfSsifAndOfTheDeviceAreDrivers) {
+    tree.Write("sys/module/ipmi_ssif/refcnt", "0");
+    EXPECT_TRUE(Read().hasInterfaceDriver);
+    EXPECT_FALSE(Read().hasDeviceDriver);
+    tree.Write("sys/module/ipmi_devintf/refcnt", "0");
+    EXPECT_TRUE(Read().hasDeviceDriver);
+}
+
 TEST_F(DoctorFactsTest, DeviceThatIsNoIpmiDeviceDoesNotAnswer) {
     tree.Write("dev/ipmi0", "");
     const Facts facts = Read();
@@ -250,13 +364,15 @@ TEST_F(DoctorFactsTest, DeviceThatIsNoIpmiDeviceDoesNotAnswer) {
 }
 
 TEST_F(DoctorFactsTest, ProgramsWithTheDeviceOpenAreNamed) {
-    tree.Write("proc/123/comm", "ipmitool\n");
-    std::filesystem::create_directories(tree.root / "proc/123/fd");
-    std::filesystem::create_symlink(Path("dev/ipmi0"), tree.root / "proc/123/fd/3");
-    tree.Write("proc/124/comm", "other\n");
-    std::filesystem::create_directories(tree.root / "proc/124/fd");
-    std::filesystem::create_symlink("/dev/null", tree.root / "proc/124/fd/0");
+    WriteProcess("123", "ipmitool", Path("dev/ipmi0"));
+    WriteProcess("124", "other", "/dev/null");
     EXPECT_THAT(Read().otherIpmiPrograms, ElementsAre("ipmitool"));
+}
+
+TEST_F(DoctorFactsTest, AgentIsNamedAndThisProcessIsNot) {
+    WriteProcess("123", "agent", Path("dev/ipmi"));
+    WriteProcess(std::to_string(getpid()), "talvane", Path("dev/ipmi"));
+    EXPECT_THAT(Read().otherIpmiPrograms, ElementsAre("agent"));
 }
 
 TEST_F(DoctorFactsTest, ProgramsAreLookedForInPath) {
@@ -265,6 +381,12 @@ TEST_F(DoctorFactsTest, ProgramsAreLookedForInPath) {
     tree.Write("bin/free", "");
     std::filesystem::permissions(tree.root / "bin/free", std::filesystem::perms::owner_all);
     EXPECT_TRUE(Read().hasFree);
+    EXPECT_FALSE(Read().hasAwk);
+}
+
+TEST_F(DoctorFactsTest, WithoutPathNoProgramIsFound) {
+    unsetenv("PATH");
+    EXPECT_FALSE(Read().hasFree);
     EXPECT_FALSE(Read().hasAwk);
 }
 

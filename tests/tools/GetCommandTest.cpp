@@ -21,7 +21,8 @@ constexpr const char* kServerWithBoard =
     "type 1\n"
     "entity 3\n"
     "unit 1\n"
-    "reading 0x10 42\n";
+    "reading 0x10 42\n"
+    "pci 0:1.0 8086:1234\n";
 
 class GetCommandTest : public testing::Test {
 protected:
@@ -69,6 +70,18 @@ TEST_F(GetCommandTest, SaysWhyThereIsNoValue) {
     ExpectNothing("sensors.sensors.1", "there is no sensors.sensors.1");
     ExpectNothing("board.serial-number.x", "there is no board.serial-number.x");
     ExpectNothing("drives.0.model", "cannot open /proc/ide: ");
+}
+
+TEST_F(GetCommandTest, FindsAnElementByItsAddress) {
+    ExpectValue("pci.00-01-0.address", "00:01.0");
+}
+
+TEST_F(GetCommandTest, FindsNoElementByAWordThatIsNeitherItsPlaceNorItsName) {
+    for (const char* word : {"fan", "+0", ""}) {
+        const std::string path = std::string("sensors.sensors.") + word;
+        ExpectNothing(path, "there is no " + path);
+    }
+    ExpectNothing("pci.spoon", "there is no pci.spoon");
 }
 
 TEST(GetCommandLineTest, NeedsAPath) {

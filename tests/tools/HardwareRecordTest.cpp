@@ -66,6 +66,18 @@ TEST_F(HardwareRecordTest, APciBridgeNamesTheBusThatItLeadsTo) {
     ASSERT_TRUE(functions.has_value());
     ASSERT_THAT(*functions, SizeIs(1));
     EXPECT_EQ(functions->front().secondaryBus, 5);
+    header[0x19] = 0;
+    server.GetPci().Set({0, 30, 0}, header);
+    EXPECT_FALSE(ReadPci()->front().secondaryBus.has_value()) << "a bridge that is not set up";
+}
+
+TEST_F(HardwareRecordTest, PciFunctionsWithoutAVendorTakeNoPlaceInTheList) {
+    AddFunctions(64);
+    server.GetPci().Set({0, 30, 0}, {0x00, 0x00, 0x34, 0x12});
+    server.GetPci().Set({0, 31, 0}, {0xFF, 0xFF, 0x34, 0x12});
+    const auto functions = ReadPci();
+    ASSERT_TRUE(functions.has_value());
+    EXPECT_THAT(*functions, SizeIs(64));
 }
 
 TEST_F(HardwareRecordTest, MorePciFunctionsThanFitAreReportedWithoutWaiting) {
@@ -174,6 +186,15 @@ TEST_F(HardwareRecordTest, LoadWithoutProcOrFiguresIsNotRead) {
     EXPECT_THAT(load.notRead, ElementsAre(&kProcessorTimes, &kMemoryUse));
     EXPECT_EQ(kProcessorTimes.whyNotRead(),
               "cannot open /proc/stat: Permission denied (run as root)");
+    EXPECT_EQ(kMemoryUse.whyNotRead(),
+              "the commands free and awk did not tell how much memory is in use");
+}
+
+TEST_F(HardwareRecordTest, LoadOfMoreMemoryThanThereIsIsNotRead) {
+    server.GetFreeProgram().SetMemory(100, 100);
+    EXPECT_EQ(ReadLoad({}).memory, 100);
+    server.GetFreeProgram().SetMemory(100, 200);
+    EXPECT_EQ(ReadLoad({}).memory, std::nullopt);
 }
 
 }  // namespace

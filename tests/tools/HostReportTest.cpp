@@ -159,6 +159,21 @@ TEST(ReadingTest, LoadIsReadDirectlyWhateverTheChoice) {
     EXPECT_EQ(nlohmann::json::parse(run.out).at("ways").at("load").at("way"), "direct");
 }
 
+TEST(ReadingTest, OptionMayBeGivenBeforeTheCommandAndAfterIt) {
+    const ToolRun run = RunTool({"--direct", "pci", "--direct", "--json"});
+    EXPECT_EQ(nlohmann::json::parse(run.out).at("ways").at("pci").at("way"), "direct") << run.err;
+}
+
+// Which way is taken is up to the machine that runs the tests.
+TEST(ReadingTest, PciAndDrivesAreReadInOneOfTheTwoWays) {
+    for (const char* command : {"pci", "drives"}) {
+        const ToolRun run = RunTool({command, "--json"});
+        EXPECT_THAT(nlohmann::json::parse(run.out).at("ways").at(command).at("way"),
+                    testing::AnyOf("direct", "host"))
+            << run.err;
+    }
+}
+
 TEST(ReadingTest, SimulatedServerHasNoWays) {
     const ToolRun run =
         RunTool({"pci", "--json", "--machine", TALVANE_SOURCE "/machines/full-server"});

@@ -20,7 +20,10 @@ using testing::HasSubstr;
 using testing::StartsWith;
 
 constexpr int kSupply = 0x08;
+constexpr int kDriveSlot = 0x0D;
+constexpr int kBattery = 0x29;
 constexpr int kSupplyEntity = 10;
+constexpr int kPresenceEventType = 0x08;
 
 SensorNow Analog(const std::string& name, double value, const Limits& limits, unsigned said = 0) {
     SensorNow sensor = ThresholdSensor(name, value, limits);
@@ -127,6 +130,35 @@ TEST(JudgementTest, ExpectsNoReadingFromAnEntityThatIsAbsent) {
         << "a sensor that does not report presence";
 }
 
+TEST(JudgementTest, ShowsNoOtherStateOfAnEmptyDriveSlot) {
+    const SensorNow slot = Discrete(kDriveSlot, kSensorSpecificEventType, 0x02);
+    EXPECT_EQ(JudgeOne(slot).verdict, Verdict::kOk);
+    EXPECT_EQ(JudgeOne(slot).reason, "absent");
+}
+
+TEST(JudgementTest, ShowsTheStatesOfAnAbsentEntityThatIsNoBay) {
+    const auto battery = JudgeOne(Discrete(kBattery, kSensorSpecificEventType, 0x02));
+    EXPECT_EQ(battery.verdict, Verdict::kCritical);
+    EXPECT_EQ(battery.reason, "battery failed");
+    const auto device = JudgeOne(Discrete(kBattery, kPresenceEventType, 0x01));
+    EXPECT_EQ(device.verdict, Verdict::kOk);
+    EXPECT_EQ(device.reason, "device absent") << "presence by the generic states";
+}
+
+TEST(JudgementTest, TakesAnEntityForThereWhenOneOfItsSensorsSaysSo) {
+    const SensorNow absent = Discrete(kSupply, kSensorSpecificEventType, 0x00);
+    const SensorNow present = Discrete(kSupply, kSensorSpecificEventType, 0x01);
+    const SensorNow unread =
+        WithoutReading(Discrete(5, kSensorSpecificEventType, 0), SensorAnswer::Status::kNoAnswer);
+    EXPECT_EQ(Judge({{absent, present, unread}, 3, true}, {}).sensors[2].verdict,
+              Verdict::kUnknown);
+    EXPECT_EQ(Judge({{present, absent, unread}, 3, true}, {}).sensors[2].verdict,
+              Verdict::kUnknown);
+    const Health none = Judge({{absent, absent, unread}, 3, true}, {});
+    EXPECT_EQ(none.sensors[2].verdict, Verdict::kOk);
+    EXPECT_EQ(none.sensors[2].reason, "absent") << "a discrete sensor without a reading";
+}
+
 TEST(JudgementTest, DoesNotJudgeStatesThatOnlyTheMakerKnows) {
     const auto judged = JudgeOne(Discrete(0xC0, 0x70, 0x05));
     EXPECT_EQ(judged.verdict, kNoValue);
@@ -166,6 +198,34 @@ TEST(RulesTest, LeaveSensorsOut) {
     EXPECT_EQ(judged.reason, "left out by a rule");
 }
 
+// The sensor of the examples has the number 0x10, the name T, the entity 3 and the type 1.
+TEST(RulesTest, LeaveASensorAloneThatDiffersInOneProperty) {
+    const SensorNow sensor = Analog("T", 50, kSix);
+    for (const char* fits :
+         {"sensor 16 warning", "sensor 0x10 warning", "sensor T warning", "entity 3 warning",
+          "type 1 warning", "type 0x01 warning", "sensor T entity 0x03 type temperature warning"})
+        EXPECT_EQ(JudgeOne(sensor, ParseRules(fits)).verdict, Verdict::kWarning) << fits;
+    for (const char* other : {"sensor 17 warning", "sensor U warning", "entity 4 warning",
+                              "entity fan warning", "type 2 warning", "type fan warning"})
+        EXPECT_EQ(JudgeOne(sensor, ParseRules(other)).verdict, Verdict::kOk) << other;
+}
+
+TEST(RulesTest, TakeANumberThatIsNoSensorNumberForAName) {
+    for (const char* name : {"256", "-1", "99999999999", "0x10F"}) {
+        const Rules rules = ParseRules("sensor " + std::string(name) + " warning");
+        EXPECT_EQ(JudgeOne(Analog(name, 50, kSix), rules).verdict, Verdict::kWarning) << name;
+        EXPECT_EQ(JudgeOne(Analog("T", 50, kSix), rules).verdict, Verdict::kOk) << name;
+    }
+}
+
+TEST(RulesTest, GiveEachOfTheFourVerdictsInAnyCase) {
+    const SensorNow sensor = Analog("T", 50, kSix);
+    EXPECT_EQ(JudgeOne(sensor, ParseRules("type 1 OK")).verdict, Verdict::kOk);
+    EXPECT_EQ(JudgeOne(sensor, ParseRules("type 1 Warning")).verdict, Verdict::kWarning);
+    EXPECT_EQ(JudgeOne(sensor, ParseRules("type 1 critical")).verdict, Verdict::kCritical);
+    EXPECT_EQ(JudgeOne(sensor, ParseRules("type 1 unknown")).verdict, Verdict::kUnknown);
+}
+
 TEST(RulesTest, CountFromTheLastThatFits) {
     const Rules rules = ParseRules(
         "type temperature critical\n"
@@ -200,6 +260,8 @@ TEST(RulesTest, AreRefusedWithTheLineThatIsWrong) {
                   "1: a rule is: sensor, entity or type, and its name; state TEXT; a verdict");
     ExpectProblem("entity spoon ok\n", "1: there is no entity \"spoon\"");
     ExpectProblem("entity \"fan x\" ok\n", "1: there is no entity \"fan x\"");
+    ExpectProblem("entity 256 ok\n", "1: there is no entity \"256\"");
+    ExpectProblem("type 256 ok\n", "1: there is no sensor type \"256\"");
     ExpectProblem("type spoon ok\n", "1: there is no sensor type \"spoon\"");
     ExpectProblem("colour red ok\n", "1: \"colour\" is none of sensor, entity, type and state");
     ExpectProblem("sensor \"\" ok\n", "1: the sensor is empty");
@@ -224,6 +286,17 @@ TEST(SensorStatesTest, AreLookedUpBySensorTypeOnlyForStatesOfTheType) {
     EXPECT_STREQ(MeaningOf(Discrete(kSupply, 0x0B, 0).record, 1)->words, "redundancy lost");
     EXPECT_EQ(MeaningOf(Discrete(kSupply, 0x70, 0).record, 1), nullptr);
     EXPECT_EQ(MeaningOf(Discrete(kSupply, kSensorSpecificEventType, 0).record, 14), nullptr);
+}
+
+TEST(SensorStatesTest, CodesWithoutANameAreShownAsNumbers) {
+    EXPECT_EQ(SensorTypeName(0x2C), "part state");
+    EXPECT_EQ(SensorTypeName(0x2D), "type 0x2D");
+    EXPECT_EQ(SensorTypeName(0xBF), "type 0xBF");
+    EXPECT_EQ(SensorTypeName(0xC0), "maker's type 0xC0");
+    EXPECT_EQ(EventTypeName(0x0C), "device power");
+    EXPECT_EQ(EventTypeName(0x0D), "states of the maker");
+    EXPECT_EQ(EventTypeName(0x6F), "states of the sensor type");
+    EXPECT_EQ(EventTypeName(0x70), "states of the maker");
 }
 
 TEST(NagiosTextTest, HasTheWorstSensorThePerformanceDataAndALineForEachProblem) {

@@ -84,6 +84,20 @@ TEST(SensorTextTest, MarksSensorsWithSignedValues) {
     EXPECT_TRUE(Shows(text, "* The BMC counts this sensor's values with a sign"));
 }
 
+TEST(SensorTextTest, SaysWhatTheMarkMeansForAVoltageAndAFanAlone) {
+    SensorState sensor = Read("3", {});
+    sensor.isSigned = true;
+    const char* const meaning = "* The BMC counts this sensor's values with a sign";
+    EXPECT_TRUE(Shows(ToText(LibrarySensors{1, {}, {1, {sensor}}, {}}), meaning));
+    EXPECT_TRUE(Shows(ToText(LibrarySensors{1, {}, {}, {1, {sensor}}}), meaning));
+}
+
+TEST(SensorTextTest, ShowsAReadingWithoutAUnitWithoutABlankAfterIt) {
+    SensorState sensor = Read("42", {});
+    sensor.isSigned = true;
+    EXPECT_TRUE(Shows(ToText(LibrarySensors{1, {}, {}, {1, {sensor}}}), "  processor     42 *  "));
+}
+
 TEST(SensorTextTest, SaysWhenThereAreMoreThanTheLibraryLists) {
     const SensorState fan = Read("3500RPM", {});
     EXPECT_FALSE(Shows(ToText(LibrarySensors{1, {}, {}, {1, {fan}}}), "Listed are"));

@@ -140,6 +140,7 @@ TEST(ThresholdSetCommandTest, TakesCodesInDecimalAndHexadecimal) {
     const std::string expected = machine.Run(kSet).out;
     EXPECT_EQ(set("003", "01").out, expected);
     EXPECT_EQ(set("0x03", "0x1").out, expected);
+    EXPECT_EQ(set("0X03", "0X01").out, expected);
     EXPECT_THAT(set("010", "1").err, HasSubstr("the entity power supply (10) ")) << "not octal";
     EXPECT_THAT(set("3", "010").err, HasSubstr(" (10)\n")) << "not octal";
 }

@@ -77,6 +77,18 @@ TEST_F(ThresholdSetTest, MarksThresholdsThatCannotBeRead) {
                 HasSubstr("upper non-critical              -   0 (0x00)  cannot be read\n"));
 }
 
+TEST_F(ThresholdSetTest, DoesNotMissAThresholdThatCannotBeRead) {
+    constexpr std::uint8_t kGetThresholds = 0x27;
+    bmc.SetThresholds(1, {0x3F, {3, 2, 1, 70, 90, 100}});
+    bmc.Intercept([](const sim::BmcRequest& request) -> std::optional<sim::Bytes> {
+        if (request.command != kGetThresholds || request.data != sim::Bytes{0x10})
+            return std::nullopt;
+        return sim::Bytes{0x30, 0, 0, 0, 0, 95, 100};
+    });
+    EXPECT_EQ(SetThreshold(Upper(95)).problem, "");
+    EXPECT_EQ(bmc.Thresholds(0x10).values[THRESHOLD_UPPER_WARNING], 70);
+}
+
 TEST_F(ThresholdSetTest, RefusesAThresholdThatTheSensorDoesNotLetBeSet) {
     Order order = Upper(5);
     order.threshold.which = THRESHOLD_LOWER_CRITICAL;
@@ -98,6 +110,35 @@ TEST_F(ThresholdSetTest, RefusesAValueThatTheSensorCannotHoldAndProposesNoOther)
     EXPECT_EQ(Writes(), 0U);
     EXPECT_EQ(SetThreshold(Upper(95.9)).problem, "") << "cut to the step below";
     EXPECT_EQ(bmc.Thresholds(0x10).values[THRESHOLD_UPPER_CRITICAL], 95);
+}
+
+TEST_F(ThresholdSetTest, TakesTheLowestAndTheHighestValueOfTheSensor) {
+    EXPECT_EQ(SetThreshold(Upper(0)).problem, "");
+    EXPECT_EQ(bmc.Thresholds(0x10).values[THRESHOLD_UPPER_CRITICAL], 0);
+    EXPECT_EQ(SetThreshold(Upper(255)).problem, "");
+    EXPECT_EQ(bmc.Thresholds(0x10).values[THRESHOLD_UPPER_CRITICAL], 255);
+}
+
+TEST_F(ThresholdSetTest, NamesEachOfSeveralFans) {
+    Add(Fan("FAN2", 0x31).Entity(29).ThresholdMasks(0x3F, 0x03), 70);
+    const Order order{
+        .threshold = {29, kFan, THRESHOLD_LOWER_CRITICAL, 600}, .watchdog = {}, .confirmed = true};
+    const Outcome outcome = SetThreshold(order);
+    EXPECT_EQ(outcome.problem, "");
+    EXPECT_EQ(outcome.json["sensors"][0]["name"], "FAN1 (0x30)");
+    EXPECT_EQ(outcome.json["sensors"][1]["name"], "FAN2 (0x31)");
+    EXPECT_EQ(bmc.Thresholds(0x31).values[THRESHOLD_LOWER_CRITICAL], 12);
+}
+
+TEST_F(ThresholdSetTest, NamesSensorsByTheirNumberWhoseNameTheLibraryDoesNotKeep) {
+    constexpr std::uint8_t kCurrent = 3;
+    Add(Temperature("Amps", 0x40).Kind(kCurrent).Entity(7).ThresholdMasks(0x3F, 0x38), 20);
+    Add(Temperature("", 0x41).Entity(7).ThresholdMasks(0x3F, 0x38), 20);
+    Order order = Upper(40, false);
+    order.threshold.entity = 7;
+    EXPECT_EQ(SetThreshold(order).json["sensors"][0]["name"], "sensor 0x41") << "without a name";
+    order.threshold.type = kCurrent;
+    EXPECT_EQ(SetThreshold(order).json["sensors"][0]["name"], "sensor 0x40") << "a current";
 }
 
 TEST_F(ThresholdSetTest, RefusesSensorsWithSignedValues) {
@@ -133,6 +174,20 @@ TEST_F(ThresholdSetTest, ReportsThresholdsThatTheBmcDidNotTake) {
         return std::nullopt;
     });
     EXPECT_EQ(SetThreshold(Upper(95)).problem, "CPU Temp (0x10) did not take the thresholds");
+}
+
+TEST_F(ThresholdSetTest, FindsNoSensorInARepositoryThatTheBmcDoesNotShow) {
+    bmc.Inject("Get SDR Repository Info", sim::BmcFault::Kind::kRefused, 0xC0);
+    EXPECT_EQ(SetThreshold(Upper(95)).problem,
+              "the BMC has no sensor of the entity processor (3) and the type temperature (1)");
+    EXPECT_EQ(Writes(), 0U);
+}
+
+TEST_F(ThresholdSetTest, ReportsAWriteThatTheLibraryCannotMake) {
+    EXPECT_EQ(SetThreshold(Upper(95, false)).problem, "nothing was written; --yes writes this");
+    bmc.Inject("Get SDR Repository Info", sim::BmcFault::Kind::kRefused, 0xC0);
+    EXPECT_EQ(SetThreshold(Upper(95)).problem, "the library could not write the thresholds");
+    EXPECT_EQ(Writes(), 0U);
 }
 
 TEST(ThresholdSetWithoutBmcTest, NamesTheMissingDevice) {

@@ -17,15 +17,8 @@ namespace {
 enum class Stage { kRefused, kPlanned, kWritten };
 
 std::string Title(Stage stage) {
-    switch (stage) {
-        case Stage::kRefused:
-            return "Thresholds as the library would write them";
-        case Stage::kPlanned:
-            return "Thresholds to be written";
-        case Stage::kWritten:
-            break;
-    }
-    return "Thresholds written";
+    if (stage == Stage::kRefused) return "Thresholds as the library would write them";
+    return stage == Stage::kPlanned ? "Thresholds to be written" : "Thresholds written";
 }
 
 std::string PlanText(const std::vector<ThresholdPlan>& plans, Stage stage) {

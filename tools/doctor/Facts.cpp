@@ -75,8 +75,8 @@ Attempt TryPorts() {
 // "none [integrity] confidentiality": the word in brackets.
 std::string LockdownOf(const std::string& text) {
     const std::size_t begin = text.find('[');
-    const std::size_t end = text.find(']');
-    if (begin == std::string::npos || end == std::string::npos || end < begin) return "";
+    const std::size_t end = text.find(']', begin);
+    if (end == std::string::npos) return "";
     return text.substr(begin + 1, end - begin - 1);
 }
 
@@ -176,7 +176,7 @@ void ReadFiles(const fs::path& root, Facts& facts) {
 void ReadLibraries(Facts& facts) {
     Dl_info info{};
     std::error_code error;
-    if (dladdr(reinterpret_cast<const void*>(&GetInfo), &info) != 0 && info.dli_fname != nullptr)
+    if (dladdr(reinterpret_cast<const void*>(&GetInfo), &info) != 0)
         facts.library = fs::canonical(info.dli_fname, error);
     const fs::path here = fs::read_symlink("/proc/self/exe", error).parent_path();
     facts.hasPreloadLibrary = false;

@@ -95,11 +95,9 @@ const char* WhyNoReading(const SensorNow& sensor) {
             return "kept by another controller";
         case SensorAnswer::Status::kEventsOnly:
             return "sends events only";
-        case SensorAnswer::Status::kNoAnswer:
-        case SensorAnswer::Status::kRead:
-            break;
+        default:
+            return "no answer";
     }
-    return "no answer";
 }
 
 }  // namespace tool

@@ -53,18 +53,13 @@ std::string IdString(ByteView record, std::size_t offset) {
     const ByteView bytes =
         rest.first(std::min<std::size_t>(typeLength & kIdLengthBits, rest.size()));
     std::string text;
-    switch (static_cast<IdEncoding>(typeLength >> kEncodingShift)) {
-        case IdEncoding::kBcdPlus:
-            text = BcdPlus(bytes);
-            break;
-        case IdEncoding::kSixBit:
-            text = SixBit(bytes);
-            break;
-        case IdEncoding::kUnicode:
-        case IdEncoding::kLatin:
-            text = PlainBytes(bytes);
-            break;
-    }
+    const auto encoding = static_cast<IdEncoding>(typeLength >> kEncodingShift);
+    if (encoding == IdEncoding::kBcdPlus)
+        text = BcdPlus(bytes);
+    else if (encoding == IdEncoding::kSixBit)
+        text = SixBit(bytes);
+    else
+        text = PlainBytes(bytes);
     text.resize(std::min(text.find('\0'), text.size()));
     return std::string(Trimmed(text));
 }

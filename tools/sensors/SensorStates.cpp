@@ -169,8 +169,7 @@ std::optional<bool> PresenceOf(const SensorRecord& record, unsigned states) {
 
 std::string SensorTypeName(int type) {
     constexpr int kFirstOfMaker = 0xC0;
-    if (type >= 0 && static_cast<std::size_t>(type) < std::size(kSensorTypes))
-        return kSensorTypes[type];
+    if (static_cast<std::size_t>(type) < std::size(kSensorTypes)) return kSensorTypes[type];
     return (type >= kFirstOfMaker ? "maker's type " : "type ") +
            HexText(static_cast<unsigned>(type));
 }
@@ -181,8 +180,7 @@ std::string SensorTypeText(int type) {
 
 std::string EventTypeName(int eventType) {
     if (eventType == kSensorSpecificEventType) return "states of the sensor type";
-    if (eventType >= 0 && static_cast<std::size_t>(eventType) < std::size(kEventTypes))
-        return kEventTypes[eventType];
+    if (static_cast<std::size_t>(eventType) < std::size(kEventTypes)) return kEventTypes[eventType];
     return "states of the maker";
 }
 

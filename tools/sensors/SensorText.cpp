@@ -21,7 +21,6 @@ std::string ValueText(const SensorNow& sensor, std::optional<double> value) {
 
 std::vector<std::string> StateWords(const SensorNow& sensor) {
     std::vector<std::string> words;
-    if (!IsRead(sensor)) return words;
     for (const Condition& condition : ConditionsOf(sensor, false)) words.push_back(condition.state);
     return words;
 }

@@ -19,7 +19,8 @@ inline std::string ReadingText(const SensorNow& sensor) {
     return ValueText(sensor, sensor.value);
 }
 
-// What is true of the sensor now: "upper critical", "presence detected". Empty when nothing is.
+// What is true of the sensor now: "upper critical", "presence detected". REQUIRES: IsRead() is
+// true.
 std::vector<std::string> StateWords(const SensorNow& sensor);
 
 // The same in one text, or why there is no reading.

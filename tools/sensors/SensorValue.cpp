@@ -12,15 +12,8 @@ namespace {
 int SignedRaw(ReadingFormula::Format format, unsigned char raw) {
     constexpr int kSignBit = 0x80;
     if ((raw & kSignBit) == 0) return raw;
-    switch (format) {
-        case ReadingFormula::Format::kOnesComplement:
-            return raw - 0xFF;
-        case ReadingFormula::Format::kTwosComplement:
-            return raw - 0x100;
-        case ReadingFormula::Format::kUnsigned:
-        case ReadingFormula::Format::kNone:
-            break;
-    }
+    if (format == ReadingFormula::Format::kOnesComplement) return raw - 0xFF;
+    if (format == ReadingFormula::Format::kTwosComplement) return raw - 0x100;
     return raw;
 }
 
