@@ -52,7 +52,7 @@ private:
 
 std::string KernelText() {
     utsname kernel{};
-    if (uname(&kernel) != 0) return "unknown";
+    (void)uname(&kernel);  // result not used: it fails for a wrong address alone
     return std::string(kernel.sysname) + ' ' + kernel.release + ' ' + kernel.version + ' ' +
            kernel.machine;
 }

@@ -98,8 +98,8 @@ std::string TimeNow() {
     const std::time_t now = std::time(nullptr);
     std::tm utc{};
     char text[32] = "";
-    if (gmtime_r(&now, &utc) != nullptr)
-        (void)std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
+    (void)gmtime_r(&now, &utc);  // result not used: it fails for years beyond an int alone
+    (void)std::strftime(text, sizeof text, "%Y-%m-%dT%H:%M:%SZ", &utc);
     return text;
 }
 

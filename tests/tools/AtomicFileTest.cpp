@@ -6,7 +6,10 @@
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
+#include <cerrno>
 #include <csignal>
 #include <fstream>
 #include <iterator>
@@ -14,6 +17,30 @@
 
 #include "tests/tools/RunTool.h"
 #include "tools/AtomicFile.h"
+
+namespace {
+
+// The error of the next call, which then is none again.
+int writeError = 0;
+int fsyncError = 0;
+
+int Taken(int& error) {
+    errno = error;
+    error = 0;
+    return -1;
+}
+
+}  // namespace
+
+// In place of the C library's, as the system may fail in them.
+ssize_t write(int file, const void* bytes, size_t size) {
+    if (writeError != 0) return Taken(writeError);
+    return syscall(SYS_write, file, bytes, size);
+}
+int fsync(int file) {
+    if (fsyncError != 0) return Taken(fsyncError);
+    return static_cast<int>(syscall(SYS_fsync, file));
+}
 
 namespace tool {
 namespace {
@@ -93,6 +120,25 @@ TEST(AtomicFileTest, KeepsTheOldFileWhenTheDiskIsFull) {
     ASSERT_EQ(setrlimit(RLIMIT_FSIZE, &limit), 0);
     EXPECT_THAT(ErrorOf(file, std::string(10000, 'x')),
                 StartsWith("cannot write " + file.string() + ": "));
+    EXPECT_EQ(ReadFile(file), "old");
+    EXPECT_EQ(FilesIn(folder.Path()), 1);
+}
+
+TEST(AtomicFileTest, WritesOnAfterASignal) {
+    const TemporaryFolder folder;
+    const auto file = folder.Path() / "talvane.prom";
+    writeError = EINTR;
+    WriteAtomically(file, "new");
+    EXPECT_EQ(writeError, 0) << "a call was interrupted";
+    EXPECT_EQ(ReadFile(file), "new");
+}
+
+TEST(AtomicFileTest, KeepsTheOldFileWhenTheNewOneDoesNotReachTheDisk) {
+    const TemporaryFolder folder;
+    const auto file = folder.Path() / "talvane.prom";
+    WriteAtomically(file, "old");
+    fsyncError = EIO;
+    EXPECT_EQ(ErrorOf(file), "cannot write " + file.string() + ": Input/output error");
     EXPECT_EQ(ReadFile(file), "old");
     EXPECT_EQ(FilesIn(folder.Path()), 1);
 }

@@ -32,6 +32,7 @@ TEST(BytesTest, TheFirstOfTwelveCharactersCanComeAfterNine) {
     EXPECT_EQ(Bytes(":00000000000"), 1000000000000U);
     EXPECT_EQ(Bytes("D00398934016"), 2000398934016U) << "a drive of 2 TB";
     EXPECT_EQ(SizeText("D00398934016"), "2.0 TB");
+    EXPECT_EQ(SizeText("/99999999999"), "25.6 TB") << "no size is larger";
 }
 
 TEST(BytesTest, ATextThatIsNotASizeHasNone) {

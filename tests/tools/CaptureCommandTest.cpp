@@ -87,6 +87,24 @@ TEST_F(CaptureCommandTest, SourcesThatCannotBeReadAreNamedAndTheRestIsWritten) {
     EXPECT_THAT(TextOf(files, "machine.txt"), HasSubstr("# Not read: cannot open /dev/ipmi: "));
 }
 
+TEST_F(CaptureCommandTest, DisksThatCannotBeOpenedAreNamedInOneLine) {
+    const MachineFolder machine(
+        "drive hda sectors 1000\n"
+        "drive hdb sectors 1000\n"
+        "without /dev/hda EACCES\n"
+        "without /dev/hdb EACCES\n"
+        "bmc kcs\n"
+        "sensor 1 \"T\"\n"
+        "smbios version 2.3\n");
+    const ToolRun run = Capture(machine.Path());
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.err, "talvane: cannot open /dev/hda: Permission denied (run as root)\n");
+    const std::string description = TextOf(FilesIn(file_), "machine.txt");
+    EXPECT_THAT(description, HasSubstr("# Not read: cannot open /dev/hda: Permission denied (run "
+                                       "as root)\nsmbios"));
+    EXPECT_THAT(description, HasSubstr("without /dev/hda EACCES\nwithout /dev/hdb EACCES\n"));
+}
+
 TEST_F(CaptureCommandTest, RefusesWhatItCannotWrite) {
     const std::string machine = TALVANE_SOURCE "/machines/no-smbios";
     const auto capture = [&](const std::string& file) {

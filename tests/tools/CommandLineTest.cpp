@@ -227,6 +227,12 @@ TEST(CommandLineTest, ReportsLostOutput) {
     }
 }
 
+TEST(CommandLineTest, RepetitionWithoutEndStopsAtASourceThatCannotBeRead) {
+    const ToolRun run = MachineFolder("memory 16M\n").Run({"sensors", "--watch", "9"});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_EQ(run.out, "Not read\n--------\n  /dev/ipmi  sensors\n");
+}
+
 TEST(CommandLineTest, SaysPlainlyThatThereIsNoFolderForTemporaryFiles) {
     const MachineFolder machine(kPlainMachine);
     const std::string errors = machine.Path() / "errors";

@@ -40,6 +40,23 @@ TEST(HtmlReportTest, ReplacesTheFileAndPrintsNothing) {
     EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Path()), {}), 1);
 }
 
+TEST(HtmlReportTest, DisksAndProcessorTimesThatAreMissingAreNamed) {
+    const MachineFolder machine(
+        "drive hda sectors 1000 model \"EXAMPLE 40\"\n"
+        "without /dev/hda EACCES\n"
+        "without /proc/stat EACCES\n");
+    const std::string file = machine.Path() / "report.html";
+    const ToolRun run = machine.Run({"report", "--html", file});
+    EXPECT_EQ(run.status, 1);
+    EXPECT_THAT(run.err,
+                EndsWith("talvane: cannot open /dev/hda: Permission denied (run as root)\n"
+                         "talvane: cannot open /proc/stat: Permission denied (run as root)\n"));
+    const std::string page = ReadFile(file);
+    EXPECT_THAT(page, HasSubstr("EXAMPLE 40"));
+    EXPECT_THAT(page, HasSubstr("<strong>/dev/hd*</strong>: cannot open /dev/hda: "));
+    EXPECT_THAT(page, HasSubstr("<strong>/proc/stat</strong>: cannot open /proc/stat: "));
+}
+
 TEST(HtmlReportTest, RulesReplaceVerdicts) {
     const MachineFolder machine(kOneTemperature + std::string("reading 0x10 95\n"));
     const std::string file = machine.Path() / "report.html";

@@ -7,9 +7,11 @@
 
 #include "tools/html/Escape.h"
 #include "tools/html/Gauge.h"
+#include "tools/html/InventorySections.h"
 #include "tools/html/MemoryPicture.h"
 #include "tools/html/Page.h"
 #include "tools/html/PciTree.h"
+#include "tools/html/SensorSections.h"
 
 namespace tool {
 namespace {
@@ -103,6 +105,64 @@ TEST(GaugePictureTest, HasNoPointerWithoutAReading) {
                 Not(HasSubstr("class=\"pointer\"")));
 }
 
+TEST(GaugePictureTest, OfASensorThatIsNotJudgedNamesNoVerdict) {
+    JudgedSensor judged = JudgedOf("CPU", 79, TemperatureLimits());
+    judged.verdict.reset();
+    EXPECT_THAT(GaugePicture(judged, "gauge-1"), HasSubstr("upper critical: 85.</desc>"));
+}
+
+TEST(SensorSectionsTest, SensorThatIsNotJudgedHasAGaugeWithAPlainMark) {
+    JudgedSensor judged = JudgedOf("CPU", 79, TemperatureLimits());
+    judged.verdict.reset();
+    judged.reason = "left out by a rule";
+    const auto sections = SensorSections({Verdict::kUnknown, {judged}, true});
+    ASSERT_EQ(sections.size(), 1U);
+    EXPECT_EQ(sections[0].id, "sensors");
+    EXPECT_THAT(sections[0].markup, HasSubstr("<li class=\"plain\">"));
+    EXPECT_THAT(sections[0].markup,
+                HasSubstr("<span class=\"mark plain\"><span aria-hidden=\"true\"></span> not "
+                          "judged</span>"));
+}
+
+TEST(SensorSectionsTest, WithoutThresholdsThereAreNoGauges) {
+    const auto sections =
+        SensorSections({Verdict::kOk, {JudgedOf("Intrusion", std::nullopt, {})}, true});
+    ASSERT_EQ(sections.size(), 1U);
+    EXPECT_EQ(sections[0].id, "states");
+}
+
+TEST(VerdictMarkupTest, SaysThatTheRepositoryHasNotBeenReadToItsEnd) {
+    const std::string note = "<p>The BMC's sensor repository could not be read to its end.</p>\n";
+    EXPECT_THAT(VerdictMarkup(Health{Verdict::kUnknown, {}, false}), HasSubstr(note));
+    EXPECT_THAT(VerdictMarkup(Health{Verdict::kUnknown, {}, true}), Not(HasSubstr(note)));
+}
+
+TEST(VerdictMarkupTest, ListsFaultsOnlyWhereThereAreSome) {
+    Health health{Verdict::kWarning, {JudgedOf("CPU", 79, TemperatureLimits())}, true};
+    EXPECT_THAT(VerdictMarkup(health), HasSubstr("<ul class=\"faults\">\n<li>"));
+    health.sensors[0].verdict = Verdict::kOk;
+    EXPECT_THAT(VerdictMarkup(health), Not(HasSubstr("faults")));
+}
+
+TEST(DeviceSectionsTest, PartsOfTheLoadThatAreMissingHaveNoShare) {
+    MachineReport report;
+    report.load = Load{1, std::vector<int>{5}, std::nullopt, {}};
+    const auto sections = DeviceSections(report);
+    ASSERT_EQ(sections.size(), 1U);
+    EXPECT_THAT(sections[0].markup, HasSubstr("Processor 1: 5 %"));
+    EXPECT_THAT(sections[0].markup, Not(HasSubstr("aria-label=\"Memory")));
+    report.load = Load{1, std::nullopt, std::nullopt, {}};
+    EXPECT_TRUE(DeviceSections(report).empty());
+}
+
+TEST(DeviceSectionsTest, DrivesAreShownWithoutPartitionsThatCouldNotBeRead) {
+    MachineReport report;
+    report.drives = Drives{};
+    const auto sections = DeviceSections(report);
+    ASSERT_EQ(sections.size(), 1U);
+    EXPECT_EQ(sections[0].markup, "<p class=\"note\">IDE disks: none.</p>\n");
+}
+
 TEST(MemoryPictureTest, ShowsAModuleOrAnEmptySlotForEachBank) {
     const std::string picture = MemoryPicture(
         {1024, {{1, "1024 MB", "DDR", "", "266 MHZ", "A & B"}, {2, "", "", "", "", ""}}});
@@ -136,6 +196,21 @@ TEST(PciTreeTest, ABusThatNoBridgeLeadsToIsARoot) {
     const auto roots = PciTreeOf(functions);
     ASSERT_EQ(roots.size(), 2U);
     EXPECT_EQ(roots[1].bus, 3);
+}
+
+TEST(PciTreeTest, AFunctionIsShownByWhatIsKnownOfIt) {
+    PciFunction function = FunctionAt(0, 0);
+    function.className = "Bridge";
+    function.id = PciId{0x8086, 0x2540};
+    EXPECT_THAT(PciTreePicture({function}),
+                HasSubstr("<strong>Bridge</strong> <code class=\"id\">8086:2540</code></span>\n"))
+        << "the class, and no names";
+    function.subClass = "Host bridge";
+    function.name.vendor = "A Maker";
+    EXPECT_THAT(PciTreePicture({function}),
+                HasSubstr("<strong>Host bridge</strong> <code class=\"id\">8086:2540</code> <span "
+                          "class=\"names\">A Maker</span></span>\n"))
+        << "the sub-class, and the vendor alone";
 }
 
 int CountNodes(const std::vector<PciNode>& nodes) {

@@ -43,5 +43,14 @@ TEST(QuantityJsonTest, WritesWholeNumbersWithoutAPoint) {
     EXPECT_EQ(QuantityJson(-4, "", "-4")["unit"], nullptr);
 }
 
+TEST(QuantityJsonTest, NumbersBeyondWhatADoubleHasAreNotExactOrNull) {
+    EXPECT_EQ(QuantityJson("9007199254740992 B")["value"].type(), Json::value_t::number_integer);
+    EXPECT_EQ(QuantityJson("9007199254740994 B")["value"].type(), Json::value_t::number_float);
+    EXPECT_EQ(QuantityJson("10000000000000000000 B")["value"], 1e19);
+    const Json huge = QuantityJson(std::string(400, '9') + " B");
+    EXPECT_EQ(huge["value"], nullptr);
+    EXPECT_EQ(huge["text"], std::string(400, '9') + " B");
+}
+
 }  // namespace
 }  // namespace tool

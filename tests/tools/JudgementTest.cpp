@@ -325,6 +325,14 @@ TEST(NagiosTextTest, KeepsTextsApartFromPerformanceData) {
               "CRITICAL: A/'='B\\x0A 95 degree C: upper critical threshold is 90\n");
 }
 
+TEST(NagiosTextTest, PercentagesHaveTheirSign) {
+    SensorNow load = Analog("Load", 40, {});
+    load.record.unit1 = 0x01;
+    load.record.baseUnit = 0;
+    EXPECT_EQ(ToNagios(Judge({{load}, 1, true}, {})),
+              "SENSORS OK - 1 sensors OK | 'Load'=40%;;;;\n");
+}
+
 TEST(NagiosTextTest, SaysThatAllIsWellOrThatThereIsNothingToJudge) {
     EXPECT_EQ(ToNagios(Judge({{Discrete(5, kSensorSpecificEventType, 0)}, 1, true}, {})),
               "SENSORS OK - 1 sensors OK\n");
@@ -349,6 +357,13 @@ TEST(HealthTextTest, ShowsTheWorstFirstAndCountsAll) {
         "\n"
         "  3 sensors: 0 CRITICAL, 1 WARNING, 0 UNKNOWN, 1 OK, 1 not judged\n");
     EXPECT_EQ(ToJson(health)["counts"]["notJudged"], 1);
+}
+
+TEST(HealthTextTest, SaysThatTheRepositoryHasNotBeenReadToItsEnd) {
+    const std::string note = "\n  The BMC's sensor repository could not be read to its end.\n";
+    EXPECT_THAT(ToText(Judge({{Analog("T", 50, kSix)}, 1, false}, {})), testing::EndsWith(note));
+    EXPECT_THAT(ToText(Judge({{Analog("T", 50, kSix)}, 1, true}, {})),
+                testing::Not(HasSubstr("to its end")));
 }
 
 }  // namespace

@@ -155,6 +155,9 @@ TEST(MachineMetricsTest, TheBmcIsUpOnceItsSensorsAreKnown) {
     machine.health->isComplete = false;
     EXPECT_EQ(Parse(ToMetrics(machine)).Value("ipmi_up", {{"collector", "ipmi"}}), "0")
         << "a repository that ends before its first sensor";
+    machine.health->sensors.emplace_back();
+    EXPECT_EQ(Parse(ToMetrics(machine)).Value("ipmi_up", {{"collector", "ipmi"}}), "1")
+        << "one that ends after it";
 }
 
 TEST(MachineMetricsTest, LoadIsAShare) {

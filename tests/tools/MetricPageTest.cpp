@@ -80,6 +80,15 @@ TEST(MetricPageTest, MakesBrokenUtf8Valid) {
               "fter \xE6\xB8\xA9");
 }
 
+TEST(MetricPageTest, KeepsCharactersThatFollowTheControlsOfLatin1) {
+    EXPECT_EQ(LabelOf("5 \xC2\xA3"), "5 \xC2\xA3") << "a pound sign";
+    EXPECT_EQ(LabelOf("a\xC2\xA0"
+                      "b"),
+              "a\xC2\xA0"
+              "b")
+        << "the first character after them";
+}
+
 TEST(MetricPageTest, LeavesOutLabelsWithoutText) {
     MetricPage page;
     page.AddInfo(kPart, {{"name", "  "}, {"slot", " 1 "}, {"maker", ""}});

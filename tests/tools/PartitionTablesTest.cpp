@@ -107,4 +107,28 @@ TEST_F(PartitionTablesTest, EndlessChainIsCut) {
     EXPECT_EQ(Kept().size(), tool::kMaxKeptSectors);
 }
 
+TEST_F(PartitionTablesTest, HalfAMarkIsNotThatOfABootRecord) {
+    disk[0] = Content();
+    disk[0][510] = 0x55;
+    disk[0][446 + 4] = 0x83;
+    const auto kept = Kept();
+    ASSERT_THAT(kept, ElementsAre(Key(0)));
+    EXPECT_EQ(kept.at(0)[510], 0);
+    EXPECT_EQ(Count(kept.at(0), 's'), 4u);
+}
+
+// The library takes the first sector for the table of the logical partition, too.
+TEST_F(PartitionTablesTest, OfAnExtendedPartitionOnTheFirstCylinderBothReadingsAreKept) {
+    disk[0] = Content();
+    SetEntry(disk[0], 0, 0x0F, 63, 5);
+    SetEntry(disk[0], 1, 0x99, 0, 0);
+    CapturedBytes expected(512);
+    SetEntry(expected, 0, 0x0F, 63, 5);
+    SetEntry(expected, 1, 0x05, 0, 0);
+    EXPECT_EQ(Kept().at(0), expected);
+    disk[0] = BootRecord();
+    SetEntry(disk[0], 0, 0x0F, 63, 5);
+    EXPECT_EQ(Kept().at(0)[446 + 4], 0x0F) << "the same of both";
+}
+
 }  // namespace

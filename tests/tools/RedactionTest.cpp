@@ -303,4 +303,16 @@ TEST(RedactionTest, AnswersAboutTheInventoryAreMarked) {
     EXPECT_EQ(bmc.others[0].answer.size(), 12u);
 }
 
+TEST(RedactionTest, AnswersThatEndBeforeWhatIsSecretStay) {
+    tool::MachineCapture capture;
+    tool::BmcCapture& bmc = capture.bmc.emplace();
+    bmc.others = {{"Get SDR", 0, {}, {5, 5, 1, 0, 0x51}},
+                  {"Get SDR", 0, {}, {}},
+                  {"Read FRU Data", 0, {0, 0, 0, 8}, {}}};
+    tool::Redact(capture);
+    EXPECT_EQ(bmc.others[0].answer, (CapturedBytes{5, 5, 1, 0, 0x51}));
+    EXPECT_EQ(bmc.others[1].answer, CapturedBytes());
+    EXPECT_EQ(bmc.others[2].answer, CapturedBytes());
+}
+
 }  // namespace

@@ -70,8 +70,10 @@ TEST_F(TerminalTest, NoColorAndTerminalsWithoutColorsAreObeyed) {
     EXPECT_THAT(RunToolOnTerminal(arguments), Not(HasSubstr("\x1B")));
     setenv("NO_COLOR", "", 1);
     EXPECT_THAT(RunToolOnTerminal(arguments), HasSubstr("\x1B"));
-    setenv("TERM", "dumb", 1);
-    EXPECT_THAT(RunToolOnTerminal(arguments), Not(HasSubstr("\x1B")));
+    for (const char* const terminal : {"dumb", ""}) {
+        setenv("TERM", terminal, 1);
+        EXPECT_THAT(RunToolOnTerminal(arguments), Not(HasSubstr("\x1B"))) << terminal;
+    }
 }
 
 TEST_F(TerminalTest, TheOptionDecidesAboutColorsAnywhere) {

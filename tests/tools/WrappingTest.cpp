@@ -27,6 +27,7 @@ TEST(WrappedLinesTest, LinesEndAtBlanks) {
 TEST(WrappedLinesTest, AWordThatIsLongerThanALineIsCut) {
     EXPECT_THAT(WrappedLines("abcdefgh", 3), ElementsAre("abc", "def", "gh"));
     EXPECT_THAT(WrappedLines("a bcdefgh", 3), ElementsAre("a", "bcd", "efg", "h"));
+    EXPECT_THAT(WrappedLines(" abcdef", 3), ElementsAre("ab", "cde", "f"));
 }
 
 TEST(WrappedLinesTest, ACharacterOfSeveralBytesIsNotCut) {

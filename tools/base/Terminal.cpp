@@ -29,7 +29,9 @@ Look LookFor(int descriptor, ColorChoice choice) {
     const bool isTerminal = isatty(descriptor) != 0;
     Look look;
     winsize size{};
-    if (isTerminal && ioctl(descriptor, TIOCGWINSZ, &size) == 0) look.width = size.ws_col;
+    // Result not used: where it fails, any width will do.
+    if (isTerminal) (void)ioctl(descriptor, TIOCGWINSZ, &size);
+    look.width = size.ws_col;
     const std::string_view terminal = VariableText("TERM");
     const bool isAsked =
         isTerminal && VariableText("NO_COLOR").empty() && !terminal.empty() && terminal != "dumb";

@@ -34,7 +34,7 @@ std::string Fixed(double value) {
 std::vector<double> MarksOf(const Limits& limits) {
     std::vector<double> marks;
     for (const std::size_t i : kAscending)
-        if (limits[i] && std::isfinite(*limits[i])) marks.push_back(*limits[i]);
+        if (limits[i]) marks.push_back(*limits[i]);
     std::sort(marks.begin(), marks.end());
     marks.erase(std::unique(marks.begin(), marks.end()), marks.end());
     return marks;
@@ -55,7 +55,7 @@ Scale ScaleOf(const Limits& limits, const std::vector<double>& marks,
     constexpr double kRoom = 0.15;  // of the span, beyond what is shown
     double lowest = marks.front();
     double highest = marks.back();
-    if (reading && std::isfinite(*reading)) {
+    if (reading) {
         lowest = std::min(lowest, *reading);
         highest = std::max(highest, *reading);
     }
@@ -152,8 +152,7 @@ std::string GaugePicture(const JudgedSensor& judged, const std::string& id) {
                          "-desc\">" + Escaped(DescriptionOf(judged)) + "</desc>\n";
     for (const GaugeZone& zone : zones) markup += ZoneMarkup(zone, scale);
     markup += MarksMarkup(MarksOf(sensor.limits), scale);
-    if (sensor.value && std::isfinite(*sensor.value))
-        markup += PointerMarkup(scale.At(*sensor.value));
+    if (sensor.value) markup += PointerMarkup(scale.At(*sensor.value));
     return markup + "</svg>\n";
 }
 

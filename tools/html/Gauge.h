@@ -21,7 +21,8 @@ struct GaugeZone {
 };
 
 // The scale from its lowest to its highest value, with room around the limits and the reading. It
-// begins at 0 where there is no lower limit and nothing is negative. REQUIRES: there is a limit.
+// begins at 0 where there is no lower limit and nothing is negative. REQUIRES: there is a limit,
+// and all numbers are finite, as those of ReadingValue() are.
 std::vector<GaugeZone> GaugeZones(const Limits& limits, std::optional<double> reading);
 
 // An SVG image. `id` is an identifier that no other element of the page has. The image's title and

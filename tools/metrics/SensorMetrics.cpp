@@ -26,7 +26,7 @@ struct Quantity {
 constexpr const char* kStateHelp = "Whether the sensor is 0 nominal, 1 warning or 2 critical.";
 constexpr const char* kThresholdHelp = "Threshold that the BMC holds.";
 
-constexpr Quantity Temperature(double factor, double offset) {
+consteval Quantity Temperature(double factor, double offset) {
     return {{"ipmi_temperature_celsius", "Temperature in degrees Celsius."},
             {"ipmi_temperature_state", kStateHelp},
             {"talvane_temperature_threshold_celsius", kThresholdHelp},
