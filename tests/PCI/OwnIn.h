@@ -1,4 +1,6 @@
 // SPDX-License-Identifier: MIT
+//
+// An agent, in a library of its own, that has only one of the two port methods.
 #ifndef TALVANE_TESTS_PCI_OWNIN_H
 #define TALVANE_TESTS_PCI_OWNIN_H
 
