@@ -4,6 +4,7 @@
 
 #include <gmock/gmock.h>
 
+#include "SensorExamples.h"
 #include "support/IpmiTest.h"
 #include "tools/records/Sensors.h"
 
@@ -112,18 +113,7 @@ TEST_F(AllSensorsTest, OfOtherControllersAreListedAndNotAskedFor) {
 }
 
 TEST_F(AllSensorsTest, ThatSendEventsOnlyAreListedAndNotAskedFor) {
-    sim::Bytes record(5 + 12 + 2, 0);
-    record[2] = 0x51;
-    record[3] = 3;
-    record[4] = 14;
-    record[5] = 0x20;
-    record[7] = 0x50;
-    record[10] = 0x12;
-    record[11] = 0x6F;
-    record[16] = 0xC2;
-    record[17] = 'E';
-    record[18] = 'V';
-    bmc.AddRecord(record);
+    bmc.AddRecord(EventOnlyRecord());
     const auto all = ReadSensors();
     ASSERT_THAT(all->sensors, SizeIs(1));
     EXPECT_EQ(all->sensors[0].record.name, "EV");

@@ -9,6 +9,7 @@
 #include <cmath>
 
 #include "NoValue.h"
+#include "SensorExamples.h"
 #include "tools/sensors/IdString.h"
 #include "tools/sensors/SensorAnswer.h"
 #include "tools/sensors/SensorRecord.h"
@@ -131,16 +132,7 @@ TEST(SensorRecordTest, KeepsTheNameOfACompactRecordThatIsNotShared) {
 }
 
 TEST(SensorRecordTest, TakesTypeAndNameOfAnEventOnlyRecordFromTheirOwnPlaces) {
-    Bytes record(17 + 2, 0);
-    record[3] = 3;
-    record[5] = 0x20;
-    record[7] = 0x50;
-    record[10] = 0x12;
-    record[11] = 0x6F;
-    record[16] = 0xC2;
-    record[17] = 'E';
-    record[18] = 'V';
-    const auto sensors = DecodeSensorRecord(record);
+    const auto sensors = DecodeSensorRecord(EventOnlyRecord());
     ASSERT_THAT(sensors, SizeIs(1));
     EXPECT_EQ(sensors[0].kind, SensorRecord::Kind::kEventOnly);
     EXPECT_EQ(sensors[0].type, 0x12);

@@ -4,7 +4,9 @@
 #ifndef TALVANE_TESTS_TOOLS_SENSOREXAMPLES_H
 #define TALVANE_TESTS_TOOLS_SENSOREXAMPLES_H
 
+#include <cstdint>
 #include <string>
+#include <vector>
 
 #include "tools/sensors/AllSensors.h"
 #include "tools/sensors/SensorStates.h"
@@ -50,6 +52,22 @@ inline SensorNow WithoutReading(SensorNow sensor, SensorAnswer::Status status) {
     sensor.answer = {status, 0, {}};
     sensor.value.reset();
     return sensor;
+}
+
+// A record of a sensor that sends events only (IPMI 2.0, 43.3), with the name EV.
+inline std::vector<std::uint8_t> EventOnlyRecord() {
+    std::vector<std::uint8_t> record(5 + 12 + 2, 0);
+    record[2] = 0x51;
+    record[3] = 3;
+    record[4] = 14;
+    record[5] = 0x20;
+    record[7] = 0x50;
+    record[10] = 0x12;
+    record[11] = 0x6F;
+    record[16] = 0xC2;
+    record[17] = 'E';
+    record[18] = 'V';
+    return record;
 }
 
 }  // namespace tool
