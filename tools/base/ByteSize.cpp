@@ -4,6 +4,7 @@
 
 #include "tools/base/ByteSize.h"
 
+#include <iterator>
 #include <nlohmann/json.hpp>
 
 #include "tools/base/JsonValue.h"
@@ -38,9 +39,8 @@ std::string SizeText(const std::string& size) {
     constexpr const char* kUnits[] = {"KB", "MB", "GB", "TB"};
     const char* const* unit = kUnits;
     std::uint64_t one = kThousand;
-    // With one digit after the point, 999.95 is the next unit's 1.0. In TB it stays: by the digits
-    // that a size has, it is below 26 TB.
-    while (*bytes >= one * kThousand - one / 20) {
+    // With one digit after the point, 999.95 is the next unit's 1.0.
+    while (*bytes >= one * kThousand - one / 20 && unit != std::end(kUnits) - 1) {
         one *= kThousand;
         ++unit;
     }

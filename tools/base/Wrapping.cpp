@@ -12,10 +12,10 @@
 namespace tool {
 namespace {
 
-// The length in bytes of the first `columns` characters. REQUIRES: the text takes more columns.
+// The length in bytes of the first `columns` characters.
 std::size_t BytesOf(std::string_view printable, std::size_t columns) {
     std::size_t at = 0;
-    while (Columns(printable.substr(0, at + 1)) <= columns) ++at;
+    while (at < printable.size() && Columns(printable.substr(0, at + 1)) <= columns) ++at;
     return at;
 }
 

@@ -9,6 +9,22 @@
 namespace tool {
 namespace {
 
+const char* SignOf(Tone tone) {
+    switch (tone) {
+        case Tone::kGood:
+            return "✓";
+        case Tone::kWarning:
+            return "▲";
+        case Tone::kBad:
+            return "✖";
+        case Tone::kUnknown:
+            return "?";
+        case Tone::kPlain:
+            break;
+    }
+    return "";
+}
+
 std::string CellMarkup(const Cell& cell) {
     return cell.tone == Tone::kPlain ? EscapedOrDash(cell.text) : HtmlMark(cell.text, cell.tone);
 }
@@ -36,9 +52,8 @@ const char* ToneClass(Tone tone) {
 }
 
 std::string HtmlMark(const std::string& word, Tone tone) {
-    constexpr const char* kSigns[] = {"", "✓", "▲", "✖", "?"};
     return std::string("<span class=\"mark ") + ToneClass(tone) + "\"><span aria-hidden=\"true\">" +
-           kSigns[static_cast<std::size_t>(tone)] + "</span> " + Escaped(word) + "</span>";
+           SignOf(tone) + "</span> " + Escaped(word) + "</span>";
 }
 
 std::string HtmlTable(const std::string& caption, const std::vector<Column>& columns,

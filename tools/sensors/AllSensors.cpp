@@ -95,9 +95,11 @@ const char* WhyNoReading(const SensorNow& sensor) {
             return "kept by another controller";
         case SensorAnswer::Status::kEventsOnly:
             return "sends events only";
-        default:
-            return "no answer";
+        case SensorAnswer::Status::kNoAnswer:
+        case SensorAnswer::Status::kRead:
+            break;
     }
+    return "no answer";
 }
 
 }  // namespace tool
