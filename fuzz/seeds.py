@@ -290,7 +290,7 @@ def tar(files):
             member = tarfile.TarInfo(name)
             member.size = len(content)
             archive.addfile(member, io.BytesIO(content))
-    return out.getvalue()[:4000]
+    return out.getvalue()[:(2 * len(files) + 2) * 512]
 
 
 PCI_TEXT = b"".join(b"%02x: " % at + b" ".join(b"%02x" % byte for byte in header(0x14E4, 0x1648, "03000002")[at:at + 16]) + b"\n"
