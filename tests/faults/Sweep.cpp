@@ -184,10 +184,9 @@ private:
         const int status = Apart([&] { Check(fault, report); });
         ++result_.runs;
         if (status != 0) {
-            const bool allowed = WIFSIGNALED(status) && operation_.mayEnd &&
-                                 operation_.mayEnd(fault, WTERMSIG(status));
+            const bool allowed = operation_.mayEnd && operation_.mayEnd(fault, status);
             if (!allowed) Complain(fault, "ends the process: " + std::to_string(status));
-            return report.uses >= fault.nth || WIFSIGNALED(status);
+            return report.uses >= fault.nth || allowed || WIFSIGNALED(status);
         }
         std::string_view complaints = report.complaints;
         while (!complaints.empty()) {

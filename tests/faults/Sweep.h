@@ -52,9 +52,9 @@ struct Operation {
     std::function<bool(const Fault& fault, int result)> mayAnswerNext;
 
     // Each run gets a process of its own, since the library remembers it. Then `mayEnd` says with
-    // which faults the program may end by the signal.
+    // which faults the program may end in which way, as waitpid states it.
     bool ownProcess = false;
-    std::function<bool(const Fault& fault, int signal)> mayEnd;
+    std::function<bool(const Fault& fault, int status)> mayEnd;
 };
 
 struct SweepResult {
