@@ -29,7 +29,8 @@ for kind in "$@"; do
             ;;
     esac
     cmake -S bridge -B "build/bridge-$kind" -G Ninja -DTALVANE_BRIDGE_TESTS=ON \
-        -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG='-g1 -O1' -DCMAKE_CXX_FLAGS="$flags" >/dev/null
+        -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0 \
+        -DCMAKE_BUILD_TYPE=Debug -DCMAKE_CXX_FLAGS_DEBUG='-g1 -Og' -DCMAKE_CXX_FLAGS="$flags" >/dev/null
     cmake --build "build/bridge-$kind" --target "$target"
     ctest --test-dir "build/bridge-$kind" --output-on-failure --no-tests=error --progress \
         --tests-regex "$tests" --parallel "$(nproc)"
