@@ -32,7 +32,7 @@ if [ "$programs" != native ]; then
     timeout=3600
     # The leak detector traces the process, which an emulated one cannot do to itself. And the
     # emulator hands out blocks larger than AddressSanitizer has room for.
-    export ASAN_OPTIONS=detect_leaks=0:max_allocation_size_mb=1024:allocator_may_return_null=1
+    export ASAN_OPTIONS=detect_leaks=0:max_allocation_size_mb=256:allocator_may_return_null=1
 fi
 
 logs=$(mktemp -d)
