@@ -205,7 +205,8 @@ TEST(DoctorTest, FindingWithoutACallHasNoLineForItAndNullInJson) {
               "  24 of 25 checks passed; something stops talvane\n");
     std::ostringstream json;
     EXPECT_FALSE(ShowDoctor(facts, Format::kJson, json));
-    for (const auto& check : nlohmann::json::parse(json.str()).at("doctor").at("checks"))
+    const auto document = nlohmann::json::parse(json.str());
+    for (const auto& check : document.at("doctor").at("checks"))
         if (check.at("name") == "pci-count") {
             EXPECT_TRUE(check.at("finding").at("call").is_null());
             EXPECT_TRUE(check.at("finding").at("errno").is_null());
