@@ -11,11 +11,14 @@
 #include <algorithm>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 
+#include "IPMI/IPMIbase.h"
+#include "SmBios/EntryPointScan.h"
 #include "base/Bytes.h"
 #include "fuzz/Folder.h"
 #include "simulator/description/MachineFile.h"
@@ -63,37 +66,23 @@ public:
     explicit Parts(const std::filesystem::path& machine) { sim::LoadMachine(machine, machine_); }
 
     Bytes Firmware() {
-        constexpr std::size_t kEntryPointSize = 32;
-        struct Anchor {
-            std::string_view text;
-            std::size_t lengthAt;
-            std::size_t addressAt;
-        };
-        for (const Anchor& anchor : {Anchor{"_SM_", 22, 24}, Anchor{"_DMI_", 6, 8}}) {
-            for (std::uint32_t at = 0xF0000; at < 0x100000; at += 16) {
-                Bytes bytes(kEntryPointSize);
-                if (!machine_.GetMemory().Read(at, bytes)) break;
-                if (!std::equal(anchor.text.begin(), anchor.text.end(), bytes.begin())) continue;
-                Bytes table(talvane::Le16(bytes, anchor.lengthAt));
-                if (!machine_.GetMemory().Read(talvane::Le32(bytes, anchor.addressAt), table))
-                    return {};
-                Append(bytes, table);
-                return bytes;
-            }
-        }
+        constexpr std::uint32_t kSegment = 0xF0000;
+        Bytes segment(0x10000);
+        if (!machine_.GetMemory().Read(kSegment, segment)) return {};
+        if (const auto entry = talvane::FindSmBiosEntryPoint(segment))
+            return WithTable(*entry, entry->StructureTableAddress, entry->StructureTableLength);
+        if (const auto entry = talvane::FindDmiEntryPoint(segment))
+            return WithTable(*entry, entry->biosStructureTableAddress, entry->StructureTableLength);
         return {};
     }
 
     // All sensors answer what the first one does.
     Bytes Repository() {
-        constexpr std::uint8_t kGetRecord = 0x23;
-        constexpr std::uint8_t kGetReading = 0x2D;
-        constexpr std::uint8_t kGetThresholds = 0x27;
         constexpr unsigned kLast = 0xFFFF;
         Bytes parts;
         unsigned id = 0;
         do {
-            const Bytes response = Ask(kStorage, kGetRecord,
+            const Bytes response = Ask(IPMIbase::STORAGE_CMD, IPMIbase::Get_SDR,
                                        {0, 0, talvane::LowByte(static_cast<int>(id)),
                                         talvane::HighByte(static_cast<int>(id)), 0, 0xFF});
             if (response.size() <= 2) break;
@@ -104,19 +93,18 @@ public:
         constexpr std::size_t kNumberAt = 1 + 7;
         const std::uint8_t first = talvane::ByteAt(parts, kNumberAt);
         parts.push_back(0);
-        Append(parts, Ask(kSensors, kGetReading, {first}));
-        Append(parts, Ask(kSensors, kGetThresholds, {first}));
+        Append(parts, Ask(IPMIbase::SENSER_EVENT_CMD, IPMIbase::Get_sensor_reading, {first}));
+        Append(parts, Ask(IPMIbase::SENSER_EVENT_CMD, IPMIbase::get_sensor_threshold, {first}));
         return parts;
     }
 
     Bytes Inventory() {
-        constexpr std::uint8_t kRead = 0x11;
         constexpr std::uint8_t kPiece = 16;
         Bytes image;
         for (;;) {
             const auto at = static_cast<int>(image.size());
-            const Bytes response =
-                Ask(kStorage, kRead, {0, talvane::LowByte(at), talvane::HighByte(at), kPiece});
+            const Bytes response = Ask(IPMIbase::STORAGE_CMD, IPMIbase::Read_FRU_info,
+                                       {0, talvane::LowByte(at), talvane::HighByte(at), kPiece});
             if (response.size() < 2) return image;
             Append(image, talvane::ByteView(response).subspan(1));
         }
@@ -160,8 +148,17 @@ public:
     }
 
 private:
-    static constexpr std::uint8_t kSensors = 0x04;
-    static constexpr std::uint8_t kStorage = 0x0A;
+    // The entry point in 32 bytes, then the table.
+    template <class EntryPoint>
+    Bytes WithTable(const EntryPoint& entry, std::uint32_t address, std::size_t length) {
+        constexpr std::size_t kEntryPointSize = 32;
+        Bytes bytes(kEntryPointSize);
+        std::memcpy(bytes.data(), &entry, sizeof entry);
+        Bytes table(length);
+        if (!machine_.GetMemory().Read(address, table)) return {};
+        Append(bytes, table);
+        return bytes;
+    }
 
     // The response without its completion code.
     Bytes Ask(std::uint8_t netFunction, std::uint8_t command, Bytes data) {
