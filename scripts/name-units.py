@@ -3,8 +3,9 @@
 """Writes source files that include many others, so that a checker of names reads a header once for all.
 
 A unit has the files of one target; of tests and fuzzing, those of a folder, which are small programs with
-the same headers. Programs of a folder may use a name twice, so that there are units of its single
-programs too. A source file is in one target only.
+the same headers. Programs that put the same method in the place of the library's are in different units.
+Programs of a folder may use a name twice, so that there are units of its single programs too. A source file
+is in one target only.
 
 Usage: name-units.py BUILD FOLDER. It reads BUILD/compile_commands.json and writes FOLDER: units, with
 compile_commands.json. Prints a line for each unit: its file, then those of its single programs.
@@ -14,15 +15,18 @@ import collections
 import json
 import os
 import pathlib
+import re
 import shlex
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-NOT_FOR_NAMES = ("-O", "-g", "-W", "-fPIC", "-MD")
+NOT_FOR_NAMES = ("-O", "-g", "-W", "-MD")
 WITH_A_WORD = ("-o", "-c", "-MT", "-MF")
 OF_FOLDERS = ("tests/", "fuzz/")
 # Each target of fuzzing defines it.
 ENTRY_OF_FUZZING = "LLVMFuzzerTestOneInput"
+# "int IPMIsupport::GetSensorInfo() {", at the start of a line.
+METHOD = re.compile(r"^\w[\w ]* \**(\w+::\w+)\(", re.MULTILINE)
 
 
 def flags_of(command):
@@ -54,6 +58,9 @@ class Unit:
         self.files.append(file)
         self.headers += [header for header in headers if header not in self.headers]
 
+    def methods(self):
+        return {name for file in self.files for name in METHOD.findall((ROOT / file).read_text())}
+
     def text(self):
         lines = []
         for file in self.files:
@@ -62,6 +69,22 @@ class Unit:
                           f"#define {ENTRY_OF_FUZZING} Test{pathlib.Path(file).stem}"]
             lines.append(f'#include "{ROOT / file}"')
         return "\n".join(lines) + "\n"
+
+
+def without_common_methods(targets):
+    """The targets' names in lists, each as long as can be."""
+    lists = []
+    for target, unit in sorted(targets.items()):
+        methods = unit.methods()
+        for members, defined in lists:
+            if not methods & defined:
+                break
+        else:
+            members, defined = [], set()
+            lists.append((members, defined))
+        members.append(target)
+        defined |= methods
+    return [members for members, _ in lists]
 
 
 def main(build, folder):
@@ -90,15 +113,16 @@ def main(build, folder):
         return str(path)
 
     for number, ((group, suffix, language), targets) in enumerate(sorted(units.items())):
-        whole = Unit()
-        for unit in targets.values():
-            for file in unit.files:
-                whole.add(file, unit.headers)
-        names = [write(f"{number}-{group}", suffix, language, whole)]
-        if len(targets) > 1:
-            names += [write(f"{number}-{group}-{target}", suffix, language, unit)
-                      for target, unit in sorted(targets.items())]
-        print(*names)
+        for part, members in enumerate(without_common_methods(targets)):
+            whole = Unit()
+            for target in members:
+                for file in targets[target].files:
+                    whole.add(file, targets[target].headers)
+            names = [write(f"{number}-{group}-{part}", suffix, language, whole)]
+            if len(members) > 1:
+                names += [write(f"{number}-{group}-{target}", suffix, language, targets[target])
+                          for target in members]
+            print(*names)
     (folder / "compile_commands.json").write_text(json.dumps(commands, indent=1))
 
 

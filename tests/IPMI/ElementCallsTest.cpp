@@ -31,20 +31,20 @@ std::string Note(const char* getter, int i) {
     return calls.back();
 }
 
-int Text(const char* getter, int i, char* out) {
+int AnswerText(const char* getter, int i, char* out) {
     const std::string call = Note(getter, i);
     if (texts.contains(call)) std::strcpy(out, texts[call].c_str());
     return results[call];
 }
 
-int Byte(const char* getter, int i, unsigned char& out) {
+int AnswerByte(const char* getter, int i, unsigned char& out) {
     const std::string call = Note(getter, i);
     if (bytes.contains(call)) out = bytes[call];
     return results[call];
 }
 
-int Thresholds(const char* getter, int i, SensorThresholdInfoRaw& raw,
-               SensorThresholdInfoConverted& converted) {
+int AnswerThresholds(const char* getter, int i, SensorThresholdInfoRaw& raw,
+                     SensorThresholdInfoConverted& converted) {
     const std::string call = Note(getter, i);
     if (thresholds.contains(call)) {
         raw.deviceID = static_cast<int>(thresholds[call]);
@@ -69,76 +69,76 @@ int IPMIsupport::GetTemSensorsNum() {
     return 2;
 }
 int IPMIsupport::GetFanSpeed(int i, char* out) {
-    return Text("reading", i, out);
+    return AnswerText("reading", i, out);
 }
 int IPMIsupport::GetFanSensorNumber(int i, unsigned char& number) {
-    return Byte("number", i, number);
+    return AnswerByte("number", i, number);
 }
 int IPMIsupport::GetFanEntityID(int i, unsigned char& entityID) {
-    return Byte("entity", i, entityID);
+    return AnswerByte("entity", i, entityID);
 }
 int IPMIsupport::GetFanStatusDescription(int i, char* out) {
-    return Text("description", i, out);
+    return AnswerText("description", i, out);
 }
 int IPMIsupport::GetFanSensorThreshold(int i, SensorThresholdInfoRaw& raw,
                                        SensorThresholdInfoConverted& converted) {
-    return Thresholds("thresholds", i, raw, converted);
+    return AnswerThresholds("thresholds", i, raw, converted);
 }
 int IPMIsupport::GetFanSensorType(int i, unsigned char& type) {
-    return Byte("type", i, type);
+    return AnswerByte("type", i, type);
 }
 int IPMIsupport::GetFanIDString(int i, char* out) {
-    return Text("name", i, out);
+    return AnswerText("name", i, out);
 }
 int IPMIsupport::GetVoltageCurrent(int i, char* out) {
-    return Text("voltage reading", i, out);
+    return AnswerText("voltage reading", i, out);
 }
 int IPMIsupport::GetVoltageSensorNumber(int i, unsigned char& number) {
-    return Byte("voltage number", i, number);
+    return AnswerByte("voltage number", i, number);
 }
 int IPMIsupport::GetVoltageEntityID(int i, unsigned char& entityID) {
-    return Byte("voltage entity", i, entityID);
+    return AnswerByte("voltage entity", i, entityID);
 }
 int IPMIsupport::GetVoltageMax(int i, char* out) {
-    return Text("voltage maximum", i, out);
+    return AnswerText("voltage maximum", i, out);
 }
 int IPMIsupport::GetVoltageMin(int i, char* out) {
-    return Text("voltage minimum", i, out);
+    return AnswerText("voltage minimum", i, out);
 }
 int IPMIsupport::GetVoltageStatusDescription(int i, char* out) {
-    return Text("voltage description", i, out);
+    return AnswerText("voltage description", i, out);
 }
 int IPMIsupport::GetVoltageSensorThreshold(int i, SensorThresholdInfoRaw& raw,
                                            SensorThresholdInfoConverted& converted) {
-    return Thresholds("voltage thresholds", i, raw, converted);
+    return AnswerThresholds("voltage thresholds", i, raw, converted);
 }
 int IPMIsupport::GetVoltageSensorType(int i, unsigned char& type) {
-    return Byte("voltage type", i, type);
+    return AnswerByte("voltage type", i, type);
 }
 int IPMIsupport::GetVoltageIDString(int i, char* out) {
-    return Text("voltage name", i, out);
+    return AnswerText("voltage name", i, out);
 }
 int IPMIsupport::GetTemperatureCurrent(int i, char* out) {
-    return Text("temperature reading", i, out);
+    return AnswerText("temperature reading", i, out);
 }
 int IPMIsupport::GetTemperatureSensorNumber(int i, unsigned char& number) {
-    return Byte("temperature number", i, number);
+    return AnswerByte("temperature number", i, number);
 }
 int IPMIsupport::GetTemperatureEntityID(int i, unsigned char& entityID) {
-    return Byte("temperature entity", i, entityID);
+    return AnswerByte("temperature entity", i, entityID);
 }
 int IPMIsupport::GetTemperatureStatusDescription(int i, char* out) {
-    return Text("temperature description", i, out);
+    return AnswerText("temperature description", i, out);
 }
 int IPMIsupport::GetTemperatureSensorThreshold(int i, SensorThresholdInfoRaw& raw,
                                                SensorThresholdInfoConverted& converted) {
-    return Thresholds("temperature thresholds", i, raw, converted);
+    return AnswerThresholds("temperature thresholds", i, raw, converted);
 }
 int IPMIsupport::GetTemperatureSensorType(int i, unsigned char& type) {
-    return Byte("temperature type", i, type);
+    return AnswerByte("temperature type", i, type);
 }
 int IPMIsupport::GetTemperatureIDString(int i, char* out) {
-    return Text("temperature name", i, out);
+    return AnswerText("temperature name", i, out);
 }
 
 namespace {

@@ -25,26 +25,27 @@ struct FieldPlace {
     int (IPMIsupport::*getter)(char*);
 };
 
-constexpr std::size_t kChassis = 2;
-constexpr std::size_t kBoard = 3;
-constexpr std::size_t kProduct = 4;
+constexpr std::size_t kChassisSlot = 2;
+constexpr std::size_t kBoardSlot = 3;
+constexpr std::size_t kProductSlot = 4;
 
-constexpr FieldPlace kFields[] = {
-    {"Board Manufacturer", kBoard, 6, true, 0, &IPMIsupport::GetBoardManufacturer},
-    {"Board Product Name", kBoard, 6, true, 1, &IPMIsupport::GetBoardProductName},
-    {"Board Serial Number", kBoard, 6, false, 2, &IPMIsupport::GetBoardSerialNumber},
-    {"Board Part Number", kBoard, 6, true, 3, &IPMIsupport::GetBoardPartNumber},
-    {"Chassis Part Number", kChassis, 3, false, 0, &IPMIsupport::GetChassisPartNumber},
-    {"Chassis Serial Number", kChassis, 3, false, 1, &IPMIsupport::GetChassisSerialNumber},
-    {"Product Manufacturer Name", kProduct, 3, true, 0, &IPMIsupport::GetProductManufacturerName},
-    {"Product Name", kProduct, 3, true, 1, &IPMIsupport::GetProductName},
-    {"Product Part/Model Number", kProduct, 3, true, 2, &IPMIsupport::GetProductPartName},
+constexpr FieldPlace kComparedFields[] = {
+    {"Board Manufacturer", kBoardSlot, 6, true, 0, &IPMIsupport::GetBoardManufacturer},
+    {"Board Product Name", kBoardSlot, 6, true, 1, &IPMIsupport::GetBoardProductName},
+    {"Board Serial Number", kBoardSlot, 6, false, 2, &IPMIsupport::GetBoardSerialNumber},
+    {"Board Part Number", kBoardSlot, 6, true, 3, &IPMIsupport::GetBoardPartNumber},
+    {"Chassis Part Number", kChassisSlot, 3, false, 0, &IPMIsupport::GetChassisPartNumber},
+    {"Chassis Serial Number", kChassisSlot, 3, false, 1, &IPMIsupport::GetChassisSerialNumber},
+    {"Product Manufacturer Name", kProductSlot, 3, true, 0,
+     &IPMIsupport::GetProductManufacturerName},
+    {"Product Name", kProductSlot, 3, true, 1, &IPMIsupport::GetProductName},
+    {"Product Part/Model Number", kProductSlot, 3, true, 2, &IPMIsupport::GetProductPartName},
     // The version stands for the serial number.
-    {"Product Version", kProduct, 3, false, 3, &IPMIsupport::GetProductSerialNumber},
+    {"Product Version", kProductSlot, 3, false, 3, &IPMIsupport::GetProductSerialNumber},
 };
 
 // The serial number stands for the asset tag, from its type/length byte on.
-constexpr FieldPlace kSerialNumber = {"Product Serial Number",         kProduct, 3, true, 4,
+constexpr FieldPlace kSerialNumber = {"Product Serial Number",         kProductSlot, 3, true, 4,
                                       &IPMIsupport::GetProductAssetTag};
 
 // An image and what ipmi-fru says of it.
@@ -116,7 +117,7 @@ TEST_P(InventoryCaptureTest, TheSizeIsThatOfTheImage) {
 }
 
 TEST_P(InventoryCaptureTest, TextsAreThoseOfIpmiFru) {
-    for (const FieldPlace& field : kFields) {
+    for (const FieldPlace& field : kComparedFields) {
         const auto told = capture->ComparableText(field);
         if (!told) continue;
         EXPECT_EQ(Text(field), *told) << field.label;
@@ -135,7 +136,7 @@ TEST(InventoryCapturesTest, HoldTextsToCompare) {
     std::map<std::string, int> found;
     for (const std::string& name : names) {
         const Capture capture(name);
-        for (const FieldPlace& field : kFields)
+        for (const FieldPlace& field : kComparedFields)
             found[field.label] += capture.ComparableText(field) ? 1 : 0;
         found[kSerialNumber.label] += capture.ComparableText(kSerialNumber) ? 1 : 0;
     }

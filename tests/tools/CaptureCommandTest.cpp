@@ -11,6 +11,7 @@
 
 #include "archive/Gzip.h"
 #include "archive/Tar.h"
+#include "tests/tools/FileText.h"
 #include "tests/tools/RunTool.h"
 
 namespace {
@@ -25,11 +26,6 @@ using testing::StartsWith;
 archive::Files FilesIn(const std::filesystem::path& file) {
     const std::string bytes = ReadFile(file);
     return archive::ReadTar(archive::Decompress(archive::Bytes(bytes.begin(), bytes.end())));
-}
-
-std::string TextOf(const archive::Files& files, const std::string& name) {
-    const archive::Bytes& bytes = files.at("machine/" + name);
-    return std::string(bytes.begin(), bytes.end());
 }
 
 class CaptureCommandTest : public testing::Test {
@@ -60,13 +56,13 @@ TEST_F(CaptureCommandTest, ArchiveHoldsTheFormatsOfTheField) {
                     Key("machine/ide/ide0/hdb/model"), Key("machine/machine.txt"),
                     Key("machine/pci.txt"), Key("machine/sdr.bin"), Key("machine/smbios.bin"),
                     Key("machine/stat-0.txt"), Key("machine/stat-1.txt")));
-    EXPECT_THAT(TextOf(files, "smbios.bin"), StartsWith("_SM_"));
-    EXPECT_THAT(TextOf(files, "pci.txt"),
+    EXPECT_THAT(FileText(files, "machine/smbios.bin"), StartsWith("_SM_"));
+    EXPECT_THAT(FileText(files, "machine/pci.txt"),
                 StartsWith("00:00.0 0600: 8086:2540 (rev 03)\n00: 86 80 40 25 00 00 90 20 "));
-    EXPECT_THAT(TextOf(files, "machine.txt"),
+    EXPECT_THAT(FileText(files, "machine/machine.txt"),
                 testing::ContainsRegex("^# Captured by talvane [0-9.]+ on "
                                        "20[0-9-]+T[0-9:]+Z\\.\n# Kernel: Linux "));
-    EXPECT_EQ(TextOf(files, "fru.bin"),
+    EXPECT_EQ(FileText(files, "machine/fru.bin"),
               ReadFile(TALVANE_SOURCE "/machines/full-server/inventory.fru"));
     struct stat status {};
     ASSERT_EQ(stat(file_.c_str(), &status), 0);
@@ -84,7 +80,8 @@ TEST_F(CaptureCommandTest, SourcesThatCannotBeReadAreNamedAndTheRestIsWritten) {
               "kernel from 5.14 on)\n");
     const archive::Files files = FilesIn(file_);
     EXPECT_THAT(files, testing::Contains(Key("machine/smbios.bin")));
-    EXPECT_THAT(TextOf(files, "machine.txt"), HasSubstr("# Not read: cannot open /dev/ipmi: "));
+    EXPECT_THAT(FileText(files, "machine/machine.txt"),
+                HasSubstr("# Not read: cannot open /dev/ipmi: "));
 }
 
 TEST_F(CaptureCommandTest, DisksThatCannotBeOpenedAreNamedInOneLine) {
@@ -99,7 +96,7 @@ TEST_F(CaptureCommandTest, DisksThatCannotBeOpenedAreNamedInOneLine) {
     const ToolRun run = Capture(machine.Path());
     EXPECT_EQ(run.status, 1);
     EXPECT_EQ(run.err, "talvane: cannot open /dev/hda: Permission denied (run as root)\n");
-    const std::string description = TextOf(FilesIn(file_), "machine.txt");
+    const std::string description = FileText(FilesIn(file_), "machine/machine.txt");
     EXPECT_THAT(description, HasSubstr("# Not read: cannot open /dev/hda: Permission denied (run "
                                        "as root)\nsmbios"));
     EXPECT_THAT(description, HasSubstr("without /dev/hda EACCES\nwithout /dev/hdb EACCES\n"));

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 
+#include "tests/tools/FileText.h"
 #include "tools/capture/MachineFolder.h"
 
 namespace {
@@ -14,27 +15,22 @@ namespace {
 using testing::HasSubstr;
 using testing::Not;
 
-std::string TextOf(const archive::Files& files, const std::string& name) {
-    const archive::Bytes& bytes = files.at(name);
-    return std::string(bytes.begin(), bytes.end());
-}
-
 std::string DescriptionOf(const tool::MachineCapture& capture) {
-    return TextOf(tool::MachineFolderOf(capture, {}, {}), "machine.txt");
+    return FileText(tool::MachineFolderOf(capture, {}, {}), "machine.txt");
 }
 
 TEST(CaptureFolderTest, WayIsWrittenWithTheDisksThatCannotBeOpened) {
     const tool::Way way{"drives",   false, "/sys/block", "2 left out", "", "/dev/sda, /dev/sdb",
                         "no rights"};
     const archive::Files files = tool::MachineFolderOf({}, {}, {way});
-    EXPECT_THAT(TextOf(files, "machine.txt"),
+    EXPECT_THAT(FileText(files, "machine.txt"),
                 testing::StartsWith("way drives host \"/sys/block\" note \"2 left out\" "
                                     "unopened \"/dev/sda, /dev/sdb\" \"no rights\"\n"));
 }
 
 TEST(CaptureFolderTest, BytesOfAWayThatAreNotPlainAsciiAreQuestionMarks) {
     const tool::Way way{"bmc", true, "a\nb\x1F~\x7F\xE9", "", "", "", ""};
-    EXPECT_THAT(TextOf(tool::MachineFolderOf({}, {}, {way}), "machine.txt"),
+    EXPECT_THAT(FileText(tool::MachineFolderOf({}, {}, {way}), "machine.txt"),
                 testing::StartsWith("way bmc direct \"a?b?~??\"\n"));
 }
 
@@ -44,7 +40,7 @@ TEST(CaptureFolderTest, DumpOfAnEmptyTableHasAByteAfterTheEntryPoint) {
     const archive::Files files = tool::MachineFolderOf(capture, {}, {});
     EXPECT_EQ(files.at("smbios.bin").size(), 33u);
     EXPECT_EQ(files.at("smbios.bin").back(), 0);
-    EXPECT_THAT(TextOf(files, "machine.txt"), HasSubstr("smbios dump smbios.bin\n"));
+    EXPECT_THAT(FileText(files, "machine.txt"), HasSubstr("smbios dump smbios.bin\n"));
 }
 
 TEST(CaptureFolderTest, MissingDeviceIsNamedWhereAMachineWouldHaveItAnyway) {
@@ -72,8 +68,8 @@ TEST(CaptureFolderTest, EmptyFirstTextOfTheLoadIsABlankLine) {
     EXPECT_THAT(DescriptionOf(capture), Not(HasSubstr("stat "))) << "neither text was read";
     capture.load.stat[1] = "cpu0 1 2 3 4\n";
     const archive::Files files = tool::MachineFolderOf(capture, {}, {});
-    EXPECT_EQ(TextOf(files, "stat-0.txt"), "\n");
-    EXPECT_EQ(TextOf(files, "stat-1.txt"), "cpu0 1 2 3 4\n");
+    EXPECT_EQ(FileText(files, "stat-0.txt"), "\n");
+    EXPECT_EQ(FileText(files, "stat-1.txt"), "cpu0 1 2 3 4\n");
 }
 
 }  // namespace
