@@ -7,11 +7,14 @@ cache=$1
 folder=$2
 cd "$(dirname "$0")/.."
 
-cmake -S bridge -B build/vm-bridge64 -G Ninja
+# All files of a target in one, and without debug information, which the machine does not get.
+options=(-S bridge -G Ninja -DCMAKE_UNITY_BUILD=ON -DCMAKE_UNITY_BUILD_BATCH_SIZE=0
+    '-DCMAKE_CXX_FLAGS_RELWITHDEBINFO=-O2 -DNDEBUG')
+cmake "${options[@]}" -B build/vm-bridge64
 cmake --build build/vm-bridge64
 export PKG_CONFIG_SYSROOT_DIR=$cache/machine/sysroot
 export PKG_CONFIG_LIBDIR=$PKG_CONFIG_SYSROOT_DIR/usr/lib/i386-linux-gnu/pkgconfig
-cmake -S bridge -B build/vm-bridge -G Ninja "-DCMAKE_TOOLCHAIN_FILE=$PWD/cmake/i686-linux.cmake"
+cmake "${options[@]}" -B build/vm-bridge "-DCMAKE_TOOLCHAIN_FILE=$PWD/cmake/i686-linux.cmake"
 cmake --build build/vm-bridge
 
 mkdir -p "$folder/bin"
