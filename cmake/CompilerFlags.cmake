@@ -18,10 +18,18 @@ target_compile_options(talvane_flags INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wold-style-cast -Wnon-virtual-dtor>
   -Werror)
 
-option(TALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer" OFF)
+option(TALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer of clang" OFF)
 if(TALVANE_SANITIZE)
-  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
-  add_link_options(-fsanitize=address,undefined)
+  # Without optimisation clang compiles the tests in half of gcc's time. Without warnings, since the code
+  # is written for those of gcc, which has compiled it with them. gcc makes the definition by itself.
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
+    -D__SANITIZE_ADDRESS__ -w)
+  # A shared runtime: the simulated server passes calls on to what comes after it, and that is to be
+  # the sanitizer's.
+  execute_process(COMMAND ${CMAKE_CXX_COMPILER} -m32 -print-file-name=libclang_rt.asan-i386.so
+    OUTPUT_VARIABLE runtime OUTPUT_STRIP_TRAILING_WHITESPACE)
+  cmake_path(GET runtime PARENT_PATH runtime_folder)
+  add_link_options(-fsanitize=address,undefined -shared-libasan LINKER:-rpath,${runtime_folder})
 endif()
 
 option(TALVANE_COVERAGE "Build with the coverage counters of clang" OFF)

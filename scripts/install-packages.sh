@@ -3,7 +3,7 @@
 #
 # Installs the Debian packages that a task needs and that are missing; does nothing when none is.
 # A bare Debian 12 is enough to start from.
-# Usage: install-packages.sh build|test|bridge|coverage|bench|lint|vm|fleet|package|page|fuzz...
+# Usage: install-packages.sh build|test|bridge|sanitizers|coverage|bench|lint|vm|fleet|package|page|fuzz...
 set -eu
 
 build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
@@ -11,8 +11,10 @@ build='cmake ninja-build g++ g++-multilib libcli11-dev nlohmann-json3-dev'
 # man formats the man pages.
 test="$build googletest clang-format abigail-tools binutils make pkg-config dmidecode jq man-db"
 test="$test python3-jsonschema"
+# The sanitizers are those of clang, of either word size.
+sanitizers='clang-14 libclang-rt-14-dev'
 # clang counts what is reached, llvm-cov shows it.
-coverage='clang-14 libclang-rt-14-dev llvm-14 python3'
+coverage="$sanitizers llvm-14 python3"
 # The bridge's own tests.
 bridge='cmake ninja-build g++ libcli11-dev libfuse3-dev pkg-config googletest'
 # qemu-user counts instructions, valgrind those within one call.
@@ -26,8 +28,8 @@ fleet="$build python3"
 # A browser for the page of `report --html`; npm, of any origin, brings what checks the page.
 page="$build chromium"
 command -v npm >/dev/null || page="$page npm"
-# clang brings libFuzzer, and the runtimes of the sanitizers for both word sizes.
-fuzz="$build clang-14 libclang-rt-14-dev python3"
+# libFuzzer comes with the sanitizers.
+fuzz="$build $sanitizers python3"
 # Debian packages for i386 and amd64: lintian and debhelper; debootstrap for the roots that they are
 # tried in. What the packages depend on is read from the i386 libraries, which 64-bit systems install
 # beside their own, and their programs are stripped by an i386 binutils.
@@ -40,6 +42,7 @@ for task in "$@"; do
     case $task in
         build) wanted="$wanted $build" ;;
         test) wanted="$wanted $test" ;;
+        sanitizers) wanted="$wanted $sanitizers" ;;
         coverage) wanted="$wanted $coverage" ;;
         bridge) wanted="$wanted $bridge" ;;
         bench) wanted="$wanted $bench" ;;
@@ -51,7 +54,7 @@ for task in "$@"; do
         fuzz) wanted="$wanted $fuzz" ;;
         *)
             echo "install-packages.sh: unknown task '$task'" \
-                '(build, test, bridge, coverage, bench, lint, vm, fleet, package, page or fuzz)' >&2
+                '(build, test, bridge, sanitizers, coverage, bench, lint, vm, fleet, package, page or fuzz)' >&2
             exit 2
             ;;
     esac

@@ -27,6 +27,7 @@ if [ $# -eq 0 ]; then
 '
     fi
 fi
+case " $* " in *' asan '*) scripts/install-packages.sh sanitizers || exit 1 ;; esac
 timeout=600
 if [ "$programs" != native ]; then
     timeout=3600
