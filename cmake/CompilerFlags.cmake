@@ -20,10 +20,9 @@ target_compile_options(talvane_flags INTERFACE
 
 option(TALVANE_SANITIZE "Build with AddressSanitizer and UndefinedBehaviorSanitizer of clang" OFF)
 if(TALVANE_SANITIZE)
-  # Without optimisation clang compiles the tests in half of gcc's time. Without warnings, since the code
-  # is written for those of gcc, which has compiled it with them. gcc makes the definition by itself.
+  # Without optimisation clang compiles the tests in half of gcc's time. gcc makes the definition by itself.
   add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer
-    -D__SANITIZE_ADDRESS__ -w)
+    -D__SANITIZE_ADDRESS__)
   # A shared runtime: the simulated server passes calls on to what comes after it, and that is to be
   # the sanitizer's.
   execute_process(COMMAND ${CMAKE_CXX_COMPILER} -m32 -print-file-name=libclang_rt.asan-i386.so
@@ -35,9 +34,13 @@ endif()
 option(TALVANE_COVERAGE "Build with the coverage counters of clang" OFF)
 if(TALVANE_COVERAGE)
   # The counters can be those of a file, which a process that is killed leaves behind. They are
-  # exact, though many processes count in one file at a time. Without warnings, since the code is
-  # written for those of gcc.
+  # exact, though many processes count in one file at a time.
   add_compile_options(-fprofile-instr-generate -fcoverage-mapping -fprofile-update=atomic
-    "SHELL:-mllvm -runtime-counter-relocation" -w)
+    "SHELL:-mllvm -runtime-counter-relocation")
   add_link_options(-fprofile-instr-generate)
+endif()
+
+# Both are builds of clang, and the code is written for the warnings of gcc.
+if(TALVANE_SANITIZE OR TALVANE_COVERAGE)
+  add_compile_options(-w)
 endif()
