@@ -4,9 +4,13 @@
 #ifndef TALVANE_SIMULATOR_BASE_ACCESSLOG_H
 #define TALVANE_SIMULATOR_BASE_ACCESSLOG_H
 
+#include <cstddef>
+#include <cstdint>
 #include <iosfwd>
+#include <memory>
 #include <string>
 #include <string_view>
+#include <variant>
 #include <vector>
 
 namespace sim {
@@ -36,20 +40,41 @@ struct Access {
     std::string Text() const { return call + " " + what + " -> " + answer; }
 };
 
+// A port instruction.
+struct PortTransfer {
+    enum class Direction : std::uint8_t { kIn, kOut };
+    Direction direction;
+    std::uint8_t width;  // in bytes
+    std::uint16_t port;
+    std::uint32_t value;
+
+    std::string_view Call() const { return direction == Direction::kIn ? "in" : "out"; }
+    Access Description() const;
+};
+
 class AccessLog {
 public:
     void Add(Access access);
-    void Clear() { accesses_.clear(); }
+    void Add(const PortTransfer& access);
+    void Clear() { entries_.clear(); }
 
-    const std::vector<Access>& Accesses() const { return accesses_; }
     std::size_t Count(std::string_view call) const;
+    std::vector<Access> Accesses() const;
+    std::vector<Access> Calls() const;       // the accesses but for port instructions
     std::vector<std::string> Lines() const;  // Text() of each access
 
     // From now on each access is also written to `stream` at once, one per line. Null ends that.
     void CopyTo(std::ostream* stream) { copy_ = stream; }
 
 private:
-    std::vector<Access> accesses_;
+    // Port instructions are kept as numbers, since a PCI scan makes 90,112 of them. Their texts are
+    // made when somebody asks for them.
+    using Described = std::unique_ptr<const Access>;
+    using Entry = std::variant<Described, PortTransfer>;
+
+    void Copy(const Access& access) const;
+
+    std::vector<Entry> entries_;
     std::ostream* copy_ = nullptr;
 };
 

@@ -63,7 +63,10 @@ std::uint32_t Machine::PortIn(std::uint16_t port, unsigned width) {
     PortDevice& device = FindPort(
         port, width, [=] { return "in of " + ByteCount(width) + " from port " + Hex(port); });
     const std::uint32_t value = device.In(port, width);
-    log_.Add({"in", Hex(port) + " " + std::to_string(width), Hex(value)});
+    log_.Add(PortTransfer{.direction = PortTransfer::Direction::kIn,
+                          .width = static_cast<std::uint8_t>(width),
+                          .port = port,
+                          .value = value});
     return value;
 }
 
@@ -73,7 +76,10 @@ void Machine::PortOut(std::uint16_t port, unsigned width, std::uint32_t value) {
         return "out of " + Hex(value) + ", " + ByteCount(width) + ", to port " + Hex(port);
     });
     device.Out(port, width, value);
-    log_.Add({"out", Hex(port) + " " + std::to_string(width) + " " + Hex(value), "ok"});
+    log_.Add(PortTransfer{.direction = PortTransfer::Direction::kOut,
+                          .width = static_cast<std::uint8_t>(width),
+                          .port = port,
+                          .value = value});
 }
 
 }  // namespace sim

@@ -32,22 +32,24 @@ void PciBus::Set(const PciLocation& location, Bytes configuration) {
     functions_.insert_or_assign(location, std::move(configuration));
 }
 
-std::uint8_t PciBus::ByteAt(std::size_t windowOffset) const {
-    if ((address_ & kEnable) == 0) return 0xFF;
+const Bytes* PciBus::Selected() const {
+    if ((address_ & kEnable) == 0) return nullptr;
     const PciLocation location = {(address_ >> 16) & 0xFF, (address_ >> 11) & 0x1F,
                                   (address_ >> 8) & 0x07};
     const auto function = functions_.find(location);
-    if (function == functions_.end()) return 0xFF;
-    const std::size_t offset = (address_ & 0xFC) + windowOffset;
-    return offset < function->second.size() ? function->second[offset] : std::uint8_t{0};
+    return function != functions_.end() ? &function->second : nullptr;
 }
 
 std::uint32_t PciBus::In(std::uint16_t port, unsigned width) {
     if (port == kAddressPort && width == 4) return address_;
+    const Bytes* const function = Selected();
     std::uint32_t value = 0;
     for (unsigned i = 0; i < width; ++i) {
-        const std::uint16_t at = static_cast<std::uint16_t>(port + i);
-        const std::uint8_t byte = at >= kDataPort ? ByteAt(at - kDataPort) : std::uint8_t{0xFF};
+        std::uint8_t byte = 0xFF;
+        if (const unsigned at = port + i; function != nullptr && at >= kDataPort) {
+            const std::size_t offset = (address_ & 0xFC) + (at - kDataPort);
+            byte = offset < function->size() ? (*function)[offset] : std::uint8_t{0};
+        }
         value |= std::uint32_t{byte} << (8 * i);
     }
     return value;

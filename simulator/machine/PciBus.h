@@ -39,7 +39,8 @@ public:
     void Out(std::uint16_t port, unsigned width, std::uint32_t value) override;
 
 private:
-    std::uint8_t ByteAt(std::size_t windowOffset) const;
+    // The function that the address register selects; null when there is none.
+    const Bytes* Selected() const;
 
     std::map<PciLocation, Bytes> functions_;
     std::uint32_t address_ = 0;

@@ -18,15 +18,16 @@ bool AllocationRefused(const void* caller) {
     return machine != nullptr && !sim::ObservedCaller(caller).empty() && machine->AllocationFails();
 }
 
-void* AllocateOrThrow(const char* name, const void* caller, std::size_t size) {
+using New = void*(std::size_t);
+using NewOrNull = void*(std::size_t, const std::nothrow_t&);
+
+void* AllocateOrThrow(New& real, const void* caller, std::size_t size) {
     if (AllocationRefused(caller)) throw std::bad_alloc();
-    return sim::RealFunction<void*(std::size_t)>(name)(size);
+    return real(size);
 }
 
-void* AllocateOrNull(const char* name, const void* caller, std::size_t size) {
-    if (AllocationRefused(caller)) return nullptr;
-    using Function = void*(std::size_t, const std::nothrow_t&);
-    return sim::RealFunction<Function>(name)(size, std::nothrow);
+void* AllocateOrNull(NewOrNull& real, const void* caller, std::size_t size) {
+    return AllocationRefused(caller) ? nullptr : real(size, std::nothrow);
 }
 
 }  // namespace
@@ -38,18 +39,25 @@ void LinkInterposedAllocations() {}
 }  // namespace sim
 
 // The names passed on are those of the i686 C++ ABI, where size_t is unsigned int (j).
+// Each looks for the real operator once: finding it takes longer than the allocation, and it stays,
+// since this module needs the C++ runtime library that has it.
+
 void* operator new(std::size_t size) {
-    return AllocateOrThrow("_Znwj", __builtin_return_address(0), size);
+    static New& real = *sim::RealFunction<New>("_Znwj");
+    return AllocateOrThrow(real, __builtin_return_address(0), size);
 }
 
 void* operator new[](std::size_t size) {
-    return AllocateOrThrow("_Znaj", __builtin_return_address(0), size);
+    static New& real = *sim::RealFunction<New>("_Znaj");
+    return AllocateOrThrow(real, __builtin_return_address(0), size);
 }
 
 void* operator new(std::size_t size, const std::nothrow_t&) noexcept {
-    return AllocateOrNull("_ZnwjRKSt9nothrow_t", __builtin_return_address(0), size);
+    static NewOrNull& real = *sim::RealFunction<NewOrNull>("_ZnwjRKSt9nothrow_t");
+    return AllocateOrNull(real, __builtin_return_address(0), size);
 }
 
 void* operator new[](std::size_t size, const std::nothrow_t&) noexcept {
-    return AllocateOrNull("_ZnajRKSt9nothrow_t", __builtin_return_address(0), size);
+    static NewOrNull& real = *sim::RealFunction<NewOrNull>("_ZnajRKSt9nothrow_t");
+    return AllocateOrNull(real, __builtin_return_address(0), size);
 }

@@ -29,8 +29,7 @@ void Field(RecordImage& image, std::size_t offset, std::size_t size, std::string
 // The calls but for port instructions.
 std::vector<std::string> CallsOf(sim::SimulatedServer& server) {
     std::vector<std::string> calls;
-    for (const sim::Access& access : server.GetLog().Accesses())
-        if (access.call != "in" && access.call != "out") calls.push_back(access.Text());
+    for (const sim::Access& call : server.GetLog().Calls()) calls.push_back(call.Text());
     return calls;
 }
 

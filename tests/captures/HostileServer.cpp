@@ -65,23 +65,21 @@ TableImage Find(const sim::PhysicalMemory& memory, const EntryLayout& layout) {
 template <class Record>
 class Fenced {
 public:
-    Fenced() {
-        before_.fill(kFence);
-        after_.fill(kFence);
-    }
-
     Record* Get() { return &record_; }
 
-    bool Intact() const {
-        const auto untouched = [](std::uint8_t byte) { return byte == kFence; };
-        return std::ranges::all_of(before_, untouched) && std::ranges::all_of(after_, untouched);
-    }
+    bool Intact() const { return before_ == kFence && after_ == kFence; }
 
 private:
-    static constexpr std::uint8_t kFence = 0xA5;
-    std::array<std::uint8_t, 64> before_;
+    using Fence = std::array<std::uint8_t, 64>;
+    static constexpr Fence kFence = [] {
+        Fence fence{};
+        fence.fill(0xA5);
+        return fence;
+    }();
+
+    Fence before_ = kFence;
     Record record_{};
-    std::array<std::uint8_t, 64> after_;
+    Fence after_ = kFence;
 };
 
 template <class Record>

@@ -260,10 +260,10 @@ private:
 
     // Whether the last call of iopl, if there was one, lowered the level.
     bool IsPrivilegeLowered() {
-        const auto& accesses = server_.GetLog().Accesses();
-        const auto last = std::find_if(accesses.rbegin(), accesses.rend(),
+        const auto calls = server_.GetLog().Calls();
+        const auto last = std::find_if(calls.rbegin(), calls.rend(),
                                        [](const auto& access) { return access.call == "iopl"; });
-        return last == accesses.rend() || last->what == "0" || last->answer != "0";
+        return last == calls.rend() || last->what == "0" || last->answer != "0";
     }
 
     std::size_t LiveBlocks() {

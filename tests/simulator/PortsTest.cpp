@@ -80,6 +80,16 @@ TEST_F(PortsTest, LogShowsPortWidthAndValue) {
                 ElementsAre("in 0xCA3 1 -> 0xFF", "out 0xCF8 4 0x80001234 -> ok"));
 }
 
+TEST_F(PortsTest, CallsOfTheLogLeavePortInstructionsOut) {
+    probe::In8(0xCA3, 0);
+    probe::Iopl(0);
+    probe::Iopl(3);
+    probe::Out32(0xCF8, 0x80001234);
+    std::vector<std::string> calls;
+    for (const sim::Access& call : server.GetLog().Calls()) calls.push_back(call.Text());
+    EXPECT_THAT(calls, ElementsAre("iopl 0 -> 0", "iopl 3 -> 0"));
+}
+
 TEST_F(PortsTest, PrivilegeLevelOutsideZeroToThreeIsRefused) {
     EXPECT_EQ(probe::Iopl(4), -1);
     EXPECT_EQ(errno, EINVAL);

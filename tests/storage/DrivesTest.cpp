@@ -63,7 +63,7 @@ protected:
     // Each opened file and directory is closed, and nothing else is.
     void ExpectAllClosed() {
         std::size_t opened = 0;
-        for (const sim::Access& access : server.GetLog().Accesses())
+        for (const sim::Access& access : server.GetLog().Calls())
             if ((access.call == "open" || access.call == "opendir") && access.answer == "ok")
                 ++opened;
         EXPECT_EQ(server.GetLog().Count("close") + server.GetLog().Count("closedir"), opened);
