@@ -82,6 +82,11 @@ def main():
     row("agent", port_accesses(results / "ports-agent.log"))
     row("`lspci -H1 -n`", port_accesses(results / "ports-lspci.log"))
 
+    print()
+    row("Simulated server", "Milliseconds")
+    row("---", "--:")
+    row("`talvane report --machine full-server`", f"{programs['tool, report of a simulated server'][0]:.4g}")
+
 
 if __name__ == "__main__":
     main()
