@@ -40,7 +40,7 @@ TEST_F(PortsTest, ReportFindsFunctionsByPortInstructions) {
     EXPECT_STREQ(record.dev[1].desc, "bus:10, dev:31, func:7");
     EXPECT_EQ(record.dev[1].IRQ, 9);
 
-    const std::vector<sim::Access>& accesses = server.GetLog().Accesses();
+    const std::vector<sim::Access> accesses = server.GetLog().Accesses();
     ASSERT_EQ(accesses.size(), 2 + 2 * 45056u);
     EXPECT_EQ(replacedCalls, 2 * 45056);
     EXPECT_EQ(accesses[0].Text(), "iopl 3 -> 0");
@@ -85,11 +85,11 @@ TEST_F(PortsTest, WithoutReplacementEachRegisterIsReadOnceByItsOwnInstructions) 
     EXPECT_EQ(scan.m_dev.getIntLine(), 9);
     EXPECT_EQ(replacedCalls, 0);
 
-    const std::vector<sim::Access>& accesses = server.GetLog().Accesses();
-    ASSERT_EQ(accesses.size(), before + 2 * 16u);
+    EXPECT_EQ(server.GetLog().Accesses().size(), before + 2 * 16u);
     scan.m_InitOK = 0;
     EXPECT_EQ(read(&scan, 3, 4, 5), -1);
-    ASSERT_EQ(accesses.size(), before + 2 * 16u);
+    const std::vector<sim::Access> accesses = server.GetLog().Accesses();
+    ASSERT_EQ(accesses.size(), before + 2 * 16u) << "none before the scan is ready";
     EXPECT_EQ(accesses[before].Text(), "out 0xCF8 4 0x80032500 -> ok");
     EXPECT_EQ(accesses[before + 1].Text(), "in 0xCFC 4 -> 0xFEDC8001");
     EXPECT_EQ(accesses.back().Text(), "in 0xCFC 4 -> 0x9");
@@ -114,7 +114,7 @@ TEST_F(PortsTest, WithOneMethodReplacedBothAreCalledForEachRegister) {
     EXPECT_EQ(read(scan), 0);
     EXPECT_EQ(scan.m_dev.getVendorID(), kOwnAnswer & 0xFFFF);
 
-    const std::vector<sim::Access>& accesses = server.GetLog().Accesses();
+    const std::vector<sim::Access> accesses = server.GetLog().Accesses();
     ASSERT_EQ(accesses.size(), before + 16);
     EXPECT_EQ(accesses[before].Text(), "out 0xCF8 4 0x80032500 -> ok");
     EXPECT_EQ(accesses.back().Text(), "out 0xCF8 4 0x8003253C -> ok");
