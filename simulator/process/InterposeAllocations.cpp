@@ -41,6 +41,7 @@ private:
     std::atomic<Operator*> found_ = nullptr;
 };
 
+// The names are those of the i686 C++ ABI, where size_t is unsigned int (j).
 constinit RealOperator<New> realNew{"_Znwj"};
 constinit RealOperator<New> realNewArray{"_Znaj"};
 constinit RealOperator<NewOrNull> realNewOrNull{"_ZnwjRKSt9nothrow_t"};
@@ -63,7 +64,6 @@ void LinkInterposedAllocations() {}
 
 }  // namespace sim
 
-// The names passed on are those of the i686 C++ ABI, where size_t is unsigned int (j).
 void* operator new(std::size_t size) {
     return AllocateOrThrow(realNew, __builtin_return_address(0), size);
 }

@@ -13,6 +13,7 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::Property;
 
 // Reads a fixed value and keeps what was written.
 class Latch : public sim::PortDevice {
@@ -85,9 +86,8 @@ TEST_F(PortsTest, CallsOfTheLogLeavePortInstructionsOut) {
     probe::Iopl(0);
     probe::Iopl(3);
     probe::Out32(0xCF8, 0x80001234);
-    std::vector<std::string> calls;
-    for (const sim::Access& call : server.GetLog().Calls()) calls.push_back(call.Text());
-    EXPECT_THAT(calls, ElementsAre("iopl 0 -> 0", "iopl 3 -> 0"));
+    EXPECT_THAT(server.GetLog().Calls(), ElementsAre(Property(&sim::Access::Text, "iopl 0 -> 0"),
+                                                     Property(&sim::Access::Text, "iopl 3 -> 0")));
 }
 
 TEST_F(PortsTest, PrivilegeLevelOutsideZeroToThreeIsRefused) {
